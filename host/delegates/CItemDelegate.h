@@ -1,0 +1,42 @@
+#pragma once
+
+#include "host/host_export.h"
+
+#include <QStyledItemDelegate>
+
+/// The base of the delegates in the host's tables and property lists.
+class HOST_EXPORT CItemDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit CItemDelegate(QObject* parent = nullptr);
+    ~CItemDelegate() override;
+
+    /// The value that @p editor holds, as it goes into the model. The base takes getEditorValue().
+    virtual QVariant getValue(QWidget* editor) const;
+    /// The value as @p editor itself has it: the current item's user data of a combo box, else the
+    /// editor's user property. Invalid for an editor without either.
+    virtual QVariant getEditorValue(QWidget* editor) const;
+    /// The alignment of cells to which the model gives none.
+    virtual Qt::Alignment getDefaultAlign() const;
+    /// Numbers that differ by no more than this are the same: an editor left so changes nothing.
+    virtual double getEpsilon() const;
+    /// Whether cells have tool tips.
+    virtual bool isShowToolTip() const;
+    /// The tool tip of a cell: the model's own, else the cell's text.
+    virtual QString getToolTipText(const QModelIndex& index) const;
+    /// The role under which values are read for editing and written back.
+    virtual int getDataRole() const;
+
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+private:
+    bool isSameValue(const QVariant& left, const QVariant& right) const;
+};

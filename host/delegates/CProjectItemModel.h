@@ -1,0 +1,76 @@
+#pragma once
+
+#include "host/host_export.h"
+#include "host/model/LongId.h"
+
+#include <QAbstractTableModel>
+#include <QHash>
+#include <QString>
+#include <QVector>
+
+#include <vector>
+
+class CModelElement;
+class CProjectModel;
+
+/// The items of a project as a table: one row per item of the tree, parents before their children.
+///
+/// System items have no rows. The table follows the project model's signals.
+class HOST_EXPORT CProjectItemModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    /// What a column shows of an item.
+    enum class Source { Name, Type, Property };
+
+    struct Column
+    {
+        QString title = {};
+        Source source = Source::Name;
+        int propertyId = 0; ///< of Source::Property
+        int delegateId = 0; ///< for the ItemDelegateFactory; 0: the view's own delegate
+    };
+
+    /// Beside the usual roles.
+    enum Role {
+        ItemIdRole = Qt::UserRole + 1, ///< the row's LONGID
+    };
+
+    /// @param itemsModel  the project model, not owned
+    CProjectItemModel(CProjectModel* itemsModel, QVector<Column> tableColumns, QObject* parent = nullptr);
+    ~CProjectItemModel() override;
+
+    /// The item that @p index stands for; null for an index that isn't of this model.
+    CModelElement* getItem(const QModelIndex& index) const;
+    CProjectModel* getProjectModel() const;
+    const QVector<Column>& getColumns() const { return columns; }
+    /// The cell of item @p id in @p column; invalid for an item without a row.
+    QModelIndex getIndex(LONGID id, int column = 0) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    /// Property values come as the model gives them, under Qt::DisplayRole and Qt::EditRole alike.
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    /// A property can be edited if the model lets it be written or if the column has a delegate of its
+    /// own: a delegate may turn an attempt to edit into an action.
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    void readItems();
+    void insertItem(LONGID id);
+    void beginRemoval(LONGID id);
+    void endRemoval(LONGID id);
+    void showChange(LONGID id);
+    QVariant getValue(const CModelElement& item, const Column& column) const;
+    int getRow(LONGID id) const;
+
+    CProjectModel* projectModel;
+    QVector<Column> columns;
+    std::vector<CModelElement*> items;
+    mutable QHash<LONGID, int> rowOfId;
+    mutable bool rowsCounted = false; // rowOfId is up to date
+    LONGID itemInRemoval = 0;
+};

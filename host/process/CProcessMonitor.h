@@ -1,0 +1,187 @@
+#pragma once
+
+#include "host/host_export.h"
+#include "host/process/IProcessMonitor.h"
+#include "host/process/ProgressImplementation.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+class JournalWriter;
+class OrderedMonitorProxy;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QTextBrowser;
+class QTimer;
+
+/// The progress window: shows one processing run with its journal, stage and percentage, lets the user
+/// pause and stop it, and leads to its protocol.
+///
+/// start() runs a function in a thread of its own. The function never gets the window: it gets an
+/// OrderedMonitorProxy, whose calls arrive here in the GUI thread, in order and in batches. So every
+/// operation of this class, the overrides of derived classes included, runs in the GUI thread only.
+///
+/// A derived class that overrides one of the QString writers hides the wide ones of the same name; it
+/// brings them back by `using CProcessMonitor::writeError;` and so on.
+///
+/// Destroying the window during a run is safe: the run is stopped and waited for, what it had still to
+/// show is dropped. Overrides of a derived class must not be needed by then, so a derived class whose
+/// overrides use its own members calls shutdown() first thing in its destructor.
+class HOST_EXPORT CProcessMonitor : public QDialog,
+                                    public qor::IProcessMonitor,
+                                    public qor::ProgressImplementation
+{
+    Q_OBJECT
+
+protected:
+    // These stand first in the class: derived classes of other modules rely on the order.
+
+    /// Shows an error line. @p text and @p detail are HTML; the detail, if any, stands behind the text.
+    virtual void writeError(const QString& text, const QString& detail);
+    /// Shows a warning line.
+    virtual void writeWarning(const QString& text, const QString& detail);
+    /// Shows a message line.
+    virtual void writeMessage(const QString& text, const QString& detail);
+    /// Shows a service line.
+    virtual void write(const QString& text, const QString& detail);
+    /// Whether the latest run was stopped by the user or ended by an exception.
+    virtual bool getInterrupted() const;
+    /// A run is about to start; the journal is empty already. The base names the run in the stage line.
+    virtual void onStarted();
+    /// The run's thread is over and its last line is delivered. The base says in the stage line how it
+    /// ended.
+    virtual void onThreadFinished();
+    /// The protocol button was pressed. The base writes the journal into a temporary page and opens it.
+    Q_SLOT virtual void onProtocolPushed();
+
+public:
+    using RunFunction = std::function<void(qor::IProcessMonitor&)>;
+
+    /// When the user is asked before a run is stopped.
+    enum class StopQuestion {
+        OnDisplay, ///< when the window is visible on a display that somebody can look at
+        Always,    ///< on every platform
+        Never
+    };
+
+    explicit CProcessMonitor(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
+    /// Stops a run that still works and waits for it; see the class comment.
+    ~CProcessMonitor() override;
+
+    /// The journal. Its links are not followed by itself; connect to its anchorClicked().
+    QTextBrowser* getJournal() const;
+
+    /// Empties the journal, calls onStarted() and runs @p function in a thread of its own. An exception
+    /// that leaves the function becomes an error line and ends the run as an interrupted one.
+    /// One run at a time: while one works the call is refused with a warning on stderr.
+    void start(RunFunction function);
+    /// True from start() until the run's thread is joined and its last line delivered.
+    bool isRunning() const;
+    /// Processes events until the run has finished. For programs without a window and for tests.
+    /// @return false when the event loop was left while the run still worked
+    bool waitForFinished();
+    /// Asks the run to stop, without a question to the user. It ends at its next look at
+    /// isProcessRunning(); runFinished() tells when.
+    void stop();
+    /// Pauses the run or lets it go on. A paused run waits at its next checkpoint.
+    void setPaused(bool paused);
+    bool isPaused() const;
+
+    void setStopQuestion(StopQuestion question);
+
+    void setPercentage(int percentage) override;
+    void finish() override;
+    void startDetailedStage() override;
+
+    void startStage(std::wstring name) override;
+    void finishCurrentStage() override;
+    /// The base shows it like a stage of startStage().
+    void startProtocolStage(std::wstring name) override;
+    void finishProtocolStage() override;
+    bool isProcessRunning() const override;
+    void setSilent(bool silent) override;
+    bool getSilent() const override;
+    /// Nothing to wait for in the GUI thread; the run's own checkpoints are the proxy's.
+    void pause() override;
+    void writeError(std::wstring text) override;
+    void writeError(std::wstring text, std::wstring detail) override;
+    void writeWarning(std::wstring text) override;
+    void writeWarning(std::wstring text, std::wstring detail) override;
+    void writeMessage(std::wstring text) override;
+    void writeMessage(std::wstring text, std::wstring detail) override;
+    void write(std::wstring text) override;
+    void write(std::wstring text, std::wstring detail) override;
+    /// Whether a run, or somebody else since its start, wrote an error.
+    bool wasErrors() const override;
+    /// The base knows no links and returns @p text.
+    std::wstring getItemLink(LONGID id, const std::wstring& text) override;
+
+    /// While a run works: asks, stops the run and closes the window when the run is over.
+    void reject() override;
+
+signals:
+    /// The run's thread is over and onThreadFinished() has been called.
+    void runFinished();
+
+protected:
+    /// Stops a run that still works and waits for it. Nothing more is delivered and no virtual function is
+    /// called, neither now nor later; runFinished() is not emitted for that run.
+    void shutdown();
+
+    void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    struct Stage
+    {
+        QString name;
+        QElapsedTimer time;
+    };
+
+    void createWidgets();
+    QWidget* createStageRow();
+    QWidget* createButtonRow();
+    void prepareRun();
+    void deliverBatch();
+    void finishRun();
+    void askToStop();
+    void showStopQuestion();
+    bool isQuestionWanted() const;
+    void closeAfterRun();
+    void updateButtons();
+    void updateStageLine();
+    void updateJournalNote();
+
+    QTextBrowser* journal = nullptr;
+    QLabel* journalNote = nullptr;
+    QProgressBar* progressBar = nullptr;
+    QLabel* stageLabel = nullptr;
+    QLabel* timeLabel = nullptr;
+    QPushButton* stopButton = nullptr;
+    QPushButton* pauseButton = nullptr;
+    QPushButton* protocolButton = nullptr;
+    QPushButton* closeButton = nullptr;
+    QTimer* batchTimer = nullptr;
+
+    std::unique_ptr<JournalWriter> journalWriter;
+    std::unique_ptr<OrderedMonitorProxy> proxy; // of the latest run
+    std::thread worker;
+    std::vector<Stage> stages;
+    QString stateText;
+    QElapsedTimer runTime;
+    StopQuestion stopQuestion = StopQuestion::OnDisplay;
+    bool running = false;
+    bool delivering = false;
+    bool closeWanted = false;
+    bool silentMode = false;
+    bool errorsShown = false;
+    bool interrupted = false;
+};
