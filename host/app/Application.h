@@ -1,0 +1,58 @@
+#pragma once
+
+#include "host/host_export.h"
+
+#include <QObject>
+#include <QStandardPaths>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// The application: its temporary files, its installed data and its warnings. At most one exists at a time,
+/// and it needs a QCoreApplication.
+class HOST_EXPORT Application : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Makes the temporary folder. Throws qor::CFileException if that is not possible.
+    explicit Application(QObject* parent = nullptr);
+    /// Removes the registered files and the temporary folder.
+    ~Application() override;
+
+    /// Null when there is no application object.
+    static Application* instance();
+
+    /// Absolute path of this instance's own folder, readable by its user only and removed at the end. Empty
+    /// without an application object.
+    static QString getTempFolder();
+    /// A path in the temporary folder that no file has and that was not given before: the pattern's file name
+    /// with a number for "%1", or with a number and "_" before it when it has no "%1". The file is not made.
+    /// Empty without an application object.
+    static QString getTmpFileName(const QString& pattern);
+    /// Has the file removed when the application ends. It needn't exist.
+    void registerTmpFile(const QString& path);
+
+    /// Absolute path of installed data, or empty. Looked for, in this order, in the folder that the
+    /// environment names, in the share folder beside the folder of the executable (installed and build tree
+    /// alike), and in the system's generic data locations. A file is looked for, or with LocateDirectory a
+    /// folder.
+    static QString locateData(const QString& name,
+                              QStandardPaths::LocateOptions options = QStandardPaths::LocateFile);
+
+    /// Shows the user a warning; `parent` is the object on whose behalf, or null.
+    static void warning(const QString& message, QObject* parent);
+
+protected:
+    /// Writes the message to the standard error output, as one line.
+    virtual void showWarning(const QString& message, QObject* parent);
+
+private:
+    static Application* s_instance;
+
+    QTemporaryDir tempDir;
+    int lastTmpFileNumber = 0;
+    QStringList tmpFiles;
+};
+
+/// Application::instance().
+HOST_EXPORT Application* getApplication();

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "host/host_export.h"
+
+#include <QPointer>
+#include <QString>
+#include <QVector>
+
+#include <vector>
+
+class Application;
+class CProjectModel;
+class ProjectGUI;
+class QObject;
+
+/// Loads plug-ins and has them extend the application, project models and project windows, always in the
+/// order of loading. Plug-ins stay in memory until the program ends: what they made may outlive the manager.
+class HOST_EXPORT PluginManager
+{
+public:
+    struct LoadFailure
+    {
+        QString path;
+        QString reason; ///< A sentence for the user.
+    };
+
+    PluginManager();
+    PluginManager(const PluginManager&) = delete;
+    PluginManager& operator=(const PluginManager&) = delete;
+    /// Has every plug-in that extended the application undo it, the last one first.
+    ~PluginManager();
+
+    /// False, and a failure noted, if the file is no plug-in or has none of the extension interfaces. A
+    /// plug-in that is loaded already is not taken twice.
+    bool load(const QString& path);
+    const QVector<LoadFailure>& getFailures() const;
+
+    /// A plug-in that answers false is noted as a failure.
+    void extendApplication(Application* app);
+    void extendModel(CProjectModel* model) const;
+    void extendProjectGUI(ProjectGUI* gui) const;
+
+private:
+    struct Plugin
+    {
+        QString path;
+        QPointer<QObject> root;
+        QPointer<Application> extendedApplication;
+    };
+
+    bool fail(const QString& path, const QString& reason);
+
+    std::vector<Plugin> plugins;
+    QVector<LoadFailure> failures;
+};

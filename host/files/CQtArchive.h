@@ -1,0 +1,59 @@
+#pragma once
+
+#include "host/host_export.h"
+#include "host/model/LongId.h"
+
+#include <QByteArray>
+#include <QDataStream>
+#include <QString>
+#include <QVariant>
+
+class QIODevice;
+
+/// Saves values to a device or loads them back, in the same order. Numbers are big-endian; texts, byte arrays
+/// and variants are written as QDataStream of version 5.15 does.
+///
+/// Every operator throws qor::CFileException: with code CannotWrite when a write fails (also when the archive
+/// loads), with code CorruptFile when the data ends early or makes no sense.
+class HOST_EXPORT CQtArchive
+{
+public:
+    enum Mode { Save, Load };
+
+    /// The device is not owned and must be open.
+    CQtArchive(QIODevice* archiveDevice, Mode archiveMode);
+    CQtArchive(const CQtArchive&) = delete;
+    CQtArchive& operator=(const CQtArchive&) = delete;
+
+    bool isSaving() const;
+
+    CQtArchive& operator<<(quint32 value);
+    CQtArchive& operator<<(qint32 value);
+    CQtArchive& operator<<(LONGID value);
+    CQtArchive& operator<<(double value);
+    CQtArchive& operator<<(bool value);
+    CQtArchive& operator<<(const QString& value);
+    CQtArchive& operator<<(const QByteArray& value);
+    CQtArchive& operator<<(const QVariant& value);
+    /// A pointer would be saved as a bool.
+    template<class T>
+    CQtArchive& operator<<(const T* value) = delete;
+
+    CQtArchive& operator>>(quint32& value);
+    CQtArchive& operator>>(qint32& value);
+    CQtArchive& operator>>(LONGID& value);
+    CQtArchive& operator>>(double& value);
+    CQtArchive& operator>>(bool& value);
+    CQtArchive& operator>>(QString& value);
+    CQtArchive& operator>>(QByteArray& value);
+    CQtArchive& operator>>(QVariant& value);
+
+private:
+    template<class T>
+    CQtArchive& save(const T& value);
+    template<class T>
+    CQtArchive& load(T& value);
+
+    QDataStream stream;
+    Mode mode;
+};

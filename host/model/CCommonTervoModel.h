@@ -1,0 +1,25 @@
+#pragma once
+
+#include "host/host_export.h"
+#include "host/model/CProjectModel.h"
+#include "host/model/IItemManager.h"
+
+#include <memory>
+
+/// A project model whose project also has data objects outside of the tree, kept by an item manager.
+class HOST_EXPORT CCommonTervoModel : public CProjectModel
+{
+    Q_OBJECT
+
+public:
+    explicit CCommonTervoModel(CProject* ownerProject, QObject* parent = nullptr);
+    ~CCommonTervoModel() override;
+
+    /// Null until one has been set.
+    tervo::IItemManager* getTervoObject() const;
+    /// Destroys the earlier manager.
+    void setTervoObject(std::unique_ptr<tervo::IItemManager> itemManager);
+
+private:
+    std::unique_ptr<tervo::IItemManager> tervoObject;
+};

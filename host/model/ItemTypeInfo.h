@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QFlags>
+
+/// Item type of an element that is of no particular type.
+constexpr int kGeneralItemType = 0x65ED7300;
+
+/// What a project model has to know about the items of one type.
+struct ItemTypeInfo
+{
+    enum Flag {
+        NotDeletable = 1, ///< CProjectModel::removeItem() refuses the item.
+    };
+    Q_DECLARE_FLAGS(Flags, Flag)
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(ItemTypeInfo::Flags)
