@@ -1,0 +1,55 @@
+# Flags, output folders and helper functions that every target of the project shares.
+
+include(GenerateExportHeader)
+include(GNUInstallDirs)
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(ORVEL_PLUGIN_DIR ${CMAKE_BINARY_DIR}/plugins)
+# What is installed as the application's data: the "Protocol" folder of the pages.
+set(ORVEL_DATA_DIR ${CMAKE_BINARY_DIR}/share/orvel)
+
+option(ORVEL_WERROR "Treat warnings as errors" ON)
+set(ORVEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+
+add_library(OrvelSettings INTERFACE)
+add_library(Orvel::Settings ALIAS OrvelSettings)
+target_compile_options(OrvelSettings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wextra-semi
+    $<$<BOOL:${ORVEL_WERROR}>:-Werror>)
+target_compile_definitions(OrvelSettings INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_STRICT_ITERATORS
+    QT_DEPRECATED_WARNINGS QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
+
+add_link_options(-Wl,--as-needed)
+if(ORVEL_SANITIZE)
+    add_compile_options(-fsanitize=${ORVEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${ORVEL_SANITIZE})
+elseif(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT ORVEL_SANITIZE)
+    add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,--no-undefined>)
+endif()
+
+# One Qt Test program, built from the file NAME.cpp of the calling folder.
+function(orvel_add_test NAME)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;DEFINITIONS;ENVIRONMENT" ${ARGN})
+    add_executable(${NAME} ${NAME}.cpp ${ARG_SOURCES})
+    target_link_libraries(${NAME} PRIVATE Orvel::Settings Qt5::Test ${ARG_LIBRARIES})
+    target_compile_definitions(${NAME} PRIVATE ${ARG_DEFINITIONS})
+    set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_test(NAME ${NAME} COMMAND ${NAME})
+    set_tests_properties(${NAME} PROPERTIES
+        TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${ARG_ENVIRONMENT}")
+endfunction()
