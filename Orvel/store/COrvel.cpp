@@ -1,0 +1,174 @@
+#include "Orvel/store/COrvel.h"
+
+#include "host/app/Application.h"
+#include "host/enums/EnumData.h"
+#include "host/files/CFileException.h"
+#include "host/files/CQtArchive.h"
+#include "host/files/StringUtils.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+constexpr quint32 kMaxIds = 1000000;
+constexpr quint32 kMaxProtocolFiles = 100;
+
+// Item types whose messages get a group of their own on the page.
+constexpr int kGroupedItemTypes[] = {0x6DCD3700, 0x6DCD3703, 0x6DCD3704, 0x6DCD3708,
+                                     0x6DCD3711, 0x6DCD370F, 0x6DCD371B, 0x6DCD371C};
+
+quint32 readCount(CQtArchive& archive, quint32 limit)
+{
+    quint32 count = 0;
+    archive >> count;
+    if (count > limit)
+        throw qor::CFileException(1, std::wstring());
+    return count;
+}
+
+void saveIds(CQtArchive& archive, const std::set<LONGID>& ids)
+{
+    archive << static_cast<quint32>(ids.size());
+    for (const LONGID id : ids)
+        archive << id;
+}
+
+void loadIds(CQtArchive& archive, std::set<LONGID>& ids)
+{
+    ids.clear();
+    const quint32 count = readCount(archive, kMaxIds);
+    for (quint32 i = 0; i < count; ++i) {
+        LONGID id = 0;
+        archive >> id;
+        ids.insert(ids.end(), id);
+    }
+}
+
+void savePaths(CQtArchive& archive, const std::map<int, QString>& paths)
+{
+    archive << static_cast<quint32>(paths.size());
+    for (const auto& [protocolType, path] : paths)
+        archive << protocolType << path;
+}
+
+void loadPaths(CQtArchive& archive, std::map<int, QString>& paths)
+{
+    paths.clear();
+    const quint32 count = readCount(archive, kMaxProtocolFiles);
+    for (quint32 i = 0; i < count; ++i) {
+        int protocolType = 0;
+        QString path;
+        archive >> protocolType >> path;
+        paths.emplace(protocolType, path);
+    }
+}
+
+} // namespace
+
+QString COrvel::s_sysTemplateProtocolPath;
+
+COrvel::COrvel(CProjectModel* projectModel, const QString& applicationScheme)
+    : CModelElement(nullptr)
+    , model(projectModel)
+    , templateFileName(QStringLiteral("protocol.html"))
+    , uriScheme(applicationScheme)
+    , currentStage(0)
+    , nextStage(1)
+{
+    InitProtocol();
+}
+
+COrvel::~COrvel() = default;
+
+int COrvel::getType() const
+{
+    return kOrvelItemType;
+}
+
+void COrvel::serialize(CQtArchive& archive)
+{
+    if (archive.isSaving()) {
+        saveIds(archive, idList);
+        savePaths(archive, protocolFiles);
+        archive << dataFilePath;
+    } else {
+        loadIds(archive, idList);
+        loadPaths(archive, protocolFiles);
+        archive >> dataFilePath;
+    }
+}
+
+void COrvel::InitProtocol()
+{
+    for (const int itemType : kGroupedItemTypes) {
+        const QString plural = QString::fromStdWString(getEnumData(itemType).getTextPlural());
+        itemGroupNames[itemType] = utils::toUpperFirst(plural);
+    }
+    itemGroupNames[kGeneralItemType] = QCoreApplication::translate("Orvel", "Общие");
+    ClearProtocol();
+}
+
+void COrvel::ProtocolBegin(int protocolType)
+{
+    if (dataFilePath.isEmpty()) {
+        dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
+        Application::instance()->registerTmpFile(dataFilePath);
+    }
+    ReadXML();
+    ClearProtocolByType(protocolType);
+    currentStage = 0;
+    nextStage = 1;
+}
+
+void COrvel::ProtocolEnd(int protocolType)
+{
+    AddTitleInfo(protocolType);
+    UpdateIDList();
+    WriteXML();
+}
+
+void COrvel::startProtocolStage(const QString& text, int protocolType)
+{
+    if (currentStage != 0)
+        return;
+    currentStage = nextStage++;
+    AddMessageRaw(text, protocolType, COVMessage::Stage);
+}
+
+void COrvel::finishProtocolStage()
+{
+    currentStage = 0;
+}
+
+void COrvel::ClearProtocol()
+{
+    messages.clear();
+    protocolFiles.clear();
+}
+
+void COrvel::ClearProtocolByType(int protocolType)
+{
+    messages.erase(protocolType);
+    protocolFiles.erase(protocolType);
+}
+
+void COrvel::addReportTypes(int protocolType, const std::vector<int>& types)
+{
+    reportTypes[protocolType] = types;
+}
+
+bool COrvel::IsMessages(LONGID itemId) const
+{
+    return idList.count(itemId) != 0;
+}
+
+QString COrvel::GetItemGroupName(int itemType) const
+{
+    const auto found = itemGroupNames.find(itemType);
+    return found == itemGroupNames.end() ? QString() : found->second;
+}
+
+QString COrvel::GetProtocolTitle(int protocolType)
+{
+    return QString::fromStdWString(getEnumData(protocolType).getTextSingular());
+}

@@ -1,0 +1,78 @@
+#include "Orvel/store/COrvel.h"
+#include "Orvel/store/LinkScanner.h"
+#include "host/enums/EnumData.h"
+#include "host/model/CCommonTervoModel.h"
+#include "host/model/CProject.h"
+#include "host/model/CProjectModel.h"
+#include "host/model/IItemManager.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+
+void COrvel::AddMessageRaw(const QString& text, int protocolType, COVMessage::MessageType type)
+{
+    QString html = text;
+    html.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+
+    std::vector<LONGID> ids;
+    std::vector<int> types;
+    bool hasAnchor = false;
+    const QStringView view(html);
+    for (auto anchor = links::findAnchor(view, 0); anchor; anchor = links::findAnchor(view, anchor->end)) {
+        hasAnchor = true;
+        const QStringView link = view.mid(anchor->begin, anchor->end - anchor->begin);
+        for (auto digits = links::findIdDigits(link, 0); digits;
+             digits = links::findIdDigits(link, digits->end)) {
+            const LONGID itemId = link.mid(digits->begin, digits->end - digits->begin).toLongLong();
+            ids.push_back(itemId);
+            types.push_back(GetItemTypeByID(itemId));
+        }
+    }
+    // A text with links but without a single id in them refers to nothing, not even to "no item".
+    if (!hasAnchor) {
+        ids.push_back(0);
+        types.push_back(kGeneralItemType);
+    }
+    AddMessage(COVMessage(protocolType, type, ids, types, html, currentStage));
+}
+
+void COrvel::AddMessage(const COVMessage& message)
+{
+    messages[message.protocolType].push_back(message);
+}
+
+void COrvel::AddTitleInfo(int protocolType)
+{
+    const auto addLine = [this, protocolType](COVMessage::MessageType type, const QString& text) {
+        AddMessage(COVMessage(protocolType, type, 0, kGeneralItemType, text, 0));
+    };
+
+    const QString title = GetProtocolTitle(protocolType);
+    if (!title.isEmpty())
+        addLine(COVMessage::Title, title);
+    addLine(COVMessage::Service,
+            QDateTime::currentDateTime().toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")));
+    addLine(COVMessage::Service, QCoreApplication::translate("Orvel", "Проект: %1")
+                                     .arg(model->getProject()->getName(), 0, QLatin1Char(' ')));
+}
+
+void COrvel::UpdateIDList()
+{
+    idList.clear();
+    for (const auto& [protocolType, list] : messages) {
+        for (const COVMessage& message : list)
+            message.GetItemsID(idList);
+    }
+}
+
+int COrvel::GetItemTypeByID(LONGID itemId) const
+{
+    if (const CModelElement* element = model->findItemAnywhere(itemId))
+        return element->getType();
+    const auto* tervoModel = dynamic_cast<const CCommonTervoModel*>(model);
+    if (!tervoModel)
+        return kGeneralItemType;
+    const tervo::IItemManager* manager = tervoModel->getTervoObject();
+    const tervo::IItem* item = manager ? manager->findItem(itemId) : nullptr;
+    return item ? static_cast<int>(item->getType()) : kGeneralItemType;
+}
