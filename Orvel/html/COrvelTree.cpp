@@ -1,0 +1,123 @@
+#include "Orvel/html/TreeMarkup.h"
+#include "Orvel/store/COrvel.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+/// Whether the messages of an item type get a node for each item.
+bool hasItemNodes(int itemType)
+{
+    return itemType == 0x6DCD3700 || itemType == 0x6DCD3704;
+}
+
+void appendKind(const COrvel::MessageList& list, COVMessage::MessageType kind, COrvel::MessageList& result)
+{
+    for (COVMessage* message : list) {
+        if (message->messageType == kind)
+            result.push_back(message);
+    }
+}
+
+/// Opens a block with its top node and the caption of that, ready for the node's children.
+void openBlock(QLatin1String blockClass, bool asRoot, const QString& caption, QString& html)
+{
+    html += QLatin1String("<div class='") + blockClass + QLatin1String("'>\n");
+    tree::openContainer(html);
+    tree::openNode(
+        asRoot ? QLatin1String("IsRoot IsLast ExpandOpen") : QLatin1String("Node IsLast ExpandOpen"), html);
+    tree::appendCaption(caption, html);
+}
+
+void closeBlock(QString& html)
+{
+    tree::closeNode(html);
+    tree::closeContainer(html);
+    html += QLatin1String("</div>\n");
+}
+
+} // namespace
+
+bool COrvel::GetHtmlList(const MessageList& list, QString& html)
+{
+    if (list.empty())
+        return false;
+    tree::openContainer(html);
+    for (const COVMessage* message : list) {
+        tree::openNode(QLatin1String("Node ExpandLeaf IsLast"), html);
+        html += QLatin1String("<div class=\"Content ") + GetMessageStyleClass(*message) +
+                QLatin1String("\">") + message->text + QLatin1String("</div>\n");
+        tree::closeNode(html);
+    }
+    tree::closeContainer(html);
+    return true;
+}
+
+bool COrvel::GetHtmlGroupedData(const MessageList& list, QString& html, bool asRoot)
+{
+    MessageList problems;
+    appendKind(list, COVMessage::Error, problems);
+    appendKind(list, COVMessage::Warning, problems);
+    if (!problems.empty()) {
+        MessageGroups<int> byItemType;
+        GetMessagesByItemType(problems, byItemType);
+        openBlock(QLatin1String("errorblock"), asRoot,
+                  QCoreApplication::translate("Orvel", "Ошибки и предупреждения") +
+                      tree::countSuffix(problems.size()),
+                  html);
+        tree::openContainer(html);
+        for (const auto& [itemType, group] : byItemType)
+            AppendItemTypeNode(itemType, group, html);
+        tree::closeContainer(html);
+        closeBlock(html);
+    }
+
+    MessageList plain;
+    appendKind(list, COVMessage::Message, plain);
+    if (!plain.empty()) {
+        openBlock(QLatin1String("messageblock"), asRoot,
+                  QCoreApplication::translate("Orvel", "Сообщения") + tree::countSuffix(plain.size()), html);
+        GetHtmlList(plain, html);
+        closeBlock(html);
+    }
+    return true;
+}
+
+void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, QString& html)
+{
+    // A type without a heading is left out by design, messages and all.
+    const QString groupName = GetItemGroupName(itemType);
+    if (groupName.isEmpty())
+        return;
+    tree::openNode(QLatin1String("Node ExpandOpen"), html);
+    tree::appendCaption(groupName + tree::countSuffix(list.size()), html);
+    if (hasItemNodes(itemType))
+        AppendItemNodes(itemType, list, html);
+    else
+        GetHtmlList(list, html);
+    tree::closeNode(html);
+}
+
+void COrvel::AppendItemNodes(int itemType, const MessageList& list, QString& html)
+{
+    MessageGroups<LONGID> byItem;
+    GetMessagesByItemId(list, byItem);
+
+    std::multimap<QString, const MessageList*> byCaption;
+    for (const auto& [itemId, group] : byItem) {
+        const COVMessage& first = *group.front();
+        if (first.GetItemTypeByID(itemId) != itemType)
+            continue;
+        QString linkText;
+        byCaption.emplace(GetMessageItemLink(first.text, itemId, linkText), &group);
+    }
+
+    tree::openContainer(html);
+    for (const auto& [caption, group] : byCaption) {
+        tree::openNode(QLatin1String("Node ExpandClosed"), html);
+        tree::appendCaption(caption + tree::countSuffix(group->size()), html);
+        GetHtmlList(*group, html);
+        tree::closeNode(html);
+    }
+    tree::closeContainer(html);
+}
