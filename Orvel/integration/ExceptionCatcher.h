@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Orvel/orvel_export.h"
+
+#include <QString>
+
+#include <exception>
+#include <functional>
+#include <vector>
+
+/// Runs an action of the user and turns an exception that leaves it into a message.
+class ORVEL_EXPORT ExceptionCatcher
+{
+public:
+    using ErrorHandler = std::function<void(const QString& message)>;
+    using AfterErrorHandler = std::function<void()>;
+
+    /// Handlers are called in the order in which they were added, after-error handlers after all of the
+    /// others.
+    void addErrorHandler(ErrorHandler handler);
+    void addAfterErrorHandler(AfterErrorHandler handler);
+
+    /// Runs `action`. An exception goes to the handlers and no further.
+    void run(const std::function<void()>& action) const;
+
+    /// What the user is told of `error`.
+    static QString getMessage(const std::exception_ptr& error);
+
+private:
+    std::vector<ErrorHandler> errorHandlers;
+    std::vector<AfterErrorHandler> afterErrorHandlers;
+};

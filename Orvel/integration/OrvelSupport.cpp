@@ -1,0 +1,54 @@
+#include "Orvel/integration/OrvelSupport.h"
+
+#include "Orvel/integration/CDelegateCreatorImpl.h"
+#include "Orvel/integration/CReportDelegate.h"
+#include "Orvel/integration/ModelInitializerImpl.h"
+#include "Orvel/integration/OrvelGUIExtension.h"
+#include "Orvel/integration/ProtocolNavigation.h"
+#include "Orvel/integration/ProtocolTemplate.h"
+#include "Orvel/integration/UriNavigationHandlerFuncImpl.h"
+#include "Orvel/integration/WarningReportGetStrategy.h"
+#include "Orvel/store/COrvel.h"
+#include "host/app/Application.h"
+#include "host/delegates/ItemDelegateFactory.h"
+#include "host/model/CProjectModel.h"
+#include "host/window/ProjectWindow.h"
+
+#include <QStandardPaths>
+
+namespace {
+
+// Host-wide ids of the property and of the delegate that show whether the protocol mentions an item.
+constexpr int kWarningReportProperty = 0x6DCDDA04;
+constexpr int kReportDelegate = 0x6DCD8F17;
+
+} // namespace
+
+void OrvelSupport::extendModel(CProjectModel* model)
+{
+    if (!model->getInitializer(kOrvelItemType))
+        model->addInitializer(kOrvelItemType, new OrvelSupport_impl::ModelInitializerImpl(model));
+    model->registerPropertyStrategy(kWarningReportProperty,
+                                    new OrvelSupport_impl::WarningReportGetStrategy(model));
+}
+
+void OrvelSupport::extendProjectGUI(ProjectGUI* gui)
+{
+    auto* window = static_cast<ProjectWindow*>(gui);
+    auto* viewer = new OrvelGUIExtension(window, window);
+    window->addExtension(kOrvelItemType, viewer);
+    window->addUriNavigationHandler(
+        std::make_unique<UriNavigationHandlerFuncImpl<ProtocolNavigation>>(ProtocolNavigation{viewer}));
+}
+
+bool OrvelSupport::extendApplication(Application* /*app*/)
+{
+    if (ItemDelegateFactory* factory = ItemDelegateFactory::instance())
+        factory->registerExtension(kReportDelegate,
+                                   std::make_unique<CDelegateCreatorImpl<CReportDelegate>>());
+
+    COrvel::s_sysTemplateProtocolPath =
+        Application::locateData(QStringLiteral("Protocol"), QStandardPaths::LocateDirectory);
+    copyProtocolTemplate();
+    return true;
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+class COrvel;
+class CProjectModel;
+
+/// The protocol of a project model; null when it has none. Nobody keeps the pointer: it is looked up with
+/// each use.
+COrvel* findProjectProtocol(const CProjectModel* model);
