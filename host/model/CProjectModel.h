@@ -105,15 +105,12 @@ private:
 
     void subjectChanged(const ISubject& subject) override;
 
-    bool canEnter(const CModelElement& item) const;
-    bool canLeave(const CModelElement& item) const;
-    void enterTree(CModelElement& item);
+    bool giveIds(const std::vector<CModelElement*>& items);
+    bool isTreeItem(const CModelElement* item) const;
     void enterIndexes(CModelElement& item, bool isSystem, ItemTypeInfo::Flags flags);
-    void leaveIndexes(CModelElement& item);
+    void leaveIndexes(const CModelElement& item);
     void indexId(Entry& entry);
-    void removeFromTree(CModelElement& item);
-    void removeSystemItem(CModelElement& item);
-    LONGID makeFreeId();
+    void removeSingleItem(CModelElement& item);
 
     CProject* project;
     CModelElement::Children topLevelItems;

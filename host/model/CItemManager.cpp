@@ -1,0 +1,45 @@
+#include "host/model/CItemManager.h"
+
+#include <algorithm>
+
+namespace tervo {
+
+CItemManager::CItemManager() = default;
+
+CItemManager::~CItemManager() = default;
+
+IItem* CItemManager::findItem(LONGID id) const
+{
+    return itemsById.value(id);
+}
+
+IItem* CItemManager::addItem(std::unique_ptr<IItem> item)
+{
+    if (!item || item->getId() == 0 || itemsById.contains(item->getId()))
+        return nullptr;
+    itemsById.insert(item->getId(), item.get());
+    return items.emplace_back(std::move(item)).get();
+}
+
+bool CItemManager::removeItem(LONGID id)
+{
+    const IItem* removed = itemsById.take(id);
+    if (!removed)
+        return false;
+    items.erase(std::find_if(items.begin(), items.end(),
+                             [removed](const auto& item) { return item.get() == removed; }));
+    return true;
+}
+
+const CItemManager::Items& CItemManager::getItems() const
+{
+    return items;
+}
+
+void CItemManager::clear()
+{
+    itemsById.clear();
+    items.clear();
+}
+
+} // namespace tervo
