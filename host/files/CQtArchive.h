@@ -13,8 +13,8 @@ class QIODevice;
 /// Saves values to a device or loads them back, in the same order. Numbers are big-endian; texts, byte arrays
 /// and variants are written as QDataStream of version 5.15 does.
 ///
-/// Every operator throws qor::CFileException: with code CannotWrite when a write fails (also when the archive
-/// loads), with code CorruptFile when the data ends early or makes no sense.
+/// Every operator throws qor::CFileException: with code CannotWrite when a write fails, with code CorruptFile
+/// when the data ends early or makes no sense. An archive that saves is not to be read from, and the reverse.
 class HOST_EXPORT CQtArchive
 {
 public:

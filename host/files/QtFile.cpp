@@ -1,0 +1,90 @@
+#include "host/files/QtFile.h"
+
+#include "host/files/CFileException.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace {
+
+[[noreturn]] void fail(int code, const QString& path, const QString& reason)
+{
+    QString text;
+    switch (code) {
+    case qor::CFileException::CannotRead:
+        text = QCoreApplication::translate("Host", "Не удалось прочитать файл «%1»: %2.");
+        break;
+    case qor::CFileException::CannotWrite:
+        text = QCoreApplication::translate("Host", "Не удалось записать файл «%1»: %2.");
+        break;
+    default:
+        text = QCoreApplication::translate("Host", "Не удалось открыть файл «%1»: %2.");
+        break;
+    }
+    throw qor::CFileException(code, text.arg(QDir::toNativeSeparators(path), reason).toStdWString());
+}
+
+} // namespace
+
+QtFile::QtFile(const QString& filePath) : path(filePath)
+{}
+
+QtFile::~QtFile() = default;
+
+void QtFile::open(QIODevice::OpenMode mode)
+{
+    file.reset();
+    const QIODevice::OpenMode direction = mode & ~(QIODevice::Text | QIODevice::Truncate);
+    if (direction == QIODevice::ReadOnly)
+        openForReading(mode);
+    else if (direction == QIODevice::WriteOnly)
+        openForWriting(mode);
+    else
+        fail(qor::CFileException::CannotOpen, path,
+             QCoreApplication::translate("Host", "такой способ открытия не поддерживается"));
+}
+
+QIODevice* QtFile::device() const
+{
+    return file.get();
+}
+
+void QtFile::close()
+{
+    if (!file)
+        return;
+    const std::unique_ptr<QFileDevice> closing = std::move(file);
+    const int code =
+        closing->isWritable() ? qor::CFileException::CannotWrite : qor::CFileException::CannotRead;
+    // Before anything else: closing forgets an earlier failure.
+    if (!closing->flush() || closing->error() != QFileDevice::NoError)
+        fail(code, path, closing->errorString());
+    auto* saveFile = qobject_cast<QSaveFile*>(closing.get());
+    if (saveFile && !saveFile->commit())
+        fail(code, path, saveFile->errorString());
+}
+
+void QtFile::openForReading(QIODevice::OpenMode mode)
+{
+    auto readFile = std::make_unique<QFile>(path);
+    if (!readFile->open(mode))
+        fail(qor::CFileException::CannotOpen, path, readFile->errorString());
+    file = std::move(readFile);
+}
+
+void QtFile::openForWriting(QIODevice::OpenMode mode)
+{
+    const QFileInfo target(path);
+    std::unique_ptr<QFileDevice> writeFile;
+    // A device or a pipe must be written to, not replaced by a file.
+    if (target.exists() && !target.isFile() && !target.isDir())
+        writeFile = std::make_unique<QFile>(path);
+    else
+        writeFile = std::make_unique<QSaveFile>(path);
+    if (!writeFile->open(mode))
+        fail(qor::CFileException::CannotOpen, path, writeFile->errorString());
+    file = std::move(writeFile);
+}
