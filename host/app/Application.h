@@ -39,7 +39,8 @@ public:
     static QString locateData(const QString& name,
                               QStandardPaths::LocateOptions options = QStandardPaths::LocateFile);
 
-    /// Shows the user a warning; `parent` is the object on whose behalf, or null.
+    /// Shows the user a warning; `parent` is the object on whose behalf, or null. Without an application object
+    /// the message goes to the standard error output.
     static void warning(const QString& message, QObject* parent);
 
 protected:
