@@ -24,7 +24,7 @@ public:
     virtual double getEpsilon() const;
     /// Whether cells have tool tips.
     virtual bool isShowToolTip() const;
-    /// The tool tip of a cell: the model's own, else the cell's text.
+    /// The tool tip of a cell, plain text: the model's own, else the cell's text.
     virtual QString getToolTipText(const QModelIndex& index) const;
     /// The role under which values are read for editing and written back.
     virtual int getDataRole() const;

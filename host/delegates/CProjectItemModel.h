@@ -37,7 +37,7 @@ public:
         ItemIdRole = Qt::UserRole + 1, ///< the row's LONGID
     };
 
-    /// @param itemsModel  the project model, not owned
+    /// @param itemsModel  the project model, not owned, outlives the table
     CProjectItemModel(CProjectModel* itemsModel, QVector<Column> tableColumns, QObject* parent = nullptr);
     ~CProjectItemModel() override;
 
@@ -60,17 +60,22 @@ public:
 
 private:
     void readItems();
-    void insertItem(LONGID id);
+    void showAddition(LONGID id);
     void beginRemoval(LONGID id);
-    void endRemoval(LONGID id);
+    void endRemoval();
     void showChange(LONGID id);
+    int getInsertionRow(const CModelElement& item) const;
+    int getRow(const CModelElement* item) const;
+    void countRows() const;
     QVariant getValue(const CModelElement& item, const Column& column) const;
-    int getRow(LONGID id) const;
 
     CProjectModel* projectModel;
     QVector<Column> columns;
-    std::vector<CModelElement*> items;
-    mutable QHash<LONGID, int> rowOfId;
-    mutable bool rowsCounted = false; // rowOfId is up to date
-    LONGID itemInRemoval = 0;
+    std::vector<CModelElement*> items; // by row
+    bool removing = false;
+
+    // The row that each item had when the rows were counted; rowShift rows were added or removed since, so
+    // that an item stands no farther away from there. Spares counting all rows anew at every change.
+    mutable QHash<const CModelElement*, int> countedRows;
+    mutable int rowShift = 0;
 };

@@ -2,21 +2,25 @@
 
 #include "host/host_export.h"
 #include "host/process/IProcessMonitor.h"
+#include "host/process/JournalWriter.h"
 #include "host/process/ProgressImplementation.h"
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QString>
+#include <QStringList>
+#include <QStyle>
 
 #include <functional>
 #include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
-class JournalWriter;
 class OrderedMonitorProxy;
 class QLabel;
+class QLayout;
+class QMessageBox;
 class QProgressBar;
 class QPushButton;
 class QTextBrowser;
@@ -54,7 +58,7 @@ protected:
     virtual void write(const QString& text, const QString& detail);
     /// Whether the latest run was stopped by the user or ended by an exception.
     virtual bool getInterrupted() const;
-    /// A run is about to start; the journal is empty already. The base names the run in the stage line.
+    /// A run is about to start; the journal is empty already. The base writes the time as a service line.
     virtual void onStarted();
     /// The run's thread is over and its last line is delivered. The base says in the stage line how it
     /// ended.
@@ -88,7 +92,7 @@ public:
     /// Processes events until the run has finished. For programs without a window and for tests.
     /// @return false when the event loop was left while the run still worked
     bool waitForFinished();
-    /// Asks the run to stop, without a question to the user. It ends at its next look at
+    /// Tells the run to stop, without a question to the user. It ends at its next look at
     /// isProcessRunning(); runFinished() tells when.
     void stop();
     /// Pauses the run or lets it go on. A paused run waits at its next checkpoint.
@@ -140,42 +144,37 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    struct Stage
-    {
-        QString name;
-        QElapsedTimer time;
-    };
-
     void createWidgets();
-    QWidget* createStageRow();
-    QWidget* createButtonRow();
+    QLayout* createButtonRow();
+    QPushButton* createButton(const QString& text, QStyle::StandardPixmap icon);
     void prepareRun();
+    void writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail);
     void deliverBatch();
     void finishRun();
-    void askToStop();
-    void showStopQuestion();
+    void askToStop(bool thenClose);
+    void showStopQuestion(bool thenClose);
     bool isQuestionWanted() const;
-    void closeAfterRun();
-    void updateButtons();
-    void updateStageLine();
-    void updateJournalNote();
+    void showState();
+    void showTime();
+    void showJournalNote();
 
-    QTextBrowser* journal = nullptr;
-    QLabel* journalNote = nullptr;
-    QProgressBar* progressBar = nullptr;
     QLabel* stageLabel = nullptr;
     QLabel* timeLabel = nullptr;
+    QProgressBar* progressBar = nullptr;
+    QLabel* journalNote = nullptr;
+    QTextBrowser* journal = nullptr;
     QPushButton* stopButton = nullptr;
     QPushButton* pauseButton = nullptr;
     QPushButton* protocolButton = nullptr;
     QPushButton* closeButton = nullptr;
+    QPointer<QMessageBox> questionBox;
     QTimer* batchTimer = nullptr;
 
     std::unique_ptr<JournalWriter> journalWriter;
     std::unique_ptr<OrderedMonitorProxy> proxy; // of the latest run
     std::thread worker;
-    std::vector<Stage> stages;
-    QString stateText;
+    QStringList stages; // open, the outermost first
+    QString stateText;  // shown while no stage is open
     QElapsedTimer runTime;
     StopQuestion stopQuestion = StopQuestion::OnDisplay;
     bool running = false;

@@ -8,11 +8,16 @@
 #include <deque>
 
 class QTextBrowser;
+class QTextCursor;
 
 /// Brings lines into a journal without freezing it, however many come.
 ///
 /// Lines wait here and go into the document a few at a time. The journal keeps the newest lines only: what
 /// would scroll off at once never enters the document.
+///
+/// A line is `<p class="K"><span class="mark">M</span> text <span class="detail">detail</span></p>`, with
+/// `error`, `warning`, `message` or `service` for K; a service line has no mark, and without a detail there
+/// is no detail span. The document's default style sheet says how they look.
 class HOST_EXPORT JournalWriter
 {
 public:
@@ -20,6 +25,8 @@ public:
 
     /// How many lines a journal keeps.
     static constexpr int kLineLimit = 10000;
+    /// Of a text with more characters only the beginning is shown.
+    static constexpr int kLengthLimit = 10000;
 
     /// @param journalBrowser  not owned, outlives the writer
     explicit JournalWriter(QTextBrowser* journalBrowser);
@@ -28,7 +35,8 @@ public:
     void clear();
     /// Appends a line. @p text and @p detail are HTML; the detail, if any, is shown behind the text.
     void append(Kind kind, const QString& text, const QString& detail);
-    /// Shows lines that wait until none is left or @p budget is spent.
+    /// Shows lines that wait until none is left or @p budget is spent. A journal scrolled to its end stays
+    /// there; one that is scrolled up keeps showing the same lines.
     /// @return true when no line waits
     bool flush(std::chrono::milliseconds budget);
     /// How many lines the journal no longer shows.
@@ -38,12 +46,19 @@ public:
     static QString getLineHtml(Kind kind, const QString& text, const QString& detail);
 
 private:
-    void dropOverflow();
-    void insertChunk();
+    struct Line
+    {
+        Kind kind;
+        QString text;
+        QString detail;
+    };
+
+    void insertLines(std::chrono::steady_clock::time_point deadline);
+    void insertLine(QTextCursor& cursor, const Line& line);
     void trimDocument();
 
     QTextBrowser* journal;
-    std::deque<QString> waiting;
-    std::deque<int> shownBlockCounts; // of each shown line, oldest first
+    std::deque<Line> waiting;
+    std::deque<int> shownBlockCounts; // of each line in the document, oldest first
     qint64 omittedCount = 0;
 };

@@ -8,7 +8,9 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <exception>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -24,8 +26,8 @@
 class HOST_EXPORT OrderedMonitorProxy final : public qor::IProcessMonitor
 {
 public:
-    /// Called in the run's thread when the GUI thread should come to answerQuestions() or, at the end of
-    /// the run, to deliver().
+    /// Called in the run's thread when the GUI thread should come to answerQuestions() and, if
+    /// isDeliveryUrgent(), to deliver().
     using WakeFunction = std::function<void()>;
 
     /// @param silent  what getSilent() answers until the run says otherwise
@@ -60,16 +62,18 @@ public:
     void setFinished(bool failed);
 
     /// Makes the waiting calls on @p target, in order, until none is left or @p budget is spent.
-    /// @return true when all calls written so far are delivered
+    /// @return true when none was left
     bool deliver(qor::IProcessMonitor& target, std::chrono::milliseconds budget);
     /// Answers the links that the run asked for through @p target.
     void answerQuestions(qor::IProcessMonitor& target);
+    /// True when the run waits for room in the queue, or is over.
+    bool isDeliveryUrgent() const;
     /// True when the run is over and every call of it is delivered.
     bool isDrained() const;
     /// True when the run ended by an exception.
     bool isFailed() const;
 
-    /// From now on isProcessRunning() says false and a paused run goes on.
+    /// From now on isProcessRunning() says false and a paused run goes on. Too late for a run that is over.
     void requestStop();
     bool isStopRequested() const;
     /// While paused, the run waits in pause() and setPercentage().
@@ -104,13 +108,15 @@ private:
     struct Question
     {
         LONGID id = 0;
-        std::wstring text;
+        std::wstring text; // of the link; then the answer
+        std::exception_ptr failure;
         bool answered = false;
     };
 
     void post(Call call);
     void waitWhilePaused();
     bool takeWaitingCalls();
+    static void makeCall(const Call& call, qor::IProcessMonitor& target);
     void deliverPercentage(qor::IProcessMonitor& target);
 
     const WakeFunction wake;
@@ -119,7 +125,8 @@ private:
     std::condition_variable changed;
     std::deque<Call> waiting;
     std::size_t waitingBytes = 0;
-    std::deque<Question*> questions;
+    int writersWaiting = 0; // for room in the queue
+    std::deque<std::shared_ptr<Question>> questions;
     int percentage = 0;
     bool percentageChanged = false;
     bool paused = false;

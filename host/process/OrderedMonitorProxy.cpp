@@ -1,0 +1,324 @@
+#include "host/process/OrderedMonitorProxy.h"
+
+#include <exception>
+#include <utility>
+
+namespace {
+
+// What may wait in the queue: enough for the GUI thread to have work until it comes again, and little enough
+// for any machine.
+constexpr std::size_t kCallLimit = 20000;
+constexpr std::size_t kByteLimit = 16 * 1024 * 1024;
+
+} // namespace
+
+OrderedMonitorProxy::OrderedMonitorProxy(bool silent, WakeFunction wakeFunction)
+    : wake(std::move(wakeFunction))
+    , silentMode(silent)
+{}
+
+OrderedMonitorProxy::~OrderedMonitorProxy() = default;
+
+void OrderedMonitorProxy::setPercentage(int newPercentage)
+{
+    waitWhilePaused();
+    const std::lock_guard<std::mutex> lock(mutex);
+    percentage = newPercentage;
+    percentageChanged = !abandoned;
+}
+
+void OrderedMonitorProxy::startStage(std::wstring name)
+{
+    post({CallKind::StartStage, false, std::move(name)});
+}
+
+void OrderedMonitorProxy::finishCurrentStage()
+{
+    post({CallKind::FinishStage});
+}
+
+void OrderedMonitorProxy::startProtocolStage(std::wstring name)
+{
+    post({CallKind::StartProtocolStage, false, std::move(name)});
+}
+
+void OrderedMonitorProxy::finishProtocolStage()
+{
+    post({CallKind::FinishProtocolStage});
+}
+
+bool OrderedMonitorProxy::isProcessRunning() const
+{
+    return !stopRequested;
+}
+
+void OrderedMonitorProxy::setSilent(bool silent)
+{
+    silentMode = silent;
+    post({CallKind::SetSilent, silent});
+}
+
+bool OrderedMonitorProxy::getSilent() const
+{
+    return silentMode;
+}
+
+void OrderedMonitorProxy::pause()
+{
+    waitWhilePaused();
+}
+
+void OrderedMonitorProxy::writeError(std::wstring text)
+{
+    errorsWritten = true;
+    post({CallKind::Error, false, std::move(text)});
+}
+
+void OrderedMonitorProxy::writeError(std::wstring text, std::wstring detail)
+{
+    errorsWritten = true;
+    post({CallKind::Error, true, std::move(text), std::move(detail)});
+}
+
+void OrderedMonitorProxy::writeWarning(std::wstring text)
+{
+    post({CallKind::Warning, false, std::move(text)});
+}
+
+void OrderedMonitorProxy::writeWarning(std::wstring text, std::wstring detail)
+{
+    post({CallKind::Warning, true, std::move(text), std::move(detail)});
+}
+
+void OrderedMonitorProxy::writeMessage(std::wstring text)
+{
+    post({CallKind::Message, false, std::move(text)});
+}
+
+void OrderedMonitorProxy::writeMessage(std::wstring text, std::wstring detail)
+{
+    post({CallKind::Message, true, std::move(text), std::move(detail)});
+}
+
+void OrderedMonitorProxy::write(std::wstring text)
+{
+    post({CallKind::Service, false, std::move(text)});
+}
+
+void OrderedMonitorProxy::write(std::wstring text, std::wstring detail)
+{
+    post({CallKind::Service, true, std::move(text), std::move(detail)});
+}
+
+bool OrderedMonitorProxy::wasErrors() const
+{
+    return errorsWritten;
+}
+
+std::wstring OrderedMonitorProxy::getItemLink(LONGID id, const std::wstring& text)
+{
+    // Shared, since the run gives up waiting when it is abandoned while the answer is being made.
+    const auto question = std::make_shared<Question>();
+    question->id = id;
+    question->text = text;
+
+    std::unique_lock<std::mutex> lock(mutex);
+    if (abandoned)
+        return text;
+    questions.push_back(question);
+    lock.unlock();
+    wake();
+    lock.lock();
+    changed.wait(lock, [&] { return question->answered || abandoned; });
+    if (question->failure)
+        std::rethrow_exception(question->failure);
+    return question->answered ? std::move(question->text) : text;
+}
+
+void OrderedMonitorProxy::setFinished(bool runFailed)
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        finished = true;
+        failed = runFailed;
+    }
+    wake();
+}
+
+bool OrderedMonitorProxy::deliver(qor::IProcessMonitor& target, std::chrono::milliseconds budget)
+{
+    const auto deadline = std::chrono::steady_clock::now() + budget;
+    bool isInTime = true;
+    while (isInTime && takeWaitingCalls()) {
+        while (isInTime && !inHand.empty()) {
+            const Call call = std::move(inHand.front());
+            inHand.pop_front();
+            makeCall(call, target);
+            isInTime = std::chrono::steady_clock::now() < deadline;
+        }
+    }
+    deliverPercentage(target);
+    return inHand.empty() && isInTime;
+}
+
+void OrderedMonitorProxy::answerQuestions(qor::IProcessMonitor& target)
+{
+    std::unique_lock<std::mutex> lock(mutex);
+    while (!questions.empty()) {
+        const auto question = questions.front();
+        questions.pop_front();
+        lock.unlock();
+        std::wstring answer;
+        std::exception_ptr failure;
+        try {
+            answer = target.getItemLink(question->id, question->text);
+        } catch (...) {
+            failure = std::current_exception(); // it is the run that asked
+        }
+        lock.lock();
+        question->text = std::move(answer);
+        question->failure = failure;
+        question->answered = true;
+        changed.notify_all();
+    }
+}
+
+bool OrderedMonitorProxy::isDeliveryUrgent() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return finished || writersWaiting > 0;
+}
+
+bool OrderedMonitorProxy::isDrained() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return finished && waiting.empty() && inHand.empty() && !percentageChanged;
+}
+
+bool OrderedMonitorProxy::isFailed() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return failed;
+}
+
+void OrderedMonitorProxy::requestStop()
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (!finished)
+            stopRequested = true;
+    }
+    changed.notify_all();
+}
+
+bool OrderedMonitorProxy::isStopRequested() const
+{
+    return stopRequested;
+}
+
+void OrderedMonitorProxy::setPaused(bool pausedByUser)
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        paused = pausedByUser;
+    }
+    changed.notify_all();
+}
+
+bool OrderedMonitorProxy::isPaused() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return paused;
+}
+
+void OrderedMonitorProxy::abandon()
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        abandoned = true;
+        stopRequested = true;
+        percentageChanged = false;
+        waiting.clear();
+        questions.clear();
+    }
+    inHand.clear();
+    changed.notify_all();
+}
+
+void OrderedMonitorProxy::post(Call call)
+{
+    const std::size_t bytes = sizeof(Call) + sizeof(wchar_t) * (call.text.size() + call.detail.size());
+    std::unique_lock<std::mutex> lock(mutex);
+    const auto canPost = [&] {
+        return abandoned || waiting.empty() ||
+               (waiting.size() < kCallLimit && waitingBytes + bytes <= kByteLimit);
+    };
+    if (!canPost()) {
+        ++writersWaiting;
+        lock.unlock();
+        wake();
+        lock.lock();
+        changed.wait(lock, canPost);
+        --writersWaiting;
+    }
+    if (abandoned)
+        return;
+    waitingBytes += bytes;
+    waiting.push_back(std::move(call));
+}
+
+void OrderedMonitorProxy::waitWhilePaused()
+{
+    std::unique_lock<std::mutex> lock(mutex);
+    changed.wait(lock, [this] { return !paused || stopRequested; });
+}
+
+bool OrderedMonitorProxy::takeWaitingCalls()
+{
+    if (!inHand.empty())
+        return true;
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        inHand.swap(waiting);
+        waitingBytes = 0;
+    }
+    changed.notify_all();
+    return !inHand.empty();
+}
+
+void OrderedMonitorProxy::makeCall(const Call& call, qor::IProcessMonitor& target)
+{
+    switch (call.kind) {
+    case CallKind::StartStage:
+        return target.startStage(call.text);
+    case CallKind::FinishStage:
+        return target.finishCurrentStage();
+    case CallKind::StartProtocolStage:
+        return target.startProtocolStage(call.text);
+    case CallKind::FinishProtocolStage:
+        return target.finishProtocolStage();
+    case CallKind::SetSilent:
+        return target.setSilent(call.flag);
+    case CallKind::Error:
+        return call.flag ? target.writeError(call.text, call.detail) : target.writeError(call.text);
+    case CallKind::Warning:
+        return call.flag ? target.writeWarning(call.text, call.detail) : target.writeWarning(call.text);
+    case CallKind::Message:
+        return call.flag ? target.writeMessage(call.text, call.detail) : target.writeMessage(call.text);
+    case CallKind::Service:
+        return call.flag ? target.write(call.text, call.detail) : target.write(call.text);
+    }
+}
+
+void OrderedMonitorProxy::deliverPercentage(qor::IProcessMonitor& target)
+{
+    int newest = 0;
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (!percentageChanged)
+            return;
+        percentageChanged = false;
+        newest = percentage;
+    }
+    target.setPercentage(newest);
+}
