@@ -1,0 +1,10 @@
+#include "apps/common/OffscreenPlatform.h"
+
+OffscreenPlatform::OffscreenPlatform()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
+        runtimeFolder = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_RUNTIME_DIR", runtimeFolder->path().toLocal8Bit());
+    }
+}

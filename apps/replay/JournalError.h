@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+#include <stdexcept>
+
+/// Why a journal cannot be played on.
+class JournalError : public std::runtime_error
+{
+public:
+    explicit JournalError(const QString& reason) : std::runtime_error(reason.toStdString()) {}
+
+    QString getReason() const { return QString::fromUtf8(what()); }
+};

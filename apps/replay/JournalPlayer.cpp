@@ -1,0 +1,302 @@
+#include "apps/replay/JournalPlayer.h"
+
+#include "Orvel/store/COrvel.h"
+#include "apps/common/ProtocolState.h"
+#include "apps/replay/JournalError.h"
+#include "apps/replay/ReplayHost.h"
+#include "apps/replay/ReplayRun.h"
+#include "host/enums/EnumData.h"
+#include "host/files/CQtArchive.h"
+#include "host/files/Error.h"
+#include "host/files/QtFile.h"
+
+#include <QFile>
+#include <QHash>
+#include <QTextStream>
+
+namespace {
+
+/// The element that an "item" line adds.
+class JournalItem : public CModelElement
+{
+public:
+    explicit JournalItem(int itemType) : type(itemType) {}
+
+    int getType() const override { return type; }
+
+private:
+    int type;
+};
+
+QString textOf(const JournalLine& line)
+{
+    return line.getText(QStringLiteral("text"));
+}
+
+int typeOf(const JournalLine& line)
+{
+    return line.getNumber(QStringLiteral("type"));
+}
+
+void writeFile(const QString& path, const QByteArray& content)
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write(content);
+    file.close();
+}
+
+QByteArray readFile(const QString& path)
+{
+    QtFile file(path);
+    file.open(QIODevice::ReadOnly);
+    return file.device()->readAll();
+}
+
+void printLine(const QString& text)
+{
+    QTextStream stream(stdout);
+    stream.setCodec("UTF-8");
+    stream << text << '\n';
+}
+
+} // namespace
+
+JournalPlayer::JournalPlayer() = default;
+JournalPlayer::~JournalPlayer() = default;
+
+JournalPlayer::Command JournalPlayer::findCommand(const QString& name)
+{
+    static const QHash<QString, Command> commands{
+        {QStringLiteral("enum"), &JournalPlayer::registerEnum},
+        {QStringLiteral("project"), &JournalPlayer::makeProject},
+        {QStringLiteral("item"), &JournalPlayer::addItem},
+        {QStringLiteral("remove"), &JournalPlayer::removeItem},
+        {QStringLiteral("begin"), &JournalPlayer::beginRun},
+        {QStringLiteral("write"), &JournalPlayer::write},
+        {QStringLiteral("writeError"), &JournalPlayer::writeError},
+        {QStringLiteral("writeWarning"), &JournalPlayer::writeWarning},
+        {QStringLiteral("writeMessage"), &JournalPlayer::writeMessage},
+        {QStringLiteral("startStage"), &JournalPlayer::startStage},
+        {QStringLiteral("finishStage"), &JournalPlayer::finishStage},
+        {QStringLiteral("end"), &JournalPlayer::endRun},
+        {QStringLiteral("interrupt"), &JournalPlayer::interruptRun},
+        {QStringLiteral("add"), &JournalPlayer::addMessage},
+        {QStringLiteral("reportTypes"), &JournalPlayer::setReportTypes},
+        {QStringLiteral("page"), &JournalPlayer::makePage},
+        {QStringLiteral("pageHtml"), &JournalPlayer::makePageHtml},
+        {QStringLiteral("itemPage"), &JournalPlayer::makeItemPage},
+        {QStringLiteral("data"), &JournalPlayer::copyData},
+        {QStringLiteral("loadData"), &JournalPlayer::loadData},
+        {QStringLiteral("clear"), &JournalPlayer::clear},
+        {QStringLiteral("link"), &JournalPlayer::printLink},
+        {QStringLiteral("has"), &JournalPlayer::printHas},
+        {QStringLiteral("save"), &JournalPlayer::saveState},
+        {QStringLiteral("load"), &JournalPlayer::loadState},
+    };
+    return commands.value(name, nullptr);
+}
+
+void JournalPlayer::play(const JournalLine& line)
+{
+    const Command command = findCommand(line.getCommand());
+    if (!command)
+        throw JournalError(QStringLiteral("nothing is called \"%1\"").arg(line.getCommand()));
+    try {
+        (this->*command)(line);
+    } catch (const exceptions::Error& error) {
+        throw JournalError(QString::fromStdWString(error.getText()));
+    }
+}
+
+ReplayHost& JournalPlayer::getHost()
+{
+    if (!host)
+        throw JournalError(QStringLiteral("there is no project yet"));
+    return *host;
+}
+
+COrvel& JournalPlayer::getProtocol()
+{
+    return getHost().getProtocol();
+}
+
+ReplayRun& JournalPlayer::getRun()
+{
+    if (!run)
+        throw JournalError(QStringLiteral("no run is going on"));
+    return *run;
+}
+
+void JournalPlayer::registerEnum(const JournalLine& line)
+{
+    registerEnumData(EnumData(line.getNumber(QStringLiteral("value")),
+                              line.getText(QStringLiteral("internal")).toStdString(),
+                              line.getText(QStringLiteral("singular")).toStdString(),
+                              line.getText(QStringLiteral("plural")).toStdString()));
+}
+
+void JournalPlayer::makeProject(const JournalLine& line)
+{
+    if (host)
+        throw JournalError(QStringLiteral("there is a project already"));
+    host = std::make_unique<ReplayHost>(line.getText(QStringLiteral("name")),
+                                        line.getText(QStringLiteral("scheme"), QStringLiteral("survey")),
+                                        line.getFlag(QStringLiteral("reportGenerator"), false));
+}
+
+void JournalPlayer::addItem(const JournalLine& line)
+{
+    const LONGID id = line.getId(QStringLiteral("id"));
+    if (id == 0)
+        throw JournalError(QStringLiteral("an item can't have the id 0, which stands for no item"));
+    auto item = std::make_unique<JournalItem>(typeOf(line));
+    item->setId(id);
+    item->setName(line.getText(QStringLiteral("name")));
+    if (!getHost().getModel().addItem(std::move(item)))
+        throw JournalError(QStringLiteral("there is an item %1 already").arg(id));
+}
+
+void JournalPlayer::removeItem(const JournalLine& line)
+{
+    const LONGID id = line.getId(QStringLiteral("id"));
+    if (!getHost().getModel().removeItem(id))
+        throw JournalError(QStringLiteral("there is no item %1").arg(id));
+}
+
+void JournalPlayer::beginRun(const JournalLine& line)
+{
+    if (run)
+        throw JournalError(QStringLiteral("a run is going on already"));
+    run = std::make_unique<ReplayRun>(&getHost().getWindow(), typeOf(line));
+}
+
+void JournalPlayer::write(const JournalLine& line)
+{
+    getRun().getMonitor().write(textOf(line).toStdWString());
+}
+
+void JournalPlayer::writeError(const JournalLine& line)
+{
+    getRun().getMonitor().writeError(textOf(line).toStdWString());
+}
+
+void JournalPlayer::writeWarning(const JournalLine& line)
+{
+    getRun().getMonitor().writeWarning(textOf(line).toStdWString());
+}
+
+void JournalPlayer::writeMessage(const JournalLine& line)
+{
+    getRun().getMonitor().writeMessage(textOf(line).toStdWString());
+}
+
+void JournalPlayer::startStage(const JournalLine& line)
+{
+    getRun().getMonitor().startProtocolStage(textOf(line).toStdWString());
+}
+
+void JournalPlayer::finishStage(const JournalLine& /*line*/)
+{
+    getRun().getMonitor().finishProtocolStage();
+}
+
+void JournalPlayer::endRun(const JournalLine& /*line*/)
+{
+    getRun().end();
+    run.reset();
+}
+
+void JournalPlayer::interruptRun(const JournalLine& /*line*/)
+{
+    getRun().interrupt();
+    run.reset();
+}
+
+void JournalPlayer::addMessage(const JournalLine& line)
+{
+    const int kind = line.getNumber(QStringLiteral("kind"));
+    getProtocol().AddMessageRaw(textOf(line), typeOf(line), static_cast<COVMessage::MessageType>(kind));
+}
+
+void JournalPlayer::setReportTypes(const JournalLine& line)
+{
+    getProtocol().addReportTypes(typeOf(line), line.getNumbers(QStringLiteral("reports")));
+}
+
+void JournalPlayer::makePage(const JournalLine& line)
+{
+    const QString path = line.getText(QStringLiteral("to"));
+    if (!getProtocol().CreateProtocolFile(typeOf(line), path))
+        throw JournalError(QStringLiteral("the page can't be written to \"%1\"").arg(path));
+}
+
+void JournalPlayer::makePageHtml(const JournalLine& line)
+{
+    QString html;
+    getProtocol().CreateProtocolHtml(typeOf(line), html);
+    writeFile(line.getText(QStringLiteral("to")), html.toUtf8());
+}
+
+void JournalPlayer::makeItemPage(const JournalLine& line)
+{
+    QString html;
+    getProtocol().CreateItemHtml(line.getId(QStringLiteral("id")), html);
+    writeFile(line.getText(QStringLiteral("to")), html.toUtf8());
+}
+
+void JournalPlayer::copyData(const JournalLine& line)
+{
+    const QString dataFile = readProtocolState(getProtocol()).dataFilePath;
+    if (!QFile::exists(dataFile))
+        throw JournalError(QStringLiteral("there is no data file yet"));
+    writeFile(line.getText(QStringLiteral("to")), readFile(dataFile));
+}
+
+void JournalPlayer::loadData(const JournalLine& line)
+{
+    const QByteArray content = readFile(line.getText(QStringLiteral("from")));
+    // Always to a file of this instance: the path of a loaded state may lead to one that has long ended.
+    ProtocolState state = readProtocolState(getProtocol());
+    state.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
+    Application::instance()->registerTmpFile(state.dataFilePath);
+    writeFile(state.dataFilePath, content);
+    writeProtocolState(getProtocol(), state);
+}
+
+void JournalPlayer::clear(const JournalLine& line)
+{
+    if (line.has(QStringLiteral("type")))
+        getProtocol().ClearProtocolByType(typeOf(line));
+    else
+        getProtocol().ClearProtocol();
+}
+
+void JournalPlayer::printLink(const JournalLine& line)
+{
+    printLine(QString::fromStdWString(
+        getProtocol().GetItemLink(line.getId(QStringLiteral("id")), textOf(line).toStdWString())));
+}
+
+void JournalPlayer::printHas(const JournalLine& line)
+{
+    const bool isMentioned = getProtocol().IsMessages(line.getId(QStringLiteral("id")));
+    printLine(isMentioned ? QStringLiteral("true") : QStringLiteral("false"));
+}
+
+void JournalPlayer::saveState(const JournalLine& line)
+{
+    QtFile file(line.getText(QStringLiteral("to")));
+    file.open(QIODevice::WriteOnly);
+    CQtArchive archive(file.device(), CQtArchive::Save);
+    getProtocol().serialize(archive);
+    file.close();
+}
+
+void JournalPlayer::loadState(const JournalLine& line)
+{
+    QtFile file(line.getText(QStringLiteral("from")));
+    file.open(QIODevice::ReadOnly);
+    CQtArchive archive(file.device(), CQtArchive::Load);
+    getProtocol().serialize(archive);
+}

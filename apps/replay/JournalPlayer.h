@@ -1,0 +1,61 @@
+#pragma once
+
+#include "apps/replay/JournalLine.h"
+
+#include <QString>
+
+#include <memory>
+
+class COrvel;
+class ReplayHost;
+class ReplayRun;
+
+/// Plays the lines of a journal, one after the other, through the plug-in.
+class JournalPlayer
+{
+public:
+    JournalPlayer();
+    ~JournalPlayer();
+    JournalPlayer(const JournalPlayer&) = delete;
+    JournalPlayer& operator=(const JournalPlayer&) = delete;
+
+    /// Throws `JournalError` when the line can't be played.
+    void play(const JournalLine& line);
+
+private:
+    using Command = void (JournalPlayer::*)(const JournalLine& line);
+    static Command findCommand(const QString& name);
+
+    ReplayHost& getHost();
+    COrvel& getProtocol();
+    ReplayRun& getRun();
+
+    void registerEnum(const JournalLine& line);
+    void makeProject(const JournalLine& line);
+    void addItem(const JournalLine& line);
+    void removeItem(const JournalLine& line);
+    void beginRun(const JournalLine& line);
+    void write(const JournalLine& line);
+    void writeError(const JournalLine& line);
+    void writeWarning(const JournalLine& line);
+    void writeMessage(const JournalLine& line);
+    void startStage(const JournalLine& line);
+    void finishStage(const JournalLine& line);
+    void endRun(const JournalLine& line);
+    void interruptRun(const JournalLine& line);
+    void addMessage(const JournalLine& line);
+    void setReportTypes(const JournalLine& line);
+    void makePage(const JournalLine& line);
+    void makePageHtml(const JournalLine& line);
+    void makeItemPage(const JournalLine& line);
+    void copyData(const JournalLine& line);
+    void loadData(const JournalLine& line);
+    void clear(const JournalLine& line);
+    void printLink(const JournalLine& line);
+    void printHas(const JournalLine& line);
+    void saveState(const JournalLine& line);
+    void loadState(const JournalLine& line);
+
+    std::unique_ptr<ReplayHost> host;
+    std::unique_ptr<ReplayRun> run;
+};

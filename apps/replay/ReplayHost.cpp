@@ -1,0 +1,40 @@
+#include "apps/replay/ReplayHost.h"
+
+#include "Orvel/store/COrvel.h"
+#include "apps/common/PluginLocation.h"
+#include "apps/replay/JournalError.h"
+#include "host/reports/ReportsGeneratorItem.h"
+
+ReplayHost::ReplayHost(const QString& projectName, const QString& scheme, bool hasReportGenerator)
+    : application(scheme)
+    , project(projectName)
+    , model(&project)
+    , window(&model)
+{
+    if (!plugins.load(locatePlugin())) {
+        const PluginManager::LoadFailure failure = plugins.getFailures().constLast();
+        throw JournalError(failure.path + QStringLiteral(": ") + failure.reason);
+    }
+    plugins.extendApplication(&application);
+    plugins.extendModel(&model);
+    model.initialize();
+    if (hasReportGenerator)
+        model.addSystemItem(new reports::ReportsGeneratorItem, {});
+    model.setItemMentionedQuery([this](LONGID id) { return getProtocol().IsMessages(id); });
+    plugins.extendProjectGUI(&window);
+}
+
+CProjectModel& ReplayHost::getModel()
+{
+    return model;
+}
+
+ProjectWindow& ReplayHost::getWindow()
+{
+    return window;
+}
+
+COrvel& ReplayHost::getProtocol()
+{
+    return dynamic_cast<COrvel&>(*model.getFirstItem(kOrvelItemType));
+}

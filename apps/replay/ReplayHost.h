@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/app/PluginManager.h"
+#include "host/app/SDIApplication.h"
+#include "host/model/CCommonTervoModel.h"
+#include "host/model/CProject.h"
+#include "host/window/ProjectWindow.h"
+
+#include <QString>
+
+class COrvel;
+
+/// An application with one project and its window, extended by the plug-in: all that a journal needs of a
+/// host. Throws `JournalError` when the plug-in cannot be loaded.
+class ReplayHost
+{
+public:
+    ReplayHost(const QString& projectName, const QString& scheme, bool hasReportGenerator);
+
+    CProjectModel& getModel();
+    ProjectWindow& getWindow();
+    COrvel& getProtocol();
+
+private:
+    SDIApplication application;
+    PluginManager plugins;
+    CProject project;
+    CCommonTervoModel model;
+    ProjectWindow window;
+};

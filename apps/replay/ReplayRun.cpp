@@ -1,0 +1,31 @@
+#include "apps/replay/ReplayRun.h"
+
+ReplayRun::ReplayRun(ProjectWindow* window, int protocolType) : monitor(window)
+{
+    monitor.setProtocolType(protocolType);
+    monitor.start([ended = threadEnd.get_future().share()](qor::IProcessMonitor&) { ended.wait(); });
+}
+
+ReplayRun::~ReplayRun()
+{
+    if (!hasEnded)
+        threadEnd.set_value();
+}
+
+qor::IProcessMonitor& ReplayRun::getMonitor()
+{
+    return monitor;
+}
+
+void ReplayRun::end()
+{
+    hasEnded = true;
+    threadEnd.set_value();
+    monitor.waitForFinished();
+}
+
+void ReplayRun::interrupt()
+{
+    monitor.stop();
+    end();
+}
