@@ -1,0 +1,27 @@
+# Shell functions that ./run and ./test share. To be read by them, from the top folder.
+
+BUILD_PACKAGES="g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools libeigen3-dev libboost-dev fonts-dejavu-core"
+
+# Installs those of the named Debian packages that are missing.
+install_packages() {
+    missing=
+    for package in "$@"; do
+        status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) || status=
+        [ "$status" = installed ] || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+    echo "Installing:$missing"
+    if [ "$(id -u)" -ne 0 ]; then
+        echo "Please run as root once, or: apt-get install$missing" >&2
+        exit 1
+    fi
+    apt-get update -qq
+    # shellcheck disable=SC2086
+    DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
+}
+
+# Configures a preset where that was not done yet, and builds it. What is up to date stays as it is.
+build_preset() {
+    [ -f "build/$1/build.ninja" ] || cmake --preset "$1"
+    cmake --build --preset "$1"
+}
