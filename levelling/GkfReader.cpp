@@ -1,0 +1,384 @@
+#include "levelling/GkfReader.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace levelling {
+
+namespace {
+
+// Far beyond everything on Earth and still harmless when squared and summed.
+constexpr double s_largestNumber = 1e9;
+constexpr double s_smallestPositive = 1e-9;
+
+template<typename Text>
+std::optional<double> toNumber(const Text& text)
+{
+    bool ok = false;
+    const double number = text.trimmed().toDouble(&ok);
+    if (!ok || !std::isfinite(number) || std::abs(number) > s_largestNumber)
+        return std::nullopt;
+    return number;
+}
+
+template<typename Text>
+std::optional<double> toPositiveNumber(const Text& text)
+{
+    const std::optional<double> number = toNumber(text);
+    return number && *number >= s_smallestPositive ? number : std::nullopt;
+}
+
+bool namesHeight(const QString& coordinates)
+{
+    return coordinates.contains(QLatin1Char('z'), Qt::CaseInsensitive);
+}
+
+/// Count of the elements that a symmetric band matrix stores: its upper half, row by row.
+qint64 bandSize(qint64 dim, qint64 band)
+{
+    return dim * (band + 1) - band * (band + 1) / 2;
+}
+
+} // namespace
+
+GkfResult GkfReader::readFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        GkfResult failed;
+        failed.fatal = Problem{ProblemKind::FileNotReadable, Severity::Fatal, 0, {file.errorString()}};
+        return failed;
+    }
+    return read(file);
+}
+
+GkfResult GkfReader::read(QIODevice& device)
+{
+    GkfReader reader(device);
+    reader.readDocument();
+    return std::move(reader.result);
+}
+
+GkfReader::GkfReader(QIODevice& device) : xml(&device)
+{}
+
+void GkfReader::readDocument()
+{
+    if (xml.readNextStartElement()) {
+        if (xml.name() != QLatin1String("gama-local")) {
+            result.fatal =
+                Problem{ProblemKind::WrongRoot, Severity::Fatal, xml.lineNumber(), {xml.name().toString()}};
+            return;
+        }
+        while (xml.readNextStartElement()) {
+            if (xml.name() == QLatin1String("network"))
+                readNetwork();
+            else
+                skipUnknownElement(QStringLiteral("gama-local"));
+        }
+    }
+    // What follows the root element must be well-formed as well.
+    while (!xml.atEnd())
+        xml.readNext();
+
+    if (xml.hasError()) {
+        result = GkfResult();
+        result.fatal =
+            Problem{ProblemKind::MalformedXml, Severity::Fatal, xml.lineNumber(), {xml.errorString()}};
+        return;
+    }
+    completeSigmas();
+    checkPoints();
+    if (result.network.sections.empty())
+        addProblem(ProblemKind::NoSections, Severity::Error, 0);
+    std::stable_sort(result.problems.begin(), result.problems.end(),
+                     [](const Problem& a, const Problem& b) { return a.line < b.line; });
+}
+
+void GkfReader::readNetwork()
+{
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("description"))
+            result.network.description =
+                xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
+        else if (xml.name() == QLatin1String("parameters"))
+            readParameters();
+        else if (xml.name() == QLatin1String("points-observations"))
+            readPointsObservations();
+        else
+            skipUnknownElement(QStringLiteral("network"));
+    }
+}
+
+void GkfReader::readParameters()
+{
+    Parameters& parameters = result.network.parameters;
+    if (const auto sigma = parameter(QLatin1String("sigma-apr")))
+        parameters.sigmaApriori = *sigma;
+    if (const auto tolerance = parameter(QLatin1String("tol-abs")))
+        parameters.toleranceAbsolute = *tolerance;
+
+    const QString sigmaAct = attribute(QLatin1String("sigma-act"));
+    if (sigmaAct == QLatin1String("apriori"))
+        parameters.sigmaAct = SigmaAct::Apriori;
+    else if (sigmaAct == QLatin1String("aposteriori"))
+        parameters.sigmaAct = SigmaAct::Aposteriori;
+    else if (!sigmaAct.isNull())
+        addProblem(ProblemKind::ParameterUnusable, Severity::Warning, xml.lineNumber(),
+                   {QStringLiteral("sigma-act"), sigmaAct});
+    skipContent();
+}
+
+void GkfReader::readPointsObservations()
+{
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("point"))
+            readPoint();
+        else if (xml.name() == QLatin1String("height-differences"))
+            readHeightDifferences();
+        else if (xml.name() == QLatin1String("obs") || xml.name() == QLatin1String("vectors") ||
+                 xml.name() == QLatin1String("coordinates"))
+            readOtherObservations();
+        else
+            skipUnknownElement(QStringLiteral("points-observations"));
+    }
+}
+
+void GkfReader::readPoint()
+{
+    const qint64 line = xml.lineNumber();
+    const QString id = attribute(QLatin1String("id"));
+    if (id.isEmpty()) {
+        addProblem(ProblemKind::PointWithoutId, Severity::Error, line);
+        skipContent();
+        return;
+    }
+    Point& point = result.network.points[static_cast<size_t>(pointIndex(id, line))];
+    if (point.declared)
+        addProblem(ProblemKind::PointRepeated, Severity::Warning, line, {id, QString::number(point.line)});
+    point.declared = true;
+    point.line = line;
+
+    const QString heightText = attribute(QLatin1String("z"));
+    if (const auto height = toNumber(heightText))
+        point.height = height;
+    else if (!heightText.isNull())
+        addProblem(ProblemKind::HeightUnusable, Severity::Error, line, {id, heightText});
+
+    const bool fixed = namesHeight(attribute(QLatin1String("fix")));
+    const bool adjusted = namesHeight(attribute(QLatin1String("adj")));
+    if (fixed && adjusted)
+        addProblem(ProblemKind::PointFixedAndAdjusted, Severity::Warning, line, {id});
+    if (fixed || adjusted) {
+        point.fixed = fixed;
+        pointsWithRole.insert(id);
+    }
+    skipContent();
+}
+
+void GkfReader::readHeightDifferences()
+{
+    std::vector<PendingSection> sections;
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("dh"))
+            sections.push_back(readSection());
+        else if (xml.name() == QLatin1String("cov-mat"))
+            readCovariance(sections);
+        else
+            skipUnknownElement(QStringLiteral("height-differences"));
+    }
+    for (const PendingSection& section : sections)
+        addSection(section);
+}
+
+GkfReader::PendingSection GkfReader::readSection()
+{
+    PendingSection section;
+    section.line = xml.lineNumber();
+    section.from = attribute(QLatin1String("from"));
+    section.to = attribute(QLatin1String("to"));
+    section.valueText = attribute(QLatin1String("val"));
+    section.value = toNumber(section.valueText);
+    section.distance = positiveAttribute(QLatin1String("dist"), ProblemKind::DistanceUnusable, section);
+    section.stdev = positiveAttribute(QLatin1String("stdev"), ProblemKind::StdevUnusable, section);
+    skipContent();
+    return section;
+}
+
+void GkfReader::readCovariance(std::vector<PendingSection>& sections)
+{
+    const qint64 line = xml.lineNumber();
+    const QString dimText = attribute(QLatin1String("dim"));
+    const QString bandText = attribute(QLatin1String("band"));
+    const QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements).simplified();
+    const QVector<QStringRef> fields = text.splitRef(QLatin1Char(' '), Qt::SkipEmptyParts);
+
+    bool dimOk = false;
+    bool bandOk = false;
+    const qint64 dim = dimText.toInt(&dimOk);
+    const qint64 band = bandText.toInt(&bandOk);
+    const auto count = static_cast<qint64>(sections.size());
+    if (!dimOk || !bandOk || dim != count || band < 0 || band >= dim ||
+        fields.size() != bandSize(dim, band)) {
+        addProblem(ProblemKind::CovarianceUnusable, Severity::Error, line,
+                   {dimText, bandText, QString::number(count)});
+        return;
+    }
+    const qint64 correlations = takeVariances(fields, band, sections);
+    if (correlations > 0)
+        addProblem(ProblemKind::CorrelationsIgnored, Severity::Warning, line,
+                   {QString::number(correlations)});
+}
+
+qint64 GkfReader::takeVariances(const QVector<QStringRef>& fields, qint64 band,
+                                std::vector<PendingSection>& sections)
+{
+    qint64 correlations = 0;
+    auto field = fields.begin();
+    for (size_t row = 0; row < sections.size(); ++row) {
+        PendingSection& section = sections[row];
+        section.variance = toPositiveNumber(*field);
+        if (!section.variance)
+            addProblem(ProblemKind::VarianceUnusable, Severity::Error, section.line,
+                       {section.from, section.to, field->toString()});
+        ++field;
+        const auto rowEnd =
+            field + static_cast<int>(std::min(band, static_cast<qint64>(sections.size() - row) - 1));
+        correlations +=
+            std::count_if(field, rowEnd, [](const QStringRef& text) { return toNumber(text) != 0.0; });
+        field = rowEnd;
+    }
+    return correlations;
+}
+
+void GkfReader::readOtherObservations()
+{
+    const QString clusterFrom = attribute(QLatin1String("from"));
+    while (xml.readNextStartElement()) {
+        // The covariances of observations that are left out carry no information of their own.
+        if (xml.name() != QLatin1String("cov-mat")) {
+            const QString from = attribute(QLatin1String("from"));
+            addProblem(
+                ProblemKind::OtherObservation, Severity::Error, xml.lineNumber(),
+                {xml.name().toString(), from.isNull() ? clusterFrom : from, attribute(QLatin1String("to"))});
+        }
+        xml.skipCurrentElement();
+    }
+}
+
+void GkfReader::skipUnknownElement(const QString& parent)
+{
+    addProblem(ProblemKind::UnknownElement, Severity::Warning, xml.lineNumber(),
+               {xml.name().toString(), parent});
+    xml.skipCurrentElement();
+}
+
+void GkfReader::skipContent()
+{
+    const QString parent = xml.name().toString();
+    while (xml.readNextStartElement())
+        skipUnknownElement(parent);
+}
+
+void GkfReader::addSection(const PendingSection& pending)
+{
+    const QStringList ends{pending.from, pending.to};
+    const auto refuse = [&](ProblemKind kind, const QStringList& arguments) {
+        addProblem(kind, Severity::Error, pending.line, arguments);
+    };
+    if (pending.from.isEmpty() || pending.to.isEmpty()) {
+        refuse(ProblemKind::SectionWithoutPoint, ends);
+        return;
+    }
+    if (pending.from == pending.to) {
+        refuse(ProblemKind::SectionSameEnds, ends);
+        return;
+    }
+    if (!pending.value) {
+        refuse(ProblemKind::SectionWithoutValue, ends + QStringList(pending.valueText));
+        return;
+    }
+    Section section;
+    section.difference = *pending.value;
+    section.distance = pending.distance;
+    section.stdev = pending.variance ? std::sqrt(*pending.variance) : pending.stdev;
+    section.line = pending.line;
+    if (!section.stdev && !section.distance) {
+        refuse(ProblemKind::SectionWithoutWeight, ends);
+        return;
+    }
+    section.from = pointIndex(pending.from, pending.line);
+    section.to = pointIndex(pending.to, pending.line);
+    result.network.sections.push_back(section);
+}
+
+int GkfReader::pointIndex(const QString& id, qint64 line)
+{
+    const auto known = indexOfPoint.constFind(id);
+    if (known != indexOfPoint.constEnd())
+        return *known;
+
+    const auto index = static_cast<int>(result.network.points.size());
+    Point point;
+    point.id = id;
+    point.line = line;
+    result.network.points.push_back(point);
+    indexOfPoint.insert(id, index);
+    return index;
+}
+
+void GkfReader::completeSigmas()
+{
+    for (Section& section : result.network.sections)
+        section.sigma = section.stdev ? *section.stdev
+                                      : result.network.parameters.sigmaApriori * std::sqrt(*section.distance);
+}
+
+void GkfReader::checkPoints()
+{
+    for (Point& point : result.network.points) {
+        if (!point.declared) {
+            addProblem(ProblemKind::PointUndeclared, Severity::Warning, point.line, {point.id});
+        } else if (!pointsWithRole.contains(point.id)) {
+            addProblem(ProblemKind::PointWithoutRole, Severity::Warning, point.line, {point.id});
+        } else if (point.fixed && !point.height) {
+            point.fixed = false;
+            addProblem(ProblemKind::FixedPointWithoutHeight, Severity::Error, point.line, {point.id});
+        }
+    }
+}
+
+void GkfReader::addProblem(ProblemKind kind, Severity severity, qint64 line, const QStringList& arguments)
+{
+    result.problems.push_back(Problem{kind, severity, line, arguments});
+}
+
+QString GkfReader::attribute(QLatin1String name) const
+{
+    const QStringRef value = xml.attributes().value(name);
+    return value.isNull() ? QString() : value.trimmed().toString();
+}
+
+std::optional<double> GkfReader::positiveAttribute(QLatin1String name, ProblemKind kind,
+                                                   const PendingSection& section)
+{
+    const QString text = attribute(name);
+    const std::optional<double> number = toPositiveNumber(text);
+    if (!number && !text.isNull())
+        addProblem(kind, Severity::Error, section.line, {section.from, section.to, text});
+    return number;
+}
+
+std::optional<double> GkfReader::parameter(QLatin1String name)
+{
+    const QString text = attribute(name);
+    const std::optional<double> number = toPositiveNumber(text);
+    if (!number && !text.isNull())
+        addProblem(ProblemKind::ParameterUnusable, Severity::Warning, xml.lineNumber(), {name, text});
+    return number;
+}
+
+} // namespace levelling

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace levelling {
+
+/// A point of the network.
+struct Point
+{
+    QString id;
+    /// Given height, m: the datum of a fixed point, otherwise at most an approximation.
+    std::optional<double> height;
+    /// The height is held. A fixed point always has a height.
+    bool fixed = false;
+    /// False if the point is known from sections only.
+    bool declared = false;
+    /// Line of the file that declares the point, or that uses it first.
+    qint64 line = 0;
+};
+
+/// A measured height difference.
+struct Section
+{
+    /// Indices of the two points in Network::points; they differ.
+    int from = 0;
+    int to = 0;
+    /// Height of "to" above "from", m.
+    double difference = 0.0;
+    /// Length of the levelled line, km, positive.
+    std::optional<double> distance;
+    /// Standard deviation as stated in the file, mm, positive.
+    std::optional<double> stdev;
+    /// A priori standard deviation that the computations use, mm, positive.
+    double sigma = 0.0;
+    qint64 line = 0;
+};
+
+/// Which reference standard deviation scales the results.
+enum class SigmaAct { Apriori, Aposteriori };
+
+/// Parameters of the adjustment. The initial values are the defaults of the gama-local format.
+struct Parameters
+{
+    /// A priori standard deviation of 1 km of levelling, mm.
+    double sigmaApriori = 10.0;
+    SigmaAct sigmaAct = SigmaAct::Aposteriori;
+    /// Largest plausible difference of a measurement from the approximate heights, mm.
+    double toleranceAbsolute = 1000.0;
+};
+
+/// A levelling network: plain data, in the order of the file.
+struct Network
+{
+    QString description;
+    Parameters parameters;
+    std::vector<Point> points;
+    std::vector<Section> sections;
+};
+
+} // namespace levelling

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QStringList>
+
+namespace levelling {
+
+/// What is wrong with an input file. The arguments of each kind are given in braces, in their order.
+enum class ProblemKind {
+    FileNotReadable,         ///< {reason}
+    MalformedXml,            ///< {reason}
+    WrongRoot,               ///< {name of the root element}
+    UnknownElement,          ///< {element, element around it}: skipped with all its content
+    ParameterUnusable,       ///< {attribute, its text}: the default stands
+    PointWithoutId,          ///< {}: skipped
+    PointRepeated,           ///< {id, line of the earlier declaration}: what the later one states counts
+    PointUndeclared,         ///< {id}: taken as a point to be determined
+    PointWithoutRole,        ///< {id}: neither fixed nor adjusted in height, taken as to be determined
+    PointFixedAndAdjusted,   ///< {id}: taken as fixed
+    FixedPointWithoutHeight, ///< {id}: taken as to be determined
+    HeightUnusable,          ///< {id, its text}: taken as not given
+    SectionWithoutPoint,     ///< {from, to}, one or both empty: skipped
+    SectionSameEnds,         ///< {from, to}: skipped
+    SectionWithoutValue,     ///< {from, to, its text}: skipped
+    SectionWithoutWeight,    ///< {from, to}: neither length nor standard deviation, skipped
+    DistanceUnusable,        ///< {from, to, its text}: taken as not given
+    StdevUnusable,           ///< {from, to, its text}: taken as not given
+    VarianceUnusable,        ///< {from, to, its text}: taken as not given
+    CovarianceUnusable,      ///< {dim, band, count of sections}: the whole matrix is left out
+    CorrelationsIgnored,     ///< {count of covariances other than zero}: variances are used alone
+    OtherObservation,        ///< {element, from, to}: not a height difference, skipped
+    NoSections,              ///< {}: nothing to compute with
+};
+
+enum class Severity {
+    Fatal,   ///< the file gives nothing at all
+    Error,   ///< a part of the file is left out
+    Warning, ///< all is used, but perhaps not as meant
+};
+
+/// One thing that could not be used as it stands, as a value; whoever shows it finds the words.
+struct Problem
+{
+    ProblemKind kind = ProblemKind::NoSections;
+    Severity severity = Severity::Error;
+    /// Line of the file where the tag in question ends; 0 if the file has no such line.
+    qint64 line = 0;
+    QStringList arguments;
+};
+
+} // namespace levelling
