@@ -1,0 +1,24 @@
+#pragma once
+
+#include <vector>
+
+namespace levelling {
+
+/// Gaussian elimination over the field of two elements on sets of sections: tells whether a cycle is a sum of
+/// earlier ones.
+class CycleElimination
+{
+public:
+    explicit CycleElimination(int sectionCount);
+
+    /// Takes the cycle (distinct numbers of sections) if it is independent of those taken before; says
+    /// whether it was.
+    bool add(std::vector<int> cycle);
+
+private:
+    /// The taken cycles, reduced and ascending, each at its highest number, which no other has as highest.
+    std::vector<std::vector<int>> cycleOfPivot;
+    std::vector<int> sum;
+};
+
+} // namespace levelling

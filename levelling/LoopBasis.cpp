@@ -1,0 +1,142 @@
+#include "levelling/LoopBasis.h"
+
+#include "levelling/CycleElimination.h"
+#include "levelling/CycleSearch.h"
+#include "levelling/DisjointSets.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace levelling {
+
+namespace {
+
+/// The two sections of a cycle that meet at one of its nodes.
+using SectionsAtNode = std::pair<int, int>;
+
+QHash<int, SectionsAtNode> sectionsAtNodes(const SectionGraph& graph, const std::vector<int>& cycle)
+{
+    QHash<int, SectionsAtNode> sections;
+    for (const int section : cycle) {
+        for (const int node : {graph.getFrom(section), graph.getTo(section)}) {
+            const auto known = sections.find(node);
+            if (known == sections.end())
+                sections.insert(node, {section, -1});
+            else
+                known->second = section;
+        }
+    }
+    return sections;
+}
+
+/// Walks the cycle from that node, first along that section.
+std::vector<LoopSection> walk(const SectionGraph& graph, const std::vector<int>& cycle, int node, int section)
+{
+    const QHash<int, SectionsAtNode> meeting = sectionsAtNodes(graph, cycle);
+    std::vector<LoopSection> way;
+    while (way.size() < cycle.size()) {
+        const bool forward = graph.getFrom(section) == node;
+        way.push_back(LoopSection{section, forward});
+        node = forward ? graph.getTo(section) : graph.getFrom(section);
+        const SectionsAtNode next = meeting.value(node);
+        section = next.first == section ? next.second : next.first;
+    }
+    return way;
+}
+
+void reverse(std::vector<LoopSection>& way)
+{
+    std::reverse(way.begin(), way.end());
+    for (LoopSection& step : way)
+        step.forward = !step.forward;
+}
+
+/// The way of a loop: from benchmark to benchmark if it passes the datum, otherwise from the point where its
+/// lowest section starts.
+std::vector<LoopSection> findWay(const SectionGraph& graph, const std::vector<int>& cycle)
+{
+    const int lowest = *std::min_element(cycle.begin(), cycle.end());
+    const auto atDatum = std::find_if(cycle.begin(), cycle.end(), [&](int section) {
+        return graph.getFrom(section) == SectionGraph::datum || graph.getTo(section) == SectionGraph::datum;
+    });
+    if (atDatum == cycle.end())
+        return walk(graph, cycle, graph.getFrom(lowest), lowest);
+
+    std::vector<LoopSection> way = walk(graph, cycle, SectionGraph::datum, *atDatum);
+    const auto step =
+        std::find_if(way.begin(), way.end(), [&](const LoopSection& s) { return s.section == lowest; });
+    if (!step->forward)
+        reverse(way);
+    return way;
+}
+
+Loop toLoop(const SectionGraph& graph, const std::vector<int>& cycle)
+{
+    const Network& network = graph.getNetwork();
+    Loop loop;
+    loop.sections = findWay(graph, cycle);
+    loop.length = 0.0;
+    double sum = 0.0;
+    double variance = 0.0;
+    for (const LoopSection& step : loop.sections) {
+        const Section& section = network.sections[static_cast<size_t>(step.section)];
+        if (loop.points.empty())
+            loop.points.push_back(step.forward ? section.from : section.to);
+        loop.points.push_back(step.forward ? section.to : section.from);
+        sum += step.forward ? section.difference : -section.difference;
+        variance += section.sigma * section.sigma;
+        if (!section.distance)
+            loop.length.reset();
+        else if (loop.length)
+            *loop.length += *section.distance;
+    }
+    const Point& start = network.points[static_cast<size_t>(loop.points.front())];
+    const Point& end = network.points[static_cast<size_t>(loop.points.back())];
+    const double given = start.fixed ? *end.height - *start.height : 0.0;
+    loop.misclosure = (sum - given) * 1000.0;
+    loop.sigma = std::sqrt(variance);
+    return loop;
+}
+
+size_t countIndependentLoops(const SectionGraph& graph)
+{
+    DisjointSets connected(graph.getNodeCount());
+    const auto sectionCount = static_cast<int>(graph.getNetwork().sections.size());
+    size_t count = 0;
+    for (int section = 0; section < sectionCount; ++section)
+        count += connected.unite(graph.getFrom(section), graph.getTo(section)) ? 0U : 1U;
+    return count;
+}
+
+} // namespace
+
+std::optional<double> Loop::getTolerance(double factor) const
+{
+    if (!length)
+        return std::nullopt;
+    return factor * std::sqrt(*length);
+}
+
+std::vector<Loop> findLoopBasis(const SectionGraph& graph)
+{
+    CycleSearch search(graph);
+    CycleElimination elimination(static_cast<int>(graph.getNetwork().sections.size()));
+    const size_t loopCount = countIndependentLoops(graph);
+    std::vector<Loop> loops;
+    for (const CycleSearch::Candidate& candidate : search.findCandidates()) {
+        if (loops.size() == loopCount)
+            break;
+        std::vector<int> ranks;
+        ranks.reserve(candidate.sections.size());
+        for (const int section : candidate.sections)
+            ranks.push_back(search.getRank(section));
+        if (elimination.add(std::move(ranks)))
+            loops.push_back(toLoop(graph, candidate.sections));
+    }
+    return loops;
+}
+
+} // namespace levelling

@@ -1,0 +1,37 @@
+#include "levelling/SectionGraph.h"
+
+namespace levelling {
+
+SectionGraph::SectionGraph(const Network& sourceNetwork) : network(&sourceNetwork)
+{
+    int nodeCount = 1;
+    nodeOfPoint.reserve(network->points.size());
+    for (const Point& point : network->points)
+        nodeOfPoint.push_back(point.fixed ? datum : nodeCount++);
+
+    const auto sectionCount = static_cast<int>(network->sections.size());
+    firstLink.assign(static_cast<size_t>(nodeCount) + 1, 0);
+    for (int section = 0; section < sectionCount; ++section) {
+        ++firstLink[static_cast<size_t>(getFrom(section)) + 1];
+        ++firstLink[static_cast<size_t>(getTo(section)) + 1];
+    }
+    for (size_t node = 1; node < firstLink.size(); ++node)
+        firstLink[node] += firstLink[node - 1];
+
+    links.resize(firstLink.back());
+    std::vector<size_t> next(firstLink.begin(), firstLink.end() - 1);
+    for (int section = 0; section < sectionCount; ++section) {
+        const int from = getFrom(section);
+        const int to = getTo(section);
+        links[next[static_cast<size_t>(from)]++] = Link{section, to};
+        links[next[static_cast<size_t>(to)]++] = Link{section, from};
+    }
+}
+
+SectionGraph::Links SectionGraph::getLinks(int node) const
+{
+    const auto index = static_cast<size_t>(node);
+    return {links.data() + firstLink[index], links.data() + firstLink[index + 1]};
+}
+
+} // namespace levelling
