@@ -1,0 +1,578 @@
+#include "TestNetworks.h"
+#include "levelling/GkfReader.h"
+
+#include <QBuffer>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cmath>
+
+using namespace levelling;
+
+Q_DECLARE_METATYPE(levelling::ProblemKind)
+Q_DECLARE_METATYPE(levelling::Severity)
+
+namespace {
+
+GkfResult readText(QByteArray text)
+{
+    QBuffer buffer(&text);
+    buffer.open(QIODevice::ReadOnly);
+    return GkfReader::read(buffer);
+}
+
+/// A file whose first content line is line 4.
+QByteArray fileWith(const QByteArray& content)
+{
+    return "<gama-local xmlns=\"http://www.gnu.org/software/gama/gama-local\">\n"
+           "<network>\n"
+           "<points-observations>\n" +
+           content +
+           "\n</points-observations>\n"
+           "</network>\n"
+           "</gama-local>\n";
+}
+
+/// Content whose first section is on line 7: a fixed R and two points to be determined, A and B.
+QByteArray sections(const QByteArray& lines)
+{
+    return fileWith("<point id='R' z='10' fix='z'/><point id='A' adj='z'/><point id='B' adj='z'/>\n"
+                    "\n"
+                    "<height-differences>\n" +
+                    lines + "\n</height-differences>");
+}
+
+/// Content with one good section, so that points stand in a network that is otherwise without problems.
+QByteArray points(const QByteArray& lines)
+{
+    return fileWith(lines +
+                    "\n<point id='P' adj='z'/><point id='Q' adj='z'/>"
+                    "<height-differences><dh from='P' to='Q' val='1' dist='1'/></height-differences>");
+}
+
+QByteArray withParameters(const QByteArray& attributes)
+{
+    return "<gama-local><network>\n<parameters " + attributes +
+           "/>\n<points-observations><point id='P' adj='z'/><point id='Q' adj='z'/>"
+           "<height-differences><dh from='P' to='Q' val='1' dist='4'/></height-differences>"
+           "</points-observations></network></gama-local>";
+}
+
+QString describe(const Problem& problem)
+{
+    static const QMap<ProblemKind, QString> kinds{
+        {ProblemKind::FileNotReadable, QStringLiteral("FileNotReadable")},
+        {ProblemKind::MalformedXml, QStringLiteral("MalformedXml")},
+        {ProblemKind::WrongRoot, QStringLiteral("WrongRoot")},
+        {ProblemKind::UnknownElement, QStringLiteral("UnknownElement")},
+        {ProblemKind::ParameterUnusable, QStringLiteral("ParameterUnusable")},
+        {ProblemKind::PointWithoutId, QStringLiteral("PointWithoutId")},
+        {ProblemKind::PointRepeated, QStringLiteral("PointRepeated")},
+        {ProblemKind::PointUndeclared, QStringLiteral("PointUndeclared")},
+        {ProblemKind::PointWithoutRole, QStringLiteral("PointWithoutRole")},
+        {ProblemKind::PointFixedAndAdjusted, QStringLiteral("PointFixedAndAdjusted")},
+        {ProblemKind::FixedPointWithoutHeight, QStringLiteral("FixedPointWithoutHeight")},
+        {ProblemKind::HeightUnusable, QStringLiteral("HeightUnusable")},
+        {ProblemKind::SectionWithoutPoint, QStringLiteral("SectionWithoutPoint")},
+        {ProblemKind::SectionSameEnds, QStringLiteral("SectionSameEnds")},
+        {ProblemKind::SectionWithoutValue, QStringLiteral("SectionWithoutValue")},
+        {ProblemKind::SectionWithoutWeight, QStringLiteral("SectionWithoutWeight")},
+        {ProblemKind::DistanceUnusable, QStringLiteral("DistanceUnusable")},
+        {ProblemKind::StdevUnusable, QStringLiteral("StdevUnusable")},
+        {ProblemKind::VarianceUnusable, QStringLiteral("VarianceUnusable")},
+        {ProblemKind::CovarianceUnusable, QStringLiteral("CovarianceUnusable")},
+        {ProblemKind::CorrelationsIgnored, QStringLiteral("CorrelationsIgnored")},
+        {ProblemKind::OtherObservation, QStringLiteral("OtherObservation")},
+        {ProblemKind::NoSections, QStringLiteral("NoSections")},
+    };
+    static const QMap<Severity, QString> severities{{Severity::Fatal, QStringLiteral("fatal")},
+                                                    {Severity::Error, QStringLiteral("error")},
+                                                    {Severity::Warning, QStringLiteral("warning")}};
+    return QStringLiteral("%1 %2 %3 (%4)")
+        .arg(QString::number(problem.line), severities.value(problem.severity), kinds.value(problem.kind),
+             problem.arguments.join(QStringLiteral("; ")));
+}
+
+/// "line severity kind (arguments)" of each problem.
+QStringList describeProblems(const GkfResult& result)
+{
+    QStringList lines;
+    for (const Problem& problem : result.problems)
+        lines.append(describe(problem));
+    return lines;
+}
+
+} // namespace
+
+class TestGkfReader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsTwoBenchmarks();
+    void readsParametersAndDescription();
+    void missingParametersAreTheDefaults();
+    void samplesHaveNoProblems();
+    void blunderSampleHasItsProblems();
+    void problems_data();
+    void problems();
+    void malformedFilesGiveOneFatalProblem_data();
+    void malformedFilesGiveOneFatalProblem();
+    void malformedFileHandsOutNothing();
+    void unreadableFileIsFatal();
+    void directoryIsFatal();
+    void stdevWinsOverDistance();
+    void varianceWinsOverStdev();
+    void sigmaComesFromDistanceAndSigmaApriori();
+    void parametersAfterTheSectionsCountToo();
+    void badStdevFallsBackToDistance();
+    void diagonalCovarianceGivesSigmas();
+    void bandedCovarianceGivesSigmas();
+    void unusableCovarianceLeavesTheOwnWeights();
+    void laterPointWins();
+    void laterPointKeepsWhatItDoesNotState();
+    void fixBeatsAdj();
+    void otherCoordinatesDoNotCount();
+    void undeclaredPointIsUsed();
+    void numbersMayHoldBlanks();
+    void numbersDoNotDependOnTheLocale();
+    void entityBombIsFatal();
+    void deepNestingIsRead();
+    void everyPointIsRead();
+};
+
+void TestGkfReader::readsTwoBenchmarks()
+{
+    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
+    QCOMPARE(testnetworks::ids(network, {0, 1, 2, 3, 4}), QStringLiteral("BMX-BMY-A-B-C"));
+    QVERIFY(network.points[1].fixed);
+    QVERIFY(network.points[1].declared);
+    QCOMPARE(*network.points[1].height, 107.5);
+    QCOMPARE(network.points[1].line, 12);
+    QVERIFY(!network.points[2].fixed);
+    QVERIFY(!network.points[2].height);
+
+    QCOMPARE(network.sections.size(), size_t(7));
+    const Section& section = network.sections[3];
+    QCOMPARE(testnetworks::ids(network, {section.from, section.to}), QStringLiteral("C-BMX"));
+    QCOMPARE(section.difference, -6.13);
+    QCOMPARE(*section.distance, 3.0);
+    QVERIFY(!section.stdev);
+    QCOMPARE(section.sigma, std::sqrt(3.0));
+    QCOMPARE(section.line, 20);
+}
+
+void TestGkfReader::readsParametersAndDescription()
+{
+    const GkfResult result =
+        readText("<gama-local><network><description> Line <b>5</b> </description>"
+                 "<parameters sigma-apr=' 2.5 ' tol-abs='50' sigma-act='apriori' conf-pr='0.9' future='1'/>"
+                 "</network></gama-local>");
+    QCOMPARE(result.network.description, QStringLiteral("Line 5"));
+    QCOMPARE(result.network.parameters.sigmaApriori, 2.5);
+    QCOMPARE(result.network.parameters.toleranceAbsolute, 50.0);
+    QCOMPARE(result.network.parameters.sigmaAct, SigmaAct::Apriori);
+    QCOMPARE(readText(withParameters("sigma-act='aposteriori'")).network.parameters.sigmaAct,
+             SigmaAct::Aposteriori);
+}
+
+void TestGkfReader::missingParametersAreTheDefaults()
+{
+    const Parameters parameters = readText(withParameters("")).network.parameters;
+    QCOMPARE(parameters.sigmaApriori, 10.0);
+    QCOMPARE(parameters.toleranceAbsolute, 1000.0);
+    QCOMPARE(parameters.sigmaAct, SigmaAct::Aposteriori);
+}
+
+void TestGkfReader::samplesHaveNoProblems()
+{
+    for (const QString& name : {QStringLiteral("two-benchmarks.gkf"), QStringLiteral("one-benchmark.gkf")}) {
+        const GkfResult result = GkfReader::readFile(QStringLiteral(ORVEL_SAMPLES_DIR "/") + name);
+        QVERIFY(!result.fatal);
+        QCOMPARE(describeProblems(result), QStringList());
+    }
+}
+
+void TestGkfReader::blunderSampleHasItsProblems()
+{
+    const GkfResult result = GkfReader::readFile(QStringLiteral(ORVEL_SAMPLES_DIR "/blunder.gkf"));
+    QVERIFY(!result.fatal);
+    QCOMPARE(describeProblems(result),
+             QStringList({QStringLiteral("38 warning PointUndeclared (М7)"),
+                          QStringLiteral("40 error SectionWithoutValue (М4; М5; )")}));
+    QCOMPARE(result.network.points.size(), size_t(12));
+    QCOMPARE(result.network.sections.size(), size_t(19));
+}
+
+void TestGkfReader::problems_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QStringList>("expected");
+    const auto row = [](const char* name, const QByteArray& text, const QStringList& expected) {
+        QTest::newRow(name) << text << expected;
+    };
+    const auto one = [](const char* line) { return QStringList(QString::fromUtf8(line)); };
+
+    row("no problem", sections("<dh from='R' to='A' val='1' dist='1'/>"), {});
+    row("no sections", fileWith("<point id='A' adj='z'/>"), one("0 error NoSections ()"));
+    row("no network", "<gama-local/>", one("0 error NoSections ()"));
+    row("unknown element", points("<ponit id='A' adj='z'/>"),
+        one("4 warning UnknownElement (ponit; points-observations)"));
+    row("unknown element in network",
+        "<gama-local><network>\n<nets/><points-observations><point id='A' adj='z'/><point id='B' adj='z'/>"
+        "<height-differences><dh from='A' to='B' val='1' "
+        "dist='1'/></height-differences></points-observations>"
+        "</network></gama-local>",
+        one("2 warning UnknownElement (nets; network)"));
+    row("unknown element in root", "<gama-local>\n\n<networks><point id='A'/></networks></gama-local>",
+        {QStringLiteral("0 error NoSections ()"),
+         QStringLiteral("3 warning UnknownElement (networks; gama-local)")});
+    row("unknown element in cluster",
+        sections("<dh from='R' to='A' val='1' dist='1'/>\n<hd from='A' to='B'/>"),
+        one("8 warning UnknownElement (hd; height-differences)"));
+    row("element in a point", points("<point id='A' adj='z'><dh/></point>"),
+        one("4 warning UnknownElement (dh; point)"));
+    row("element in a section", sections("<dh from='R' to='A' val='1' dist='1'>\n<x><y/></x></dh>"),
+        one("8 warning UnknownElement (x; dh)"));
+
+    row("bad sigma-apr", withParameters("sigma-apr='0'"), one("2 warning ParameterUnusable (sigma-apr; 0)"));
+    row("bad tol-abs", withParameters("tol-abs='-1'"), one("2 warning ParameterUnusable (tol-abs; -1)"));
+    row("bad sigma-act", withParameters("sigma-act='both'"),
+        one("2 warning ParameterUnusable (sigma-act; both)"));
+
+    row("point without id", points("<point z='1' fix='z'/>"), one("4 error PointWithoutId ()"));
+    row("point with blank id", points("\n<point id='  '/>"), one("5 error PointWithoutId ()"));
+    row("point repeated", points("<point id='A' adj='z'/>\n<point id='A' adj='z'/>\n<point id='A' adj='z'/>"),
+        {QStringLiteral("5 warning PointRepeated (A; 4)"), QStringLiteral("6 warning PointRepeated (A; 5)")});
+    row("point undeclared",
+        sections("<dh from='R' to='A' val='1' dist='1'/>\n<dh from='X' to='A' val='1' dist='1'/>\n"
+                 "<dh from='B' to='X' val='1' dist='1'/>"),
+        one("8 warning PointUndeclared (X)"));
+    row("point without role", points("<point id='A' z='5'/>"), one("4 warning PointWithoutRole (A)"));
+    row("point with another role", points("<point id='A' z='5' fix='xy' adj='XY'/>"),
+        one("4 warning PointWithoutRole (A)"));
+    row("fixed and adjusted", points("<point id='A' z='5' fix='xyz' adj='Z'/>"),
+        one("4 warning PointFixedAndAdjusted (A)"));
+    row("fixed without height", points("<point id='A' fix='z'/>"),
+        one("4 error FixedPointWithoutHeight (A)"));
+    row("fixed with bad height", points("<point id='A' z='high' fix='z'/>"),
+        {QStringLiteral("4 error HeightUnusable (A; high)"),
+         QStringLiteral("4 error FixedPointWithoutHeight (A)")});
+    row("bad approximate height", points("<point id='A' z='inf' adj='z'/>"),
+        one("4 error HeightUnusable (A; inf)"));
+
+    const auto section = [&](const char* name, const QByteArray& line, const QStringList& expected) {
+        row(name, sections("<dh from='R' to='B' val='1' dist='1'/>\n" + line), expected);
+    };
+    section("no start", "<dh to='A' val='1' dist='1'/>", one("8 error SectionWithoutPoint (; A)"));
+    section("no end", "<dh from='A' val='1' dist='1'/>", one("8 error SectionWithoutPoint (A; )"));
+    section("same ends", "<dh from='A' to=' A ' val='1' dist='1'/>", one("8 error SectionSameEnds (A; A)"));
+    section("no value", "<dh from='R' to='A' dist='1'/>", one("8 error SectionWithoutValue (R; A; )"));
+    section("value is no number", "<dh from='R' to='A' val='1,5' dist='1'/>",
+            one("8 error SectionWithoutValue (R; A; 1,5)"));
+    section("value is nan", "<dh from='R' to='A' val='nan' dist='1'/>",
+            one("8 error SectionWithoutValue (R; A; nan)"));
+    section("value is infinite", "<dh from='R' to='A' val='-inf' dist='1'/>",
+            one("8 error SectionWithoutValue (R; A; -inf)"));
+    section("value overflows", "<dh from='R' to='A' val='1e999' dist='1'/>",
+            one("8 error SectionWithoutValue (R; A; 1e999)"));
+    section("value beyond the Earth", "<dh from='R' to='A' val='2e9' dist='1'/>",
+            one("8 error SectionWithoutValue (R; A; 2e9)"));
+    section("no weight", "<dh from='R' to='A' val='1'/>", one("8 error SectionWithoutWeight (R; A)"));
+    section("distance zero", "<dh from='R' to='A' val='1' dist='0'/>",
+            {QStringLiteral("8 error DistanceUnusable (R; A; 0)"),
+             QStringLiteral("8 error SectionWithoutWeight (R; A)")});
+    section("distance negative", "<dh from='R' to='A' val='1' dist='-1' stdev='2'/>",
+            one("8 error DistanceUnusable (R; A; -1)"));
+    section("distance nan", "<dh from='R' to='A' val='1' dist='NaN' stdev='2'/>",
+            one("8 error DistanceUnusable (R; A; NaN)"));
+    section("stdev zero", "<dh from='R' to='A' val='1' dist='1' stdev='0.0'/>",
+            one("8 error StdevUnusable (R; A; 0.0)"));
+    section("stdev negative", "<dh from='R' to='A' val='1' stdev='-3'/>",
+            {QStringLiteral("8 error StdevUnusable (R; A; -3)"),
+             QStringLiteral("8 error SectionWithoutWeight (R; A)")});
+    section("stdev infinite", "<dh from='R' to='A' val='1' dist='1' stdev='inf'/>",
+            one("8 error StdevUnusable (R; A; inf)"));
+    section("stdev vanishing", "<dh from='R' to='A' val='1' dist='1' stdev='1e-300'/>",
+            one("8 error StdevUnusable (R; A; 1e-300)"));
+
+    const QByteArray two = "<dh from='R' to='A' val='1' dist='1'/>\n<dh from='A' to='B' val='1' dist='1'/>\n";
+    row("covariance of another size", sections(two + "<cov-mat dim='3' band='0'>1 2 3</cov-mat>"),
+        one("9 error CovarianceUnusable (3; 0; 2)"));
+    row("covariance with too few numbers", sections(two + "<cov-mat dim='2' band='1'>1 2</cov-mat>"),
+        one("9 error CovarianceUnusable (2; 1; 2)"));
+    row("covariance with too wide a band", sections(two + "<cov-mat dim='2' band='2'>1 2 3</cov-mat>"),
+        one("9 error CovarianceUnusable (2; 2; 2)"));
+    row("covariance without dim", sections(two + "<cov-mat band='0'>1 2</cov-mat>"),
+        one("9 error CovarianceUnusable (; 0; 2)"));
+    row("covariance with bad band", sections(two + "<cov-mat dim='2' band='-1'>1 2</cov-mat>"),
+        one("9 error CovarianceUnusable (2; -1; 2)"));
+    row("negative variance", sections(two + "<cov-mat dim='2' band='0'>1 -2</cov-mat>"),
+        one("8 error VarianceUnusable (A; B; -2)"));
+    row("correlations", sections(two + "<cov-mat dim='2' band='1'>1 0.5 2</cov-mat>"),
+        one("9 warning CorrelationsIgnored (1)"));
+    row("correlations that are zero", sections(two + "<cov-mat dim='2' band='1'>1 0.0 2</cov-mat>"), {});
+
+    row("other observations",
+        points("<obs from='S'><direction to='A' val='1'/>\n<distance to='B' val='2'/><z-angle from='T' "
+               "to='C' val='3'/>"
+               "\n<cov-mat dim='3' band='0'>1 1 1</cov-mat></obs>"),
+        {QStringLiteral("4 error OtherObservation (direction; S; A)"),
+         QStringLiteral("5 error OtherObservation (distance; S; B)"),
+         QStringLiteral("5 error OtherObservation (z-angle; T; C)")});
+    row("vectors", points("<vectors>\n<vec from='A' to='B' dx='1' dy='2' dz='3'/></vectors>"),
+        one("5 error OtherObservation (vec; A; B)"));
+    row("observed coordinates", points("<coordinates>\n\n<point id='A' z='1'/></coordinates>"),
+        one("6 error OtherObservation (point; ; )"));
+}
+
+void TestGkfReader::problems()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QStringList, expected);
+    const GkfResult result = readText(text);
+    QVERIFY(!result.fatal);
+    QCOMPARE(describeProblems(result), expected);
+}
+
+void TestGkfReader::malformedFilesGiveOneFatalProblem_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<qint64>("line");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char* name, const QByteArray& text, qint64 line, const char* reason) {
+        QTest::newRow(name) << text << line << QString::fromUtf8(reason);
+    };
+    const QByteArray good = sections("<dh from='R' to='A' val='1' dist='1'/>");
+    row("empty file", "", 1, "Premature end of document.");
+    row("only blanks", "  \n ", 2, "Premature end of document.");
+    row("no XML", "R A 1.0\n", 1, "Start tag expected.");
+    row("cut in a tag", good.left(good.indexOf("val=")), 7, "Premature end of document.");
+    row("cut between tags", good.left(good.indexOf("<dh")), 7, "Premature end of document.");
+    row("crossed tags", "<gama-local>\n<network></gama-local></network>", 2,
+        "Opening and ending tag mismatch.");
+    row("two roots", good + "<gama-local/>", 12, "Extra content at end of document.");
+    row("text after the root", good + "\nmore", 13, "Extra content at end of document.");
+    row("attribute twice", sections("<dh from='R' from='A'/>"), 7, "Attribute 'from' redefined.");
+    row("attribute without quotes", sections("\n<dh from=R/>"), 8, "Expected '\"' or ''', but got 'R'.");
+    row("bare ampersand", points("<point id='A&B'/>"), 4, "x");
+    row("unknown entity", points("\n<point id='&nbsp;'/>"), 5, "Entity 'nbsp' not declared.");
+    row("less-than in an attribute", points("<point id='<'/>"), 4, "x");
+    row("control character", points("<point id='\x01'/>"), 4, "x");
+    row("broken UTF-8", "<gama-local>\n\xff\xfe</gama-local>", 2, "Encountered incorrectly encoded content.");
+    row("unclosed comment", "<gama-local>\n<!-- ", 2, "Premature end of document.");
+}
+
+void TestGkfReader::malformedFilesGiveOneFatalProblem()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(qint64, line);
+    QFETCH(QString, reason);
+    const GkfResult result = readText(text);
+    QVERIFY(result.fatal);
+    QCOMPARE(describe(*result.fatal),
+             QStringLiteral("%1 fatal MalformedXml (%2)").arg(QString::number(line), reason));
+    QVERIFY(result.network.points.empty());
+    QVERIFY(result.problems.empty());
+}
+
+void TestGkfReader::malformedFileHandsOutNothing()
+{
+    const QByteArray good = sections("<dh from='R' to='A' val='1' dist='1'/><dh/>");
+    for (int size = 0; size < good.size() - 1; ++size) {
+        const GkfResult result = readText(good.left(size));
+        QVERIFY(result.fatal);
+        QVERIFY(result.network.points.empty());
+        QVERIFY(result.network.sections.empty());
+        QVERIFY(result.problems.empty());
+    }
+    QVERIFY(!readText(good.left(good.size() - 1)).fatal);
+}
+
+void TestGkfReader::unreadableFileIsFatal()
+{
+    const QTemporaryDir folder;
+    const GkfResult result = GkfReader::readFile(folder.filePath(QStringLiteral("none.gkf")));
+    QVERIFY(result.fatal);
+    QCOMPARE(describe(*result.fatal), QStringLiteral("0 fatal FileNotReadable (No such file or directory)"));
+}
+
+void TestGkfReader::directoryIsFatal()
+{
+    const QTemporaryDir folder;
+    const GkfResult result = GkfReader::readFile(folder.path());
+    QVERIFY(result.fatal);
+    QCOMPARE(describe(*result.fatal), QStringLiteral("x"));
+}
+
+void TestGkfReader::stdevWinsOverDistance()
+{
+    const Section section =
+        readText(sections("<dh from='R' to='A' val='1' dist='4' stdev='1.5'/>")).network.sections.front();
+    QCOMPARE(section.sigma, 1.5);
+    QCOMPARE(*section.stdev, 1.5);
+    QCOMPARE(*section.distance, 4.0);
+}
+
+void TestGkfReader::varianceWinsOverStdev()
+{
+    const Section section = readText(sections("<dh from='R' to='A' val='1' dist='4' stdev='1.5'/>"
+                                              "<cov-mat dim='1' band='0'>6.25</cov-mat>"))
+                                .network.sections.front();
+    QCOMPARE(section.sigma, 2.5);
+}
+
+void TestGkfReader::sigmaComesFromDistanceAndSigmaApriori()
+{
+    QCOMPARE(readText(withParameters("sigma-apr='3'")).network.sections.front().sigma, 6.0);
+    QCOMPARE(readText(withParameters("")).network.sections.front().sigma, 20.0);
+}
+
+void TestGkfReader::parametersAfterTheSectionsCountToo()
+{
+    const GkfResult result =
+        readText("<gama-local><network><points-observations><point id='P' adj='z'/><point id='Q' adj='z'/>"
+                 "<height-differences><dh from='P' to='Q' val='1' dist='4'/></height-differences>"
+                 "</points-observations><parameters sigma-apr='3'/></network></gama-local>");
+    QCOMPARE(result.network.sections.front().sigma, 6.0);
+}
+
+void TestGkfReader::badStdevFallsBackToDistance()
+{
+    const Section section =
+        readText(sections("<dh from='R' to='A' val='1' dist='4' stdev='0'/>")).network.sections.front();
+    QCOMPARE(section.sigma, 20.0);
+    QVERIFY(!section.stdev);
+}
+
+void TestGkfReader::diagonalCovarianceGivesSigmas()
+{
+    const Network network = readText(sections("<dh from='R' to='A' val='1'/><dh from='R' to='' val='1'/>"
+                                              "<dh from='A' to='B' val='1'/>"
+                                              "<cov-mat dim='3' band='0'>\n 4 9\n16 \n</cov-mat>"))
+                                .network;
+    QCOMPARE(network.sections.size(), size_t(2));
+    QCOMPARE(network.sections[0].sigma, 2.0);
+    QCOMPARE(network.sections[1].sigma, 4.0);
+}
+
+void TestGkfReader::bandedCovarianceGivesSigmas()
+{
+    const GkfResult result =
+        readText(sections("<dh from='R' to='A' val='1'/><dh from='R' to='B' val='1'/>"
+                          "<dh from='A' to='B' val='1'/><dh from='A' to='B' val='1'/>\n"
+                          "<cov-mat dim='4' band='2'>1 .1 0  4 .2 .3  9 .4  16</cov-mat>"));
+    QCOMPARE(describeProblems(result), QStringList(QStringLiteral("8 warning CorrelationsIgnored (4)")));
+    QCOMPARE(result.network.sections[0].sigma, 1.0);
+    QCOMPARE(result.network.sections[1].sigma, 2.0);
+    QCOMPARE(result.network.sections[2].sigma, 3.0);
+    QCOMPARE(result.network.sections[3].sigma, 4.0);
+}
+
+void TestGkfReader::unusableCovarianceLeavesTheOwnWeights()
+{
+    const Network network =
+        readText(sections("<dh from='R' to='A' val='1' stdev='7'/><dh from='A' to='B' val='1'/>"
+                          "<cov-mat dim='2' band='0'>4</cov-mat>"))
+            .network;
+    QCOMPARE(network.sections.size(), size_t(1));
+    QCOMPARE(network.sections[0].sigma, 7.0);
+}
+
+void TestGkfReader::laterPointWins()
+{
+    const Network network =
+        readText(points("<point id='A' z='1' fix='z'/>\n<point id='A' z='2' adj='z'/>")).network;
+    QCOMPARE(network.points.size(), size_t(3));
+    QCOMPARE(*network.points[0].height, 2.0);
+    QVERIFY(!network.points[0].fixed);
+    QCOMPARE(network.points[0].line, 5);
+}
+
+void TestGkfReader::laterPointKeepsWhatItDoesNotState()
+{
+    const Network network = readText(points("<point id='A' z='1.5'/>\n<point id='A' fix='z'/>"
+                                            "<point id='B' z='1' fix='z'/><point id='B' z='3'/>"))
+                                .network;
+    QCOMPARE(*network.points[0].height, 1.5);
+    QVERIFY(network.points[0].fixed);
+    QCOMPARE(*network.points[1].height, 3.0);
+    QVERIFY(network.points[1].fixed);
+}
+
+void TestGkfReader::fixBeatsAdj()
+{
+    QVERIFY(readText(points("<point id='A' z='1' fix='Z' adj='xyz'/>")).network.points[0].fixed);
+}
+
+void TestGkfReader::otherCoordinatesDoNotCount()
+{
+    QVERIFY(!readText(points("<point id='A' z='1' fix='XY' adj='z'/>")).network.points[0].fixed);
+}
+
+void TestGkfReader::undeclaredPointIsUsed()
+{
+    const Network network = readText(sections("<dh from='R' to='X' val='1' dist='1'/>")).network;
+    QCOMPARE(network.sections.size(), size_t(1));
+    QCOMPARE(network.points.back().id, QStringLiteral("X"));
+    QVERIFY(!network.points.back().declared);
+    QVERIFY(!network.points.back().fixed);
+    QCOMPARE(network.points.back().line, 7);
+}
+
+void TestGkfReader::numbersMayHoldBlanks()
+{
+    const Network network =
+        readText(sections("<dh from=' R ' to='A' val=' 25.42' dist='\t.5 ' stdev=' 1e1 '/>")).network;
+    QCOMPARE(network.sections[0].difference, 25.42);
+    QCOMPARE(*network.sections[0].distance, 0.5);
+    QCOMPARE(network.sections[0].sigma, 10.0);
+    QCOMPARE(network.points[static_cast<size_t>(network.sections[0].from)].id, QStringLiteral("R"));
+}
+
+void TestGkfReader::numbersDoNotDependOnTheLocale()
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Russian));
+    const Network network = readText(sections("<dh from='R' to='A' val='25.42' dist='1'/>")).network;
+    QLocale::setDefault(before);
+    QCOMPARE(network.sections[0].difference, 25.42);
+}
+
+void TestGkfReader::entityBombIsFatal()
+{
+    QByteArray text = "<!DOCTYPE g [<!ENTITY a0 'aaaaaaaaaa'>\n";
+    for (int i = 1; i < 12; ++i) {
+        const QByteArray inner = "&a" + QByteArray::number(i - 1) + ";";
+        text += "<!ENTITY a" + QByteArray::number(i) + " '" + inner.repeated(10) + "'>\n";
+    }
+    text += "]><gama-local><network><description>&a11;</description></network></gama-local>";
+    const GkfResult result = readText(text);
+    QVERIFY(result.fatal);
+    QCOMPARE(result.fatal->kind, ProblemKind::MalformedXml);
+}
+
+void TestGkfReader::deepNestingIsRead()
+{
+    const int depth = 100000;
+    const GkfResult result =
+        readText(points(QByteArray("<a>").repeated(depth) + QByteArray("</a>").repeated(depth)));
+    QVERIFY(!result.fatal);
+    QCOMPARE(describeProblems(result),
+             QStringList(QStringLiteral("4 warning UnknownElement (a; points-observations)")));
+}
+
+void TestGkfReader::everyPointIsRead()
+{
+    QByteArray lines;
+    for (int i = 0; i < 20000; ++i)
+        lines += "<point id='" + QByteArray::number(i) + "' adj='z'/>\n";
+    const GkfResult result = readText(points(lines));
+    QVERIFY(!result.fatal);
+    QCOMPARE(result.network.points.size(), size_t(20002));
+    QCOMPARE(result.network.points[12345].id, QStringLiteral("12345"));
+    QCOMPARE(result.network.points[12345].line, 12349);
+}
+
+QTEST_APPLESS_MAIN(TestGkfReader)
+#include "tst_gkfreader.moc"
