@@ -118,6 +118,7 @@ private:
 
     // Intake
     void AddMessage(const COVMessage& message);
+    void AddMessage(COVMessage&& message);
     void AddTitleInfo(int protocolType);
     int GetItemTypeByID(LONGID id) const;
 

@@ -41,6 +41,11 @@ void COrvel::AddMessage(const COVMessage& message)
     messages[message.protocolType].push_back(message);
 }
 
+void COrvel::AddMessage(COVMessage&& message)
+{
+    messages[message.protocolType].push_back(std::move(message));
+}
+
 void COrvel::AddTitleInfo(int protocolType)
 {
     const auto addLine = [this, protocolType](COVMessage::MessageType type, const QString& text) {

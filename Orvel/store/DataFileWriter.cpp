@@ -1,0 +1,141 @@
+#include "Orvel/store/DataFileWriter.h"
+
+#include "Orvel/store/DataFileForm.h"
+
+#include <QByteArray>
+#include <QIODevice>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace {
+
+using namespace datafile;
+
+constexpr int kPieceSize = 1 << 20;
+
+/// Text that XML can carry: lone surrogates, U+FFFE and U+FFFF become U+FFFD. One such character would cost
+/// every message in the file.
+QString toXmlText(const QString& text)
+{
+    const auto mayBeBad = [](QChar c) { return c.unicode() >= 0xD800; };
+    if (std::none_of(text.begin(), text.end(), mayBeBad))
+        return text;
+
+    QString result = text;
+    const int size = text.size();
+    for (int i = 0; i < size; ++i) {
+        const QChar c = text[i];
+        if (c.isHighSurrogate() && i + 1 < size && text[i + 1].isLowSurrogate())
+            ++i;
+        else if (c.isSurrogate() || c.unicode() >= 0xFFFE)
+            result[i] = QChar::ReplacementCharacter;
+    }
+    return result;
+}
+
+/// Collects what is written and hands it to the device in large pieces.
+class Output
+{
+public:
+    explicit Output(QIODevice& target) : device(target) { buffer.reserve(kPieceSize + kPieceSize / 8); }
+
+    template<std::size_t N>
+    void append(const char (&literal)[N])
+    {
+        buffer.append(literal, static_cast<int>(N - 1));
+    }
+
+    void appendNumber(qint64 number)
+    {
+        std::array<char, 20> digits{};
+        const auto result = std::to_chars(digits.begin(), digits.end(), number);
+        buffer.append(digits.data(), static_cast<int>(result.ptr - digits.data()));
+    }
+
+    /// As CDATA sections; a "]]>" is split between two, since it would end its own.
+    void appendText(const QString& text)
+    {
+        const QByteArray utf8 = toXmlText(text).toUtf8();
+        int begin = 0;
+        append(form::sectionBegin);
+        for (int end = utf8.indexOf(form::sectionEnd); end >= 0;
+             end = utf8.indexOf(form::sectionEnd, begin)) {
+            buffer.append(utf8.constData() + begin, end + 2 - begin);
+            append(form::sectionEnd);
+            append(form::sectionBegin);
+            begin = end + 2;
+        }
+        buffer.append(utf8.constData() + begin, utf8.size() - begin);
+        append(form::sectionEnd);
+    }
+
+    void flushPiece()
+    {
+        if (buffer.size() >= kPieceSize)
+            flush();
+    }
+
+    void flush()
+    {
+        device.write(buffer);
+        buffer.resize(0);
+    }
+
+private:
+    QIODevice& device;
+    QByteArray buffer;
+};
+
+void appendMessage(const COVMessage& message, Output& output)
+{
+    output.append(form::messageBegin);
+    output.appendNumber(message.protocolType);
+    output.append(form::messageKind);
+    output.appendNumber(message.messageType);
+    output.append(form::messageAttributesEnd);
+    for (std::size_t i = 0; i < message.itemIds.size(); ++i) {
+        output.append(form::itemBegin);
+        output.appendNumber(message.itemIds[i]);
+        output.append(form::itemType);
+        output.appendNumber(message.itemTypes[i]);
+        output.append(form::itemEnd);
+    }
+    output.append(form::textBegin);
+    if (message.stage != 0) {
+        output.append(form::stageBegin);
+        output.appendNumber(message.stage);
+        output.append(form::stageEnd);
+    }
+    output.append(form::textAttributesEnd);
+    output.appendText(message.text);
+    output.append(form::messageEnd);
+}
+
+} // namespace
+
+namespace datafile {
+
+void write(const std::map<int, std::vector<COVMessage>>& messages, QIODevice& device)
+{
+    Output output(device);
+    output.append(form::head);
+    const bool isEmpty =
+        std::all_of(messages.begin(), messages.end(), [](const auto& entry) { return entry.second.empty(); });
+    if (isEmpty) {
+        output.append(form::emptyList);
+    } else {
+        output.append(form::listBegin);
+        for (const auto& [protocolType, list] : messages) {
+            for (const COVMessage& message : list) {
+                appendMessage(message, output);
+                output.flushPiece();
+            }
+        }
+        output.append(form::listEnd);
+    }
+    output.flush();
+}
+
+} // namespace datafile
