@@ -18,6 +18,7 @@ bool CycleElimination::add(std::vector<int> cycle)
             other = std::move(cycle);
             return true;
         }
+        work += cycle.size() + other.size();
         sum.clear();
         std::set_symmetric_difference(cycle.begin(), cycle.end(), other.begin(), other.end(),
                                       std::back_inserter(sum));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 namespace levelling {
@@ -14,11 +15,14 @@ public:
     /// Takes the cycle (distinct numbers of sections) if it is independent of those taken before; says
     /// whether it was.
     bool add(std::vector<int> cycle);
+    /// Count of elements that all sums so far had.
+    size_t getWork() const { return work; }
 
 private:
     /// The taken cycles, reduced and ascending, each at its highest number, which no other has as highest.
     std::vector<std::vector<int>> cycleOfPivot;
     std::vector<int> sum;
+    size_t work = 0;
 };
 
 } // namespace levelling

@@ -41,9 +41,11 @@ std::vector<CycleSearch::Candidate> CycleSearch::findCandidates()
 
 void CycleSearch::addDatumLines()
 {
-    for (const SectionGraph::Link& link : graph.getLinks(SectionGraph::datum)) {
-        if (link.node == SectionGraph::datum)
-            addCandidate(SectionGraph::datum, link.section, SectionGraph::datum, SectionGraph::datum);
+    constexpr int datum = SectionGraph::datum;
+    const auto sectionCount = static_cast<int>(graph.getNetwork().sections.size());
+    for (int section = 0; section < sectionCount; ++section) {
+        if (graph.getFrom(section) == datum && graph.getTo(section) == datum)
+            addCandidate(datum, section, datum, datum, true);
     }
 }
 
@@ -114,7 +116,7 @@ size_t CycleSearch::startBranches(int root)
     start.root = root;
     for (const SectionGraph::Link& link : linksToEarlier(root)) {
         if (visits[static_cast<size_t>(link.node)].root == root) {
-            addCandidate(root, link.section, link.node, root);
+            addCandidate(root, link.section, link.node, root, true);
         } else {
             start.branch = static_cast<int>(queue.size());
             carryOn(start, root, link);
@@ -141,7 +143,7 @@ void CycleSearch::searchFrom(int root, size_t extraNodes)
                 const bool joins = branches.unite(here.branch, there.branch);
                 branchesLeft -= joins ? 1 : 0;
                 if (joins || next < extraNodes)
-                    addCandidate(root, link.section, node, link.node);
+                    addCandidate(root, link.section, node, link.node, joins);
             }
         }
     }
@@ -169,9 +171,10 @@ double CycleSearch::getLength(int section) const
     return graph.getNetwork().sections[static_cast<size_t>(section)].distance.value_or(0.0);
 }
 
-void CycleSearch::addCandidate(int root, int section, int nodeA, int nodeB)
+void CycleSearch::addCandidate(int root, int section, int nodeA, int nodeB, bool isNeeded)
 {
     Candidate candidate;
+    candidate.isNeeded = isNeeded;
     const auto append = [&](int passed) {
         candidate.sections.push_back(passed);
         candidate.length += getLength(passed);

@@ -23,6 +23,8 @@ public:
     {
         std::vector<int> sections;
         double length = 0.0; ///< km, to choose among cycles of equally many sections
+        /// One of those that are a basis already, by the way they were found.
+        bool isNeeded = false;
     };
 
     explicit CycleSearch(const SectionGraph& searchedGraph);
@@ -66,7 +68,7 @@ private:
     void carryOn(const Visit& way, int node, const SectionGraph::Link& link);
     double getLength(int section) const;
     /// Adds the cycle of the section and the ways from its two ends back to the root.
-    void addCandidate(int root, int section, int nodeA, int nodeB);
+    void addCandidate(int root, int section, int nodeA, int nodeB, bool isNeeded);
 
     const SectionGraph& graph;
     std::vector<int> order;

@@ -14,6 +14,10 @@ namespace levelling {
 
 namespace {
 
+// What the choice of the basis may cost, in elements of sums of cycles.
+constexpr size_t s_eliminationWork = 100'000'000;
+constexpr size_t s_eliminationWorkPerSection = 5'000;
+
 /// The two sections of a cycle that meet at one of its nodes.
 using SectionsAtNode = std::pair<int, int>;
 
@@ -111,6 +115,36 @@ size_t countIndependentLoops(const SectionGraph& graph)
     return count;
 }
 
+/// Indices of the shortest candidates that are independent. Where that takes too long, as in networks without
+/// any neighbourhood, of those that are known to be a basis.
+std::vector<size_t> chooseBasis(const CycleSearch& search,
+                                const std::vector<CycleSearch::Candidate>& candidates,
+                                const SectionGraph& graph)
+{
+    const size_t sectionCount = graph.getNetwork().sections.size();
+    const size_t workLimit = s_eliminationWork + s_eliminationWorkPerSection * sectionCount;
+    const size_t loopCount = countIndependentLoops(graph);
+    CycleElimination elimination(static_cast<int>(sectionCount));
+    std::vector<size_t> chosen;
+    for (size_t i = 0; chosen.size() < loopCount && elimination.getWork() < workLimit; ++i) {
+        std::vector<int> ranks;
+        ranks.reserve(candidates[i].sections.size());
+        for (const int section : candidates[i].sections)
+            ranks.push_back(search.getRank(section));
+        if (elimination.add(std::move(ranks)))
+            chosen.push_back(i);
+    }
+    if (chosen.size() == loopCount)
+        return chosen;
+
+    chosen.clear();
+    for (size_t i = 0; i < candidates.size(); ++i) {
+        if (candidates[i].isNeeded)
+            chosen.push_back(i);
+    }
+    return chosen;
+}
+
 } // namespace
 
 std::optional<double> Loop::getTolerance(double factor) const
@@ -123,19 +157,10 @@ std::optional<double> Loop::getTolerance(double factor) const
 std::vector<Loop> findLoopBasis(const SectionGraph& graph)
 {
     CycleSearch search(graph);
-    CycleElimination elimination(static_cast<int>(graph.getNetwork().sections.size()));
-    const size_t loopCount = countIndependentLoops(graph);
+    const std::vector<CycleSearch::Candidate> candidates = search.findCandidates();
     std::vector<Loop> loops;
-    for (const CycleSearch::Candidate& candidate : search.findCandidates()) {
-        if (loops.size() == loopCount)
-            break;
-        std::vector<int> ranks;
-        ranks.reserve(candidate.sections.size());
-        for (const int section : candidate.sections)
-            ranks.push_back(search.getRank(section));
-        if (elimination.add(std::move(ranks)))
-            loops.push_back(toLoop(graph, candidate.sections));
-    }
+    for (const size_t candidate : chooseBasis(search, candidates, graph))
+        loops.push_back(toLoop(graph, candidates[candidate].sections));
     return loops;
 }
 

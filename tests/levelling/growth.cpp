@@ -1,0 +1,65 @@
+// Shows how the time of the computations grows with the network: a table of seconds by count of points.
+
+#include "SyntheticNetwork.h"
+#include "levelling/Adjustment.h"
+#include "levelling/Components.h"
+#include "levelling/GkfReader.h"
+#include "levelling/LoopBasis.h"
+
+#include <QBuffer>
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace levelling;
+
+namespace {
+
+template<typename Function>
+double seconds(const Function& function)
+{
+    QElapsedTimer timer;
+    timer.start();
+    function();
+    return static_cast<double>(timer.nsecsElapsed()) * 1e-9;
+}
+
+void measure(int pointCount, int sectionCount)
+{
+    QByteArray file = testnetworks::toGkf(testnetworks::synthetic(pointCount, sectionCount));
+    GkfResult result;
+    const double read = seconds([&] {
+        QBuffer buffer(&file);
+        buffer.open(QIODevice::ReadOnly);
+        result = GkfReader::read(buffer);
+    });
+    size_t loopCount = 0;
+    size_t longest = 0;
+    const double compile = seconds([&] {
+        findComponents(result.network);
+        findRepeatedSections(result.network);
+        const std::vector<Loop> loops = findLoopBasis(SectionGraph(result.network));
+        loopCount = loops.size();
+        for (const Loop& loop : loops)
+            longest = std::max(longest, loop.sections.size());
+    });
+    Adjustment adjustment;
+    const double adjusted = seconds([&] { adjustment = adjust(result.network); });
+    std::printf("%8d %9zu %8zu %8zu %9.3f %9.3f %9.3f %9.3f %9.4f\n", pointCount,
+                result.network.sections.size(), loopCount, longest, read, compile, adjusted,
+                read + compile + adjusted, adjustment.total.getSigma0().value_or(0.0));
+}
+
+} // namespace
+
+int main()
+{
+    for (const double density : {2.5, 1.6, 1.1}) {
+        std::printf("%8s %9s %8s %8s %9s %9s %9s %9s %9s\n", "points", "sections", "loops", "longest",
+                    "read s", "compile s", "adjust s", "all s", "sigma0");
+        for (const int points : {1000, 3000, 10000, 30000, 100000})
+            measure(points, static_cast<int>(points * density));
+    }
+    return 0;
+}
