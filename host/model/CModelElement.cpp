@@ -5,6 +5,7 @@
 #include "host/model/ItemTypeInfo.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -145,12 +146,13 @@ CModelElement* CModelElement::addChild(std::unique_ptr<CModelElement> child)
 
 std::unique_ptr<CModelElement> CModelElement::takeChild(const CModelElement* child)
 {
-    const auto found = std::find_if(children.begin(), children.end(),
+    // From the end: of many children the last ones are removed first.
+    const auto found = std::find_if(children.rbegin(), children.rend(),
                                     [child](const auto& own) { return own.get() == child; });
-    if (found == children.end())
+    if (found == children.rend())
         return nullptr;
     std::unique_ptr<CModelElement> taken = std::move(*found);
-    children.erase(found);
+    children.erase(std::prev(found.base()));
     taken->parent = nullptr;
     return taken;
 }

@@ -30,7 +30,12 @@ std::vector<CModelElement*> withDescendants(CModelElement& item)
 CProjectModel::CProjectModel(CProject* ownerProject, QObject* parent) : QObject(parent), project(ownerProject)
 {}
 
-CProjectModel::~CProjectModel() = default;
+CProjectModel::~CProjectModel()
+{
+    // The items die after the indexes, and may change something in themselves while they do.
+    for (const auto& [subject, entry] : entries)
+        entry.element->detach(this);
+}
 
 CProject* CProjectModel::getProject() const
 {
@@ -249,12 +254,14 @@ void CProjectModel::enterIndexes(CModelElement& item, bool isSystem, ItemTypeInf
     item.attach(this);
 }
 
-void CProjectModel::leaveIndexes(const CModelElement& item)
+void CProjectModel::leaveIndexes(CModelElement& item)
 {
+    item.detach(this);
     const auto found = entries.find(&item);
     itemsById.remove(found->second.indexedId);
     std::vector<CModelElement*>& sameType = itemsByType[item.getType()];
-    sameType.erase(std::find(sameType.begin(), sameType.end(), &item));
+    // From the end: of a large subtree the last items are removed first.
+    sameType.erase(std::prev(std::find(sameType.rbegin(), sameType.rend(), &item).base()));
     entries.erase(found);
 }
 

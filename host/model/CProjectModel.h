@@ -108,7 +108,7 @@ private:
     bool giveIds(const std::vector<CModelElement*>& items);
     bool isTreeItem(const CModelElement* item) const;
     void enterIndexes(CModelElement& item, bool isSystem, ItemTypeInfo::Flags flags);
-    void leaveIndexes(const CModelElement& item);
+    void leaveIndexes(CModelElement& item);
     void indexId(Entry& entry);
     void removeSingleItem(CModelElement& item);
 
