@@ -11,11 +11,27 @@
 
 namespace {
 
+[[noreturn]] void failTempFolder(const QString& folder, const QString& reason)
+{
+    throw qor::CFileException(
+        qor::CFileException::CannotCreateFolder,
+        QCoreApplication::translate("Host", "Не удалось создать временную папку в «%1»: %2.")
+            .arg(QDir::toNativeSeparators(folder), reason)
+            .toStdWString());
+}
+
 QString makeTempFolderTemplate()
 {
+    // Empty when TMPDIR names a folder that does not exist; the template would lead to the file system's
+    // root.
+    const QString systemFolder = QDir::tempPath();
+    if (systemFolder.isEmpty()) {
+        failTempFolder(qEnvironmentVariable("TMPDIR"),
+                       QCoreApplication::translate("Host", "такой папки нет"));
+    }
     QString applicationName = QCoreApplication::applicationName();
     applicationName.replace(QLatin1Char('/'), QLatin1Char('_'));
-    return QDir::tempPath() + QLatin1Char('/') + applicationName + QStringLiteral("-XXXXXXXXXXXX");
+    return systemFolder + QLatin1Char('/') + applicationName + QStringLiteral("-XXXXXXXXXXXX");
 }
 
 QStringList getDataFolders()
@@ -43,13 +59,8 @@ Application* Application::s_instance = nullptr;
 Application::Application(QObject* parent) : QObject(parent), tempDir(makeTempFolderTemplate())
 {
     Q_ASSERT_X(!s_instance, "Application", "there may be only one application object");
-    if (!tempDir.isValid()) {
-        throw qor::CFileException(
-            qor::CFileException::CannotCreateFolder,
-            QCoreApplication::translate("Host", "Не удалось создать временную папку в «%1»: %2.")
-                .arg(QDir::toNativeSeparators(QDir::tempPath()), tempDir.errorString())
-                .toStdWString());
-    }
+    if (!tempDir.isValid())
+        failTempFolder(QDir::tempPath(), tempDir.errorString());
     s_instance = this;
 }
 
@@ -83,7 +94,9 @@ QString Application::getTmpFileName(const QString& pattern)
         QString name = namePattern;
         name.replace(marker, QString::number(++s_instance->lastTmpFileNumber));
         path = s_instance->tempDir.filePath(name);
-    } while (QFileInfo(path).isSymLink() || QFileInfo::exists(path));
+    } while (s_instance->givenFileNames.contains(path) || QFileInfo(path).isSymLink() ||
+             QFileInfo::exists(path));
+    s_instance->givenFileNames.insert(path);
     return path;
 }
 

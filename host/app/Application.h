@@ -3,6 +3,7 @@
 #include "host/host_export.h"
 
 #include <QObject>
+#include <QSet>
 #include <QStandardPaths>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -39,8 +40,8 @@ public:
     static QString locateData(const QString& name,
                               QStandardPaths::LocateOptions options = QStandardPaths::LocateFile);
 
-    /// Shows the user a warning; `parent` is the object on whose behalf, or null. Without an application object
-    /// the message goes to the standard error output.
+    /// Shows the user a warning; `parent` is the object on whose behalf, or null. Without an application
+    /// object the message goes to the standard error output.
     static void warning(const QString& message, QObject* parent);
 
 protected:
@@ -52,6 +53,7 @@ private:
 
     QTemporaryDir tempDir;
     int lastTmpFileNumber = 0;
+    QSet<QString> givenFileNames;
     QStringList tmpFiles;
 };
 
