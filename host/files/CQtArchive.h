@@ -11,10 +11,12 @@
 class QIODevice;
 
 /// Saves values to a device or loads them back, in the same order. Numbers are big-endian; texts, byte arrays
-/// and variants are written as QDataStream of version 5.15 does.
+/// and variants are written as QDataStream of version 5.15 does. A variant may hold a bool, a number, a text,
+/// a byte array, a date or a time, or nothing.
 ///
-/// Every operator throws qor::CFileException: with code CannotWrite when a write fails, with code CorruptFile
-/// when the data ends early or makes no sense. An archive that saves is not to be read from, and the reverse.
+/// Every operator throws qor::CFileException: with code CannotWrite when a write fails or a variant holds
+/// something else, with code CorruptFile when the data ends early or makes no sense. An archive that saves is
+/// not to be read from, and the reverse.
 class HOST_EXPORT CQtArchive
 {
 public:
