@@ -39,10 +39,10 @@ namespace {
 
 // How often the window takes what the run has written, and how long it may work on it at a time.
 constexpr std::chrono::milliseconds kBatchInterval{30};
-constexpr std::chrono::milliseconds kDeliveryBudget{20};
-constexpr std::chrono::milliseconds kJournalBudget{15};
+constexpr std::chrono::milliseconds kDeliveryBudget{12};
+constexpr std::chrono::milliseconds kJournalBudget{10};
 // While lines pour in faster than they can be taken, most of them will never be shown.
-constexpr std::chrono::milliseconds kBusyJournalBudget{4};
+constexpr std::chrono::milliseconds kBusyJournalBudget{3};
 
 // Colours that can be told from both a light and a dark background carry the marks only; texts keep the
 // colours of the palette.
@@ -57,12 +57,6 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(Host)
 };
-
-QEvent::Type getWakeEventType()
-{
-    static const int type = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(type);
-}
 
 QString getTimeText(qint64 milliseconds)
 {
@@ -117,6 +111,7 @@ CProcessMonitor::CProcessMonitor(QWidget* parent, Qt::WindowFlags flags) : QDial
     batchTimer = new QTimer(this);
     batchTimer->setSingleShot(true);
     connect(batchTimer, &QTimer::timeout, this, &CProcessMonitor::deliverBatch);
+    connect(this, &CProcessMonitor::runWaits, this, &CProcessMonitor::serveRun, Qt::QueuedConnection);
     stateText = Text::tr("Готово к выполнению");
     showState();
 }
@@ -139,8 +134,7 @@ void CProcessMonitor::start(RunFunction function)
     }
     prepareRun();
     onStarted();
-    proxy = std::make_unique<OrderedMonitorProxy>(
-        silentMode, [this] { QCoreApplication::postEvent(this, new QEvent(getWakeEventType())); });
+    proxy = std::make_unique<OrderedMonitorProxy>(silentMode, [this] { emit runWaits(QPrivateSignal()); });
     worker = std::thread(runInThread, std::move(function), std::ref(*proxy));
     showState();
     batchTimer->start(kBatchInterval);
@@ -375,18 +369,6 @@ void CProcessMonitor::closeEvent(QCloseEvent* event)
     QDialog::closeEvent(event);
 }
 
-bool CProcessMonitor::event(QEvent* event)
-{
-    if (event->type() != getWakeEventType())
-        return QDialog::event(event);
-    if (running && proxy != nullptr) {
-        proxy->answerQuestions(*this);
-        if (proxy->isDeliveryUrgent())
-            deliverBatch();
-    }
-    return true;
-}
-
 void CProcessMonitor::shutdown()
 {
     batchTimer->stop();
@@ -395,7 +377,6 @@ void CProcessMonitor::shutdown()
         proxy->abandon();
     if (worker.joinable())
         worker.join();
-    QCoreApplication::removePostedEvents(this, getWakeEventType());
     if (running)
         interrupted = true;
     running = false;
@@ -486,6 +467,15 @@ void CProcessMonitor::writeLine(JournalWriter::Kind kind, const QString& text, c
     journalWriter->append(kind, text, detail);
     if (!running && !journalWriter->flush(kJournalBudget))
         batchTimer->start(0);
+}
+
+void CProcessMonitor::serveRun()
+{
+    if (!running || proxy == nullptr)
+        return;
+    proxy->answerQuestions(*this);
+    if (proxy->isDeliveryUrgent())
+        deliverBatch();
 }
 
 void CProcessMonitor::deliverBatch()

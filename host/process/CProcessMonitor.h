@@ -134,6 +134,8 @@ public:
 signals:
     /// The run's thread is over and onThreadFinished() has been called.
     void runFinished();
+    /// Emitted in the run's thread when the run waits for this window.
+    void runWaits(QPrivateSignal);
 
 protected:
     /// Stops a run that still works and waits for it. Nothing more is delivered and no virtual function is
@@ -141,7 +143,6 @@ protected:
     void shutdown();
 
     void closeEvent(QCloseEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
     void createWidgets();
@@ -149,6 +150,7 @@ private:
     QPushButton* createButton(const QString& text, QStyle::StandardPixmap icon);
     void prepareRun();
     void writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail);
+    void serveRun();
     void deliverBatch();
     void finishRun();
     void askToStop(bool thenClose);

@@ -126,12 +126,22 @@ void JournalWriter::insertLines(std::chrono::steady_clock::time_point deadline)
 
 void JournalWriter::insertLine(QTextCursor& cursor, const Line& line)
 {
-    const int blockCountBefore = shownBlockCounts.empty() ? 0 : journal->document()->blockCount();
+    const QString html = getLineHtml(line.kind, line.text, line.detail);
+    const QTextDocument* document = journal->document();
     cursor.movePosition(QTextCursor::End);
-    if (!shownBlockCounts.empty())
-        cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
-    cursor.insertHtml(getLineHtml(line.kind, line.text, line.detail));
-    shownBlockCounts.push_back(journal->document()->blockCount() - blockCountBefore);
+    if (shownBlockCounts.empty()) {
+        cursor.insertHtml(html);
+        shownBlockCounts.push_back(document->blockCount());
+        return;
+    }
+    // The first paragraph of inserted HTML takes on the format of the paragraph that it goes into. So a
+    // character goes ahead into the line before, and is taken out again.
+    const int blockCountBefore = document->blockCount();
+    const int endOfLineBefore = cursor.position();
+    cursor.insertHtml(QLatin1Char('.') + html);
+    cursor.setPosition(endOfLineBefore);
+    cursor.deleteChar();
+    shownBlockCounts.push_back(document->blockCount() - blockCountBefore);
 }
 
 void JournalWriter::trimDocument()

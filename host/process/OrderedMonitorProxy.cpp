@@ -1,6 +1,7 @@
 #include "host/process/OrderedMonitorProxy.h"
 
 #include <exception>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -9,6 +10,20 @@ namespace {
 // for any machine.
 constexpr std::size_t kCallLimit = 20000;
 constexpr std::size_t kByteLimit = 16 * 1024 * 1024;
+
+// A thread that sleeps takes long to wake up, some ten times longer than a link to make, and runs ask for one
+// link after the other. So both sides stay awake for a moment before they go to sleep; the GUI thread sees to
+// its other duties in between.
+constexpr std::chrono::microseconds kWakefulTime{100};
+constexpr std::chrono::milliseconds kAnsweringBudget{10};
+
+template<class Condition>
+void stayAwakeUntil(Condition isMet)
+{
+    const auto end = std::chrono::steady_clock::now() + kWakefulTime;
+    while (!isMet() && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+}
 
 } // namespace
 
@@ -126,8 +141,12 @@ std::wstring OrderedMonitorProxy::getItemLink(LONGID id, const std::wstring& tex
     if (abandoned)
         return text;
     questions.push_back(question);
+    questionsWait = true;
+    const bool isAwaited = answering;
     lock.unlock();
-    wake();
+    if (!isAwaited)
+        wake();
+    stayAwakeUntil([&] { return question->answered.load(); });
     lock.lock();
     changed.wait(lock, [&] { return question->answered || abandoned; });
     if (question->failure)
@@ -163,24 +182,23 @@ bool OrderedMonitorProxy::deliver(qor::IProcessMonitor& target, std::chrono::mil
 
 void OrderedMonitorProxy::answerQuestions(qor::IProcessMonitor& target)
 {
+    const auto deadline = std::chrono::steady_clock::now() + kAnsweringBudget;
     std::unique_lock<std::mutex> lock(mutex);
-    while (!questions.empty()) {
+    answering = true;
+    while (!questions.empty() && std::chrono::steady_clock::now() < deadline) {
         const auto question = questions.front();
         questions.pop_front();
+        questionsWait = !questions.empty();
         lock.unlock();
-        std::wstring answer;
-        std::exception_ptr failure;
-        try {
-            answer = target.getItemLink(question->id, question->text);
-        } catch (...) {
-            failure = std::current_exception(); // it is the run that asked
-        }
+        answer(*question, target);
+        stayAwakeUntil([this] { return questionsWait.load(); });
         lock.lock();
-        question->text = std::move(answer);
-        question->failure = failure;
-        question->answered = true;
-        changed.notify_all();
     }
+    answering = false;
+    const bool isUnfinished = !questions.empty();
+    lock.unlock();
+    if (isUnfinished)
+        wake();
 }
 
 bool OrderedMonitorProxy::isDeliveryUrgent() const
@@ -240,8 +258,27 @@ void OrderedMonitorProxy::abandon()
         percentageChanged = false;
         waiting.clear();
         questions.clear();
+        questionsWait = false;
     }
     inHand.clear();
+    changed.notify_all();
+}
+
+void OrderedMonitorProxy::answer(Question& question, qor::IProcessMonitor& target)
+{
+    std::wstring link;
+    std::exception_ptr failure;
+    try {
+        link = target.getItemLink(question.id, question.text);
+    } catch (...) {
+        failure = std::current_exception(); // it is the run that asked
+    }
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        question.text = std::move(link);
+        question.failure = failure;
+        question.answered = true;
+    }
     changed.notify_all();
 }
 

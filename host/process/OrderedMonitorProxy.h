@@ -26,7 +26,7 @@
 class HOST_EXPORT OrderedMonitorProxy final : public qor::IProcessMonitor
 {
 public:
-    /// Called in the run's thread when the GUI thread should come to answerQuestions() and, if
+    /// Called, in any thread, when the GUI thread should come to answerQuestions() and, if
     /// isDeliveryUrgent(), to deliver().
     using WakeFunction = std::function<void()>;
 
@@ -64,7 +64,8 @@ public:
     /// Makes the waiting calls on @p target, in order, until none is left or @p budget is spent.
     /// @return true when none was left
     bool deliver(qor::IProcessMonitor& target, std::chrono::milliseconds budget);
-    /// Answers the links that the run asked for through @p target.
+    /// Answers the links that the run asks for through @p target, for a few milliseconds at most; if
+    /// questions are left, it wakes the GUI thread again.
     void answerQuestions(qor::IProcessMonitor& target);
     /// True when the run waits for room in the queue, or is over.
     bool isDeliveryUrgent() const;
@@ -110,9 +111,10 @@ private:
         LONGID id = 0;
         std::wstring text; // of the link; then the answer
         std::exception_ptr failure;
-        bool answered = false;
+        std::atomic<bool> answered{false};
     };
 
+    void answer(Question& question, qor::IProcessMonitor& target);
     void post(Call call);
     void waitWhilePaused();
     bool takeWaitingCalls();
@@ -129,6 +131,7 @@ private:
     std::deque<std::shared_ptr<Question>> questions;
     int percentage = 0;
     bool percentageChanged = false;
+    bool answering = false; // the GUI thread looks after the questions without being woken
     bool paused = false;
     bool finished = false;
     bool failed = false;
@@ -138,6 +141,8 @@ private:
     std::atomic<bool> stopRequested{false};
     std::atomic<bool> silentMode;
     std::atomic<bool> errorsWritten{false};
+    // Looked at without the mutex, though it changes behind it.
+    std::atomic<bool> questionsWait{false};
 
     // Taken from the queue but not yet delivered; the GUI thread's own.
     std::deque<Call> inHand;
