@@ -30,20 +30,6 @@ AdjustedSection adjustSection(const Section& section, double term, double correc
     return adjusted;
 }
 
-void nameUndetermined(const std::vector<Component>& components, Adjustment& result)
-{
-    for (const Component& component : components) {
-        if (component.hasDatum())
-            continue;
-        const auto reason =
-            component.sections.empty() ? UndeterminedReason::NoSections : UndeterminedReason::NoDatum;
-        for (const int point : component.points)
-            result.undetermined.push_back(UndeterminedPoint{point, reason});
-    }
-    std::sort(result.undetermined.begin(), result.undetermined.end(),
-              [](const UndeterminedPoint& a, const UndeterminedPoint& b) { return a.point < b.point; });
-}
-
 FitStatistics fitOf(const Network& network, const Component& component, const Adjustment& adjustment)
 {
     FitStatistics fit;
@@ -86,7 +72,7 @@ Adjustment adjust(const Network& network)
     Adjustment result;
     result.points.resize(network.points.size());
     result.sections.resize(network.sections.size());
-    nameUndetermined(components, result);
+    result.undetermined = findUndeterminedPoints(components);
 
     const SectionGraph graph(network);
     const std::vector<std::optional<double>> heights = approximateHeights(graph);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "levelling/Components.h"
 #include "levelling/Network.h"
 
 #include <optional>
@@ -44,17 +45,6 @@ struct FitStatistics
     /// A posteriori standard deviation of unit weight as a multiple of the a priori one, sqrt(pvv /
     /// redundancy); none without redundancy. Times sigma-apr it is in mm.
     std::optional<double> getSigma0() const;
-};
-
-enum class UndeterminedReason {
-    NoSections, ///< no section leads to the point
-    NoDatum,    ///< its component has no fixed point
-};
-
-struct UndeterminedPoint
-{
-    int point = 0; ///< index in Network::points
-    UndeterminedReason reason = UndeterminedReason::NoDatum;
 };
 
 enum class AdjustmentStatus {

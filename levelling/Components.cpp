@@ -71,6 +71,22 @@ std::vector<Component> findComponents(const Network& network)
     return components;
 }
 
+std::vector<UndeterminedPoint> findUndeterminedPoints(const std::vector<Component>& components)
+{
+    std::vector<UndeterminedPoint> undetermined;
+    for (const Component& component : components) {
+        if (component.hasDatum())
+            continue;
+        const auto reason =
+            component.sections.empty() ? UndeterminedReason::NoSections : UndeterminedReason::NoDatum;
+        for (const int point : component.points)
+            undetermined.push_back(UndeterminedPoint{point, reason});
+    }
+    std::sort(undetermined.begin(), undetermined.end(),
+              [](const UndeterminedPoint& a, const UndeterminedPoint& b) { return a.point < b.point; });
+    return undetermined;
+}
+
 std::vector<RepeatedSections> findRepeatedSections(const Network& network)
 {
     std::vector<RepeatedSections> pairs;

@@ -25,6 +25,20 @@ struct Component
 /// Connected components in the order of their first points. A point without any section is one of its own.
 std::vector<Component> findComponents(const Network& network);
 
+enum class UndeterminedReason {
+    NoSections, ///< no section leads to the point
+    NoDatum,    ///< its component has no fixed point
+};
+
+struct UndeterminedPoint
+{
+    int point = 0; ///< index in Network::points
+    UndeterminedReason reason = UndeterminedReason::NoDatum;
+};
+
+/// Points whose height cannot be determined, ascending.
+std::vector<UndeterminedPoint> findUndeterminedPoints(const std::vector<Component>& components);
+
 /// All sections between one pair of points, measured more than once.
 struct RepeatedSections
 {

@@ -4,6 +4,7 @@
 #include "levelling/Adjustment.h"
 #include "levelling/Components.h"
 #include "levelling/GkfReader.h"
+#include "levelling/L1Analysis.h"
 #include "levelling/LoopBasis.h"
 
 #include <QBuffer>
@@ -46,9 +47,11 @@ void measure(int pointCount, int sectionCount)
     });
     Adjustment adjustment;
     const double adjusted = seconds([&] { adjustment = adjust(result.network); });
-    std::printf("%8d %9zu %8zu %8zu %9.3f %9.3f %9.3f %9.3f %9.4f\n", pointCount,
+    L1Analysis analysis;
+    const double l1 = seconds([&] { analysis = analyseL1(result.network); });
+    std::printf("%8d %9zu %8zu %8zu %9.3f %9.3f %9.3f %9.3f %9.3f %9.4f\n", pointCount,
                 result.network.sections.size(), loopCount, longest, read, compile, adjusted,
-                read + compile + adjusted, adjustment.total.getSigma0().value_or(0.0));
+                read + compile + adjusted, l1, adjustment.total.getSigma0().value_or(0.0));
 }
 
 } // namespace
@@ -56,8 +59,8 @@ void measure(int pointCount, int sectionCount)
 int main()
 {
     for (const double density : {2.5, 1.6, 1.1}) {
-        std::printf("%8s %9s %8s %8s %9s %9s %9s %9s %9s\n", "points", "sections", "loops", "longest",
-                    "read s", "compile s", "adjust s", "all s", "sigma0");
+        std::printf("%8s %9s %8s %8s %9s %9s %9s %9s %9s %9s\n", "points", "sections", "loops", "longest",
+                    "read s", "compile s", "adjust s", "all s", "L1 s", "sigma0");
         for (const int points : {1000, 3000, 10000, 30000, 100000})
             measure(points, static_cast<int>(points * density));
     }

@@ -1,5 +1,6 @@
 #include "TestNetworks.h"
 #include "levelling/Adjustment.h"
+#include "levelling/GkfReader.h"
 
 #include <QtTest>
 
@@ -119,6 +120,7 @@ private slots:
     void oneBenchmarkGivesPublishedHeights();
     void oneBenchmarkGivesPublishedFit();
     void oneBenchmarkHasLargestNormalisedResidualAtFirstPoint();
+    void grossErrorOfTheSampleHasTheLargestNormalisedResidual();
     void sigmaActChoosesTheScale();
     void withoutRedundancyThereIsNoSigma0();
     void uncheckedSectionHasNoNormalisedResidual();
@@ -217,6 +219,25 @@ void TestAdjustment::oneBenchmarkHasLargestNormalisedResidualAtFirstPoint()
     const Section& section = network.sections[static_cast<size_t>(largest - adjustment.sections.begin())];
     QCOMPARE(testnetworks::ids(network, {section.from, section.to}), QStringLiteral("51-1"));
     QCOMPARE(digits(std::abs(*(*largest)->normalisedResidual), 2), QStringLiteral("1.56"));
+}
+
+void TestAdjustment::grossErrorOfTheSampleHasTheLargestNormalisedResidual()
+{
+    const Network network = GkfReader::readFile(QStringLiteral(ORVEL_SAMPLES_DIR "/blunder.gkf")).network;
+    const Adjustment adjustment = adjust(network);
+    QCOMPARE(adjustment.status, AdjustmentStatus::Ok);
+    QCOMPARE(adjustment.undetermined.size(), size_t(3));
+    QString worst;
+    double largest = 0.0;
+    for (size_t i = 0; i < network.sections.size(); ++i) {
+        const std::optional<AdjustedSection>& section = adjustment.sections[i];
+        if (!section || std::abs(section->normalisedResidual.value_or(0.0)) <= largest)
+            continue;
+        largest = std::abs(*section->normalisedResidual);
+        worst = testnetworks::ids(network, {network.sections[i].from, network.sections[i].to});
+    }
+    QCOMPARE(worst, QStringLiteral("М2-М5"));
+    QVERIFY(largest > 10.0);
 }
 
 void TestAdjustment::sigmaActChoosesTheScale()
