@@ -8,32 +8,47 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QVarLengthArray>
+
+namespace {
+
+using Ids = QVarLengthArray<LONGID, 8>; // on the stack: few lines link more items
+
+/// The ids in the links of `html`, in their order; nothing when there is no link at all.
+std::optional<Ids> findLinkedIds(QStringView html)
+{
+    auto anchor = links::findAnchor(html, 0);
+    if (!anchor)
+        return std::nullopt;
+    Ids ids;
+    for (; anchor; anchor = links::findAnchor(html, anchor->end)) {
+        const QStringView link = html.mid(anchor->begin, anchor->end - anchor->begin);
+        for (auto digits = links::findIdDigits(link, 0); digits;
+             digits = links::findIdDigits(link, digits->end))
+            ids.append(link.mid(digits->begin, digits->end - digits->begin).toLongLong());
+    }
+    return ids;
+}
+
+} // namespace
 
 void COrvel::AddMessageRaw(const QString& text, int protocolType, COVMessage::MessageType type)
 {
     QString html = text;
     html.replace(QLatin1Char('\n'), QLatin1String("<br>"));
 
-    std::vector<LONGID> ids;
-    std::vector<int> types;
-    bool hasAnchor = false;
-    const QStringView view(html);
-    for (auto anchor = links::findAnchor(view, 0); anchor; anchor = links::findAnchor(view, anchor->end)) {
-        hasAnchor = true;
-        const QStringView link = view.mid(anchor->begin, anchor->end - anchor->begin);
-        for (auto digits = links::findIdDigits(link, 0); digits;
-             digits = links::findIdDigits(link, digits->end)) {
-            const LONGID itemId = link.mid(digits->begin, digits->end - digits->begin).toLongLong();
-            ids.push_back(itemId);
-            types.push_back(GetItemTypeByID(itemId));
-        }
+    COVMessage message(protocolType, type, std::vector<LONGID>(), std::vector<int>(), html, currentStage);
+    if (const std::optional<Ids> ids = findLinkedIds(html)) {
+        // A text with links but without a single id in them refers to nothing, not even to "no item".
+        message.itemIds.assign(ids->begin(), ids->end());
+        message.itemTypes.reserve(message.itemIds.size());
+        for (const LONGID itemId : *ids)
+            message.itemTypes.push_back(GetItemTypeByID(itemId));
+    } else {
+        message.itemIds.push_back(0);
+        message.itemTypes.push_back(kGeneralItemType);
     }
-    // A text with links but without a single id in them refers to nothing, not even to "no item".
-    if (!hasAnchor) {
-        ids.push_back(0);
-        types.push_back(kGeneralItemType);
-    }
-    AddMessage(COVMessage(protocolType, type, ids, types, html, currentStage));
+    AddMessage(std::move(message));
 }
 
 void COrvel::AddMessage(const COVMessage& message)
