@@ -27,6 +27,27 @@ namespace {
     throw qor::CFileException(code, text.arg(QDir::toNativeSeparators(path), reason).toStdWString());
 }
 
+/// A file for which a write that stops half-way, as on a full disk, is a failed write: Qt reports only one
+/// that writes nothing at all.
+class CompleteSaveFile : public QSaveFile
+{
+public:
+    using QSaveFile::QSaveFile;
+
+protected:
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        qint64 written = 0;
+        while (written < size) {
+            const qint64 count = QSaveFile::writeData(data + written, size - written);
+            if (count <= 0)
+                return -1;
+            written += count;
+        }
+        return written;
+    }
+};
+
 } // namespace
 
 QtFile::QtFile(const QString& filePath) : path(filePath)
@@ -83,7 +104,7 @@ void QtFile::openForWriting(QIODevice::OpenMode mode)
     if (target.exists() && !target.isFile() && !target.isDir())
         writeFile = std::make_unique<QFile>(path);
     else
-        writeFile = std::make_unique<QSaveFile>(path);
+        writeFile = std::make_unique<CompleteSaveFile>(path);
     if (!writeFile->open(mode))
         fail(qor::CFileException::CannotOpen, path, writeFile->errorString());
     file = std::move(writeFile);
