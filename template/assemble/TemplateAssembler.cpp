@@ -1,5 +1,7 @@
 #include "TemplateAssembler.h"
 
+#include "Squeezer.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
@@ -40,10 +42,35 @@ QString hashSource(const QString& text)
     return QStringLiteral("'sha256-%1'").arg(QString::fromLatin1(hash.toBase64()));
 }
 
+QString withoutIndentation(const QString& markup)
+{
+    QString result;
+    for (const QString& line : markup.split(QLatin1Char('\n')))
+        result += line.trimmed() + QLatin1Char('\n');
+    return result;
+}
+
 void requireNone(const QString& text, const QString& forbidden, const QString& where)
 {
     if (text.contains(forbidden, Qt::CaseInsensitive))
         fail(QStringLiteral("the %1 must not contain \"%2\"").arg(where, forbidden));
+}
+
+/// One scope holds all modules, so that a name declared in two of them would end the whole script.
+void requireNewNames(const QString& module, const QString& bundle, const QString& path)
+{
+    static const QRegularExpression declaration(
+        QStringLiteral("^(?:export )?(?:async )?(?:const|let|class|function\\*?) (\\w+)"),
+        QRegularExpression::MultilineOption);
+    auto declarations = declaration.globalMatch(module);
+    while (declarations.hasNext()) {
+        const QString name = declarations.next().captured(1);
+        const QRegularExpression known(
+            QStringLiteral("^(?:async )?(?:const|let|class|function\\*?) %1\\b").arg(name),
+            QRegularExpression::MultilineOption);
+        if (known.match(bundle).hasMatch())
+            fail(QStringLiteral("%1: the name %2 is taken by another module").arg(path, name));
+    }
 }
 
 void fillPlaceholder(QString& page, const QString& name, const QString& value)
@@ -57,13 +84,13 @@ void fillPlaceholder(QString& page, const QString& name, const QString& value)
 
 QByteArray TemplateAssembler::assemble(const QString& markup, const QString& style, const QString& script)
 {
-    const QString styleText = asciiStyle(squeeze(style));
-    const QString scriptText = asciiScript(squeeze(script));
+    const QString styleText = asciiStyle(Squeezer::squeeze(style, Squeezer::Language::Style));
+    const QString scriptText = asciiScript(Squeezer::squeeze(script, Squeezer::Language::Script));
     requireNone(styleText, QStringLiteral("</"), QStringLiteral("style"));
     requireNone(scriptText, QStringLiteral("</"), QStringLiteral("script"));
     requireNone(scriptText, QStringLiteral("<!--"), QStringLiteral("script"));
 
-    QString page = asciiMarkup(squeeze(markup));
+    QString page = asciiMarkup(withoutIndentation(markup));
     if (page.count(QStringLiteral("</div"), Qt::CaseInsensitive) != 1)
         fail(QStringLiteral("the markup must hold exactly one closing div tag"));
     fillPlaceholder(page, QStringLiteral("@policy@"), policy(styleText, scriptText));
@@ -105,31 +132,12 @@ void TemplateAssembler::appendModule(const QString& path, QStringList& seen, QSt
     while (imports.hasNext())
         appendModule(QFileInfo(path).path() + QLatin1Char('/') + imports.next().captured(1), seen, bundle);
     text.remove(importStatement);
+    requireNewNames(text, bundle, path);
     text.remove(exportKeyword);
     const QRegularExpressionMatch unknown = leftOver.match(text);
     if (unknown.hasMatch())
         fail(QStringLiteral("%1: cannot bundle \"%2\"").arg(path, unknown.captured()));
     bundle += text;
-}
-
-QString TemplateAssembler::squeeze(const QString& source)
-{
-    QString result;
-    bool inComment = false;
-    for (const QString& line : source.split(QLatin1Char('\n'))) {
-        const QString code = line.trimmed();
-        if (!inComment && (code.isEmpty() || code.startsWith(QLatin1String("//"))))
-            continue;
-        inComment = inComment || code.startsWith(QLatin1String("/*"));
-        if (!inComment)
-            result += code + QLatin1Char('\n');
-        else if (code.contains(QLatin1String("*/"))) {
-            if (!code.endsWith(QLatin1String("*/")))
-                fail(QStringLiteral("code behind the end of a comment: %1").arg(code));
-            inComment = false;
-        }
-    }
-    return result;
 }
 
 QString TemplateAssembler::asciiScript(const QString& text)

@@ -21,10 +21,6 @@ public:
     /// statements and export keywords: one scope holds them all.
     static QString bundleModules(const QString& path);
 
-    /// `source` without whole-line comments, indentation and empty lines. Comments behind code stay, so that
-    /// no tokenizer is needed: "//" may stand inside a string.
-    static QString squeeze(const QString& source);
-
     /// ASCII forms of a text inside a script, a style sheet and markup.
     static QString asciiScript(const QString& text);
     static QString asciiStyle(const QString& text);

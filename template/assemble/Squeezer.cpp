@@ -1,0 +1,138 @@
+#include "Squeezer.h"
+
+#include <QRegularExpression>
+
+#include <stdexcept>
+
+QString Squeezer::squeeze(const QString& source, Language language)
+{
+    return Squeezer(source, language).run();
+}
+
+Squeezer::Squeezer(const QString& source, Language language)
+    : text(source)
+    , isScript(language == Language::Script)
+{}
+
+QString Squeezer::run()
+{
+    while (position < text.size()) {
+        const QChar c = at(position);
+        if (c.isSpace())
+            takeBlank();
+        else if (c == QLatin1Char('/') && at(position + 1) == QLatin1Char('*'))
+            takeComment(QStringLiteral("*/"));
+        else if (isScript && c == QLatin1Char('/') && at(position + 1) == QLatin1Char('/'))
+            takeComment(QStringLiteral("\n"));
+        else if (c == QLatin1Char('"') || c == QLatin1Char('\'') || (isScript && c == QLatin1Char('`')))
+            takeLiteral(c);
+        else if (isScript && c == QLatin1Char('/') && isExpressionNext())
+            takeLiteral(c);
+        else
+            takeCharacter(c);
+    }
+    return result;
+}
+
+QChar Squeezer::at(int index) const
+{
+    return index < text.size() ? text.at(index) : QChar();
+}
+
+void Squeezer::takeBlank()
+{
+    hasBlank = true;
+    ++position;
+}
+
+void Squeezer::takeComment(const QString& end)
+{
+    const int found = text.indexOf(end, position + 2);
+    if (found < 0)
+        throw std::runtime_error("a comment has no end");
+    position = found + end.size();
+    hasBlank = true;
+}
+
+/// A string, or a regular expression, in whose character classes its end mark may stand.
+void Squeezer::takeLiteral(QChar end)
+{
+    if (hasBlank && needsBlank(end))
+        result += QLatin1Char(' ');
+    hasBlank = false;
+    const int start = position++;
+    bool inClass = false;
+    while (inClass || at(position) != end) {
+        if (position >= text.size())
+            throw std::runtime_error("a string or expression has no end: " +
+                                     text.mid(start, 40).toStdString());
+        if (end == QLatin1Char('/') && at(position) == QLatin1Char('['))
+            inClass = true;
+        else if (at(position) == QLatin1Char(']'))
+            inClass = false;
+        position += at(position) == QLatin1Char('\\') ? 2 : 1;
+    }
+    ++position;
+    const QString literal = text.mid(start, position - start);
+    result += isScript && end == QLatin1Char('"') ? packCyrillic(literal) : literal;
+}
+
+QString Squeezer::packCyrillic(const QString& text)
+{
+    static const QRegularExpression run(
+        QStringLiteral("[\\x{410}-\\x{451}](?:[\\x{410}-\\x{451} ]*[\\x{410}-\\x{451}])?"));
+    constexpr ushort offset = 0x410 - ';';
+    QString result;
+    int end = 0;
+    auto runs = run.globalMatch(text);
+    while (runs.hasNext()) {
+        const QRegularExpressionMatch match = runs.next();
+        result += text.midRef(end, match.capturedStart() - end) + QLatin1Char('~');
+        for (const QChar c : match.captured()) {
+            const QChar packed = c == QLatin1Char(' ') ? c : QChar(c.unicode() - offset);
+            result += packed == QLatin1Char('\\') ? QStringLiteral("\\\\") : QString(packed);
+        }
+        result += QLatin1Char('~');
+        end = match.capturedEnd();
+    }
+    return result + text.mid(end);
+}
+
+void Squeezer::takeCharacter(QChar c)
+{
+    if (hasBlank && needsBlank(c))
+        result += QLatin1Char(' ');
+    hasBlank = false;
+    // A semicolon behind a parenthesis may be the empty body of a loop.
+    if (c == QLatin1Char('}') && result.endsWith(QLatin1Char(';')) &&
+        !(isScript && result.endsWith(QLatin1String(");"))))
+        result.chop(1);
+    result += c;
+    ++position;
+}
+
+bool Squeezer::needsBlank(QChar next) const
+{
+    if (result.isEmpty())
+        return false;
+    const QChar last = result.back();
+    if (!isScript) {
+        static const QString breakers = QStringLiteral("{};,>");
+        return last != QLatin1Char(':') && !breakers.contains(last) && !breakers.contains(next);
+    }
+    const auto isWord = [](QChar c) {
+        return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$') ||
+               c == QLatin1Char('#');
+    };
+    const bool isDoubledSign = last == next && (last == QLatin1Char('+') || last == QLatin1Char('-'));
+    return isDoubledSign || (isWord(last) && isWord(next));
+}
+
+/// Whether a slash at this place begins a regular expression, as opposed to dividing what stands before it.
+bool Squeezer::isExpressionNext() const
+{
+    if (result.isEmpty())
+        return true;
+    static const QRegularExpression keyword(QStringLiteral("\\b(?:return|yield|typeof|case|of|in)$"));
+    return QStringLiteral("(,=:[!&|?{};+-*%~^<>").contains(result.back()) || keyword.match(result).hasMatch();
+}

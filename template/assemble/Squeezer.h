@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+/// Takes out of a source what a browser does not need: comments, blanks and semicolons before a brace.
+/// Strings, template strings and regular expressions stay as they are, but for Cyrillic in double-quoted
+/// strings of a script: as escapes a letter would cost six bytes, so runs of it are packed into ASCII, and
+/// the script unpacks its texts.
+///
+/// Scripts must end their statements with semicolons, since line breaks go too.
+class Squeezer
+{
+public:
+    enum class Language { Script, Style };
+
+    /// The squeezed form of `source`. Throws std::runtime_error when a comment or string has no end.
+    static QString squeeze(const QString& source, Language language);
+
+    /// `text` with each run of Cyrillic letters and blanks between two tildes, a letter as one character.
+    static QString packCyrillic(const QString& text);
+
+private:
+    Squeezer(const QString& source, Language language);
+
+    QString run();
+    QChar at(int index) const;
+    void takeBlank();
+    void takeComment(const QString& end);
+    void takeLiteral(QChar end);
+    void takeCharacter(QChar c);
+    bool needsBlank(QChar next) const;
+    bool isExpressionNext() const;
+
+    QString text;
+    QString result;
+    int position = 0;
+    bool isScript;
+    bool hasBlank = false;
+};

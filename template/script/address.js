@@ -1,0 +1,61 @@
+import { kinds } from "./model.js";
+
+const storageKey = "orvel-page";
+const pause = 250;
+let timer = 0;
+
+/** What the address names: a line, and filters if it tells any. */
+export function readAddress() {
+  const fragment = location.hash.slice(1);
+  if (!fragment.includes("=")) return { line: fragment };
+  const values = new URLSearchParams(fragment);
+  return {
+    line: values.get("line") ?? "",
+    filters: {
+      search: values.get("q") ?? "",
+      hidden: (values.get("hide") ?? "").split(",").filter((kind) => kinds.includes(kind)),
+      alike: values.has("alike"),
+    },
+  };
+}
+
+/** The fragment that names a line and filters; of a line alone it is the line's id. */
+export function fragmentOf(line, { search, hidden, alike }) {
+  if (!search && !hidden.length && !alike) return line ? `#${line}` : "";
+  const values = new URLSearchParams();
+  if (line) values.set("line", line);
+  if (search) values.set("q", search);
+  if (hidden.length) values.set("hide", hidden.join(","));
+  if (alike) values.set("alike", "1");
+  return `#${values}`;
+}
+
+/** Writes the address when the user pauses: browsers refuse pages that write it too often. */
+export function writeAddress(makeFragment) {
+  clearTimeout(timer);
+  timer = setTimeout(() => {
+    const fragment = makeFragment();
+    if (fragment === location.hash) return;
+    try {
+      history.replaceState(null, "", fragment || location.pathname + location.search);
+    } catch {
+      // A page without an address of its own has nothing to write.
+    }
+  }, pause);
+}
+
+export function readSettings() {
+  try {
+    return JSON.parse(localStorage.getItem(storageKey)) ?? {};
+  } catch {
+    return {};
+  }
+}
+
+export function writeSettings(settings) {
+  try {
+    localStorage.setItem(storageKey, JSON.stringify(settings));
+  } catch {
+    // Without storage the settings last as long as the page.
+  }
+}

@@ -1,0 +1,152 @@
+import { build, copyText, page, saveFile, setAttribute } from "./dom.js";
+import { markOf } from "./header.js";
+import { openMenu } from "./menu.js";
+import { kinds } from "./model.js";
+import { forms } from "./take.js";
+import { helpRows, say, write } from "./texts.js";
+
+const find = (id) => page.querySelector(`#bar #${id}`);
+
+/** A button of the bar. With a mouse it leaves focus where it is, so that filters don't take it off the line. */
+function button(attributes, ...content) {
+  return build(
+    "button",
+    { type: "button", mousedown: (event) => event.preventDefault(), ...attributes },
+    ...content,
+  );
+}
+
+function menuButton(label, makeEntries) {
+  const owner = button({ "aria-haspopup": "menu", "aria-expanded": "false" }, label);
+  owner.addEventListener("click", () => openMenu(owner, label, makeEntries()));
+  return owner;
+}
+
+function turnButton(app, kind, by) {
+  const label = say(kind + (by < 0 ? "Back" : "On"));
+  return button({ title: label, "aria-label": label, click: () => app.turnTo(kind, by) }, by < 0 ? "↑" : "↓");
+}
+
+/** The bar's controls. `app` is what they act on. */
+export class Controls {
+  constructor(app) {
+    this.app = app;
+    this.query = find("query");
+    this.query.placeholder = say("fieldHint");
+    this.query.setAttribute("aria-label", say("field"));
+    this.query.setAttribute("aria-describedby", "problem");
+    this.query.addEventListener("input", () => app.typed());
+    find("kinds").setAttribute("aria-label", say("kinds"));
+    this.#makeKinds();
+    this.#makeMenus();
+  }
+
+  #makeKinds() {
+    const { app } = this;
+    const { counts } = app.run;
+    this.toggles = kinds
+      .filter((kind) => kind !== "other" || counts.other)
+      .map((kind) =>
+        button(
+          { class: "toggle", "data-kind": kind, "aria-pressed": "true", click: () => app.toggleKind(kind) },
+          markOf(kind),
+          build("span", { class: "word" }, `${say(kind)} `),
+          build("b", {}, write(counts[kind])),
+        ),
+      );
+    for (const toggle of this.toggles) {
+      const { kind } = toggle.dataset;
+      const steps = kind === "error" || kind === "warning" ? [turnButton(app, kind, -1), turnButton(app, kind, 1)] : [];
+      find("kinds").append(build("span", { class: "joined" }, toggle, ...steps));
+    }
+    this.alike = button(
+      { class: "toggle", id: "alike", title: say("alikeHint"), "aria-pressed": "false", click: () => app.toggleAlike() },
+      say("alike"),
+    );
+    find("kinds").append(this.alike);
+  }
+
+  #makeMenus() {
+    const { app } = this;
+    const branches = () => [
+      [say("unfoldAll"), () => app.foldTo(Infinity)],
+      [say("foldAll"), () => app.foldTo(1)],
+      ...app.levels().map((level) => [say("toLevel", level), () => app.foldTo(level)]),
+    ];
+    const take = () =>
+      ["copyAs", "saveAs"].flatMap((key) =>
+        Object.keys(forms).map((form) => [say(key, say(form)), () => this.take(form, key === "saveAs")]),
+      );
+    const view = () => [
+      ...["System", "Light", "Dark"].map((name) => {
+        const theme = name.toLowerCase();
+        return [say(`theme${name}`), () => app.setTheme(theme), (app.settings.theme ?? "system") === theme];
+      }),
+      [say("print"), () => window.print()],
+      [say("help"), () => this.showHelp()],
+    ];
+    find("menus").append(
+      menuButton(say("branches"), branches),
+      menuButton(say("take"), take),
+      menuButton(say("view"), view),
+    );
+  }
+
+  /** Copies or saves the lines that the filters let through. */
+  async take(name, saves) {
+    const form = forms[name];
+    const text = form.write(this.app.visibleLines(), this.app.describe());
+    if (saves) saveFile(`${this.app.run.title.replace(/[^\p{L}\p{N}]+/gu, "-")}.${name}`, form.type, text);
+    else {
+      await copyText(text);
+      this.tell(say("copied"));
+    }
+  }
+
+  /** Shows the state of the filters. */
+  show({ search, hidden, alike }, count, total) {
+    if (this.query.value !== search) this.query.value = search;
+    for (const toggle of this.toggles)
+      toggle.setAttribute("aria-pressed", String(!hidden.includes(toggle.dataset.kind)));
+    this.alike.setAttribute("aria-pressed", String(alike));
+    find("shown").textContent = say("shown", count, total);
+  }
+
+  /** Marks the search field and tells why, or takes the mark away. */
+  showWrong(isWrong) {
+    setAttribute(this.query, "aria-invalid", isWrong ? "true" : null);
+    this.#setText("problem", isWrong ? say("badPattern") : "");
+  }
+
+  note(text) {
+    this.#setText("note", text);
+  }
+
+  #setText(id, text) {
+    const place = find(id);
+    if (place.textContent !== text) place.textContent = text;
+    place.hidden = !text;
+  }
+
+  /** Tells a short word on what has happened. */
+  tell(text) {
+    clearTimeout(this.timer);
+    const place = find("told");
+    place.textContent = text;
+    this.timer = setTimeout(() => (place.textContent = ""), 3000);
+  }
+
+  showHelp() {
+    const entries = helpRows().flatMap(([key, meaning]) => [build("dt", {}, key), build("dd", {}, meaning)]);
+    const dialog = build(
+      "dialog",
+      { "aria-label": say("help"), close: () => dialog.remove() },
+      build("h2", {}, say("help")),
+      build("dl", {}, ...entries),
+      build("p", {}, say("repeated")),
+      button({ click: () => dialog.close() }, say("close")),
+    );
+    find("menus").append(dialog);
+    dialog.showModal();
+  }
+}

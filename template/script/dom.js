@@ -1,0 +1,77 @@
+// Taken before any line is read: a line with <img name="createElement"> hides the document's own operation.
+export const page = document.documentElement;
+export const makeElement = document.createElement.bind(document);
+export const makeRange = document.createRange.bind(document);
+export const elementAt = document.elementFromPoint.bind(document);
+const makeWalker = document.createTreeWalker.bind(document);
+const runCommand = document.execCommand.bind(document);
+
+/** A new element with attributes (functions become listeners) and children. */
+export function build(tag, attributes, ...children) {
+  const made = makeElement(tag);
+  for (const [name, value] of Object.entries(attributes)) {
+    if (typeof value === "function") made.addEventListener(name, value);
+    else if (value !== false) made.setAttribute(name, value);
+  }
+  made.append(...children);
+  return made;
+}
+
+/** Sets an attribute, or takes it away when the value is null. Writes only what differs. */
+export function setAttribute(element, name, value) {
+  if (value === null) {
+    if (element.hasAttribute(name)) element.removeAttribute(name);
+  } else if (element.getAttribute(name) !== String(value)) element.setAttribute(name, value);
+}
+
+/** The texts and line breaks inside an element, in order. */
+export function* textParts(element) {
+  const walker = makeWalker(element, NodeFilter.SHOW_TEXT | NodeFilter.SHOW_ELEMENT);
+  while (walker.nextNode()) {
+    const node = walker.currentNode;
+    if (node.nodeType === Node.TEXT_NODE) yield node;
+    else if (node.localName === "br") yield null;
+  }
+}
+
+export const boxOf = (element) => element.getBoundingClientRect();
+
+/** Gives focus to an element and leaves the page where it is. */
+export const focusOn = (element) => element.focus({ preventScroll: true });
+
+export const focused = () => page.querySelector(":focus");
+
+export async function copyText(text) {
+  try {
+    await navigator.clipboard.writeText(text);
+  } catch {
+    const before = focused();
+    const field = build("textarea", { readonly: "" });
+    field.value = text;
+    page.append(field);
+    field.select();
+    runCommand("copy");
+    field.remove();
+    if (before) focusOn(before);
+  }
+}
+
+export function saveFile(name, type, text) {
+  const address = URL.createObjectURL(new Blob([text], { type }));
+  const link = build("a", { href: address, download: name });
+  page.append(link);
+  link.click();
+  link.remove();
+  setTimeout(() => URL.revokeObjectURL(address), 60000);
+}
+
+/** Runs a generator's steps when the browser is idle, a few milliseconds at a time. */
+export function runIdle(steps) {
+  const soon = window.requestIdleCallback ?? ((work) => setTimeout(work, 20));
+  const work = () => {
+    const end = performance.now() + 10;
+    while (performance.now() < end) if (steps.next().done) return;
+    soon(work);
+  };
+  soon(work);
+}

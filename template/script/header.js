@@ -1,0 +1,114 @@
+import { build, page } from "./dom.js";
+import { kinds, linkedItems, nameOf } from "./model.js";
+import { say, write } from "./texts.js";
+
+const datePattern = /^\d{2}\.\d{2}\.\d{4} \d{2}:\d{2}:\d{2}$/;
+const projectPattern = /^(?:Проект|Project): /;
+const serviceLimit = 6;
+
+function countKinds(lines) {
+  const counts = { error: 0, warning: 0, message: 0, other: 0 };
+  for (const line of lines) ++counts[line.kind];
+  return counts;
+}
+
+/** What the run says about itself: its title, and the date and project lines that close it. */
+function readRun() {
+  const title = page.querySelector("#lines > h1");
+  const service = [...page.querySelectorAll(".serviceinfoblock > p.service")];
+  const date = service.findLast((line) => datePattern.test(line.textContent));
+  const project = service.findLast((line) => projectPattern.test(line.textContent));
+  for (const line of [title, date, project]) line?.setAttribute("hidden", "");
+  return { title: title?.textContent ?? "", date: date?.textContent ?? "", project: project?.textContent ?? "" };
+}
+
+/** On the page of an item every line names that item: its name, or an empty text. */
+function itemName(lines) {
+  let common = null;
+  for (const line of lines) {
+    const own = linkedItems(line);
+    common = common?.filter(({ id }) => own.some((item) => item.id === id)) ?? own;
+  }
+  return common?.length === 1 ? common[0].name : "";
+}
+
+function linesOf(node) {
+  return node.children.flatMap((child) => (child.isLine ? [child] : linesOf(child)));
+}
+
+/** The parts of a page whose counts are told apart: the stages, or the protocols on the page of an item. */
+function partsOf(model, isItemPage) {
+  if (isItemPage) return model.trees.flatMap((tree) => tree.children.flatMap((root) => root.children));
+  return model.trees.filter((tree) => tree.lists[0].closest(".stageblock")).flatMap((tree) => tree.children);
+}
+
+export function markOf(kind) {
+  return build("i", { class: `mark ${kind}`, "aria-hidden": "true" });
+}
+
+function stageEntry(part, reveal) {
+  const counts = countKinds(linesOf(part));
+  const button = build("button", { type: "button", click: () => reveal(part) }, build("b", {}, nameOf(part) || "…"));
+  for (const kind of kinds)
+    if (counts[kind])
+      button.append(
+        build("span", { title: say(kind) }, markOf(kind), build("span", { class: "unseen" }, `${say(kind)}: `), write(counts[kind])),
+      );
+  return build("li", {}, button);
+}
+
+function verdictOf(counts, total, isFinished) {
+  if (!total) return ["none", say("linesNone")];
+  const state = counts.error ? "error" : counts.warning ? "warning" : "good";
+  const errors = counts.error ? say("errorsAre", counts.error) : say("errorsNone");
+  const warnings = counts.warning ? say("warningsAre", counts.warning) : say("warningsNone");
+  return [state, [errors, warnings, ...(isFinished ? [] : [say("unfinished")])].join(", ")];
+}
+
+/** A long service block would push the tree out of sight: what is over the limit unfolds on demand. */
+function foldService() {
+  const lines = [...page.querySelectorAll(".serviceinfoblock > p.service:not([hidden])")];
+  const rest = lines.slice(serviceLimit);
+  if (rest.length < 3) return;
+  for (const line of rest) {
+    line.setAttribute("hidden", "until-found");
+    line.addEventListener("beforematch", () => more.click());
+  }
+  const more = build(
+    "button",
+    {
+      type: "button",
+      class: "more",
+      click: () => {
+        for (const line of rest) line.removeAttribute("hidden");
+        more.remove();
+      },
+    },
+    say("serviceMore", rest.length),
+  );
+  rest[0].before(more);
+}
+
+/** Fills the header: how the run went, before any scrolling. Answers what the run says about itself. */
+export function fillHeader(model, reveal) {
+  const find = (id) => page.querySelector(`#bar #${id}`);
+  const run = readRun();
+  const isItemPage = !run.title && !page.querySelector(".serviceinfoblock") && model.lines.length > 0;
+  const counts = countKinds(model.lines);
+  if (isItemPage) run.title = [say("itemTitle"), itemName(model.lines)].filter(Boolean).join(": ");
+  run.title ||= say("protocol");
+  find("title").append(run.title);
+  find("facts").append(...[run.date, run.project].filter(Boolean).map((fact) => build("span", {}, fact)));
+  page.querySelector("title").textContent = [run.title, run.project].filter(Boolean).join(" – ");
+
+  const [state, verdict] = verdictOf(counts, model.lines.length, isItemPage || run.date);
+  find("verdict").className = state;
+  find("verdict").append(verdict);
+
+  const parts = partsOf(model, isItemPage);
+  find("stages").hidden = !parts.length;
+  find("stages").append(...parts.map((part) => stageEntry(part, reveal)));
+  find("stages").setAttribute("aria-label", say("stages"));
+  foldService();
+  return { ...run, counts };
+}

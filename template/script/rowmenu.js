@@ -1,0 +1,57 @@
+import { boxOf, build } from "./dom.js";
+import { openMenu } from "./menu.js";
+import { linkedItems, linksOf, textOf } from "./model.js";
+import { say } from "./texts.js";
+
+/** The actions on one row, behind a button that stands at the end of the present row. */
+export class RowMenu {
+  constructor(app) {
+    this.app = app;
+    this.button = build(
+      "button",
+      {
+        type: "button",
+        id: "row-menu",
+        tabindex: "-1",
+        hidden: "",
+        title: say("lineMenu"),
+        "aria-label": say("lineMenu"),
+        "aria-haspopup": "menu",
+        "aria-expanded": "false",
+        mousedown: (event) => event.preventDefault(),
+        click: () => this.open(app.tree.current),
+      },
+      "⋯",
+    );
+    app.main.append(this.button);
+  }
+
+  /** Puts the button where the present row is. */
+  place() {
+    const { tree, view, main } = this.app;
+    const item = tree.current;
+    const box = item && view.isLaidOut(item) && boxOf(item.caption);
+    this.button.hidden = !box || !box.height;
+    if (this.button.hidden) return;
+    const frame = boxOf(main);
+    this.button.style.top = `${box.top - frame.top}px`;
+    this.button.style.right = `${frame.right - box.right}px`;
+  }
+
+  open(item) {
+    const { app } = this;
+    const entries = linksOf(item).map((link) => [say("follow", link.textContent), () => link.click()]);
+    entries.push(
+      [say("copyLink"), () => app.copy(app.linkTo(item))],
+      [say("copyLine"), () => app.copy(textOf(item))],
+      ...linkedItems(item).map(({ id, name }) => [say("copyId", `${name} (${id})`), () => app.copy(id)]),
+    );
+    if (!item.isLine && item.isBranch)
+      entries.push(
+        [say("unfoldThis"), () => app.foldBelow(item, true)],
+        [say("foldThis"), () => app.foldBelow(item, false)],
+      );
+    this.place();
+    openMenu(this.button, say("lineMenu"), entries, item.element);
+  }
+}

@@ -1,0 +1,166 @@
+import { boxOf, focused, focusOn, setAttribute } from "./dom.js";
+import { foldedOf } from "./model.js";
+
+const wordPause = 700;
+
+/** Moves through the rows: one of them is the present one, the only tab stop of all trees. */
+export class Tree {
+  current = null;
+  typed = "";
+  typedAt = 0;
+
+  /** `calls`: `changed` after a fold, `moved` after a move, `act` on a row, `menu` for a row. */
+  constructor(model, view, calls) {
+    this.model = model;
+    this.view = view;
+    this.calls = calls;
+  }
+
+  /** Makes a row the present one. A tab stop that is not laid out lends its place to the page. */
+  setCurrent(item) {
+    if (this.current !== item && this.current) this.current.element.setAttribute("tabindex", "-1");
+    this.current = item;
+    item?.element.setAttribute("tabindex", "0");
+    this.keepStop();
+  }
+
+  /** After rows were laid out anew: there is a tab stop, and focus is not lost. */
+  keepStop() {
+    const { main } = this.view;
+    const isThere = this.current && this.view.isLaidOut(this.current);
+    const hadFocus = focused() === main;
+    setAttribute(main, "tabindex", this.current && !isThere ? "0" : this.view.isLong ? "-1" : null);
+    if (hadFocus && isThere) focusOn(this.current.element);
+  }
+
+  get hasFocus() {
+    const at = focused();
+    return at === this.view.main || Boolean(at && this.view.rowOf(at));
+  }
+
+  /** Goes to a row: it becomes the present one, comes into view and takes focus. */
+  goTo(item, { focus = true, middle = false } = {}) {
+    if (!item) return;
+    const { view } = this;
+    const wasOpen = view.isInOpen(item);
+    if (!wasOpen) {
+      const place = view.placeOf(view.topRow());
+      view.openAround(item);
+      view.draw(place);
+    }
+    const isFar = !view.isLaidOut(item) || ((middle || !wasOpen) && !this.#isInView(item));
+    if (isFar) view.draw({ item, top: Math.round(view.top + (view.height - view.top) * 0.3) });
+    this.setCurrent(item);
+    if (focus) focusOn(item.element);
+    this.#bringIntoView(item);
+    this.calls.moved();
+  }
+
+  #isInView(item) {
+    const box = boxOf(item.caption);
+    return box.top >= this.view.top && box.bottom <= this.view.height;
+  }
+
+  #bringIntoView(item) {
+    const box = boxOf(item.caption);
+    const { top, height } = this.view;
+    if (box.top < top + 4) window.scrollBy(0, box.top - top - 4);
+    else if (box.bottom > height - 8) window.scrollBy(0, Math.min(box.bottom - height + 8, box.top - top - 4));
+  }
+
+  /** The next shown line of a kind from the present row on, or the previous one, around the page's end. */
+  turnTo(kind, step) {
+    const { items } = this.model;
+    const from = this.current ? this.current.index : step > 0 ? -1 : items.length;
+    for (let count = 1; count <= items.length; ++count) {
+      const item = items[(from + step * count + items.length * 2) % items.length];
+      if (item.shown && item.kind === kind) {
+        this.goTo(item);
+        return true;
+      }
+    }
+    return false;
+  }
+
+  setOpen(nodes, isOpen) {
+    const place = this.view.placeOf(this.current && this.view.isLaidOut(this.current) ? this.current : null);
+    for (const node of nodes) this.view.setOpen(node, isOpen);
+    this.calls.changed(place);
+  }
+
+  keyDown(event) {
+    if (event.ctrlKey || event.metaKey || event.altKey || !this.current) return false;
+    const item = this.current;
+    const { view } = this;
+    const isBranch = item.isBranch && !item.isLine;
+    switch (event.key) {
+      case "ArrowDown":
+        this.goTo(view.nextRow(item));
+        return true;
+      case "ArrowUp":
+        this.goTo(view.previousRow(item));
+        return true;
+      case "Home":
+        this.goTo(view.firstRow());
+        return true;
+      case "End":
+        this.goTo(view.lastRow());
+        return true;
+      case "ArrowRight":
+        if (item.times > 1) this.calls.act(item);
+        else if (isBranch && !item.isOpen) this.setOpen([item], true);
+        else if (isBranch) this.goTo(item.rows[0]);
+        return true;
+      case "ArrowLeft":
+        if (isBranch && item.isOpen) this.setOpen([item], false);
+        else if (item.parent.element) this.goTo(item.parent);
+        return true;
+      case "*":
+        this.setOpen(item.parent.rows.filter((row) => !row.isLine), true);
+        return true;
+      case "Enter":
+        this.calls.act(item);
+        return true;
+      case "ContextMenu":
+        this.calls.menu(item);
+        return true;
+      case "F10":
+        if (!event.shiftKey) return false;
+        this.calls.menu(item);
+        return true;
+      case " ":
+        if (this.#isTyping(event.timeStamp)) break;
+        this.calls.act(item);
+        return true;
+    }
+    return event.key.length === 1 && this.#type(event);
+  }
+
+  #isTyping(now) {
+    return this.typed && now - this.typedAt < wordPause;
+  }
+
+  /** Whether a character continues a word that is being typed. */
+  continuesTyping(event) {
+    return this.#isTyping(event.timeStamp) && this.hasFocus;
+  }
+
+  #type(event) {
+    const character = event.key.toLowerCase();
+    const isMore = this.#isTyping(event.timeStamp);
+    const repeats = isMore && this.typed === character;
+    this.typed = isMore && !repeats ? this.typed + character : character;
+    this.typedAt = event.timeStamp;
+    const first = this.view.firstRow();
+    const from = this.typed.length > 1 ? this.current : (this.view.nextRow(this.current) ?? first);
+    let item = from;
+    do {
+      if (foldedOf(item).startsWith(this.typed)) {
+        this.goTo(item);
+        return true;
+      }
+      item = this.view.nextRow(item) ?? first;
+    } while (item !== from);
+    return true;
+  }
+}
