@@ -52,3 +52,6 @@ bool OrvelSupport::extendApplication(Application* /*app*/)
     copyProtocolTemplate();
     return true;
 }
+
+// Here the metadata is made, so that it is compiled with the definitions of this file.
+#include "moc_OrvelSupport.cpp"
