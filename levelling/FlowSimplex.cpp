@@ -10,6 +10,7 @@ namespace {
 
 constexpr qint64 s_unlimited = std::numeric_limits<qint64>::max() / 4;
 constexpr size_t s_smallestBlock = 32;
+constexpr int s_pivotsBetweenQuestions = 256;
 
 } // namespace
 
@@ -46,14 +47,18 @@ void FlowSimplex::hangOnRoot(int child, qint64 excess, qint64 cost)
     node(child).potential = excess >= 0 ? -cost : cost;
 }
 
-void FlowSimplex::solve()
+bool FlowSimplex::solve(const std::function<bool()>& isStopped)
 {
+    int pivots = 0;
     for (int entering = findEntering(); entering >= 0; entering = findEntering()) {
+        if (++pivots % s_pivotsBetweenQuestions == 0 && isStopped && isStopped())
+            return false;
         const Pivot pivot = findPivot(entering);
         send(pivot);
         if (pivot.leavingChild >= 0)
             exchange(pivot);
     }
+    return true;
 }
 
 qint64 FlowSimplex::reducedCost(const TreeArc& tested) const

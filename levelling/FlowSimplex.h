@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 namespace levelling {
@@ -28,7 +29,8 @@ public:
     /// The sum of all capacities and that of all costs must stay below 2^60.
     FlowSimplex(int nodeCount, const std::vector<Arc>& givenArcs);
 
-    void solve();
+    /// Finds the flow; asks now and then whether to stop, and then ends with false and without a result.
+    bool solve(const std::function<bool()>& isStopped = {});
 
     /// After solve(): what flows from the start of the arc to its end.
     qint64 getFlow(size_t arc) const { return arcs[arc].flow; }

@@ -83,9 +83,9 @@ public:
         : graph(sectionGraph)
         , problem(flowProblem)
         , simplex(sectionGraph.getNodeCount(), flowProblem.arcs)
-    {
-        simplex.solve();
-    }
+    {}
+
+    bool solve(const std::function<bool()>& isStopped) { return simplex.solve(isStopped); }
 
     /// Correction of the approximate height of a node.
     qint64 getCorrection(int node) const
@@ -166,7 +166,7 @@ bool hasUnknown(const Network& network, const std::vector<std::optional<double>>
 
 } // namespace
 
-L1Analysis analyseL1(const Network& network, double grossLimit)
+L1Analysis analyseL1(const Network& network, double grossLimit, const std::function<bool()>& isStopped)
 {
     L1Analysis result;
     result.heights.resize(network.points.size());
@@ -189,7 +189,11 @@ L1Analysis analyseL1(const Network& network, double grossLimit)
         return result;
     }
 
-    const Solution solution(graph, problem);
+    Solution solution(graph, problem);
+    if (!solution.solve(isStopped)) {
+        result.status = L1Status::Stopped;
+        return result;
+    }
     for (size_t point = 0; point < heights.size(); ++point) {
         if (heights[point]) {
             const qint64 correction = solution.getCorrection(graph.getNode(static_cast<int>(point)));

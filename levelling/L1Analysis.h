@@ -3,6 +3,7 @@
 #include "levelling/Components.h"
 #include "levelling/Network.h"
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -22,7 +23,8 @@ struct L1Section
 enum class L1Status {
     Ok,
     NothingToAdjust, ///< no section leads from a fixed point to another one
-    TooLarge,        ///< the misclosures are too large to be counted in units of 0.00001 mm
+    TooLarge, ///< the misclosures are too large to be counted in units of 0.00001 mm; there are no results
+    Stopped,  ///< stopped on request; there are no results
 };
 
 /// Heights with the least sum of |v| / sigma, v in mm, in all components that have a datum.
@@ -48,7 +50,9 @@ struct L1Analysis
 /// Its dual is a circulation of least cost: the flow of a section lies between -1/sigma and 1/sigma, its cost
 /// is the measured difference, and the potentials are the heights. Differences count in units of 0.00001 mm
 /// and weights in 2^-40 of the largest one, so the solution is exact for the differences as they stand in a
-/// file and the search ends with a proof of the minimum (see FlowSimplex).
-L1Analysis analyseL1(const Network& network, double grossLimit = 3.0);
+/// file and the search ends with a proof of the minimum (see FlowSimplex). In a large network it takes a
+/// while; isStopped is asked now and then.
+L1Analysis analyseL1(const Network& network, double grossLimit = 3.0,
+                     const std::function<bool()>& isStopped = {});
 
 } // namespace levelling

@@ -1,3 +1,4 @@
+#include "SyntheticNetwork.h"
 #include "TestNetworks.h"
 #include "levelling/GkfReader.h"
 #include "levelling/L1Analysis.h"
@@ -152,6 +153,7 @@ private slots:
     void withoutDatumThereIsNothingToAdjust();
     void hugeDifferencesAreRefused();
     void extremeWeightsAreOrdered();
+    void stopsOnRequest();
     void agreesWithAllVertices();
 };
 
@@ -332,6 +334,17 @@ void TestL1Analysis::extremeWeightsAreOrdered()
     const L1Analysis analysis = analyseL1(network);
     QVERIFY(analysis.isUnique());
     QCOMPARE(*analysis.heights[1], 11.0);
+}
+
+void TestL1Analysis::stopsOnRequest()
+{
+    const Network network = testnetworks::synthetic(1000, 2500);
+    int questions = 0;
+    const L1Analysis stopped = analyseL1(network, 3.0, [&] { return ++questions == 3; });
+    QCOMPARE(stopped.status, L1Status::Stopped);
+    QCOMPARE(questions, 3);
+    QVERIFY(!stopped.heights[0]);
+    QCOMPARE(analyseL1(network, 3.0, [] { return false; }).status, L1Status::Ok);
 }
 
 void TestL1Analysis::agreesWithAllVertices()
