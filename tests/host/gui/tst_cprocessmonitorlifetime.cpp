@@ -7,6 +7,8 @@
 #include <QtTest>
 
 #include <atomic>
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -81,6 +83,7 @@ public:
             default:
                 monitor.write(L"line");
             }
+            std::this_thread::sleep_for(std::chrono::microseconds(random.bounded(50)));
         }
         if (seed % 3 == 0)
             monitor.write(monitor.getItemLink(1, L"last words"));

@@ -244,7 +244,7 @@ void TestOrderedMonitorProxy::largeLinesFillTheQueueToo()
 
 void TestOrderedMonitorProxy::lineLargerThanTheQueuePasses()
 {
-    constexpr int kLength = 32 * 1024 * 1024;
+    constexpr int kLength = 8 * 1024 * 1024; // 32 MiB
     OrderedMonitorProxy proxy(false, [] {});
     proxy.write(std::wstring(kLength, L'x'));
     RecordingMonitor target;
