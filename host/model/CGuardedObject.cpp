@@ -7,6 +7,7 @@ CGuardedObject::CGuardedObject() = default;
 CGuardedObject::CGuardedObject(const CGuardedObject& /*other*/)
 {}
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned.
 CGuardedObject& CGuardedObject::operator=(const CGuardedObject& /*other*/)
 {
     return *this;

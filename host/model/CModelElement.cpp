@@ -45,7 +45,7 @@ CModelElement::~CModelElement()
     for (const auto& child : children)
         child->parent = nullptr;
     if (parent)
-        parent->takeChild(this).release(); // it is being destroyed already
+        static_cast<void>(parent->takeChild(this).release()); // it is being destroyed already
 }
 
 int CModelElement::getType() const
