@@ -4,6 +4,15 @@
 
 #include <stdexcept>
 
+namespace {
+
+bool isWord(QChar c)
+{
+    return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$');
+}
+
+} // namespace
+
 QString Squeezer::squeeze(const QString& source, Language language)
 {
     return Squeezer(source, language).run();
@@ -28,6 +37,8 @@ QString Squeezer::run()
             takeLiteral(c);
         else if (isScript && c == QLatin1Char('/') && isExpressionNext())
             takeLiteral(c);
+        else if (isScript && c == QLatin1Char('#'))
+            takePrivateName();
         else
             takeCharacter(c);
     }
@@ -98,6 +109,20 @@ QString Squeezer::packCyrillic(const QString& text)
     return result + text.mid(end);
 }
 
+void Squeezer::takePrivateName()
+{
+    const int start = ++position;
+    while (isWord(at(position)))
+        ++position;
+    QString& shortName = privateNames[text.mid(start, position - start)];
+    if (shortName.isEmpty())
+        shortName = QStringLiteral("#p%1").arg(privateNames.size(), 0, 36);
+    if (hasBlank && needsBlank(QLatin1Char('#')))
+        result += QLatin1Char(' ');
+    hasBlank = false;
+    result += shortName;
+}
+
 void Squeezer::takeCharacter(QChar c)
 {
     if (hasBlank && needsBlank(c))
@@ -120,12 +145,8 @@ bool Squeezer::needsBlank(QChar next) const
         static const QString breakers = QStringLiteral("{};,>");
         return last != QLatin1Char(':') && !breakers.contains(last) && !breakers.contains(next);
     }
-    const auto isWord = [](QChar c) {
-        return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$') ||
-               c == QLatin1Char('#');
-    };
     const bool isDoubledSign = last == next && (last == QLatin1Char('+') || last == QLatin1Char('-'));
-    return isDoubledSign || (isWord(last) && isWord(next));
+    return isDoubledSign || (isWord(last) && (isWord(next) || next == QLatin1Char('#')));
 }
 
 /// Whether a slash at this place begins a regular expression, as opposed to dividing what stands before it.

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
-/// Takes out of a source what a browser does not need: comments, blanks and semicolons before a brace.
-/// Strings, template strings and regular expressions stay as they are, but for Cyrillic in double-quoted
-/// strings of a script: as escapes a letter would cost six bytes, so runs of it are packed into ASCII, and
-/// the script unpacks its texts.
+/// Makes a source small: takes out comments, blanks and semicolons before a brace, and in scripts shortens
+/// the private names of classes. Strings, template strings and regular expressions stay as they are, but for
+/// Cyrillic in the double-quoted strings of a script: as escapes a letter would cost six bytes, so runs of it
+/// are packed into ASCII, and the script unpacks its texts.
 ///
-/// Scripts must end their statements with semicolons, since line breaks go too.
+/// Scripts must end their statements with semicolons, since line breaks go too, and must not use private
+/// names in template strings.
 class Squeezer
 {
 public:
@@ -27,12 +29,14 @@ private:
     void takeBlank();
     void takeComment(const QString& end);
     void takeLiteral(QChar end);
+    void takePrivateName();
     void takeCharacter(QChar c);
     bool needsBlank(QChar next) const;
     bool isExpressionNext() const;
 
     QString text;
     QString result;
+    QHash<QString, QString> privateNames;
     int position = 0;
     bool isScript;
     bool hasBlank = false;

@@ -1,4 +1,4 @@
-import { build, copyText, page, saveFile, setAttribute } from "./dom.js";
+import { build, copyText, listen, page, saveFile, setAttribute } from "./dom.js";
 import { markOf } from "./header.js";
 import { openMenu } from "./menu.js";
 import { kinds } from "./model.js";
@@ -18,7 +18,7 @@ function button(attributes, ...content) {
 
 function menuButton(label, makeEntries) {
   const owner = button({ "aria-haspopup": "menu", "aria-expanded": "false" }, label);
-  owner.addEventListener("click", () => openMenu(owner, label, makeEntries()));
+  listen(owner, "click", () => openMenu(owner, label, makeEntries()));
   return owner;
 }
 
@@ -35,7 +35,7 @@ export class Controls {
     this.query.placeholder = say("fieldHint");
     this.query.setAttribute("aria-label", say("field"));
     this.query.setAttribute("aria-describedby", "problem");
-    this.query.addEventListener("input", () => app.typed());
+    listen(this.query, "input", () => app.typed());
     find("kinds").setAttribute("aria-label", say("kinds"));
     this.#makeKinds();
     this.#makeMenus();

@@ -36,10 +36,12 @@ export function* textParts(element) {
 
 export const boxOf = (element) => element.getBoundingClientRect();
 
+export const listen = (target, type, act, options) => target.addEventListener(type, act, options);
+
 /** Gives focus to an element and leaves the page where it is. */
 export const focusOn = (element) => element.focus({ preventScroll: true });
 
-export const focused = () => page.querySelector(":focus");
+export const focused = Object.getOwnPropertyDescriptor(Document.prototype, "activeElement").get.bind(document);
 
 export async function copyText(text) {
   try {
@@ -65,12 +67,12 @@ export function saveFile(name, type, text) {
   setTimeout(() => URL.revokeObjectURL(address), 60000);
 }
 
-/** Runs a generator's steps when the browser is idle, a few milliseconds at a time. */
-export function runIdle(steps) {
+/** Runs a generator's steps when the browser is idle, a few milliseconds at a time, and what follows them. */
+export function runIdle(steps, finished) {
   const soon = window.requestIdleCallback ?? ((work) => setTimeout(work, 20));
   const work = () => {
     const end = performance.now() + 10;
-    while (performance.now() < end) if (steps.next().done) return;
+    while (performance.now() < end) if (steps.next().done) return finished();
     soon(work);
   };
   soon(work);

@@ -1,4 +1,4 @@
-import { build, page } from "./dom.js";
+import { build, listen, page } from "./dom.js";
 import { kinds, linkedItems, nameOf } from "./model.js";
 import { say, write } from "./texts.js";
 
@@ -72,7 +72,7 @@ function foldService() {
   if (rest.length < 3) return;
   for (const line of rest) {
     line.setAttribute("hidden", "until-found");
-    line.addEventListener("beforematch", () => more.click());
+    listen(line, "beforematch", () => more.click());
   }
   const more = build(
     "button",

@@ -1,6 +1,6 @@
 import { fragmentOf, readAddress, readSettings, writeAddress, writeSettings } from "./address.js";
 import { Controls } from "./controls.js";
-import { boxOf, copyText, focusOn, page, runIdle } from "./dom.js";
+import { boxOf, copyText, focusOn, listen, page, runIdle } from "./dom.js";
 import { applyFilter } from "./filter.js";
 import { fillHeader } from "./header.js";
 import { highlight } from "./highlight.js";
@@ -71,48 +71,47 @@ class App {
 
   listen() {
     const { view } = this;
-    page.addEventListener("keydown", (event) => this.keyDown(event));
-    this.main.addEventListener("click", (event) => this.clicked(event));
-    page.addEventListener("focusin", ({ target }) => {
+    listen(page, "keydown", (event) => this.keyDown(event));
+    listen(this.main, "click", (event) => this.clicked(event));
+    listen(page, "focusin", ({ target }) => {
       const item = view.rowOf(target);
       if (item && item !== this.tree.current) this.tree.setCurrent(item);
     });
-    page.addEventListener("beforematch", ({ target }) => this.matched(target), true);
-    window.addEventListener("hashchange", () => this.addressChanged());
-    window.addEventListener("scroll", () => this.scrolled(), { passive: true });
-    window.addEventListener("resize", () => {
+    listen(page, "beforematch", ({ target }) => this.matched(target), true);
+    listen(window, "hashchange", () => this.addressChanged());
+    listen(window, "scroll", () => this.scrolled(), { passive: true });
+    listen(window, "resize", () => {
       view.resized();
       this.drawDetails();
     });
-    window.addEventListener("beforeprint", () => view.spread("print"));
-    window.addEventListener("afterprint", () => this.gather());
-    window.addEventListener("blur", () => view.spread("find"));
-    window.addEventListener("focus", () => this.gather());
+    listen(window, "beforeprint", () => view.spread("print"));
+    listen(window, "afterprint", () => this.gather());
+    listen(window, "blur", () => view.spread("find"));
+    listen(window, "focus", () => this.gather());
     new ResizeObserver(() => this.barResized()).observe(view.bar);
   }
 
-  /** Reads the lines' texts and makes their ids while nothing else is to do. */
+  /** Makes the lines' ids and reads their texts for the search; on a long page while nothing else is to do. */
   prepare() {
-    const { lines } = this.model;
-    const steps = function* () {
-      for (const line of lines) {
-        foldedOf(line);
-        yield;
-      }
+    const { view, model } = this;
+    const fold = function* () {
+      for (const line of model.lines) yield foldedOf(line);
     };
-    runIdle(steps());
-    if (this.hasIds) return;
-    if (this.view.isLong) this.idSteps = giveIds(this.model.items);
-    else this.finishIds();
-    if (this.hasIds) this.draw(null);
-    else runIdle(this.idSteps);
+    const name = () => {
+      this.finishIds();
+      this.draw(view.placeOf(view.topRow()));
+      this.remember();
+      runIdle(fold(), () => {});
+    };
+    this.idSteps ??= giveIds(model.items);
+    if (view.isLong) runIdle(this.idSteps, name);
+    else name();
   }
 
+  /** Makes all ids that are not made yet. */
   finishIds() {
-    if (this.hasIds) return;
-    const steps = this.idSteps ?? giveIds(this.model.items);
-    while (!steps.next().done);
-    this.hasIds = true;
+    this.idSteps ??= giveIds(this.model.items);
+    while (!this.hasIds) this.hasIds = this.idSteps.next().done;
   }
 
   // Filters
@@ -232,7 +231,7 @@ class App {
   barResized() {
     const { bar } = this.view;
     const isSticky = getComputedStyle(bar).position === "sticky";
-    page.style.setProperty("--bar", `${isSticky ? bar.offsetHeight : 0}px`);
+    page.style.scrollPaddingTop = `${isSticky ? bar.offsetHeight : 0}px`;
   }
 
   gather() {
@@ -259,11 +258,9 @@ class App {
     this.remember();
   }
 
+  /** Brings the address up to date, once the ids are made. */
   remember() {
-    writeAddress(() => {
-      this.finishIds();
-      return fragmentOf(this.isMoved ? this.tree.current?.id : "", this.filters);
-    });
+    if (this.hasIds) writeAddress(() => fragmentOf(this.isMoved ? this.tree.current?.id : "", this.filters));
   }
 
   /** Goes to a row even when the filters hide it. */
@@ -406,4 +403,4 @@ function removeForeignAttributes() {
 
 page.dataset.script = "reading";
 page.dataset.texts = language;
-window.addEventListener("DOMContentLoaded", () => new App());
+listen(window, "DOMContentLoaded", () => new App());

@@ -1,4 +1,4 @@
-import { boxOf, build, focused, focusOn, page } from "./dom.js";
+import { boxOf, build, focused, focusOn, listen, page } from "./dom.js";
 
 let opened = null;
 
@@ -39,7 +39,7 @@ export function openMenu(owner, label, entries, back = owner) {
     const entry = build("button", { type: "button", ...choice, tabindex: "-1", click: () => choose(act, owner) }, text);
     list.append(build("li", { role: "none" }, entry));
   }
-  list.addEventListener("keydown", (event) => {
+  listen(list, "keydown", (event) => {
     if (event.key === "Escape" || event.key === "Tab") {
       closeMenu();
       focusOn(back);
@@ -59,7 +59,7 @@ export function openMenu(owner, label, entries, back = owner) {
   list.querySelector("[aria-checked=true], button").focus({ preventScroll: true });
 }
 
-page.addEventListener("pointerdown", ({ target }) => {
+listen(page, "pointerdown", ({ target }) => {
   if (opened && !opened.list.contains(target) && !opened.owner.contains(target)) closeMenu();
 });
-window.addEventListener("scroll", closeMenu, { passive: true });
+listen(window, "scroll", closeMenu, { passive: true });

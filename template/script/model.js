@@ -54,19 +54,22 @@ class Item {
 
 const rowSelector = "li.Node, li.IsRoot";
 
-/** What stray closing tags inside lines have thrown out of the page's content goes back, rows into lists. */
+/** What stray closing tags inside lines have thrown out of the page's content goes back. */
 function gatherStrays() {
   const content = page.querySelector("#lines");
-  for (const stray of page.querySelectorAll("#lines ~ *, #protocol ~ *")) content.append(stray);
-  for (const row of page.querySelectorAll(`:not(ul) > :is(${rowSelector})`)) {
-    const before = row.previousElementSibling;
-    if (before?.matches("ul[data-gathered]")) before.append(row);
-    else {
-      const list = build("ul", { class: "Container", "data-gathered": "" });
-      row.replaceWith(list);
-      list.append(row);
-    }
-  }
+  for (const last of [content, content.parentElement])
+    while (last.nextElementSibling) content.append(last.nextElementSibling);
+}
+
+/** The list around a row. A row that has lost its list to a stray closing tag gets another. */
+function listOf(row) {
+  const parent = row.parentElement;
+  if (parent.localName === "ul") return parent;
+  const before = row.previousElementSibling;
+  const list = before?.hasAttribute("data-gathered") ? before : build("ul", { class: "Container", "data-gathered": "" });
+  if (list !== before) row.before(list);
+  list.append(row);
+  return list;
 }
 
 function captionOf(element) {
@@ -87,7 +90,7 @@ export function readModel() {
   const byElement = new Map();
   const owners = new Map();
   for (const element of page.querySelectorAll(rowSelector)) {
-    const list = element.parentElement;
+    const list = listOf(element);
     let parent = owners.get(list);
     if (!parent) {
       parent = byElement.get(list.parentElement?.closest(rowSelector));

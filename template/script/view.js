@@ -10,6 +10,7 @@ const slack = 500;
 /** Shows the rows of a model: which are laid out, where they stand, and what they tell assistive software. */
 export class View {
   near = new Set();
+  parts = [];
   settledAt = NaN;
   above = 0;
 
@@ -171,8 +172,8 @@ export class View {
 
   #setRoom(above, below) {
     this.above = above;
-    this.main.style.setProperty("--above", `${above}px`);
-    this.main.style.setProperty("--below", `${below}px`);
+    this.main.style.borderTopWidth = `${above}px`;
+    this.main.style.borderBottomWidth = `${below}px`;
   }
 
   /** After the user scrolled: room that is out of sight goes, and the rows near the view are laid out. */
@@ -204,8 +205,13 @@ export class View {
   #drawNear(place) {
     for (let pass = 0; pass < 4; ++pass) {
       const shift = place ? this.#topOf(place.item) - place.top : 0;
-      this.#layOut(-margin + shift, this.height + margin + shift);
+      this.#layOut(this.#partsBetween(shift - margin, shift + this.height + margin));
       if (!this.#measure()) return;
+      // To lay out other rows is dear, so that the rows stay as long as they fill the view.
+      this.#pad();
+      const now = place ? this.#topOf(place.item) - place.top : 0;
+      const seen = this.#partsBetween(now, now + this.height);
+      if (seen.every(({ node, first, last }) => node.rows.slice(first, last).every((row) => row.isNear))) return;
     }
   }
 
@@ -213,46 +219,54 @@ export class View {
     let top = 0;
     for (let at = item; at.element; at = at.parent) {
       const position = at.parent.rows.indexOf(at);
-      top += position > 0 ? this.#endsOf(at.parent)[position - 1] : 0;
+      top += this.#endsOf(at.parent)[position - 1] ?? 0;
       if (at.parent.element) top += this.#ownHeight(at.parent);
       else top += topOf(at.parent.lists[0]);
     }
     return top;
   }
 
-  #layOut(top, bottom) {
-    const near = new Set();
-    for (const tree of this.model.trees)
-      if (tree.rows.length) this.#layOutList(tree, topOf(tree.lists[0]), top, bottom, near);
-    for (const item of this.near)
-      if (!near.has(item)) {
-        item.isNear = false;
-        item.element.removeAttribute("data-near");
+  /** The rows between two heights of the window: for each branch there, the first and the end of its rows. */
+  #partsBetween(top, bottom) {
+    const parts = [];
+    const add = (node, start) => {
+      const ends = this.#endsOf(node);
+      const first = firstBeyond(ends, top - start);
+      const part = { node, first, last: first };
+      parts.push(part);
+      for (; part.last < node.rows.length; ++part.last) {
+        const row = node.rows[part.last];
+        const rowTop = start + (ends[part.last - 1] ?? 0);
+        if (rowTop >= bottom) break;
+        if (row.isOpen && row.rows.length) add(row, rowTop + this.#ownHeight(row));
       }
-    this.near = near;
+    };
+    for (const tree of this.model.trees) if (tree.rows.length) add(tree, topOf(tree.lists[0]));
+    return parts;
   }
 
-  #layOutList(node, start, top, bottom, near) {
-    const ends = this.#endsOf(node);
-    const first = firstBeyond(ends, top - start);
-    let last = first;
-    for (; last < node.rows.length; ++last) {
-      const row = node.rows[last];
-      const rowTop = start + (last ? ends[last - 1] : 0);
-      if (rowTop >= bottom) break;
-      near.add(row);
-      if (!row.isNear) {
-        row.isNear = true;
-        row.element.setAttribute("data-near", "");
-      }
-      if (row.isOpen && row.rows.length)
-        this.#layOutList(row, rowTop + this.#ownHeight(row), top, bottom, near);
+  #layOut(parts) {
+    this.parts = parts;
+    const near = new Set(parts.flatMap(({ node, first, last }) => node.rows.slice(first, last)));
+    for (const item of this.near) if (!near.has(item)) this.#setNear(item, false);
+    for (const item of near) if (!item.isNear) this.#setNear(item, true);
+    this.near = near;
+    for (const { node, first, last } of parts) this.#dressRows(node, first, last);
+    this.#pad();
+  }
+
+  #setNear(item, isNear) {
+    item.isNear = isNear;
+    setAttribute(item.element, "data-near", isNear ? "" : null);
+  }
+
+  /** Gives the lists the room that their rows out of the window would take. */
+  #pad() {
+    for (const { node, first, last } of this.parts) {
+      const ends = this.#endsOf(node);
+      node.lists[0].style.paddingTop = `${ends[first - 1] ?? 0}px`;
+      node.lists.at(-1).style.paddingBottom = `${(ends.at(-1) ?? 0) - (ends[last - 1] ?? 0)}px`;
     }
-    this.#dressRows(node, first, last);
-    const before = first ? ends[first - 1] : 0;
-    const after = (ends.at(-1) ?? 0) - (last ? ends[last - 1] : 0);
-    node.lists[0].style.paddingTop = `${before}px`;
-    node.lists.at(-1).style.paddingBottom = `${after}px`;
   }
 
   /** Takes the heights that rows really have; true when they differ from what was thought. */
