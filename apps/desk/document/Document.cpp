@@ -1,0 +1,207 @@
+#include "apps/desk/document/Document.h"
+
+#include "Orvel/store/COrvel.h"
+#include "apps/desk/document/ItemTypes.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
+#include "host/app/PluginManager.h"
+#include "host/reports/ReportsGeneratorItem.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+
+namespace {
+
+// All ids have equally many digits: a protocol finds a link by the digits of its id, and would find those of
+// a shorter id in a longer one.
+constexpr LONGID kFirstId = 1000001;
+
+QString makeSectionName(const QString& from, const QString& to)
+{
+    return from + QStringLiteral(" – ") + to;
+}
+
+/// Names that are all different: a section measured again gets its number behind its name.
+class UniqueNames
+{
+public:
+    QString make(const QString& name)
+    {
+        const int count = ++counts[name];
+        return count == 1 ? name : QStringLiteral("%1 (%2)").arg(name, QString::number(count));
+    }
+
+private:
+    QHash<QString, int> counts;
+};
+
+bool isConsistent(const Document::Content& content)
+{
+    QSet<LONGID> ids;
+    const auto isNew = [&](LONGID id) {
+        const int count = ids.size();
+        ids.insert(id);
+        return id >= kFirstId && id < content.nextId && ids.size() > count;
+    };
+    const auto pointCount = static_cast<int>(content.points.size());
+    const auto isPoint = [pointCount](int index) { return index >= 0 && index < pointCount; };
+    return std::all_of(content.points.begin(), content.points.end(),
+                       [&](const auto& point) { return isNew(point->getId()); }) &&
+           std::all_of(content.sections.begin(), content.sections.end(), [&](const auto& section) {
+               const levelling::Section& ends = section->getSection();
+               return isNew(section->getId()) && isPoint(ends.from) && isPoint(ends.to);
+           });
+}
+
+} // namespace
+
+Document::Document(const PluginManager& plugins, const QString& projectName, QObject* parent)
+    : QObject(parent)
+    , project(projectName)
+    , model(&project)
+    , sectionManager(nullptr)
+    , nextId(kFirstId)
+{
+    auto manager = std::make_unique<tervo::CItemManager>();
+    sectionManager = manager.get();
+    model.setTervoObject(std::move(manager));
+    plugins.extendModel(&model);
+    model.initialize();
+    model.addSystemItem(new reports::ReportsGeneratorItem, ItemTypeInfo::NotDeletable);
+    model.setItemMentionedQuery([this](LONGID id) { return getProtocol().IsMessages(id); });
+}
+
+Document::~Document() = default;
+
+COrvel& Document::getProtocol() const
+{
+    return dynamic_cast<COrvel&>(*model.getFirstItem(kOrvelItemType));
+}
+
+std::vector<LevellingPoint*> Document::getPoints() const
+{
+    std::vector<LevellingPoint*> points;
+    points.reserve(model.getTopLevelItems().size());
+    for (const auto& item : model.getTopLevelItems())
+        points.push_back(static_cast<LevellingPoint*>(item.get()));
+    return points;
+}
+
+std::vector<LevellingSection*> Document::getSections() const
+{
+    std::vector<LevellingSection*> sections;
+    sections.reserve(sectionManager->getItems().size());
+    for (const auto& item : sectionManager->getItems())
+        sections.push_back(static_cast<LevellingSection*>(item.get()));
+    return sections;
+}
+
+bool Document::isEmpty() const
+{
+    return model.getTopLevelItems().empty();
+}
+
+bool Document::hasResults() const
+{
+    const std::vector<LevellingPoint*> points = getPoints();
+    return std::any_of(points.begin(), points.end(),
+                       [](const LevellingPoint* point) { return point->getResult().has_value(); });
+}
+
+void Document::setNetwork(const levelling::Network& network)
+{
+    QHash<QString, LONGID> pointIds;
+    for (const LevellingPoint* point : getPoints())
+        pointIds.insert(point->getName(), point->getId());
+    QHash<QString, LONGID> sectionIds;
+    for (const LevellingSection* section : getSections())
+        sectionIds.insert(section->getName(), section->getId());
+    const auto findId = [this](const QHash<QString, LONGID>& ids, const QString& name) {
+        const LONGID known = ids.value(name);
+        return known != 0 ? known : nextId++;
+    };
+
+    Content content;
+    content.description = network.description;
+    content.parameters = network.parameters;
+    for (const levelling::Point& point : network.points)
+        content.points.push_back(std::make_unique<LevellingPoint>(findId(pointIds, point.id), point));
+    UniqueNames sectionNames;
+    for (const levelling::Section& section : network.sections) {
+        const QString name =
+            sectionNames.make(makeSectionName(network.points[static_cast<size_t>(section.from)].id,
+                                              network.points[static_cast<size_t>(section.to)].id));
+        content.sections.push_back(
+            std::make_unique<LevellingSection>(findId(sectionIds, name), section, name));
+    }
+    content.nextId = nextId;
+    replaceItems(std::move(content));
+}
+
+bool Document::setContent(Content content)
+{
+    if (!isConsistent(content))
+        return false;
+    replaceItems(std::move(content));
+    return true;
+}
+
+NetworkSnapshot Document::getSnapshot() const
+{
+    NetworkSnapshot snapshot;
+    snapshot.network.description = description;
+    snapshot.network.parameters = parameters;
+    for (const LevellingPoint* point : getPoints()) {
+        snapshot.network.points.push_back(point->getPoint());
+        snapshot.pointIds.push_back(point->getId());
+    }
+    for (const LevellingSection* section : getSections()) {
+        snapshot.network.sections.push_back(section->getSection());
+        snapshot.sectionIds.push_back(section->getId());
+        snapshot.sectionNames.append(section->getName());
+    }
+    return snapshot;
+}
+
+void Document::setAdjustment(const levelling::Adjustment& adjustment)
+{
+    const bool isUsable = adjustment.status == levelling::AdjustmentStatus::Ok;
+    size_t index = 0;
+    for (LevellingPoint* point : getPoints()) {
+        std::optional<LevellingPoint::Result> result;
+        if (isUsable && adjustment.points[index])
+            result = LevellingPoint::Result{adjustment.points[index]->height,
+                                            adjustment.points[index]->sigma * adjustment.sigmaScale};
+        point->setResult(result);
+        ++index;
+    }
+    index = 0;
+    for (LevellingSection* section : getSections()) {
+        std::optional<LevellingSection::Result> result;
+        if (isUsable && adjustment.sections[index])
+            result = LevellingSection::Result{adjustment.sections[index]->residual,
+                                              adjustment.sections[index]->normalisedResidual};
+        section->setResult(result);
+        ++index;
+    }
+    emit resultsChanged();
+}
+
+void Document::replaceItems(Content content)
+{
+    std::vector<LevellingPoint*> oldPoints = getPoints();
+    std::for_each(oldPoints.rbegin(), oldPoints.rend(),
+                  [this](const LevellingPoint* point) { model.removeItem(point->getId()); });
+    sectionManager->clear();
+
+    description = content.description;
+    parameters = content.parameters;
+    nextId = content.nextId;
+    for (auto& point : content.points)
+        model.addItem(std::move(point));
+    for (auto& section : content.sections)
+        sectionManager->addItem(std::move(section));
+    emit networkReplaced();
+}

@@ -1,0 +1,49 @@
+#include "apps/desk/document/LevellingPoint.h"
+
+#include "apps/desk/document/ArchiveValues.h"
+#include "apps/desk/document/ItemTypes.h"
+
+LevellingPoint::LevellingPoint(LONGID pointId, const levelling::Point& networkPoint) : point(networkPoint)
+{
+    setId(pointId);
+    setName(point.id);
+}
+
+int LevellingPoint::getType() const
+{
+    return kPointItemType;
+}
+
+void LevellingPoint::serialize(CQtArchive& archive)
+{
+    LONGID itemId = getId();
+    serializeValue(archive, itemId);
+    serializeValue(archive, point.id);
+    serializeValue(archive, point.height);
+    serializeValue(archive, point.fixed);
+    serializeValue(archive, point.declared);
+    serializeValue(archive, point.line);
+    std::optional<double> height;
+    std::optional<double> sigma;
+    if (result) {
+        height = result->height;
+        sigma = result->sigma;
+    }
+    serializeValue(archive, height);
+    serializeValue(archive, sigma);
+
+    if (archive.isSaving())
+        return;
+    setId(itemId);
+    setName(point.id);
+    if (height && sigma)
+        result = Result{*height, *sigma};
+    else
+        result.reset();
+}
+
+void LevellingPoint::setResult(const std::optional<Result>& adjusted)
+{
+    result = adjusted;
+    notify();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "host/model/CModelElement.h"
+#include "levelling/Network.h"
+
+#include <optional>
+
+/// A point of the levelling network as an item of the project.
+class LevellingPoint : public CModelElement
+{
+public:
+    /// What the adjustment gave.
+    struct Result
+    {
+        double height = 0.0; ///< m
+        double sigma = 0.0;  ///< mm, scaled as the network's sigma-act asks
+    };
+
+    /// An empty point, to be loaded.
+    LevellingPoint() = default;
+    LevellingPoint(LONGID pointId, const levelling::Point& networkPoint);
+
+    int getType() const override;
+    /// Saves or loads the id, the point as the network has it, and the result.
+    void serialize(CQtArchive& archive) override;
+
+    const levelling::Point& getPoint() const { return point; }
+    const std::optional<Result>& getResult() const { return result; }
+    void setResult(const std::optional<Result>& adjusted);
+
+private:
+    levelling::Point point;
+    std::optional<Result> result;
+};

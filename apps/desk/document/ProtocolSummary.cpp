@@ -1,0 +1,59 @@
+#include "apps/desk/document/ProtocolSummary.h"
+
+#include "Orvel/store/COVMessage.h"
+
+#include <QFile>
+#include <QSet>
+#include <QXmlStreamReader>
+
+namespace {
+
+int toNumber(const QXmlStreamReader& xml, QLatin1String attribute)
+{
+    return xml.attributes().value(attribute).toInt();
+}
+
+void countKind(int kind, ProtocolSummary::Counts& counts)
+{
+    if (kind == COVMessage::Error)
+        ++counts.errors;
+    else if (kind == COVMessage::Warning)
+        ++counts.warnings;
+    else if (kind == COVMessage::Message)
+        ++counts.messages;
+}
+
+/// Reads the items of one line; one that is named twice counts once.
+QSet<LONGID> readItems(QXmlStreamReader& xml)
+{
+    QSet<LONGID> items;
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("item"))
+            items.insert(xml.attributes().value(QLatin1String("iid")).toLongLong());
+        xml.skipCurrentElement();
+    }
+    return items;
+}
+
+} // namespace
+
+ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
+{
+    ProtocolSummary summary;
+    QFile file(dataFilePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return summary;
+    QXmlStreamReader xml(&file);
+    xml.readNextStartElement();
+    while (xml.readNextStartElement()) {
+        if (xml.name() != QLatin1String("li")) {
+            xml.skipCurrentElement();
+            continue;
+        }
+        countKind(toNumber(xml, QLatin1String("mtype")),
+                  summary.types[toNumber(xml, QLatin1String("ptype"))]);
+        for (const LONGID item : readItems(xml))
+            ++summary.linesOfItem[item];
+    }
+    return summary;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/model/LongId.h"
+
+#include <QHash>
+#include <QString>
+
+#include <map>
+
+/// How many lines of which kind the protocols hold, by protocol type and by item.
+struct ProtocolSummary
+{
+    struct Counts
+    {
+        int errors = 0;
+        int warnings = 0;
+        int messages = 0;
+    };
+
+    std::map<int, Counts> types;    ///< the types that have any line
+    QHash<LONGID, int> linesOfItem; ///< count of the lines that mention the item
+
+    /// Counts the lines of a protocol's data file. Empty if there is no such file; a damaged one counts up to
+    /// the damage.
+    static ProtocolSummary read(const QString& dataFilePath);
+};

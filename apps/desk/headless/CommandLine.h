@@ -1,0 +1,36 @@
+#pragma once
+
+#include "apps/desk/runs/LevellingClass.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What the command line asks for.
+struct CommandLine
+{
+    enum class Run { Compile, Adjust };
+
+    bool isHeadless = false;
+    bool wantsHelp = false;
+    bool wantsVersion = false;
+    QString language;      ///< "ru", "en", or empty for the system's
+    QString importFile;    ///< network to import (.gkf)
+    QString projectFile;   ///< project to open
+    std::vector<Run> runs; ///< in this order
+    LevellingClass levellingClass = LevellingClass::IV;
+    QString exportFile;  ///< heights as CSV
+    QString pagesFolder; ///< where the pages of the runs go
+    QString dataFile;    ///< copy of the protocol's data file
+    QString saveFile;    ///< project to save
+
+    /// Why the arguments cannot be followed: one sentence; empty if they can.
+    QString error;
+
+    /// Reads the arguments behind the program's name.
+    static CommandLine parse(const QStringList& arguments);
+    /// The language that the arguments name, whatever else is wrong with them: texts of errors need it.
+    static QString findLanguage(const QStringList& arguments);
+    static QString getHelp();
+};

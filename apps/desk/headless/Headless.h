@@ -1,0 +1,33 @@
+#pragma once
+
+#include "apps/desk/headless/CommandLine.h"
+#include "apps/desk/process/RunMonitor.h"
+
+#include <QTextStream>
+
+class Document;
+class ProjectWindow;
+
+/// Does what the command line asks for without a display.
+///
+/// Writes one line per run: its counts of errors, warnings and messages, and where its page lies.
+class Headless
+{
+public:
+    /// The window is not shown. All outlive the object.
+    Headless(Document& openDocument, ProjectWindow& projectWindow, QTextStream& outputStream);
+
+    /// Throws exceptions::Error when something cannot be done.
+    void execute(const CommandLine& commandLine);
+
+private:
+    void perform(const DeskRun& run);
+    void writePages(const QString& folder);
+    void report(const QString& pagesFolder);
+    void copyData(const QString& filePath);
+
+    Document& document;
+    QTextStream& output;
+    RunMonitor monitor;
+    std::vector<int> performedTypes; // in the order of the runs, each once
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "apps/desk/document/NetworkSnapshot.h"
+#include "host/process/IProcessMonitor.h"
+#include "levelling/Adjustment.h"
+
+#include <optional>
+
+/// Adjusts a network by least squares and writes composition, results and residuals, each in a stage of the
+/// protocol. Nothing if the run was stopped.
+std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor,
+                                               const NetworkSnapshot& snapshot);

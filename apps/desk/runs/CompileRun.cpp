@@ -1,0 +1,243 @@
+#include "apps/desk/runs/CompileRun.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/runs/NumberTexts.h"
+#include "apps/desk/runs/RunLines.h"
+#include "levelling/Components.h"
+#include "levelling/LoopBasis.h"
+#include "levelling/SectionGraph.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Limit of a misclosure whose line has no length, in standard deviations of it.
+constexpr double kSigmaLimit = 3.0;
+// So many items are named in one line.
+constexpr size_t kListLimit = 50;
+
+using levelling::Component;
+using levelling::Loop;
+using levelling::RepeatedSections;
+
+class Compilation
+{
+public:
+    Compilation(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot, LevellingClass givenClass)
+        : monitor(runMonitor)
+        , network(snapshot.network)
+        , levellingClass(givenClass)
+        , lines(runMonitor, snapshot)
+    {}
+
+    void run()
+    {
+        if (network.sections.empty()) {
+            lines.error(Desk::tr("В проекте нет ни одной секции. Импортируйте нивелирную сеть."));
+            return;
+        }
+        monitor.startStage(Desk::tr("Связность сети").toStdWString());
+        checkComponents();
+        monitor.finishCurrentStage();
+        if (!lines.isRunning())
+            return;
+        monitor.startStage(Desk::tr("Повторные измерения").toStdWString());
+        checkRepeatedSections();
+        monitor.finishCurrentStage();
+        if (!lines.isRunning())
+            return;
+        monitor.startStage(Desk::tr("Невязки ходов и полигонов").toStdWString());
+        checkLoops();
+        monitor.finishCurrentStage();
+    }
+
+private:
+    void checkComponents()
+    {
+        const std::vector<Component> components = levelling::findComponents(network);
+        int redundancy = 0;
+        int fixedPoints = 0;
+        for (const Component& component : components) {
+            redundancy += component.getRedundancy();
+            fixedPoints += component.fixedPoints;
+        }
+        lines.service(Desk::tr("Пунктов: %1, исходных реперов: %2, секций: %3, частей сети: %4, избыточных "
+                               "измерений: %5")
+                          .arg(QString::number(network.points.size()), QString::number(fixedPoints),
+                               QString::number(network.sections.size()), QString::number(components.size()),
+                               QString::number(redundancy)));
+        lines.service(
+            Desk::tr(
+                "Допустимая невязка: %1 мм·√L (класс %2), L — длина хода в км; для ходов без длины — %3 СКО")
+                .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), getClassName(levellingClass),
+                     numbers::fixed(kSigmaLimit, 0)));
+        size_t number = 0;
+        for (const Component& component : components) {
+            if (!lines.isRunning())
+                return;
+            checkComponent(component, ++number);
+            lines.setProgress(number, components.size());
+        }
+    }
+
+    void checkComponent(const Component& component, size_t number)
+    {
+        if (component.sections.empty()) {
+            checkLonelyPoint(component.points.front());
+            return;
+        }
+        if (!component.hasDatum()) {
+            lines.error(
+                Desk::tr("Часть %1 не связана ни с одним исходным репером, высоты её пунктов определить "
+                         "нельзя: %2")
+                    .arg(QString::number(number), listPoints(component.points)));
+            return;
+        }
+        const int redundancy = component.getRedundancy();
+        if (redundancy == 0) {
+            lines.warning(Desk::tr("В части %1 нет избыточных измерений, ошибки в ней не обнаруживаются: %2")
+                              .arg(QString::number(number), listPoints(component.points)));
+            return;
+        }
+        lines.message(
+            Desk::tr("Часть %1: пунктов %2, исходных реперов %3, секций %4, избыточных измерений %5")
+                .arg(QString::number(number), QString::number(component.points.size()),
+                     QString::number(component.fixedPoints), QString::number(component.sections.size()),
+                     QString::number(redundancy)));
+    }
+
+    void checkLonelyPoint(int index)
+    {
+        const QString point = lines.point(index);
+        if (network.points[static_cast<size_t>(index)].fixed)
+            lines.warning(Desk::tr("Исходный репер %1 не связан ни с одной секцией").arg(point));
+        else
+            lines.error(
+                Desk::tr("Пункт %1 не связан ни с одной секцией, его высоту определить нельзя").arg(point));
+    }
+
+    void checkRepeatedSections()
+    {
+        for (const RepeatedSections& repeated : levelling::findRepeatedSections(network)) {
+            if (!lines.isRunning())
+                return;
+            checkRepeated(repeated);
+        }
+    }
+
+    void checkRepeated(const RepeatedSections& repeated)
+    {
+        std::vector<int> sections = repeated.forward;
+        sections.insert(sections.end(), repeated.back.begin(), repeated.back.end());
+        const QString kind = repeated.back.empty() || repeated.forward.empty()
+                                 ? Desk::tr("Повторные измерения")
+                                 : Desk::tr("Прямой и обратный ходы");
+        // Without lengths the limit comes from the two measurements' own standard deviations.
+        const double limit = repeated.length
+                                 ? getToleranceFactor(levellingClass) * std::sqrt(*repeated.length)
+                                 : kSigmaLimit * sigmaOfDifference(sections);
+        const QString text = Desk::tr("%1 %2: расхождение %3 мм, %4")
+                                 .arg(kind, listSections(sections), numbers::fixed(repeated.discrepancy, 2),
+                                      describeLimit(repeated.discrepancy > limit, numbers::fixed(limit, 2)));
+        write(repeated.discrepancy > limit, text);
+    }
+
+    static QString describeLimit(bool isExceeded, const QString& limit)
+    {
+        return isExceeded ? Desk::tr("больше допуска %1 мм").arg(limit) : Desk::tr("допуск %1 мм").arg(limit);
+    }
+
+    void write(bool isError, const QString& text)
+    {
+        if (isError)
+            lines.error(text);
+        else
+            lines.message(text);
+    }
+
+    double sigmaOfDifference(const std::vector<int>& sections) const
+    {
+        double largest = 0.0;
+        for (const int section : sections)
+            largest = std::max(largest, network.sections[static_cast<size_t>(section)].sigma);
+        return largest * std::sqrt(2.0);
+    }
+
+    void checkLoops()
+    {
+        const levelling::SectionGraph graph(network);
+        const std::vector<Loop> loops = levelling::findLoopBasis(graph);
+        size_t done = 0;
+        for (const Loop& loop : loops) {
+            if (!lines.isRunning())
+                return;
+            checkLoop(loop);
+            lines.setProgress(++done, loops.size());
+        }
+    }
+
+    void checkLoop(const Loop& loop)
+    {
+        const auto tolerance = loop.getTolerance(getToleranceFactor(levellingClass));
+        const double limit = tolerance.value_or(kSigmaLimit * loop.sigma);
+        const QString length = loop.length ? Desk::tr("длина %1 км").arg(numbers::length(*loop.length))
+                                           : Desk::tr("длина не задана");
+        const bool isExceeded = std::abs(loop.misclosure) > limit;
+        const bool isClosed = loop.points.front() == loop.points.back();
+        const QString text =
+            Desk::tr("%1 %2: невязка %3 мм, %4, %5; секции: %6")
+                .arg(isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), listWay(loop.points),
+                     numbers::misclosure(loop.misclosure),
+                     describeLimit(isExceeded, QStringLiteral("±") + numbers::fixed(limit, 2)), length,
+                     listSections(sectionsOf(loop)));
+        write(isExceeded, text);
+    }
+
+    static std::vector<int> sectionsOf(const Loop& loop)
+    {
+        std::vector<int> sections;
+        for (const levelling::LoopSection& step : loop.sections)
+            sections.push_back(step.section);
+        return sections;
+    }
+
+    QString listWay(const std::vector<int>& points)
+    {
+        return list(points, QStringLiteral(" → "), [this](int point) { return lines.point(point); });
+    }
+
+    QString listPoints(const std::vector<int>& points)
+    {
+        return list(points, QStringLiteral(", "), [this](int point) { return lines.point(point); });
+    }
+
+    QString listSections(const std::vector<int>& sections)
+    {
+        return list(sections, QStringLiteral(", "), [this](int section) { return lines.section(section); });
+    }
+
+    template<typename Link>
+    static QString list(const std::vector<int>& indices, const QString& separator, Link link)
+    {
+        QStringList links;
+        for (size_t i = 0; i < std::min(indices.size(), kListLimit); ++i)
+            links.append(link(indices[i]));
+        const QString text = links.join(separator);
+        if (indices.size() <= kListLimit)
+            return text;
+        return Desk::tr("%1 … и ещё %2").arg(text, QString::number(indices.size() - kListLimit));
+    }
+
+    qor::IProcessMonitor& monitor;
+    const levelling::Network& network;
+    LevellingClass levellingClass;
+    RunLines lines;
+};
+
+} // namespace
+
+void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, LevellingClass levellingClass)
+{
+    Compilation(monitor, snapshot, levellingClass).run();
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/runs/LevellingClass.h"
+#include "host/process/IProcessMonitor.h"
+
+/// Checks a network before its adjustment: datum and connectivity of every component, repeated measurements,
+/// and the misclosures of a minimal loop basis, each beside its limit.
+void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+                LevellingClass levellingClass);

@@ -1,0 +1,77 @@
+#include "apps/desk/runs/DeskRun.h"
+
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/runs/AdjustRun.h"
+#include "apps/desk/runs/CompileRun.h"
+#include "apps/desk/runs/ExportRun.h"
+#include "apps/desk/runs/ImportRun.h"
+#include "apps/desk/runs/ThreadCall.h"
+
+namespace runs {
+
+DeskRun makeImport(Document& document, const QString& filePath)
+{
+    DeskRun run;
+    run.protocolType = enums::Import;
+    run.function = [&document, filePath, failure = run.failure](qor::IProcessMonitor& monitor) {
+        const NetworkTaker takeNetwork = [&](const levelling::Network& network, NetworkSnapshot& snapshot) {
+            return callInThread(document, monitor, [&] {
+                document.setNetwork(network);
+                snapshot = document.getSnapshot();
+            });
+        };
+        *failure = runImport(monitor, filePath, takeNetwork);
+    };
+    run.takeResults = [] {};
+    return run;
+}
+
+DeskRun makeCompile(const Document& document, LevellingClass levellingClass)
+{
+    DeskRun run;
+    run.protocolType = enums::Compile;
+    run.function = [snapshot = document.getSnapshot(), levellingClass](qor::IProcessMonitor& monitor) {
+        runCompile(monitor, snapshot, levellingClass);
+    };
+    run.takeResults = [] {};
+    return run;
+}
+
+DeskRun makeAdjust(Document& document)
+{
+    DeskRun run;
+    run.protocolType = enums::Adjust;
+    const auto adjustment = std::make_shared<std::optional<levelling::Adjustment>>();
+    run.function = [snapshot = document.getSnapshot(), adjustment](qor::IProcessMonitor& monitor) {
+        *adjustment = runAdjust(monitor, snapshot);
+    };
+    run.takeResults = [&document, adjustment] {
+        if (*adjustment)
+            document.setAdjustment(**adjustment);
+    };
+    return run;
+}
+
+DeskRun makeExport(const Document& document, const QString& filePath)
+{
+    std::vector<ExportedHeight> heights;
+    for (const LevellingPoint* point : document.getPoints()) {
+        ExportedHeight height{point->getName(), point->getId(), std::nullopt, 0.0};
+        if (const auto& result = point->getResult()) {
+            height.height = result->height;
+            height.sigma = result->sigma;
+        }
+        heights.push_back(height);
+    }
+    DeskRun run;
+    run.protocolType = enums::Export;
+    run.function = [heights, filePath, failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure = runExport(monitor, heights, filePath);
+    };
+    run.takeResults = [] {};
+    return run;
+}
+
+} // namespace runs

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "apps/desk/runs/LevellingClass.h"
+#include "host/process/IProcessMonitor.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class Document;
+
+/// A processing run of the desk, ready to be started.
+struct DeskRun
+{
+    int protocolType = 0;
+    /// The work, done in the run's thread.
+    std::function<void(qor::IProcessMonitor&)> function;
+    /// Takes over what the work gave; called in the window's thread when the run ended without interruption.
+    std::function<void()> takeResults;
+    /// Why the run gave nothing, as plain text; empty if it did its work. To be read after the run.
+    std::shared_ptr<QString> failure = std::make_shared<QString>();
+};
+
+/// Makes runs on the document as it is at this moment. The document outlives them.
+namespace runs {
+
+DeskRun makeImport(Document& document, const QString& filePath);
+DeskRun makeCompile(const Document& document, LevellingClass levellingClass);
+DeskRun makeAdjust(Document& document);
+/// Export of the adjusted heights as CSV.
+DeskRun makeExport(const Document& document, const QString& filePath);
+
+} // namespace runs

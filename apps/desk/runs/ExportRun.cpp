@@ -1,0 +1,77 @@
+#include "apps/desk/runs/ExportRun.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/runs/NumberTexts.h"
+#include "apps/desk/runs/RunLines.h"
+#include "host/files/CFileException.h"
+#include "host/files/QtFile.h"
+
+#include <algorithm>
+
+namespace {
+
+/// A CSV field: in quotes where commas, quotes or line breaks ask for it.
+QString toField(const QString& text)
+{
+    const bool needsQuotes = std::any_of(text.begin(), text.end(), [](QChar character) {
+        return character == QLatin1Char(',') || character == QLatin1Char('"') ||
+               character == QLatin1Char('\n') || character == QLatin1Char('\r');
+    });
+    if (!needsQuotes)
+        return text;
+    QString doubled = text;
+    doubled.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return QLatin1Char('"') + doubled + QLatin1Char('"');
+}
+
+QByteArray toCsv(const std::vector<ExportedHeight>& heights)
+{
+    QString csv = QStringLiteral("point,height_m,sigma_mm\n");
+    for (const ExportedHeight& height : heights) {
+        if (height.height)
+            csv += QStringLiteral("%1,%2,%3\n")
+                       .arg(toField(height.point), numbers::height(*height.height),
+                            numbers::fixed(height.sigma, 3));
+    }
+    return csv.toUtf8();
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write(bytes);
+    file.close();
+}
+
+} // namespace
+
+QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeight>& heights,
+                  const QString& filePath)
+{
+    const NetworkSnapshot noNetwork;
+    RunLines lines(monitor, noNetwork);
+    const auto count = std::count_if(heights.begin(), heights.end(),
+                                     [](const ExportedHeight& height) { return height.height.has_value(); });
+    if (count == 0) {
+        const QString failure = Desk::tr("Выводить нечего: сеть не уравнена. Сначала выполните уравнивание.");
+        lines.error(failure);
+        return failure;
+    }
+    try {
+        writeFile(filePath, toCsv(heights));
+    } catch (const qor::CFileException& error) {
+        const QString failure = QString::fromStdWString(error.getText());
+        lines.error(RunLines::escape(failure));
+        return failure;
+    }
+    for (const ExportedHeight& height : heights) {
+        if (!height.height)
+            lines.warning(Desk::tr("Пункт %1 не выведен: его высота не определена")
+                              .arg(QString::fromStdWString(monitor.getItemLink(
+                                  height.id, RunLines::escape(height.point).toStdWString()))));
+    }
+    lines.message(Desk::tr("Файл: %1, высот: %2").arg(RunLines::escape(filePath), QString::number(count)));
+    monitor.setPercentage(100);
+    return QString();
+}

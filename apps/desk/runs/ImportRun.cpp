@@ -1,0 +1,124 @@
+#include "apps/desk/runs/ImportRun.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/runs/NumberTexts.h"
+#include "apps/desk/runs/ProblemTexts.h"
+#include "apps/desk/runs/RunLines.h"
+#include "levelling/GkfReader.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+namespace {
+
+using levelling::Problem;
+using levelling::ProblemKind;
+
+/// Whether the arguments of the kind begin with that many names of points.
+int countNamedPoints(ProblemKind kind)
+{
+    switch (kind) {
+    case ProblemKind::PointRepeated:
+    case ProblemKind::PointUndeclared:
+    case ProblemKind::PointWithoutRole:
+    case ProblemKind::PointFixedAndAdjusted:
+    case ProblemKind::FixedPointWithoutHeight:
+    case ProblemKind::HeightUnusable:
+        return 1;
+    case ProblemKind::SectionWithoutPoint:
+    case ProblemKind::SectionSameEnds:
+    case ProblemKind::SectionWithoutValue:
+    case ProblemKind::SectionWithoutWeight:
+    case ProblemKind::DistanceUnusable:
+    case ProblemKind::StdevUnusable:
+    case ProblemKind::VarianceUnusable:
+        return 2;
+    default:
+        return 0;
+    }
+}
+
+/// Writes the problems of a file, the items in them as links.
+class ProblemWriter
+{
+public:
+    ProblemWriter(RunLines& runLines, const levelling::Network& network) : lines(runLines)
+    {
+        int index = 0;
+        for (const levelling::Point& point : network.points)
+            indexOfPoint.insert(point.id, index++);
+    }
+
+    void write(const Problem& problem)
+    {
+        const QString text = problems::describe(problem, linkArguments(problem));
+        if (problem.severity == levelling::Severity::Warning)
+            lines.warning(text);
+        else
+            lines.error(text);
+    }
+
+private:
+    QStringList linkArguments(const Problem& problem)
+    {
+        const int namedPoints = countNamedPoints(problem.kind);
+        QStringList arguments;
+        for (const QString& argument : problem.arguments) {
+            const auto point = indexOfPoint.constFind(argument);
+            const bool isPoint = arguments.size() < namedPoints && point != indexOfPoint.constEnd();
+            arguments.append(isPoint ? lines.point(*point) : RunLines::escape(argument));
+        }
+        return arguments;
+    }
+
+    RunLines& lines;
+    QHash<QString, int> indexOfPoint;
+};
+
+void describeNetwork(RunLines& lines, const levelling::Network& network)
+{
+    const auto fixedPoints = std::count_if(network.points.begin(), network.points.end(),
+                                           [](const levelling::Point& point) { return point.fixed; });
+    if (!network.description.isEmpty())
+        lines.message(Desk::tr("Описание: %1").arg(RunLines::escape(network.description.simplified())));
+    lines.message(Desk::tr("Прочитано пунктов: %1, из них исходных реперов: %2; секций: %3")
+                      .arg(QString::number(network.points.size()), QString::number(fixedPoints),
+                           QString::number(network.sections.size())));
+    const bool isApriori = network.parameters.sigmaAct == levelling::SigmaAct::Apriori;
+    lines.message(Desk::tr("Априорная СКО на 1 км хода: %1 мм; результаты оцениваются по %2 СКО")
+                      .arg(numbers::sigma(network.parameters.sigmaApriori),
+                           isApriori ? Desk::tr("априорной") : Desk::tr("апостериорной")));
+}
+
+} // namespace
+
+QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork)
+{
+    NetworkSnapshot snapshot;
+    RunLines lines(monitor, snapshot);
+    monitor.startStage(Desk::tr("Чтение файла").toStdWString());
+    lines.service(Desk::tr("Файл: %1").arg(RunLines::escape(filePath)));
+    const levelling::GkfResult file = levelling::GkfReader::readFile(filePath);
+    monitor.finishCurrentStage();
+    if (file.fatal) {
+        const QString failure = problems::describeFailure(filePath, *file.fatal);
+        lines.error(RunLines::escape(failure));
+        return failure;
+    }
+    // The items must be there before lines link to them.
+    if (!takeNetwork(file.network, snapshot))
+        return QString();
+
+    ProblemWriter problemWriter(lines, snapshot.network);
+    size_t done = 0;
+    for (const Problem& problem : file.problems) {
+        if (!lines.isRunning())
+            return QString();
+        problemWriter.write(problem);
+        lines.setProgress(++done, file.problems.size());
+    }
+    describeNetwork(lines, snapshot.network);
+    monitor.setPercentage(100);
+    return QString();
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "apps/desk/document/NetworkSnapshot.h"
+#include "host/process/IProcessMonitor.h"
+
+#include <QString>
+
+#include <functional>
+
+/// Puts a network into the project, in the window's thread, and gives its snapshot; false if the run was
+/// stopped before.
+using NetworkTaker = std::function<bool(const levelling::Network& network, NetworkSnapshot& snapshot)>;
+
+/// Reads a levelling network from a file (.gkf) and has the project take it. Every part of the file that was
+/// not used as it stands becomes a line that names the line number.
+///
+/// Returns why the file gave no network, as plain text; empty if it did or if the run was stopped.
+QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork);

@@ -1,0 +1,51 @@
+#include "apps/desk/runs/NumberTexts.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace numbers {
+
+QString fixed(double value, int decimals)
+{
+    const QString text = QString::number(value, 'f', decimals);
+    const bool isZero = std::none_of(text.begin(), text.end(), [](QChar character) {
+        return character >= QLatin1Char('1') && character <= QLatin1Char('9');
+    });
+    return isZero && text.startsWith(QLatin1Char('-')) && std::isfinite(value) ? text.mid(1) : text;
+}
+
+QString withSign(double value, int decimals)
+{
+    const QString text = fixed(value, decimals);
+    return text.startsWith(QLatin1Char('-')) ? text : QLatin1Char('+') + text;
+}
+
+QString significant(double value, int digits)
+{
+    if (value == 0.0 || !std::isfinite(value))
+        return fixed(value, digits - 1);
+    const int leading = static_cast<int>(std::floor(std::log10(std::abs(value)))) + 1;
+    return fixed(value, std::max(0, digits - leading));
+}
+
+QString height(double metres)
+{
+    return fixed(metres, 5);
+}
+
+QString length(double kilometres)
+{
+    return fixed(kilometres, 3);
+}
+
+QString misclosure(double millimetres)
+{
+    return withSign(millimetres, 2);
+}
+
+QString sigma(double millimetres)
+{
+    return significant(millimetres, 4);
+}
+
+} // namespace numbers

@@ -1,0 +1,111 @@
+#include "apps/desk/runs/ProblemTexts.h"
+
+#include "apps/desk/Desk.h"
+
+namespace problems {
+
+namespace {
+
+using levelling::Problem;
+using levelling::ProblemKind;
+
+QString failureReason(const Problem& problem)
+{
+    const QString argument = problem.arguments.value(0);
+    switch (problem.kind) {
+    case ProblemKind::FileNotReadable:
+        return Desk::tr("файл не читается: %1").arg(argument);
+    case ProblemKind::WrongRoot:
+        return Desk::tr("это не файл нивелирной сети: корневой элемент <%1>, а нужен <gama-local>")
+            .arg(argument);
+    default:
+        return Desk::tr("ошибка XML: %1").arg(argument);
+    }
+}
+
+/// The sentence, with "%1" and so on for the arguments.
+QString sentence(ProblemKind kind)
+{
+    switch (kind) {
+    case ProblemKind::UnknownElement:
+        return Desk::tr("неизвестный элемент &lt;%1&gt; внутри &lt;%2&gt; пропущен со всем содержимым");
+    case ProblemKind::ParameterUnusable:
+        return Desk::tr("параметр %1 имеет непригодное значение «%2», принято значение по умолчанию");
+    case ProblemKind::PointWithoutId:
+        return Desk::tr("пункт без имени (id) пропущен");
+    case ProblemKind::PointRepeated:
+        return Desk::tr("пункт %1 объявлен повторно (впервые в строке %2), действует позднее объявление");
+    case ProblemKind::PointUndeclared:
+        return Desk::tr("пункт %1 не объявлен, принят определяемым");
+    case ProblemKind::PointWithoutRole:
+        return Desk::tr("пункт %1 не назван ни исходным (fix), ни определяемым (adj), принят определяемым");
+    case ProblemKind::PointFixedAndAdjusted:
+        return Desk::tr("пункт %1 назван и исходным (fix), и определяемым (adj), принят исходным");
+    case ProblemKind::FixedPointWithoutHeight:
+        return Desk::tr("у исходного пункта %1 нет отметки, принят определяемым");
+    case ProblemKind::HeightUnusable:
+        return Desk::tr("пункт %1: непригодная отметка «%2», считается не заданной");
+    case ProblemKind::SectionWithoutPoint:
+        return Desk::tr("секция «%1» – «%2» без начального или конечного пункта пропущена");
+    case ProblemKind::SectionSameEnds:
+        return Desk::tr("секция %1 – %2 начинается и кончается на одном пункте, пропущена");
+    case ProblemKind::SectionWithoutValue:
+        return Desk::tr("секция %1 – %2: непригодное превышение «%3», секция пропущена");
+    case ProblemKind::SectionWithoutWeight:
+        return Desk::tr("секция %1 – %2: нет ни длины (dist), ни СКО (stdev), секция пропущена");
+    case ProblemKind::DistanceUnusable:
+        return Desk::tr("секция %1 – %2: непригодная длина «%3», считается не заданной");
+    case ProblemKind::StdevUnusable:
+        return Desk::tr("секция %1 – %2: непригодная СКО «%3», считается не заданной");
+    case ProblemKind::VarianceUnusable:
+        return Desk::tr("секция %1 – %2: непригодная дисперсия «%3», считается не заданной");
+    case ProblemKind::CovarianceUnusable:
+        return Desk::tr(
+            "ковариационная матрица (dim «%1», band «%2») не подходит к числу секций %3, пропущена");
+    case ProblemKind::CorrelationsIgnored:
+        return Desk::tr(
+            "корреляции измерений не учитываются: ненулевых ковариаций %1, взяты только дисперсии");
+    case ProblemKind::OtherObservation:
+        return Desk::tr("измерение &lt;%1&gt; («%2» – «%3») не является превышением, пропущено");
+    case ProblemKind::NoSections:
+        return Desk::tr("в файле нет ни одной пригодной секции, вычислять нечего");
+    case ProblemKind::FileNotReadable:
+    case ProblemKind::MalformedXml:
+    case ProblemKind::WrongRoot:
+        break;
+    }
+    return Desk::tr("файл не читается: %1");
+}
+
+} // namespace
+
+QString describeFailure(const QString& filePath, const Problem& problem)
+{
+    const QString reason = failureReason(problem);
+    if (problem.line == 0)
+        return QStringLiteral("%1: %2").arg(filePath, reason);
+    return Desk::tr("%1, строка %2: %3").arg(filePath, QString::number(problem.line), reason);
+}
+
+QString describe(const Problem& problem, const QStringList& arguments)
+{
+    QString text = sentence(problem.kind);
+    switch (arguments.size()) {
+    case 0:
+        break;
+    case 1:
+        text = text.arg(arguments[0]);
+        break;
+    case 2:
+        text = text.arg(arguments[0], arguments[1]);
+        break;
+    default:
+        text = text.arg(arguments[0], arguments[1], arguments[2]);
+        break;
+    }
+    if (problem.line == 0)
+        return text;
+    return Desk::tr("Строка %1: %2").arg(QString::number(problem.line), text);
+}
+
+} // namespace problems

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "apps/desk/document/NetworkSnapshot.h"
+#include "host/process/IProcessMonitor.h"
+
+#include <QHash>
+#include <QString>
+
+/// Writes the lines of a run: points and sections as links, texts of files escaped.
+///
+/// Texts that go into a line with others are put there by one QString::arg() of several arguments: names may
+/// hold "%1".
+class RunLines
+{
+public:
+    /// Both outlive the lines.
+    RunLines(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot);
+
+    /// Text of a file as part of a line: shown as these characters, and read by nobody as a link.
+    static QString escape(const QString& text);
+
+    /// Link to the point with its name.
+    QString point(int index);
+    /// Link to the section with its name.
+    QString section(int index);
+
+    /// An error line, and so on. The text is HTML.
+    void error(const QString& text);
+    void warning(const QString& text);
+    void message(const QString& text);
+    void service(const QString& text);
+
+    /// Whether the run should go on.
+    bool isRunning() const { return monitor.isProcessRunning(); }
+    /// Tells how much of the work is done.
+    void setProgress(size_t done, size_t all);
+
+private:
+    QString link(LONGID id, const QString& text);
+
+    qor::IProcessMonitor& monitor;
+    const NetworkSnapshot& snapshot;
+    QHash<LONGID, QString> links;
+};

@@ -1,0 +1,350 @@
+#include "tests/desk/DeskProcess.h"
+#include "tests/support/MessageText.h"
+#include "tests/support/TestFiles.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// The desk without a display, end to end: files in, pages and files out.
+class TestHeadless : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void twoBenchmarksGivePublishedFigures();
+    void oneBenchmarkGivesPublishedFigures();
+    void equalLengthsGivePublishedFigures();
+    void wholePagesOfSmallNetwork_data();
+    void wholePagesOfSmallNetwork();
+    void csvOfSmallNetwork();
+    void dataFileIsCopied();
+    void eachRunHasOneLine();
+    void runsKeepTheirOrder();
+    void savedProjectKeepsProtocol();
+    void savedProjectIsSavedTheSameAgain();
+    void badUsageIsRefused_data();
+    void badUsageIsRefused();
+    void badInputIsRefused_data();
+    void badInputIsRefused();
+    void damagedProjectIsRefused_data();
+    void damagedProjectIsRefused();
+    void helpAndVersion();
+
+private:
+    QString path(const QString& name) const { return folder->filePath(name); }
+    QString text(const QString& name) const { return QString::fromUtf8(readFile(path(name))); }
+    /// The text of a page without its mark-up, one line per element.
+    QString plainText(const QString& name) const;
+    DeskProcess run(const QStringList& arguments) const
+    {
+        return DeskProcess::run(folder->path(), arguments);
+    }
+
+    QScopedPointer<QTemporaryDir> folder;
+};
+
+namespace {
+
+const QString kData = QStringLiteral(DESK_TEST_DATA);
+const QString kSamples = QStringLiteral(DESK_SAMPLES);
+
+/// Those of the texts that do not stand in the page.
+QStringList findMissing(const QString& page, const std::vector<const char*>& texts)
+{
+    QStringList missing;
+    for (const char* text : texts) {
+        if (!page.contains(QString::fromUtf8(text)))
+            missing.append(QString::fromUtf8(text));
+    }
+    return missing;
+}
+
+QStringList words(const char* text)
+{
+    return QString::fromUtf8(text).split(QLatin1Char(' '));
+}
+
+} // namespace
+
+void TestHeadless::init()
+{
+    folder.reset(new QTemporaryDir);
+    QVERIFY(folder->isValid());
+    for (const char* sample : {"two-benchmarks.gkf", "one-benchmark.gkf", "blunder.gkf"}) {
+        const QString name = QLatin1String(sample);
+        QVERIFY(QFile::copy(kSamples + QLatin1Char('/') + name, path(name)));
+    }
+    QVERIFY(QFile::copy(kData + QStringLiteral("/small.gkf"), path(QStringLiteral("small.gkf"))));
+}
+
+QString TestHeadless::plainText(const QString& name) const
+{
+    QString plain = text(name);
+    return plain.remove(QRegularExpression(QStringLiteral("<[^>]*>")));
+}
+
+void TestHeadless::twoBenchmarksGivePublishedFigures()
+{
+    const DeskProcess desk =
+        run(words("--import two-benchmarks.gkf --run compile --run adjust --export out.csv --pages pages"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.exitCode, 0);
+    QCOMPARE(text(QStringLiteral("out.csv")), QStringLiteral("point,height_m,sigma_mm\n"
+                                                             "BMX,100.00000,0.000\n"
+                                                             "BMY,107.50000,0.000\n"
+                                                             "A,105.15040,32.756\n"
+                                                             "B,104.48920,29.759\n"
+                                                             "C,106.19720,29.035\n"));
+    const QString adjust = plainText(QStringLiteral("pages/Adjust.html"));
+    QCOMPARE(
+        findMissing(adjust, {"Число степеней свободы: 4\n", "[pvv] = 3832.00000 ", "апостериорная 30.952 мм",
+                             "Пункт A: H = 105.15040 м, СКО априорная 1.058 мм, апостериорная 32.76 мм\n",
+                             "Пункт B: H = 104.48920 м, СКО априорная 0.961 мм, апостериорная 29.76 мм\n",
+                             "Пункт C: H = 106.19720 м, СКО априорная 0.938 мм, апостериорная 29.04 мм\n",
+                             "BMX – A: h = 5.10000 м, v = +50.40 мм", "A – BMY: h = 2.34000 м, v = +9.60 мм",
+                             "BMY – C: h = -1.25000 м, v = -52.80 мм",
+                             "C – BMX: h = -6.13000 м, v = -67.20 мм", "A – B: h = -0.68000 м, v = +18.80 мм",
+                             "BMY – B: h = -3.00000 м, v = -10.80 мм", "B – C: h = 1.70000 м, v = +8.00 мм"}),
+        QStringList());
+    const QString compile = plainText(QStringLiteral("pages/Compile.html"));
+    QCOMPARE(
+        findMissing(compile,
+                    {"избыточных измерений: 4\n",
+                     "Ход BMX → A → BMY: невязка -60.00 мм, больше допуска ±52.92 мм, длина 7.000 км",
+                     "Ход BMY → C → BMX: невязка +120.00 мм, больше допуска ±44.72 мм, длина 5.000 км",
+                     "Полигон BMY → C → B → BMY: невязка +50.00 мм, больше допуска ±48.99 мм, длина 6.000 км",
+                     "Полигон BMY → B → A → BMY: невязка +20.00 мм, допуск ±52.92 мм, длина 7.000 км"}),
+        QStringList());
+}
+
+void TestHeadless::oneBenchmarkGivesPublishedFigures()
+{
+    const DeskProcess desk =
+        run(words("--import one-benchmark.gkf --run compile --run adjust --export out.csv --pages pages"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.exitCode, 0);
+    QCOMPARE(text(QStringLiteral("out.csv")), QStringLiteral("point,height_m,sigma_mm\n"
+                                                             "51,234.31450,0.000\n"
+                                                             "11,249.81063,2.095\n"
+                                                             "38,268.29263,2.049\n"
+                                                             "1,250.69624,2.102\n"
+                                                             "17,244.77698,1.734\n"
+                                                             "34,267.91993,2.038\n"
+                                                             "32,253.63176,1.968\n"
+                                                             "43,236.31859,1.933\n"));
+    const QString adjust = plainText(QStringLiteral("pages/Adjust.html"));
+    QCOMPARE(findMissing(adjust, {"Число степеней свободы: 8\n", "[pvv] = 3.74232 ",
+                                  "апостериорная 2.0519 мм; отношение 0.68395, ",
+                                  "Наибольшая нормированная поправка: секция 51 – 1, 1.56, предел 3\n"}),
+             QStringList());
+    const QString compile = plainText(QStringLiteral("pages/Compile.html"));
+    QCOMPARE(compile.count(QString::fromUtf8("Полигон ")), 8);
+    QVERIFY(compile.contains(QString::fromUtf8("Полигон 51 → 1 → 17 → 51: невязка -8.60 мм")));
+}
+
+void TestHeadless::equalLengthsGivePublishedFigures()
+{
+    const QString network =
+        text(QStringLiteral("two-benchmarks.gkf"))
+            .replace(QRegularExpression(QStringLiteral("dist *= *\"[0-9]\"")), QStringLiteral("dist=\"1\""));
+    writeFile(path(QStringLiteral("equal.gkf")), network.toUtf8());
+    const DeskProcess desk = run(words("--import equal.gkf --run adjust --pages pages"));
+    QCOMPARE(desk.exitCode, 0);
+    const QString adjust = plainText(QStringLiteral("pages/Adjust.html"));
+    QCOMPARE(findMissing(adjust, {"A: H = 105.14095 м", "B: H = 104.48286 м", "C: H = 106.18762 м",
+                                  "апостериорная 50.119 мм"}),
+             QStringList());
+}
+
+void TestHeadless::wholePagesOfSmallNetwork_data()
+{
+    QTest::addColumn<QString>("page");
+    for (const char* page : {"Import", "Compile", "Adjust", "Export"})
+        QTest::newRow(page) << QString::fromLatin1(page);
+}
+
+void TestHeadless::wholePagesOfSmallNetwork()
+{
+    QFETCH(QString, page);
+    const DeskProcess desk =
+        run(words("--import small.gkf --run compile --run adjust --export heights.csv --pages pages"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(withoutDates(text(QStringLiteral("pages/%1.html").arg(page))),
+             QString::fromUtf8(readFile(QStringLiteral(DESK_EXPECTED "/%1.html").arg(page))));
+}
+
+void TestHeadless::csvOfSmallNetwork()
+{
+    QCOMPARE(run(words("--import small.gkf --run adjust --export heights.csv")).exitCode, 0);
+    QCOMPARE(text(QStringLiteral("heights.csv")), QStringLiteral("point,height_m,sigma_mm\n"
+                                                                 "R1,100.00000,0.000\n"
+                                                                 "R2,103.00000,0.000\n"
+                                                                 "<img src=x>id=7,101.00140,1.265\n"
+                                                                 "%1,103.50000,1.000\n"));
+}
+
+void TestHeadless::dataFileIsCopied()
+{
+    QCOMPARE(run(words("--import small.gkf --data data.xml")).exitCode, 0);
+    QCOMPARE(withoutDates(text(QStringLiteral("data.xml"))),
+             QString::fromUtf8(readFile(QStringLiteral(DESK_EXPECTED "/data.xml"))));
+}
+
+void TestHeadless::eachRunHasOneLine()
+{
+    const DeskProcess desk =
+        run(words("--import blunder.gkf --run compile --run adjust --export heights.csv --pages pages"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.output,
+             QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3; pages/Import.html\n"
+                            "Предобработка: ошибок 3, предупреждений 0, сообщений 11; "
+                            "pages/Compile.html\n"
+                            "Уравнивание: ошибок 10, предупреждений 3, сообщений 28; "
+                            "pages/Adjust.html\n"
+                            "Экспорт: ошибок 0, предупреждений 3, сообщений 1; pages/Export.html\n"));
+}
+
+void TestHeadless::runsKeepTheirOrder()
+{
+    const DeskProcess desk = run(words("--import two-benchmarks.gkf --run adjust --run compile"));
+    QCOMPARE(desk.output, QStringLiteral("Импорт: ошибок 0, предупреждений 0, сообщений 3\n"
+                                         "Уравнивание: ошибок 8, предупреждений 1, сообщений 12\n"
+                                         "Предобработка: ошибок 3, предупреждений 0, сообщений 2\n"));
+}
+
+void TestHeadless::savedProjectKeepsProtocol()
+{
+    QCOMPARE(run(words("--import small.gkf --run adjust --data first.xml --save a.orvel")).exitCode, 0);
+    const DeskProcess desk =
+        run(words("--open a.orvel --export heights.csv --data second.xml --pages pages"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.output,
+             QStringLiteral("Экспорт: ошибок 0, предупреждений 1, сообщений 1; pages/Export.html\n"));
+    const QString second = text(QStringLiteral("second.xml"));
+    // What the adjustment wrote still stands before the lines of the export.
+    const QString first = text(QStringLiteral("first.xml")).remove(QStringLiteral("</messagelist>\n"));
+    QVERIFY(first.contains(QStringLiteral("[pvv] = ")));
+    QVERIFY(second.startsWith(first));
+    QVERIFY(text(QStringLiteral("heights.csv")).contains(QStringLiteral("R2,103.00000,0.000\n")));
+}
+
+void TestHeadless::savedProjectIsSavedTheSameAgain()
+{
+    QCOMPARE(run(words("--import blunder.gkf --run adjust --save a.orvel")).exitCode, 0);
+    QCOMPARE(run(words("--open a.orvel --save b.orvel")).exitCode, 0);
+    QCOMPARE(readFile(path(QStringLiteral("b.orvel"))), readFile(path(QStringLiteral("a.orvel"))));
+}
+
+void TestHeadless::badUsageIsRefused_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("nothing to read") << ""
+                                     << "с --headless нужен --import FILE или --open FILE";
+    QTest::newRow("unknown option") << "--import small.gkf --quick"
+                                    << "неизвестный параметр --quick";
+    QTest::newRow("unknown run") << "--import small.gkf --run solve"
+                                 << "неизвестная обработка «solve»: --run compile или adjust";
+    QTest::newRow("no value") << "--import small.gkf --run"
+                              << "после --run нет значения";
+    QTest::newRow("twice") << "--import small.gkf --import small.gkf"
+                           << "--import указан дважды";
+    QTest::newRow("class") << "--import small.gkf --class V"
+                           << "неизвестный класс нивелирования «V»: --class I, II, III или IV";
+    QTest::newRow("language") << "--import small.gkf --language de"
+                              << "неизвестный язык «de»: --language ru или en";
+    QTest::newRow("export before adjustment")
+        << "--import small.gkf --export out.csv"
+        << "Выводить нечего: сеть не уравнена. Сначала выполните уравнивание.";
+}
+
+void TestHeadless::badUsageIsRefused()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, error);
+    const DeskProcess desk = run(arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+    QCOMPARE(desk.errors, QStringLiteral("orvel-desk: %1\n").arg(error));
+    QCOMPARE(desk.exitCode, 2);
+    QCOMPARE(desk.output, QString());
+    QVERIFY(!QFile::exists(path(QStringLiteral("out.csv"))));
+}
+
+void TestHeadless::badInputIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("empty") << QByteArray() << "bad.gkf, строка 1: ошибка XML: Premature end of document.";
+    QTest::newRow("truncated") << QByteArray("<gama-local>\n<network>\n")
+                               << "bad.gkf, строка 3: ошибка XML: Premature end of document.";
+    QTest::newRow("not XML") << QByteArray("point;height\n")
+                             << "bad.gkf, строка 1: ошибка XML: Start tag expected.";
+    QTest::newRow("other root")
+        << QByteArray("<?xml version=\"1.0\"?>\n<survey/>\n")
+        << "bad.gkf, строка 2: это не файл нивелирной сети: корневой элемент <survey>, а нужен <gama-local>";
+}
+
+void TestHeadless::badInputIsRefused()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, error);
+    writeFile(path(QStringLiteral("bad.gkf")), content);
+    const DeskProcess desk = run(words("--import bad.gkf --run adjust --save a.orvel"));
+    QCOMPARE(desk.errors, QStringLiteral("orvel-desk: %1\n").arg(error));
+    QCOMPARE(desk.exitCode, 2);
+    QCOMPARE(desk.output, QString());
+    QVERIFY(!QFile::exists(path(QStringLiteral("a.orvel"))));
+}
+
+void TestHeadless::damagedProjectIsRefused_data()
+{
+    QTest::addColumn<int>("kept");
+    QTest::addColumn<int>("changed");
+    QTest::addColumn<QString>("reason");
+    const QString damaged = QStringLiteral("файл проекта повреждён или обрезан");
+    QTest::newRow("empty") << 0 << -1 << damaged;
+    QTest::newRow("cut off in the header") << 6 << -1 << damaged;
+    QTest::newRow("cut off") << 200 << -1 << damaged;
+    QTest::newRow("one byte changed") << -1 << 100 << damaged;
+    QTest::newRow("another kind of file") << -1 << 0 << QStringLiteral("это не файл проекта");
+    QTest::newRow("newer") << -1 << 7
+                           << QStringLiteral(
+                                  "файл записан более новой версией программы (формат 254, эта версия "
+                                  "понимает формат 1)");
+}
+
+void TestHeadless::damagedProjectIsRefused()
+{
+    QFETCH(int, kept);
+    QFETCH(int, changed);
+    QFETCH(QString, reason);
+    QCOMPARE(run(words("--import small.gkf --save a.orvel")).exitCode, 0);
+    QByteArray bytes = readFile(path(QStringLiteral("a.orvel")));
+    if (kept >= 0)
+        bytes.truncate(kept);
+    if (changed >= 0)
+        bytes[changed] = static_cast<char>(~bytes[changed]);
+    writeFile(path(QStringLiteral("a.orvel")), bytes);
+    const DeskProcess desk = run(words("--open a.orvel --save b.orvel"));
+    QCOMPARE(desk.errors, QStringLiteral("orvel-desk: a.orvel: %1\n").arg(reason));
+    QCOMPARE(desk.exitCode, 2);
+    QVERIFY(!QFile::exists(path(QStringLiteral("b.orvel"))));
+}
+
+void TestHeadless::helpAndVersion()
+{
+    const DeskProcess version = DeskProcess::runPlain(folder->path(), words("--version"));
+    QCOMPARE(version.output, QStringLiteral("orvel-desk 1.0.0\n"));
+    QCOMPARE(version.errors, QString());
+    QCOMPARE(version.exitCode, 0);
+    const DeskProcess help = DeskProcess::runPlain(folder->path(), words("--help"));
+    QVERIFY(help.output.startsWith(QStringLiteral("Использование:\n")));
+    QCOMPARE(help.errors, QString());
+    QCOMPARE(help.exitCode, 0);
+}
+
+QTEST_GUILESS_MAIN(TestHeadless)
+#include "tst_headless.moc"
