@@ -58,6 +58,9 @@ QtFile::~QtFile() = default;
 void QtFile::open(QIODevice::OpenMode mode)
 {
     file.reset();
+    // A file would be written beside an empty name, that is into the current folder.
+    if (path.isEmpty())
+        fail(qor::CFileException::CannotOpen, path, QCoreApplication::translate("Host", "имя файла пусто"));
     const QIODevice::OpenMode direction = mode & ~(QIODevice::Text | QIODevice::Truncate);
     if (direction == QIODevice::ReadOnly)
         openForReading(mode);
