@@ -1,0 +1,51 @@
+// Does one thing with an Application, for tests that look at it from outside.
+
+#include "host/app/Application.h"
+#include "host/files/CFileException.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr int kBadUsage = 2;
+constexpr int kNoTempFolder = 3;
+
+QString locate(const QString& command, const QString& name)
+{
+    return command == QLatin1String("locate-folder")
+               ? Application::locateData(name, QStandardPaths::LocateDirectory)
+               : Application::locateData(name);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QCoreApplication qtApplication(argc, argv);
+    const QString command = QCoreApplication::arguments().value(1);
+    const QString argument = QCoreApplication::arguments().value(2);
+    if (command == QLatin1String("bare-warning")) {
+        Application::warning(argument, nullptr);
+        return 0;
+    }
+
+    std::unique_ptr<Application> application;
+    try {
+        application = std::make_unique<Application>();
+    } catch (const qor::CFileException& e) {
+        std::fputs(e.what(), stderr);
+        return kNoTempFolder;
+    }
+    if (command == QLatin1String("warning"))
+        Application::warning(argument, nullptr);
+    else if (command == QLatin1String("temp-folder"))
+        std::fputs(qUtf8Printable(Application::getTempFolder()), stdout);
+    else if (command.startsWith(QLatin1String("locate")))
+        std::fputs(qUtf8Printable(locate(command, argument)), stdout);
+    else
+        return kBadUsage;
+    return 0;
+}
