@@ -1,6 +1,7 @@
 #include "Orvel/store/COrvel.h"
 #include "host/files/CFileException.h"
 #include "host/files/QtFile.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/MessageText.h"
 #include "tests/support/OrvelTestAccess.h"
 #include "tests/support/ProtocolFixture.h"
@@ -12,11 +13,9 @@
 #include <QTextCodec>
 #include <QtTest>
 
-#include <csignal>
 #include <cstdio>
 #include <limits>
 #include <memory>
-#include <sys/resource.h>
 
 using Access = OrvelTestAccess;
 
@@ -75,29 +74,6 @@ QString openFailure(const QString& path, QIODevice::OpenMode mode)
     }
     return QString();
 }
-
-/// Lets no file of this process grow beyond a size, as a full disk would.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes) : oldHandler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &oldLimit);
-        const rlimit limit = {bytes, oldLimit.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &oldLimit);
-        std::signal(SIGXFSZ, oldHandler);
-    }
-
-private:
-    void (*oldHandler)(int);
-    rlimit oldLimit = {};
-};
 
 /// This program again, reading a data file; see readInChild().
 class ReadingChild
