@@ -21,7 +21,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScopedValueRollback>
-#include <QStyle>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QTimer>
@@ -420,10 +419,10 @@ void CProcessMonitor::createWidgets()
 
 QLayout* CProcessMonitor::createButtonRow()
 {
-    stopButton = createButton(Text::tr("&Остановить"), QStyle::SP_MediaStop);
-    pauseButton = createButton(Text::tr("П&ауза"), QStyle::SP_MediaPause);
-    protocolButton = createButton(Text::tr("&Протокол"), QStyle::SP_FileDialogDetailedView);
-    closeButton = createButton(Text::tr("&Закрыть"), QStyle::SP_DialogCloseButton);
+    stopButton = createButton(Text::tr("&Остановить"));
+    pauseButton = createButton(Text::tr("П&ауза"));
+    protocolButton = createButton(Text::tr("&Протокол"));
+    closeButton = createButton(Text::tr("&Закрыть"));
     protocolButton->setToolTip(Text::tr("Показать протокол выполнения"));
     connect(stopButton, &QPushButton::clicked, this, [this] { askToStop(false); });
     connect(pauseButton, &QPushButton::clicked, this, [this] { setPaused(!isPaused()); });
@@ -439,9 +438,9 @@ QLayout* CProcessMonitor::createButtonRow()
     return row;
 }
 
-QPushButton* CProcessMonitor::createButton(const QString& text, QStyle::StandardPixmap icon)
+QPushButton* CProcessMonitor::createButton(const QString& text)
 {
-    auto* button = new QPushButton(style()->standardIcon(icon), text, this);
+    auto* button = new QPushButton(text, this);
     button->setAutoDefault(false); // Enter in the journal must not stop a run
     return button;
 }
@@ -569,7 +568,6 @@ void CProcessMonitor::showState()
     stopButton->setEnabled(canStop);
     pauseButton->setEnabled(canStop);
     pauseButton->setText(isPaused() ? Text::tr("Пр&одолжить") : Text::tr("П&ауза"));
-    pauseButton->setIcon(style()->standardIcon(isPaused() ? QStyle::SP_MediaPlay : QStyle::SP_MediaPause));
     // The protocol of a run is complete only when the run is over.
     protocolButton->setEnabled(!running);
     closeButton->setDefault(!running);

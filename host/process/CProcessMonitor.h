@@ -10,7 +10,6 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
-#include <QStyle>
 
 #include <functional>
 #include <memory>
@@ -147,7 +146,7 @@ protected:
 private:
     void createWidgets();
     QLayout* createButtonRow();
-    QPushButton* createButton(const QString& text, QStyle::StandardPixmap icon);
+    QPushButton* createButton(const QString& text);
     void prepareRun();
     void writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail);
     void serveRun();

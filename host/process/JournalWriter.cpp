@@ -54,7 +54,13 @@ QString getLineBreaksShown(QString html)
 JournalWriter::JournalWriter(QTextBrowser* journalBrowser) : journal(journalBrowser)
 {
     journal->setUndoRedoEnabled(false);
+    const QScrollBar* scrollBar = journal->verticalScrollBar();
+    connect(scrollBar, &QScrollBar::valueChanged, this,
+            [this, scrollBar](int value) { isAtEnd = value == scrollBar->maximum(); });
+    connect(scrollBar, &QScrollBar::rangeChanged, this, &JournalWriter::followIfAtEnd);
 }
+
+JournalWriter::~JournalWriter() = default;
 
 void JournalWriter::clear()
 {
@@ -84,18 +90,16 @@ bool JournalWriter::flush(std::chrono::milliseconds budget)
     if (waiting.empty())
         return true;
 
-    QScrollBar* scrollBar = journal->verticalScrollBar();
-    const bool isFollowing = scrollBar->value() == scrollBar->maximum();
     const QTextCursor topLine = journal->cursorForPosition(QPoint(0, 0));
     const int topLineY = journal->cursorRect(topLine).y();
 
     insertLines(std::chrono::steady_clock::now() + budget);
     trimDocument();
 
-    if (isFollowing)
-        scrollBar->setValue(scrollBar->maximum());
-    else // what the user reads stays where it is
+    if (!isAtEnd) { // what the user reads stays where it is
+        QScrollBar* scrollBar = journal->verticalScrollBar();
         scrollBar->setValue(scrollBar->value() + journal->cursorRect(topLine).y() - topLineY);
+    }
     return waiting.empty();
 }
 
@@ -110,6 +114,13 @@ QString JournalWriter::getLineHtml(Kind kind, const QString& text, const QString
         html += QStringLiteral(" <span class=\"detail\">") + getLineBreaksShown(detail) +
                 QStringLiteral("</span>");
     return html + QStringLiteral("</p>");
+}
+
+// The range changes when lines come and when the journal changes its size.
+void JournalWriter::followIfAtEnd()
+{
+    if (isAtEnd)
+        journal->verticalScrollBar()->setValue(journal->verticalScrollBar()->maximum());
 }
 
 void JournalWriter::insertLines(std::chrono::steady_clock::time_point deadline)

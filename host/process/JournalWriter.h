@@ -2,6 +2,7 @@
 
 #include "host/host_export.h"
 
+#include <QObject>
 #include <QString>
 
 #include <chrono>
@@ -18,8 +19,10 @@ class QTextCursor;
 /// A line is `<p class="K"><span class="mark">M</span> text <span class="detail">detail</span></p>`, with
 /// `error`, `warning`, `message` or `service` for K; a service line has no mark, and without a detail there
 /// is no detail span. The document's default style sheet says how they look.
-class HOST_EXPORT JournalWriter
+class HOST_EXPORT JournalWriter : public QObject
 {
+    Q_OBJECT
+
 public:
     enum class Kind { Error, Warning, Message, Service };
 
@@ -30,6 +33,7 @@ public:
 
     /// @param journalBrowser  not owned, outlives the writer
     explicit JournalWriter(QTextBrowser* journalBrowser);
+    ~JournalWriter() override;
 
     /// Empties the journal and forgets the lines that wait.
     void clear();
@@ -53,6 +57,7 @@ private:
         QString detail;
     };
 
+    void followIfAtEnd();
     void insertLines(std::chrono::steady_clock::time_point deadline);
     void insertLine(QTextCursor& cursor, const Line& line);
     void trimDocument();
@@ -61,4 +66,5 @@ private:
     std::deque<Line> waiting;
     std::deque<int> shownBlockCounts; // of each line in the document, oldest first
     qint64 omittedCount = 0;
+    bool isAtEnd = true; // the journal is scrolled to its end
 };

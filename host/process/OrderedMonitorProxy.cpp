@@ -9,7 +9,7 @@ namespace {
 // What may wait in the queue: enough for the GUI thread to have work until it comes again, and little enough
 // for any machine.
 constexpr std::size_t kCallLimit = 20000;
-constexpr std::size_t kByteLimit = 16 * 1024 * 1024;
+constexpr std::size_t kByteLimit = std::size_t(16) * 1024 * 1024;
 
 // A thread that sleeps takes long to wake up, some ten times longer than a link to make, and runs ask for one
 // link after the other. So both sides stay awake for a moment before they go to sleep; the GUI thread sees to
@@ -151,7 +151,7 @@ std::wstring OrderedMonitorProxy::getItemLink(LONGID id, const std::wstring& tex
     changed.wait(lock, [&] { return question->answered || abandoned; });
     if (question->failure)
         std::rethrow_exception(question->failure);
-    return question->answered ? std::move(question->text) : text;
+    return question->answered ? question->text : text;
 }
 
 void OrderedMonitorProxy::setFinished(bool runFailed)

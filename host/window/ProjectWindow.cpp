@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QUrl>
 
+#include <algorithm>
+
 ProjectWindow::ProjectWindow(CProjectModel* projectModel, QWidget* parent)
     : QMainWindow(parent)
     , ProjectGUI(projectModel)
@@ -37,10 +39,6 @@ void ProjectWindow::addUriNavigationHandler(std::unique_ptr<IUriNavigationHandle
 
 bool ProjectWindow::navigate(const QUrl& url)
 {
-    // By index: a handler may add handlers.
-    for (std::size_t i = 0; i < uriNavigationHandlers.size(); ++i) {
-        if (uriNavigationHandlers[i]->navigate(url))
-            return true;
-    }
-    return false;
+    return std::any_of(uriNavigationHandlers.begin(), uriNavigationHandlers.end(),
+                       [&url](const auto& handler) { return handler->navigate(url); });
 }

@@ -279,8 +279,8 @@ void TestCProcessMonitor::exceptionBecomesAnErrorLine_data()
     using qor::ErrorMessageProcessor;
     QTest::addColumn<std::function<void()>>("failure");
     QTest::addColumn<QString>("line");
-    const auto addRow = [](const char* name, std::function<void()> failure, const QString& line) {
-        QTest::newRow(name) << std::move(failure) << line;
+    const auto addRow = [](const char* name, const std::function<void()>& failure, const QString& line) {
+        QTest::newRow(name) << failure << line;
     };
     addRow(
         "host error", [] { throw exceptions::Error(L"Сеть <не> связна"); },

@@ -214,6 +214,11 @@ void TestJournalWriter::journalAtItsEndFollows()
     writer.flush(kNoLimit);
     QVERIFY(journal.verticalScrollBar()->maximum() > 0);
     QCOMPARE(journal.verticalScrollBar()->value(), journal.verticalScrollBar()->maximum());
+    journal.resize(300, 100);
+    QCOMPARE(journal.verticalScrollBar()->value(), journal.verticalScrollBar()->maximum());
+    appendNumbers(writer, 101, 110);
+    writer.flush(kNoLimit);
+    QCOMPARE(journal.verticalScrollBar()->value(), journal.verticalScrollBar()->maximum());
 }
 
 void TestJournalWriter::journalScrolledUpStays()

@@ -230,10 +230,11 @@ void TestOrderedMonitorProxy::fullQueueHoldsTheRunBack()
 void TestOrderedMonitorProxy::largeLinesFillTheQueueToo()
 {
     constexpr int kCount = 100;
+    constexpr std::size_t kLength = std::size_t(1024) * 1024 / sizeof(wchar_t); // 1 MiB
     std::atomic<int> written{0};
     Run run([&written](OrderedMonitorProxy& monitor) {
         for (; written < kCount; ++written)
-            monitor.write(std::wstring(1024 * 1024 / sizeof(wchar_t), L'x'));
+            monitor.write(std::wstring(kLength, L'x'));
     });
     run.waitForWake();
     QCOMPARE(written.load(), 15);
