@@ -94,8 +94,10 @@ QByteArray TemplateAssembler::assemble(const QString& markup, const QString& sty
     if (page.count(QStringLiteral("</div"), Qt::CaseInsensitive) != 1)
         fail(QStringLiteral("the markup must hold exactly one closing div tag"));
     fillPlaceholder(page, QStringLiteral("@policy@"), policy(styleText, scriptText));
-    fillPlaceholder(page, QStringLiteral("@style@"), styleText);
-    fillPlaceholder(page, QStringLiteral("@script@"), scriptText);
+    fillPlaceholder(page, QStringLiteral("<!-- @style@ -->"),
+                    QStringLiteral("<style>%1</style>").arg(styleText));
+    fillPlaceholder(page, QStringLiteral("<!-- @script@ -->"),
+                    QStringLiteral("<script>%1</script>").arg(scriptText));
 
     if (!isAscii(page))
         fail(QStringLiteral("the template is not pure ASCII"));

@@ -14,7 +14,8 @@ public:
     /// Largest size of an assembled template, in bytes.
     static constexpr int s_maxSize = 60 * 1024;
 
-    /// The whole template. `markup` holds the placeholders "@policy@", "@style@" and "@script@", once each.
+    /// The whole template. `markup` holds the placeholders "@policy@" (an attribute's value) and, where the
+    /// elements go, "<!-- @style@ -->" and "<!-- @script@ -->", once each.
     static QByteArray assemble(const QString& markup, const QString& style, const QString& script);
 
     /// The script module at `path` after all modules that it imports, each once, without the import

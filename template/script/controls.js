@@ -56,11 +56,18 @@ export class Controls {
       );
     for (const toggle of this.toggles) {
       const { kind } = toggle.dataset;
-      const steps = kind === "error" || kind === "warning" ? [turnButton(app, kind, -1), turnButton(app, kind, 1)] : [];
+      const steps =
+        kind === "error" || kind === "warning" ? [turnButton(app, kind, -1), turnButton(app, kind, 1)] : [];
       find("kinds").append(build("span", { class: "joined" }, toggle, ...steps));
     }
     this.alike = button(
-      { class: "toggle", id: "alike", title: say("alikeHint"), "aria-pressed": "false", click: () => app.toggleAlike() },
+      {
+        class: "toggle",
+        id: "alike",
+        title: say("alikeHint"),
+        "aria-pressed": "false",
+        click: () => app.toggleAlike(),
+      },
       say("alike"),
     );
     find("kinds").append(this.alike);

@@ -41,7 +41,9 @@ export const listen = (target, type, act, options) => target.addEventListener(ty
 /** Gives focus to an element and leaves the page where it is. */
 export const focusOn = (element) => element.focus({ preventScroll: true });
 
-export const focused = Object.getOwnPropertyDescriptor(Document.prototype, "activeElement").get.bind(document);
+export const focused = Object.getOwnPropertyDescriptor(Document.prototype, "activeElement").get.bind(
+  document,
+);
 
 export async function copyText(text) {
   try {

@@ -19,7 +19,11 @@ function readRun() {
   const date = service.findLast((line) => datePattern.test(line.textContent));
   const project = service.findLast((line) => projectPattern.test(line.textContent));
   for (const line of [title, date, project]) line?.setAttribute("hidden", "");
-  return { title: title?.textContent ?? "", date: date?.textContent ?? "", project: project?.textContent ?? "" };
+  return {
+    title: title?.textContent ?? "",
+    date: date?.textContent ?? "",
+    project: project?.textContent ?? "",
+  };
 }
 
 /** On the page of an item every line names that item: its name, or an empty text. */
@@ -48,11 +52,21 @@ export function markOf(kind) {
 
 function stageEntry(part, reveal) {
   const counts = countKinds(linesOf(part));
-  const button = build("button", { type: "button", click: () => reveal(part) }, build("b", {}, nameOf(part) || "…"));
+  const button = build(
+    "button",
+    { type: "button", click: () => reveal(part) },
+    build("b", {}, nameOf(part) || "…"),
+  );
   for (const kind of kinds)
     if (counts[kind])
       button.append(
-        build("span", { title: say(kind) }, markOf(kind), build("span", { class: "unseen" }, `${say(kind)}: `), write(counts[kind])),
+        build(
+          "span",
+          { title: say(kind) },
+          markOf(kind),
+          build("span", { class: "unseen" }, `${say(kind)}: `),
+          write(counts[kind]),
+        ),
       );
   return build("li", {}, button);
 }

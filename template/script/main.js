@@ -88,7 +88,6 @@ class App {
     listen(window, "afterprint", () => this.gather());
     listen(window, "blur", () => view.spread("find"));
     listen(window, "focus", () => this.gather());
-    new ResizeObserver(() => this.barResized()).observe(view.bar);
   }
 
   /** Makes the lines' ids and reads their texts for the search; on a long page while nothing else is to do. */
@@ -144,8 +143,7 @@ class App {
       tree.setCurrent(isHeld ? place.item : view.nearestRow(tree.current));
     } else if (!tree.current) tree.setCurrent(view.firstRow());
     this.draw(place?.item ? place : null, { hold: true });
-    if (hadFocus && tree.current && view.isLaidOut(tree.current))
-      focusOn(tree.current.element);
+    if (hadFocus && tree.current && view.isLaidOut(tree.current)) focusOn(tree.current.element);
     this.remember();
   }
 
@@ -169,7 +167,9 @@ class App {
 
   toggleKind(kind) {
     const { hidden } = this.filters;
-    this.setFilters({ hidden: hidden.includes(kind) ? hidden.filter((other) => other !== kind) : [...hidden, kind] });
+    this.setFilters({
+      hidden: hidden.includes(kind) ? hidden.filter((other) => other !== kind) : [...hidden, kind],
+    });
   }
 
   toggleAlike() {
@@ -184,7 +184,8 @@ class App {
   stated() {
     const { search, hidden, alike } = this.filters;
     const parts = [say("shown", this.shownCount, this.model.lines.length)];
-    if (hidden.length) parts.push(say("hiddenKinds", hidden.map((kind) => say(kind).toLowerCase()).join(", ")));
+    if (hidden.length)
+      parts.push(say("hiddenKinds", hidden.map((kind) => say(kind).toLowerCase()).join(", ")));
     if (!this.query.isEmpty) parts.push(say("searched", search));
     if (alike) parts.push(say("folded"));
     return parts.join("; ");
@@ -197,12 +198,21 @@ class App {
 
   describe() {
     const { title, date, project } = this.run;
-    return { title, date, project, filter: this.stated(), shown: this.shownCount, total: this.model.lines.length };
+    return {
+      title,
+      date,
+      project,
+      filter: this.stated(),
+      shown: this.shownCount,
+      total: this.model.lines.length,
+    };
   }
 
   // Drawing
 
   draw(place, options) {
+    // Where the row's button stood, it could keep the page longer than its rows.
+    this.rowMenu.button.hidden = true;
     this.view.draw(place, options);
     this.drawDetails();
   }
@@ -226,12 +236,6 @@ class App {
       if (this.view.scrolled()) this.drawDetails();
       else this.rowMenu.place();
     });
-  }
-
-  barResized() {
-    const { bar } = this.view;
-    const isSticky = getComputedStyle(bar).position === "sticky";
-    page.style.scrollPaddingTop = `${isSticky ? bar.offsetHeight : 0}px`;
   }
 
   gather() {
@@ -304,7 +308,8 @@ class App {
     for (const node of this.model.branches)
       if (node.element && !node.isLine) view.setOpen(node, node.level < level);
     let current = tree.current;
-    for (let node = current; node?.element; node = node.parent) if (!view.isInOpen(node)) current = node.parent;
+    for (let node = current; node?.element; node = node.parent)
+      if (!view.isInOpen(node)) current = node.parent;
     if (current && current !== tree.current) tree.setCurrent(current);
     this.draw(null);
   }
@@ -386,7 +391,10 @@ class App {
       event.preventDefault();
       this.setFilters({ search: "" });
     }
-    if (this.view.mode === "near" && (event.key === "F3" || ((event.ctrlKey || event.metaKey) && event.code === "KeyF")))
+    if (
+      this.view.mode === "near" &&
+      (event.key === "F3" || ((event.ctrlKey || event.metaKey) && event.code === "KeyF"))
+    )
       this.view.spread("find");
     if (isField || !this.main.contains(event.target)) return;
     this.isMoved = true;

@@ -35,8 +35,13 @@ export function openMenu(owner, label, entries, back = owner) {
   if (wasOpen) return;
   const list = build("ul", { role: "menu", class: "menu", "aria-label": label });
   for (const [text, act, chosen] of entries) {
-    const choice = chosen === undefined ? { role: "menuitem" } : { role: "menuitemradio", "aria-checked": chosen };
-    const entry = build("button", { type: "button", ...choice, tabindex: "-1", click: () => choose(act, owner) }, text);
+    const choice =
+      chosen === undefined ? { role: "menuitem" } : { role: "menuitemradio", "aria-checked": chosen };
+    const entry = build(
+      "button",
+      { type: "button", ...choice, tabindex: "-1", click: () => choose(act, owner) },
+      text,
+    );
     list.append(build("li", { role: "none" }, entry));
   }
   listen(list, "keydown", (event) => {

@@ -66,7 +66,9 @@ function listOf(row) {
   const parent = row.parentElement;
   if (parent.localName === "ul") return parent;
   const before = row.previousElementSibling;
-  const list = before?.hasAttribute("data-gathered") ? before : build("ul", { class: "Container", "data-gathered": "" });
+  const list = before?.hasAttribute("data-gathered")
+    ? before
+    : build("ul", { class: "Container", "data-gathered": "" });
   if (list !== before) row.before(list);
   list.append(row);
   return list;

@@ -46,10 +46,10 @@ export class Tree {
     if (!wasOpen) {
       const place = view.placeOf(view.topRow());
       view.openAround(item);
-      view.draw(place);
+      this.calls.changed(place);
     }
     const isFar = !view.isLaidOut(item) || ((middle || !wasOpen) && !this.#isInView(item));
-    if (isFar) view.draw({ item, top: Math.round(view.top + (view.height - view.top) * 0.3) });
+    if (isFar) this.calls.changed({ item, top: Math.round(view.top + (view.height - view.top) * 0.3) });
     this.setCurrent(item);
     if (focus) focusOn(item.element);
     this.#bringIntoView(item);
@@ -65,7 +65,8 @@ export class Tree {
     const box = boxOf(item.caption);
     const { top, height } = this.view;
     if (box.top < top + 4) window.scrollBy(0, box.top - top - 4);
-    else if (box.bottom > height - 8) window.scrollBy(0, Math.min(box.bottom - height + 8, box.top - top - 4));
+    else if (box.bottom > height - 8)
+      window.scrollBy(0, Math.min(box.bottom - height + 8, box.top - top - 4));
   }
 
   /** The next shown line of a kind from the present row on, or the previous one, around the page's end. */
@@ -116,7 +117,10 @@ export class Tree {
         else if (item.parent.element) this.goTo(item.parent);
         return true;
       case "*":
-        this.setOpen(item.parent.rows.filter((row) => !row.isLine), true);
+        this.setOpen(
+          item.parent.rows.filter((row) => !row.isLine),
+          true,
+        );
         return true;
       case "Enter":
         this.calls.act(item);

@@ -42,7 +42,9 @@ export class View {
   setOpen(node, isOpen) {
     if (!node.isBranch || node.isOpen === isOpen) return;
     node.isOpen = isOpen;
-    node.element.classList.replace(...(isOpen ? ["ExpandClosed", "ExpandOpen"] : ["ExpandOpen", "ExpandClosed"]));
+    node.element.classList.replace(
+      ...(isOpen ? ["ExpandClosed", "ExpandOpen"] : ["ExpandOpen", "ExpandClosed"]),
+    );
     this.#syncFold(node);
     this.#forgetEnds(node);
   }
@@ -211,7 +213,8 @@ export class View {
       this.#pad();
       const now = place ? this.#topOf(place.item) - place.top : 0;
       const seen = this.#partsBetween(now, now + this.height);
-      if (seen.every(({ node, first, last }) => node.rows.slice(first, last).every((row) => row.isNear))) return;
+      if (seen.every(({ node, first, last }) => node.rows.slice(first, last).every((row) => row.isNear)))
+        return;
     }
   }
 
@@ -311,7 +314,13 @@ export class View {
   #estimateHeights() {
     const { lines, branches } = this.model;
     const large = branches.filter((node) => node.children.length > 200).slice(0, 40);
-    const samples = large.map((node) => ({ node, own: pick(node.children.filter((row) => row.isLine), 50) }));
+    const samples = large.map((node) => ({
+      node,
+      own: pick(
+        node.children.filter((row) => row.isLine),
+        50,
+      ),
+    }));
     samples.push({ node: this, own: pick(lines, 100) });
     const list = build("ul", { class: "Container", "aria-hidden": "true" });
     for (const { own } of samples)
@@ -394,7 +403,6 @@ export class View {
     this.main.dataset.long = this.mode;
     this.draw(place);
   }
-
 }
 
 const topOf = (element) => boxOf(element).top;

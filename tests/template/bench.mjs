@@ -1,0 +1,121 @@
+// Times of the long pages beside the same pages without the template's style and script.
+
+import { launch, longPage, open, settle, writePage } from "./browser.mjs";
+import { bodyOf, makePage } from "./fixtures.mjs";
+
+const total = Number(process.argv[2] ?? 100000);
+const plainTemplate = `<!DOCTYPE html><meta charset="utf-8"><title>plain</title><body><div></div></body>`;
+
+/** Runs in the page: what the page does in the time until its second frame. */
+const timers = () => {
+  window.timed = async (action) => {
+    const start = performance.now();
+    await action();
+    await new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)));
+    return performance.now() - start;
+  };
+};
+
+async function loadTime(page) {
+  await settle(page);
+  return page.evaluate(() => {
+    const [{ loadEventEnd }] = performance.getEntriesByType("navigation");
+    return Math.max(loadEventEnd, performance.now());
+  });
+}
+
+const heightOf = (page) => page.evaluate(() => document.documentElement.scrollHeight);
+
+async function chooseEntry(page, menu, entry) {
+  await page.getByRole("button", { name: menu }).click();
+  return page.evaluate(
+    (text) =>
+      window.timed(() =>
+        [...document.querySelectorAll("[role=menuitem]")].find((item) => item.textContent === text).click(),
+      ),
+    entry,
+  );
+}
+
+const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
+const largest = (values) => Math.max(...values);
+
+async function measureOurs(browser, layout) {
+  const page = await open(browser, longPage(layout, total), { locale: "en-US" });
+  const results = { load: await loadTime(page) };
+  await page.evaluate(timers);
+  await page.waitForTimeout(3000);
+  results.unfold = await chooseEntry(page, "Branches", "Unfold all");
+  results.height = await heightOf(page);
+  const jumps = await page.evaluate(async () => {
+    const lines = [...document.querySelectorAll("li.ExpandLeaf")];
+    const times = [];
+    for (let step = 0; step < 12; ++step) {
+      const id = lines[Math.floor(((step * 7919) % 12) * (lines.length / 12.5))].id;
+      times.push(await window.timed(() => (location.hash = id)));
+    }
+    return times;
+  });
+  results.jump = largest(jumps);
+  const keys = await page.evaluate(async () => {
+    const field = document.querySelector("input[type=search]");
+    const type = (text) => () => {
+      field.value = text;
+      field.dispatchEvent(new InputEvent("input", { bubbles: true }));
+    };
+    const times = [];
+    for (const text of [
+      "н",
+      "не",
+      "нев",
+      "невя",
+      "невяз",
+      "невязка -12",
+      "/8[0-9]\\.5/",
+      "",
+      '"равна 8"',
+      "",
+    ])
+      times.push(await window.timed(type(text)));
+    return times;
+  });
+  results.key = largest(keys);
+  results.keyMedian = median(keys);
+  results.kind = await page.evaluate(() =>
+    window.timed(() => document.querySelector("[data-kind=message]").click()),
+  );
+  await page.context().close();
+  return results;
+}
+
+async function measurePlain(browser, layout) {
+  const page = await open(
+    browser,
+    writePage(`plain-${layout}`, bodyOf(makePage(layout, total)), plainTemplate),
+  );
+  const results = { load: await loadTime(page), height: await heightOf(page) };
+  await page.evaluate(timers);
+  results.jump = await page.evaluate(() => {
+    const lines = document.querySelectorAll("li.ExpandLeaf");
+    return window.timed(() => lines[Math.floor(lines.length * 0.77)].scrollIntoView());
+  });
+  await page.context().close();
+  return results;
+}
+
+const show = (value) => (value === undefined ? "-" : Math.round(value)).toString().padStart(10);
+const browser = await launch();
+try {
+  console.log(`${total} lines a page; times in ms (plain: the page without our style and script)`);
+  console.log("layout          load    unfold      jump   search*  (median)      kind    height");
+  for (const layout of ["grouped", "staged", "flat"]) {
+    const ours = await measureOurs(browser, layout);
+    const row = ["load", "unfold", "jump", "key", "keyMedian", "kind", "height"];
+    console.log(layout.padEnd(8), ...row.map((name) => show(ours[name])));
+    const plain = process.argv.includes("--ours") ? {} : await measurePlain(browser, layout);
+    console.log("  plain ", ...row.map((name) => show(plain[name])));
+  }
+  console.log("* the slowest of ten keystrokes, to the second frame after it");
+} finally {
+  await browser.close();
+}

@@ -1,0 +1,234 @@
+import assert from "node:assert/strict";
+import { after, before, describe, test } from "node:test";
+import { allLines, choose, fixture, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+async function openUnfolded(name) {
+  const page = await open(browser, fixture(name));
+  await choose(page, "Ветви", "Развернуть всё");
+  return page;
+}
+
+const toggle = (page, kind) => page.locator(`[data-kind=${kind}]`).click();
+
+describe("kinds", () => {
+  test("toggles hide the lines of their kind and count what is shown", async () => {
+    const page = await openUnfolded("grouped");
+    const lines = await allLines(page);
+    for (const kind of ["error", "warning", "message"]) {
+      await toggle(page, kind);
+      const left = lines.filter((line) => line.kind !== kind);
+      assert.deepEqual(await shown(page), [left.length, lines.length]);
+      assert.equal((await visibleLines(page)).length, left.length);
+      await toggle(page, kind);
+    }
+    assert.deepEqual(await shown(page), [lines.length, lines.length]);
+    await page.context().close();
+  });
+
+  test("branches without visible lines hide, and come back", async () => {
+    const page = await openUnfolded("grouped");
+    const visibleBranches = () =>
+      page.evaluate(() =>
+        [...document.querySelectorAll("li:is(.ExpandOpen, .ExpandClosed)")]
+          .filter((branch) => branch.checkVisibility())
+          .map((branch) => branch.querySelector(".Content").textContent),
+      );
+    const before = await visibleBranches();
+    await toggle(page, "error");
+    await toggle(page, "warning");
+    assert.deepEqual(
+      await visibleBranches(),
+      before.filter((name) => name.startsWith("Сообщения")),
+    );
+    await toggle(page, "error");
+    await toggle(page, "warning");
+    assert.deepEqual(await visibleBranches(), before);
+    await page.context().close();
+  });
+
+  test("only lines of other kinds get a toggle of their own", async () => {
+    const item = await open(browser, fixture("item"));
+    assert.equal(await item.locator("[data-kind=other]").textContent(), "Прочие 2");
+    const flat = await open(browser, fixture("flat"));
+    assert.equal(await flat.locator("[data-kind=other]").count(), 0);
+    await item.context().close();
+    await flat.context().close();
+  });
+});
+
+describe("search", () => {
+  const cases = {
+    "невязка допуск": (text) => text.includes("невязка") && text.includes("допуск"),
+    НЕВЯЗКА: (text) => text.includes("невязка"),
+    "пункта -невязка": (text) => text.includes("пункта") && !text.includes("невязка"),
+    '"получена один раз"': (text) => text.includes("получена один раз"),
+    '-"получена один раз"': (text) => !text.includes("получена один раз"),
+    '"мм ско"': (text) => text.replace(/\s+/g, " ").includes("мм ско"),
+    "/равна \\d+\\.5 мм/": (text) => /равна \d+\.5 мм/.test(text),
+    "/РАВНА [0-4]/ допуск": (text) => /равна [0-4]/.test(text) && text.includes("допуск"),
+    "-/\\d\\.\\d/": (text) => !/\d\.\d/.test(text),
+    "/^ско/": (text) => /^ско/m.test(text),
+    "a.b": () => false,
+  };
+
+  for (const [query, matches] of Object.entries(cases))
+    test(`finds what ${query} asks for`, async () => {
+      const page = await openUnfolded("staged");
+      const lines = await allLines(page);
+      const expected = lines.filter(({ text }) => matches(text.toLowerCase()));
+      await search(page, query);
+      assert.deepEqual(await shown(page), [expected.length, lines.length]);
+      assert.equal((await visibleLines(page)).length, expected.length);
+      if (query !== "a.b") assert.ok(expected.length > 0 && expected.length < lines.length);
+      await page.context().close();
+    });
+
+  for (const wrong of ["/(/", "/abc", "невязка /[/", "/a/ /*/"])
+    test(`a wrong expression ${wrong} marks the field and hides nothing`, async () => {
+      const page = await openUnfolded("flat");
+      await search(page, wrong);
+      const [count, total] = await shown(page);
+      assert.equal(count, total);
+      assert.equal(await page.locator("#query").getAttribute("aria-invalid"), "true");
+      assert.match(await page.locator("#problem").textContent(), /строки не скрыты/);
+      await search(page, "пункт");
+      assert.equal(await page.locator("#query").getAttribute("aria-invalid"), null);
+      assert.equal(await page.locator("#problem").isVisible(), false);
+      await page.context().close();
+    });
+
+  test("hits are highlighted, and the mark-up of the lines stays as it was", async () => {
+    const page = await openUnfolded("flat");
+    const markup = () => page.evaluate(() => [...document.querySelectorAll(".Content")].map((line) => line.innerHTML));
+    const before = (await markup()).map((html) => html.replace(/ tabindex="-1"/g, ""));
+    await search(page, 'НЕВЯЗКА "один раз" -пропущена');
+    await search(page, 'ВЫСОТА "один раз"');
+    const found = await page.evaluate(() => [...CSS.highlights.get("found")].map(String));
+    const lines = (await shown(page))[0];
+    assert.equal(found.length, lines * 2);
+    assert.deepEqual([...new Set(found.map((text) => text.toLowerCase()))].sort(), ["высота", "один раз"]);
+    assert.deepEqual((await markup()).map((html) => html.replace(/ tabindex="-1"/g, "")), before);
+    await search(page, "");
+    assert.equal(await page.evaluate(() => CSS.highlights.has("found")), false);
+    await page.context().close();
+  });
+
+  test("a hit that runs over a link and a line break is highlighted whole", async () => {
+    const page = await openUnfolded("flat");
+    await search(page, "/Рп \\d+: поправка|мм\\nСКО/");
+    const found = await page.evaluate(() => [...CSS.highlights.get("found")].map(String));
+    assert.ok(found.some((text) => /^Рп \d+: поправка$/.test(text)));
+    assert.ok(found.some((text) => /^мм\s*СКО$/.test(text)));
+    await page.context().close();
+  });
+});
+
+describe("alike lines", () => {
+  const rows = (page) =>
+    page.evaluate(() =>
+      [...document.querySelectorAll("li.ExpandLeaf")]
+        .filter((line) => line.checkVisibility() && line.offsetHeight)
+        .map((line) => ({
+          times: Number(line.dataset.times?.slice(1) ?? 1),
+          mask: line.querySelector(".Content").dataset.alike ?? null,
+          text: line.querySelector(".Content").textContent,
+        })),
+    );
+
+  test("fold as ×n with their numbers masked; the sum is the number of visible lines", async () => {
+    const page = await openUnfolded("flat");
+    await toggle(page, "warning");
+    await page.locator("#alike").click();
+    const folded = await rows(page);
+    const sum = folded.reduce((total, { times }) => total + times, 0);
+    assert.equal(sum, (await shown(page))[0]);
+    assert.ok(folded.length < sum);
+    for (const { times, mask, text } of folded) {
+      assert.equal(times > 1, mask !== null);
+      if (mask) assert.equal(mask.replace(/\s/g, ""), text.replace(/[-+−]?\d+(?:[.,]\d+)*/g, "#").replace(/\s/g, ""));
+    }
+    const masks = folded.map(({ mask, text }) => mask ?? text);
+    assert.equal(new Set(masks).size, masks.length);
+    await page.context().close();
+  });
+
+  test("switched off give the same view again", async () => {
+    const page = await openUnfolded("grouped");
+    const before = await rows(page);
+    await page.locator("#alike").click();
+    assert.notDeepEqual(await rows(page), before);
+    await page.locator("#alike").click();
+    assert.deepEqual(await rows(page), before);
+    await page.context().close();
+  });
+
+  test("unfold where one is chosen", async () => {
+    const page = await openUnfolded("flat");
+    await page.locator("#alike").click();
+    const before = (await rows(page)).length;
+    const head = page.locator("li[data-times]").first();
+    const times = Number((await head.getAttribute("data-times")).slice(1));
+    await head.locator(".Content").click();
+    assert.equal((await rows(page)).length, before + times - 1);
+    await page.context().close();
+  });
+});
+
+describe("the focused line", () => {
+  const top = (page, id) => page.evaluate((key) => document.getElementById(key).getBoundingClientRect().top, id);
+
+  test("stays where it is when a filter toggles", async () => {
+    const page = await openUnfolded("staged");
+    const lines = page.locator("li.ExpandLeaf:has(> .warning)");
+    for (const place of [0, 5, 17, 28]) {
+      const line = lines.nth(place);
+      await line.focus();
+      await settle(page);
+      const id = await line.getAttribute("id");
+      const before = await top(page, id);
+      for (const kind of ["message", "error", "message", "error"]) {
+        await toggle(page, kind);
+        await settle(page);
+        assert.ok(Math.abs((await top(page, id)) - before) <= 2, `line ${place} after ${kind}`);
+        assert.equal(await page.evaluate(() => document.activeElement.id), id);
+      }
+    }
+    await page.context().close();
+  });
+
+  test("stays where it is while searching", async () => {
+    const page = await openUnfolded("flat");
+    const line = page.locator("li.ExpandLeaf:has(> .error)", { hasText: "Невязка" }).nth(1);
+    await line.focus();
+    const id = await line.getAttribute("id");
+    const before = await top(page, id);
+    for (const text of ["н", "не", "невязка", ""]) {
+      await search(page, text);
+      await settle(page);
+      assert.ok(Math.abs((await top(page, id)) - before) <= 2, text);
+    }
+    await page.context().close();
+  });
+
+  test("gives focus to the nearest visible line when it is hidden", async () => {
+    const page = await openUnfolded("flat");
+    const lines = await page.evaluate(() =>
+      [...document.querySelectorAll("li.ExpandLeaf")].map((line) => ({
+        id: line.id,
+        kind: line.querySelector(".Content").className,
+      })),
+    );
+    const at = lines.findIndex(({ kind }, index) => index > 8 && /message/.test(kind));
+    await page.locator(`[id="${lines[at].id}"]`).focus();
+    await toggle(page, "message");
+    const distance = (index) => (/message/.test(lines[index]?.kind ?? "message") ? Infinity : Math.abs(index - at));
+    const nearest = Math.min(...lines.map((_, index) => distance(index)));
+    const focused = await page.evaluate(() => document.activeElement.id);
+    assert.equal(distance(lines.findIndex(({ id }) => id === focused)), nearest);
+    await page.context().close();
+  });
+});
