@@ -1,0 +1,47 @@
+#include "bench/BenchFiles.h"
+
+#include "bench/BenchHost.h"
+#include "bench/SampleMessages.h"
+#include "host/files/QtFile.h"
+#include "tests/support/OrvelTestAccess.h"
+
+#include <QDir>
+#include <QFile>
+
+QByteArray readFile(const QString& path)
+{
+    QtFile file(path);
+    file.open(QIODevice::ReadOnly);
+    return file.device()->readAll();
+}
+
+void writeFile(const QString& path, const QByteArray& content)
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write(content);
+    file.close();
+}
+
+QString getWorkPath(const TaskRequest& request, const QString& suffix)
+{
+    return QDir(request.folder).absoluteFilePath(request.program + QLatin1Char('.') + suffix);
+}
+
+QString getDataFilePath(const QString& folder, int protocolType, int size)
+{
+    return QDir(folder).absoluteFilePath(
+        QStringLiteral("data_%1_%2.xml").arg(QString::number(protocolType), QString::number(size)));
+}
+
+void prepareDataFile(const QString& folder, int protocolType, int size)
+{
+    const QString path = getDataFilePath(folder, protocolType, size);
+    if (QFile::exists(path))
+        return;
+    BenchHost host;
+    OrvelTestAccess::dataFilePath(host.protocol) = path;
+    OrvelTestAccess::messages(host.protocol) = sample::makeMessages(protocolType, size);
+    if (!OrvelTestAccess::WriteXML(host.protocol))
+        qFatal("Cannot write %s", qUtf8Printable(path));
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "bench/Task.h"
+
+#include <QByteArray>
+#include <QString>
+
+/// The whole file. All functions here end the program when a file can't be read or written.
+QByteArray readFile(const QString& path);
+/// Makes or replaces the file, in the host's way: beside it first.
+void writeFile(const QString& path, const QByteArray& content);
+
+/// Where the task may write a file of its own; it ends in a dot and `suffix`.
+QString getWorkPath(const TaskRequest& request, const QString& suffix);
+
+/// Where the data file of a run of `size` messages lies in the folder of the benchmark's files.
+QString getDataFilePath(const QString& folder, int protocolType, int size);
+/// Makes the data file unless it is there.
+void prepareDataFile(const QString& folder, int protocolType, int size);

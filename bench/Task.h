@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+/// One operation of one program, ready to be measured.
+class Task
+{
+public:
+    Task() = default;
+    Task(const Task&) = delete;
+    Task& operator=(const Task&) = delete;
+    virtual ~Task() = default;
+
+    /// The operation, and nothing else. Runs once.
+    virtual void run() = 0;
+    /// A digest of what came out; empty where nothing comes out that could be compared.
+    virtual QString getDigest() { return {}; }
+};
+
+/// What a task is to be made for.
+struct TaskRequest
+{
+    QString program;
+    int size = 0;
+    QString folder; ///< holds the data files; a task may write files of its own there
+};
