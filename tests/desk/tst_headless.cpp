@@ -18,6 +18,7 @@ private slots:
     void twoBenchmarksGivePublishedFigures();
     void oneBenchmarkGivesPublishedFigures();
     void equalLengthsGivePublishedFigures();
+    void grossErrorsAreIsolatedByL1();
     void wholePagesOfSmallNetwork_data();
     void wholePagesOfSmallNetwork();
     void csvOfSmallNetwork();
@@ -160,18 +161,32 @@ void TestHeadless::equalLengthsGivePublishedFigures()
              QStringList());
 }
 
+void TestHeadless::grossErrorsAreIsolatedByL1()
+{
+    const DeskProcess desk = run(words("--import two-benchmarks.gkf --run l1 --pages pages"));
+    QCOMPARE(desk.errors, QString());
+    const QString page = plainText(QStringLiteral("pages/L1Analysis.html"));
+    QCOMPARE(findMissing(page,
+                         {"вес измерения 1/σ", "Решение единственное\n", "Пункт A: H = 105.16000 м\n",
+                          "Пункт B: H = 104.50000 м\n", "Пункт C: H = 106.20000 м\n",
+                          "Секция C – BMX: грубая ошибка, v = -70.00 мм, |v|/σ = 40.41, больше предела 3\n",
+                          "Секция BMX – A: грубая ошибка, v = +60.00 мм, |v|/σ = 30.00, больше предела 3\n",
+                          "Секция BMY – C: грубая ошибка, v = -50.00 мм, |v|/σ = 35.36, больше предела 3\n"}),
+             QStringList());
+}
+
 void TestHeadless::wholePagesOfSmallNetwork_data()
 {
     QTest::addColumn<QString>("page");
-    for (const char* page : {"Import", "Compile", "Adjust", "Export"})
+    for (const char* page : {"Import", "Compile", "Adjust", "L1Analysis", "Export"})
         QTest::newRow(page) << QString::fromLatin1(page);
 }
 
 void TestHeadless::wholePagesOfSmallNetwork()
 {
     QFETCH(QString, page);
-    const DeskProcess desk =
-        run(words("--import small.gkf --run compile --run adjust --export heights.csv --pages pages"));
+    const DeskProcess desk = run(
+        words("--import small.gkf --run compile --run adjust --run l1 --export heights.csv --pages pages"));
     QCOMPARE(desk.errors, QString());
     QCOMPARE(withoutDates(text(QStringLiteral("pages/%1.html").arg(page))),
              QString::fromUtf8(readFile(QStringLiteral(DESK_EXPECTED "/%1.html").arg(page))));
@@ -248,7 +263,7 @@ void TestHeadless::badUsageIsRefused_data()
     QTest::newRow("unknown option") << "--import small.gkf --quick"
                                     << "неизвестный параметр --quick";
     QTest::newRow("unknown run") << "--import small.gkf --run solve"
-                                 << "неизвестная обработка «solve»: --run compile или adjust";
+                                 << "неизвестная обработка «solve»: --run compile, adjust или l1";
     QTest::newRow("no value") << "--import small.gkf --run"
                               << "после --run нет значения";
     QTest::newRow("twice") << "--import small.gkf --import small.gkf"

@@ -81,8 +81,10 @@ private:
             result.runs.push_back(CommandLine::Run::Compile);
         else if (name == QLatin1String("adjust"))
             result.runs.push_back(CommandLine::Run::Adjust);
+        else if (name == QLatin1String("l1"))
+            result.runs.push_back(CommandLine::Run::L1Analysis);
         else if (result.error.isEmpty())
-            result.error = Desk::tr("неизвестная обработка «%1»: --run compile или adjust").arg(name);
+            result.error = Desk::tr("неизвестная обработка «%1»: --run compile, adjust или l1").arg(name);
     }
 
     void takeClass()
@@ -147,6 +149,7 @@ QString CommandLine::getHelp()
                     "  --open FILE            открыть проект\n"
                     "  --run compile          предобработка: связность, повторные измерения, невязки\n"
                     "  --run adjust           уравнивание по методу наименьших квадратов\n"
+                    "  --run l1               L1-анализ: поиск грубых ошибок\n"
                     "                         (--run повторяется, порядок сохраняется)\n"
                     "  --class I|II|III|IV    класс нивелирования, задаёт допуски невязок (IV)\n"
                     "  --export FILE.csv      вывести уравненные высоты\n"

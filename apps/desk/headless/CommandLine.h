@@ -10,7 +10,7 @@
 /// What the command line asks for.
 struct CommandLine
 {
-    enum class Run { Compile, Adjust };
+    enum class Run { Compile, Adjust, L1Analysis };
 
     bool isHeadless = false;
     bool wantsHelp = false;

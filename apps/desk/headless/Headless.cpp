@@ -28,9 +28,11 @@ DeskRun makeRun(CommandLine::Run kind, Document& document, LevellingClass levell
     case CommandLine::Run::Compile:
         return runs::makeCompile(document, levellingClass);
     case CommandLine::Run::Adjust:
+        return runs::makeAdjust(document);
+    case CommandLine::Run::L1Analysis:
         break;
     }
-    return runs::makeAdjust(document);
+    return runs::makeL1Analysis(document);
 }
 
 QString makePagePath(const QString& folder, int protocolType)

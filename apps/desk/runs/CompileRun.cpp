@@ -14,8 +14,6 @@ namespace {
 
 // Limit of a misclosure whose line has no length, in standard deviations of it.
 constexpr double kSigmaLimit = 3.0;
-// So many items are named in one line.
-constexpr size_t kListLimit = 50;
 
 using levelling::Component;
 using levelling::Loop;
@@ -91,13 +89,13 @@ private:
             lines.error(
                 Desk::tr("Часть %1 не связана ни с одним исходным репером, высоты её пунктов определить "
                          "нельзя: %2")
-                    .arg(QString::number(number), listPoints(component.points)));
+                    .arg(QString::number(number), lines.listPoints(component.points)));
             return;
         }
         const int redundancy = component.getRedundancy();
         if (redundancy == 0) {
             lines.warning(Desk::tr("В части %1 нет избыточных измерений, ошибки в ней не обнаруживаются: %2")
-                              .arg(QString::number(number), listPoints(component.points)));
+                              .arg(QString::number(number), lines.listPoints(component.points)));
             return;
         }
         lines.message(
@@ -137,9 +135,10 @@ private:
         const double limit = repeated.length
                                  ? getToleranceFactor(levellingClass) * std::sqrt(*repeated.length)
                                  : kSigmaLimit * sigmaOfDifference(sections);
-        const QString text = Desk::tr("%1 %2: расхождение %3 мм, %4")
-                                 .arg(kind, listSections(sections), numbers::fixed(repeated.discrepancy, 2),
-                                      describeLimit(repeated.discrepancy > limit, numbers::fixed(limit, 2)));
+        const QString text =
+            Desk::tr("%1 %2: расхождение %3 мм, %4")
+                .arg(kind, lines.listSections(sections), numbers::fixed(repeated.discrepancy, 2),
+                     describeLimit(repeated.discrepancy > limit, numbers::fixed(limit, 2)));
         write(repeated.discrepancy > limit, text);
     }
 
@@ -187,10 +186,10 @@ private:
         const bool isClosed = loop.points.front() == loop.points.back();
         const QString text =
             Desk::tr("%1 %2: невязка %3 мм, %4, %5; секции: %6")
-                .arg(isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), listWay(loop.points),
+                .arg(isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), lines.listWay(loop.points),
                      numbers::misclosure(loop.misclosure),
                      describeLimit(isExceeded, QStringLiteral("±") + numbers::fixed(limit, 2)), length,
-                     listSections(sectionsOf(loop)));
+                     lines.listSections(sectionsOf(loop)));
         write(isExceeded, text);
     }
 
@@ -200,33 +199,6 @@ private:
         for (const levelling::LoopSection& step : loop.sections)
             sections.push_back(step.section);
         return sections;
-    }
-
-    QString listWay(const std::vector<int>& points)
-    {
-        return list(points, QStringLiteral(" → "), [this](int point) { return lines.point(point); });
-    }
-
-    QString listPoints(const std::vector<int>& points)
-    {
-        return list(points, QStringLiteral(", "), [this](int point) { return lines.point(point); });
-    }
-
-    QString listSections(const std::vector<int>& sections)
-    {
-        return list(sections, QStringLiteral(", "), [this](int section) { return lines.section(section); });
-    }
-
-    template<typename Link>
-    static QString list(const std::vector<int>& indices, const QString& separator, Link link)
-    {
-        QStringList links;
-        for (size_t i = 0; i < std::min(indices.size(), kListLimit); ++i)
-            links.append(link(indices[i]));
-        const QString text = links.join(separator);
-        if (indices.size() <= kListLimit)
-            return text;
-        return Desk::tr("%1 … и ещё %2").arg(text, QString::number(indices.size() - kListLimit));
     }
 
     qor::IProcessMonitor& monitor;

@@ -7,6 +7,7 @@
 #include "apps/desk/runs/CompileRun.h"
 #include "apps/desk/runs/ExportRun.h"
 #include "apps/desk/runs/ImportRun.h"
+#include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/ThreadCall.h"
 
 namespace runs {
@@ -51,6 +52,17 @@ DeskRun makeAdjust(Document& document)
         if (*adjustment)
             document.setAdjustment(**adjustment);
     };
+    return run;
+}
+
+DeskRun makeL1Analysis(const Document& document)
+{
+    DeskRun run;
+    run.protocolType = enums::L1Analysis;
+    run.function = [snapshot = document.getSnapshot()](qor::IProcessMonitor& monitor) {
+        runL1Analysis(monitor, snapshot);
+    };
+    run.takeResults = [] {};
     return run;
 }
 

@@ -28,6 +28,7 @@ namespace runs {
 DeskRun makeImport(Document& document, const QString& filePath);
 DeskRun makeCompile(const Document& document, LevellingClass levellingClass);
 DeskRun makeAdjust(Document& document);
+DeskRun makeL1Analysis(const Document& document);
 /// Export of the adjusted heights as CSV.
 DeskRun makeExport(const Document& document, const QString& filePath);
 

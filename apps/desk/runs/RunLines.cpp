@@ -1,5 +1,28 @@
 #include "apps/desk/runs/RunLines.h"
 
+#include "apps/desk/Desk.h"
+
+#include <algorithm>
+
+namespace {
+
+// So many items are named in one line.
+constexpr size_t kListLimit = 50;
+
+template<typename MakeLink>
+QString makeList(const std::vector<int>& indices, const QString& separator, MakeLink makeLink)
+{
+    QStringList links;
+    for (size_t i = 0; i < std::min(indices.size(), kListLimit); ++i)
+        links.append(makeLink(indices[i]));
+    const QString text = links.join(separator);
+    if (indices.size() <= kListLimit)
+        return text;
+    return Desk::tr("%1 … и ещё %2").arg(text, QString::number(indices.size() - kListLimit));
+}
+
+} // namespace
+
 RunLines::RunLines(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot)
     : monitor(runMonitor)
     , snapshot(networkSnapshot)
@@ -21,6 +44,21 @@ QString RunLines::section(int index)
 {
     const auto number = static_cast<size_t>(index);
     return link(snapshot.sectionIds[number], snapshot.sectionNames[index]);
+}
+
+QString RunLines::listPoints(const std::vector<int>& points)
+{
+    return makeList(points, QStringLiteral(", "), [this](int index) { return point(index); });
+}
+
+QString RunLines::listSections(const std::vector<int>& sections)
+{
+    return makeList(sections, QStringLiteral(", "), [this](int index) { return section(index); });
+}
+
+QString RunLines::listWay(const std::vector<int>& points)
+{
+    return makeList(points, QStringLiteral(" → "), [this](int index) { return point(index); });
 }
 
 void RunLines::error(const QString& text)

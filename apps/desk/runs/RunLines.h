@@ -24,6 +24,12 @@ public:
     /// Link to the section with its name.
     QString section(int index);
 
+    /// Links to several of them. A long list is cut off and says so.
+    QString listPoints(const std::vector<int>& points);
+    QString listSections(const std::vector<int>& sections);
+    /// The points of a way, one after the other.
+    QString listWay(const std::vector<int>& points);
+
     /// An error line, and so on. The text is HTML.
     void error(const QString& text);
     void warning(const QString& text);
