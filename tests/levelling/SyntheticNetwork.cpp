@@ -52,7 +52,8 @@ Network synthetic(int pointCount, int sectionCount)
     network.parameters.sigmaApriori = s_sigmaApriori;
     std::vector<double> heights;
     for (int i = 0; i < pointCount; ++i) {
-        const double hills = 40.0 * std::sin(0.05 * (i % side)) * std::cos(0.07 * (i / side));
+        const int row = i / side;
+        const double hills = 40.0 * std::sin(0.05 * (i % side)) * std::cos(0.07 * row);
         heights.push_back(200.0 + hills + noise(generator));
         Point point;
         point.id = QString::number(i + 1);

@@ -29,7 +29,7 @@ Builder& Builder::fixed(const QString& id, double height)
     return *this;
 }
 
-Builder& Builder::free(const QString& id)
+Builder& Builder::unknown(const QString& id)
 {
     index(id);
     return *this;
@@ -120,7 +120,7 @@ Network grid(int side)
         section.sigma = 1.0;
         network.sections.push_back(section);
     };
-    network.points.resize(static_cast<size_t>(side * side));
+    network.points.resize(static_cast<size_t>(side) * static_cast<size_t>(side));
     for (int point = 0; point < side * side; ++point) {
         if (point % side + 1 < side)
             connect(point, point + 1);

@@ -17,7 +17,7 @@ class Builder
 {
 public:
     Builder& fixed(const QString& id, double height);
-    Builder& free(const QString& id);
+    Builder& unknown(const QString& id);
     /// Points that are not there yet become free ones. Sigma is 1 mm * sqrt(distance).
     Builder& section(const QString& from, const QString& to, double difference, double distance = 1.0);
     levelling::Network build() const { return network; }

@@ -57,9 +57,9 @@ void TestComponents::samplesAreOneComponent()
 void TestComponents::componentsComeInTheOrderOfTheirFirstPoints()
 {
     const Network network = testnetworks::Builder()
-                                .free(QStringLiteral("A"))
-                                .free(QStringLiteral("B"))
-                                .free(QStringLiteral("C"))
+                                .unknown(QStringLiteral("A"))
+                                .unknown(QStringLiteral("B"))
+                                .unknown(QStringLiteral("C"))
                                 .fixed(QStringLiteral("D"), 1.0)
                                 .section(QStringLiteral("D"), QStringLiteral("B"), 1.0)
                                 .section(QStringLiteral("C"), QStringLiteral("A"), 1.0)
@@ -94,7 +94,7 @@ void TestComponents::everyBenchmarkMoreAddsRedundancy()
 
 void TestComponents::pointWithoutSectionsIsAComponent()
 {
-    const Network network = testnetworks::Builder().free(QStringLiteral("A")).build();
+    const Network network = testnetworks::Builder().unknown(QStringLiteral("A")).build();
     QCOMPARE(describeAll(network), QStringList(QStringLiteral("A |  | fixed 0 | redundancy 0")));
 }
 

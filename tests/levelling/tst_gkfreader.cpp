@@ -109,7 +109,8 @@ class TestGkfReader : public QObject
     Q_OBJECT
 
 private slots:
-    void readsTwoBenchmarks();
+    void readsPoints();
+    void readsSections();
     void readsParametersAndDescription();
     void missingParametersAreTheDefaults();
     void samplesHaveNoProblems();
@@ -141,17 +142,21 @@ private slots:
     void everyPointIsRead();
 };
 
-void TestGkfReader::readsTwoBenchmarks()
+void TestGkfReader::readsPoints()
 {
     const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
     QCOMPARE(testnetworks::ids(network, {0, 1, 2, 3, 4}), QStringLiteral("BMX-BMY-A-B-C"));
-    QVERIFY(network.points[1].fixed);
-    QVERIFY(network.points[1].declared);
-    QCOMPARE(*network.points[1].height, 107.5);
-    QCOMPARE(network.points[1].line, 12);
+    const Point& benchmark = network.points[1];
+    QVERIFY(benchmark.fixed && benchmark.declared);
+    QCOMPARE(*benchmark.height, 107.5);
+    QCOMPARE(benchmark.line, 12);
     QVERIFY(!network.points[2].fixed);
     QVERIFY(!network.points[2].height);
+}
 
+void TestGkfReader::readsSections()
+{
+    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
     QCOMPARE(network.sections.size(), size_t(7));
     const Section& section = network.sections[3];
     QCOMPARE(testnetworks::ids(network, {section.from, section.to}), QStringLiteral("C-BMX"));

@@ -99,6 +99,7 @@ private:
     static std::vector<qint64> rounded(const std::vector<double>& heights)
     {
         std::vector<qint64> numbers;
+        numbers.reserve(heights.size());
         for (const double height : heights)
             numbers.push_back(std::isnan(height) ? -1 : std::llround(height * 1e6));
         return numbers;
@@ -124,7 +125,7 @@ Network roundNetwork(unsigned seed, int points, int sections, int fixed)
     for (size_t i = 0; i < network.sections.size(); ++i) {
         Section& section = network.sections[i];
         section.sigma = i % 3 == 0 ? 2.0 : 1.0;
-        section.difference = 0.001 * static_cast<double>((seed * 7 + i * i * 13 + i * 5) % 11);
+        section.difference = 0.001 * static_cast<double>((seed + i * i * 13 + i * 5) % 11);
     }
     for (Point& point : network.points) {
         if (point.fixed)
@@ -285,7 +286,7 @@ void TestL1Analysis::onlyTheMovablePointsAreAmbiguous()
 void TestL1Analysis::undeterminedPointsAreNamed()
 {
     const Network network = testnetworks::Builder()
-                                .free(QStringLiteral("alone"))
+                                .unknown(QStringLiteral("alone"))
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.0)
                                 .section(QStringLiteral("X"), QStringLiteral("Y"), 1.0)

@@ -129,36 +129,38 @@ BasisSize minimumSize(const SectionGraph& graph)
     return size;
 }
 
+/// Each section must lead from one point of the loop to the next.
 void verifyWay(const Network& network, const Loop& loop)
 {
     QCOMPARE(loop.points.size(), loop.sections.size() + 1);
-    double sum = 0.0;
-    double length = 0.0;
-    double variance = 0.0;
     for (size_t i = 0; i < loop.sections.size(); ++i) {
         const Section& section = network.sections[static_cast<size_t>(loop.sections[i].section)];
         const bool forward = loop.sections[i].forward;
-        const int start = forward ? section.from : section.to;
-        const int end = forward ? section.to : section.from;
-        QCOMPARE(end, loop.points[i + 1]);
-        QCOMPARE(start, loop.points[i]);
-        sum += forward ? section.difference : -section.difference;
+        QCOMPARE(forward ? section.from : section.to, loop.points[i]);
+        QCOMPARE(forward ? section.to : section.from, loop.points[i + 1]);
+    }
+    const auto lower = [](const LoopSection& a, const LoopSection& b) { return a.section < b.section; };
+    QVERIFY(std::min_element(loop.sections.begin(), loop.sections.end(), lower)->forward);
+}
+
+void verifySums(const Network& network, const Loop& loop)
+{
+    double sum = 0.0;
+    double length = 0.0;
+    double variance = 0.0;
+    for (const LoopSection& step : loop.sections) {
+        const Section& section = network.sections[static_cast<size_t>(step.section)];
+        sum += step.forward ? section.difference : -section.difference;
         length += *section.distance;
         variance += section.sigma * section.sigma;
     }
     const Point& first = network.points[static_cast<size_t>(loop.points.front())];
     const Point& last = network.points[static_cast<size_t>(loop.points.back())];
-    if (first.fixed)
-        sum -= *last.height - *first.height;
-    else
-        QCOMPARE(loop.points.front(), loop.points.back());
-    QVERIFY(std::abs(loop.misclosure - sum * 1000.0) < 1e-6);
+    const double given = first.fixed ? *last.height - *first.height : 0.0;
+    QVERIFY(first.fixed || loop.points.front() == loop.points.back());
+    QVERIFY(std::abs(loop.misclosure - (sum - given) * 1000.0) < 1e-6);
     QVERIFY(std::abs(*loop.length - length) < 1e-9);
     QVERIFY(std::abs(loop.sigma - std::sqrt(variance)) < 1e-9);
-    const auto lowest =
-        std::min_element(loop.sections.begin(), loop.sections.end(),
-                         [](const LoopSection& a, const LoopSection& b) { return a.section < b.section; });
-    QVERIFY(lowest->forward);
 }
 
 void verifyIndependent(const Network& network, const std::vector<Loop>& loops)
@@ -310,8 +312,10 @@ void TestLoopBasis::randomNetworksGiveIndependentLoops()
         const std::vector<Loop> loops = findLoopBasis(SectionGraph(network));
         QCOMPARE(static_cast<int>(loops.size()), redundancyOf(network));
         verifyIndependent(network, loops);
-        for (const Loop& loop : loops)
+        for (const Loop& loop : loops) {
             verifyWay(network, loop);
+            verifySums(network, loop);
+        }
     }
 }
 
