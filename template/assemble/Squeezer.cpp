@@ -27,20 +27,23 @@ QString Squeezer::run()
 {
     while (position < text.size()) {
         const QChar c = at(position);
-        if (c.isSpace())
-            takeBlank();
-        else if (c == QLatin1Char('/') && at(position + 1) == QLatin1Char('*'))
-            takeComment(QStringLiteral("*/"));
-        else if (isScript && c == QLatin1Char('/') && at(position + 1) == QLatin1Char('/'))
-            takeComment(QStringLiteral("\n"));
-        else if (c == QLatin1Char('"') || c == QLatin1Char('\'') || (isScript && c == QLatin1Char('`')))
-            takeLiteral(c);
-        else if (isScript && c == QLatin1Char('/') && isExpressionNext())
-            takeLiteral(c);
+        if (c.isSpace()) {
+            hasBlank = true;
+            ++position;
+        } else if (startsComment(QLatin1Char('*')))
+            skipComment(QStringLiteral("*/"));
+        else if (isScript && startsComment(QLatin1Char('/')))
+            skipComment(QStringLiteral("\n"));
+        else if (c == QLatin1Char('"') || c == QLatin1Char('\''))
+            append(takeLiteral());
+        else if (isScript && (c == QLatin1Char('`') || (c == QLatin1Char('/') && isExpressionNext())))
+            append(takeLiteral());
         else if (isScript && c == QLatin1Char('#'))
-            takePrivateName();
+            append(takePrivateName());
+        else if (isWord(c))
+            append(takeWord());
         else
-            takeCharacter(c);
+            append(QString(text.at(position++)));
     }
     return result;
 }
@@ -50,13 +53,12 @@ QChar Squeezer::at(int index) const
     return index < text.size() ? text.at(index) : QChar();
 }
 
-void Squeezer::takeBlank()
+bool Squeezer::startsComment(QChar second) const
 {
-    hasBlank = true;
-    ++position;
+    return at(position) == QLatin1Char('/') && at(position + 1) == second;
 }
 
-void Squeezer::takeComment(const QString& end)
+void Squeezer::skipComment(const QString& end)
 {
     const int found = text.indexOf(end, position + 2);
     if (found < 0)
@@ -66,12 +68,10 @@ void Squeezer::takeComment(const QString& end)
 }
 
 /// A string, or a regular expression, in whose character classes its end mark may stand.
-void Squeezer::takeLiteral(QChar end)
+QString Squeezer::takeLiteral()
 {
-    if (hasBlank && needsBlank(end))
-        result += QLatin1Char(' ');
-    hasBlank = false;
     const int start = position++;
+    const QChar end = text.at(start);
     bool inClass = false;
     while (inClass || at(position) != end) {
         if (position >= text.size())
@@ -85,7 +85,25 @@ void Squeezer::takeLiteral(QChar end)
     }
     ++position;
     const QString literal = text.mid(start, position - start);
-    result += isScript && end == QLatin1Char('"') ? packCyrillic(literal) : literal;
+    return isScript && end == QLatin1Char('"') ? packCyrillic(literal) : literal;
+}
+
+QString Squeezer::takeWord()
+{
+    const int start = position;
+    while (isWord(at(position)))
+        ++position;
+    const QString word = text.mid(start, position - start);
+    return isScript && word == QLatin1String("const") ? QStringLiteral("let") : word;
+}
+
+QString Squeezer::takePrivateName()
+{
+    ++position;
+    QString& shortName = privateNames[takeWord()];
+    if (shortName.isEmpty())
+        shortName = QStringLiteral("#p%1").arg(privateNames.size(), 0, 36);
+    return shortName;
 }
 
 QString Squeezer::packCyrillic(const QString& text)
@@ -109,31 +127,16 @@ QString Squeezer::packCyrillic(const QString& text)
     return result + text.mid(end);
 }
 
-void Squeezer::takePrivateName()
+void Squeezer::append(const QString& token)
 {
-    const int start = ++position;
-    while (isWord(at(position)))
-        ++position;
-    QString& shortName = privateNames[text.mid(start, position - start)];
-    if (shortName.isEmpty())
-        shortName = QStringLiteral("#p%1").arg(privateNames.size(), 0, 36);
-    if (hasBlank && needsBlank(QLatin1Char('#')))
-        result += QLatin1Char(' ');
-    hasBlank = false;
-    result += shortName;
-}
-
-void Squeezer::takeCharacter(QChar c)
-{
-    if (hasBlank && needsBlank(c))
+    if (hasBlank && needsBlank(token.front()))
         result += QLatin1Char(' ');
     hasBlank = false;
     // A semicolon behind a parenthesis may be the empty body of a loop.
-    if (c == QLatin1Char('}') && result.endsWith(QLatin1Char(';')) &&
-        !(isScript && result.endsWith(QLatin1String(");"))))
+    const bool mayBeBody = isScript && result.endsWith(QLatin1String(");"));
+    if (token == QLatin1String("}") && result.endsWith(QLatin1Char(';')) && !mayBeBody)
         result.chop(1);
-    result += c;
-    ++position;
+    result += token;
 }
 
 bool Squeezer::needsBlank(QChar next) const

@@ -3,10 +3,10 @@
 #include <QHash>
 #include <QString>
 
-/// Makes a source small: takes out comments, blanks and semicolons before a brace, and in scripts shortens
-/// the private names of classes. Strings, template strings and regular expressions stay as they are, but for
-/// Cyrillic in the double-quoted strings of a script: as escapes a letter would cost six bytes, so runs of it
-/// are packed into ASCII, and the script unpacks its texts.
+/// Makes a source small: takes out comments, blanks and semicolons before a brace; in scripts also shortens
+/// the private names of classes and writes `let` for `const`. Strings, template strings and regular
+/// expressions stay as they are, but for Cyrillic in the double-quoted strings of a script: as escapes a
+/// letter would cost six bytes, so runs of it are packed into ASCII, and the script unpacks its texts.
 ///
 /// Scripts must end their statements with semicolons, since line breaks go too, and must not use private
 /// names in template strings.
@@ -26,11 +26,12 @@ private:
 
     QString run();
     QChar at(int index) const;
-    void takeBlank();
-    void takeComment(const QString& end);
-    void takeLiteral(QChar end);
-    void takePrivateName();
-    void takeCharacter(QChar c);
+    bool startsComment(QChar second) const;
+    void skipComment(const QString& end);
+    QString takeLiteral();
+    QString takeWord();
+    QString takePrivateName();
+    void append(const QString& token);
     bool needsBlank(QChar next) const;
     bool isExpressionNext() const;
 

@@ -12,7 +12,7 @@ class TemplateAssembler
 {
 public:
     /// Largest size of an assembled template, in bytes.
-    static constexpr int s_maxSize = 60 * 1024;
+    static constexpr int s_maxSize = 60 * 1000;
 
     /// The whole template. `markup` holds the placeholders "@policy@" (an attribute's value) and, where the
     /// elements go, "<!-- @style@ -->" and "<!-- @script@ -->", once each.

@@ -14,6 +14,7 @@ import { View } from "./view.js";
 const manyLines = 300000;
 const typingPause = 400;
 const deepestLevel = 5;
+const turns = { e: ["error", 1], E: ["error", -1], w: ["warning", 1], W: ["warning", -1] };
 
 /** The page at work: holds the filters and joins the model, its view, the tree and the controls. */
 class App {
@@ -26,6 +27,8 @@ class App {
     this.settings = readSettings();
     this.showTheme();
     removeForeignAttributes();
+    // The policy does not keep a line with <meta http-equiv="refresh"> from leading the page elsewhere.
+    if (page.querySelector("body meta")) listen(window, "load", () => window.stop());
     this.model = readModel();
     this.isMany = this.model.lines.length > manyLines;
     const bar = page.querySelector("#bar");
@@ -375,9 +378,9 @@ class App {
   keyDown(event) {
     const isField = event.target.matches("input, textarea, dialog *, [role=menu] *");
     if (!isField && !event.ctrlKey && !event.metaKey && !event.altKey) {
-      const kind = { e: "error", w: "warning" }[event.key.toLowerCase()];
-      if (kind && !this.tree.continuesTyping(event)) {
-        this.turnTo(kind, event.shiftKey ? -1 : 1);
+      const turn = turns[event.key];
+      if (turn && !this.tree.continuesTyping(event)) {
+        this.turnTo(...turn);
         event.preventDefault();
         return;
       }

@@ -1,6 +1,6 @@
 import { boxOf, build } from "./dom.js";
 import { openMenu } from "./menu.js";
-import { linkedItems, linksOf, textOf } from "./model.js";
+import { linkedItems, linksOf } from "./model.js";
 import { say } from "./texts.js";
 
 /** The actions on one row, behind a button that stands at the end of the present row. */
@@ -43,7 +43,6 @@ export class RowMenu {
     const entries = linksOf(item).map((link) => [say("follow", link.textContent), () => link.click()]);
     entries.push(
       [say("copyLink"), () => app.copy(app.linkTo(item))],
-      [say("copyLine"), () => app.copy(textOf(item))],
       ...linkedItems(item).map(({ id, name }) => [say("copyId", `${name} (${id})`), () => app.copy(id)]),
     );
     if (!item.isLine && item.isBranch)

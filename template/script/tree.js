@@ -118,7 +118,7 @@ export class Tree {
         return true;
       case "*":
         this.setOpen(
-          item.parent.rows.filter((row) => !row.isLine),
+          this.#besides(item).filter((row) => !row.isLine),
           true,
         );
         return true;
@@ -138,6 +138,11 @@ export class Tree {
         return true;
     }
     return event.key.length === 1 && this.#type(event);
+  }
+
+  /** The rows beside an item, itself among them; at the top those of all trees. */
+  #besides(item) {
+    return item.parent.element ? item.parent.rows : this.model.trees.flatMap((tree) => tree.rows);
   }
 
   #isTyping(now) {

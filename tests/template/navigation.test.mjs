@@ -1,0 +1,434 @@
+import assert from "node:assert/strict";
+import { after, before, describe, test } from "node:test";
+import { choose, fixture, launch, open, search, settle, shown, writePage } from "./browser.mjs";
+import { bodyOf, makeLines, makePage } from "./fixtures.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+const visit = (name, options) => open(browser, fixture(name), options);
+const press = async (page, ...keys) => {
+  for (const key of keys) await page.keyboard.press(key);
+};
+const focusedId = (page) => page.evaluate(() => document.activeElement.id);
+const focusedText = (page) =>
+  page.evaluate(() => document.activeElement.querySelector(".Content")?.textContent ?? null);
+const isInView = (page, id) =>
+  page.evaluate((key) => {
+    const box = document.getElementById(key).querySelector(".Content").getBoundingClientRect();
+    const bar = document.querySelector("#bar").getBoundingClientRect().bottom;
+    return box.height > 0 && box.top >= bar && box.bottom <= innerHeight;
+  }, id);
+
+/** Ids of a kind's lines in the order of the page. */
+const idsOf = (page, kind) =>
+  page.evaluate((name) => [...document.querySelectorAll(`li:has(> .Content.${name})`)].map((line) => line.id), kind);
+
+describe("closed branches", () => {
+  const closedLine = (page) =>
+    page.evaluate(() => [...document.querySelectorAll(".ExpandClosed li.ExpandLeaf")].at(-1).id);
+
+  test("are left to the browser's own search", async () => {
+    const page = await visit("staged");
+    const state = await page.evaluate(() => {
+      const closed = [...document.querySelectorAll("li.ExpandClosed")];
+      const blocks = closed.flatMap((node) => [...node.children].filter((child) => child.matches("ul, .errorblock, .messageblock")));
+      return blocks.map((block) => block.getAttribute("hidden"));
+    });
+    assert.ok(state.length > 0);
+    assert.deepEqual([...new Set(state)], ["until-found"]);
+    await page.context().close();
+  });
+
+  test("open when the browser has found something in them", async () => {
+    const address = fixture("staged");
+    const words = "СКО"; // stands in message lines of the closed last stage only below the fold
+    const page = await open(browser, `${address}#:~:text=${encodeURIComponent(words)}`);
+    await page.evaluate(() => {
+      const line = [...document.querySelectorAll(".ExpandClosed li.ExpandLeaf")].at(-1);
+      for (let at = line; at; at = at.parentElement)
+        if (at.getAttribute("hidden") === "until-found") at.dispatchEvent(new Event("beforematch", { bubbles: true }));
+      line.dataset.found = "";
+    });
+    const state = await page.evaluate(() => {
+      const line = document.querySelector("[data-found]");
+      const around = [];
+      for (let at = line.parentElement.closest("li"); at; at = at.parentElement.closest("li"))
+        around.push(at.className.includes("ExpandOpen") && at.getAttribute("aria-expanded") === "true");
+      return { around, isVisible: line.checkVisibility({ contentVisibilityAuto: true }) };
+    });
+    assert.ok(state.around.length > 1);
+    assert.deepEqual([...new Set(state.around)], [true]);
+    assert.equal(state.isVisible, true);
+    await page.context().close();
+  });
+
+  test("open around the line that a fragment names, when loaded and later", async () => {
+    const page = await visit("staged");
+    const id = await closedLine(page);
+    const other = (await idsOf(page, "warning"))[0];
+    await page.evaluate((key) => (location.hash = key), id);
+    await settle(page);
+    assert.equal(await focusedId(page), id);
+    assert.equal(await isInView(page, id), true);
+    const fresh = await open(browser, `${fixture("staged")}#${id}`);
+    assert.equal(await isInView(fresh, id), true);
+    await fresh.evaluate((key) => (location.hash = key), other);
+    await settle(fresh);
+    assert.equal(await isInView(fresh, other), true);
+    await page.context().close();
+    await fresh.context().close();
+  });
+});
+
+describe("the address", () => {
+  test("names the line and the filters, and restores both", async () => {
+    const page = await visit("grouped");
+    await page.locator("[data-kind=message]").click();
+    await search(page, 'пункта "один раз"');
+    await page.locator("li.ExpandLeaf:visible").nth(2).locator(".Content").click({ position: { x: 5, y: 5 } });
+    const id = await focusedId(page);
+    const counts = await shown(page);
+    await page.waitForFunction((key) => location.hash.includes(key), id);
+    for (const renew of [() => page.reload(), () => page.goto("about:blank").then(() => page.goBack())]) {
+      await renew();
+      assert.deepEqual(await shown(page), counts);
+      assert.equal(await page.locator("#query").inputValue(), 'пункта "один раз"');
+      assert.equal(await page.locator("[data-kind=message]").getAttribute("aria-pressed"), "false");
+      assert.equal(await focusedId(page), id);
+      assert.equal(await isInView(page, id), true);
+    }
+    await page.context().close();
+  });
+
+  test("has the same ids when the same data is written again", async () => {
+    const model = { ...makePage("grouped", 60), lines: makeLines(60, { items: 8 }) };
+    const ids = async (address) => {
+      const page = await open(browser, address);
+      const found = await page.evaluate(() => [...document.querySelectorAll("[role=treeitem]")].map(({ id }) => id));
+      await page.context().close();
+      return found;
+    };
+    const first = await ids(writePage("written-first", bodyOf(model)));
+    const again = await ids(writePage("written-again", bodyOf({ ...model, service: ["07.05.2024 09:00:00"] })));
+    assert.deepEqual(again, first);
+    assert.equal(new Set(first).size, first.length);
+    assert.ok(first.every((id) => /^L[0-9a-z]+(-\d+)?$/.test(id)));
+    await assert.doesNotReject(Promise.resolve());
+  });
+
+  test("keeps a line's id when other lines come and go", async () => {
+    const lines = makeLines(40, { seed: 3, items: 6 });
+    const idOf = async (name, own) => {
+      const page = await open(browser, writePage(name, bodyOf({ ...makePage("flat", 1), lines: own })));
+      const id = await page.evaluate(() => document.querySelector("li:has(> .error)").id);
+      await page.context().close();
+      return id;
+    };
+    const later = [{ kind: "message", text: "новая строка", items: [] }, ...lines];
+    assert.equal(await idOf("before", lines), await idOf("after", later));
+  });
+
+  test("of a line that the filters would hide shows it", async () => {
+    const page = await visit("flat");
+    const [id] = await idsOf(page, "message");
+    await page.locator("[data-kind=message]").click();
+    await page.evaluate((key) => (location.hash = key), id);
+    await settle(page);
+    assert.equal(await isInView(page, id), true);
+    await page.context().close();
+  });
+});
+
+/** What every visible row must tell, worked out from the mark-up alone. */
+const ariaDifferences = () => {
+  const isRow = (element) => element.matches("li.Node, li.IsRoot");
+  const isSeen = (row) => row.checkVisibility() && row.getBoundingClientRect().height > 0;
+  const rows = [...document.querySelectorAll("#lines li")].filter((row) => isRow(row) && isSeen(row));
+  const parentOf = (row) => row.parentElement.closest("li.Node, li.IsRoot") ?? row.parentElement;
+  const wrong = [];
+  const expect = (row, name, value) => {
+    if (row.getAttribute(name) !== (value === null ? null : String(value)))
+      wrong.push(`${name} of ${row.querySelector(".Content").textContent}: ${row.getAttribute(name)}, not ${value}`);
+  };
+  for (const row of rows) {
+    const parent = parentOf(row);
+    const siblings = rows.filter((other) => parentOf(other) === parent);
+    let level = 1;
+    for (let at = parentOf(row); isRow(at); at = parentOf(at)) ++level;
+    const isBranch = row.matches(".ExpandOpen, .ExpandClosed") && row.querySelector("li");
+    expect(row, "role", "treeitem");
+    expect(row, "aria-level", level);
+    expect(row, "aria-setsize", siblings.length);
+    expect(row, "aria-posinset", siblings.indexOf(row) + 1);
+    expect(row, "aria-expanded", isBranch ? row.matches(".ExpandOpen") : null);
+    expect(row, "data-last", siblings.at(-1) === row ? "" : null);
+    const list = row.parentElement;
+    if (list.getAttribute("role") !== (isRow(parent) ? "group" : "tree")) wrong.push("role of a list");
+  }
+  const stops = document.querySelectorAll('#lines [tabindex="0"], #lines a:not([tabindex])');
+  const inTree = [...stops].filter((stop) => stop.closest("[role=tree]"));
+  if (inTree.length !== 1) wrong.push(`${inTree.length} tab stops`);
+  return wrong;
+};
+
+describe("the tree for assistive software", () => {
+  for (const name of ["grouped", "staged", "flat", "item", "open"])
+    test(`is right on page ${name}, filtered and folded as well`, async () => {
+      const page = await visit(name);
+      const check = async (state) => assert.deepEqual(await page.evaluate(ariaDifferences), [], state);
+      await check("as loaded");
+      await page.locator("[data-kind=message]").click();
+      await check("without messages");
+      await search(page, "пункта -невязка");
+      await check("while searching");
+      await search(page, "");
+      await page.locator("#alike").click();
+      await check("with alike lines folded");
+      await page.locator("[data-kind=message]").click();
+      await choose(page, "Ветви", "Развернуть всё");
+      await check("all unfolded");
+      await page.context().close();
+    });
+
+  test("names the kind of a line", async () => {
+    const page = await visit("flat");
+    const session = await page.context().newCDPSession(page);
+    const { nodes } = await session.send("Accessibility.getFullAXTree");
+    const names = nodes.filter((node) => node.role?.value === "treeitem").map((node) => node.name.value);
+    const lines = await page.evaluate(() =>
+      [...document.querySelectorAll("li.ExpandLeaf > .Content")].map((content) => content.classList[1]),
+    );
+    const words = { error: "Ошибка", warning: "Предупреждение", message: "Сообщение" };
+    assert.deepEqual(
+      names.map((name) => name.split(" ")[0]),
+      lines.map((kind) => words[kind]),
+    );
+    await page.context().close();
+  });
+});
+
+describe("the keyboard", () => {
+  test("walks the rows and the branches", async () => {
+    const page = await visit("staged");
+    await choose(page, "Ветви", "Свернуть всё");
+    await page.locator('#lines [tabindex="0"]').focus();
+    await press(page, "Home");
+    const stages = ["Состав сети и предварительные высоты (18)", "Результаты уравнивания (24)", "Остаточные поправки (18)"];
+    assert.equal(await focusedText(page), stages[0]);
+    await press(page, "ArrowDown");
+    assert.equal(await focusedText(page), stages[1]);
+    await press(page, "End");
+    assert.equal(await focusedText(page), stages[2]);
+    await press(page, "ArrowRight");
+    assert.equal(await focusedText(page), stages[2]);
+    await press(page, "ArrowRight");
+    assert.match(await focusedText(page), /^Ошибки и предупреждения/);
+    await press(page, "ArrowLeft");
+    assert.equal(await focusedText(page), stages[2]);
+    await press(page, "ArrowLeft");
+    assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-expanded")), "false");
+    await press(page, "ArrowUp");
+    assert.equal(await focusedText(page), stages[1]);
+    await press(page, "Enter");
+    assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-expanded")), "true");
+    await press(page, " ");
+    assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-expanded")), "false");
+    await press(page, "*");
+    const states = await page.evaluate(() =>
+      [...document.querySelectorAll("li.IsRoot")].map((root) => root.getAttribute("aria-expanded")),
+    );
+    assert.deepEqual(states, ["true", "true", "true"]);
+    await page.context().close();
+  });
+
+  test("goes to the row that begins with what is typed", async () => {
+    const page = await visit("staged");
+    const type = (text) =>
+      page.evaluate((letters) => {
+        for (const key of letters)
+          document.activeElement.dispatchEvent(new KeyboardEvent("keydown", { key, bubbles: true }));
+      }, text);
+    await choose(page, "Ветви", "Свернуть всё");
+    await page.locator('#lines [tabindex="0"]').focus();
+    await press(page, "Home");
+    await type("ост");
+    assert.match(await focusedText(page), /^Остаточные/);
+    await page.waitForTimeout(800);
+    await type("р");
+    assert.match(await focusedText(page), /^Результаты/);
+    await page.context().close();
+  });
+
+  test("has one tab stop in all trees", async () => {
+    const page = await visit("grouped");
+    await page.locator('#lines [tabindex="0"]').focus();
+    const start = await focusedId(page);
+    await press(page, "ArrowDown");
+    const next = await focusedId(page);
+    assert.notEqual(next, start);
+    await press(page, "Tab");
+    assert.equal(await page.evaluate(() => Boolean(document.activeElement.closest("[role=tree]"))), false);
+    await press(page, "Shift+Tab");
+    assert.equal(await focusedId(page), next);
+    await page.context().close();
+  });
+
+  for (const [key, kind] of [
+    ["e", "error"],
+    ["w", "warning"],
+  ])
+    test(`${key} visits every ${kind} in the order of the page, ${key.toUpperCase()} goes back`, async () => {
+      const page = await visit("staged");
+      const ids = await idsOf(page, kind);
+      await page.locator('#lines [tabindex="0"]').focus();
+      await press(page, "Home");
+      for (const id of ids) {
+        await press(page, key);
+        assert.equal(await focusedId(page), id);
+        assert.equal(await isInView(page, id), true);
+      }
+      await press(page, key);
+      assert.equal(await focusedId(page), ids[0]);
+      await press(page, key.toUpperCase());
+      assert.equal(await focusedId(page), ids.at(-1));
+      await press(page, key.toUpperCase());
+      assert.equal(await focusedId(page), ids.at(-2));
+      await page.context().close();
+    });
+
+  test("types letters into the search field, not commands", async () => {
+    const page = await visit("flat");
+    await press(page, "/");
+    await page.keyboard.type("wew/*");
+    assert.equal(await page.locator("#query").inputValue(), "wew/*");
+    await press(page, "Escape");
+    assert.equal(await page.locator("#query").inputValue(), "");
+    await page.context().close();
+  });
+});
+
+describe("folding", () => {
+  test("the first error is open and in view on load", async () => {
+    for (const name of ["grouped", "staged", "flat", "item", "open-staged"]) {
+      const page = await visit(name);
+      const [first] = await idsOf(page, "error");
+      assert.equal(await isInView(page, first), true, name);
+      await page.context().close();
+    }
+    const above = Array.from({ length: 300 }, (_, at) => ({ kind: "message", text: `строка ${at}`, items: [] }));
+    const lines = [...above, { kind: "error", text: "далёкая ошибка", items: [] }, ...above];
+    const page = await open(browser, writePage("far-error", bodyOf({ ...makePage("flat", 1), lines })));
+    const [first] = await idsOf(page, "error");
+    assert.equal(await isInView(page, first), true);
+    await page.context().close();
+  });
+
+  const openLevels = (page) =>
+    page.evaluate(() => {
+      const levels = { open: new Set(), closed: new Set() };
+      for (const row of document.querySelectorAll("[role=treeitem][aria-expanded]"))
+        levels[row.ariaExpanded === "true" ? "open" : "closed"].add(Number(row.ariaLevel));
+      return { open: [...levels.open].sort(), closed: [...levels.closed].sort() };
+    });
+
+  test("all, none, and to a level", async () => {
+    const page = await visit("staged");
+    await choose(page, "Ветви", "Развернуть всё");
+    assert.deepEqual(await openLevels(page), { open: [1, 2, 3, 4], closed: [] });
+    await choose(page, "Ветви", "До уровня 3");
+    assert.deepEqual(await openLevels(page), { open: [1, 2], closed: [3, 4] });
+    await choose(page, "Ветви", "Свернуть всё");
+    assert.deepEqual(await openLevels(page), { open: [], closed: [1, 2, 3, 4] });
+    await page.context().close();
+  });
+
+  test("of one branch with all below it", async () => {
+    const page = await visit("staged");
+    await choose(page, "Ветви", "Свернуть всё");
+    await page.locator('#lines [tabindex="0"]').focus();
+    await press(page, "End", "Shift+F10");
+    await page.getByRole("menuitem", { name: "Развернуть ветвь" }).click();
+    const state = await page.evaluate(() => {
+      const stages = [...document.querySelectorAll("li.IsRoot")];
+      return stages.map((stage) => stage.querySelectorAll(".ExpandClosed").length + stage.matches(".ExpandClosed"));
+    });
+    assert.equal(state.at(-1), 0);
+    assert.ok(state[0] > 0);
+    await press(page, "Shift+F10");
+    await page.getByRole("menuitem", { name: "Свернуть ветвь" }).click();
+    const open = await page.evaluate(() => document.querySelectorAll("li.IsRoot:last-child .ExpandOpen").length);
+    assert.equal(open, 0);
+    await page.context().close();
+  });
+
+  test("by a click on the caption or its toggle", async () => {
+    const page = await visit("grouped");
+    const branch = page.locator("li.IsRoot").first();
+    await branch.locator("> .Content").click();
+    assert.match(await branch.getAttribute("class"), /^IsRoot IsLast ExpandClosed$/);
+    const box = await branch.locator("> .Content").boundingBox();
+    await page.mouse.click(box.x + 14, box.y + 14);
+    assert.match(await branch.getAttribute("class"), /^IsRoot IsLast ExpandOpen$/);
+    await page.context().close();
+  });
+});
+
+describe("item links", () => {
+  async function requests(page, act) {
+    const session = await page.context().newCDPSession(page);
+    await session.send("Page.enable");
+    const urls = [];
+    session.on("Page.frameRequestedNavigation", ({ url }) => urls.push(url));
+    await act();
+    await settle(page);
+    await page.waitForTimeout(100);
+    return urls;
+  }
+
+  const state = (page) =>
+    page.evaluate(() => [location.href, scrollY, document.querySelector("#shown").textContent]);
+
+  test("give the exact address to the system each time, by mouse and by keyboard", async () => {
+    const page = await visit("staged");
+    await page.locator("[data-kind=warning]").click();
+    const line = page.locator("li.ExpandLeaf:has(> .error)").first();
+    const link = line.locator("a");
+    const exact = await link.getAttribute("href");
+    assert.match(exact, /^survey:\/\/locate-item\?type=LevellingPoint&id=\d+&project=%D0%9F/);
+    await line.focus();
+    await page.waitForTimeout(400);
+    const before = await state(page);
+    const urls = await requests(page, async () => {
+      await link.click();
+      await link.click();
+      await line.focus();
+      await press(page, "Enter", "Enter");
+    });
+    assert.deepEqual(urls, [exact, exact, exact, exact]);
+    assert.deepEqual(await state(page), before);
+    await page.context().close();
+  });
+
+  test("of a line with several are chosen from a menu", async () => {
+    const page = await visit("flat");
+    const line = page.locator("li.ExpandLeaf:has(a + a)").first();
+    const hrefs = await line.locator("a").evaluateAll((links) => links.map((link) => link.getAttribute("href")));
+    await line.focus();
+    const urls = await requests(page, () => press(page, "Enter", "ArrowDown", "Enter"));
+    assert.deepEqual(urls, [hrefs[1]]);
+    assert.equal(await focusedId(page), await line.getAttribute("id"));
+    await page.context().close();
+  });
+
+  test("in a caption act and do not fold the branch", async () => {
+    const page = await visit("item");
+    const branch = page.locator("li.Node.ExpandOpen").first();
+    const link = branch.locator("> .Content a");
+    const urls = await requests(page, () => link.click());
+    assert.deepEqual(urls, [await link.getAttribute("href")]);
+    assert.match(await branch.getAttribute("class"), /ExpandOpen/);
+    await page.context().close();
+  });
+});

@@ -1,0 +1,308 @@
+import assert from "node:assert/strict";
+import { after, before, describe, test } from "node:test";
+import { choose, fixture, launch, open, search, settle, shown, writePage } from "./browser.mjs";
+import { bodyOf, makePage, pages } from "./fixtures.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+describe("the header", () => {
+  const texts = (page) =>
+    page.evaluate(() => {
+      const read = (selector) => document.querySelector(selector).innerText.replace(/\s+/g, " ").trim();
+      return [read("#title"), read("#facts"), read("#verdict"), document.title];
+    });
+
+  test("tells type, date, project and how the run went, before any scrolling", async () => {
+    const page = await open(browser, fixture("staged"));
+    assert.deepEqual(await texts(page), [
+      "Уравнивание",
+      "06.05.2024 14:03:27 Проект: Проект 1",
+      "Ошибок: 8, предупреждений: 29",
+      "Уравнивание – Проект: Проект 1",
+    ]);
+    const bottom = await page.evaluate(() => document.querySelector("#bar").getBoundingClientRect().bottom);
+    assert.ok(bottom > 0 && bottom < 200);
+    await page.context().close();
+  });
+
+  test("counts every stage by kind", async () => {
+    const page = await open(browser, fixture("staged"));
+    const told = await page.evaluate(() =>
+      [...document.querySelectorAll("#stages button")].map((button) => button.textContent.replace(/\s+/g, " ")),
+    );
+    const counted = await page.evaluate(() =>
+      [...document.querySelectorAll(".stageblock")].map((stage) => {
+        const count = (kind) => stage.querySelectorAll(`.ExpandLeaf > .${kind}`).length;
+        const name = stage.querySelector(".Content").textContent.replace(/ \(\d+\)$/, "");
+        return `${name}Ошибки: ${count("error")}Предупреждения: ${count("warning")}Сообщения: ${count("message")}`;
+      }),
+    );
+    assert.deepEqual(told, counted);
+    await page.locator("#stages button").last().click();
+    assert.match(await page.evaluate(() => document.activeElement.textContent.trim()), /^Остаточные поправки/);
+    await page.context().close();
+  });
+
+  test("says plainly that a run had no errors, or nothing at all", async () => {
+    const verdict = async (name, locale = "ru-RU") => {
+      const page = await open(browser, fixture(name), { locale });
+      const text = await page.locator("#verdict").innerText();
+      await page.context().close();
+      return text;
+    };
+    assert.equal(await verdict("clean"), "Ошибок нет, предупреждений нет");
+    assert.equal(await verdict("clean", "en-GB"), "No errors, no warnings");
+    assert.equal(await verdict("empty"), "Строк нет");
+    assert.equal(await verdict("blank"), "Строк нет");
+  });
+
+  test("tells a run that has not ended", async () => {
+    const body = bodyOf({ ...makePage("flat", 20), title: "", service: ["Начало"] });
+    const page = await open(browser, writePage("unfinished", body));
+    assert.match(await page.locator("#verdict").innerText(), /, прогон не завершён$/);
+    assert.equal(await page.locator("#title").innerText(), "Протокол");
+    await page.context().close();
+  });
+
+  test("names the item on an item's page", async () => {
+    const page = await open(browser, fixture("item"));
+    assert.equal(await page.locator("#title").innerText(), "Строки об объекте: Рп 4");
+    assert.equal(await page.locator("#stages li").count(), 2);
+    await page.context().close();
+  });
+
+  test("a long service block folds its rest, and unfolds it", async () => {
+    const service = Array.from({ length: 40 }, (_, at) => `служебная строка ${at + 1}`);
+    const page = await open(browser, writePage("long-service", bodyOf({ ...makePage("flat", 20), service })));
+    const count = () => page.evaluate(() => [...document.querySelectorAll("p.service")].filter((line) => line.checkVisibility({ contentVisibilityAuto: true }) && line.offsetHeight).length);
+    assert.equal(await page.locator("p.service[hidden=until-found]").count(), 34);
+    await page.getByRole("button", { name: "Ещё служебные строки: 34" }).click();
+    assert.equal(await count(), 40);
+    await page.context().close();
+  });
+});
+
+describe("looks", () => {
+  /** Draws of the connectors: a row's line ends at its own elbow exactly when it is the last seen beside it. */
+  test("connectors end at the last visible row, filtered as well", async () => {
+    const page = await open(browser, fixture("grouped"));
+    await choose(page, "Ветви", "Развернуть всё");
+    const wrong = () =>
+      page.evaluate(() => {
+        const rows = [...document.querySelectorAll(".Container .Container > .Node")].filter((row) => row.checkVisibility() && row.offsetHeight);
+        return rows
+          .filter((row) => {
+            const line = getComputedStyle(row, "::before");
+            const isShort = parseFloat(line.height) < Math.min(20, row.offsetHeight);
+            const after = rows.filter((other) => other.parentElement === row.parentElement).at(-1);
+            return line.borderLeftStyle !== "solid" || isShort !== (after === row);
+          })
+          .map((row) => row.textContent.trim());
+      });
+    assert.deepEqual(await wrong(), []);
+    await page.locator("[data-kind=message]").click();
+    await search(page, "-6");
+    assert.deepEqual(await wrong(), []);
+    await page.context().close();
+  });
+
+  test("kinds differ in sign and shape", async () => {
+    const page = await open(browser, fixture("flat"));
+    const marks = await page.evaluate(() =>
+      ["error", "warning", "message"].map((kind) => {
+        const style = getComputedStyle(document.querySelector(`.ExpandLeaf > .${kind}`), "::before");
+        return [style.content.split(" / ")[0], style.borderRadius];
+      }),
+    );
+    assert.deepEqual(marks, [
+      ['"×"', "50%"],
+      ['"!"', "3.2px"],
+      ['"i"', "50%"],
+    ]);
+    await page.context().close();
+  });
+
+  test("with forced colours marks and connectors stay", async () => {
+    const page = await open(browser, fixture("grouped"), { forcedColors: "active" });
+    const state = await page.evaluate(() => {
+      const mark = getComputedStyle(document.querySelector(".ExpandLeaf > .error"), "::before");
+      const line = getComputedStyle(document.querySelector(".Container .Container > .Node"), "::before");
+      return [mark.borderTopColor !== "rgba(0, 0, 0, 0)", mark.content.startsWith('"×"'), line.borderLeftStyle];
+    });
+    assert.deepEqual(state, [true, true, "solid"]);
+    await page.context().close();
+  });
+
+  for (const width of [320, 390, 700, 1280])
+    test(`nothing is cut off on a screen ${width} wide`, async () => {
+      const page = await open(browser, fixture("staged"), { viewport: { width, height: 700 } });
+      const [scroll, client] = await page.evaluate(() => {
+        const { scrollWidth, clientWidth } = document.documentElement;
+        return [scrollWidth, clientWidth];
+      });
+      assert.ok(scroll <= client);
+      await page.context().close();
+    });
+
+  test("theme, once chosen, is remembered", async () => {
+    const page = await open(browser, fixture("flat"), { colorScheme: "light" });
+    const ground = () => page.evaluate(() => getComputedStyle(document.body).backgroundColor);
+    const light = await ground();
+    await page.getByRole("button", { name: "Вид", exact: true }).click();
+    await page.getByRole("menuitemradio", { name: "Тема: тёмная" }).click();
+    const dark = await ground();
+    assert.notEqual(dark, light);
+    await page.goto(fixture("grouped"));
+    assert.equal(await ground(), dark);
+    await page.context().close();
+  });
+});
+
+describe("languages", () => {
+  test("follow the browser", async () => {
+    const texts = async (locale) => {
+      const page = await open(browser, fixture("flat"), { locale });
+      const found = await page.evaluate(() => [
+        document.documentElement.lang,
+        document.querySelector("#shown").textContent.replace(/\d+/g, "n"),
+        document.querySelector("[data-kind=error]").innerText.replace(/\s*\d+/, ""),
+      ]);
+      await page.context().close();
+      return found;
+    };
+    assert.deepEqual(await texts("ru-RU"), ["ru", "Показано n из n", "Ошибки"]);
+    assert.deepEqual(await texts("en-US"), ["en", "Shown n of n", "Errors"]);
+    assert.deepEqual(await texts("de-DE"), ["en", "Shown n of n", "Errors"]);
+  });
+});
+
+describe("without", () => {
+  test("script every line is visible, and no control is", async () => {
+    for (const name of Object.keys(pages).filter((each) => each !== "hostile")) {
+      const page = await open(browser, fixture(name), { javaScriptEnabled: false });
+      const lines = page.locator("li.ExpandLeaf > .Content");
+      const count = await lines.count();
+      for (let at = 0; at < count; at += 7) assert.equal(await lines.nth(at).isVisible(), true);
+      assert.equal(await page.locator("li.ExpandLeaf > .Content:visible").count(), count, name);
+      assert.equal(await page.locator("#bar").isVisible(), false);
+      if (name === "staged") assert.equal(await page.locator("#lines > h1").innerText(), "Уравнивание");
+      await page.context().close();
+    }
+  });
+
+  test("storage the page works and says nothing", async () => {
+    const context = await browser.newContext({ locale: "ru-RU" });
+    const page = await context.newPage();
+    const complaints = [];
+    page.on("console", (message) => complaints.push(message.text()));
+    page.on("pageerror", (error) => complaints.push(String(error)));
+    await page.addInitScript(() =>
+      Object.defineProperty(window, "localStorage", {
+        get() {
+          throw new DOMException("denied", "SecurityError");
+        },
+      }),
+    );
+    await page.goto(fixture("flat"));
+    await page.locator("#alike").click();
+    await page.locator("[data-kind=error]").click();
+    assert.ok((await shown(page))[0] < (await shown(page))[1]);
+    assert.deepEqual(complaints, []);
+    await context.close();
+  });
+});
+
+describe("markup inside lines", () => {
+  const ran = (page) => page.evaluate(() => window.injected ?? null);
+
+  test("runs nothing, and every line is on the page", async () => {
+    const page = await open(browser, fixture("hostile"));
+    await settle(page);
+    for (const link of await page.locator('a[href^="javascript:"]').all()) {
+      await link.evaluate((each) => each.click());
+      await link.evaluate((each) => each.dispatchEvent(new MouseEvent("click", { bubbles: true, cancelable: true })));
+    }
+    await page.waitForTimeout(200);
+    assert.equal(await ran(page), null);
+    const written = pages.hostile.match(/ExpandLeaf/g).length;
+    assert.deepEqual(await shown(page), [written, written]);
+    assert.equal(await page.evaluate(() => document.body.hidden), false);
+    await page.context().close();
+  });
+
+  for (const name of ["hostile", "clobbering"])
+    test(`does not break the controls (${name})`, async () => {
+      const page = await open(browser, fixture(name));
+      const errors = page.complaints.filter((text) => /Error/.test(text) && !/Content Security Policy/.test(text));
+      assert.deepEqual(errors, []);
+      await choose(page, "Ветви", "Развернуть всё");
+      const [, total] = await shown(page);
+      await page.locator("[data-kind=message]").click();
+      const count = (await shown(page))[0];
+      assert.ok(count > 0 && count < total);
+      await page.locator("[data-kind=message]").click();
+      await search(page, "получена");
+      assert.ok((await shown(page))[0] < total);
+      await search(page, "");
+      const place = page.locator('#lines [tabindex="0"]').first();
+      await place.focus();
+      const text = () => page.evaluate(() => document.documentElement.querySelector(":focus").textContent);
+      const start = await text();
+      await page.keyboard.press("End");
+      assert.notEqual(await text(), start);
+      await page.keyboard.press("Home");
+      await page.keyboard.press("w");
+      assert.match(await page.evaluate(() => document.documentElement.querySelector(":focus > .Content").className), /warning/);
+      await page.context().close();
+    });
+
+  for (const broken of ["<!--", "<textarea>", "<table><tr>", "<template>", "<svg><style>", "<select>", "<plaintext>"])
+    test(`an unclosed ${broken} leaves the controls and the lines before it`, async () => {
+      const page = makePage("flat", 30);
+      page.lines[12] = { kind: "error", text: `до ${broken} после`, items: [] };
+      const opened = await open(browser, writePage(`unclosed-${broken.replace(/\W/g, "")}`, bodyOf(page)));
+      assert.ok((await shown(opened))[1] >= 13);
+      await search(opened, "до");
+      assert.ok((await shown(opened))[0] >= 1);
+      assert.deepEqual(opened.complaints.filter((text) => /Error/.test(text)), []);
+      await opened.context().close();
+    });
+
+  test("does not send the page elsewhere", async () => {
+    const page = makePage("flat", 30);
+    page.lines[3] = { kind: "error", text: '<meta http-equiv="refresh" content="0;url=about:blank#gone">', items: [] };
+    const opened = await open(browser, writePage("refresh", bodyOf(page)));
+    await opened.waitForTimeout(500);
+    assert.doesNotMatch(opened.url(), /gone/);
+    await opened.context().close();
+  });
+});
+
+test("the rows' tags, texts and classes stay as they were written", async () => {
+  const normal = () =>
+    [...document.querySelectorAll(".errorblock, .messageblock, .stageblock, #lines > ul.Container")]
+      .filter((block) => !block.parentElement.closest(".errorblock, .messageblock, .stageblock"))
+      .map((block) => {
+        const copy = block.cloneNode(true);
+        for (const element of [copy, ...copy.querySelectorAll("*")]) {
+          for (const { name } of [...element.attributes]) if (!/^(?:class|href)$/.test(name)) element.removeAttribute(name);
+          element.className = element.className.replace("ExpandClosed", "ExpandOpen");
+        }
+        return copy.outerHTML;
+      })
+      .join("\n");
+  const bare = "<!DOCTYPE html><meta charset='utf-8'><div id='lines'></div>";
+  for (const name of ["grouped", "staged", "flat", "item"]) {
+    const page = await open(browser, fixture(name));
+    await choose(page, "Ветви", "Развернуть всё");
+    await search(page, "невязка");
+    await page.locator("#alike").click();
+    await search(page, "");
+    const plain = await open(browser, writePage(`plain-${name}`, pages[name], bare));
+    assert.equal(await page.evaluate(normal), await plain.evaluate(normal));
+    await page.context().close();
+    await plain.context().close();
+  }
+});

@@ -1,0 +1,180 @@
+import assert from "node:assert/strict";
+import fs from "node:fs";
+import { after, before, describe, test } from "node:test";
+import { choose, fixture, launch, open, search, settle, shown } from "./browser.mjs";
+import { pdfText } from "./pdftext.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+async function openFiltered(options = {}) {
+  const page = await open(browser, fixture("grouped"), { permissions: ["clipboard-read", "clipboard-write"], ...options });
+  await page.locator("[data-kind=message]").click();
+  await search(page, "пункта -невязка");
+  return page;
+}
+
+/** The lines that pass the filters of openFiltered, from the mark-up alone. */
+const expectedLines = (page) =>
+  page.evaluate(() =>
+    [...document.querySelectorAll("li.ExpandLeaf > .Content.warning, li.ExpandLeaf > .Content.error")]
+      .filter(({ textContent }) => /пункта/i.test(textContent) && !/невязка/i.test(textContent))
+      .map((content) => {
+        const path = [];
+        for (let at = content.closest("ul").closest("li"); at; at = at.parentElement.closest("li"))
+          path.unshift(at.querySelector(".Content").textContent.replace(/ \(\d+\)$/, ""));
+        const items = [...content.querySelectorAll("a")].map((link) => ({
+          id: /id=(\d+)/.exec(link.getAttribute("href"))[1],
+          name: link.textContent,
+          address: link.getAttribute("href"),
+        }));
+        return { id: content.parentElement.id, kind: content.classList[1], path, text: content.textContent, items };
+      }),
+  );
+
+const clipboard = (page) => page.evaluate(() => navigator.clipboard.readText());
+
+async function saved(page, entry) {
+  const [download] = await Promise.all([page.waitForEvent("download"), choose(page, "Взять", entry)]);
+  return { name: download.suggestedFilename(), bytes: fs.readFileSync(await download.path()) };
+}
+
+/** Rows of a CSV text by RFC 4180. */
+function parseCsv(text) {
+  const rows = [[]];
+  const pattern = /(?:"((?:[^"]|"")*)"|([^",\r\n]*))(,|\r\n|$)/gy;
+  while (pattern.lastIndex < text.length) {
+    const [, quoted, bare, end] = pattern.exec(text);
+    rows.at(-1).push(quoted?.replaceAll('""', '"') ?? bare);
+    if (end === "\r\n" && pattern.lastIndex < text.length) rows.push([]);
+  }
+  return rows;
+}
+
+describe("what is visible", () => {
+  test("can be copied as text", async () => {
+    const page = await openFiltered();
+    const expected = await expectedLines(page);
+    await choose(page, "Взять", "Копировать: текст");
+    await page.waitForFunction(() => document.querySelector("#told").textContent === "Скопировано");
+    const lines = (await clipboard(page)).trimEnd().split("\n");
+    assert.deepEqual(
+      lines.filter((line) => line.startsWith("[")),
+      expected.map(({ text }) => `[предупреждение] ${text}`),
+    );
+    assert.deepEqual(
+      lines.filter((line) => line && !line.startsWith("[")),
+      [...new Set(expected.map((line) => line.path.join(" / ")))],
+    );
+    await page.context().close();
+  });
+
+  test("can be saved as CSV with byte order mark, quotes and CRLF", async () => {
+    const page = await openFiltered();
+    const expected = await expectedLines(page);
+    const { name, bytes } = await saved(page, "Сохранить: CSV");
+    assert.equal(name, "Предобработка.csv");
+    assert.deepEqual([...bytes.subarray(0, 3)], [0xef, 0xbb, 0xbf]);
+    const text = bytes.toString("utf8").slice(1);
+    assert.ok(text.endsWith("\r\n"));
+    assert.doesNotMatch(text.replaceAll("\r\n", ""), /[\r\n]/);
+    assert.deepEqual(parseCsv(text), [
+      ["вид", "раздел", "текст", "объекты"],
+      ...expected.map((line) => [
+        "предупреждение",
+        line.path.join(" / "),
+        line.text,
+        line.items.map(({ id }) => id).join(" "),
+      ]),
+    ]);
+    await page.context().close();
+  });
+
+  test("quotes commas, quotes and line breaks in CSV", async () => {
+    const page = await open(browser, fixture("flat"));
+    await page.evaluate(() => {
+      document.querySelector("li.ExpandLeaf > .Content").textContent = 'a,"b"\nc';
+    });
+    const { bytes } = await saved(page, "Сохранить: CSV");
+    assert.equal(parseCsv(bytes.toString("utf8").slice(1)).length, (await shown(page))[1] + 1);
+    await page.context().close();
+  });
+
+  test("can be saved as JSON", async () => {
+    const page = await openFiltered();
+    const expected = await expectedLines(page);
+    const { bytes } = await saved(page, "Сохранить: JSON");
+    const total = (await shown(page))[1];
+    assert.deepEqual(JSON.parse(bytes.toString("utf8")), {
+      title: "Предобработка",
+      date: "06.05.2024 14:03:27",
+      project: "Проект: Проект 1",
+      filter: `Показано ${expected.length} из ${total}; скрыты: сообщения; поиск: пункта -невязка`,
+      shown: expected.length,
+      total,
+      lines: expected,
+    });
+    await page.context().close();
+  });
+
+  test("takes folded alike lines one by one", async () => {
+    const page = await openFiltered();
+    const expected = await expectedLines(page);
+    await page.locator("#alike").click();
+    const { bytes } = await saved(page, "Сохранить: JSON");
+    assert.deepEqual(JSON.parse(bytes.toString("utf8")).lines, expected);
+    await page.context().close();
+  });
+
+  test("a line gives its link and its items' ids", async () => {
+    const page = await openFiltered();
+    const line = page.locator("li.ExpandLeaf:visible").first();
+    const id = await line.getAttribute("id");
+    const entry = async (name) => {
+      await line.focus();
+      await page.keyboard.press("Shift+F10");
+      await page.getByRole("menuitem", { name }).first().click();
+      await page.waitForFunction(() => document.querySelector("#told").textContent === "Скопировано");
+      return clipboard(page);
+    };
+    const item = await line.locator("a").first();
+    const expectedId = /id=(\d+)/.exec(await item.getAttribute("href"))[1];
+    assert.equal(await entry(/^Копировать id/), expectedId);
+    const link = await entry("Копировать ссылку на строку");
+    assert.match(link, new RegExp(`#line=${id}&q=.+&hide=message$`));
+    const counts = await shown(page);
+    const other = await open(browser, link);
+    assert.deepEqual(await shown(other), counts);
+    assert.equal(await other.evaluate(() => document.activeElement.id), id);
+    await page.context().close();
+    await other.context().close();
+  });
+});
+
+describe("print", () => {
+  test("holds every visible line and none that is hidden, and states the filter", async () => {
+    const page = await openFiltered();
+    await choose(page, "Ветви", "Развернуть всё");
+    const count = (await shown(page))[0];
+    const text = pdfText(await page.pdf()).replaceAll("\n", "");
+    assert.equal(text.match(/получена один раз/g).length, count);
+    assert.doesNotMatch(text, /Невязка хода/);
+    assert.match(text, /Показано \d+ из \d+; скрыты: сообщения; поиск: пункта -невязка/);
+    assert.doesNotMatch(text, /Ветви|Взять|Похожие/);
+    assert.match(text, /Предобработка/);
+    await page.context().close();
+  });
+
+  test("is light, and shows no controls", async () => {
+    const page = await openFiltered({ colorScheme: "dark" });
+    await page.emulateMedia({ media: "print", colorScheme: "dark" });
+    await settle(page);
+    const state = await page.evaluate(() => ({
+      ink: getComputedStyle(document.body).color,
+      controls: [...document.querySelectorAll("#tools, #menus, #row-menu")].filter((each) => each.checkVisibility()).length,
+    }));
+    assert.deepEqual(state, { ink: "rgb(28, 36, 48)", controls: 0 });
+    await page.context().close();
+  });
+});
