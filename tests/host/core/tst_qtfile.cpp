@@ -55,6 +55,7 @@ private slots:
     void failedOpenLeavesNoDevice();
     void failedWriteIsToldAndTheOldFileStays();
     void failedWriteOfAFewBytesIsTold();
+    void blockThatIsWrittenInPartIsTold();
     void failedReplacementIsTold();
     void vanishedFolderIsTold();
     void failedReadIsTold();
@@ -364,6 +365,23 @@ void TestQtFile::failedWriteOfAFewBytesIsTold()
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
     QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
     QVERIFY(!QFileInfo::exists(path));
+}
+
+void TestQtFile::blockThatIsWrittenInPartIsTold()
+{
+    writeFile(path, "old");
+    QtFile file(path);
+    FileFailure failure;
+    {
+        const FileSizeLimit limit(100000);
+        file.open(QIODevice::WriteOnly);
+        file.device()->write(QByteArray(300000, 'n'));
+        failure = getFailure([&] { file.close(); });
+    }
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
+    QCOMPARE(failure.description,
+             QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QCOMPARE(readFile(path), QByteArrayLiteral("old"));
 }
 
 void TestQtFile::failedReplacementIsTold()

@@ -163,5 +163,5 @@ void TestReportsGeneratorItem::unknownTypeIsNotShown()
     QCOMPARE(openedUrls, QList<QUrl>());
 }
 
-QTEST_MAIN(TestReportsGeneratorItem)
+QTEST_GUILESS_MAIN(TestReportsGeneratorItem)
 #include "tst_reportsgeneratoritem.moc"
