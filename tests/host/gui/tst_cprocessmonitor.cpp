@@ -149,6 +149,7 @@ private slots:
     void secondStartIsRefused();
     void nextRunStartsFromRunFinished();
     void closingStopsTheRunFirst();
+    void closingAHiddenWindowStopsTheRunFirst();
     void escapeStopsTheRunFirst();
     void questionMayBeDeclined();
     void questionMayBeAccepted();
@@ -518,6 +519,16 @@ void TestCProcessMonitor::closingStopsTheRunFirst()
     QVERIFY(!monitor.isRunning());
     QVERIFY(monitor.getInterrupted());
     QCOMPARE(monitor.calls, (QStringList{QStringLiteral("started"), QStringLiteral("finished")}));
+}
+
+void TestCProcessMonitor::closingAHiddenWindowStopsTheRunFirst()
+{
+    TestMonitor monitor;
+    monitor.start(workUntilStopped);
+    QVERIFY(!monitor.close());
+    QVERIFY(!monitor.isProcessRunning());
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(monitor.close());
 }
 
 void TestCProcessMonitor::escapeStopsTheRunFirst()
