@@ -19,8 +19,7 @@ public:
     /// The local paths of what was opened.
     QStringList getPaths() const;
 
-public slots:
-    void open(const QUrl& url);
+    Q_INVOKABLE void open(const QUrl& url);
 
 private:
     QStringList schemes;

@@ -1,5 +1,6 @@
 #include "Orvel/integration/OrvelGUIExtension.h"
 #include "Orvel/integration/OrvelProcessMonitor.h"
+#include "tests/integration/MethodText.h"
 #include "tests/integration/WindowFixture.h"
 #include "tests/support/MessageText.h"
 #include "tests/support/OrvelTestAccess.h"
@@ -7,7 +8,6 @@
 
 #include <QDir>
 #include <QLabel>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTextBrowser>
@@ -142,19 +142,9 @@ void TestOrvelProcessMonitor::methodsStandInTheirOrder()
     const QMetaObject& metaObject = OrvelProcessMonitor::staticMetaObject;
     QCOMPARE(metaObject.className(), "OrvelProcessMonitor");
     QCOMPARE(metaObject.superClass(), &CProcessMonitor::staticMetaObject);
-    const int first = metaObject.methodOffset();
-    QCOMPARE(metaObject.methodCount() - first, 2);
-
-    const QMetaMethod showOrvel = metaObject.method(first);
-    QCOMPARE(showOrvel.methodSignature(), QByteArray("showOrvel(int)"));
-    QCOMPARE(showOrvel.parameterNames(), QList<QByteArray>{"protocolType"});
-    QCOMPARE(showOrvel.methodType(), QMetaMethod::Signal);
-    QCOMPARE(showOrvel.access(), QMetaMethod::Public);
-
-    const QMetaMethod onProtocolPushed = metaObject.method(first + 1);
-    QCOMPARE(onProtocolPushed.methodSignature(), QByteArray("onProtocolPushed()"));
-    QCOMPARE(onProtocolPushed.methodType(), QMetaMethod::Slot);
-    QCOMPARE(onProtocolPushed.access(), QMetaMethod::Protected);
+    QCOMPARE(describeMethods(metaObject),
+             QStringList({QStringLiteral("public signal void showOrvel(int protocolType)"),
+                          QStringLiteral("protected slot void onProtocolPushed()")}));
 }
 
 void TestOrvelProcessMonitor::startsWithItsDefaults()

@@ -1,9 +1,12 @@
 #include "Orvel/integration/CReportDelegate.h"
 #include "Orvel/integration/OrvelGUIExtension.h"
-#include "Orvel/integration/OrvelSupport.h"
+#include "host/app/IAppExtension.h"
 #include "host/delegates/ItemDelegateFactory.h"
+#include "host/enums/EnumData.h"
 #include "host/model/CommonPropertyGetSetIsReadonlyStrategy.h"
+#include "host/model/IModelExtension.h"
 #include "host/model/ModelInitializer.h"
+#include "host/window/ProjectGUI.h"
 #include "tests/integration/WindowFixture.h"
 #include "tests/support/TestFiles.h"
 
@@ -19,13 +22,38 @@ constexpr int kMentionedProperty = 0x6DCDDA04;
 constexpr int kReportDelegateId = 0x6DCD8F17;
 
 /// The root as a host gets it.
-OrvelSupport* loadRoot()
+QObject* loadRoot()
 {
     QPluginLoader loader(QStringLiteral(ORVEL_PLUGIN_PATH));
     QObject* root = loader.instance();
     if (!root)
         qFatal("%s", qUtf8Printable(loader.errorString()));
-    return static_cast<OrvelSupport*>(root);
+    return root;
+}
+
+/// One of the root's interfaces, by the cast that a host makes.
+template<typename Interface>
+Interface* loadInterface()
+{
+    auto* extension = qobject_cast<Interface*>(loadRoot());
+    if (!extension)
+        qFatal("The plug-in lacks an interface");
+    return extension;
+}
+
+void extendModel(CProjectModel& model)
+{
+    loadInterface<IModelExtension>()->extendModel(&model);
+}
+
+void extendWindow(ProjectWindow& window)
+{
+    loadInterface<ProjectGUI::IExtender>()->extendProjectGUI(&window);
+}
+
+bool extendApplication(Application& application)
+{
+    return loadInterface<IAppExtension>()->extendApplication(&application);
 }
 
 /// A folder of installed data that holds the "Protocol" folder, in use while it exists.
@@ -69,11 +97,16 @@ class TestOrvelSupport : public QObject
 private slots:
     void metaObjectAddsNothing();
     void basesStandInTheirOrder();
-    void castsByName();
+    void castsByClassName();
+    void castsByInterfaceIdentifier();
+    void castsToNothingElse();
 
-    void modelGetsItsProtocol();
+    void modelGetsAnInitializer();
+    void initializerMakesTheProtocol();
+    void protocolHasTheApplicationsSchemeAndTheModelsProject();
     void modelKeepsAnInitializerThatItHas();
-    void modelExtendedTwiceHasOneInitializerAndTwoStrategies();
+    void modelExtendedTwiceHasOneInitializer();
+    void modelExtendedTwiceHasTwoStrategies();
     void everyModelGetsAProtocolOfItsOwn();
     void propertyTellsWhetherTheItemIsMentioned();
     void propertyCannotBeWritten();
@@ -103,62 +136,85 @@ void TestOrvelSupport::metaObjectAddsNothing()
 
 void TestOrvelSupport::basesStandInTheirOrder()
 {
-    OrvelSupport* root = loadRoot();
+    QObject* root = loadRoot();
     const auto offset = [root](const void* base) {
-        return static_cast<const char*>(base) - reinterpret_cast<const char*>(root);
+        return static_cast<const char*>(base) - static_cast<const char*>(dynamic_cast<const void*>(root));
     };
-    QCOMPARE(offset(static_cast<QObject*>(root)), std::ptrdiff_t{0});
-    QVERIFY(offset(static_cast<IModelExtension*>(root)) > 0);
-    QVERIFY(offset(static_cast<ProjectGUI::IExtender*>(root)) > offset(static_cast<IModelExtension*>(root)));
-    QVERIFY(offset(static_cast<IAppExtension*>(root)) > offset(static_cast<ProjectGUI::IExtender*>(root)));
+    QCOMPARE(offset(root), std::ptrdiff_t{0});
+    const std::ptrdiff_t modelExtension = offset(dynamic_cast<IModelExtension*>(root));
+    const std::ptrdiff_t extender = offset(dynamic_cast<ProjectGUI::IExtender*>(root));
+    const std::ptrdiff_t appExtension = offset(dynamic_cast<IAppExtension*>(root));
+    QVERIFY(0 < modelExtension);
+    QVERIFY(modelExtension < extender);
+    QVERIFY(extender < appExtension);
 }
 
-void TestOrvelSupport::castsByName()
+void TestOrvelSupport::castsByClassName()
 {
-    OrvelSupport* root = loadRoot();
-    void* const modelExtension = static_cast<IModelExtension*>(root);
-    void* const extender = static_cast<ProjectGUI::IExtender*>(root);
-    void* const appExtension = static_cast<IAppExtension*>(root);
-
+    QObject* root = loadRoot();
     QCOMPARE(root->qt_metacast("OrvelSupport"), static_cast<void*>(root));
-    QCOMPARE(root->qt_metacast("IModelExtension"), modelExtension);
-    QCOMPARE(root->qt_metacast("ProjectGUI::IExtender"), extender);
-    QCOMPARE(root->qt_metacast("IAppExtension"), appExtension);
-    QCOMPARE(root->qt_metacast("org.orvel.IModelExtension/1.0"), modelExtension);
-    QCOMPARE(root->qt_metacast("org.orvel.IProjectGUIExtender/1.0"), extender);
-    QCOMPARE(root->qt_metacast("org.orvel.IAppExtension/1.0"), appExtension);
-    QCOMPARE(root->qt_metacast("QObject"), static_cast<void*>(static_cast<QObject*>(root)));
+    QCOMPARE(root->qt_metacast("IModelExtension"), static_cast<void*>(dynamic_cast<IModelExtension*>(root)));
+    QCOMPARE(root->qt_metacast("ProjectGUI::IExtender"),
+             static_cast<void*>(dynamic_cast<ProjectGUI::IExtender*>(root)));
+    QCOMPARE(root->qt_metacast("IAppExtension"), static_cast<void*>(dynamic_cast<IAppExtension*>(root)));
+    QCOMPARE(root->qt_metacast("QObject"), static_cast<void*>(root));
+}
 
+void TestOrvelSupport::castsByInterfaceIdentifier()
+{
+    QObject* root = loadRoot();
+    QCOMPARE(root->qt_metacast("org.orvel.IModelExtension/1.0"),
+             static_cast<void*>(dynamic_cast<IModelExtension*>(root)));
+    QCOMPARE(root->qt_metacast("org.orvel.IProjectGUIExtender/1.0"),
+             static_cast<void*>(dynamic_cast<ProjectGUI::IExtender*>(root)));
+    QCOMPARE(root->qt_metacast("org.orvel.IAppExtension/1.0"),
+             static_cast<void*>(dynamic_cast<IAppExtension*>(root)));
+}
+
+void TestOrvelSupport::castsToNothingElse()
+{
+    QObject* root = loadRoot();
     for (const char* name : {"", "orvelsupport", "OrvelSupport ", "IExtender", "IModelExtension/1.0",
                              "org.orvel.OrvelSupport", "org.orvel.IModelExtension/1.1", "QWidget"})
         QVERIFY2(!root->qt_metacast(name), name);
     QVERIFY(!root->qt_metacast(nullptr));
 }
 
-void TestOrvelSupport::modelGetsItsProtocol()
+void TestOrvelSupport::modelGetsAnInitializer()
 {
     WindowFixture fixture;
-    loadRoot()->extendModel(&fixture.model);
-    ModelInitializer* initializer = fixture.model.getInitializer(kOrvelKey);
+    extendModel(fixture.model);
+    const ModelInitializer* initializer = fixture.model.getInitializer(kOrvelKey);
     QVERIFY(initializer);
     QCOMPARE(initializer->metaObject()->className(), "OrvelSupport_impl::ModelInitializerImpl");
     QCOMPARE(initializer->getModel(), &fixture.model);
     QVERIFY(protocolsOf(fixture.model).empty());
+}
 
+void TestOrvelSupport::initializerMakesTheProtocol()
+{
+    WindowFixture fixture;
+    extendModel(fixture.model);
     fixture.model.initialize();
     const std::vector<COrvel*> protocols = protocolsOf(fixture.model);
     QCOMPARE(protocols.size(), std::size_t{1});
     QVERIFY(protocols[0]);
     QVERIFY(fixture.model.isSystemItem(protocols[0]));
     QCOMPARE(protocols[0]->getId(), LONGID{0});
-    // Scheme and project are those of this application and this model.
-    QVERIFY(protocols[0]->GetItemLink(7, L"Р7").rfind(L"<a href=\"survey://locate-item?type=", 0) == 0);
-    QVERIFY(QString::fromStdWString(protocols[0]->GetItemLink(7, L"Р7"))
-                .endsWith(QStringLiteral("&id=7&project=%D0%9F%D1%80%D0%BE%D0%B5%D0%BA%D1%82%201\">Р7</a>")));
-
     // No flag stands against its removal.
     protocols[0]->setId(900);
     QVERIFY(fixture.model.removeItem(900));
+}
+
+void TestOrvelSupport::protocolHasTheApplicationsSchemeAndTheModelsProject()
+{
+    WindowFixture fixture;
+    registerEnumData(EnumData(kGeneralItemType, "Undefined", "", ""));
+    extendModel(fixture.model);
+    fixture.model.initialize();
+    QCOMPARE(QString::fromStdWString(protocolsOf(fixture.model).at(0)->GetItemLink(7, L"Р7")),
+             QStringLiteral("<a href=\"survey://locate-item?type=Undefined&id=7&project="
+                            "%D0%9F%D1%80%D0%BE%D0%B5%D0%BA%D1%82%201\">Р7</a>"));
 }
 
 void TestOrvelSupport::modelKeepsAnInitializerThatItHas()
@@ -166,24 +222,31 @@ void TestOrvelSupport::modelKeepsAnInitializerThatItHas()
     WindowFixture fixture;
     auto* present = new ModelInitializer(&fixture.model);
     fixture.model.addInitializer(kOrvelKey, present);
-    loadRoot()->extendModel(&fixture.model);
+    extendModel(fixture.model);
     QCOMPARE(fixture.model.getInitializer(kOrvelKey), present);
     fixture.model.initialize();
     QVERIFY(protocolsOf(fixture.model).empty());
     QCOMPARE(fixture.model.getPropertyStrategies(kMentionedProperty).size(), std::size_t{1});
 }
 
-void TestOrvelSupport::modelExtendedTwiceHasOneInitializerAndTwoStrategies()
+void TestOrvelSupport::modelExtendedTwiceHasOneInitializer()
 {
     WindowFixture fixture;
-    loadRoot()->extendModel(&fixture.model);
+    extendModel(fixture.model);
     const QPointer<ModelInitializer> initializer = fixture.model.getInitializer(kOrvelKey);
-    loadRoot()->extendModel(&fixture.model);
-
+    extendModel(fixture.model);
     QVERIFY(initializer);
     QCOMPARE(fixture.model.getInitializer(kOrvelKey), initializer.data());
     QCOMPARE(fixture.model.findChildren<ModelInitializer*>().size(), 1);
+    fixture.model.initialize();
+    QCOMPARE(protocolsOf(fixture.model).size(), std::size_t{1});
+}
 
+void TestOrvelSupport::modelExtendedTwiceHasTwoStrategies()
+{
+    WindowFixture fixture;
+    extendModel(fixture.model);
+    extendModel(fixture.model);
     const auto strategies = fixture.model.getPropertyStrategies(kMentionedProperty);
     QCOMPARE(strategies.size(), std::size_t{2});
     QVERIFY(strategies[0] != strategies[1]);
@@ -191,9 +254,6 @@ void TestOrvelSupport::modelExtendedTwiceHasOneInitializerAndTwoStrategies()
         QCOMPARE(strategy->metaObject()->className(), "OrvelSupport_impl::WarningReportGetStrategy");
         QCOMPARE(strategy->parent(), &fixture.model);
     }
-
-    fixture.model.initialize();
-    QCOMPARE(protocolsOf(fixture.model).size(), std::size_t{1});
 }
 
 void TestOrvelSupport::everyModelGetsAProtocolOfItsOwn()
@@ -201,7 +261,7 @@ void TestOrvelSupport::everyModelGetsAProtocolOfItsOwn()
     WindowFixture fixture;
     CProjectModel other(&fixture.project);
     for (CProjectModel* model : {static_cast<CProjectModel*>(&fixture.model), &other}) {
-        loadRoot()->extendModel(model);
+        extendModel(*model);
         model->initialize();
     }
     QCOMPARE(protocolsOf(fixture.model).size(), std::size_t{1});
@@ -212,7 +272,7 @@ void TestOrvelSupport::everyModelGetsAProtocolOfItsOwn()
 void TestOrvelSupport::propertyTellsWhetherTheItemIsMentioned()
 {
     WindowFixture fixture;
-    loadRoot()->extendModel(&fixture.model);
+    extendModel(fixture.model);
     const CModelElement* five = fixture.addItem(5);
     const CModelElement* six = fixture.addItem(6);
     QCOMPARE(fixture.model.getPropertyValue(*five, kMentionedProperty), QVariant(false));
@@ -227,7 +287,7 @@ void TestOrvelSupport::propertyTellsWhetherTheItemIsMentioned()
 void TestOrvelSupport::propertyCannotBeWritten()
 {
     WindowFixture fixture;
-    loadRoot()->extendModel(&fixture.model);
+    extendModel(fixture.model);
     CModelElement* item = fixture.addItem(5);
     auto* strategy = fixture.model.getPropertyStrategies(kMentionedProperty).front();
     QVERIFY(!strategy->setPropertyValue(&fixture.model, item, kMentionedProperty, true));
@@ -243,7 +303,7 @@ void TestOrvelSupport::windowGetsItsViewer()
 {
     WindowFixture fixture;
     fixture.addProtocol();
-    loadRoot()->extendProjectGUI(&fixture.window);
+    extendWindow(fixture.window);
 
     const std::vector<GUIExtension*> extensions = fixture.window.getExtensions(kOrvelKey);
     QCOMPARE(extensions.size(), std::size_t{1});
@@ -261,7 +321,7 @@ void TestOrvelSupport::windowGetsItsNavigation()
     fixture.addProtocol();
     const QUrl link(QStringLiteral("survey://generate-protocol?id=305510148"));
     QVERIFY(!fixture.window.navigate(link));
-    loadRoot()->extendProjectGUI(&fixture.window);
+    extendWindow(fixture.window);
     QVERIFY(fixture.window.navigate(link));
     QCOMPARE(fixture.opened.getUrls().size(), 1);
     QVERIFY(!fixture.window.navigate(QUrl(QStringLiteral("survey://locate-item?id=1"))));
@@ -276,8 +336,8 @@ void TestOrvelSupport::windowsNavigateEachInTheirOwnProject()
     auto* otherProtocol = new COrvel(&otherModel, QStringLiteral("survey"));
     otherModel.addSystemItem(otherProtocol, {});
     ProjectWindow otherWindow(&otherModel);
-    loadRoot()->extendProjectGUI(&fixture.window);
-    loadRoot()->extendProjectGUI(&otherWindow);
+    extendWindow(fixture.window);
+    extendWindow(otherWindow);
     fixture.runProtocol(enums::Import, QStringLiteral("первый"));
     otherProtocol->ProtocolBegin(enums::Import);
     otherProtocol->ProtocolEnd(enums::Import);
@@ -295,7 +355,7 @@ void TestOrvelSupport::applicationGetsTheReportDelegate()
     const InstalledData data;
     ItemDelegateFactory factory;
     QVERIFY(!factory.createDelegate(kReportDelegateId, &fixture.model, kMentionedProperty, &fixture.window));
-    QVERIFY(loadRoot()->extendApplication(&fixture.application));
+    QVERIFY(extendApplication(fixture.application));
 
     QObject parent;
     const QAbstractItemDelegate* delegate =
@@ -315,7 +375,7 @@ void TestOrvelSupport::applicationWithoutADelegateFactory()
     const InstalledData data;
     data.write(QStringLiteral("protocol.html"), "<div></div>");
     QVERIFY(!ItemDelegateFactory::instance());
-    QVERIFY(loadRoot()->extendApplication(&fixture.application));
+    QVERIFY(extendApplication(fixture.application));
     QCOMPARE(readFile(fixture.tempPath(QStringLiteral("protocol.html"))), QByteArray("<div></div>"));
     QCOMPARE(fixture.application.getWarnings(), QStringList());
 }
@@ -330,7 +390,7 @@ void TestOrvelSupport::applicationGetsThePageTemplate()
     writeFile(fixture.tempPath(QStringLiteral("protocol.html")), "old");
     QCOMPARE(COrvel::s_sysTemplateProtocolPath, QString());
 
-    QVERIFY(loadRoot()->extendApplication(&fixture.application));
+    QVERIFY(extendApplication(fixture.application));
     QCOMPARE(COrvel::s_sysTemplateProtocolPath, data.getTemplateFolder());
     QCOMPARE(readFile(fixture.tempPath(QStringLiteral("protocol.html"))),
              QByteArray("<html><div></div></html>"));
@@ -347,7 +407,7 @@ void TestOrvelSupport::applicationKeepsGoingWhenTheTemplateCannotBeCopied()
     // What stands in the way is a folder that is not empty.
     QVERIFY(QDir().mkpath(fixture.tempPath(QStringLiteral("protocol.html/inner"))));
 
-    QVERIFY(loadRoot()->extendApplication(&fixture.application));
+    QVERIFY(extendApplication(fixture.application));
     QCOMPARE(COrvel::s_sysTemplateProtocolPath, data.getTemplateFolder());
     QVERIFY(QFileInfo(fixture.tempPath(QStringLiteral("protocol.html"))).isDir());
     QCOMPARE(fixture.application.getWarnings(), QStringList());
@@ -359,8 +419,8 @@ void TestOrvelSupport::unextendingUndoesNothing()
     const InstalledData data;
     data.write(QStringLiteral("protocol.html"), "<div></div>");
     ItemDelegateFactory factory;
-    QVERIFY(loadRoot()->extendApplication(&fixture.application));
-    loadRoot()->unextendApplication(&fixture.application);
+    QVERIFY(extendApplication(fixture.application));
+    loadInterface<IAppExtension>()->unextendApplication(&fixture.application);
 
     QObject parent;
     QVERIFY(factory.createDelegate(kReportDelegateId, &fixture.model, kMentionedProperty, &parent));

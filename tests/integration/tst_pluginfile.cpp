@@ -4,12 +4,11 @@
 #include <QFile>
 #include <QJsonObject>
 #include <QLibrary>
-#include <QMap>
 #include <QPluginLoader>
 #include <QPointer>
 #include <QtTest>
 
-#include <cstring>
+#include <vector>
 
 namespace {
 
@@ -47,13 +46,30 @@ QStringList readTexts(QCborStreamReader& reader)
     return texts;
 }
 
-QString describe(int value)
+using InstanceFunction = QObject* (*)();
+
+/// The entry point that gives the root.
+InstanceFunction resolveInstance()
 {
-    const EnumData record = getEnumData(value);
-    return QStringLiteral("%1|%2|%3")
-        .arg(QString::fromStdString(record.getTextInternal()),
-             QString::fromStdWString(record.getTextSingular()),
-             QString::fromStdWString(record.getTextPlural()));
+    QLibrary plugin(getPluginPath());
+    const auto getInstance = reinterpret_cast<InstanceFunction>(plugin.resolve("qt_plugin_instance"));
+    if (!getInstance)
+        qFatal("The plug-in has no root");
+    return getInstance;
+}
+
+/// The texts of the enumeration records: "internal|singular|plural".
+QStringList describe(const std::vector<int>& values)
+{
+    QStringList texts;
+    for (const int value : values) {
+        const EnumData record = getEnumData(value);
+        texts.append(QStringLiteral("%1|%2|%3")
+                         .arg(QString::fromStdString(record.getTextInternal()),
+                              QString::fromStdWString(record.getTextSingular()),
+                              QString::fromStdWString(record.getTextPlural())));
+    }
+    return texts;
 }
 
 } // namespace
@@ -68,29 +84,26 @@ private slots:
     void metadataHoldsTheInterfaceAndTheClassOnly();
     void metadataIsWhatTheEntryPointAnswers();
     void metadataAsksForNoDebugBuild();
-    void rootIsMadeOnceAndAgainAfterItsEnd();
+    void rootIsMadeOnce();
+    void rootIsMadeAgainAfterItsEnd();
 };
 
 void TestPluginFile::loadingRegistersTheProtocolTypes()
 {
-    QCOMPARE(describe(0x12355F00), QStringLiteral("||"));
-    QCOMPARE(describe(0x1235B702), QStringLiteral("||"));
-
+    QCOMPARE(describe({0x12355F00, 0x1235B702}), QStringList({QStringLiteral("||"), QStringLiteral("||")}));
     QLibrary plugin(getPluginPath());
     QVERIFY2(plugin.load(), qPrintable(plugin.errorString()));
 
-    QCOMPARE(describe(0x12355F00), QStringLiteral("Orvel||"));
-    QCOMPARE(describe(0x1235B700), QStringLiteral("UndefProtocol||"));
-    QCOMPARE(describe(0x1235B701), QStringLiteral("Compile|Предобработка| "));
-    QCOMPARE(describe(0x1235B702), QStringLiteral("Adjust|Уравнивание| "));
-    QCOMPARE(describe(0x1235B703), QStringLiteral("L1Analysis|L1-анализ| "));
-    QCOMPARE(describe(0x1235B704), QStringLiteral("Import|Импорт| "));
-    QCOMPARE(describe(0x1235B705), QStringLiteral("Export|Экспорт| "));
-    QCOMPARE(describe(0x1235B706), QStringLiteral("ImportTemplate|Импорт по шаблону| "));
-    QCOMPARE(describe(0x1235B707), QStringLiteral("FixedPointsAnalysis|Общий анализ исходных данных| "));
-    QCOMPARE(describe(0x1235B708), QStringLiteral("AutoChainTracingAnalysis|Авто трассирование| "));
-    QCOMPARE(describe(0x1235B709), QStringLiteral("CalcTacheometry|Расчет тахеометрии| "));
-    QCOMPARE(describe(0x1235B70A), QStringLiteral("||"));
+    QCOMPARE(
+        describe({0x12355F00, 0x1235B700, 0x1235B701, 0x1235B702, 0x1235B703, 0x1235B704, 0x1235B705,
+                  0x1235B706, 0x1235B707, 0x1235B708, 0x1235B709, 0x1235B70A}),
+        QStringList({QStringLiteral("Orvel||"), QStringLiteral("UndefProtocol||"),
+                     QStringLiteral("Compile|Предобработка| "), QStringLiteral("Adjust|Уравнивание| "),
+                     QStringLiteral("L1Analysis|L1-анализ| "), QStringLiteral("Import|Импорт| "),
+                     QStringLiteral("Export|Экспорт| "), QStringLiteral("ImportTemplate|Импорт по шаблону| "),
+                     QStringLiteral("FixedPointsAnalysis|Общий анализ исходных данных| "),
+                     QStringLiteral("AutoChainTracingAnalysis|Авто трассирование| "),
+                     QStringLiteral("CalcTacheometry|Расчет тахеометрии| "), QStringLiteral("||")}));
 }
 
 void TestPluginFile::metadataHoldsTheInterfaceAndTheClassOnly()
@@ -133,23 +146,25 @@ void TestPluginFile::metadataAsksForNoDebugBuild()
     QCOMPARE(QPluginLoader(getPluginPath()).metaData(), expected);
 }
 
-void TestPluginFile::rootIsMadeOnceAndAgainAfterItsEnd()
+void TestPluginFile::rootIsMadeOnce()
 {
-    QLibrary plugin(getPluginPath());
-    using InstanceFunction = QObject* (*)();
-    const auto getInstance = reinterpret_cast<InstanceFunction>(plugin.resolve("qt_plugin_instance"));
-    QVERIFY(getInstance);
-
-    QPointer<QObject> root = getInstance();
+    const InstanceFunction getInstance = resolveInstance();
+    QObject* root = getInstance();
     QVERIFY(root);
     QCOMPARE(root->metaObject()->className(), "OrvelSupport");
     QCOMPARE(root->parent(), nullptr);
-    QCOMPARE(getInstance(), root.data());
-    QCOMPARE(QPluginLoader(getPluginPath()).instance(), root.data());
+    QCOMPARE(getInstance(), root);
+    QCOMPARE(QPluginLoader(getPluginPath()).instance(), root);
+}
 
+void TestPluginFile::rootIsMadeAgainAfterItsEnd()
+{
+    const InstanceFunction getInstance = resolveInstance();
+    QPointer<QObject> root = getInstance();
     root->setProperty("isFirst", true);
     delete root;
     QVERIFY(root.isNull());
+
     root = getInstance();
     QVERIFY(root);
     QCOMPARE(root->metaObject()->className(), "OrvelSupport");
