@@ -179,11 +179,12 @@ void TestTree::leafListShowsWhateverItIsGiven()
 
 void TestTree::leafListIsAppended()
 {
-    ProtocolFixture f;
     COVMessage message = makeMessage(COVMessage::Error, QStringLiteral("line"));
+    const QString wanted = QStringLiteral("before\n") + leaves({message});
+    ProtocolFixture f;
     QString html = QStringLiteral("before\n");
     QVERIFY(Access::GetHtmlList(f.protocol, {&message}, html));
-    QCOMPARE(html, QStringLiteral("before\n") + leaves({message}));
+    QCOMPARE(html, wanted);
 }
 
 void TestTree::leafOfAStageHeadingHasNoStyle()
@@ -215,11 +216,12 @@ void TestTree::groupedDataOfOtherKindsWritesNothing()
 
 void TestTree::groupedDataIsAppended()
 {
-    ProtocolFixture f;
     COVMessage message = makeMessage(COVMessage::Message, QStringLiteral("line"));
+    const QString wanted = QStringLiteral("before\n") + grouped({message});
+    ProtocolFixture f;
     QString html = QStringLiteral("before\n");
     QVERIFY(Access::GetHtmlGroupedData(f.protocol, {&message}, html, true));
-    QCOMPARE(html, QStringLiteral("before\n") + grouped({message}));
+    QCOMPARE(html, wanted);
 }
 
 void TestTree::problemsAreGroupedByItemType()

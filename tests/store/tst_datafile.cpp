@@ -166,6 +166,7 @@ private slots:
     void contentThatDoesNotParse_data();
     void contentThatDoesNotParse();
     void truncatedFileIsNoProtocol();
+    void writtenFileWithMoreBehindItIsNoProtocol();
 
     // Both ways
     void textSurvives_data();
@@ -649,6 +650,22 @@ void TestDataFile::truncatedFileIsNoProtocol()
     QVERIFY(readBack(f, whole.left(end)));
     QCOMPARE(storedMessages(f.protocol).size(), 3);
     QCOMPARE(f.application.getWarnings(), QStringList());
+}
+
+void TestDataFile::writtenFileWithMoreBehindItIsNoProtocol()
+{
+    ProtocolFixture f;
+    for (const std::vector<COVMessage>& list :
+         {std::vector<COVMessage>(), std::vector<COVMessage>{makeMessage(1, QStringLiteral("a"))}}) {
+        const QByteArray whole = written(f, list);
+        for (const char* more : {"text", "<messagelist/>", "</messagelist>", "<li/>"}) {
+            QVERIFY2(!readBack(f, whole + more), more);
+            QVERIFY2(Access::messages(f.protocol).empty(), more);
+        }
+        // These may stand behind a root.
+        QVERIFY(readBack(f, whole + "\n<!-- end -->\n"));
+        QCOMPARE(Access::messages(f.protocol).size(), list.size());
+    }
 }
 
 void TestDataFile::textSurvives_data()
