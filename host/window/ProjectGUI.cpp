@@ -23,8 +23,7 @@ CProjectModel* ProjectGUI::getModel() const
 
 void ProjectGUI::addExtension(int key, GUIExtension* extension)
 {
-    if (extension)
-        extensions[key].emplace_back(extension);
+    extensions[key].emplace_back(extension);
 }
 
 std::vector<GUIExtension*> ProjectGUI::getExtensions(int key) const
