@@ -311,10 +311,13 @@ void TestCDirCopier::fileInPlaceOfAFolderIsToldAndTheRestIsCopied()
 void TestCDirCopier::folderInPlaceOfAFileIsToldAndTheRestIsCopied()
 {
     QVERIFY(QDir(target).mkdir(QStringLiteral("a")));
-    writeFile(source + QStringLiteral("/b"), "new b");
+    QVERIFY(QDir(source).mkdir(QStringLiteral("b")));
+    writeFile(source + QStringLiteral("/b/file"), "new");
+    writeFile(source + QStringLiteral("/c"), "new c");
 
     QVERIFY(!copyUpdating(source, target));
-    QCOMPARE(listing(target), QStringList({QStringLiteral("a/"), QStringLiteral("b: new b")}));
+    QCOMPARE(listing(target), QStringList({QStringLiteral("a/"), QStringLiteral("b/"),
+                                           QStringLiteral("b/file: new"), QStringLiteral("c: new c")}));
 }
 
 void TestCDirCopier::failedWriteIsToldAndLeavesNoPieces()
@@ -352,7 +355,10 @@ void TestCDirCopier::sourceIsNotCopiedIntoItself()
     QVERIFY(!copyUpdating(source, link + QStringLiteral("/d")));
     QVERIFY(!copyUpdating(link, source));
     QCOMPARE(listing(source), QStringList{QStringLiteral("a: new a")});
-    QVERIFY(copyUpdating(source, source + QStringLiteral("2")));
+
+    const QString namedAlike = source + QStringLiteral("2");
+    QVERIFY(QDir().mkdir(namedAlike));
+    QVERIFY(copyUpdating(source, namedAlike));
 }
 
 QTEST_GUILESS_MAIN(TestCDirCopier)
