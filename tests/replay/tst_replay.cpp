@@ -166,7 +166,8 @@ private slots:
 void TestReplay::playsAJournal_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char* name : {"adjust", "clear", "compile", "interrupt", "items", "kinds", "unfinished"})
+    for (const char* name :
+         {"adjust", "clear", "compile", "interrupt", "items", "kinds", "odd-texts", "unfinished"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
