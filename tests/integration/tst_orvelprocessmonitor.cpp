@@ -134,6 +134,7 @@ private slots:
     void interruptedRunLeavesTheProtocolOpen();
     void failedRunLeavesTheProtocolOpen();
     void runDestroyedWithItsWindowLeavesTheProtocolOpen();
+    void runIsOverBeforeTheHandlerIsDestroyed();
     void linesOfAWorkerThreadEndInTheDataFileInOrder();
 };
 
@@ -606,17 +607,31 @@ void TestOrvelProcessMonitor::runDestroyedWithItsWindowLeavesTheProtocolOpen()
     MonitorFixture fixture;
     auto monitor = std::make_unique<OrvelProcessMonitor>(&fixture.window);
     monitor->setProtocolType(kImport);
-    bool isHandlerAlive = true;
-    monitor->setOnItemClicked(
-        [guard = std::shared_ptr<void>(nullptr, [&](void*) { isHandlerAlive = false; })](LONGID) {});
     monitor->start(workUntilStopped);
     monitor->writeError(L"строка");
     monitor.reset();
-    QVERIFY(!isHandlerAlive);
     QCOMPARE(
         messagesOf(fixture.protocol),
         QStringList{QStringLiteral("ptype=305510148 mtype=3 stage=0 ids=0 types=1710060288 text=строка")});
     QVERIFY(!QFile::exists(OrvelTestAccess::dataFilePath(fixture.protocol)));
+}
+
+void TestOrvelProcessMonitor::runIsOverBeforeTheHandlerIsDestroyed()
+{
+    MonitorFixture fixture;
+    std::atomic<bool> isRunOver{false};
+    QStringList states;
+    auto monitor = std::make_unique<OrvelProcessMonitor>(&fixture.window);
+    const auto sayState = [&](void*) {
+        states.append(isRunOver ? QStringLiteral("over") : QStringLiteral("working"));
+    };
+    monitor->setOnItemClicked([guard = std::shared_ptr<void>(nullptr, sayState)](LONGID) {});
+    monitor->start([&](qor::IProcessMonitor& run) {
+        workUntilStopped(run);
+        isRunOver = true;
+    });
+    monitor.reset();
+    QCOMPARE(states, QStringList{QStringLiteral("over")});
 }
 
 void TestOrvelProcessMonitor::linesOfAWorkerThreadEndInTheDataFileInOrder()
