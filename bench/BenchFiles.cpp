@@ -2,6 +2,7 @@
 
 #include "bench/BenchHost.h"
 #include "bench/SampleMessages.h"
+#include "host/files/CFileException.h"
 #include "host/files/QtFile.h"
 #include "tests/support/OrvelTestAccess.h"
 
@@ -43,5 +44,5 @@ void prepareDataFile(const QString& folder, int protocolType, int size)
     OrvelTestAccess::dataFilePath(host.protocol) = path;
     OrvelTestAccess::messages(host.protocol) = sample::makeMessages(protocolType, size);
     if (!OrvelTestAccess::WriteXML(host.protocol))
-        qFatal("Cannot write %s", qUtf8Printable(path));
+        throw qor::CFileException(qor::CFileException::CannotWrite, path.toStdWString());
 }

@@ -5,7 +5,9 @@
 #include <QByteArray>
 #include <QString>
 
-/// The whole file. All functions here end the program when a file can't be read or written.
+// All functions here throw qor::CFileException when a file can't be read or written.
+
+/// The whole file.
 QByteArray readFile(const QString& path);
 /// Makes or replaces the file, in the host's way: beside it first.
 void writeFile(const QString& path, const QByteArray& content);

@@ -1,12 +1,12 @@
 #include "bench/Measurement.h"
 
-#include "bench/BenchFiles.h"
-
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <chrono>
+#include <ctime>
 #include <malloc.h>
 
 namespace {
@@ -33,36 +33,43 @@ void resetPeakMemory()
         qFatal("Cannot write %s", qUtf8Printable(file.fileName()));
 }
 
+double getCpuSeconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 } // namespace
 
-Measurement measure(const Operation& operation, const TaskRequest& request, bool wantsDigest)
+Measurement measureCall(const std::function<void()>& function)
 {
-    TaskRequest warmUp = request;
-    warmUp.size = kWarmUpSize;
-    operation.makeTask(warmUp)->run();
-
-    const std::unique_ptr<Task> task = operation.makeTask(request);
-    // What preparing the task has left free would hide memory that the task takes.
+    // Memory that what went before has left free would hide memory that the function takes.
     malloc_trim(0);
     resetPeakMemory();
-    const qint64 before = getMemoryFigure("VmRSS");
+    const qint64 bytesBefore = getMemoryFigure("VmRSS");
+    const double cpuBefore = getCpuSeconds();
     const auto start = std::chrono::steady_clock::now();
-    task->run();
+    function();
     const auto end = std::chrono::steady_clock::now();
 
     Measurement result;
+    result.cpuSeconds = getCpuSeconds() - cpuBefore;
     result.seconds = std::chrono::duration<double>(end - start).count();
-    result.peakBytes = getMemoryFigure("VmHWM") - before;
-    if (wantsDigest)
-        result.digest = task->getDigest();
+    result.peakBytes = std::max<qint64>(0, getMemoryFigure("VmHWM") - bytesBefore);
     return result;
 }
 
 QByteArray toLine(const Measurement& measurement)
 {
+    QJsonArray stalls;
+    for (const Stall& stall : measurement.stalls)
+        stalls.append(QJsonArray{stall.part, stall.seconds});
     const QJsonObject object{{QStringLiteral("seconds"), measurement.seconds},
+                             {QStringLiteral("cpu_seconds"), measurement.cpuSeconds},
                              {QStringLiteral("peak_bytes"), measurement.peakBytes},
-                             {QStringLiteral("digest"), measurement.digest}};
+                             {QStringLiteral("digest"), measurement.digest},
+                             {QStringLiteral("stalls"), stalls}};
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
@@ -72,7 +79,11 @@ bool fromLine(const QByteArray& line, Measurement& measurement)
     if (!object.contains(QStringLiteral("seconds")))
         return false;
     measurement.seconds = object[QStringLiteral("seconds")].toDouble();
+    measurement.cpuSeconds = object[QStringLiteral("cpu_seconds")].toDouble();
     measurement.peakBytes = static_cast<qint64>(object[QStringLiteral("peak_bytes")].toDouble());
     measurement.digest = object[QStringLiteral("digest")].toString();
+    const QJsonArray stalls = object[QStringLiteral("stalls")].toArray();
+    for (const QJsonValue& stall : stalls)
+        measurement.stalls.push_back({stall.toArray().at(0).toString(), stall.toArray().at(1).toDouble()});
     return true;
 }

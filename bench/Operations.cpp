@@ -4,6 +4,8 @@
 #include "bench/tasks/DataFileTasks.h"
 #include "bench/tasks/IntakeTasks.h"
 #include "bench/tasks/PageTasks.h"
+#include "bench/tasks/TableTask.h"
+#include "bench/tasks/WindowRunTasks.h"
 
 #include <algorithm>
 
@@ -20,19 +22,31 @@ QStringList makeNames(std::initializer_list<const char*> names)
 std::vector<Operation> makeOperations()
 {
     const std::vector<int> sizes{1000, 10000, 100000, 1000000};
-    const std::vector<int> lineSizes{48000, 96000};
+    const int quick = 10000;
+    // A document of more messages takes more memory than machines have: 6.5 GB for 1,000,000.
+    const int domLimit = 100000;
+    // A regular expression takes quadratic time on this line: 6 s for 48 KB.
+    const int hostileQuick = 12000;
+    const int hostileLimit = 48000;
     const QStringList codecs = makeNames({"orvel", "dom", "qxmlstream", "pugixml", "limit"});
     const QStringList intakes = makeNames({"orvel", "dom", "qregularexpression", "limit"});
     const QStringList pages = makeNames({"orvel", "dom", "limit"});
+    const QStringList orvelAndDom = makeNames({"orvel", "dom"});
+    const QStringList hostiles = makeNames({"orvel", "dom", "qregularexpression"});
+    const QStringList runs = makeNames({"orvel", "bare"});
+    const QStringList orvel = makeNames({"orvel"});
+    const int compile = enums::Compile;
     return {
-        {QStringLiteral("intake"), intakes, sizes, makeIntakeTask, 0},
-        {QStringLiteral("hostile"), makeNames({"orvel", "dom", "qregularexpression"}), lineSizes,
-         makeHostileTask, 0},
-        {QStringLiteral("write"), codecs, sizes, makeWriteTask, enums::Compile},
-        {QStringLiteral("read"), codecs, sizes, makeReadTask, enums::Compile},
-        {QStringLiteral("page"), pages, sizes, makePageTask, enums::Compile},
-        {QStringLiteral("page_staged"), pages, sizes, makeStagedPageTask, enums::Adjust},
-        {QStringLiteral("item_page"), makeNames({"orvel", "dom"}), sizes, makeItemPageTask, enums::Compile},
+        {QStringLiteral("intake"), intakes, sizes, quick, domLimit, 0, makeIntakeTask},
+        {QStringLiteral("hostile"), hostiles, {48000, 96000}, hostileQuick, hostileLimit, 0, makeHostileTask},
+        {QStringLiteral("write"), codecs, sizes, quick, domLimit, compile, makeWriteTask},
+        {QStringLiteral("read"), codecs, sizes, quick, domLimit, compile, makeReadTask},
+        {QStringLiteral("page"), pages, sizes, quick, domLimit, compile, makePageTask},
+        {QStringLiteral("page_staged"), pages, sizes, quick, domLimit, enums::Adjust, makeStagedPageTask},
+        {QStringLiteral("item_page"), orvelAndDom, sizes, quick, domLimit, compile, makeItemPageTask},
+        {QStringLiteral("load"), orvel, {1}, 1, 0, 0, nullptr},
+        {QStringLiteral("window_run"), runs, {100000}, quick, 0, 0, makeWindowRunTask},
+        {QStringLiteral("table"), orvel, {100000}, quick, 0, 0, makeTableTask},
     };
 }
 

@@ -8,8 +8,14 @@
 
 namespace {
 
-constexpr int kSmallSize = 10000;
-constexpr int kLargeSize = 1000000;
+/// Two sizes between which the cost of one message is compared.
+struct Growth
+{
+    int smallSize;
+    int largeSize;
+};
+
+constexpr Growth kGrowths[] = {{10000, 1000000}, {48000, 96000}};
 
 const Series* find(const std::vector<Series>& list, const QString& operation, int size,
                    const QString& program)
@@ -20,51 +26,83 @@ const Series* find(const std::vector<Series>& list, const QString& operation, in
     return found == list.end() ? nullptr : &*found;
 }
 
-QString makeMegabytes(qint64 bytes)
+QString makeNumber(double number, int decimals)
 {
-    return QString::number(static_cast<double>(bytes) / 1e6, 'f', 1);
+    return QString::number(number, 'f', decimals);
 }
 
-/// How the library stands against the program of the row, in time and in memory.
-QString makeRatios(const Series& series, const Series& orvel)
+/// How the library stands against the program of the row.
+QString makeRatio(const Series& series, const Series& orvel)
 {
-    const double time = series.getMedianSeconds() / orvel.getMedianSeconds();
-    const QString ratio = series.program == QLatin1String("limit")
-                              ? QStringLiteral("orvel takes %1 of it").arg(1 / time, 0, 'f', 2)
-                              : QStringLiteral("orvel is %1 times faster").arg(time, 0, 'f', 2);
-    const double memory =
-        static_cast<double>(orvel.getMedianPeakBytes()) / static_cast<double>(series.getMedianPeakBytes());
-    return ratio + QStringLiteral(", memory %1 of it").arg(memory, 0, 'f', 2);
+    const double ratio = series.getMedianSeconds() / orvel.getMedianSeconds();
+    const bool isBound = series.program == QLatin1String("limit") || series.program == QLatin1String("bare");
+    return isBound ? QStringLiteral("orvel takes %1 of it").arg(makeNumber(1 / ratio, 2))
+                   : QStringLiteral("orvel is %1 times faster").arg(makeNumber(ratio, 2));
+}
+
+QString makeMemory(const Series& series)
+{
+    const auto bytes = static_cast<double>(series.getMedianPeakBytes());
+    QString text = QStringLiteral("%1 MB").arg(makeNumber(bytes / 1e6, 1), 8);
+    if (series.dataFileBytes > 0)
+        text += QStringLiteral(" %1 of file")
+                    .arg(makeNumber(bytes / static_cast<double>(series.dataFileBytes), 2), 5);
+    else
+        text += QString(14, QLatin1Char(' '));
+    return text;
+}
+
+QString makeStalls(const Series& series)
+{
+    QStringList texts;
+    for (const Stall& stall : series.getMedianStalls())
+        texts.append(QStringLiteral("%1 %2 ms").arg(stall.part, makeNumber(stall.seconds * 1000, 1)));
+    return texts.isEmpty() ? QString() : QStringLiteral("longest stall: ") + texts.join(QStringLiteral(", "));
 }
 
 QString makeRow(const Series& series, const Series* orvel)
 {
     const double seconds = series.getMedianSeconds();
-    QString row = QStringLiteral("%1 %2 %3 %4 s %5 us each %6 MB")
-                      .arg(series.operation, -12)
-                      .arg(series.size, 8)
-                      .arg(series.program, -19)
-                      .arg(seconds, 10, 'f', 6)
-                      .arg(seconds / series.size * 1e6, 8, 'f', 3)
-                      .arg(makeMegabytes(series.getMedianPeakBytes()), 8);
+    QString row = QStringLiteral("%1 %2 %3 %4 s (cpu %5 s) %6 us each %7  ")
+                      .arg(series.operation, -11)
+                      .arg(series.size, 7)
+                      .arg(series.program, -18)
+                      .arg(makeNumber(seconds, 6), 10)
+                      .arg(makeNumber(series.getMedianCpuSeconds(), 6), 10)
+                      .arg(makeNumber(seconds / series.size * 1e6, 3), 7)
+                      .arg(makeMemory(series));
     if (orvel && orvel != &series)
-        row += QStringLiteral("   ") + makeRatios(series, *orvel);
-    return row + QLatin1Char('\n');
+        row += makeRatio(series, *orvel);
+    row += makeStalls(series);
+    return row.trimmed() + QLatin1Char('\n');
 }
 
-/// How the cost of one message grows from a small run to a large one.
+/// How the cost of one message grows from a small run to a large one; empty for other sizes than those.
 QString makeGrowthRow(const Series& large, const std::vector<Series>& list)
 {
-    const Series* small = find(list, large.operation, kSmallSize, large.program);
-    if (!small || large.size != kLargeSize)
-        return QString();
-    const double growth = large.getMedianSeconds() / large.size / (small->getMedianSeconds() / small->size);
-    return QStringLiteral("%1 %2 per message at %3: %4 of that at %5\n")
-        .arg(large.operation, -12)
-        .arg(large.program, -19)
-        .arg(large.size)
-        .arg(growth, 0, 'f', 2)
-        .arg(small->size);
+    for (const Growth& growth : kGrowths) {
+        const Series* small = find(list, large.operation, growth.smallSize, large.program);
+        if (!small || large.size != growth.largeSize)
+            continue;
+        const double ratio =
+            large.getMedianSeconds() / large.size / (small->getMedianSeconds() / small->size);
+        return QStringLiteral("%1 %2 per message at %3: %4 of that at %5\n")
+            .arg(large.operation, -11)
+            .arg(large.program, -18)
+            .arg(large.size)
+            .arg(makeNumber(ratio, 2))
+            .arg(small->size);
+    }
+    return QString();
+}
+
+QJsonObject makeJsonRow(const Series& series, const QString& operation, double seconds, qint64 peakBytes)
+{
+    return {{QStringLiteral("operation"), operation},
+            {QStringLiteral("size"), series.size},
+            {QStringLiteral("program"), series.program},
+            {QStringLiteral("seconds"), seconds},
+            {QStringLiteral("peak_bytes"), peakBytes}};
 }
 
 } // namespace
@@ -82,11 +120,13 @@ QString makeTable(const std::vector<Series>& list)
 QByteArray makeJson(const std::vector<Series>& list)
 {
     QJsonArray rows;
-    for (const Series& series : list)
-        rows.append(QJsonObject{{QStringLiteral("operation"), series.operation},
-                                {QStringLiteral("size"), series.size},
-                                {QStringLiteral("program"), series.program},
-                                {QStringLiteral("seconds"), series.getMedianSeconds()},
-                                {QStringLiteral("peak_bytes"), series.getMedianPeakBytes()}});
+    for (const Series& series : list) {
+        const qint64 peakBytes = series.getMedianPeakBytes();
+        rows.append(makeJsonRow(series, series.operation, series.getMedianSeconds(), peakBytes));
+        for (const Stall& stall : series.getMedianStalls()) {
+            const QString name = series.operation + QStringLiteral("_stall_") + stall.part;
+            rows.append(makeJsonRow(series, name, stall.seconds, peakBytes));
+        }
+    }
     return QJsonDocument(rows).toJson();
 }

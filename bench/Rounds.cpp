@@ -1,23 +1,57 @@
 #include "bench/Rounds.h"
 
+#include "bench/BenchFiles.h"
+
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 
 #include <algorithm>
+#include <cstdio>
+#include <stdexcept>
 
 namespace {
 
-constexpr int kLargestDomSize = 100000;
+[[noreturn]] void fail(const Series& series, const char* reason)
+{
+    throw std::runtime_error(
+        QStringLiteral("%1 %2 %3: %4")
+            .arg(series.operation, QString::number(series.size), series.program, QString::fromUtf8(reason))
+            .toStdString());
+}
 
 bool isFeasible(const Operation& operation, const QString& program, int size)
 {
-    if (program != QLatin1String("dom") || size <= kLargestDomSize)
+    if (program != QLatin1String("dom") || size <= operation.largestDomSize)
         return true;
-    fprintf(stderr, "%s %d: dom is left out, it takes 6.5 GB\n", qUtf8Printable(operation.name), size);
+    std::fprintf(stderr, "%s %d: dom is left out; it would take %s\n", qUtf8Printable(operation.name), size,
+                 operation.dataFileType != 0 ? "6.5 GB for 1,000,000 messages" : "too long");
     return false;
 }
 
-Measurement measureInChild(const Series& series, const QString& folder, bool wantsDigest)
+std::vector<Series> makeSeries(const Operation& operation, int size, const QString& folder)
+{
+    qint64 dataFileBytes = 0;
+    if (operation.dataFileType != 0)
+        dataFileBytes = QFileInfo(getDataFilePath(folder, operation.dataFileType, size)).size();
+    std::vector<Series> list;
+    for (const QString& program : operation.programs) {
+        if (isFeasible(operation, program, size))
+            list.push_back({operation.name, size, program, dataFileBytes, {}});
+    }
+    return list;
+}
+
+QString getExecutable(const Operation& operation)
+{
+    if (operation.makeTask)
+        return QCoreApplication::applicationFilePath();
+    return QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(QStringLiteral("orvel-bench-load"));
+}
+
+Measurement measureInChild(const Operation& operation, const Series& series, const QString& folder,
+                           bool wantsDigest)
 {
     QStringList arguments{QStringLiteral("--measure"),   series.program,
                           QStringLiteral("--operation"), series.operation,
@@ -27,11 +61,11 @@ Measurement measureInChild(const Series& series, const QString& folder, bool wan
         arguments.append(QStringLiteral("--digest"));
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    child.start(QCoreApplication::applicationFilePath(), arguments);
+    child.start(getExecutable(operation), arguments);
     Measurement result;
     if (!child.waitForFinished(-1) || child.exitStatus() != QProcess::NormalExit ||
         !fromLine(child.readAllStandardOutput(), result))
-        qFatal("No measurement: %s", qUtf8Printable(arguments.join(QLatin1Char(' '))));
+        fail(series, "no measurement");
     return result;
 }
 
@@ -42,16 +76,19 @@ void checkDigests(const std::vector<Series>& list)
     for (const Series& series : list) {
         const QString digest = series.measurements.front().digest;
         if (!digest.isEmpty() && digest != expected)
-            qFatal("%s %d: %s came to another result than %s", qUtf8Printable(series.operation), series.size,
-                   qUtf8Printable(series.program), qUtf8Printable(list.front().program));
+            fail(series, "another result than the first program's");
     }
 }
 
-template<typename Number>
-Number getMedian(std::vector<Number> numbers)
+/// The median of a figure that `getFigure` takes from a measurement.
+template<typename Function>
+auto getMedian(const std::vector<Measurement>& measurements, Function getFigure)
 {
-    const auto middle = numbers.begin() + static_cast<std::ptrdiff_t>(numbers.size() / 2);
-    std::nth_element(numbers.begin(), middle, numbers.end());
+    std::vector<decltype(getFigure(measurements.front()))> figures;
+    for (const Measurement& measurement : measurements)
+        figures.push_back(getFigure(measurement));
+    const auto middle = figures.begin() + static_cast<std::ptrdiff_t>(figures.size() / 2);
+    std::nth_element(figures.begin(), middle, figures.end());
     return *middle;
 }
 
@@ -59,31 +96,35 @@ Number getMedian(std::vector<Number> numbers)
 
 double Series::getMedianSeconds() const
 {
-    std::vector<double> seconds;
-    for (const Measurement& measurement : measurements)
-        seconds.push_back(measurement.seconds);
-    return getMedian(std::move(seconds));
+    return getMedian(measurements, [](const Measurement& measurement) { return measurement.seconds; });
+}
+
+double Series::getMedianCpuSeconds() const
+{
+    return getMedian(measurements, [](const Measurement& measurement) { return measurement.cpuSeconds; });
 }
 
 qint64 Series::getMedianPeakBytes() const
 {
-    std::vector<qint64> bytes;
-    for (const Measurement& measurement : measurements)
-        bytes.push_back(measurement.peakBytes);
-    return getMedian(std::move(bytes));
+    return getMedian(measurements, [](const Measurement& measurement) { return measurement.peakBytes; });
+}
+
+std::vector<Stall> Series::getMedianStalls() const
+{
+    std::vector<Stall> stalls = measurements.front().stalls;
+    for (std::size_t i = 0; i < stalls.size(); ++i)
+        stalls[i].seconds = getMedian(
+            measurements, [i](const Measurement& measurement) { return measurement.stalls.at(i).seconds; });
+    return stalls;
 }
 
 std::vector<Series> measureInRounds(const Operation& operation, int size, int rounds, const QString& folder)
 {
-    std::vector<Series> list;
-    for (const QString& program : operation.programs) {
-        if (isFeasible(operation, program, size))
-            list.push_back({operation.name, size, program, {}});
-    }
+    std::vector<Series> list = makeSeries(operation, size, folder);
     for (int round = 0; round < rounds; ++round) {
         const bool wantsDigest = round == 0;
         for (Series& series : list)
-            series.measurements.push_back(measureInChild(series, folder, wantsDigest));
+            series.measurements.push_back(measureInChild(operation, series, folder, wantsDigest));
         if (wantsDigest)
             checkDigests(list);
     }

@@ -2,6 +2,15 @@
 
 #include <QString>
 
+#include <vector>
+
+/// For how long a part of an operation kept the event loop from its work.
+struct Stall
+{
+    QString part;
+    double seconds = 0;
+};
+
 /// One operation of one program, ready to be measured.
 class Task
 {
@@ -15,6 +24,8 @@ public:
     virtual void run() = 0;
     /// A digest of what came out; empty where nothing comes out that could be compared.
     virtual QString getDigest() { return {}; }
+    /// The longest stall of each part; empty for an operation without an event loop.
+    virtual std::vector<Stall> getStalls() const { return {}; }
 };
 
 /// What a task is to be made for.

@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegExp>
 #include <QTextStream>
 #include <QUrl>
 
@@ -70,6 +71,15 @@ QString getItemLink(const QString& text, LONGID id)
             return anchor;
     }
     return QString();
+}
+
+QStringList findAll(const QRegExp& expression, const QString& text)
+{
+    QStringList captures;
+    for (int at = expression.indexIn(text); at >= 0;
+         at = expression.indexIn(text, at + expression.matchedLength()))
+        captures.append(expression.cap(1));
+    return captures;
 }
 
 List selectKind(const List& list, COVMessage::MessageType kind)
@@ -148,13 +158,22 @@ void PlainProtocol::addMessage(const QString& text, int protocolType, COVMessage
     QString html = text;
     html.replace(QStringLiteral("\n"), QStringLiteral("<br>"));
 
-    std::vector<LONGID> ids = reference::findIds(html);
+    QRegExp expression(QStringLiteral("(<a.*</a>)"), Qt::CaseSensitive, QRegExp::RegExp);
+    expression.setMinimal(true);
+    const QStringList anchors = findAll(expression, html);
+    expression.setPattern(QStringLiteral("id=(\\d+)"));
+    expression.setMinimal(false);
+
+    std::vector<LONGID> ids;
     std::vector<int> types;
-    for (const LONGID id : ids) {
-        const CModelElement* item = model.findItemAnywhere(id);
-        types.push_back(item ? item->getType() : kGeneralItemType);
+    for (const QString& anchor : anchors) {
+        for (const QString& digits : findAll(expression, anchor)) {
+            ids.push_back(digits.toLongLong());
+            const CModelElement* item = model.findItemAnywhere(ids.back());
+            types.push_back(item ? item->getType() : kGeneralItemType);
+        }
     }
-    if (ids.empty() && reference::findAnchors(html).isEmpty()) {
+    if (anchors.isEmpty()) {
         ids.push_back(0);
         types.push_back(kGeneralItemType);
     }

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "bench/Task.h"
+
+#include <memory>
+
+/// A table of `size` items with sorting and filtering, opened, sorted and filtered.
+std::unique_ptr<Task> makeTableTask(const TaskRequest& request);
