@@ -94,7 +94,12 @@ QString Squeezer::takeWord()
     while (isWord(at(position)))
         ++position;
     const QString word = text.mid(start, position - start);
-    return isScript && word == QLatin1String("const") ? QStringLiteral("let") : word;
+    if (isScript)
+        return word == QLatin1String("const") ? QStringLiteral("let") : word;
+    if (word != QLatin1String("0") || at(position) != QLatin1Char('.'))
+        return word;
+    ++position;
+    return QLatin1Char('.') + takeWord();
 }
 
 QString Squeezer::takePrivateName()

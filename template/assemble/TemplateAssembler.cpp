@@ -46,7 +46,8 @@ QString withoutIndentation(const QString& markup)
 {
     QString result;
     for (const QString& line : markup.split(QLatin1Char('\n')))
-        result += line.trimmed() + QLatin1Char('\n');
+        if (!line.trimmed().isEmpty())
+            result += line.trimmed() + QLatin1Char('\n');
     return result;
 }
 
@@ -156,8 +157,9 @@ QString TemplateAssembler::asciiScript(const QString& text)
 
 QString TemplateAssembler::asciiStyle(const QString& text)
 {
-    return escapeCodePoints(text,
-                            [](uint c) { return QStringLiteral("\\%1").arg(c, 6, 16, QLatin1Char('0')); });
+    return escapeCodePoints(text, [](uint c) {
+        return QStringLiteral("\\%1").arg(c, 6, 16, QLatin1Char('0')) + QLatin1Char(' ');
+    });
 }
 
 QString TemplateAssembler::asciiMarkup(const QString& text)

@@ -49,7 +49,7 @@ export class Controls {
       .map((kind) =>
         button(
           { class: "toggle", "data-kind": kind, "aria-pressed": "true", click: () => app.toggleKind(kind) },
-          markOf(kind),
+          markOf(kind, true),
           build("span", { class: "word" }, `${say(kind)} `),
           build("b", {}, write(counts[kind])),
         ),
@@ -123,6 +123,11 @@ export class Controls {
   showWrong(isWrong) {
     setAttribute(this.query, "aria-invalid", isWrong ? "true" : null);
     this.#setText("problem", isWrong ? say("badPattern") : "");
+  }
+
+  /** Tells the filters in words, for paper. */
+  state(text) {
+    find("stated").textContent = text;
   }
 
   note(text) {

@@ -46,9 +46,8 @@ function partsOf(model, isItemPage) {
   return model.trees.filter((tree) => tree.lists[0].closest(".stageblock")).flatMap((tree) => tree.children);
 }
 
-export function markOf(kind) {
-  return build("i", { class: `mark ${kind}`, "aria-hidden": "true" });
-}
+/** The sign of a kind; assistive software hears the kind's name unless it is `silent`. */
+export const markOf = (kind, silent = false) => build("i", { class: `mark ${kind}`, "aria-hidden": silent });
 
 function stageEntry(part, reveal) {
   const counts = countKinds(linesOf(part));
@@ -58,16 +57,7 @@ function stageEntry(part, reveal) {
     build("b", {}, nameOf(part) || "…"),
   );
   for (const kind of kinds)
-    if (counts[kind])
-      button.append(
-        build(
-          "span",
-          { title: say(kind) },
-          markOf(kind),
-          build("span", { class: "unseen" }, `${say(kind)}: `),
-          write(counts[kind]),
-        ),
-      );
+    if (counts[kind]) button.append(build("span", { title: say(kind) }, markOf(kind), write(counts[kind])));
   return build("li", {}, button);
 }
 

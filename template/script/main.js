@@ -1,6 +1,6 @@
 import { fragmentOf, readAddress, readSettings, writeAddress, writeSettings } from "./address.js";
 import { Controls } from "./controls.js";
-import { boxOf, copyText, focusOn, listen, page, runIdle } from "./dom.js";
+import { copyText, focusOn, listen, page, runIdle } from "./dom.js";
 import { applyFilter } from "./filter.js";
 import { fillHeader } from "./header.js";
 import { highlight } from "./highlight.js";
@@ -95,18 +95,17 @@ class App {
 
   /** Makes the lines' ids and reads their texts for the search; on a long page while nothing else is to do. */
   prepare() {
-    const { view, model } = this;
+    const { model } = this;
     const fold = function* () {
       for (const line of model.lines) yield foldedOf(line);
     };
     const name = () => {
       this.finishIds();
-      this.draw(view.placeOf(view.topRow()));
       this.remember();
       runIdle(fold(), () => {});
     };
     this.idSteps ??= giveIds(model.items);
-    if (view.isLong) runIdle(this.idSteps, name);
+    if (this.view.isLong) runIdle(this.idSteps, name);
     else name();
   }
 
@@ -119,7 +118,7 @@ class App {
   // Filters
 
   filter() {
-    const { search, hidden, alike } = this.filters;
+    const { hidden, alike } = this.filters;
     this.shownCount = applyFilter(this.model, {
       hidden: new Set(hidden),
       query: this.query,
@@ -128,15 +127,14 @@ class App {
     });
     this.controls.show(this.filters, this.shownCount, this.model.lines.length);
     this.controls.showWrong(this.query.wrong);
-    page.querySelector("#bar #stated").textContent = this.stated();
-    return search;
+    this.controls.state(this.stated());
   }
 
   /** Filters anew and keeps the present line, or the one nearest to it, where it stands. */
   refilter() {
     const { view, tree } = this;
     const seen = tree.current && view.isLaidOut(tree.current) && view.isInOpen(tree.current);
-    const before = seen && this.isInSight(tree.current) ? tree.current : (view.topRow() ?? tree.current);
+    const before = seen && tree.isInView(tree.current) ? tree.current : (view.topRow() ?? tree.current);
     const place = before && view.placeOf(before);
     const hadFocus = tree.hasFocus;
     this.filter();
@@ -148,11 +146,6 @@ class App {
     this.draw(place?.item ? place : null, { hold: true });
     if (hadFocus && tree.current && view.isLaidOut(tree.current)) focusOn(tree.current.element);
     this.remember();
-  }
-
-  isInSight(item) {
-    const box = boxOf(item.element);
-    return box.bottom > this.view.top && box.top < this.view.height;
   }
 
   typed() {
@@ -178,8 +171,7 @@ class App {
   toggleAlike() {
     const alike = !this.filters.alike;
     this.unfolded.clear();
-    this.settings.alike = alike;
-    writeSettings(this.settings);
+    this.keep({ alike });
     this.setFilters({ alike });
   }
 
@@ -200,22 +192,13 @@ class App {
   }
 
   describe() {
-    const { title, date, project } = this.run;
-    return {
-      title,
-      date,
-      project,
-      filter: this.stated(),
-      shown: this.shownCount,
-      total: this.model.lines.length,
-    };
+    const { counts: _, ...run } = this.run;
+    return { ...run, filter: this.stated(), shown: this.shownCount, total: this.model.lines.length };
   }
 
   // Drawing
 
   draw(place, options) {
-    // Where the row's button stood, it could keep the page longer than its rows.
-    this.rowMenu.button.hidden = true;
     this.view.draw(place, options);
     this.drawDetails();
   }
@@ -247,9 +230,14 @@ class App {
   }
 
   setTheme(theme) {
-    this.settings.theme = theme;
-    writeSettings(this.settings);
+    this.keep({ theme });
     this.showTheme();
+  }
+
+  /** Remembers settings for this page and for others. */
+  keep(settings) {
+    Object.assign(this.settings, settings);
+    writeSettings(this.settings);
   }
 
   showTheme() {
@@ -352,10 +340,7 @@ class App {
   clicked(event) {
     const item = this.view.rowOf(event.target);
     const link = event.target.closest("a");
-    if (link) {
-      const isScript = /^\s*(?:javascript|data|vbscript):/i.test(link.href);
-      if (isScript) event.preventDefault();
-    }
+    if (/^(?:javascript|data):/.test(link?.href)) event.preventDefault();
     if (!item) return;
     this.isMoved = true;
     this.tree.setCurrent(item);

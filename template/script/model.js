@@ -197,6 +197,7 @@ export function* giveIds(items) {
     const count = (seen.get(key) ?? 0) + 1;
     seen.set(key, count);
     item.id = count === 1 ? key : `${key}-${count}`;
+    item.element.id = item.id;
     yield;
   }
 }

@@ -31,10 +31,10 @@ export class RowMenu {
     const { tree, view, main } = this.app;
     const item = tree.current;
     const box = item && view.isLaidOut(item) && boxOf(item.caption);
+    const frame = boxOf(main);
     this.button.hidden = !box || !box.height;
     if (this.button.hidden) return;
-    const frame = boxOf(main);
-    this.button.style.top = `${box.top - frame.top}px`;
+    this.button.style.top = `${box.top - frame.top - main.clientTop}px`;
     this.button.style.right = `${frame.right - box.right}px`;
   }
 

@@ -48,7 +48,7 @@ export class Tree {
       view.openAround(item);
       this.calls.changed(place);
     }
-    const isFar = !view.isLaidOut(item) || ((middle || !wasOpen) && !this.#isInView(item));
+    const isFar = !view.isLaidOut(item) || ((middle || !wasOpen) && !this.isInView(item));
     if (isFar) this.calls.changed({ item, top: Math.round(view.top + (view.height - view.top) * 0.3) });
     this.setCurrent(item);
     if (focus) focusOn(item.element);
@@ -56,7 +56,7 @@ export class Tree {
     this.calls.moved();
   }
 
-  #isInView(item) {
+  isInView(item) {
     const box = boxOf(item.caption);
     return box.top >= this.view.top && box.bottom <= this.view.height;
   }

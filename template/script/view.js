@@ -1,4 +1,4 @@
-import { boxOf, build, elementAt, setAttribute } from "./dom.js";
+import { boxOf, build, elementAt, focused, focusOn, setAttribute } from "./dom.js";
 import { maskOf } from "./model.js";
 
 // Beyond this many lines only the rows near the view are laid out; the lists around them are padded with what
@@ -11,6 +11,7 @@ const slack = 500;
 export class View {
   near = new Set();
   parts = [];
+  mode = "all";
   settledAt = NaN;
   above = 0;
 
@@ -19,11 +20,11 @@ export class View {
     this.main = main;
     this.bar = bar;
     this.isLong = model.lines.length > longPage;
-    this.mode = this.isLong ? "near" : "all";
     for (const tree of model.trees) setAttribute(tree.lists[0], "role", "tree");
     for (const node of model.branches) if (node.element) this.#syncFold(node);
     if (!this.isLong) return;
-    main.dataset.long = this.mode;
+    this.#setMode("near");
+    main.tabIndex = -1;
     this.width = main.clientWidth;
     this.#estimateHeights();
   }
@@ -150,6 +151,7 @@ export class View {
    * or below when it is too short to put the row there.
    */
   draw(place = null, { hold = false } = {}) {
+    if (this.mode === "find") this.#leaveSpread();
     this.#setRoom(0, 0);
     for (const tree of this.model.trees) setAttribute(tree.lists[0], "hidden", tree.rows.length ? null : "");
     if (this.mode === "near") this.#drawNear(place);
@@ -251,6 +253,9 @@ export class View {
   #layOut(parts) {
     this.parts = parts;
     const near = new Set(parts.flatMap(({ node, first, last }) => node.rows.slice(first, last)));
+    const holder = this.rowOf(focused());
+    // A row that is put away would take focus along; the page keeps it for the keys.
+    if (holder && !near.has(holder)) focusOn(this.main);
     for (const item of this.near) if (!near.has(item)) this.#setNear(item, false);
     for (const item of near) if (!item.isNear) this.#setNear(item, true);
     this.near = near;
@@ -351,7 +356,7 @@ export class View {
   #dressRow(item, position, count) {
     const { element } = item;
     const isFolded = item.times > 1;
-    const dress = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0} ${item.id}`;
+    const dress = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0}`;
     if (item.dress === dress) return;
     if (!item.wasDressed) {
       item.wasDressed = true;
@@ -364,7 +369,6 @@ export class View {
     element.setAttribute("aria-setsize", count);
     setAttribute(element, "data-last", position === count ? "" : null);
     setAttribute(element, "aria-expanded", item.isBranch && !item.isLine ? item.isOpen : null);
-    if (item.id) element.id = item.id;
     if (isFolded || element.hasAttribute("data-times")) {
       setAttribute(element, "data-times", isFolded ? `×${item.times}` : null);
       setAttribute(element, "aria-label", isFolded ? `×${item.times}: ${maskOf(item)}` : null);
@@ -380,7 +384,6 @@ export class View {
   /** Lays out every shown row; `mode` is "print", or "find" to leave rows far from the view to the search. */
   spread(mode) {
     if (this.mode !== "near") return;
-    this.mode = mode;
     const place = this.placeOf(this.topRow());
     for (const node of this.model.branches) {
       for (const list of node.lists) list.style.removeProperty("padding");
@@ -390,7 +393,7 @@ export class View {
       if (!item.shown) item.element.setAttribute("hidden", "");
       else if (mode === "find" && !item.isNear) item.element.setAttribute("hidden", "until-found");
     }
-    this.main.dataset.long = mode;
+    this.#setMode(mode);
     if (place && mode === "find") this.#align(place, false);
   }
 
@@ -398,10 +401,18 @@ export class View {
   gather() {
     if (!this.isLong || this.mode === "near") return;
     const place = this.placeOf(this.topRow());
-    for (const item of this.model.items) item.element.removeAttribute("hidden");
-    this.mode = "near";
-    this.main.dataset.long = this.mode;
+    this.#leaveSpread();
     this.draw(place);
+  }
+
+  #leaveSpread() {
+    for (const { element } of this.model.items) setAttribute(element, "hidden", null);
+    this.#setMode("near");
+  }
+
+  #setMode(mode) {
+    this.mode = mode;
+    this.main.dataset.long = mode;
   }
 }
 

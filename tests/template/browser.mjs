@@ -41,7 +41,8 @@ const written = new Map();
 
 /** The address of a small fixture page. */
 export function fixture(name) {
-  if (!written.has(name)) written.set(name, writePage(name, name === "clobbering" ? clobbering : pages[name]));
+  if (!written.has(name))
+    written.set(name, writePage(name, name === "clobbering" ? clobbering : pages[name]));
   return written.get(name);
 }
 
@@ -93,7 +94,9 @@ export const allLines = (page) =>
 
 /** What "shown X of Y" says. */
 export const shown = async (page) =>
-  (await page.locator("#shown").textContent()).split(/ из | of /).map((text) => Number(text.replace(/\D/g, "")));
+  (await page.locator("#shown").textContent())
+    .split(/ из | of /)
+    .map((text) => Number(text.replace(/\D/g, "")));
 
 /** Chooses an entry of one of the bar's menus. */
 export async function choose(page, menu, entry) {

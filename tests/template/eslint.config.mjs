@@ -5,22 +5,25 @@ const names = (text) => Object.fromEntries(text.split(" ").map((name) => [name, 
 const browser = names(
   "window document location history navigator localStorage performance console getComputedStyle " +
     "requestAnimationFrame setTimeout clearTimeout Node NodeFilter Document Highlight CSS ResizeObserver " +
-    "URL URLSearchParams Blob Intl InputEvent HTMLElement Event",
+    "URL URLSearchParams Blob Intl Event InputEvent KeyboardEvent MouseEvent DOMException innerHeight innerWidth scrollY",
 );
 const node = names("process Buffer URL console setTimeout");
 
 const rules = {
   eqeqeq: "error",
-  "no-shadow": "error",
   "no-var": "error",
   "prefer-const": "error",
-  "no-unused-vars": "error",
+  "no-unused-vars": ["error", { varsIgnorePattern: "^_$" }],
   semi: "error",
 };
 
 export default [
   { ignores: ["**/node_modules/**"] },
   js.configs.recommended,
-  { files: ["template/**/*.js"], languageOptions: { globals: browser }, rules },
+  {
+    files: ["template/**/*.js"],
+    languageOptions: { globals: browser },
+    rules: { ...rules, "no-shadow": "error" },
+  },
   { files: ["tests/**/*.mjs"], languageOptions: { globals: { ...browser, ...node } }, rules },
 ];

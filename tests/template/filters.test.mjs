@@ -103,7 +103,8 @@ describe("search", () => {
 
   test("hits are highlighted, and the mark-up of the lines stays as it was", async () => {
     const page = await openUnfolded("flat");
-    const markup = () => page.evaluate(() => [...document.querySelectorAll(".Content")].map((line) => line.innerHTML));
+    const markup = () =>
+      page.evaluate(() => [...document.querySelectorAll(".Content")].map((line) => line.innerHTML));
     const before = (await markup()).map((html) => html.replace(/ tabindex="-1"/g, ""));
     await search(page, 'НЕВЯЗКА "один раз" -пропущена');
     await search(page, 'ВЫСОТА "один раз"');
@@ -111,7 +112,10 @@ describe("search", () => {
     const lines = (await shown(page))[0];
     assert.equal(found.length, lines * 2);
     assert.deepEqual([...new Set(found.map((text) => text.toLowerCase()))].sort(), ["высота", "один раз"]);
-    assert.deepEqual((await markup()).map((html) => html.replace(/ tabindex="-1"/g, "")), before);
+    assert.deepEqual(
+      (await markup()).map((html) => html.replace(/ tabindex="-1"/g, "")),
+      before,
+    );
     await search(page, "");
     assert.equal(await page.evaluate(() => CSS.highlights.has("found")), false);
     await page.context().close();
@@ -149,7 +153,8 @@ describe("alike lines", () => {
     assert.ok(folded.length < sum);
     for (const { times, mask, text } of folded) {
       assert.equal(times > 1, mask !== null);
-      if (mask) assert.equal(mask.replace(/\s/g, ""), text.replace(/[-+−]?\d+(?:[.,]\d+)*/g, "#").replace(/\s/g, ""));
+      if (mask)
+        assert.equal(mask.replace(/\s/g, ""), text.replace(/[-+−]?\d+(?:[.,]\d+)*/g, "#").replace(/\s/g, ""));
     }
     const masks = folded.map(({ mask, text }) => mask ?? text);
     assert.equal(new Set(masks).size, masks.length);
@@ -179,7 +184,8 @@ describe("alike lines", () => {
 });
 
 describe("the focused line", () => {
-  const top = (page, id) => page.evaluate((key) => document.getElementById(key).getBoundingClientRect().top, id);
+  const top = (page, id) =>
+    page.evaluate((key) => document.getElementById(key).getBoundingClientRect().top, id);
 
   test("stays where it is when a filter toggles", async () => {
     const page = await openUnfolded("staged");
@@ -225,7 +231,8 @@ describe("the focused line", () => {
     const at = lines.findIndex(({ kind }, index) => index > 8 && /message/.test(kind));
     await page.locator(`[id="${lines[at].id}"]`).focus();
     await toggle(page, "message");
-    const distance = (index) => (/message/.test(lines[index]?.kind ?? "message") ? Infinity : Math.abs(index - at));
+    const distance = (index) =>
+      /message/.test(lines[index]?.kind ?? "message") ? Infinity : Math.abs(index - at);
     const nearest = Math.min(...lines.map((_, index) => distance(index)));
     const focused = await page.evaluate(() => document.activeElement.id);
     assert.equal(distance(lines.findIndex(({ id }) => id === focused)), nearest);

@@ -261,9 +261,19 @@ export const clobbering = bodyOf({
   service,
   reports: null,
   lines: [
-    ...["body", "querySelector", "querySelectorAll", "createElement", "createRange", "activeElement", "title"].map(
-      (name) => ({ kind: "error", text: `<img name="${name}"><form name="${name}"></form>${name}`, items: [] }),
-    ),
+    ...[
+      "body",
+      "querySelector",
+      "querySelectorAll",
+      "createElement",
+      "createRange",
+      "activeElement",
+      "title",
+    ].map((name) => ({
+      kind: "error",
+      text: `<img name="${name}"><form name="${name}"></form>${name}`,
+      items: [],
+    })),
     ...plain,
   ],
 });

@@ -66,7 +66,9 @@ for (const [name, address] of Object.entries(addresses))
         const page = await open(browser, address(), { colorScheme: scheme, locale });
         await page.evaluate(axe);
         const { violations } = await page.evaluate(() => window.axe.run(document));
-        const found = violations.map(({ id, nodes }) => `${id}: ${nodes.map((node) => node.html).join("\n")}`);
+        const found = violations.map(
+          ({ id, nodes }) => `${id}: ${nodes.map((node) => node.html).join("\n")}`,
+        );
         assert.deepEqual(found, []);
         await page.context().close();
       });

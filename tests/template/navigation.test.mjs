@@ -23,7 +23,10 @@ const isInView = (page, id) =>
 
 /** Ids of a kind's lines in the order of the page. */
 const idsOf = (page, kind) =>
-  page.evaluate((name) => [...document.querySelectorAll(`li:has(> .Content.${name})`)].map((line) => line.id), kind);
+  page.evaluate(
+    (name) => [...document.querySelectorAll(`li:has(> .Content.${name})`)].map((line) => line.id),
+    kind,
+  );
 
 describe("closed branches", () => {
   const closedLine = (page) =>
@@ -33,7 +36,9 @@ describe("closed branches", () => {
     const page = await visit("staged");
     const state = await page.evaluate(() => {
       const closed = [...document.querySelectorAll("li.ExpandClosed")];
-      const blocks = closed.flatMap((node) => [...node.children].filter((child) => child.matches("ul, .errorblock, .messageblock")));
+      const blocks = closed.flatMap((node) =>
+        [...node.children].filter((child) => child.matches("ul, .errorblock, .messageblock")),
+      );
       return blocks.map((block) => block.getAttribute("hidden"));
     });
     assert.ok(state.length > 0);
@@ -48,7 +53,8 @@ describe("closed branches", () => {
     await page.evaluate(() => {
       const line = [...document.querySelectorAll(".ExpandClosed li.ExpandLeaf")].at(-1);
       for (let at = line; at; at = at.parentElement)
-        if (at.getAttribute("hidden") === "until-found") at.dispatchEvent(new Event("beforematch", { bubbles: true }));
+        if (at.getAttribute("hidden") === "until-found")
+          at.dispatchEvent(new Event("beforematch", { bubbles: true }));
       line.dataset.found = "";
     });
     const state = await page.evaluate(() => {
@@ -87,7 +93,11 @@ describe("the address", () => {
     const page = await visit("grouped");
     await page.locator("[data-kind=message]").click();
     await search(page, 'пункта "один раз"');
-    await page.locator("li.ExpandLeaf:visible").nth(2).locator(".Content").click({ position: { x: 5, y: 5 } });
+    await page
+      .locator("li.ExpandLeaf:visible")
+      .nth(2)
+      .locator(".Content")
+      .click({ position: { x: 5, y: 5 } });
     const id = await focusedId(page);
     const counts = await shown(page);
     await page.waitForFunction((key) => location.hash.includes(key), id);
@@ -106,12 +116,16 @@ describe("the address", () => {
     const model = { ...makePage("grouped", 60), lines: makeLines(60, { items: 8 }) };
     const ids = async (address) => {
       const page = await open(browser, address);
-      const found = await page.evaluate(() => [...document.querySelectorAll("[role=treeitem]")].map(({ id }) => id));
+      const found = await page.evaluate(() =>
+        [...document.querySelectorAll("[role=treeitem]")].map(({ id }) => id),
+      );
       await page.context().close();
       return found;
     };
     const first = await ids(writePage("written-first", bodyOf(model)));
-    const again = await ids(writePage("written-again", bodyOf({ ...model, service: ["07.05.2024 09:00:00"] })));
+    const again = await ids(
+      writePage("written-again", bodyOf({ ...model, service: ["07.05.2024 09:00:00"] })),
+    );
     assert.deepEqual(again, first);
     assert.equal(new Set(first).size, first.length);
     assert.ok(first.every((id) => /^L[0-9a-z]+(-\d+)?$/.test(id)));
@@ -150,7 +164,9 @@ const ariaDifferences = () => {
   const wrong = [];
   const expect = (row, name, value) => {
     if (row.getAttribute(name) !== (value === null ? null : String(value)))
-      wrong.push(`${name} of ${row.querySelector(".Content").textContent}: ${row.getAttribute(name)}, not ${value}`);
+      wrong.push(
+        `${name} of ${row.querySelector(".Content").textContent}: ${row.getAttribute(name)}, not ${value}`,
+      );
   };
   for (const row of rows) {
     const parent = parentOf(row);
@@ -215,7 +231,11 @@ describe("the keyboard", () => {
     await choose(page, "Ветви", "Свернуть всё");
     await page.locator('#lines [tabindex="0"]').focus();
     await press(page, "Home");
-    const stages = ["Состав сети и предварительные высоты (18)", "Результаты уравнивания (24)", "Остаточные поправки (18)"];
+    const stages = [
+      "Состав сети и предварительные высоты (18)",
+      "Результаты уравнивания (24)",
+      "Остаточные поправки (18)",
+    ];
     assert.equal(await focusedText(page), stages[0]);
     await press(page, "ArrowDown");
     assert.equal(await focusedText(page), stages[1]);
@@ -317,7 +337,11 @@ describe("folding", () => {
       assert.equal(await isInView(page, first), true, name);
       await page.context().close();
     }
-    const above = Array.from({ length: 300 }, (_, at) => ({ kind: "message", text: `строка ${at}`, items: [] }));
+    const above = Array.from({ length: 300 }, (_, at) => ({
+      kind: "message",
+      text: `строка ${at}`,
+      items: [],
+    }));
     const lines = [...above, { kind: "error", text: "далёкая ошибка", items: [] }, ...above];
     const page = await open(browser, writePage("far-error", bodyOf({ ...makePage("flat", 1), lines })));
     const [first] = await idsOf(page, "error");
@@ -352,13 +376,17 @@ describe("folding", () => {
     await page.getByRole("menuitem", { name: "Развернуть ветвь" }).click();
     const state = await page.evaluate(() => {
       const stages = [...document.querySelectorAll("li.IsRoot")];
-      return stages.map((stage) => stage.querySelectorAll(".ExpandClosed").length + stage.matches(".ExpandClosed"));
+      return stages.map(
+        (stage) => stage.querySelectorAll(".ExpandClosed").length + stage.matches(".ExpandClosed"),
+      );
     });
     assert.equal(state.at(-1), 0);
     assert.ok(state[0] > 0);
     await press(page, "Shift+F10");
     await page.getByRole("menuitem", { name: "Свернуть ветвь" }).click();
-    const open = await page.evaluate(() => document.querySelectorAll("li.IsRoot:last-child .ExpandOpen").length);
+    const open = await page.evaluate(
+      () => document.querySelectorAll("li.IsRoot:last-child .ExpandOpen").length,
+    );
     assert.equal(open, 0);
     await page.context().close();
   });
@@ -414,7 +442,9 @@ describe("item links", () => {
   test("of a line with several are chosen from a menu", async () => {
     const page = await visit("flat");
     const line = page.locator("li.ExpandLeaf:has(a + a)").first();
-    const hrefs = await line.locator("a").evaluateAll((links) => links.map((link) => link.getAttribute("href")));
+    const hrefs = await line
+      .locator("a")
+      .evaluateAll((links) => links.map((link) => link.getAttribute("href")));
     await line.focus();
     const urls = await requests(page, () => press(page, "Enter", "ArrowDown", "Enter"));
     assert.deepEqual(urls, [hrefs[1]]);

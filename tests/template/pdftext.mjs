@@ -14,7 +14,10 @@ function objectsOf(bytes) {
       const length = Number(/\/Length (\d+)/.exec(head)[1]);
       const raw = Buffer.from(body.slice(start + 7, start + 7 + length), "latin1");
       const isPacked = head.includes("/FlateDecode");
-      objects.set(number, { head, content: () => (isPacked ? zlib.inflateSync(raw) : raw).toString("latin1") });
+      objects.set(number, {
+        head,
+        content: () => (isPacked ? zlib.inflateSync(raw) : raw).toString("latin1"),
+      });
     }
   }
   return objects;
@@ -26,10 +29,15 @@ const character = (hex) => Buffer.from(hex, "hex").swap16().toString("utf16le");
 function readGlyphs(map) {
   const glyphs = new Map();
   for (const [, block] of map.matchAll(/beginbfchar([\s\S]*?)endbfchar/g))
-    for (const [, glyph, text] of block.matchAll(/<(\w+)> <(\w+)>/g)) glyphs.set(parseInt(glyph, 16), character(text));
+    for (const [, glyph, text] of block.matchAll(/<(\w+)> <(\w+)>/g))
+      glyphs.set(parseInt(glyph, 16), character(text));
   for (const [, block] of map.matchAll(/beginbfrange([\s\S]*?)endbfrange/g))
     for (const [, first, last, text] of block.matchAll(/<(\w+)> <(\w+)> <(\w+)>/g))
-      for (let glyph = parseInt(first, 16), code = parseInt(text, 16); glyph <= parseInt(last, 16); ++glyph, ++code)
+      for (
+        let glyph = parseInt(first, 16), code = parseInt(text, 16);
+        glyph <= parseInt(last, 16);
+        ++glyph, ++code
+      )
         glyphs.set(glyph, String.fromCharCode(code));
   return glyphs;
 }

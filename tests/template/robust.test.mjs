@@ -30,7 +30,11 @@ describe("the header", () => {
   test("counts every stage by kind", async () => {
     const page = await open(browser, fixture("staged"));
     const told = await page.evaluate(() =>
-      [...document.querySelectorAll("#stages button")].map((button) => button.textContent.replace(/\s+/g, " ")),
+      [...document.querySelectorAll("#stages button")].map((button) =>
+        [...button.children]
+          .map((part) => (part.title ? `${part.title}: ${part.textContent}` : part.textContent))
+          .join(""),
+      ),
     );
     const counted = await page.evaluate(() =>
       [...document.querySelectorAll(".stageblock")].map((stage) => {
@@ -41,7 +45,10 @@ describe("the header", () => {
     );
     assert.deepEqual(told, counted);
     await page.locator("#stages button").last().click();
-    assert.match(await page.evaluate(() => document.activeElement.textContent.trim()), /^Остаточные поправки/);
+    assert.match(
+      await page.evaluate(() => document.activeElement.textContent.trim()),
+      /^Остаточные поправки/,
+    );
     await page.context().close();
   });
 
@@ -76,7 +83,13 @@ describe("the header", () => {
   test("a long service block folds its rest, and unfolds it", async () => {
     const service = Array.from({ length: 40 }, (_, at) => `служебная строка ${at + 1}`);
     const page = await open(browser, writePage("long-service", bodyOf({ ...makePage("flat", 20), service })));
-    const count = () => page.evaluate(() => [...document.querySelectorAll("p.service")].filter((line) => line.checkVisibility({ contentVisibilityAuto: true }) && line.offsetHeight).length);
+    const count = () =>
+      page.evaluate(
+        () =>
+          [...document.querySelectorAll("p.service")].filter(
+            (line) => line.checkVisibility({ contentVisibilityAuto: true }) && line.offsetHeight,
+          ).length,
+      );
     assert.equal(await page.locator("p.service[hidden=until-found]").count(), 34);
     await page.getByRole("button", { name: "Ещё служебные строки: 34" }).click();
     assert.equal(await count(), 40);
@@ -91,7 +104,9 @@ describe("looks", () => {
     await choose(page, "Ветви", "Развернуть всё");
     const wrong = () =>
       page.evaluate(() => {
-        const rows = [...document.querySelectorAll(".Container .Container > .Node")].filter((row) => row.checkVisibility() && row.offsetHeight);
+        const rows = [...document.querySelectorAll(".Container .Container > .Node")].filter(
+          (row) => row.checkVisibility() && row.offsetHeight,
+        );
         return rows
           .filter((row) => {
             const line = getComputedStyle(row, "::before");
@@ -129,7 +144,11 @@ describe("looks", () => {
     const state = await page.evaluate(() => {
       const mark = getComputedStyle(document.querySelector(".ExpandLeaf > .error"), "::before");
       const line = getComputedStyle(document.querySelector(".Container .Container > .Node"), "::before");
-      return [mark.borderTopColor !== "rgba(0, 0, 0, 0)", mark.content.startsWith('"×"'), line.borderLeftStyle];
+      return [
+        mark.borderTopColor !== "rgba(0, 0, 0, 0)",
+        mark.content.startsWith('"×"'),
+        line.borderLeftStyle,
+      ];
     });
     assert.deepEqual(state, [true, true, "solid"]);
     await page.context().close();
@@ -222,7 +241,9 @@ describe("markup inside lines", () => {
     await settle(page);
     for (const link of await page.locator('a[href^="javascript:"]').all()) {
       await link.evaluate((each) => each.click());
-      await link.evaluate((each) => each.dispatchEvent(new MouseEvent("click", { bubbles: true, cancelable: true })));
+      await link.evaluate((each) =>
+        each.dispatchEvent(new MouseEvent("click", { bubbles: true, cancelable: true })),
+      );
     }
     await page.waitForTimeout(200);
     assert.equal(await ran(page), null);
@@ -235,7 +256,9 @@ describe("markup inside lines", () => {
   for (const name of ["hostile", "clobbering"])
     test(`does not break the controls (${name})`, async () => {
       const page = await open(browser, fixture(name));
-      const errors = page.complaints.filter((text) => /Error/.test(text) && !/Content Security Policy/.test(text));
+      const errors = page.complaints.filter(
+        (text) => /Error/.test(text) && !/Content Security Policy/.test(text),
+      );
       assert.deepEqual(errors, []);
       await choose(page, "Ветви", "Развернуть всё");
       const [, total] = await shown(page);
@@ -254,11 +277,22 @@ describe("markup inside lines", () => {
       assert.notEqual(await text(), start);
       await page.keyboard.press("Home");
       await page.keyboard.press("w");
-      assert.match(await page.evaluate(() => document.documentElement.querySelector(":focus > .Content").className), /warning/);
+      assert.match(
+        await page.evaluate(() => document.documentElement.querySelector(":focus > .Content").className),
+        /warning/,
+      );
       await page.context().close();
     });
 
-  for (const broken of ["<!--", "<textarea>", "<table><tr>", "<template>", "<svg><style>", "<select>", "<plaintext>"])
+  for (const broken of [
+    "<!--",
+    "<textarea>",
+    "<table><tr>",
+    "<template>",
+    "<svg><style>",
+    "<select>",
+    "<plaintext>",
+  ])
     test(`an unclosed ${broken} leaves the controls and the lines before it`, async () => {
       const page = makePage("flat", 30);
       page.lines[12] = { kind: "error", text: `до ${broken} после`, items: [] };
@@ -266,13 +300,20 @@ describe("markup inside lines", () => {
       assert.ok((await shown(opened))[1] >= 13);
       await search(opened, "до");
       assert.ok((await shown(opened))[0] >= 1);
-      assert.deepEqual(opened.complaints.filter((text) => /Error/.test(text)), []);
+      assert.deepEqual(
+        opened.complaints.filter((text) => /Error/.test(text)),
+        [],
+      );
       await opened.context().close();
     });
 
   test("does not send the page elsewhere", async () => {
     const page = makePage("flat", 30);
-    page.lines[3] = { kind: "error", text: '<meta http-equiv="refresh" content="0;url=about:blank#gone">', items: [] };
+    page.lines[3] = {
+      kind: "error",
+      text: '<meta http-equiv="refresh" content="0;url=about:blank#gone">',
+      items: [],
+    };
     const opened = await open(browser, writePage("refresh", bodyOf(page)));
     await opened.waitForTimeout(500);
     assert.doesNotMatch(opened.url(), /gone/);
@@ -287,7 +328,8 @@ test("the rows' tags, texts and classes stay as they were written", async () => 
       .map((block) => {
         const copy = block.cloneNode(true);
         for (const element of [copy, ...copy.querySelectorAll("*")]) {
-          for (const { name } of [...element.attributes]) if (!/^(?:class|href)$/.test(name)) element.removeAttribute(name);
+          for (const { name } of [...element.attributes])
+            if (!/^(?:class|href)$/.test(name)) element.removeAttribute(name);
           element.className = element.className.replace("ExpandClosed", "ExpandOpen");
         }
         return copy.outerHTML;

@@ -9,7 +9,10 @@ before(async () => (browser = await launch()));
 after(() => browser.close());
 
 async function openFiltered(options = {}) {
-  const page = await open(browser, fixture("grouped"), { permissions: ["clipboard-read", "clipboard-write"], ...options });
+  const page = await open(browser, fixture("grouped"), {
+    permissions: ["clipboard-read", "clipboard-write"],
+    ...options,
+  });
   await page.locator("[data-kind=message]").click();
   await search(page, "пункта -невязка");
   return page;
@@ -29,7 +32,13 @@ const expectedLines = (page) =>
           name: link.textContent,
           address: link.getAttribute("href"),
         }));
-        return { id: content.parentElement.id, kind: content.classList[1], path, text: content.textContent, items };
+        return {
+          id: content.parentElement.id,
+          kind: content.classList[1],
+          path,
+          text: content.textContent,
+          items,
+        };
       }),
   );
 
@@ -172,7 +181,9 @@ describe("print", () => {
     await settle(page);
     const state = await page.evaluate(() => ({
       ink: getComputedStyle(document.body).color,
-      controls: [...document.querySelectorAll("#tools, #menus, #row-menu")].filter((each) => each.checkVisibility()).length,
+      controls: [...document.querySelectorAll("#tools, #menus, #row-menu")].filter((each) =>
+        each.checkVisibility(),
+      ).length,
     }));
     assert.deepEqual(state, { ink: "rgb(28, 36, 48)", controls: 0 });
     await page.context().close();

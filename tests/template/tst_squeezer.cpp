@@ -1,0 +1,124 @@
+#include "Squeezer.h"
+
+#include <QtTest>
+
+#include <stdexcept>
+
+using Language = Squeezer::Language;
+
+class TestSqueezer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void squeezesScripts_data();
+    void squeezesScripts();
+    void squeezesStyles_data();
+    void squeezesStyles();
+    void packsCyrillic_data();
+    void packsCyrillic();
+    void refusesOpenEnds_data();
+    void refusesOpenEnds();
+};
+
+void TestSqueezer::squeezesScripts_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("expected");
+
+    const auto row = [](const char* name, const char* source, const char* expected) {
+        QTest::newRow(name) << QString::fromUtf8(source) << QString::fromUtf8(expected);
+    };
+    row("blanks", "let a = b + c ;\n  f ( a )\n", "let a=b+c;f(a)");
+    row("words stay apart", "return  typeof x in y", "return typeof x in y");
+    row("signs stay apart", "a + +b - -c + -d", "a+ +b- -c+-d");
+    row("comments", "a; // b\nc; /* d\ne */ f", "a;c;f");
+    row("a comment's mark in a string", "f('//', \"/*\")", "f('//',\"/*\")");
+    row("blanks in strings", "f(\"a  b\", `c  ${ d }`)", "f(\"a  b\",`c  ${ d }`)");
+    row("escaped quotes", "f('a\\'  b' , 1)", "f('a\\'  b',1)");
+    row("an expression", "x.replace( /  [/ ] \\/ /g , y)", "x.replace(/  [/ ] \\/ /g,y)");
+    row("an expression behind a word", "return /a b/ .test(c)", "return/a b/.test(c)");
+    row("a division", "a / b / c", "a/b/c");
+    row("const", "const a = 1; for (const b of c) b.const", "let a=1;for(let b of c)b.let");
+    row("a semicolon before a brace", "{ a = 1; }", "{a=1}");
+    row("the body of a loop", "{ while (f()); }", "{while(f());}");
+    row("private names", "class A { #long = 1; #other() { return this.#long; } }",
+        "class A{#p1=1;#p2(){return this.#p1}}");
+    row("private name behind a word", "async #long() {}", "async #p1(){}");
+}
+
+void TestSqueezer::squeezesScripts()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, expected);
+
+    QCOMPARE(Squeezer::squeeze(source, Language::Script), expected);
+}
+
+void TestSqueezer::squeezesStyles_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("expected");
+
+    const auto row = [](const char* name, const char* source, const char* expected) {
+        QTest::newRow(name) << QString::fromUtf8(source) << QString::fromUtf8(expected);
+    };
+    row("rules", "a > b ,\nc {\n  top: 1px;\n  left: 2px;\n}\n", "a>b,c{top:1px;left:2px}");
+    row("descendants stay descendants", "a :is(b) .c [d] #e", "a :is(b) .c [d] #e");
+    row("sums keep their blanks", "a { top: calc(1px + 2px); }", "a{top:calc(1px + 2px)}");
+    row("strings", "a { content: \"x ;  y\"; }", "a{content:\"x ;  y\"}");
+    row("addresses are no comments", "a { b: url(x//y); }", "a{b:url(x//y)}");
+    row("zeros before a point", "a { b: 0.5rem 10.5px 0 1.05em; }", "a{b:.5rem 10.5px 0 1.05em}");
+    row("colours are no private names", "a { color: #123456; }", "a{color:#123456}");
+}
+
+void TestSqueezer::squeezesStyles()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, expected);
+
+    QCOMPARE(Squeezer::squeeze(source, Language::Style), expected);
+}
+
+void TestSqueezer::packsCyrillic_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("none") << QStringLiteral("plain text") << QStringLiteral("plain text");
+    QTest::newRow("first and last") << QStringLiteral("Аяё") << QStringLiteral("~;z|~");
+    QTest::newRow("blanks inside") << QStringLiteral("да нет ") << QStringLiteral("~_[ h`m~ ");
+    QTest::newRow("a letter that becomes a backslash") << QStringLiteral("б") << QStringLiteral("~\\\\~");
+    QTest::newRow("broken by a mark") << QStringLiteral("Ошибок: {0}") << QStringLiteral("~Isc\\\\ie~: {0}");
+}
+
+void TestSqueezer::packsCyrillic()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, expected);
+
+    QCOMPARE(Squeezer::packCyrillic(text), expected);
+    QCOMPARE(Squeezer::squeeze(QStringLiteral("\"%1\"").arg(text), Language::Script),
+             QStringLiteral("\"%1\"").arg(expected));
+    QCOMPARE(Squeezer::squeeze(QStringLiteral("\"%1\"").arg(text), Language::Style),
+             QStringLiteral("\"%1\"").arg(text));
+}
+
+void TestSqueezer::refusesOpenEnds_data()
+{
+    QTest::addColumn<QString>("source");
+
+    QTest::newRow("comment") << QStringLiteral("a /* b");
+    QTest::newRow("string") << QStringLiteral("a = \"b");
+    QTest::newRow("expression") << QStringLiteral("a = /b[/]");
+}
+
+void TestSqueezer::refusesOpenEnds()
+{
+    QFETCH(QString, source);
+
+    QVERIFY_EXCEPTION_THROWN(Squeezer::squeeze(source, Language::Script), std::runtime_error);
+}
+
+QTEST_GUILESS_MAIN(TestSqueezer)
+#include "tst_squeezer.moc"
