@@ -1,40 +1,8 @@
 #include "Orvel/integration/ExceptionCatcher.h"
 
-#include "host/files/CTranslater.h"
-#include "host/files/Error.h"
-#include "host/files/ErrorMessageProcessor.h"
+#include "host/files/ExceptionText.h"
 
-#include <boost/exception/exception.hpp>
-#include <boost/exception/get_error_info.hpp>
-
-#include <new>
 #include <utility>
-
-namespace {
-
-constexpr char kContext[] = "ExceptionCatcher";
-
-std::wstring getWideMessage(const std::exception_ptr& error)
-{
-    // The order decides: the host's errors are standard exceptions, and may be Boost's as well.
-    try {
-        std::rethrow_exception(error);
-    } catch (const exceptions::Error& e) {
-        return e.getText();
-    } catch (const std::bad_alloc&) {
-        return qor::ErrorMessageProcessor::getBadAllocText();
-    } catch (const std::exception& e) {
-        return qor::ErrorMessageProcessor::processMessage(std::string(e.what()));
-    } catch (const boost::exception& e) {
-        if (const std::wstring* text = boost::get_error_info<exceptions::err_info::MessageTag>(e))
-            return qor::ErrorMessageProcessor::processMessage(*text);
-        return CTranslater::GetInstance().translate(kContext, "Ошибка boost");
-    } catch (...) {
-        return CTranslater::GetInstance().translate(kContext, "Системная ошибка");
-    }
-}
-
-} // namespace
 
 void ExceptionCatcher::addErrorHandler(ErrorHandler handler)
 {
@@ -53,13 +21,8 @@ void ExceptionCatcher::run(const std::function<void()>& action) const
     } catch (...) {
         const std::exception_ptr error = std::current_exception();
         for (const ErrorHandler& handle : errorHandlers)
-            handle(getMessage(error));
+            handle(QString::fromStdWString(exceptions::getExceptionText(error)));
         for (const AfterErrorHandler& handle : afterErrorHandlers)
             handle();
     }
-}
-
-QString ExceptionCatcher::getMessage(const std::exception_ptr& error)
-{
-    return QString::fromStdWString(getWideMessage(error));
 }

@@ -4,7 +4,6 @@
 
 #include <QString>
 
-#include <exception>
 #include <functional>
 #include <vector>
 
@@ -22,9 +21,6 @@ public:
 
     /// Runs `action`. An exception goes to the handlers and no further.
     void run(const std::function<void()>& action) const;
-
-    /// What the user is told of `error`.
-    static QString getMessage(const std::exception_ptr& error);
 
 private:
     std::vector<ErrorHandler> errorHandlers;

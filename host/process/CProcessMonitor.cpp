@@ -2,7 +2,7 @@
 
 #include "host/app/Application.h"
 #include "host/files/Error.h"
-#include "host/files/ErrorMessageProcessor.h"
+#include "host/files/ExceptionText.h"
 #include "host/files/QtFile.h"
 #include "host/process/JournalWriter.h"
 #include "host/process/OrderedMonitorProxy.h"
@@ -27,11 +27,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-#include <boost/exception/get_error_info.hpp>
-
 #include <algorithm>
 #include <chrono>
-#include <new>
 #include <utility>
 
 namespace {
@@ -67,27 +64,6 @@ QString getTimeText(qint64 milliseconds)
     return seconds < 3600 ? tail : QString::number(seconds / 3600) + QLatin1Char(':') + tail;
 }
 
-// The text of the exception that is being handled; called in a catch block only.
-QString getExceptionText()
-{
-    using qor::ErrorMessageProcessor;
-    try {
-        throw;
-    } catch (const exceptions::Error& error) {
-        return QString::fromStdWString(error.getText());
-    } catch (const std::bad_alloc&) {
-        return QString::fromStdWString(ErrorMessageProcessor::getBadAllocText());
-    } catch (const std::exception& error) {
-        return QString::fromStdWString(ErrorMessageProcessor::processMessage(std::string(error.what())));
-    } catch (const boost::exception& error) {
-        if (const std::wstring* text = boost::get_error_info<exceptions::err_info::MessageTag>(error))
-            return QString::fromStdWString(ErrorMessageProcessor::processMessage(*text));
-        return Text::tr("Ошибка boost");
-    } catch (...) {
-        return Text::tr("Системная ошибка");
-    }
-}
-
 void runInThread(const CProcessMonitor::RunFunction& function, OrderedMonitorProxy& monitor)
 {
     bool isFailed = false;
@@ -96,7 +72,8 @@ void runInThread(const CProcessMonitor::RunFunction& function, OrderedMonitorPro
     } catch (...) {
         isFailed = true;
         // An exception's text is plain, a line is HTML.
-        monitor.writeError(getExceptionText().toHtmlEscaped().toStdWString());
+        const std::wstring text = exceptions::getExceptionText(std::current_exception());
+        monitor.writeError(QString::fromStdWString(text).toHtmlEscaped().toStdWString());
     }
     monitor.setFinished(isFailed);
 }
