@@ -30,7 +30,7 @@ bool COrvel::GetHtmlItemData(LONGID itemId, QString& html)
     html += QLatin1String("<div class='errorblock'>\n");
     tree::openContainer(html);
     tree::openNode(QLatin1String("IsRoot IsLast ExpandOpen"), html);
-    tree::appendCaption(QCoreApplication::translate("Orvel", "Ошибки и предупреждения"), html);
+    tree::appendCaption(QCoreApplication::translate("Orvel", "Ошибки и предупреждения"), 0, html);
     tree::openContainer(html);
     for (const auto& [protocolType, list] : byProtocolType) {
         const QString typeName = GetProtocolTitle(protocolType);
@@ -38,7 +38,7 @@ bool COrvel::GetHtmlItemData(LONGID itemId, QString& html)
         const QString title = path.isEmpty() ? GetProtocolLink(protocolType, typeName)
                                              : QStringLiteral("<a href=\"%1\">%2</a>").arg(path, typeName);
         tree::openNode(QLatin1String("Node ExpandOpen"), html);
-        tree::appendCaption(title, html);
+        tree::appendCaption(title, 0, html);
         GetHtmlList(list, html);
         tree::closeNode(html);
     }

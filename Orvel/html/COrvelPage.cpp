@@ -1,3 +1,4 @@
+#include "Orvel/html/PageEncoding.h"
 #include "Orvel/html/TreeMarkup.h"
 #include "Orvel/store/COrvel.h"
 #include "host/app/Application.h"
@@ -50,7 +51,7 @@ bool COrvel::CreateProtocolFile(int type, const QString& path)
     try {
         QtFile file(path);
         file.open(QIODevice::WriteOnly);
-        file.device()->write(html.toUtf8());
+        writeUtf8(html, *file.device());
         protocolFiles[type] = path;
         file.close();
         return true;
@@ -155,7 +156,7 @@ void COrvel::AppendStageBlocks(const MessageList& list, QString& html)
         tree::openNode(stage == kResultStage ? QLatin1String("IsRoot IsLast ExpandOpen")
                                              : QLatin1String("IsRoot IsLast ExpandClosed"),
                        html);
-        tree::appendCaption(captions[stage] + tree::countSuffix(lines.size()), html);
+        tree::appendCaption(captions[stage], lines.size(), html);
         if (stage == kResultStage)
             GetHtmlList(lines, html);
         else

@@ -20,13 +20,16 @@ void appendKind(const COrvel::MessageList& list, COVMessage::MessageType kind, C
 }
 
 /// Opens a block with its top node and the caption of that, ready for the node's children.
-void openBlock(QLatin1String blockClass, bool asRoot, const QString& caption, QString& html)
+void openBlock(QLatin1String blockClass, bool asRoot, const QString& caption, std::size_t count,
+               QString& html)
 {
-    html += QLatin1String("<div class='") + blockClass + QLatin1String("'>\n");
+    html += QLatin1String("<div class='");
+    html += blockClass;
+    html += QLatin1String("'>\n");
     tree::openContainer(html);
     tree::openNode(
         asRoot ? QLatin1String("IsRoot IsLast ExpandOpen") : QLatin1String("Node IsLast ExpandOpen"), html);
-    tree::appendCaption(caption, html);
+    tree::appendCaption(caption, count, html);
 }
 
 void closeBlock(QString& html)
@@ -43,12 +46,8 @@ bool COrvel::GetHtmlList(const MessageList& list, QString& html)
     if (list.empty())
         return false;
     tree::openContainer(html);
-    for (const COVMessage* message : list) {
-        tree::openNode(QLatin1String("Node ExpandLeaf IsLast"), html);
-        html += QLatin1String("<div class=\"Content ") + GetMessageStyleClass(*message) +
-                QLatin1String("\">") + message->text + QLatin1String("</div>\n");
-        tree::closeNode(html);
-    }
+    for (const COVMessage* message : list)
+        tree::appendLeaf(GetMessageStyleClass(*message), message->text, html);
     tree::closeContainer(html);
     return true;
 }
@@ -62,9 +61,7 @@ bool COrvel::GetHtmlGroupedData(const MessageList& list, QString& html, bool asR
         MessageGroups<int> byItemType;
         GetMessagesByItemType(problems, byItemType);
         openBlock(QLatin1String("errorblock"), asRoot,
-                  QCoreApplication::translate("Orvel", "Ошибки и предупреждения") +
-                      tree::countSuffix(problems.size()),
-                  html);
+                  QCoreApplication::translate("Orvel", "Ошибки и предупреждения"), problems.size(), html);
         tree::openContainer(html);
         for (const auto& [itemType, group] : byItemType)
             AppendItemTypeNode(itemType, group, html);
@@ -75,8 +72,8 @@ bool COrvel::GetHtmlGroupedData(const MessageList& list, QString& html, bool asR
     MessageList plain;
     appendKind(list, COVMessage::Message, plain);
     if (!plain.empty()) {
-        openBlock(QLatin1String("messageblock"), asRoot,
-                  QCoreApplication::translate("Orvel", "Сообщения") + tree::countSuffix(plain.size()), html);
+        openBlock(QLatin1String("messageblock"), asRoot, QCoreApplication::translate("Orvel", "Сообщения"),
+                  plain.size(), html);
         GetHtmlList(plain, html);
         closeBlock(html);
     }
@@ -90,7 +87,7 @@ void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, QString& 
     if (groupName.isEmpty())
         return;
     tree::openNode(QLatin1String("Node ExpandOpen"), html);
-    tree::appendCaption(groupName + tree::countSuffix(list.size()), html);
+    tree::appendCaption(groupName, list.size(), html);
     if (hasItemNodes(itemType))
         AppendItemNodes(itemType, list, html);
     else
@@ -115,7 +112,7 @@ void COrvel::AppendItemNodes(int itemType, const MessageList& list, QString& htm
     tree::openContainer(html);
     for (const auto& [caption, group] : byCaption) {
         tree::openNode(QLatin1String("Node ExpandClosed"), html);
-        tree::appendCaption(caption + tree::countSuffix(group->size()), html);
+        tree::appendCaption(caption, group->size(), html);
         GetHtmlList(*group, html);
         tree::closeNode(html);
     }

@@ -18,8 +18,9 @@ inline void closeContainer(QString& html)
 /// Opens a node with its toggle; `classes` are the node's state classes.
 inline void openNode(QLatin1String classes, QString& html)
 {
-    html += QLatin1String("<li class=\"") + classes +
-            QLatin1String("\">\n"
+    html += QLatin1String("<li class=\"");
+    html += classes;
+    html += QLatin1String("\">\n"
                           "<div class=\"Expand\"></div>\n");
 }
 
@@ -28,15 +29,27 @@ inline void closeNode(QString& html)
     html += QLatin1String("</li>\n");
 }
 
-inline void appendCaption(const QString& caption, QString& html)
+/// A caption with the number of lines below it in parentheses; no number for an empty group.
+inline void appendCaption(const QString& caption, std::size_t count, QString& html)
 {
-    html += QLatin1String("<div class=\"Content\">") + caption + QLatin1String("</div>\n");
+    html += QLatin1String("<div class=\"Content\">");
+    html += caption;
+    if (count != 0)
+        html += QStringLiteral(" (%1)").arg(count);
+    html += QLatin1String("</div>\n");
 }
 
-/// " (count)" to put behind a caption; nothing for an empty group.
-inline QString countSuffix(std::size_t count)
+/// A whole node without children. Every leaf is marked as the last one; the style sheet relies on it.
+inline void appendLeaf(const QString& styleClass, const QString& text, QString& html)
 {
-    return count == 0 ? QString() : QStringLiteral(" (%1)").arg(count);
+    html += QLatin1String("<li class=\"Node ExpandLeaf IsLast\">\n"
+                          "<div class=\"Expand\"></div>\n"
+                          "<div class=\"Content ");
+    html += styleClass;
+    html += QLatin1String("\">");
+    html += text;
+    html += QLatin1String("</div>\n"
+                          "</li>\n");
 }
 
 } // namespace tree

@@ -1,5 +1,6 @@
 #include "Orvel/integration/OrvelGUIExtension.h"
 
+#include "Orvel/html/PageEncoding.h"
 #include "Orvel/integration/ExceptionCatcher.h"
 #include "Orvel/integration/ProjectProtocol.h"
 #include "Orvel/integration/ProtocolTemplate.h"
@@ -23,7 +24,7 @@ void writePage(const QString& path, const QString& html)
 {
     QtFile file(path);
     file.open(QIODevice::WriteOnly);
-    file.device()->write(html.toUtf8());
+    writeUtf8(html, *file.device());
     file.close();
 }
 

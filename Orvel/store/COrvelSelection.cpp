@@ -1,17 +1,20 @@
 #include "Orvel/store/COrvel.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
 
 namespace {
 
 /// Files `message` once under each distinct one of its `keys`.
 template<typename Key>
-void addToGroups(COVMessage* message, std::vector<Key> keys, COrvel::MessageGroups<Key>& groups)
+void addToGroups(COVMessage* message, const std::vector<Key>& keys, COrvel::MessageGroups<Key>& groups)
 {
-    std::sort(keys.begin(), keys.end());
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-    for (const Key key : keys)
-        groups[key].push_back(message);
+    QVarLengthArray<Key, 8> sorted(keys.begin(), keys.end());
+    std::sort(sorted.begin(), sorted.end());
+    const auto end = std::unique(sorted.begin(), sorted.end());
+    for (auto key = sorted.begin(); key != end; ++key)
+        groups[*key].push_back(message);
 }
 
 } // namespace
