@@ -49,7 +49,11 @@ function(orvel_add_test NAME)
     target_compile_definitions(${NAME} PRIVATE ${ARG_DEFINITIONS})
     set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     add_test(NAME ${NAME} COMMAND ${NAME})
+    # What Qt itself does; the files say why.
+    set(suppressions
+        "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp"
+        "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
     set_tests_properties(${NAME} PROPERTIES
         TIMEOUT 300
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${ARG_ENVIRONMENT}")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${suppressions};${ARG_ENVIRONMENT}")
 endfunction()
