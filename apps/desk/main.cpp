@@ -1,18 +1,23 @@
+#include "apps/common/OffscreenPlatform.h"
 #include "apps/common/PluginLocation.h"
+#include "apps/desk/CommandLine.h"
 #include "apps/desk/Desk.h"
+#include "apps/desk/Translation.h"
+#include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
-#include "apps/desk/document/ItemTypes.h"
-#include "apps/desk/headless/CommandLine.h"
+#include "apps/desk/gui/DeskSession.h"
+#include "apps/desk/gui/UriServer.h"
 #include "apps/desk/headless/Headless.h"
 #include "host/app/PluginManager.h"
 #include "host/app/SDIApplication.h"
+#include "host/delegates/ItemDelegateFactory.h"
 #include "host/files/Error.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QApplication>
 #include <QTextStream>
+#include <QUrl>
 
-#include <cstdio>
 #include <memory>
 
 namespace {
@@ -33,35 +38,35 @@ QStringList getArguments(int argc, char* argv[])
     return arguments;
 }
 
-void writeFatalOnly(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+/// The program's own application object with its plug-ins. Empty error if all is well.
+class DeskHost
 {
-    if (type == QtFatalMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-}
-
-/// An application for a program that shows nothing: it looks for no display, and what Qt remarks about the
-/// session while it starts is left out, since standard error carries only the program's own words.
-std::unique_ptr<QApplication> makeHiddenApplication(int& argc, char* argv[])
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QtMessageHandler handler = qInstallMessageHandler(writeFatalOnly);
-    auto application = std::make_unique<QApplication>(argc, argv);
-    qInstallMessageHandler(handler);
-    return application;
-}
-
-int runHeadless(const CommandLine& commandLine)
-{
-    SDIApplication application(QStringLiteral("orvel"));
-    PluginManager plugins;
-    if (!plugins.load(locatePlugin())) {
+public:
+    DeskHost() : application(QStringLiteral("orvel"))
+    {
+        if (plugins.load(locatePlugin())) {
+            plugins.extendApplication(&application);
+            return;
+        }
         const PluginManager::LoadFailure failure = plugins.getFailures().constLast();
-        return fail(failure.path + QStringLiteral(": ") + failure.reason);
+        error = failure.path + QStringLiteral(": ") + failure.reason;
     }
-    plugins.extendApplication(&application);
-    Document document(plugins, Desk::tr("Новый проект"));
+
+    const PluginManager& getPlugins() const { return plugins; }
+    const QString& getError() const { return error; }
+
+private:
+    SDIApplication application;
+    ItemDelegateFactory delegateFactory;
+    PluginManager plugins;
+    QString error;
+};
+
+int runHeadless(const DeskHost& host, const CommandLine& commandLine)
+{
+    Document document(host.getPlugins(), Desk::tr("Новый проект"));
     ProjectWindow window(&document.getModel());
-    plugins.extendProjectGUI(&window);
+    host.getPlugins().extendProjectGUI(&window);
     try {
         QTextStream output(stdout);
         Headless(document, window, output).execute(commandLine);
@@ -71,17 +76,22 @@ int runHeadless(const CommandLine& commandLine)
     return 0;
 }
 
-} // namespace
-
-int main(int argc, char* argv[])
+int runWindow(const DeskHost& host, const CommandLine& commandLine)
 {
-    const QStringList arguments = getArguments(argc, argv);
-    const std::unique_ptr<QApplication> application = makeHiddenApplication(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("orvel-desk"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(ORVEL_DESK_VERSION));
-    registerItemTypes();
+    DeskSession session(host.getPlugins(), commandLine.recordFile);
+    session.start(commandLine.argument);
+    return QApplication::exec();
+}
 
-    const CommandLine commandLine = CommandLine::parse(arguments);
+/// Hands a URI to an instance that runs already.
+bool handOver(const QString& argument)
+{
+    const QUrl url(argument);
+    return url.scheme() == QLatin1String("orvel") && uriclient::handOver(url);
+}
+
+int run(const CommandLine& commandLine)
+{
     if (!commandLine.error.isEmpty())
         return fail(commandLine.error);
     if (commandLine.wantsHelp || commandLine.wantsVersion) {
@@ -90,5 +100,34 @@ int main(int argc, char* argv[])
                                     : QStringLiteral("orvel-desk " ORVEL_DESK_VERSION "\n"));
         return 0;
     }
-    return runHeadless(commandLine);
+    if (!commandLine.isHeadless && handOver(commandLine.argument))
+        return 0;
+    const DeskHost host;
+    if (!host.getError().isEmpty())
+        return fail(host.getError());
+    return commandLine.isHeadless ? runHeadless(host, commandLine) : runWindow(host, commandLine);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QStringList arguments = getArguments(argc, argv);
+    // What needs no window must not look for a display.
+    const CommandLine preview = CommandLine::parse(arguments);
+    std::unique_ptr<OffscreenPlatform> offscreen;
+    if (preview.isHeadless || preview.wantsHelp || preview.wantsVersion || !preview.error.isEmpty())
+        offscreen = std::make_unique<OffscreenPlatform>();
+
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Orvel"));
+    QCoreApplication::setApplicationName(QStringLiteral("orvel-desk"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORVEL_DESK_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("orvel-desk"));
+    installLanguage(CommandLine::findLanguage(arguments));
+    QGuiApplication::setApplicationDisplayName(Desk::tr("Нивелирный стол"));
+    registerDeskTypes();
+    return run(CommandLine::parse(arguments));
 }

@@ -31,6 +31,8 @@ private slots:
     void badUsageIsRefused();
     void badInputIsRefused_data();
     void badInputIsRefused();
+    void missingFileIsRefused();
+    void englishTextsOnDemand();
     void damagedProjectIsRefused_data();
     void damagedProjectIsRefused();
     void helpAndVersion();
@@ -261,7 +263,7 @@ void TestHeadless::badUsageIsRefused_data()
     QTest::newRow("nothing to read") << ""
                                      << "с --headless нужен --import FILE или --open FILE";
     QTest::newRow("unknown option") << "--import small.gkf --quick"
-                                    << "неизвестный параметр --quick";
+                                    << "непонятный параметр --quick";
     QTest::newRow("unknown run") << "--import small.gkf --run solve"
                                  << "неизвестная обработка «solve»: --run compile, adjust или l1";
     QTest::newRow("no value") << "--import small.gkf --run"
@@ -292,14 +294,14 @@ void TestHeadless::badInputIsRefused_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("error");
-    QTest::newRow("empty") << QByteArray() << "bad.gkf, строка 1: ошибка XML: Premature end of document.";
+    QTest::newRow("empty") << QByteArray() << "bad.gkf, line 1: XML error: Premature end of document.";
     QTest::newRow("truncated") << QByteArray("<gama-local>\n<network>\n")
-                               << "bad.gkf, строка 3: ошибка XML: Premature end of document.";
+                               << "bad.gkf, line 3: XML error: Premature end of document.";
     QTest::newRow("not XML") << QByteArray("point;height\n")
-                             << "bad.gkf, строка 1: ошибка XML: Start tag expected.";
-    QTest::newRow("other root")
-        << QByteArray("<?xml version=\"1.0\"?>\n<survey/>\n")
-        << "bad.gkf, строка 2: это не файл нивелирной сети: корневой элемент <survey>, а нужен <gama-local>";
+                             << "bad.gkf, line 1: XML error: Start tag expected.";
+    QTest::newRow("other root") << QByteArray("<?xml version=\"1.0\"?>\n<survey/>\n")
+                                << "bad.gkf, line 2: this is not a file of a levelling network: the root "
+                                   "element is <survey>, but should be <gama-local>";
 }
 
 void TestHeadless::badInputIsRefused()
@@ -307,11 +309,34 @@ void TestHeadless::badInputIsRefused()
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
     writeFile(path(QStringLiteral("bad.gkf")), content);
-    const DeskProcess desk = run(words("--import bad.gkf --run adjust --save a.orvel"));
+    // In English, since Qt's own words for the reasons need not be there in Russian.
+    const DeskProcess desk = run(words("--language en --import bad.gkf --run adjust --save a.orvel"));
     QCOMPARE(desk.errors, QStringLiteral("orvel-desk: %1\n").arg(error));
     QCOMPARE(desk.exitCode, 2);
     QCOMPARE(desk.output, QString());
     QVERIFY(!QFile::exists(path(QStringLiteral("a.orvel"))));
+}
+
+void TestHeadless::missingFileIsRefused()
+{
+    const DeskProcess desk = run(words("--import nowhere.gkf"));
+    QCOMPARE(desk.errors,
+             QStringLiteral("orvel-desk: nowhere.gkf: файл не читается: No such file or directory\n"));
+    QCOMPARE(desk.exitCode, 2);
+}
+
+void TestHeadless::englishTextsOnDemand()
+{
+    const DeskProcess desk = run(words("--language en --import small.gkf --run adjust --pages pages"));
+    QCOMPARE(desk.output,
+             QStringLiteral("Import: errors 1, warnings 1, messages 3; pages/Import.html\n"
+                            "Adjustment: errors 1, warnings 1, messages 15; pages/Adjust.html\n"));
+    const QString page = plainText(QStringLiteral("pages/Adjust.html"));
+    QCOMPARE(findMissing(page, {"Adjustment\n", "Project: small\n", "Reports:", "Catalogue of heights",
+                                "Results of the adjustment (7)", "Errors and warnings (1)", "Points (1)",
+                                "Messages (5)", "Degrees of freedom: 2\n"}),
+             QStringList());
+    QVERIFY(!page.contains(QRegularExpression(QStringLiteral("[а-яА-ЯёЁ]"))));
 }
 
 void TestHeadless::damagedProjectIsRefused_data()

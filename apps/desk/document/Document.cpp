@@ -1,9 +1,10 @@
 #include "apps/desk/document/Document.h"
 
 #include "Orvel/store/COrvel.h"
-#include "apps/desk/document/ItemTypes.h"
+#include "apps/common/ProtocolState.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/reports/DeskReports.h"
 #include "host/app/PluginManager.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
@@ -71,6 +72,7 @@ Document::Document(const PluginManager& plugins, const QString& projectName, QOb
     model.initialize();
     model.addSystemItem(new reports::ReportsGeneratorItem, ItemTypeInfo::NotDeletable);
     model.setItemMentionedQuery([this](LONGID id) { return getProtocol().IsMessages(id); });
+    deskreports::registerReports(*this);
 }
 
 Document::~Document() = default;
@@ -78,6 +80,14 @@ Document::~Document() = default;
 COrvel& Document::getProtocol() const
 {
     return dynamic_cast<COrvel&>(*model.getFirstItem(kOrvelItemType));
+}
+
+void Document::setLevellingClass(LevellingClass newClass)
+{
+    if (levellingClass == newClass)
+        return;
+    levellingClass = newClass;
+    setModified(true);
 }
 
 std::vector<LevellingPoint*> Document::getPoints() const
@@ -126,6 +136,7 @@ void Document::setNetwork(const levelling::Network& network)
     Content content;
     content.description = network.description;
     content.parameters = network.parameters;
+    content.levellingClass = levellingClass;
     for (const levelling::Point& point : network.points)
         content.points.push_back(std::make_unique<LevellingPoint>(findId(pointIds, point.id), point));
     UniqueNames sectionNames;
@@ -138,6 +149,13 @@ void Document::setNetwork(const levelling::Network& network)
     }
     content.nextId = nextId;
     replaceItems(std::move(content));
+    for (const int type : getProcessingTypes())
+        getProtocol().ClearProtocolByType(type);
+}
+
+std::vector<int> Document::getProcessingTypes()
+{
+    return {enums::Compile, enums::Adjust, enums::L1Analysis, enums::Export};
 }
 
 bool Document::setContent(Content content)
@@ -146,6 +164,20 @@ bool Document::setContent(Content content)
         return false;
     replaceItems(std::move(content));
     return true;
+}
+
+Document::Content Document::copyContent() const
+{
+    Content content;
+    content.description = description;
+    content.parameters = parameters;
+    content.levellingClass = levellingClass;
+    for (const LevellingPoint* point : getPoints())
+        content.points.push_back(std::make_unique<LevellingPoint>(*point));
+    for (const LevellingSection* section : getSections())
+        content.sections.push_back(std::make_unique<LevellingSection>(*section));
+    content.nextId = nextId;
+    return content;
 }
 
 NetworkSnapshot Document::getSnapshot() const
@@ -163,6 +195,20 @@ NetworkSnapshot Document::getSnapshot() const
         snapshot.sectionNames.append(section->getName());
     }
     return snapshot;
+}
+
+void Document::updateSummary()
+{
+    summary = ProtocolSummary::read(readProtocolState(getProtocol()).dataFilePath);
+    emit summaryChanged();
+}
+
+void Document::setModified(bool isChanged)
+{
+    if (modified == isChanged)
+        return;
+    modified = isChanged;
+    emit modifiedChanged(modified);
 }
 
 void Document::setAdjustment(const levelling::Adjustment& adjustment)
@@ -187,10 +233,12 @@ void Document::setAdjustment(const levelling::Adjustment& adjustment)
         ++index;
     }
     emit resultsChanged();
+    setModified(true);
 }
 
 void Document::replaceItems(Content content)
 {
+    emit networkAboutToBeReplaced();
     std::vector<LevellingPoint*> oldPoints = getPoints();
     std::for_each(oldPoints.rbegin(), oldPoints.rend(),
                   [this](const LevellingPoint* point) { model.removeItem(point->getId()); });
@@ -198,10 +246,12 @@ void Document::replaceItems(Content content)
 
     description = content.description;
     parameters = content.parameters;
+    levellingClass = content.levellingClass;
     nextId = content.nextId;
     for (auto& point : content.points)
         model.addItem(std::move(point));
     for (auto& section : content.sections)
         sectionManager->addItem(std::move(section));
     emit networkReplaced();
+    setModified(true);
 }

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "apps/desk/document/LevellingClass.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ProtocolSummary.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CItemManager.h"
 #include "host/model/CProject.h"
@@ -12,8 +16,6 @@
 #include <vector>
 
 class COrvel;
-class LevellingPoint;
-class LevellingSection;
 class PluginManager;
 
 /// The open project: the levelling network as items of a project model, and its protocol.
@@ -30,6 +32,7 @@ public:
     {
         QString description;
         levelling::Parameters parameters;
+        LevellingClass levellingClass = LevellingClass::IV;
         std::vector<std::unique_ptr<LevellingPoint>> points;
         std::vector<std::unique_ptr<LevellingSection>> sections;
         /// The next new item's id, larger than all that were ever given.
@@ -41,11 +44,14 @@ public:
     ~Document() override;
 
     CProject& getProject() { return project; }
+    const CProject& getProject() const { return project; }
     CCommonTervoModel& getModel() { return model; }
     COrvel& getProtocol() const;
 
     const QString& getDescription() const { return description; }
     const levelling::Parameters& getParameters() const { return parameters; }
+    LevellingClass getLevellingClass() const { return levellingClass; }
+    void setLevellingClass(LevellingClass newClass);
     std::vector<LevellingPoint*> getPoints() const;
     std::vector<LevellingSection*> getSections() const;
     bool isEmpty() const;
@@ -53,22 +59,39 @@ public:
     bool hasResults() const;
 
     /// Replaces the network. Points and sections that the old one had, by their names, keep their ids; no id
-    /// is ever given to another item. Results are gone.
+    /// is ever given to another item. Results are gone, and so are the protocols of the processing of the old
+    /// network: nobody shall take them for those of the new one. To be called during a run, when the protocol
+    /// has its lines in memory.
     void setNetwork(const levelling::Network& network);
+    /// The protocol types that setNetwork() clears.
+    static std::vector<int> getProcessingTypes();
     /// Replaces the network by items that have ids. False, and nothing changed, if these are not unique or a
     /// section's ends are no points.
     bool setContent(Content content);
-    LONGID getNextId() const { return nextId; }
+    /// A copy of the network with its ids and results, for setContent().
+    Content copyContent() const;
     NetworkSnapshot getSnapshot() const;
+
+    /// Counts the lines of the protocols anew, after a run and after loading.
+    void updateSummary();
+    const ProtocolSummary& getSummary() const { return summary; }
+
+    /// Whether the project differs from what was saved last.
+    bool isModified() const { return modified; }
+    void setModified(bool isChanged);
 
     /// Takes the results of an adjustment of the network as it is now; one that failed leaves no results.
     void setAdjustment(const levelling::Adjustment& adjustment);
 
 signals:
-    /// The points and sections are others now.
+    /// The points and sections will be others, or have changed.
+    void networkAboutToBeReplaced();
     void networkReplaced();
     /// Results of the adjustment came.
     void resultsChanged();
+    /// The protocols have other lines now.
+    void summaryChanged();
+    void modifiedChanged(bool isModified);
 
 private:
     void replaceItems(Content content);
@@ -78,5 +101,8 @@ private:
     tervo::CItemManager* sectionManager; // owned by the model
     QString description;
     levelling::Parameters parameters;
+    LevellingClass levellingClass = LevellingClass::IV;
     LONGID nextId;
+    ProtocolSummary summary;
+    bool modified = false;
 };

@@ -1,7 +1,7 @@
 #include "apps/desk/document/LevellingPoint.h"
 
 #include "apps/desk/document/ArchiveValues.h"
-#include "apps/desk/document/ItemTypes.h"
+#include "apps/desk/document/DeskTypes.h"
 
 LevellingPoint::LevellingPoint(LONGID pointId, const levelling::Point& networkPoint) : point(networkPoint)
 {

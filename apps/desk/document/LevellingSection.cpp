@@ -1,7 +1,7 @@
 #include "apps/desk/document/LevellingSection.h"
 
 #include "apps/desk/document/ArchiveValues.h"
-#include "apps/desk/document/ItemTypes.h"
+#include "apps/desk/document/DeskTypes.h"
 
 LevellingSection::LevellingSection(LONGID sectionId, const levelling::Section& networkSection,
                                    const QString& sectionName)

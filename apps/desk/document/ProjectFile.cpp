@@ -55,6 +55,15 @@ levelling::Parameters readParameters(CQtArchive& archive)
     return parameters;
 }
 
+LevellingClass readClass(CQtArchive& archive)
+{
+    qint32 number = 0;
+    archive >> number;
+    if (number < static_cast<qint32>(LevellingClass::I) || number > static_cast<qint32>(LevellingClass::IV))
+        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
+    return static_cast<LevellingClass>(number);
+}
+
 void writeProtocol(CQtArchive& archive, const ProtocolState& state)
 {
     archive << static_cast<quint32>(state.ids.size());
@@ -94,10 +103,10 @@ ProtocolState readProtocol(CQtArchive& archive)
 }
 
 template<typename Item>
-void writeItems(CQtArchive& archive, const std::vector<Item*>& items)
+void writeItems(CQtArchive& archive, const std::vector<std::unique_ptr<Item>>& items)
 {
     archive << static_cast<quint32>(items.size());
-    for (Item* item : items)
+    for (const auto& item : items)
         item->serialize(archive);
 }
 
@@ -136,14 +145,15 @@ void writeBytes(const QString& path, const QByteArray& bytes)
 QByteArray writeContent(Document& document)
 {
     const ProtocolState state = readProtocolState(document.getProtocol());
+    const Document::Content content = document.copyContent();
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     CQtArchive archive(&buffer, CQtArchive::Save);
-    archive << document.getProject().getName() << document.getDescription();
-    writeParameters(archive, document.getParameters());
-    archive << document.getNextId();
-    writeItems(archive, document.getPoints());
-    writeItems(archive, document.getSections());
+    archive << document.getProject().getName() << content.description;
+    writeParameters(archive, content.parameters);
+    archive << static_cast<qint32>(content.levellingClass) << content.nextId;
+    writeItems(archive, content.points);
+    writeItems(archive, content.sections);
     writeProtocol(archive, state);
     archive << readBytes(state.dataFilePath);
     return buffer.data();
@@ -157,6 +167,7 @@ StoredProject readContent(QByteArray bytes)
     StoredProject stored;
     archive >> stored.name >> stored.content.description;
     stored.content.parameters = readParameters(archive);
+    stored.content.levellingClass = readClass(archive);
     archive >> stored.content.nextId;
     stored.content.points = readItems<LevellingPoint>(archive);
     stored.content.sections = readItems<LevellingSection>(archive);
@@ -233,6 +244,7 @@ void save(Document& document, const QString& path)
     archive << kSignature << kVersion << content << makeChecksum(content);
     file.close();
     document.getProject().setFilePath(path);
+    document.setModified(false);
 }
 
 void load(Document& document, const QString& path)
@@ -243,6 +255,8 @@ void load(Document& document, const QString& path)
     document.getProject().setName(stored.name);
     document.getProject().setFilePath(path);
     restoreProtocol(document, stored);
+    document.updateSummary();
+    document.setModified(false);
 }
 
 } // namespace projectfile

@@ -5,7 +5,6 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
-#include "apps/desk/document/ProtocolSummary.h"
 #include "host/enums/EnumData.h"
 #include "host/files/Error.h"
 #include "host/files/QtFile.h"
@@ -22,11 +21,11 @@ namespace {
     throw exceptions::Error(text.toStdWString());
 }
 
-DeskRun makeRun(CommandLine::Run kind, Document& document, LevellingClass levellingClass)
+DeskRun makeRun(CommandLine::Run kind, Document& document)
 {
     switch (kind) {
     case CommandLine::Run::Compile:
-        return runs::makeCompile(document, levellingClass);
+        return runs::makeCompile(document);
     case CommandLine::Run::Adjust:
         return runs::makeAdjust(document);
     case CommandLine::Run::L1Analysis:
@@ -53,13 +52,21 @@ void Headless::execute(const CommandLine& commandLine)
 {
     if (!commandLine.projectFile.isEmpty())
         projectfile::load(document, commandLine.projectFile);
+    if (commandLine.levellingClass)
+        document.setLevellingClass(*commandLine.levellingClass);
+    if (!commandLine.recordFile.isEmpty()) {
+        recorder = std::make_unique<JournalRecorder>(commandLine.recordFile, document);
+        QObject::connect(recorder.get(), &JournalRecorder::failed,
+                         [](const QString& reason) { fail(reason); });
+        monitor.setRecorder(recorder.get());
+    }
     if (!commandLine.importFile.isEmpty()) {
         if (commandLine.projectFile.isEmpty())
             document.getProject().setName(QFileInfo(commandLine.importFile).completeBaseName());
         perform(runs::makeImport(document, commandLine.importFile));
     }
     for (const CommandLine::Run kind : commandLine.runs)
-        perform(makeRun(kind, document, commandLine.levellingClass));
+        perform(makeRun(kind, document));
     if (!commandLine.exportFile.isEmpty())
         perform(runs::makeExport(document, commandLine.exportFile));
 
@@ -95,8 +102,8 @@ void Headless::writePages(const QString& folder)
 
 void Headless::report(const QString& pagesFolder)
 {
-    const QString dataFile = readProtocolState(document.getProtocol()).dataFilePath;
-    const ProtocolSummary summary = ProtocolSummary::read(dataFile);
+    document.updateSummary();
+    const ProtocolSummary& summary = document.getSummary();
     for (const int type : performedTypes) {
         const auto found = summary.types.find(type);
         const ProtocolSummary::Counts counts =

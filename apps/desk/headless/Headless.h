@@ -1,9 +1,12 @@
 #pragma once
 
-#include "apps/desk/headless/CommandLine.h"
+#include "apps/desk/CommandLine.h"
+#include "apps/desk/process/JournalRecorder.h"
 #include "apps/desk/process/RunMonitor.h"
 
 #include <QTextStream>
+
+#include <memory>
 
 class Document;
 class ProjectWindow;
@@ -28,6 +31,7 @@ private:
 
     Document& document;
     QTextStream& output;
+    std::unique_ptr<JournalRecorder> recorder;
     RunMonitor monitor;
     std::vector<int> performedTypes; // in the order of the runs, each once
 };

@@ -1,6 +1,7 @@
 #include "apps/desk/process/RunMonitor.h"
 
-#include "Orvel/integration/ExceptionCatcher.h"
+#include "apps/desk/process/JournalRecorder.h"
+#include "host/files/ExceptionText.h"
 
 RunMonitor::RunMonitor(ProjectWindow* window, QWidget* parent) : OrvelProcessMonitor(window, parent)
 {}
@@ -8,6 +9,11 @@ RunMonitor::RunMonitor(ProjectWindow* window, QWidget* parent) : OrvelProcessMon
 RunMonitor::~RunMonitor()
 {
     shutdown();
+}
+
+void RunMonitor::setRecorder(JournalRecorder* journalRecorder)
+{
+    recorder = journalRecorder;
 }
 
 void RunMonitor::startRun(const DeskRun& deskRun)
@@ -20,15 +26,68 @@ void RunMonitor::startRun(const DeskRun& deskRun)
         try {
             function(monitor);
         } catch (...) {
-            *failure = ExceptionCatcher::getMessage(std::current_exception());
+            *failure = QString::fromStdWString(exceptions::getExceptionText(std::current_exception()));
             throw;
         }
     });
 }
 
+void RunMonitor::startProtocolStage(std::wstring name)
+{
+    record(QStringLiteral("startStage"), QString::fromStdWString(name));
+    OrvelProcessMonitor::startProtocolStage(std::move(name));
+}
+
+void RunMonitor::finishProtocolStage()
+{
+    if (recorder)
+        recorder->finishStage();
+    OrvelProcessMonitor::finishProtocolStage();
+}
+
+void RunMonitor::writeError(const QString& text, const QString& detail)
+{
+    record(QStringLiteral("writeError"), text);
+    OrvelProcessMonitor::writeError(text, detail);
+}
+
+void RunMonitor::writeWarning(const QString& text, const QString& detail)
+{
+    record(QStringLiteral("writeWarning"), text);
+    OrvelProcessMonitor::writeWarning(text, detail);
+}
+
+void RunMonitor::writeMessage(const QString& text, const QString& detail)
+{
+    record(QStringLiteral("writeMessage"), text);
+    OrvelProcessMonitor::writeMessage(text, detail);
+}
+
+void RunMonitor::write(const QString& text, const QString& detail)
+{
+    record(QStringLiteral("write"), text);
+    OrvelProcessMonitor::write(text, detail);
+}
+
+void RunMonitor::onStarted()
+{
+    if (recorder)
+        recorder->beginRun(run.protocolType);
+    OrvelProcessMonitor::onStarted();
+}
+
 void RunMonitor::onThreadFinished()
 {
-    if (!getInterrupted())
-        run.takeResults();
+    const std::function<void()>& settle = getInterrupted() ? run.discardResults : run.takeResults;
+    if (settle)
+        settle();
+    if (recorder)
+        recorder->endRun(getInterrupted());
     OrvelProcessMonitor::onThreadFinished();
+}
+
+void RunMonitor::record(const QString& command, const QString& text)
+{
+    if (recorder)
+        recorder->writeLine(command, text);
 }

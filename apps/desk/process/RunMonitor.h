@@ -3,6 +3,8 @@
 #include "Orvel/integration/OrvelProcessMonitor.h"
 #include "apps/desk/runs/DeskRun.h"
 
+class JournalRecorder;
+
 /// The progress window of the desk's runs.
 class RunMonitor : public OrvelProcessMonitor
 {
@@ -12,15 +14,35 @@ public:
     explicit RunMonitor(ProjectWindow* window, QWidget* parent = nullptr);
     ~RunMonitor() override;
 
+    /// Has the runs from now on recorded, or with null not any more. Not owned.
+    void setRecorder(JournalRecorder* journalRecorder);
+
     /// Starts a run. One at a time.
     void startRun(const DeskRun& deskRun);
+    /// The latest run.
     const DeskRun& getRun() const { return run; }
     /// Whether the latest run was stopped, or ended by an exception.
     bool wasInterrupted() const { return getInterrupted(); }
 
+    using OrvelProcessMonitor::write;
+    using OrvelProcessMonitor::writeError;
+    using OrvelProcessMonitor::writeMessage;
+    using OrvelProcessMonitor::writeWarning;
+
+    void startProtocolStage(std::wstring name) override;
+    void finishProtocolStage() override;
+
 protected:
+    void writeError(const QString& text, const QString& detail) override;
+    void writeWarning(const QString& text, const QString& detail) override;
+    void writeMessage(const QString& text, const QString& detail) override;
+    void write(const QString& text, const QString& detail) override;
+    void onStarted() override;
     void onThreadFinished() override;
 
 private:
+    void record(const QString& command, const QString& text);
+
     DeskRun run;
+    JournalRecorder* recorder = nullptr;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkSnapshot.h"
-#include "apps/desk/runs/LevellingClass.h"
 #include "host/process/IProcessMonitor.h"
 
 /// Checks a network before its adjustment: datum and connectivity of every component, repeated measurements,

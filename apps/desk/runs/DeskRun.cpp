@@ -16,27 +16,30 @@ DeskRun makeImport(Document& document, const QString& filePath)
 {
     DeskRun run;
     run.protocolType = enums::Import;
-    run.function = [&document, filePath, failure = run.failure](qor::IProcessMonitor& monitor) {
+    const auto replaced = std::make_shared<std::optional<Document::Content>>();
+    run.function = [&document, filePath, replaced, failure = run.failure](qor::IProcessMonitor& monitor) {
         const NetworkTaker takeNetwork = [&](const levelling::Network& network, NetworkSnapshot& snapshot) {
             return callInThread(document, monitor, [&] {
+                *replaced = document.copyContent();
                 document.setNetwork(network);
                 snapshot = document.getSnapshot();
             });
         };
         *failure = runImport(monitor, filePath, takeNetwork);
     };
-    run.takeResults = [] {};
+    run.discardResults = [&document, replaced] {
+        if (*replaced)
+            document.setContent(std::move(**replaced));
+    };
     return run;
 }
 
-DeskRun makeCompile(const Document& document, LevellingClass levellingClass)
+DeskRun makeCompile(const Document& document)
 {
     DeskRun run;
     run.protocolType = enums::Compile;
-    run.function = [snapshot = document.getSnapshot(), levellingClass](qor::IProcessMonitor& monitor) {
-        runCompile(monitor, snapshot, levellingClass);
-    };
-    run.takeResults = [] {};
+    run.function = [snapshot = document.getSnapshot(), levellingClass = document.getLevellingClass()](
+                       qor::IProcessMonitor& monitor) { runCompile(monitor, snapshot, levellingClass); };
     return run;
 }
 
@@ -62,7 +65,6 @@ DeskRun makeL1Analysis(const Document& document)
     run.function = [snapshot = document.getSnapshot()](qor::IProcessMonitor& monitor) {
         runL1Analysis(monitor, snapshot);
     };
-    run.takeResults = [] {};
     return run;
 }
 
@@ -82,7 +84,6 @@ DeskRun makeExport(const Document& document, const QString& filePath)
     run.function = [heights, filePath, failure = run.failure](qor::IProcessMonitor& monitor) {
         *failure = runExport(monitor, heights, filePath);
     };
-    run.takeResults = [] {};
     return run;
 }
 

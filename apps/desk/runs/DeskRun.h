@@ -1,6 +1,5 @@
 #pragma once
 
-#include "apps/desk/runs/LevellingClass.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -18,6 +17,8 @@ struct DeskRun
     std::function<void(qor::IProcessMonitor&)> function;
     /// Takes over what the work gave; called in the window's thread when the run ended without interruption.
     std::function<void()> takeResults;
+    /// Takes back what the work changed; called in the window's thread when the run was interrupted.
+    std::function<void()> discardResults;
     /// Why the run gave nothing, as plain text; empty if it did its work. To be read after the run.
     std::shared_ptr<QString> failure = std::make_shared<QString>();
 };
@@ -26,7 +27,7 @@ struct DeskRun
 namespace runs {
 
 DeskRun makeImport(Document& document, const QString& filePath);
-DeskRun makeCompile(const Document& document, LevellingClass levellingClass);
+DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);
 /// Export of the adjusted heights as CSV.

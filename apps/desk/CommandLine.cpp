@@ -1,4 +1,4 @@
-#include "apps/desk/headless/CommandLine.h"
+#include "apps/desk/CommandLine.h"
 
 #include "apps/desk/Desk.h"
 
@@ -36,8 +36,10 @@ private:
             takeClass();
         else if (argument == QLatin1String("--language"))
             takeLanguage();
+        else if (!argument.startsWith(QLatin1Char('-')) && result.argument.isEmpty())
+            result.argument = argument;
         else
-            result.error = Desk::tr("неизвестный параметр %1").arg(argument);
+            result.error = Desk::tr("непонятный параметр %1").arg(argument);
     }
 
     QString* findTextOption(const QString& argument)
@@ -54,6 +56,8 @@ private:
             return &result.dataFile;
         if (argument == QLatin1String("--save"))
             return &result.saveFile;
+        if (argument == QLatin1String("--record"))
+            return &result.recordFile;
         return nullptr;
     }
 
@@ -108,18 +112,19 @@ private:
 
     void checkTogether()
     {
-        const bool hasHeadlessTask = !result.importFile.isEmpty() || !result.projectFile.isEmpty() ||
-                                     !result.runs.empty() || !result.exportFile.isEmpty() ||
-                                     !result.pagesFolder.isEmpty() || !result.dataFile.isEmpty() ||
-                                     !result.saveFile.isEmpty();
         if (result.wantsHelp || result.wantsVersion)
             return;
+        const bool hasInput = !result.importFile.isEmpty() || !result.projectFile.isEmpty();
+        const bool hasHeadlessTask = hasInput || !result.runs.empty() || !result.exportFile.isEmpty() ||
+                                     !result.pagesFolder.isEmpty() || !result.dataFile.isEmpty() ||
+                                     !result.saveFile.isEmpty();
         if (hasHeadlessTask && !result.isHeadless)
-            result.error =
-                Desk::tr("--import, --open, --run, --export, --pages, --data и --save действуют только "
-                         "вместе с --headless");
-        else if (result.isHeadless && result.importFile.isEmpty() && result.projectFile.isEmpty())
+            result.error = Desk::tr("--import, --open, --run, --export, --pages, --data и --save действуют "
+                                    "только вместе с --headless");
+        else if (result.isHeadless && !hasInput)
             result.error = Desk::tr("с --headless нужен --import FILE или --open FILE");
+        else if (result.isHeadless && !result.argument.isEmpty())
+            result.error = Desk::tr("непонятный параметр %1").arg(result.argument);
     }
 
     QStringList arguments;
@@ -142,22 +147,28 @@ QString CommandLine::findLanguage(const QStringList& arguments)
 QString CommandLine::getHelp()
 {
     return Desk::tr("Использование:\n"
+                    "  orvel-desk [параметры] [FILE]\n"
+                    "      окно с проектом FILE или с нивелирной сетью FILE.gkf\n"
                     "  orvel-desk --headless (--import FILE.gkf | --open FILE) [параметры]\n"
+                    "      обработка без окна\n"
                     "\n"
                     "Параметры:\n"
+                    "  --language ru|en       язык текстов\n"
+                    "  --record FILE.jsonl    записать журнал обработки для orvel-replay\n"
+                    "  --help, --version      эта справка, номер версии\n"
+                    "\n"
+                    "Параметры обработки без окна:\n"
                     "  --import FILE.gkf      прочитать нивелирную сеть\n"
                     "  --open FILE            открыть проект\n"
+                    "  --class I|II|III|IV    класс нивелирования, задаёт допуски невязок\n"
                     "  --run compile          предобработка: связность, повторные измерения, невязки\n"
                     "  --run adjust           уравнивание по методу наименьших квадратов\n"
                     "  --run l1               L1-анализ: поиск грубых ошибок\n"
                     "                         (--run повторяется, порядок сохраняется)\n"
-                    "  --class I|II|III|IV    класс нивелирования, задаёт допуски невязок (IV)\n"
                     "  --export FILE.csv      вывести уравненные высоты\n"
                     "  --pages DIR            записать страницы протоколов\n"
                     "  --data FILE.xml        записать копию файла данных протокола\n"
                     "  --save FILE            сохранить проект\n"
-                    "  --language ru|en       язык текстов\n"
-                    "  --help, --version      эта справка, номер версии\n"
                     "\n"
                     "Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.\n");
 }

@@ -1,4 +1,4 @@
-#include "apps/desk/runs/LevellingClass.h"
+#include "apps/desk/document/LevellingClass.h"
 
 double getToleranceFactor(LevellingClass levellingClass)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/desk/runs/LevellingClass.h"
+#include "apps/desk/document/LevellingClass.h"
 
 #include <QString>
 #include <QStringList>
@@ -19,11 +19,13 @@ struct CommandLine
     QString importFile;    ///< network to import (.gkf)
     QString projectFile;   ///< project to open
     std::vector<Run> runs; ///< in this order
-    LevellingClass levellingClass = LevellingClass::IV;
+    std::optional<LevellingClass> levellingClass;
     QString exportFile;  ///< heights as CSV
     QString pagesFolder; ///< where the pages of the runs go
     QString dataFile;    ///< copy of the protocol's data file
     QString saveFile;    ///< project to save
+    QString recordFile;  ///< journal of the runs to record
+    QString argument;    ///< file or URI for the window
 
     /// Why the arguments cannot be followed: one sentence; empty if they can.
     QString error;

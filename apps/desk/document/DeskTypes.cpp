@@ -1,0 +1,39 @@
+#include "apps/desk/document/DeskTypes.h"
+
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/desk/Desk.h"
+#include "host/enums/EnumData.h"
+#include "host/model/ItemTypeInfo.h"
+
+namespace {
+
+void registerType(int type, const char* internalName, const QString& singular, const QString& plural)
+{
+    registerEnumData(EnumData(type, internalName, singular.toStdString(), plural.toStdString()));
+}
+
+/// Replaces the display text only.
+void translateType(int type, const QString& singular)
+{
+    const EnumData record = getEnumData(type);
+    const QString plural = QString::fromStdWString(record.getTextPlural());
+    registerEnumData(EnumData(type, record.getTextInternal(), singular.toStdString(), plural.toStdString()));
+}
+
+} // namespace
+
+void registerDeskTypes()
+{
+    registerType(kPointItemType, "LevellingPoint", Desk::tr("пункт"), Desk::tr("пункты"));
+    registerType(kSectionItemType, "LevellingSection", Desk::tr("секция"), Desk::tr("секции"));
+    registerType(kGeneralItemType, "Undefined", Desk::tr("общее"), Desk::tr("общие"));
+    registerType(kHeightCatalogue, "HeightCatalogue", Desk::tr("Каталог высот"), Desk::tr("Каталоги высот"));
+    registerType(kResidualList, "ResidualList", Desk::tr("Ведомость превышений и поправок"),
+                 Desk::tr("Ведомости превышений и поправок"));
+
+    translateType(enums::Compile, Desk::tr("Предобработка"));
+    translateType(enums::Adjust, Desk::tr("Уравнивание"));
+    translateType(enums::L1Analysis, Desk::tr("L1-анализ"));
+    translateType(enums::Import, Desk::tr("Импорт"));
+    translateType(enums::Export, Desk::tr("Экспорт"));
+}

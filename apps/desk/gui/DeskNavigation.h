@@ -1,0 +1,18 @@
+#pragma once
+
+#include "host/window/IUriNavigationHandler.h"
+
+class DeskWindow;
+
+/// Follows the links to items and to reports.
+class DeskNavigation : public IUriNavigationHandler
+{
+public:
+    /// The window owns the handler.
+    explicit DeskNavigation(DeskWindow& deskWindow) : window(deskWindow) {}
+
+    bool navigate(const QUrl& url) override;
+
+private:
+    DeskWindow& window;
+};

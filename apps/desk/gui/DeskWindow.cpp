@@ -1,0 +1,711 @@
+#include "apps/desk/gui/DeskWindow.h"
+
+#include "Orvel/integration/ExceptionCatcher.h"
+#include "Orvel/integration/OrvelGUIExtension.h"
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/ProjectFile.h"
+#include "apps/desk/gui/DeskNavigation.h"
+#include "apps/desk/gui/GlyphIcon.h"
+#include "apps/desk/gui/HelpDialog.h"
+#include "apps/desk/gui/ItemFilterModel.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/MessageBar.h"
+#include "apps/desk/gui/ProtocolList.h"
+#include "apps/desk/gui/RecentFiles.h"
+#include "host/app/Application.h"
+#include "host/app/SDIApplication.h"
+#include "host/enums/EnumData.h"
+#include "host/files/Error.h"
+#include "host/reports/ReportsGeneratorItem.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QUrl>
+#include <QUrlQuery>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+const QString kNetworkSuffix = QStringLiteral("gkf");
+const QString kProjectSuffix = QStringLiteral("orvel");
+
+bool isNetworkFile(const QString& path)
+{
+    return QFileInfo(path).suffix().compare(kNetworkSuffix, Qt::CaseInsensitive) == 0;
+}
+
+QString getDisplayName(int type)
+{
+    return QString::fromStdWString(getEnumData(type).getTextSingular());
+}
+
+/// The file of a drag from a file manager, if it is one that the desk opens.
+QString findDroppedFile(const QMimeData& data)
+{
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile())
+            return url.toLocalFile();
+    }
+    return QString();
+}
+
+QString getNetworkFilter()
+{
+    return Desk::tr("Нивелирные сети (*.%1)").arg(kNetworkSuffix);
+}
+
+QString getProjectFilter()
+{
+    return Desk::tr("Проекты (*.%1)").arg(kProjectSuffix);
+}
+
+} // namespace
+
+DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
+    : ProjectWindow(&projectDocument->getModel())
+    , document(projectDocument.release())
+{
+    setWindowIcon(makeApplicationIcon());
+    setAcceptDrops(true);
+    createActions();
+    setCentralWidget(createCentralWidget());
+    createToolBar();
+    createProtocolDock();
+    addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
+
+    connect(document, &Document::modifiedChanged, this, &QWidget::setWindowModified);
+    connect(document, &Document::networkReplaced, this, &DeskWindow::updateActions);
+    connect(document, &Document::resultsChanged, this, &DeskWindow::updateActions);
+    connect(document, &Document::summaryChanged, this,
+            [this] { protocols->setSummary(document->getSummary()); });
+    protocols->setSummary(document->getSummary());
+    setWindowModified(document->isModified());
+    updateTitle();
+    updateActions();
+    resize(1080, 680);
+    restoreLayout();
+    table->setFocus();
+    // Last of the children: what shows the document goes first.
+    document->setParent(this);
+}
+
+DeskWindow::~DeskWindow() = default;
+
+RunMonitor& DeskWindow::getMonitor()
+{
+    if (!monitor) {
+        monitor = std::make_unique<RunMonitor>(this, this);
+        monitor->setRecorder(recorder.get());
+        monitor->setOnItemClicked([this](LONGID id) { locateItem(id); });
+        connect(monitor.get(), &CProcessMonitor::runFinished, this, &DeskWindow::finishRun);
+    }
+    return *monitor;
+}
+
+bool DeskWindow::isRunWorking() const
+{
+    return monitor && monitor->isRunning();
+}
+
+void DeskWindow::setRecordFile(const QString& path)
+{
+    recorder = std::make_unique<JournalRecorder>(path, *document);
+    connect(recorder.get(), &JournalRecorder::failed, messageBar, &MessageBar::showMessage);
+    if (monitor)
+        monitor->setRecorder(recorder.get());
+}
+
+void DeskWindow::importFile(const QString& path)
+{
+    if (isRunWorking() || !mayReplaceNetwork())
+        return;
+    if (document->isEmpty() && document->getProject().getFilePath().isEmpty()) {
+        document->getProject().setName(QFileInfo(path).completeBaseName());
+        updateTitle();
+    }
+    recentfiles::add(path);
+    start(runs::makeImport(*document, path));
+}
+
+void DeskWindow::exportFile(const QString& path)
+{
+    start(runs::makeExport(*document, path));
+}
+
+bool DeskWindow::saveFile(const QString& path)
+{
+    try {
+        projectfile::save(*document, path);
+    } catch (const exceptions::Error& error) {
+        Application::warning(
+            Desk::tr("Проект не сохранён. %1 Выберите другое место командой «Сохранить как».")
+                .arg(QString::fromStdWString(error.getText())),
+            this);
+        return false;
+    }
+    recentfiles::add(path);
+    updateTitle();
+    statusBar()->showMessage(Desk::tr("Проект сохранён: %1").arg(path), 5000);
+    return true;
+}
+
+bool DeskWindow::save()
+{
+    const QString path = document->getProject().getFilePath();
+    return path.isEmpty() ? chooseAndSave() : saveFile(path);
+}
+
+bool DeskWindow::mayBeClosed()
+{
+    if (isRunWorking())
+        return mayStopRun();
+    if (!document->isModified())
+        return true;
+    QMessageBox box(QMessageBox::Question, Desk::tr("Проект не сохранён"),
+                    Desk::tr("Сохранить изменения в проекте «%1»?").arg(document->getProject().getName()),
+                    QMessageBox::NoButton, this);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(Desk::tr("Без сохранения пропадут результаты и протоколы."));
+    QPushButton* saveButton = box.addButton(Desk::tr("&Сохранить"), QMessageBox::AcceptRole);
+    QPushButton* discardButton = box.addButton(Desk::tr("&Не сохранять"), QMessageBox::DestructiveRole);
+    box.setEscapeButton(box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole));
+    box.setDefaultButton(saveButton);
+    box.exec();
+    if (box.clickedButton() == saveButton)
+        return save();
+    return box.clickedButton() == discardButton;
+}
+
+void DeskWindow::showProtocol(int protocolType)
+{
+    if (OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this))
+        viewer->showOrvel(protocolType);
+}
+
+void DeskWindow::showReport(int reportType)
+{
+    if (!document->hasResults()) {
+        messageBar->showMessage(
+            Desk::tr("Ведомости составляются по результатам. Сначала выполните уравнивание."));
+        return;
+    }
+    const auto* generator = dynamic_cast<reports::ReportsGeneratorItem*>(
+        getModel()->getFirstItem(reports::kReportsGeneratorType));
+    ExceptionCatcher catcher;
+    catcher.addErrorHandler([this](const QString& message) { Application::warning(message, this); });
+    catcher.run([&] {
+        if (!generator->showReport(reportType))
+            messageBar->showMessage(
+                Desk::tr("Ведомость не открылась: в системе не назначена программа для страниц "
+                         "HTML, или такой ведомости нет."));
+    });
+}
+
+void DeskWindow::locateItem(LONGID id)
+{
+    if (!table->selectItem(id)) {
+        // The search may hide it.
+        search->clear();
+        if (!table->selectItem(id)) {
+            messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
+            return;
+        }
+    }
+    bringToFront();
+}
+
+DeskWindow::UriAnswer DeskWindow::followUri(const QUrl& url)
+{
+    const QString scheme = static_cast<SDIApplication*>(getApplication())->getUriScheme();
+    if (url.scheme() != scheme)
+        return UriAnswer::NotUnderstood;
+    const QString projectName = QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded);
+    if (projectName != document->getProject().getName())
+        return UriAnswer::OtherProject;
+    // A page would empty the protocol under the run's hands.
+    if (isRunWorking() && url.host() != QLatin1String("locate-item")) {
+        messageBar->showMessage(Desk::tr("Идёт обработка. Откройте ссылку ещё раз, когда она закончится."));
+        bringToFront();
+        return UriAnswer::Taken;
+    }
+    if (!navigate(url))
+        return UriAnswer::NotUnderstood;
+    bringToFront();
+    return UriAnswer::Taken;
+}
+
+void DeskWindow::explainUri(const QUrl& url)
+{
+    const QString projectName = QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded);
+    if (projectName.isEmpty() || projectName == document->getProject().getName())
+        messageBar->showMessage(Desk::tr("Ссылка не понята: %1").arg(url.toDisplayString()));
+    else
+        messageBar->showMessage(
+            Desk::tr("Ссылка ведёт в проект «%1». Откройте этот проект и щёлкните ссылку ещё раз.")
+                .arg(projectName));
+    bringToFront();
+}
+
+void DeskWindow::bringToFront()
+{
+    if (isMinimized())
+        showNormal();
+    raise();
+    activateWindow();
+}
+
+void DeskWindow::closeEvent(QCloseEvent* event)
+{
+    if (!mayBeClosed()) {
+        event->ignore();
+        return;
+    }
+    if (isRunWorking()) {
+        closeAfterRun = true;
+        monitor->stop();
+        event->ignore();
+        return;
+    }
+    saveLayout();
+    event->accept();
+}
+
+void DeskWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!isRunWorking() && !findDroppedFile(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void DeskWindow::dropEvent(QDropEvent* event)
+{
+    const QString path = findDroppedFile(*event->mimeData());
+    if (path.isEmpty() || isRunWorking())
+        return;
+    event->acceptProposedAction();
+    // The file manager waits for the end of the drag: no questions before that.
+    QMetaObject::invokeMethod(
+        this, [this, path] { openFile(path); }, Qt::QueuedConnection);
+}
+
+QAction* DeskWindow::addAction(QMenu* menu, const QString& text, const QIcon& icon,
+                               const QKeySequence& shortcut, void (DeskWindow::*slot)())
+{
+    QAction* action = menu->addAction(icon, text);
+    action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, this, slot);
+    return action;
+}
+
+void DeskWindow::createActions()
+{
+    createFileMenu();
+    createRunMenu();
+    createProtocolMenu();
+    createReportMenu();
+    createHelpMenu();
+}
+
+void DeskWindow::createFileMenu()
+{
+    QMenu* menu = menuBar()->addMenu(Desk::tr("&Файл"));
+    idleActions.push_back(addAction(menu, Desk::tr("&Новый проект"), makeIcon(Glyph::New), QKeySequence::New,
+                                    &DeskWindow::newRequested));
+    idleActions.push_back(addAction(menu, Desk::tr("&Открыть…"), makeIcon(Glyph::Open), QKeySequence::Open,
+                                    &DeskWindow::chooseAndOpen));
+    recentMenu = menu->addMenu(Desk::tr("Н&едавние файлы"));
+    connect(recentMenu, &QMenu::aboutToShow, this, &DeskWindow::fillRecentMenu);
+    idleActions.push_back(recentMenu->menuAction());
+    menu->addSeparator();
+    saveAction = addAction(menu, Desk::tr("&Сохранить"), makeIcon(Glyph::Save), QKeySequence::Save,
+                           &DeskWindow::saveWithoutAnswer);
+    idleActions.push_back(saveAction);
+    QAction* saveAs = menu->addAction(Desk::tr("Сохранить &как…"));
+    saveAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    connect(saveAs, &QAction::triggered, this, [this] { chooseAndSave(); });
+    idleActions.push_back(saveAs);
+    menu->addSeparator();
+    importAction = addAction(menu, Desk::tr("&Импорт сети…"), makeIcon(Glyph::Import),
+                             QKeySequence(Qt::CTRL | Qt::Key_I), &DeskWindow::chooseAndImport);
+    importAction->setStatusTip(Desk::tr("Прочитать нивелирную сеть из файла .gkf"));
+    idleActions.push_back(importAction);
+    exportAction = addAction(menu, Desk::tr("&Экспорт высот…"), makeIcon(Glyph::Export),
+                             QKeySequence(Qt::CTRL | Qt::Key_E), &DeskWindow::chooseAndExport);
+    exportAction->setStatusTip(Desk::tr("Записать уравненные высоты и их СКО в файл CSV"));
+    resultActions.push_back(exportAction);
+    menu->addSeparator();
+    QAction* quit = menu->addAction(Desk::tr("&Выход"));
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(quit, &QAction::triggered, this, &QWidget::close);
+}
+
+void DeskWindow::createRunMenu()
+{
+    QMenu* menu = menuBar()->addMenu(Desk::tr("&Обработка"));
+    compileAction = addAction(menu, Desk::tr("&Предобработка"), makeIcon(Glyph::Compile),
+                              QKeySequence(Qt::Key_F5), &DeskWindow::compile);
+    compileAction->setStatusTip(Desk::tr("Проверить связность сети, повторные измерения и невязки"));
+    adjustAction = addAction(menu, Desk::tr("&Уравнивание"), makeIcon(Glyph::Adjust),
+                             QKeySequence(Qt::Key_F6), &DeskWindow::adjust);
+    adjustAction->setStatusTip(Desk::tr("Вычислить высоты по методу наименьших квадратов"));
+    analyseAction = addAction(menu, Desk::tr("&L1-анализ"), makeIcon(Glyph::L1Analysis),
+                              QKeySequence(Qt::Key_F7), &DeskWindow::analyse);
+    analyseAction->setStatusTip(Desk::tr("Найти грубые ошибки измерений"));
+    networkActions = {compileAction, adjustAction, analyseAction};
+    menu->addSeparator();
+    createClassMenu(menu);
+    menu->addSeparator();
+    addAction(menu, Desk::tr("Окно &выполнения"), QIcon(), QKeySequence(Qt::CTRL | Qt::Key_J),
+              &DeskWindow::showMonitor);
+}
+
+void DeskWindow::createClassMenu(QMenu* menu)
+{
+    QMenu* classMenu = menu->addMenu(Desk::tr("&Класс нивелирования"));
+    classMenu->setStatusTip(Desk::tr("Задаёт допустимые невязки k·√L"));
+    auto* group = new QActionGroup(this);
+    for (const auto levellingClass :
+         {LevellingClass::I, LevellingClass::II, LevellingClass::III, LevellingClass::IV}) {
+        QAction* action = classMenu->addAction(
+            Desk::tr("Класс %1: %2 мм·√L")
+                .arg(getClassName(levellingClass), QString::number(getToleranceFactor(levellingClass))));
+        action->setCheckable(true);
+        action->setChecked(document->getLevellingClass() == levellingClass);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this,
+                [this, levellingClass] { document->setLevellingClass(levellingClass); });
+    }
+    idleActions.push_back(classMenu->menuAction());
+}
+
+void DeskWindow::createProtocolMenu()
+{
+    protocolMenu = menuBar()->addMenu(Desk::tr("&Протоколы"));
+    int number = 0;
+    for (const int type : {int(enums::Import), int(enums::Compile), int(enums::Adjust),
+                           int(enums::L1Analysis), int(enums::Export)}) {
+        QAction* action = protocolMenu->addAction(makeIcon(Glyph::Protocol), getDisplayName(type));
+        action->setShortcut(QKeySequence(int(Qt::CTRL) + int(Qt::Key_1) + number++));
+        connect(action, &QAction::triggered, this, [this, type] { showProtocol(type); });
+        idleActions.push_back(action);
+    }
+    protocolMenu->addSeparator();
+    itemProtocolAction =
+        addAction(protocolMenu, Desk::tr("О &выделенном пункте или секции"), makeIcon(Glyph::Search),
+                  QKeySequence(Qt::CTRL | Qt::Key_P), &DeskWindow::showCurrentItemProtocol);
+    idleActions.push_back(itemProtocolAction);
+}
+
+void DeskWindow::createReportMenu()
+{
+    QMenu* menu = menuBar()->addMenu(Desk::tr("&Ведомости"));
+    for (const int type : {kHeightCatalogue, kResidualList}) {
+        QAction* action = menu->addAction(makeIcon(Glyph::Report), getDisplayName(type));
+        connect(action, &QAction::triggered, this, [this, type] { showReport(type); });
+        resultActions.push_back(action);
+    }
+}
+
+void DeskWindow::createHelpMenu()
+{
+    QMenu* menu = menuBar()->addMenu(Desk::tr("&Справка"));
+    addAction(menu, Desk::tr("&Что делает каждая обработка"), makeIcon(Glyph::Help),
+              QKeySequence::HelpContents, &DeskWindow::showHelp);
+    addAction(menu, Desk::tr("&О программе"), QIcon(), QKeySequence(), &DeskWindow::showAbout);
+}
+
+void DeskWindow::createToolBar()
+{
+    QToolBar* bar = addToolBar(Desk::tr("Панель инструментов"));
+    bar->setObjectName(QStringLiteral("toolBar"));
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->addAction(importAction);
+    bar->addSeparator();
+    bar->addActions({compileAction, adjustAction, analyseAction});
+    bar->addSeparator();
+    bar->addAction(exportAction);
+    // On the bar there is no room for dots and mnemonics.
+    importAction->setIconText(Desk::tr("Импорт"));
+    exportAction->setIconText(Desk::tr("Экспорт"));
+}
+
+QWidget* DeskWindow::createCentralWidget()
+{
+    auto* central = new QWidget(this);
+    messageBar = new MessageBar(central);
+    search = new QLineEdit(central);
+    search->setPlaceholderText(Desk::tr("Поиск по имени (Ctrl+F)"));
+    search->setAccessibleName(Desk::tr("Поиск пунктов и секций"));
+    search->setClearButtonEnabled(true);
+    search->addAction(makeIcon(Glyph::Search), QLineEdit::LeadingPosition);
+    table = new ItemTable(*document, this, central);
+    connect(search, &QLineEdit::textChanged, table->getFilterModel(), &ItemFilterModel::setSearchText);
+    connect(search, &QLineEdit::textChanged, this, &DeskWindow::updateStatus);
+    connect(search, &QLineEdit::returnPressed, table, QOverload<>::of(&QWidget::setFocus));
+    connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
+
+    auto* findAction = new QAction(this);
+    findAction->setShortcut(QKeySequence::Find);
+    connect(findAction, &QAction::triggered, this, &DeskWindow::startSearch);
+    QMainWindow::addAction(findAction);
+
+    auto* layout = new QVBoxLayout(central);
+    layout->addWidget(messageBar);
+    layout->addWidget(search);
+    layout->addWidget(table, 1);
+    return central;
+}
+
+void DeskWindow::createProtocolDock()
+{
+    auto* dock = new QDockWidget(Desk::tr("Последние протоколы"), this);
+    dock->setObjectName(QStringLiteral("protocols"));
+    protocols = new ProtocolList(dock);
+    dock->setWidget(protocols);
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+    resizeDocks({dock}, {150}, Qt::Vertical);
+    connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
+    protocolMenu->addSeparator();
+    protocolMenu->addAction(dock->toggleViewAction());
+}
+
+void DeskWindow::restoreLayout()
+{
+    const QSettings settings;
+    restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
+    table->horizontalHeader()->restoreState(settings.value(QStringLiteral("window/columns")).toByteArray());
+}
+
+void DeskWindow::saveLayout() const
+{
+    QSettings settings;
+    settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    settings.setValue(QStringLiteral("window/state"), saveState());
+    settings.setValue(QStringLiteral("window/columns"), table->horizontalHeader()->saveState());
+}
+
+void DeskWindow::chooseAndOpen()
+{
+    const QString path = QFileDialog::getOpenFileName(
+        this, Desk::tr("Открыть проект или сеть"), QString(),
+        Desk::tr("Проекты и нивелирные сети (*.%1 *.%2)").arg(kProjectSuffix, kNetworkSuffix));
+    if (!path.isEmpty())
+        openFile(path);
+}
+
+void DeskWindow::chooseAndImport()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, Desk::tr("Импорт нивелирной сети"), QString(), getNetworkFilter());
+    if (!path.isEmpty())
+        importFile(path);
+}
+
+void DeskWindow::chooseAndExport()
+{
+    const QString suggestion = document->getProject().getName() + QStringLiteral(".csv");
+    const QString path = QFileDialog::getSaveFileName(this, Desk::tr("Экспорт высот"), suggestion,
+                                                      Desk::tr("Таблицы CSV (*.csv)"));
+    if (!path.isEmpty())
+        exportFile(path);
+}
+
+bool DeskWindow::chooseAndSave()
+{
+    const QString suggestion = document->getProject().getName() + QLatin1Char('.') + kProjectSuffix;
+    QString path =
+        QFileDialog::getSaveFileName(this, Desk::tr("Сохранить проект"), suggestion, getProjectFilter());
+    if (path.isEmpty())
+        return false;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QLatin1Char('.') + kProjectSuffix;
+    return saveFile(path);
+}
+
+void DeskWindow::saveWithoutAnswer()
+{
+    save();
+}
+
+void DeskWindow::compile()
+{
+    start(runs::makeCompile(*document));
+}
+
+void DeskWindow::adjust()
+{
+    start(runs::makeAdjust(*document));
+}
+
+void DeskWindow::analyse()
+{
+    start(runs::makeL1Analysis(*document));
+}
+
+void DeskWindow::showCurrentItemProtocol()
+{
+    if (getModel()->isItemMentioned(table->getCurrentItem()))
+        table->showCurrentProtocol();
+    else
+        messageBar->showMessage(Desk::tr("О выделенном ни один протокол не говорит."));
+}
+
+void DeskWindow::showMonitor()
+{
+    getMonitor().show();
+    getMonitor().raise();
+    getMonitor().activateWindow();
+}
+
+void DeskWindow::showHelp()
+{
+    auto* dialog = new HelpDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+void DeskWindow::showAbout()
+{
+    auto* box = new QMessageBox(QMessageBox::NoIcon, Desk::tr("О программе"),
+                                Desk::tr("Нивелирный стол %1").arg(QCoreApplication::applicationVersion()),
+                                QMessageBox::NoButton, this);
+    box->setIconPixmap(makeApplicationIcon().pixmap(64, 64));
+    box->setInformativeText(
+        Desk::tr("Обработка нивелирных сетей с протоколами, каждая строка которых ведёт к своим "
+                 "пунктам и секциям."));
+    box->addButton(Desk::tr("&Закрыть"), QMessageBox::RejectRole);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void DeskWindow::fillRecentMenu()
+{
+    recentMenu->clear();
+    for (const QString& path : recentfiles::get()) {
+        // An ampersand in a menu would be taken for the mark of a mnemonic.
+        QString text = path;
+        QAction* action = recentMenu->addAction(text.replace(QLatin1Char('&'), QLatin1String("&&")));
+        connect(action, &QAction::triggered, this, [this, path] { openFile(path); });
+    }
+    if (recentMenu->isEmpty())
+        recentMenu->addAction(Desk::tr("Пока нет"))->setEnabled(false);
+}
+
+void DeskWindow::startSearch()
+{
+    search->setFocus();
+    search->selectAll();
+}
+
+void DeskWindow::openFile(const QString& path)
+{
+    if (isNetworkFile(path))
+        importFile(path);
+    else
+        emit openRequested(path);
+}
+
+void DeskWindow::start(const DeskRun& run)
+{
+    if (isRunWorking())
+        return;
+    getMonitor().setWindowTitle(getDisplayName(run.protocolType));
+    getMonitor().startRun(run);
+    getMonitor().show();
+    updateActions();
+}
+
+void DeskWindow::finishRun()
+{
+    if (!monitor->wasInterrupted())
+        document->setModified(true);
+    document->updateSummary();
+    updateActions();
+    if (closeAfterRun) {
+        closeAfterRun = false;
+        close();
+    }
+}
+
+bool DeskWindow::mayReplaceNetwork()
+{
+    if (document->isEmpty())
+        return true;
+    QMessageBox box(QMessageBox::Question, Desk::tr("Импорт нивелирной сети"),
+                    Desk::tr("Заменить сеть проекта «%1»?").arg(document->getProject().getName()),
+                    QMessageBox::NoButton, this);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(Desk::tr("Результаты и протоколы обработки прежней сети пропадут."));
+    QPushButton* replaceButton = box.addButton(Desk::tr("&Заменить"), QMessageBox::AcceptRole);
+    QPushButton* cancelButton = box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole);
+    box.setDefaultButton(cancelButton);
+    box.setEscapeButton(cancelButton);
+    box.exec();
+    return box.clickedButton() == replaceButton;
+}
+
+bool DeskWindow::mayStopRun()
+{
+    QMessageBox box(QMessageBox::Question, Desk::tr("Идёт обработка"),
+                    Desk::tr("Прервать обработку и закрыть окно?"), QMessageBox::NoButton, this);
+    QPushButton* stopButton = box.addButton(Desk::tr("&Прервать"), QMessageBox::DestructiveRole);
+    QPushButton* cancelButton = box.addButton(Desk::tr("П&родолжить"), QMessageBox::RejectRole);
+    box.setDefaultButton(cancelButton);
+    box.setEscapeButton(cancelButton);
+    // Nothing to ask any more once the run is over.
+    connect(monitor.get(), &CProcessMonitor::runFinished, &box, [&] { stopButton->click(); });
+    box.exec();
+    return box.clickedButton() == stopButton;
+}
+
+void DeskWindow::updateTitle()
+{
+    setWindowTitle(document->getProject().getName() + QStringLiteral("[*]"));
+    setWindowFilePath(document->getProject().getFilePath());
+}
+
+void DeskWindow::updateActions()
+{
+    const bool isIdle = !isRunWorking();
+    const auto enable = [](const std::vector<QAction*>& actions, bool isEnabled) {
+        for (QAction* action : actions)
+            action->setEnabled(isEnabled);
+    };
+    enable(idleActions, isIdle);
+    enable(networkActions, isIdle && !document->isEmpty());
+    enable(resultActions, isIdle && document->hasResults());
+    itemProtocolAction->setEnabled(isIdle && table->getCurrentItem() != 0);
+    protocols->setEnabled(isIdle);
+    table->setProtocolsAvailable(isIdle);
+    updateStatus();
+}
+
+void DeskWindow::updateStatus()
+{
+    if (document->isEmpty()) {
+        statusBar()->showMessage(Desk::tr("Импортируйте нивелирную сеть (.gkf) или откройте проект"));
+        return;
+    }
+    statusBar()->showMessage(Desk::tr("Пунктов: %1, секций: %2, показано: %3")
+                                 .arg(QString::number(document->getPoints().size()),
+                                      QString::number(document->getSections().size()),
+                                      QString::number(table->model()->rowCount())));
+}

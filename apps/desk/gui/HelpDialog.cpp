@@ -1,0 +1,67 @@
+#include "apps/desk/gui/HelpDialog.h"
+
+#include "apps/desk/Desk.h"
+
+#include <QDialogButtonBox>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+namespace {
+
+QString makeSection(const QString& title, const QString& text)
+{
+    return QStringLiteral("<h3>%1</h3><p>%2</p>").arg(title.toHtmlEscaped(), text.toHtmlEscaped());
+}
+
+QString makeHelp()
+{
+    return makeSection(
+               Desk::tr("С чего начать"),
+               Desk::tr(
+                   "Импортируйте файл нивелирной сети (.gkf), выполните предобработку, затем уравнивание. "
+                   "Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет её "
+                   "в таблице, а щелчок в столбце «Протокол» показывает все строки о ней.")) +
+           makeSection(
+               Desk::tr("Импорт"),
+               Desk::tr(
+                   "Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, "
+                   "названо в протоколе вместе с номером строки. Новая сеть заменяет прежнюю; одноимённые "
+                   "пункты и секции остаются для ссылок теми же.")) +
+           makeSection(
+               Desk::tr("Предобработка"),
+               Desk::tr("Проверяет сеть до уравнивания: связаны ли все пункты с исходными реперами, сходятся "
+                        "ли повторные измерения и прямые ходы с обратными, укладываются ли невязки ходов и "
+                        "полигонов в допуск k·√L. Коэффициент k задаёт класс нивелирования.")) +
+           makeSection(
+               Desk::tr("Уравнивание"),
+               Desk::tr("Вычисляет высоты по методу наименьших квадратов, их СКО и поправки измеренных "
+                        "превышений. Поправка, нормированная больше 3, указывает на возможный промах.")) +
+           makeSection(
+               Desk::tr("L1-анализ"),
+               Desk::tr(
+                   "Ищет высоты с наименьшей суммой Σ|v|/σ. Метод наименьших квадратов размазывает промах "
+                   "по соседним секциям, а здесь он остаётся в своей секции. Если решений несколько, "
+                   "протокол это говорит.")) +
+           makeSection(
+               Desk::tr("Экспорт"),
+               Desk::tr(
+                   "Записывает уравненные высоты и их СКО в файл CSV. Ведомости — каталог высот и список "
+                   "поправок — открываются из меню «Ведомости» и готовы к печати."));
+}
+
+} // namespace
+
+HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent)
+{
+    setWindowTitle(Desk::tr("Что делает каждая обработка"));
+    auto* text = new QTextBrowser(this);
+    text->setAccessibleName(windowTitle());
+    text->setHtml(makeHelp());
+    auto* buttons = new QDialogButtonBox(this);
+    buttons->addButton(Desk::tr("&Закрыть"), QDialogButtonBox::RejectRole);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(text, 1);
+    layout->addWidget(buttons);
+    resize(620, 560);
+}

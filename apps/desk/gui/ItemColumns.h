@@ -1,0 +1,29 @@
+#pragma once
+
+#include "host/delegates/CProjectItemModel.h"
+
+#include <QVariant>
+
+/// The columns of the item table, for points and sections alike.
+///
+/// A cell has a value: a text, a number (double, or int for counts), a bool in the report column, or nothing.
+/// How it is shown follows from the column.
+namespace itemcolumns {
+
+enum Column { Name, Type, Height, Sigma, Difference, Residual, Lines, Report };
+constexpr int kCount = Report + 1;
+
+/// Property of the report column, and the id of its delegate.
+constexpr int kReportProperty = 0x6DCDDA04;
+constexpr int kReportDelegate = 0x6DCD8F17;
+
+/// The item's LONGID, and the value of a cell for sorting.
+enum Role { ItemIdRole = CProjectItemModel::ItemIdRole, SortRole };
+
+QString getTitle(int column);
+/// What the column means, in a sentence.
+QString getExplanation(int column);
+/// The cell's data for a role of the usual ones or SortRole.
+QVariant present(int column, const QVariant& value, int role);
+
+} // namespace itemcolumns

@@ -1,0 +1,107 @@
+#include "apps/desk/gui/ItemTable.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemFilterModel.h"
+#include "apps/desk/gui/PointTableModel.h"
+#include "apps/desk/gui/ReportColumnDelegate.h"
+#include "apps/desk/gui/SectionTableModel.h"
+
+#include <QConcatenateTablesProxyModel>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent)
+    : QTableView(parent)
+    , filterModel(new ItemFilterModel(this))
+{
+    auto* joined = new QConcatenateTablesProxyModel(this);
+    joined->addSourceModel(new PointTableModel(document, this));
+    joined->addSourceModel(new SectionTableModel(document, this));
+    filterModel->setSourceModel(joined);
+    setModel(filterModel);
+
+    setAccessibleName(Desk::tr("Пункты и секции"));
+    setItemDelegateForColumn(itemcolumns::Report, new ReportColumnDelegate(projectWindow, this));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setAlternatingRowColors(true);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setVerticalScrollMode(ScrollPerPixel);
+    setUpHeader();
+    connect(this, &QTableView::clicked, this, &ItemTable::showProtocol);
+}
+
+LONGID ItemTable::getCurrentItem() const
+{
+    return currentIndex().data(itemcolumns::ItemIdRole).toLongLong();
+}
+
+bool ItemTable::selectItem(LONGID id)
+{
+    for (int row = 0; row < filterModel->rowCount(); ++row) {
+        const QModelIndex index = filterModel->index(row, itemcolumns::Name);
+        if (index.data(itemcolumns::ItemIdRole).toLongLong() != id)
+            continue;
+        setCurrentIndex(index);
+        scrollTo(index, PositionAtCenter);
+        setFocus();
+        return true;
+    }
+    return false;
+}
+
+void ItemTable::showCurrentProtocol()
+{
+    showProtocol(currentIndex().siblingAtColumn(itemcolumns::Report));
+}
+
+void ItemTable::setProtocolsAvailable(bool available)
+{
+    protocolsAvailable = available;
+}
+
+void ItemTable::keyPressEvent(QKeyEvent* event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && currentIndex().isValid())
+        showCurrentProtocol();
+    else
+        QTableView::keyPressEvent(event);
+}
+
+void ItemTable::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QTableView::currentChanged(current, previous);
+    emit currentItemChanged();
+}
+
+void ItemTable::showProtocol(const QModelIndex& index)
+{
+    // The delegate shows the page in place of an editor.
+    if (protocolsAvailable && index.isValid() && index.column() == itemcolumns::Report)
+        edit(index, AllEditTriggers, nullptr);
+}
+
+void ItemTable::setUpHeader()
+{
+    QHeaderView* header = horizontalHeader();
+    header->setHighlightSections(false);
+    header->setSectionsMovable(true);
+    header->setSectionResizeMode(QHeaderView::Interactive);
+    const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    for (int column = 0; column < itemcolumns::kCount; ++column) {
+        const int titleWidth = fontMetrics().horizontalAdvance(itemcolumns::getTitle(column));
+        header->resizeSection(column, qMax(titleWidth + 4 * digit, 11 * digit));
+    }
+    header->setSectionResizeMode(itemcolumns::Name, QHeaderView::Stretch);
+    header->resizeSection(itemcolumns::Type, 20 * digit);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    // In the order of the file, until a title is clicked.
+    header->setSortIndicator(-1, Qt::AscendingOrder);
+    setSortingEnabled(true);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "host/model/LongId.h"
+
+#include <QTableView>
+
+class Document;
+class ItemFilterModel;
+class ProjectWindow;
+
+/// The table of points and sections.
+class ItemTable : public QTableView
+{
+    Q_OBJECT
+
+public:
+    /// The document outlives the table.
+    ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent = nullptr);
+
+    ItemFilterModel* getFilterModel() const { return filterModel; }
+
+    /// The item of the current row; 0 if there is none.
+    LONGID getCurrentItem() const;
+    /// Selects the row of an item and brings it into sight. False if the table does not show that item.
+    bool selectItem(LONGID id);
+    /// Shows what the protocols say of the current row's item.
+    void showCurrentProtocol();
+    /// While protocols are not available, clicks in the report column do nothing.
+    void setProtocolsAvailable(bool available);
+
+signals:
+    void currentItemChanged();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    void showProtocol(const QModelIndex& index);
+    void setUpHeader();
+
+    ItemFilterModel* filterModel;
+    bool protocolsAvailable = true;
+};

@@ -1,0 +1,82 @@
+#include "apps/desk/gui/PointTableModel.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/gui/ItemColumns.h"
+
+namespace {
+
+QVector<CProjectItemModel::Column> makeColumns()
+{
+    QVector<CProjectItemModel::Column> columns;
+    for (int column = 0; column < itemcolumns::kCount; ++column) {
+        CProjectItemModel::Column description;
+        description.title = itemcolumns::getTitle(column);
+        columns.append(description);
+    }
+    CProjectItemModel::Column& report = columns[itemcolumns::Report];
+    report.source = CProjectItemModel::Source::Property;
+    report.propertyId = itemcolumns::kReportProperty;
+    report.delegateId = itemcolumns::kReportDelegate;
+    return columns;
+}
+
+} // namespace
+
+PointTableModel::PointTableModel(Document& openDocument, QObject* parent)
+    : CProjectItemModel(&openDocument.getModel(), makeColumns(), parent)
+    , document(openDocument)
+{
+    connect(&document, &Document::summaryChanged, this, &PointTableModel::showProtocols);
+}
+
+QVariant PointTableModel::data(const QModelIndex& index, int role) const
+{
+    if (role == itemcolumns::ItemIdRole || !getItem(index))
+        return CProjectItemModel::data(index, role);
+    return itemcolumns::present(index.column(), getValue(index), role);
+}
+
+QVariant PointTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Horizontal && role == Qt::ToolTipRole)
+        return itemcolumns::getExplanation(section);
+    return CProjectItemModel::headerData(section, orientation, role);
+}
+
+Qt::ItemFlags PointTableModel::flags(const QModelIndex& index) const
+{
+    return CProjectItemModel::flags(index) | Qt::ItemNeverHasChildren;
+}
+
+QVariant PointTableModel::getValue(const QModelIndex& index) const
+{
+    const auto& point = static_cast<const LevellingPoint&>(*getItem(index));
+    const bool isFixed = point.getPoint().fixed;
+    const auto& result = point.getResult();
+    switch (index.column()) {
+    case itemcolumns::Name:
+        return point.getName();
+    case itemcolumns::Type:
+        return isFixed ? Desk::tr("исходный репер") : Desk::tr("пункт");
+    case itemcolumns::Height:
+        if (isFixed)
+            return *point.getPoint().height;
+        return result ? QVariant(result->height) : QVariant();
+    case itemcolumns::Sigma:
+        return result && !isFixed ? QVariant(result->sigma) : QVariant();
+    case itemcolumns::Lines:
+        return document.getSummary().linesOfItem.value(point.getId());
+    case itemcolumns::Report:
+        return getProjectModel()->getPropertyValue(point, itemcolumns::kReportProperty);
+    default:
+        return QVariant();
+    }
+}
+
+void PointTableModel::showProtocols()
+{
+    if (rowCount() > 0)
+        emit dataChanged(index(0, itemcolumns::Lines), index(rowCount() - 1, itemcolumns::Report));
+}

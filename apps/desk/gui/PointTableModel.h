@@ -1,0 +1,25 @@
+#pragma once
+
+#include "host/delegates/CProjectItemModel.h"
+
+class Document;
+
+/// The points of the project, in the columns of the item table.
+class PointTableModel : public CProjectItemModel
+{
+    Q_OBJECT
+
+public:
+    /// The document outlives the model.
+    explicit PointTableModel(Document& openDocument, QObject* parent = nullptr);
+
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    QVariant getValue(const QModelIndex& index) const;
+    void showProtocols();
+
+    Document& document;
+};

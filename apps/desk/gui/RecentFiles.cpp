@@ -1,0 +1,34 @@
+#include "apps/desk/gui/RecentFiles.h"
+
+#include <QFileInfo>
+#include <QSettings>
+
+namespace recentfiles {
+
+namespace {
+
+constexpr int kLimit = 10;
+const QString kKey = QStringLiteral("recentFiles");
+
+} // namespace
+
+QStringList get()
+{
+    QStringList existing;
+    for (const QString& path : QSettings().value(kKey).toStringList()) {
+        if (QFileInfo::exists(path))
+            existing.append(path);
+    }
+    return existing;
+}
+
+void add(const QString& path)
+{
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    QStringList paths = get();
+    paths.removeAll(absolute);
+    paths.prepend(absolute);
+    QSettings().setValue(kKey, QStringList(paths.mid(0, kLimit)));
+}
+
+} // namespace recentfiles

@@ -1,0 +1,94 @@
+#include "apps/desk/gui/SectionTableModel.h"
+
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/gui/ItemColumns.h"
+#include "host/enums/EnumData.h"
+
+SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
+    : QAbstractTableModel(parent)
+    , document(openDocument)
+    , sections(openDocument.getSections())
+{
+    connect(&document, &Document::networkAboutToBeReplaced, this, [this] { setSections({}); });
+    connect(&document, &Document::networkReplaced, this, [this] { setSections(document.getSections()); });
+    connect(&document, &Document::resultsChanged, this,
+            [this] { showColumns(itemcolumns::Sigma, itemcolumns::Residual); });
+    connect(&document, &Document::summaryChanged, this,
+            [this] { showColumns(itemcolumns::Lines, itemcolumns::Report); });
+}
+
+const LevellingSection* SectionTableModel::getSection(const QModelIndex& index) const
+{
+    if (!index.isValid() || index.model() != this || index.row() >= rowCount())
+        return nullptr;
+    return sections[static_cast<size_t>(index.row())];
+}
+
+int SectionTableModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(sections.size());
+}
+
+int SectionTableModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : itemcolumns::kCount;
+}
+
+QVariant SectionTableModel::data(const QModelIndex& index, int role) const
+{
+    const LevellingSection* section = getSection(index);
+    if (!section)
+        return QVariant();
+    if (role == itemcolumns::ItemIdRole)
+        return section->getId();
+    return itemcolumns::present(index.column(), getValue(*section, index.column()), role);
+}
+
+QVariant SectionTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole)
+        return itemcolumns::getTitle(section);
+    return QAbstractTableModel::headerData(section, orientation, role);
+}
+
+Qt::ItemFlags SectionTableModel::flags(const QModelIndex& index) const
+{
+    const Qt::ItemFlags itemFlags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    return index.column() == itemcolumns::Report ? itemFlags | Qt::ItemIsEditable : itemFlags;
+}
+
+QVariant SectionTableModel::getValue(const LevellingSection& section, int column) const
+{
+    switch (column) {
+    case itemcolumns::Name:
+        return section.getName();
+    case itemcolumns::Type:
+        return QString::fromStdWString(getEnumData(static_cast<int>(section.getType())).getTextSingular());
+    case itemcolumns::Sigma:
+        return section.getSection().sigma;
+    case itemcolumns::Difference:
+        return section.getSection().difference;
+    case itemcolumns::Residual:
+        return section.getResult() ? QVariant(section.getResult()->residual) : QVariant();
+    case itemcolumns::Lines:
+        return document.getSummary().linesOfItem.value(section.getId());
+    case itemcolumns::Report:
+        return document.getModel().isItemMentioned(section.getId());
+    default:
+        return QVariant();
+    }
+}
+
+void SectionTableModel::setSections(const std::vector<LevellingSection*>& networkSections)
+{
+    beginResetModel();
+    sections = networkSections;
+    endResetModel();
+}
+
+void SectionTableModel::showColumns(int first, int last)
+{
+    if (!sections.empty())
+        emit dataChanged(index(0, first), index(rowCount() - 1, last));
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QAbstractTableModel>
+
+#include <vector>
+
+class Document;
+class LevellingSection;
+
+/// The measured sections of the project, in the columns of the item table.
+class SectionTableModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    /// The document outlives the model.
+    explicit SectionTableModel(Document& openDocument, QObject* parent = nullptr);
+
+    /// The section of the row; null for an index that isn't of this model.
+    const LevellingSection* getSection(const QModelIndex& index) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    QVariant getValue(const LevellingSection& section, int column) const;
+    void setSections(const std::vector<LevellingSection*>& networkSections);
+    void showColumns(int first, int last);
+
+    Document& document;
+    std::vector<LevellingSection*> sections;
+};

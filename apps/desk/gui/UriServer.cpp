@@ -1,0 +1,110 @@
+#include "apps/desk/gui/UriServer.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLocalSocket>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace {
+
+// A request is one line: a word and the URI. The answer is one line: "taken" or "declined".
+const QByteArray kFollow = QByteArrayLiteral("follow ");
+const QByteArray kExplain = QByteArrayLiteral("explain ");
+const QByteArray kTaken = QByteArrayLiteral("taken\n");
+const QByteArray kDeclined = QByteArrayLiteral("declined\n");
+constexpr int kTimeout = 5000; // ms
+
+/// Each instance listens on a socket of its own in the user's folder.
+QString getFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+}
+
+QString getNamePattern()
+{
+    return QStringLiteral("orvel-desk-%1.socket");
+}
+
+/// The answer of the instance that listens there; empty if there is none.
+QByteArray ask(const QString& path, const QByteArray& request)
+{
+    QLocalSocket socket;
+    socket.connectToServer(path);
+    if (!socket.waitForConnected(kTimeout)) {
+        // Left behind by an instance that ended badly.
+        if (socket.error() == QLocalSocket::ConnectionRefusedError)
+            QLocalServer::removeServer(path);
+        return QByteArray();
+    }
+    socket.write(request + '\n');
+    while (!socket.canReadLine() && socket.waitForReadyRead(kTimeout)) {
+    }
+    return socket.readLine();
+}
+
+} // namespace
+
+UriServer::UriServer(Follow followFunction, Explain explainFunction, QObject* parent)
+    : QObject(parent)
+    , follow(std::move(followFunction))
+    , explain(std::move(explainFunction))
+{
+    server.setSocketOptions(QLocalServer::UserAccessOption);
+    connect(&server, &QLocalServer::newConnection, this, &UriServer::acceptConnection);
+}
+
+bool UriServer::listen()
+{
+    const QString name = getNamePattern().arg(QCoreApplication::applicationPid());
+    const QString path = QDir(getFolder()).filePath(name);
+    QLocalServer::removeServer(path);
+    return server.listen(path);
+}
+
+void UriServer::acceptConnection()
+{
+    while (QLocalSocket* socket = server.nextPendingConnection()) {
+        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
+            if (socket->canReadLine())
+                answer(*socket);
+        });
+    }
+}
+
+void UriServer::answer(QLocalSocket& socket) const
+{
+    const QByteArray request = socket.readLine().trimmed();
+    const auto urlBehind = [&request](const QByteArray& word) {
+        return QUrl(QString::fromUtf8(request.mid(word.size())));
+    };
+    bool isTaken = false;
+    if (request.startsWith(kFollow)) {
+        isTaken = follow(urlBehind(kFollow));
+    } else if (request.startsWith(kExplain)) {
+        explain(urlBehind(kExplain));
+        isTaken = true;
+    }
+    socket.write(isTaken ? kTaken : kDeclined);
+    socket.flush();
+}
+
+bool uriclient::handOver(const QUrl& url)
+{
+    const QByteArray text = url.toEncoded();
+    QString firstInstance;
+    const QDir folder(getFolder());
+    const QStringList names =
+        folder.entryList({getNamePattern().arg(QLatin1Char('*'))}, QDir::System | QDir::Files);
+    for (const QString& name : names) {
+        const QString path = folder.filePath(name);
+        const QByteArray answer = ask(path, kFollow + text);
+        if (answer == kTaken)
+            return true;
+        if (answer == kDeclined && firstInstance.isEmpty())
+            firstInstance = path;
+    }
+    return !firstInstance.isEmpty() && ask(firstInstance, kExplain + text) == kTaken;
+}

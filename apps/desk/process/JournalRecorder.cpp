@@ -1,0 +1,155 @@
+#include "apps/desk/process/JournalRecorder.h"
+
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/common/ProtocolState.h"
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
+#include "host/app/SDIApplication.h"
+#include "host/enums/EnumData.h"
+#include "host/model/ItemTypeInfo.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace {
+
+QString getScheme()
+{
+    return static_cast<SDIApplication*>(getApplication())->getUriScheme();
+}
+
+} // namespace
+
+JournalRecorder::JournalRecorder(const QString& journalPath, Document& openDocument, QObject* parent)
+    : QObject(parent)
+    , document(openDocument)
+    , file(journalPath)
+{
+    connect(&document, &Document::networkReplaced, this, &JournalRecorder::replaceItems);
+}
+
+JournalRecorder::~JournalRecorder()
+{
+    writePages();
+}
+
+void JournalRecorder::beginRun(int protocolType)
+{
+    if (!file.isOpen())
+        writeHeader();
+    if (std::find(performedTypes.begin(), performedTypes.end(), protocolType) == performedTypes.end())
+        performedTypes.push_back(protocolType);
+    write(QStringLiteral("begin"), {{QStringLiteral("type"), protocolType}});
+}
+
+void JournalRecorder::writeLine(const QString& command, const QString& text)
+{
+    write(command, {{QStringLiteral("text"), text}});
+}
+
+void JournalRecorder::finishStage()
+{
+    write(QStringLiteral("finishStage"));
+}
+
+void JournalRecorder::endRun(bool isInterrupted)
+{
+    write(isInterrupted ? QStringLiteral("interrupt") : QStringLiteral("end"));
+}
+
+void JournalRecorder::writeHeader()
+{
+    if (hasFailed)
+        return;
+    if (!file.open(QIODevice::WriteOnly)) {
+        hasFailed = true;
+        emit failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
+        return;
+    }
+    for (const int type : {kPointItemType, kSectionItemType, kGeneralItemType, kHeightCatalogue,
+                           kResidualList, int(enums::Compile), int(enums::Adjust), int(enums::L1Analysis),
+                           int(enums::Import), int(enums::Export)})
+        writeEnum(type);
+    write(QStringLiteral("project"), {{QStringLiteral("name"), document.getProject().getName()},
+                                      {QStringLiteral("scheme"), getScheme()},
+                                      {QStringLiteral("reportGenerator"), true}});
+    write(QStringLiteral("reportTypes"),
+          {{QStringLiteral("type"), int(enums::Adjust)},
+           {QStringLiteral("reports"), QJsonArray{kHeightCatalogue, kResidualList}}});
+    copyData();
+    replaceItems();
+}
+
+void JournalRecorder::writeEnum(int value)
+{
+    const EnumData record = getEnumData(value);
+    write(QStringLiteral("enum"),
+          {{QStringLiteral("value"), value},
+           {QStringLiteral("internal"), QString::fromStdString(record.getTextInternal())},
+           {QStringLiteral("singular"), QString::fromStdWString(record.getTextSingular())},
+           {QStringLiteral("plural"), QString::fromStdWString(record.getTextPlural())}});
+}
+
+/// Lays what the protocol holds already beside the journal.
+void JournalRecorder::copyData()
+{
+    const QString dataFile = readProtocolState(document.getProtocol()).dataFilePath;
+    if (!QFile::exists(dataFile))
+        return;
+    const QString copy = file.fileName() + QStringLiteral(".xml");
+    QFile::remove(copy);
+    if (QFile::copy(dataFile, copy))
+        write(QStringLiteral("loadData"), {{QStringLiteral("from"), copy}});
+}
+
+void JournalRecorder::replaceItems()
+{
+    if (!file.isOpen())
+        return;
+    for (const LONGID id : items)
+        write(QStringLiteral("remove"), {{QStringLiteral("id"), QString::number(id)}});
+    if (!items.empty()) {
+        for (const int type : Document::getProcessingTypes())
+            write(QStringLiteral("clear"), {{QStringLiteral("type"), type}});
+    }
+    items.clear();
+    for (const LevellingPoint* point : document.getPoints())
+        addItem(point->getId(), point->getType(), point->getName());
+    for (const LevellingSection* section : document.getSections())
+        addItem(section->getId(), section->getType(), section->getName());
+}
+
+void JournalRecorder::addItem(LONGID id, qint64 type, const QString& name)
+{
+    items.push_back(id);
+    write(QStringLiteral("item"), {{QStringLiteral("id"), QString::number(id)},
+                                   {QStringLiteral("type"), type},
+                                   {QStringLiteral("name"), name}});
+}
+
+void JournalRecorder::writePages()
+{
+    for (const int type : performedTypes) {
+        const QString name = QString::fromStdString(getEnumData(type).getTextInternal());
+        write(QStringLiteral("page"),
+              {{QStringLiteral("type"), type}, {QStringLiteral("to"), name + QStringLiteral(".html")}});
+    }
+}
+
+void JournalRecorder::write(const QString& command, const QJsonObject& arguments)
+{
+    if (!file.isOpen() || hasFailed)
+        return;
+    QJsonObject line = arguments;
+    line.insert(QStringLiteral("do"), command);
+    file.write(QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
+    if (file.flush())
+        return;
+    hasFailed = true;
+    emit failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
+}

@@ -1,0 +1,1275 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="ru">
+<context>
+    <name>Desk</name>
+    <message>
+        <source>непонятный параметр %1</source>
+        <translation>option %1 is not understood</translation>
+    </message>
+    <message>
+        <source>после %1 нет значения</source>
+        <translation>%1 has no value</translation>
+    </message>
+    <message>
+        <source>%1 указан дважды</source>
+        <translation>%1 is given twice</translation>
+    </message>
+    <message>
+        <source>неизвестная обработка «%1»: --run compile, adjust или l1</source>
+        <translation>unknown run “%1”: --run compile, adjust or l1</translation>
+    </message>
+    <message>
+        <source>неизвестный класс нивелирования «%1»: --class I, II, III или IV</source>
+        <translation>unknown class of levelling “%1”: --class I, II, III or IV</translation>
+    </message>
+    <message>
+        <source>неизвестный язык «%1»: --language ru или en</source>
+        <translation>unknown language “%1”: --language ru or en</translation>
+    </message>
+    <message>
+        <source>--import, --open, --run, --export, --pages, --data и --save действуют только вместе с --headless</source>
+        <translation>--import, --open, --run, --export, --pages, --data and --save work together with --headless only</translation>
+    </message>
+    <message>
+        <source>с --headless нужен --import FILE или --open FILE</source>
+        <translation>--headless needs --import FILE or --open FILE</translation>
+    </message>
+    <message>
+        <source>Использование:
+  orvel-desk [параметры] [FILE]
+      окно с проектом FILE или с нивелирной сетью FILE.gkf
+  orvel-desk --headless (--import FILE.gkf | --open FILE) [параметры]
+      обработка без окна
+
+Параметры:
+  --language ru|en       язык текстов
+  --record FILE.jsonl    записать журнал обработки для orvel-replay
+  --help, --version      эта справка, номер версии
+
+Параметры обработки без окна:
+  --import FILE.gkf      прочитать нивелирную сеть
+  --open FILE            открыть проект
+  --class I|II|III|IV    класс нивелирования, задаёт допуски невязок
+  --run compile          предобработка: связность, повторные измерения, невязки
+  --run adjust           уравнивание по методу наименьших квадратов
+  --run l1               L1-анализ: поиск грубых ошибок
+                         (--run повторяется, порядок сохраняется)
+  --export FILE.csv      вывести уравненные высоты
+  --pages DIR            записать страницы протоколов
+  --data FILE.xml        записать копию файла данных протокола
+  --save FILE            сохранить проект
+
+Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.
+</source>
+        <translation>Usage:
+  orvel-desk [options] [FILE]
+      a window with the project FILE or the levelling network FILE.gkf
+  orvel-desk --headless (--import FILE.gkf | --open FILE) [options]
+      processing without a window
+
+Options:
+  --language ru|en       language of the texts
+  --record FILE.jsonl    record a journal of the runs for orvel-replay
+  --help, --version      this help, the version
+
+Options of processing without a window:
+  --import FILE.gkf      read a levelling network
+  --open FILE            open a project
+  --class I|II|III|IV    class of levelling, sets the permitted misclosures
+  --run compile          pre-processing: connectivity, repeated measurements, misclosures
+  --run adjust           least-squares adjustment
+  --run l1               L1 analysis: search for gross errors
+                         (--run may be repeated, the order is kept)
+  --export FILE.csv      write the adjusted heights
+  --pages DIR            write the pages of the protocols
+  --data FILE.xml        write a copy of the protocol&apos;s data file
+  --save FILE            save the project
+
+Exit code: 0 if all is done, 2 for wrong options or an unreadable file.
+</translation>
+    </message>
+    <message>
+        <source>пункт</source>
+        <translation>point</translation>
+    </message>
+    <message>
+        <source>пункты</source>
+        <translation>points</translation>
+    </message>
+    <message>
+        <source>секция</source>
+        <translation>section</translation>
+    </message>
+    <message>
+        <source>секции</source>
+        <translation>sections</translation>
+    </message>
+    <message>
+        <source>общее</source>
+        <translation>general</translation>
+    </message>
+    <message>
+        <source>общие</source>
+        <translation>general</translation>
+    </message>
+    <message>
+        <source>Каталог высот</source>
+        <translation>Catalogue of heights</translation>
+    </message>
+    <message>
+        <source>Каталоги высот</source>
+        <translation>Catalogues of heights</translation>
+    </message>
+    <message>
+        <source>Ведомость превышений и поправок</source>
+        <translation>List of height differences and residuals</translation>
+    </message>
+    <message>
+        <source>Ведомости превышений и поправок</source>
+        <translation>Lists of height differences and residuals</translation>
+    </message>
+    <message>
+        <source>Предобработка</source>
+        <translation>Pre-processing</translation>
+    </message>
+    <message>
+        <source>Уравнивание</source>
+        <translation>Adjustment</translation>
+    </message>
+    <message>
+        <source>L1-анализ</source>
+        <translation>L1 analysis</translation>
+    </message>
+    <message>
+        <source>Импорт</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>Экспорт</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>это не файл проекта</source>
+        <translation>this is not a project file</translation>
+    </message>
+    <message>
+        <source>файл записан более новой версией программы (формат %1, эта версия понимает формат %2)</source>
+        <translation>the file was written by a newer version of the program (format %1; this version understands format %2)</translation>
+    </message>
+    <message>
+        <source>файл проекта повреждён или обрезан</source>
+        <translation>the project file is damaged or cut off</translation>
+    </message>
+    <message>
+        <source>Ссылки из протоколов не дойдут до этого окна: не удалось открыть локальный сокет.</source>
+        <translation>Links in protocols will not reach this window: the local socket could not be opened.</translation>
+    </message>
+    <message>
+        <source>Проект не открыт. %1</source>
+        <translation>The project was not opened. %1</translation>
+    </message>
+    <message>
+        <source>Новый проект</source>
+        <translation>New project</translation>
+    </message>
+    <message>
+        <source>Нивелирные сети (*.%1)</source>
+        <translation>Levelling networks (*.%1)</translation>
+    </message>
+    <message>
+        <source>Проекты (*.%1)</source>
+        <translation>Projects (*.%1)</translation>
+    </message>
+    <message>
+        <source>Проект не сохранён. %1 Выберите другое место командой «Сохранить как».</source>
+        <translation>The project was not saved. %1 Choose another place with “Save as”.</translation>
+    </message>
+    <message>
+        <source>Проект сохранён: %1</source>
+        <translation>Project saved: %1</translation>
+    </message>
+    <message>
+        <source>Проект не сохранён</source>
+        <translation>Unsaved project</translation>
+    </message>
+    <message>
+        <source>Сохранить изменения в проекте «%1»?</source>
+        <translation>Save the changes to the project “%1”?</translation>
+    </message>
+    <message>
+        <source>Без сохранения пропадут результаты и протоколы.</source>
+        <translation>Without saving, results and protocols will be lost.</translation>
+    </message>
+    <message>
+        <source>&amp;Сохранить</source>
+        <translation>&amp;Save</translation>
+    </message>
+    <message>
+        <source>&amp;Не сохранять</source>
+        <translation>&amp;Don’t save</translation>
+    </message>
+    <message>
+        <source>&amp;Отмена</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>Ведомости составляются по результатам. Сначала выполните уравнивание.</source>
+        <translation>Reports are made from results. Run the adjustment first.</translation>
+    </message>
+    <message>
+        <source>Ведомость не открылась: в системе не назначена программа для страниц HTML, или такой ведомости нет.</source>
+        <translation>The report did not open: the system has no program for HTML pages, or there is no such report.</translation>
+    </message>
+    <message>
+        <source>Этого пункта или этой секции в проекте больше нет.</source>
+        <translation>This point or section is not in the project any more.</translation>
+    </message>
+    <message>
+        <source>Идёт обработка. Откройте ссылку ещё раз, когда она закончится.</source>
+        <translation>A run is in progress. Open the link again when it is over.</translation>
+    </message>
+    <message>
+        <source>Ссылка не понята: %1</source>
+        <translation>The link is not understood: %1</translation>
+    </message>
+    <message>
+        <source>Ссылка ведёт в проект «%1». Откройте этот проект и щёлкните ссылку ещё раз.</source>
+        <translation>The link leads to the project “%1”. Open that project and click the link again.</translation>
+    </message>
+    <message>
+        <source>&amp;Файл</source>
+        <translation>&amp;File</translation>
+    </message>
+    <message>
+        <source>&amp;Новый проект</source>
+        <translation>&amp;New project</translation>
+    </message>
+    <message>
+        <source>&amp;Открыть…</source>
+        <translation>&amp;Open…</translation>
+    </message>
+    <message>
+        <source>Н&amp;едавние файлы</source>
+        <translation>&amp;Recent files</translation>
+    </message>
+    <message>
+        <source>Сохранить &amp;как…</source>
+        <translation>Save &amp;as…</translation>
+    </message>
+    <message>
+        <source>&amp;Импорт сети…</source>
+        <translation>&amp;Import network…</translation>
+    </message>
+    <message>
+        <source>Прочитать нивелирную сеть из файла .gkf</source>
+        <translation>Read a levelling network from a .gkf file</translation>
+    </message>
+    <message>
+        <source>&amp;Экспорт высот…</source>
+        <translation>&amp;Export heights…</translation>
+    </message>
+    <message>
+        <source>Записать уравненные высоты и их СКО в файл CSV</source>
+        <translation>Write the adjusted heights and their standard deviations to a CSV file</translation>
+    </message>
+    <message>
+        <source>&amp;Выход</source>
+        <translation>&amp;Quit</translation>
+    </message>
+    <message>
+        <source>&amp;Обработка</source>
+        <translation>&amp;Run</translation>
+    </message>
+    <message>
+        <source>&amp;Предобработка</source>
+        <translation>&amp;Pre-processing</translation>
+    </message>
+    <message>
+        <source>Проверить связность сети, повторные измерения и невязки</source>
+        <translation>Check connectivity, repeated measurements and misclosures</translation>
+    </message>
+    <message>
+        <source>&amp;Уравнивание</source>
+        <translation>&amp;Adjustment</translation>
+    </message>
+    <message>
+        <source>Вычислить высоты по методу наименьших квадратов</source>
+        <translation>Compute the heights by least squares</translation>
+    </message>
+    <message>
+        <source>&amp;L1-анализ</source>
+        <translation>&amp;L1 analysis</translation>
+    </message>
+    <message>
+        <source>Найти грубые ошибки измерений</source>
+        <translation>Find gross errors of measurement</translation>
+    </message>
+    <message>
+        <source>Окно &amp;выполнения</source>
+        <translation>Progress &amp;window</translation>
+    </message>
+    <message>
+        <source>&amp;Класс нивелирования</source>
+        <translation>&amp;Class of levelling</translation>
+    </message>
+    <message>
+        <source>Задаёт допустимые невязки k·√L</source>
+        <translation>Sets the permitted misclosures k·√L</translation>
+    </message>
+    <message>
+        <source>&amp;Протоколы</source>
+        <translation>&amp;Protocols</translation>
+    </message>
+    <message>
+        <source>О &amp;выделенном пункте или секции</source>
+        <translation>Of the &amp;selected point or section</translation>
+    </message>
+    <message>
+        <source>&amp;Ведомости</source>
+        <translation>R&amp;eports</translation>
+    </message>
+    <message>
+        <source>&amp;Справка</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>&amp;Что делает каждая обработка</source>
+        <translation>&amp;What each run does</translation>
+    </message>
+    <message>
+        <source>&amp;О программе</source>
+        <translation>&amp;About</translation>
+    </message>
+    <message>
+        <source>Панель инструментов</source>
+        <translation>Toolbar</translation>
+    </message>
+    <message>
+        <source>Поиск по имени (Ctrl+F)</source>
+        <translation>Search by name (Ctrl+F)</translation>
+    </message>
+    <message>
+        <source>Поиск пунктов и секций</source>
+        <translation>Search for points and sections</translation>
+    </message>
+    <message>
+        <source>Последние протоколы</source>
+        <translation>Latest protocols</translation>
+    </message>
+    <message>
+        <source>Открыть проект или сеть</source>
+        <translation>Open a project or network</translation>
+    </message>
+    <message>
+        <source>Проекты и нивелирные сети (*.%1 *.%2)</source>
+        <translation>Projects and levelling networks (*.%1 *.%2)</translation>
+    </message>
+    <message>
+        <source>Импорт нивелирной сети</source>
+        <translation>Import of a levelling network</translation>
+    </message>
+    <message>
+        <source>Экспорт высот</source>
+        <translation>Export of heights</translation>
+    </message>
+    <message>
+        <source>Таблицы CSV (*.csv)</source>
+        <translation>CSV tables (*.csv)</translation>
+    </message>
+    <message>
+        <source>Сохранить проект</source>
+        <translation>Save project</translation>
+    </message>
+    <message>
+        <source>О выделенном ни один протокол не говорит.</source>
+        <translation>No protocol mentions what is selected.</translation>
+    </message>
+    <message>
+        <source>О программе</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>Нивелирный стол %1</source>
+        <translation>Levelling Desk %1</translation>
+    </message>
+    <message>
+        <source>Обработка нивелирных сетей с протоколами, каждая строка которых ведёт к своим пунктам и секциям.</source>
+        <translation>Processing of levelling networks, with protocols whose every line leads to its points and sections.</translation>
+    </message>
+    <message>
+        <source>&amp;Закрыть</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>Пока нет</source>
+        <translation>None yet</translation>
+    </message>
+    <message>
+        <source>Заменить сеть проекта «%1»?</source>
+        <translation>Replace the network of the project “%1”?</translation>
+    </message>
+    <message>
+        <source>Результаты и протоколы обработки прежней сети пропадут.</source>
+        <translation>Results and processing protocols of the present network will be lost.</translation>
+    </message>
+    <message>
+        <source>&amp;Заменить</source>
+        <translation>&amp;Replace</translation>
+    </message>
+    <message>
+        <source>Идёт обработка</source>
+        <translation>Run in progress</translation>
+    </message>
+    <message>
+        <source>Прервать обработку и закрыть окно?</source>
+        <translation>Stop the run and close the window?</translation>
+    </message>
+    <message>
+        <source>&amp;Прервать</source>
+        <translation>&amp;Stop</translation>
+    </message>
+    <message>
+        <source>П&amp;родолжить</source>
+        <translation>&amp;Continue</translation>
+    </message>
+    <message>
+        <source>Импортируйте нивелирную сеть (.gkf) или откройте проект</source>
+        <translation>Import a levelling network (.gkf) or open a project</translation>
+    </message>
+    <message>
+        <source>Пунктов: %1, секций: %2, показано: %3</source>
+        <translation>Points: %1, sections: %2, shown: %3</translation>
+    </message>
+    <message>
+        <source>С чего начать</source>
+        <translation>Where to begin</translation>
+    </message>
+    <message>
+        <source>Импортируйте файл нивелирной сети (.gkf), выполните предобработку, затем уравнивание. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет её в таблице, а щелчок в столбце «Протокол» показывает все строки о ней.</source>
+        <translation>Import a file with a levelling network (.gkf), run the pre-processing, then the adjustment. Every run writes a protocol. A link to a point or section in a protocol selects it in the table, and a click in the column “Protocol” shows all lines about it.</translation>
+    </message>
+    <message>
+        <source>Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, названо в протоколе вместе с номером строки. Новая сеть заменяет прежнюю; одноимённые пункты и секции остаются для ссылок теми же.</source>
+        <translation>Reads points and height differences from a file. Whatever in the file could not be used is named in the protocol with its line number. The new network replaces the present one; for links, points and sections of the same name stay the same.</translation>
+    </message>
+    <message>
+        <source>Проверяет сеть до уравнивания: связаны ли все пункты с исходными реперами, сходятся ли повторные измерения и прямые ходы с обратными, укладываются ли невязки ходов и полигонов в допуск k·√L. Коэффициент k задаёт класс нивелирования.</source>
+        <translation>Checks the network before its adjustment: whether all points are connected with benchmarks, whether repeated measurements and forward and back runs agree, and whether the misclosures of lines and loops keep within the tolerance k·√L. The class of levelling sets the factor k.</translation>
+    </message>
+    <message>
+        <source>Вычисляет высоты по методу наименьших квадратов, их СКО и поправки измеренных превышений. Поправка, нормированная больше 3, указывает на возможный промах.</source>
+        <translation>Computes the heights by least squares, their standard deviations and the residuals of the measured height differences. A normalised residual over 3 points to a possible blunder.</translation>
+    </message>
+    <message>
+        <source>Ищет высоты с наименьшей суммой Σ|v|/σ. Метод наименьших квадратов размазывает промах по соседним секциям, а здесь он остаётся в своей секции. Если решений несколько, протокол это говорит.</source>
+        <translation>Finds the heights with the least sum Σ|v|/σ. Least squares smear a blunder over the neighbouring sections, here it stays in its own section. If there are several solutions, the protocol says so.</translation>
+    </message>
+    <message>
+        <source>Записывает уравненные высоты и их СКО в файл CSV. Ведомости — каталог высот и список поправок — открываются из меню «Ведомости» и готовы к печати.</source>
+        <translation>Writes the adjusted heights and their standard deviations to a CSV file. The reports, a catalogue of heights and a list of residuals, open from the menu “Reports” and are ready to print.</translation>
+    </message>
+    <message>
+        <source>Что делает каждая обработка</source>
+        <translation>What each run does</translation>
+    </message>
+    <message>
+        <source>Показать все строки протоколов об этом пункте или секции</source>
+        <translation>Show all protocol lines about this point or section</translation>
+    </message>
+    <message>
+        <source>Ни один протокол об этом не говорит</source>
+        <translation>No protocol mentions it</translation>
+    </message>
+    <message>
+        <source>есть протокол</source>
+        <translation>has a protocol</translation>
+    </message>
+    <message>
+        <source>протокола нет</source>
+        <translation>no protocol</translation>
+    </message>
+    <message>
+        <source>Имя</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Вид</source>
+        <translation>Kind</translation>
+    </message>
+    <message>
+        <source>Высота, м</source>
+        <translation>Height, m</translation>
+    </message>
+    <message>
+        <source>СКО, мм</source>
+        <translation>σ, mm</translation>
+    </message>
+    <message>
+        <source>Превышение, м</source>
+        <translation>Difference, m</translation>
+    </message>
+    <message>
+        <source>Поправка, мм</source>
+        <translation>Residual, mm</translation>
+    </message>
+    <message>
+        <source>Строк</source>
+        <translation>Lines</translation>
+    </message>
+    <message>
+        <source>Протокол</source>
+        <translation>Protocol</translation>
+    </message>
+    <message>
+        <source>Имя пункта, или имена концов секции</source>
+        <translation>Name of the point, or of the section’s ends</translation>
+    </message>
+    <message>
+        <source>Исходный репер, определяемый пункт или секция</source>
+        <translation>Benchmark, point to be determined, or section</translation>
+    </message>
+    <message>
+        <source>Отметка репера или уравненная высота пункта</source>
+        <translation>Given height of a benchmark or adjusted height of a point</translation>
+    </message>
+    <message>
+        <source>СКО уравненной высоты, у секции — априорная СКО измерения</source>
+        <translation>Standard deviation of the adjusted height; of a section, that of the measurement a priori</translation>
+    </message>
+    <message>
+        <source>Измеренное превышение секции</source>
+        <translation>Measured height difference of the section</translation>
+    </message>
+    <message>
+        <source>Поправка измеренного превышения из уравнивания</source>
+        <translation>Residual of the measured height difference from the adjustment</translation>
+    </message>
+    <message>
+        <source>Сколько строк протоколов говорит об этом пункте или секции</source>
+        <translation>How many protocol lines mention this point or section</translation>
+    </message>
+    <message>
+        <source>Щелчок или Enter показывает строки протоколов об этом пункте или секции</source>
+        <translation>A click or Enter shows the protocol lines about this point or section</translation>
+    </message>
+    <message>
+        <source>Пункты и секции</source>
+        <translation>Points and sections</translation>
+    </message>
+    <message>
+        <source>Убрать сообщение</source>
+        <translation>Dismiss the message</translation>
+    </message>
+    <message>
+        <source>исходный репер</source>
+        <translation>benchmark</translation>
+    </message>
+    <message>
+        <source>Обработка</source>
+        <translation>Run</translation>
+    </message>
+    <message>
+        <source>Ошибок</source>
+        <translation>Errors</translation>
+    </message>
+    <message>
+        <source>Предупреждений</source>
+        <translation>Warnings</translation>
+    </message>
+    <message>
+        <source>Сообщений</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>Двойной щелчок или Enter показывает страницу протокола</source>
+        <translation>A double click or Enter shows the protocol’s page</translation>
+    </message>
+    <message>
+        <source>%1: папка не создаётся</source>
+        <translation>%1: the folder cannot be created</translation>
+    </message>
+    <message>
+        <source>%1: страница не записывается</source>
+        <translation>%1: the page cannot be written</translation>
+    </message>
+    <message>
+        <source>%1: ошибок %2, предупреждений %3, сообщений %4</source>
+        <translation>%1: errors %2, warnings %3, messages %4</translation>
+    </message>
+    <message>
+        <source>Нивелирный стол</source>
+        <translation>Levelling Desk</translation>
+    </message>
+    <message>
+        <source>Журнал «%1» не записывается: %2</source>
+        <translation>The journal “%1” cannot be written: %2</translation>
+    </message>
+    <message>
+        <source>Проект: %1</source>
+        <translation>Project: %1</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по априорной СКО единицы веса %1 мм на 1 км хода</source>
+        <translation>Standard deviations computed with σ₀ a priori, %1 mm for 1 km of line</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по апостериорной СКО единицы веса; априорная %1 мм на 1 км хода</source>
+        <translation>Standard deviations computed with σ₀ a posteriori; a priori %1 mm for 1 km of line</translation>
+    </message>
+    <message>
+        <source>Пункт</source>
+        <translation>Point</translation>
+    </message>
+    <message>
+        <source>определяемый пункт</source>
+        <translation>determined point</translation>
+    </message>
+    <message>
+        <source>не определена</source>
+        <translation>not determined</translation>
+    </message>
+    <message>
+        <source>Поправка v = уравненное превышение − измеренное превышение</source>
+        <translation>Residual v = adjusted − measured height difference</translation>
+    </message>
+    <message>
+        <source>Секция</source>
+        <translation>Section</translation>
+    </message>
+    <message>
+        <source>Длина, км</source>
+        <translation>Length, km</translation>
+    </message>
+    <message>
+        <source>Измеренное превышение, м</source>
+        <translation>Measured difference, m</translation>
+    </message>
+    <message>
+        <source>Поправка v, мм</source>
+        <translation>Residual v, mm</translation>
+    </message>
+    <message>
+        <source>Уравненное превышение, м</source>
+        <translation>Adjusted difference, m</translation>
+    </message>
+    <message>
+        <source>Нормированная поправка</source>
+        <translation>Normalised residual</translation>
+    </message>
+    <message>
+        <source>ru</source>
+        <comment>the language of the reports</comment>
+        <translation>en</translation>
+    </message>
+    <message>
+        <source>Метод наименьших квадратов, веса обратны квадратам СКО измерений</source>
+        <translation>Least squares, weights 1/σ² of the measurements</translation>
+    </message>
+    <message>
+        <source>Состав сети и приближённые высоты</source>
+        <translation>Composition of the network and approximate heights</translation>
+    </message>
+    <message>
+        <source>Уравнивать нечего: ни одна секция не ведёт от исходного репера к определяемому пункту</source>
+        <translation>Nothing to adjust: no section leads from a benchmark to a point to be determined</translation>
+    </message>
+    <message>
+        <source>Система нормальных уравнений не решается: веса измерений различаются слишком сильно, проверьте СКО и длины секций</source>
+        <translation>The normal equations cannot be solved: the weights of the measurements differ too much, check standard deviations and lengths of the sections</translation>
+    </message>
+    <message>
+        <source>Пунктов: %1, секций: %2, неизвестных: %3, не определяется пунктов: %4</source>
+        <translation>Points: %1, sections: %2, unknowns: %3, points that cannot be determined: %4</translation>
+    </message>
+    <message>
+        <source>Высота пункта %1 не определяется: %2</source>
+        <translation>The height of point %1 cannot be determined: %2</translation>
+    </message>
+    <message>
+        <source>его часть сети не связана ни с одним исходным репером</source>
+        <translation>its part of the network is not connected with any benchmark</translation>
+    </message>
+    <message>
+        <source>с ним не связана ни одна секция</source>
+        <translation>no section leads to it</translation>
+    </message>
+    <message>
+        <source>Исходный репер %1: отметка %2 м</source>
+        <translation>Benchmark %1: given height %2 m</translation>
+    </message>
+    <message>
+        <source>Пункт %1: приближённая высота %2 м</source>
+        <translation>Point %1: approximate height %2 m</translation>
+    </message>
+    <message>
+        <source>Секция %1: превышение отличается от приближённых высот на %2 мм, допуск ±%3 мм (tol-abs)</source>
+        <translation>Section %1: the difference departs from the approximate heights by %2 mm, tolerance ±%3 mm (tol-abs)</translation>
+    </message>
+    <message>
+        <source>Результаты уравнивания</source>
+        <translation>Results of the adjustment</translation>
+    </message>
+    <message>
+        <source>Число степеней свободы: %1</source>
+        <translation>Degrees of freedom: %1</translation>
+    </message>
+    <message>
+        <source>[pvv] = %1 (веса 1/σ²)</source>
+        <translation>[pvv] = %1 (weights 1/σ²)</translation>
+    </message>
+    <message>
+        <source>СКО единицы веса σ₀ (1 км хода): априорная %1 мм; апостериорная не определяется, так как избыточных измерений нет</source>
+        <translation>Standard deviation of unit weight σ₀ (1 km of line): a priori %1 mm; a posteriori undetermined, since there are no surplus measurements</translation>
+    </message>
+    <message>
+        <source>СКО единицы веса σ₀ (1 км хода): априорная %1 мм, апостериорная %2 мм; отношение %3, %4 (вероятность 95 %)</source>
+        <translation>Standard deviation of unit weight σ₀ (1 km of line): a priori %1 mm, a posteriori %2 mm; ratio %3, %4 (probability 95 %)</translation>
+    </message>
+    <message>
+        <source>больше предела %1</source>
+        <translation>over the limit %1</translation>
+    </message>
+    <message>
+        <source>предел %1</source>
+        <translation>limit %1</translation>
+    </message>
+    <message>
+        <source>СКО высот вычислены по априорной σ₀ (sigma-act)</source>
+        <translation>Standard deviations of the heights computed with σ₀ a priori (sigma-act)</translation>
+    </message>
+    <message>
+        <source>СКО высот вычислены по апостериорной σ₀ (sigma-act)</source>
+        <translation>Standard deviations of the heights computed with σ₀ a posteriori (sigma-act)</translation>
+    </message>
+    <message>
+        <source>Часть %1: степеней свободы %2, апостериорная σ₀ %3 мм</source>
+        <translation>Part %1: degrees of freedom %2, σ₀ a posteriori %3 mm</translation>
+    </message>
+    <message>
+        <source>Наибольшая нормированная поправка: секция %1, %2</source>
+        <translation>Largest normalised residual: section %1, %2</translation>
+    </message>
+    <message>
+        <source>%1, больше предела %2</source>
+        <translation>%1, over the limit %2</translation>
+    </message>
+    <message>
+        <source>%1, предел %2</source>
+        <translation>%1, limit %2</translation>
+    </message>
+    <message>
+        <source>%1 мм</source>
+        <translation>%1 mm</translation>
+    </message>
+    <message>
+        <source>не определяется</source>
+        <translation>undetermined</translation>
+    </message>
+    <message>
+        <source>Пункт %1: H = %2 м, СКО априорная %3 мм, апостериорная %4</source>
+        <translation>Point %1: H = %2 m, σ a priori %3 mm, a posteriori %4</translation>
+    </message>
+    <message>
+        <source>Поправки измеренных превышений</source>
+        <translation>Residuals of the measured height differences</translation>
+    </message>
+    <message>
+        <source>Секция %1: h = %2 м, v = %3 мм, не контролируется другими измерениями</source>
+        <translation>Section %1: h = %2 m, v = %3 mm, not checked by other measurements</translation>
+    </message>
+    <message>
+        <source>Секция %1: h = %2 м, v = %3 мм, СКО поправки %4 мм, нормированная поправка %5</source>
+        <translation>Section %1: h = %2 m, v = %3 mm, σ of the residual %4 mm, normalised residual %5</translation>
+    </message>
+    <message>
+        <source>В проекте нет ни одной секции. Импортируйте нивелирную сеть.</source>
+        <translation>The project has no sections. Import a levelling network.</translation>
+    </message>
+    <message>
+        <source>Связность сети</source>
+        <translation>Connectivity</translation>
+    </message>
+    <message>
+        <source>Повторные измерения</source>
+        <translation>Repeated measurements</translation>
+    </message>
+    <message>
+        <source>Невязки ходов и полигонов</source>
+        <translation>Misclosures of lines and loops</translation>
+    </message>
+    <message>
+        <source>Пунктов: %1, исходных реперов: %2, секций: %3, частей сети: %4, избыточных измерений: %5</source>
+        <translation>Points: %1, benchmarks: %2, sections: %3, parts of the network: %4, surplus measurements: %5</translation>
+    </message>
+    <message>
+        <source>Допустимая невязка: %1 мм·√L (класс %2), L — длина хода в км; для ходов без длины — %3 СКО</source>
+        <translation>Permitted misclosure: %1 mm·√L (class %2), L is the length of the line in km; for lines without a length %3 σ</translation>
+    </message>
+    <message>
+        <source>Часть %1 не связана ни с одним исходным репером, высоты её пунктов определить нельзя: %2</source>
+        <translation>Part %1 is not connected with any benchmark, the heights of its points cannot be determined: %2</translation>
+    </message>
+    <message>
+        <source>В части %1 нет избыточных измерений, ошибки в ней не обнаруживаются: %2</source>
+        <translation>Part %1 has no surplus measurements, errors in it cannot be detected: %2</translation>
+    </message>
+    <message>
+        <source>Часть %1: пунктов %2, исходных реперов %3, секций %4, избыточных измерений %5</source>
+        <translation>Part %1: points %2, benchmarks %3, sections %4, surplus measurements %5</translation>
+    </message>
+    <message>
+        <source>Исходный репер %1 не связан ни с одной секцией</source>
+        <translation>Benchmark %1 has no sections</translation>
+    </message>
+    <message>
+        <source>Пункт %1 не связан ни с одной секцией, его высоту определить нельзя</source>
+        <translation>Point %1 has no sections, its height cannot be determined</translation>
+    </message>
+    <message>
+        <source>Прямой и обратный ходы</source>
+        <translation>Forward and back runs</translation>
+    </message>
+    <message>
+        <source>%1 %2: расхождение %3 мм, %4</source>
+        <translation>%1 %2: discrepancy %3 mm, %4</translation>
+    </message>
+    <message>
+        <source>больше допуска %1 мм</source>
+        <translation>over the tolerance %1 mm</translation>
+    </message>
+    <message>
+        <source>допуск %1 мм</source>
+        <translation>tolerance %1 mm</translation>
+    </message>
+    <message>
+        <source>длина %1 км</source>
+        <translation>length %1 km</translation>
+    </message>
+    <message>
+        <source>длина не задана</source>
+        <translation>no length given</translation>
+    </message>
+    <message>
+        <source>%1 %2: невязка %3 мм, %4, %5; секции: %6</source>
+        <translation>%1 %2: misclosure %3 mm, %4, %5; sections: %6</translation>
+    </message>
+    <message>
+        <source>Полигон</source>
+        <translation>Loop</translation>
+    </message>
+    <message>
+        <source>Ход</source>
+        <translation>Line</translation>
+    </message>
+    <message>
+        <source>Выводить нечего: сеть не уравнена. Сначала выполните уравнивание.</source>
+        <translation>Nothing to export: the network is not adjusted. Run the adjustment first.</translation>
+    </message>
+    <message>
+        <source>Пункт %1 не выведен: его высота не определена</source>
+        <translation>Point %1 is not exported: its height is not determined</translation>
+    </message>
+    <message>
+        <source>Файл: %1, высот: %2</source>
+        <translation>File: %1, heights: %2</translation>
+    </message>
+    <message>
+        <source>Описание: %1</source>
+        <translation>Description: %1</translation>
+    </message>
+    <message>
+        <source>Прочитано пунктов: %1, из них исходных реперов: %2; секций: %3</source>
+        <translation>Points read: %1, benchmarks among them: %2; sections: %3</translation>
+    </message>
+    <message>
+        <source>Априорная СКО на 1 км хода: %1 мм; результаты оцениваются по %2 СКО</source>
+        <translation>Standard deviation a priori for 1 km of line: %1 mm; results are assessed %2</translation>
+    </message>
+    <message>
+        <source>априорной</source>
+        <translation>a priori</translation>
+    </message>
+    <message>
+        <source>апостериорной</source>
+        <translation>a posteriori</translation>
+    </message>
+    <message>
+        <source>Чтение файла</source>
+        <translation>Reading the file</translation>
+    </message>
+    <message>
+        <source>Файл: %1</source>
+        <translation>File: %1</translation>
+    </message>
+    <message>
+        <source>Минимум суммы Σ|v|/σ, вес измерения 1/σ, v — поправка, σ — априорная СКО измерения; грубой считается ошибка с |v|/σ больше %1</source>
+        <translation>Least sum Σ|v|/σ, weight of a measurement 1/σ, v is the residual, σ the standard deviation of the measurement a priori; an error is gross where |v|/σ is over %1</translation>
+    </message>
+    <message>
+        <source>Поиск минимума</source>
+        <translation>Search for the minimum</translation>
+    </message>
+    <message>
+        <source>Анализировать нечего: ни одна секция не ведёт от исходного репера к определяемому пункту</source>
+        <translation>Nothing to analyse: no section leads from a benchmark to a point to be determined</translation>
+    </message>
+    <message>
+        <source>Невязки слишком велики для анализа, проверьте отметки и превышения</source>
+        <translation>The misclosures are too large for the analysis, check given heights and differences</translation>
+    </message>
+    <message>
+        <source>Пункт %1 не участвует: его высота не определяется</source>
+        <translation>Point %1 takes no part: its height cannot be determined</translation>
+    </message>
+    <message>
+        <source>Σ|v|/σ = %1; секций с грубой ошибкой: %2, с поправкой: %3, без поправки: %4</source>
+        <translation>Σ|v|/σ = %1; sections with a gross error: %2, with a residual: %3, without a residual: %4</translation>
+    </message>
+    <message>
+        <source>Пункт %1: H = %2 м</source>
+        <translation>Point %1: H = %2 m</translation>
+    </message>
+    <message>
+        <source>Решение единственное</source>
+        <translation>The solution is unique</translation>
+    </message>
+    <message>
+        <source>Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: %1. Грубая ошибка может быть в другой секции тех же полигонов.</source>
+        <translation>The solution is not unique: other heights give the same sum, for instance of these points: %1. The gross error may be in another section of the same loops.</translation>
+    </message>
+    <message>
+        <source>Секция %1: грубая ошибка, v = %2 мм, |v|/σ = %3, больше предела %4</source>
+        <translation>Section %1: gross error, v = %2 mm, |v|/σ = %3, over the limit %4</translation>
+    </message>
+    <message>
+        <source>Секция %1: v = %2 мм, |v|/σ = %3, предел %4</source>
+        <translation>Section %1: v = %2 mm, |v|/σ = %3, limit %4</translation>
+    </message>
+    <message>
+        <source>файл не читается: %1</source>
+        <translation>the file cannot be read: %1</translation>
+    </message>
+    <message>
+        <source>это не файл нивелирной сети: корневой элемент &lt;%1&gt;, а нужен &lt;gama-local&gt;</source>
+        <translation>this is not a file of a levelling network: the root element is &lt;%1&gt;, but should be &lt;gama-local&gt;</translation>
+    </message>
+    <message>
+        <source>ошибка XML: %1</source>
+        <translation>XML error: %1</translation>
+    </message>
+    <message>
+        <source>неизвестный элемент &amp;lt;%1&amp;gt; внутри &amp;lt;%2&amp;gt; пропущен со всем содержимым</source>
+        <translation>unknown element &amp;lt;%1&amp;gt; inside &amp;lt;%2&amp;gt; skipped with all its content</translation>
+    </message>
+    <message>
+        <source>параметр %1 имеет непригодное значение «%2», принято значение по умолчанию</source>
+        <translation>parameter %1 has the unusable value “%2”, the default is taken</translation>
+    </message>
+    <message>
+        <source>пункт без имени (id) пропущен</source>
+        <translation>point without a name (id) skipped</translation>
+    </message>
+    <message>
+        <source>пункт %1 объявлен повторно (впервые в строке %2), действует позднее объявление</source>
+        <translation>point %1 is declared again (first in line %2), the later declaration counts</translation>
+    </message>
+    <message>
+        <source>пункт %1 не объявлен, принят определяемым</source>
+        <translation>point %1 is not declared, taken as to be determined</translation>
+    </message>
+    <message>
+        <source>пункт %1 не назван ни исходным (fix), ни определяемым (adj), принят определяемым</source>
+        <translation>point %1 is called neither fixed (fix) nor adjusted (adj), taken as to be determined</translation>
+    </message>
+    <message>
+        <source>пункт %1 назван и исходным (fix), и определяемым (adj), принят исходным</source>
+        <translation>point %1 is called both fixed (fix) and adjusted (adj), taken as fixed</translation>
+    </message>
+    <message>
+        <source>у исходного пункта %1 нет отметки, принят определяемым</source>
+        <translation>fixed point %1 has no height, taken as to be determined</translation>
+    </message>
+    <message>
+        <source>пункт %1: непригодная отметка «%2», считается не заданной</source>
+        <translation>point %1: unusable height “%2”, taken as not given</translation>
+    </message>
+    <message>
+        <source>секция «%1» – «%2» без начального или конечного пункта пропущена</source>
+        <translation>section “%1” – “%2” without a first or last point skipped</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2 начинается и кончается на одном пункте, пропущена</source>
+        <translation>section %1 – %2 begins and ends at the same point, skipped</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: непригодное превышение «%3», секция пропущена</source>
+        <translation>section %1 – %2: unusable height difference “%3”, section skipped</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: нет ни длины (dist), ни СКО (stdev), секция пропущена</source>
+        <translation>section %1 – %2: neither length (dist) nor standard deviation (stdev), section skipped</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: непригодная длина «%3», считается не заданной</source>
+        <translation>section %1 – %2: unusable length “%3”, taken as not given</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: непригодная СКО «%3», считается не заданной</source>
+        <translation>section %1 – %2: unusable standard deviation “%3”, taken as not given</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: непригодная дисперсия «%3», считается не заданной</source>
+        <translation>section %1 – %2: unusable variance “%3”, taken as not given</translation>
+    </message>
+    <message>
+        <source>ковариационная матрица (dim «%1», band «%2») не подходит к числу секций %3, пропущена</source>
+        <translation>covariance matrix (dim “%1”, band “%2”) does not fit the %3 sections, skipped</translation>
+    </message>
+    <message>
+        <source>корреляции измерений не учитываются: ненулевых ковариаций %1, взяты только дисперсии</source>
+        <translation>correlations of measurements are not used: %1 covariances other than zero, variances taken alone</translation>
+    </message>
+    <message>
+        <source>измерение &amp;lt;%1&amp;gt; («%2» – «%3») не является превышением, пропущено</source>
+        <translation>measurement &amp;lt;%1&amp;gt; (“%2” – “%3”) is no height difference, skipped</translation>
+    </message>
+    <message>
+        <source>в файле нет ни одной пригодной секции, вычислять нечего</source>
+        <translation>the file has no usable section, there is nothing to compute</translation>
+    </message>
+    <message>
+        <source>%1, строка %2: %3</source>
+        <translation>%1, line %2: %3</translation>
+    </message>
+    <message>
+        <source>Строка %1: %2</source>
+        <translation>Line %1: %2</translation>
+    </message>
+    <message>
+        <source>%1 … и ещё %2</source>
+        <translation>%1 … and %2 more</translation>
+    </message>
+    <message>
+        <source>Класс %1: %2 мм·√L</source>
+        <translation>Class %1: %2 mm·√L</translation>
+    </message>
+</context>
+<context>
+    <name>ExceptionCatcher</name>
+    <message>
+        <source>Ошибка boost</source>
+        <translation>Boost error</translation>
+    </message>
+    <message>
+        <source>Системная ошибка</source>
+        <translation>System error</translation>
+    </message>
+</context>
+<context>
+    <name>Host</name>
+    <message>
+        <source>Не удалось создать временную папку в «%1»: %2.</source>
+        <translation>The temporary folder in “%1” could not be created: %2.</translation>
+    </message>
+    <message>
+        <source>такой папки нет</source>
+        <translation>there is no such folder</translation>
+    </message>
+    <message>
+        <source>Файл не найден.</source>
+        <translation>The file was not found.</translation>
+    </message>
+    <message>
+        <source>Модуль не расширяет ни приложение, ни модель проекта, ни его окно.</source>
+        <translation>The plug-in extends neither the application nor the project model nor its window.</translation>
+    </message>
+    <message>
+        <source>Модуль не смог расширить приложение.</source>
+        <translation>The plug-in could not extend the application.</translation>
+    </message>
+    <message>
+        <source>Предупреждение</source>
+        <translation>Warning</translation>
+    </message>
+    <message>
+        <source>Файл повреждён: его содержимое не может быть верным.</source>
+        <translation>The file is damaged: its content cannot be right.</translation>
+    </message>
+    <message>
+        <source>Не удалось открыть файл.</source>
+        <translation>The file could not be opened.</translation>
+    </message>
+    <message>
+        <source>Не удалось прочитать файл.</source>
+        <translation>The file could not be read.</translation>
+    </message>
+    <message>
+        <source>Не удалось записать файл.</source>
+        <translation>The file could not be written.</translation>
+    </message>
+    <message>
+        <source>Не удалось создать папку.</source>
+        <translation>The folder could not be created.</translation>
+    </message>
+    <message>
+        <source>Ошибка при работе с файлом (код %1).</source>
+        <translation>Error with a file (code %1).</translation>
+    </message>
+    <message>
+        <source>Не удалось записать данные: %1.</source>
+        <translation>The data could not be written: %1.</translation>
+    </message>
+    <message>
+        <source>Файл повреждён: данные обрываются раньше времени или не могут быть верными.</source>
+        <translation>The file is damaged: its data ends early or cannot be right.</translation>
+    </message>
+    <message>
+        <source>значения типа «%1» не сохраняются</source>
+        <translation>values of type “%1” cannot be saved</translation>
+    </message>
+    <message>
+        <source>Неизвестная ошибка.</source>
+        <translation>Unknown error.</translation>
+    </message>
+    <message>
+        <source>Для выполнения операции не хватило памяти.</source>
+        <translation>There was not enough memory for the operation.</translation>
+    </message>
+    <message>
+        <source>Не удалось прочитать файл «%1»: %2.</source>
+        <translation>The file “%1” could not be read: %2.</translation>
+    </message>
+    <message>
+        <source>Не удалось записать файл «%1»: %2.</source>
+        <translation>The file “%1” could not be written: %2.</translation>
+    </message>
+    <message>
+        <source>Не удалось открыть файл «%1»: %2.</source>
+        <translation>The file “%1” could not be opened: %2.</translation>
+    </message>
+    <message>
+        <source>имя файла пусто</source>
+        <translation>the file name is empty</translation>
+    </message>
+    <message>
+        <source>такой способ открытия не поддерживается</source>
+        <translation>this way of opening is not supported</translation>
+    </message>
+    <message>
+        <source>Готово к выполнению</source>
+        <translation>Ready to run</translation>
+    </message>
+    <message>
+        <source>Останавливается…</source>
+        <translation>Stopping…</translation>
+    </message>
+    <message>
+        <source>Начато: %1</source>
+        <translation>Started: %1</translation>
+    </message>
+    <message>
+        <source>Прервано</source>
+        <translation>Interrupted</translation>
+    </message>
+    <message>
+        <source>Завершено с ошибками</source>
+        <translation>Finished with errors</translation>
+    </message>
+    <message>
+        <source>Завершено</source>
+        <translation>Finished</translation>
+    </message>
+    <message>
+        <source>Выполнение</source>
+        <translation>Progress</translation>
+    </message>
+    <message>
+        <source>Этап</source>
+        <translation>Stage</translation>
+    </message>
+    <message>
+        <source>Время с начала выполнения</source>
+        <translation>Time since the start</translation>
+    </message>
+    <message>
+        <source>Выполнено, в процентах</source>
+        <translation>Done, per cent</translation>
+    </message>
+    <message>
+        <source>Журнал</source>
+        <translation>Journal</translation>
+    </message>
+    <message>
+        <source>&amp;Остановить</source>
+        <translation>&amp;Stop</translation>
+    </message>
+    <message>
+        <source>П&amp;ауза</source>
+        <translation>P&amp;ause</translation>
+    </message>
+    <message>
+        <source>&amp;Протокол</source>
+        <translation>&amp;Protocol</translation>
+    </message>
+    <message>
+        <source>&amp;Закрыть</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>Показать протокол выполнения</source>
+        <translation>Show the protocol of the run</translation>
+    </message>
+    <message>
+        <source>Выполняется…</source>
+        <translation>Running…</translation>
+    </message>
+    <message>
+        <source>Выполнение ещё не закончено. Остановить его?</source>
+        <translation>The run is not over yet. Stop it?</translation>
+    </message>
+    <message>
+        <source>&amp;Продолжить</source>
+        <translation>&amp;Continue</translation>
+    </message>
+    <message>
+        <source>Пр&amp;одолжить</source>
+        <translation>&amp;Resume</translation>
+    </message>
+    <message>
+        <source>Приостановлено: %1</source>
+        <translation>Paused: %1</translation>
+    </message>
+    <message>
+        <source>Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе.</source>
+        <translation>The latest lines are shown, at most %1. Earlier lines (%2) are in the protocol.</translation>
+    </message>
+    <message>
+        <source>строка из %1 знаков показана не целиком, целиком — в протоколе</source>
+        <translation>a line of %1 characters is not shown in full; it is in the protocol</translation>
+    </message>
+</context>
+<context>
+    <name>Orvel</name>
+    <message>
+        <source>Ошибки и предупреждения</source>
+        <translation>Errors and warnings</translation>
+    </message>
+    <message>
+        <source>Ведомости:</source>
+        <translation>Reports:</translation>
+    </message>
+    <message>
+        <source>Сообщения</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>Общие</source>
+        <translation>General</translation>
+    </message>
+    <message>
+        <source>Проект: %1</source>
+        <translation>Project: %1</translation>
+    </message>
+</context>
+</TS>
