@@ -38,6 +38,7 @@ public:
         , aliveFlag(guardedObject ? guardedObject->getAliveFlag() : nullptr)
     {}
 
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the flag tells whether the object lives.
     T* get() const { return aliveFlag && *aliveFlag ? object : nullptr; }
     T* operator->() const { return get(); }
     T& operator*() const { return *get(); }
