@@ -80,6 +80,7 @@ private slots:
     void withoutAnOptionLinksStayAndAreNotFollowed();
     void linksOfTheSourceAreCopiedAsFilesAndFoldersLeftOut();
     void fileInPlaceOfAFolderIsToldAndTheRestIsCopied();
+    void fileInPlaceOfAnEmptyFolderIsTold();
     void folderInPlaceOfAFileIsToldAndTheRestIsCopied();
     void failedWriteIsToldAndLeavesNoPieces();
     void missingSourceIsRefused();
@@ -306,6 +307,15 @@ void TestCDirCopier::fileInPlaceOfAFolderIsToldAndTheRestIsCopied()
 
     QVERIFY(!copyUpdating(source, target));
     QCOMPARE(listing(target), QStringList({QStringLiteral("A: old"), QStringLiteral("a: new a")}));
+}
+
+void TestCDirCopier::fileInPlaceOfAnEmptyFolderIsTold()
+{
+    QVERIFY(QDir(source).mkdir(QStringLiteral("d")));
+    writeFile(target + QStringLiteral("/d"), "old");
+
+    QVERIFY(!copyUpdating(source, target));
+    QCOMPARE(listing(target), QStringList({QStringLiteral("a: new a"), QStringLiteral("d: old")}));
 }
 
 void TestCDirCopier::folderInPlaceOfAFileIsToldAndTheRestIsCopied()

@@ -114,14 +114,18 @@ void TestCGuardedObject::assignedObjectKeepsItsPointers()
     auto source = std::make_unique<Watched>();
     source->value = 5;
     const Pointer sourcePointer(source.get());
-    Watched target;
-    const Pointer targetPointer(&target);
-    target = *source;
+    auto target = std::make_unique<Watched>();
+    const Pointer targetPointer(target.get());
+    *target = *source;
     source.reset();
+    const Pointer laterPointer(target.get());
 
     QVERIFY(!sourcePointer);
-    QCOMPARE(targetPointer.get(), &target);
-    QCOMPARE(target.value, 5);
+    QCOMPARE(targetPointer.get(), target.get());
+    QCOMPARE(laterPointer.get(), target.get());
+    QCOMPARE(target->value, 5);
+    target.reset();
+    QVERIFY(!targetPointer);
 }
 
 void TestCGuardedObject::newObjectAtTheSameAddressIsAnother()

@@ -22,6 +22,17 @@ std::unique_ptr<CModelElement> makeItem(int type = kGeneralItemType, LONGID id =
     return std::make_unique<TypedItem>(type, id);
 }
 
+constexpr LONGID kManyItems = 100000;
+
+/// Adds kManyItems points, with ids from 1, below one item, whose id is returned.
+LONGID addPoints(CProjectModel& model)
+{
+    CModelElement* root = model.addItem(makeItem(kGeneralItemType, kManyItems + 1));
+    for (LONGID id = 1; id <= kManyItems; ++id)
+        model.addItem(makeItem(kPoint), root);
+    return root->getId();
+}
+
 /// The model's signals, one line each.
 class SignalLog
 {
@@ -128,7 +139,8 @@ private slots:
     void refusedSubtreeLeavesTheModelUnchanged();
     void nullIsRefused();
     void parentOutsideOfTheTreeIsRefused();
-    void topLevelItemsAndChildrenStandInTheOrderOfAddition();
+    void topLevelItemsStandInTheOrderOfAddition();
+    void childrenStandInTheOrderOfAddition();
     void subtreeIsAddedWhole();
     void unknownIdAndZeroAreNotFound();
     void itemWhoseIdChangesIsFoundByTheNewOne();
@@ -167,7 +179,8 @@ private slots:
     void readonlyStrategyIsPassedOver();
     void propertyWithoutStrategiesIsWritable();
     void mentionedItemsAreAskedOfTheInstalledQuery();
-    void hundredThousandItemsAreFoundThroughTheIndexes();
+    void hundredThousandItemsAreFoundById();
+    void hundredThousandItemsAreFoundByTypeAndRemoved();
 };
 
 void TestCProjectModel::knowsItsProject()
@@ -279,23 +292,31 @@ void TestCProjectModel::parentOutsideOfTheTreeIsRefused()
     QVERIFY(stranger.getChildren().empty());
 }
 
-void TestCProjectModel::topLevelItemsAndChildrenStandInTheOrderOfAddition()
+void TestCProjectModel::topLevelItemsStandInTheOrderOfAddition()
 {
     CProjectModel model(nullptr);
     CModelElement* second = model.addItem(makeItem(kPoint, 2));
     CModelElement* first = model.addItem(makeItem(kPoint, 1));
-    CModelElement* child = model.addItem(makeItem(kPoint, 9), second);
-    CModelElement* laterChild = model.addItem(makeItem(kPoint, 8), second);
 
     QCOMPARE(model.getTopLevelItems().size(), std::size_t(2));
     QCOMPARE(model.getTopLevelItems()[0].get(), second);
     QCOMPARE(model.getTopLevelItems()[1].get(), first);
     QCOMPARE(second->getParent(), kNoItem);
-    QCOMPARE(child->getParent(), second);
-    QCOMPARE(second->getChildren().size(), std::size_t(2));
-    QCOMPARE(second->getChildren()[0].get(), child);
-    QCOMPARE(second->getChildren()[1].get(), laterChild);
+}
+
+void TestCProjectModel::childrenStandInTheOrderOfAddition()
+{
+    CProjectModel model(nullptr);
+    CModelElement* parent = model.addItem(makeItem(kPoint, 2));
+    CModelElement* child = model.addItem(makeItem(kPoint, 9), parent);
+    CModelElement* laterChild = model.addItem(makeItem(kPoint, 8), parent);
+
+    QCOMPARE(child->getParent(), parent);
+    QCOMPARE(parent->getChildren().size(), std::size_t(2));
+    QCOMPARE(parent->getChildren()[0].get(), child);
+    QCOMPARE(parent->getChildren()[1].get(), laterChild);
     QCOMPARE(model.findItemAnywhere(9), child);
+    QCOMPARE(model.getTopLevelItems().size(), std::size_t(1));
 }
 
 void TestCProjectModel::subtreeIsAddedWhole()
@@ -371,11 +392,12 @@ void TestCProjectModel::removedSubtreeIsNotFound()
     CProjectModel model(nullptr);
     CModelElement* root = model.addItem(makeItem());
     CModelElement* child = model.addItem(makeItem(kPoint), root);
-    model.addItem(makeItem(kPoint), child);
+    const qor::CGuardedPtr<CModelElement> grandchild(model.addItem(makeItem(kPoint), child));
     CModelElement* sibling = model.addItem(makeItem(kPoint), root);
     SignalLog log(model);
 
     QVERIFY(model.removeItem(child->getId()));
+    QVERIFY(!grandchild);
     QCOMPARE(model.findItemAnywhere(2), kNoItem);
     QCOMPARE(model.findItemAnywhere(3), kNoItem);
     QCOMPARE(model.getItems(kPoint), Items{sibling});
@@ -802,28 +824,31 @@ void TestCProjectModel::mentionedItemsAreAskedOfTheInstalledQuery()
     QVERIFY(!model.isItemMentioned(5));
 }
 
-void TestCProjectModel::hundredThousandItemsAreFoundThroughTheIndexes()
+void TestCProjectModel::hundredThousandItemsAreFoundById()
 {
-    constexpr LONGID kCount = 100000;
     CProjectModel model(nullptr);
-    CModelElement* root = model.addItem(makeItem(kGeneralItemType, kCount + 1));
-    for (LONGID id = 1; id <= kCount; ++id)
-        model.addItem(makeItem(kPoint), root);
+    addPoints(model);
 
-    QCOMPARE(root->getChildren().size(), std::size_t(kCount));
-    for (LONGID id = 1; id <= kCount; ++id) {
+    for (LONGID id = 1; id <= kManyItems; ++id) {
         const CModelElement* item = model.findItemAnywhere(id);
         if (!item || item->getId() != id)
             QFAIL("an item is not found by its id");
     }
-    const Items points = model.getItems(kPoint);
-    QCOMPARE(points.size(), std::size_t(kCount));
-    QCOMPARE(model.getFirstItem(kPoint)->getId(), LONGID(1));
-    QCOMPARE(points.back()->getId(), kCount);
+    QCOMPARE(model.findItemAnywhere(kManyItems + 2), kNoItem);
+}
 
-    QVERIFY(model.removeItem(kCount + 1));
+void TestCProjectModel::hundredThousandItemsAreFoundByTypeAndRemoved()
+{
+    CProjectModel model(nullptr);
+    const LONGID rootId = addPoints(model);
+    const Items points = model.getItems(kPoint);
+    QCOMPARE(points.size(), std::size_t(kManyItems));
+    QCOMPARE(model.getFirstItem(kPoint), points.front());
+    QCOMPARE(points.back()->getId(), kManyItems);
+
+    QVERIFY(model.removeItem(rootId));
     QCOMPARE(model.getFirstItem(kPoint), kNoItem);
-    QCOMPARE(model.findItemAnywhere(kCount), kNoItem);
+    QCOMPARE(model.findItemAnywhere(kManyItems), kNoItem);
     QVERIFY(model.getTopLevelItems().empty());
 }
 

@@ -116,6 +116,7 @@ class TestCQtArchive : public QObject
 
 private slots:
     void knowsItsDirection();
+    void everyTypeHasItsBytes_data();
     void everyTypeHasItsBytes();
     void integersComeBack();
     void floatingPointNumbersComeBack();
@@ -141,17 +142,27 @@ void TestCQtArchive::knowsItsDirection()
     QVERIFY(!CQtArchive(&buffer, CQtArchive::Load).isSaving());
 }
 
+void TestCQtArchive::everyTypeHasItsBytes_data()
+{
+    QTest::addColumn<QByteArray>("saved");
+    QTest::addColumn<QByteArray>("hex");
+    QTest::newRow("unsigned") << save(quint32(0x01020304)) << QByteArrayLiteral("01020304");
+    QTest::newRow("int") << save(qint32(-2)) << QByteArrayLiteral("fffffffe");
+    QTest::newRow("id") << save(LONGID(0x0102030405060708)) << QByteArrayLiteral("0102030405060708");
+    QTest::newRow("double") << save(1.5) << QByteArrayLiteral("3ff8000000000000");
+    QTest::newRow("true") << save(true) << QByteArrayLiteral("01");
+    QTest::newRow("false") << save(false) << QByteArrayLiteral("00");
+    QTest::newRow("text") << save(QStringLiteral("AЯ")) << QByteArrayLiteral("000000040041042f");
+    QTest::newRow("bytes") << save(QByteArrayLiteral("A\0")) << QByteArrayLiteral("000000024100");
+    QTest::newRow("variant") << save(QVariant(7)) << QByteArrayLiteral("000000020000000007");
+}
+
 void TestCQtArchive::everyTypeHasItsBytes()
 {
-    QCOMPARE(save(quint32(0x01020304)).toHex(), QByteArrayLiteral("01020304"));
-    QCOMPARE(save(qint32(-2)).toHex(), QByteArrayLiteral("fffffffe"));
-    QCOMPARE(save(LONGID(0x0102030405060708)).toHex(), QByteArrayLiteral("0102030405060708"));
-    QCOMPARE(save(1.5).toHex(), QByteArrayLiteral("3ff8000000000000"));
-    QCOMPARE(save(true).toHex(), QByteArrayLiteral("01"));
-    QCOMPARE(save(false).toHex(), QByteArrayLiteral("00"));
-    QCOMPARE(save(QStringLiteral("AЯ")).toHex(), QByteArrayLiteral("000000040041042f"));
-    QCOMPARE(save(QByteArrayLiteral("A\0")).toHex(), QByteArrayLiteral("000000024100"));
-    QCOMPARE(save(QVariant(7)).toHex(), QByteArrayLiteral("000000020000000007"));
+    QFETCH(const QByteArray, saved);
+    QFETCH(const QByteArray, hex);
+
+    QCOMPARE(saved.toHex(), hex);
 }
 
 void TestCQtArchive::integersComeBack()

@@ -379,8 +379,7 @@ void TestQtFile::blockThatIsWrittenInPartIsTold()
         failure = getFailure([&] { file.close(); });
     }
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
-    QCOMPARE(failure.description,
-             QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
     QCOMPARE(readFile(path), QByteArrayLiteral("old"));
 }
 
