@@ -194,7 +194,7 @@ void TestLinks::elementLinkOfNothingIsTheText()
 
 void TestLinks::linkInAMessage_data()
 {
-    const QString untouched = kUntouched();
+    const QString& untouched = kUntouched();
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("id");
     QTest::addColumn<QString>("link");

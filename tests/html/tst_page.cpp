@@ -120,6 +120,7 @@ private slots:
     void filePathIsRemembered();
     void fileIsReplacedWhole();
     void emptyPathDoesNothing();
+    void unwritablePathGivesFalse_data();
     void unwritablePathGivesFalse();
     void fullDiskGivesFalseAndKeepsTheOldPage();
 };
@@ -842,25 +843,30 @@ void TestPage::emptyPathDoesNothing()
     QVERIFY(Access::protocolFiles(f.protocol).empty());
 }
 
+void TestPage::unwritablePathGivesFalse_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("folder") << "folder";
+    QTest::newRow("in a missing folder") << "no folder/page.html";
+}
+
 void TestPage::unwritablePathGivesFalse()
 {
+    QFETCH(QString, name);
     ProtocolFixture f;
     f.saveMessages({makeMessage(enums::Import, COVMessage::Title, QStringLiteral("filed"))});
     const QByteArray data = readFile(Access::dataFilePath(f.protocol));
     const QString earlier = f.tempPath(QStringLiteral("page.html"));
     QVERIFY(f.protocol.CreateProtocolFile(enums::Adjust, earlier));
 
-    const QString folder = f.tempPath(QStringLiteral("folder"));
-    QVERIFY(QDir().mkpath(folder));
-    for (const QString& path : {folder, f.tempPath(QStringLiteral("no folder/page.html"))}) {
-        f.addMessages({makeMessage(enums::Import, COVMessage::Title, QStringLiteral("in memory"))});
-        QVERIFY(!f.protocol.CreateProtocolFile(enums::Import, path));
-        QVERIFY(!f.protocol.CreateProtocolFile(enums::Adjust, path));
-        QCOMPARE(Access::protocolFiles(f.protocol), (std::map<int, QString>{{enums::Adjust, earlier}}));
-        // Read and written all the same.
-        QVERIFY(Access::messages(f.protocol).empty());
-        QCOMPARE(readFile(Access::dataFilePath(f.protocol)), data);
-    }
+    QVERIFY(QDir().mkpath(f.tempPath(QStringLiteral("folder"))));
+    f.addMessages({makeMessage(enums::Import, COVMessage::Title, QStringLiteral("in memory"))});
+    QVERIFY(!f.protocol.CreateProtocolFile(enums::Import, f.tempPath(name)));
+    QVERIFY(!f.protocol.CreateProtocolFile(enums::Adjust, f.tempPath(name)));
+    QCOMPARE(Access::protocolFiles(f.protocol), (std::map<int, QString>{{enums::Adjust, earlier}}));
+    // Read and written all the same.
+    QVERIFY(Access::messages(f.protocol).empty());
+    QCOMPARE(readFile(Access::dataFilePath(f.protocol)), data);
     QCOMPARE(f.application.getWarnings(), QStringList());
 }
 

@@ -9,6 +9,7 @@
 #include <QDomDocument>
 #include <QtTest>
 
+#include <map>
 #include <optional>
 #include <random>
 
@@ -232,22 +233,20 @@ void TestDataFileDom::readsDamagedFilesAsTheDomDoes()
 {
     Generator generator;
     ProtocolFixture f;
-    int readable = 0;
-    int unreadable = 0;
+    std::map<QString, int> outcomes;
     for (int i = 0; i < 8000; ++i) {
         Access::MessageStore store;
         for (const COVMessage& message : generator.messages())
             store[message.protocolType].push_back(message);
         const QByteArray content = generator.damaged(domFile(store));
         const QStringList wanted = domReading(content);
-        if (wanted.first() == QLatin1String("endless"))
-            continue;
-        ++(wanted.first() == QLatin1String("true") ? readable : unreadable);
-        QVERIFY2(reading(f, content) == wanted, content.constData());
+        ++outcomes[wanted.first()];
+        if (wanted.first() != QLatin1String("endless"))
+            QVERIFY2(reading(f, content) == wanted, content.constData());
     }
     // The files must be worth the comparison.
-    QVERIFY(readable > 1000);
-    QVERIFY(unreadable > 1000);
+    QVERIFY(outcomes[QStringLiteral("true")] > 1000);
+    QVERIFY(outcomes[QStringLiteral("false")] > 1000);
 }
 
 QTEST_GUILESS_MAIN(TestDataFileDom)

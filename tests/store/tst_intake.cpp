@@ -275,8 +275,8 @@ void TestIntake::idsAreThoseOfTheRegularExpressions()
         const COVMessage message = takenIn(f.protocol, line);
         const QString text = line.replace(QLatin1Char('\n'), QLatin1String("<br>"));
         const Ids wanted = reference::findAnchors(text).isEmpty() ? Ids{0} : reference::findIds(text);
-        QVERIFY2(message.itemIds == wanted, qUtf8Printable(line));
-        QCOMPARE(message.itemTypes.size(), wanted.size());
+        QVERIFY2(message.itemIds == wanted && message.itemTypes.size() == wanted.size(),
+                 qUtf8Printable(text));
         withIds += !wanted.empty() && wanted != Ids{0} ? 1 : 0;
     }
     // The lines must be worth the comparison.

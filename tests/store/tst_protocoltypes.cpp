@@ -83,16 +83,18 @@ void TestProtocolTypes::recordIsRegisteredAtLoad()
 
 void TestProtocolTypes::membersHaveTheirValues()
 {
-    QCOMPARE(int(enums::UndefProtocol), 0x1235B700);
-    QCOMPARE(int(enums::Compile), 0x1235B701);
-    QCOMPARE(int(enums::Adjust), 0x1235B702);
-    QCOMPARE(int(enums::L1Analysis), 0x1235B703);
-    QCOMPARE(int(enums::Import), 0x1235B704);
-    QCOMPARE(int(enums::Export), 0x1235B705);
-    QCOMPARE(int(enums::ImportTemplate), 0x1235B706);
-    QCOMPARE(int(enums::FixedPointsAnalysis), 0x1235B707);
-    QCOMPARE(int(enums::AutoChainTracingAnalysis), 0x1235B708);
-    QCOMPARE(int(enums::CalcTacheometry), 0x1235B709);
+    const std::vector<int> members = {enums::UndefProtocol,
+                                      enums::Compile,
+                                      enums::Adjust,
+                                      enums::L1Analysis,
+                                      enums::Import,
+                                      enums::Export,
+                                      enums::ImportTemplate,
+                                      enums::FixedPointsAnalysis,
+                                      enums::AutoChainTracingAnalysis,
+                                      enums::CalcTacheometry};
+    QCOMPARE(members, (std::vector<int>{0x1235B700, 0x1235B701, 0x1235B702, 0x1235B703, 0x1235B704,
+                                        0x1235B705, 0x1235B706, 0x1235B707, 0x1235B708, 0x1235B709}));
 }
 
 void TestProtocolTypes::aSecondRegistrationRegistersNothing()
