@@ -71,11 +71,11 @@ export function saveFile(name, type, text) {
 
 /** Runs a generator's steps when the browser is idle, a few milliseconds at a time, and what follows them. */
 export function runIdle(steps, finished) {
-  const soon = window.requestIdleCallback ?? ((work) => setTimeout(work, 20));
+  const soon = () => (window.requestIdleCallback ?? setTimeout)(work, { timeout: 100 });
   const work = () => {
     const end = performance.now() + 10;
     while (performance.now() < end) if (steps.next().done) return finished();
-    soon(work);
+    soon();
   };
-  soon(work);
+  soon();
 }

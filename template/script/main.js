@@ -139,10 +139,7 @@ class App {
     const hadFocus = tree.hasFocus;
     this.filter();
     if (place && !place.item.shown) place.item = view.nearestRow(place.item);
-    if (tree.current && !tree.current.shown) {
-      const isHeld = before === tree.current;
-      tree.setCurrent(isHeld ? place.item : view.nearestRow(tree.current));
-    } else if (!tree.current) tree.setCurrent(view.firstRow());
+    if (!tree.current?.shown) tree.setCurrent(tree.current ? view.nearestRow(tree.current) : view.firstRow());
     this.draw(place?.item ? place : null, { hold: true });
     if (hadFocus && tree.current && view.isLaidOut(tree.current)) focusOn(tree.current.element);
     this.remember();

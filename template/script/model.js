@@ -59,17 +59,25 @@ function gatherStrays() {
   const content = page.querySelector("#lines");
   for (const last of [content, content.parentElement])
     while (last.nextElementSibling) content.append(last.nextElementSibling);
+  // The policy blocks images; what stands for one must not trouble a screen reader.
+  for (const image of content.querySelectorAll("img")) image.alt ||= "";
 }
 
-/** The list around a row. A row that has lost its list to a stray closing tag gets another. */
+/** The list around a row. A row that unclosed or stray tags have torn from its list is put back, or gets one. */
 function listOf(row) {
   const parent = row.parentElement;
   if (parent.localName === "ul") return parent;
+  const around = parent.closest("ul, li");
+  if (around?.localName === "ul") {
+    let torn = parent;
+    while (torn.parentElement !== around) torn = torn.parentElement;
+    torn.before(row);
+    return around;
+  }
   const before = row.previousElementSibling;
-  const list = before?.hasAttribute("data-gathered")
-    ? before
-    : build("ul", { class: "Container", "data-gathered": "" });
-  if (list !== before) row.before(list);
+  const isGathered = before?.hasAttribute("data-gathered");
+  const list = isGathered ? before : build("ul", { class: "Container", "data-gathered": "" });
+  if (!isGathered) row.before(list);
   list.append(row);
   return list;
 }

@@ -58,7 +58,7 @@ export class Tree {
 
   isInView(item) {
     const box = boxOf(item.caption);
-    return box.top >= this.view.top && box.bottom <= this.view.height;
+    return box.height && box.bottom > this.view.top && box.top < this.view.height;
   }
 
   #bringIntoView(item) {
