@@ -21,8 +21,13 @@ void ExceptionCatcher::run(const std::function<void()>& action) const
     } catch (...) {
         const std::exception_ptr error = std::current_exception();
         for (const ErrorHandler& handle : errorHandlers)
-            handle(QString::fromStdWString(exceptions::getExceptionText(error)));
+            handle(getMessage(error));
         for (const AfterErrorHandler& handle : afterErrorHandlers)
             handle();
     }
+}
+
+QString ExceptionCatcher::getMessage(const std::exception_ptr& error)
+{
+    return QString::fromStdWString(exceptions::getExceptionText(error));
 }

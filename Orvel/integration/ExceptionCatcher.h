@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <exception>
 #include <functional>
 #include <vector>
 
@@ -21,6 +22,9 @@ public:
 
     /// Runs `action`. An exception goes to the handlers and no further.
     void run(const std::function<void()>& action) const;
+
+    /// What the user is told of `error`.
+    static QString getMessage(const std::exception_ptr& error);
 
 private:
     std::vector<ErrorHandler> errorHandlers;
