@@ -20,8 +20,9 @@ install_packages() {
     DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
 }
 
-# Configures a preset where that was not done yet, and builds it. What is up to date stays as it is.
+# build_preset PRESET [TARGET]: configures a preset where that was not done yet, and builds it. What is up to
+# date stays as it is.
 build_preset() {
     [ -f "build/$1/build.ninja" ] || cmake --preset "$1"
-    cmake --build --preset "$1"
+    cmake --build --preset "$1" --target "${2:-all}"
 }
