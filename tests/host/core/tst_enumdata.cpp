@@ -95,6 +95,7 @@ void TestEnumData::threadsMayRegisterAndLookUpTogether()
     constexpr int kRecords = 2000;
     std::vector<int> mistakes(kThreads);
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([thread, &mistakes] {
             for (int i = 0; i < kRecords; ++i) {
