@@ -32,8 +32,12 @@ bool ItemFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceP
 
 bool ItemFilterModel::lessThan(const QModelIndex& left, const QModelIndex& right) const
 {
+    const QVariant leftValue = left.data(itemcolumns::SortRole);
+    const QVariant rightValue = right.data(itemcolumns::SortRole);
+    // Empty cells stand last in either order.
+    if (leftValue.isValid() != rightValue.isValid())
+        return leftValue.isValid() == (sortOrder() == Qt::AscendingOrder);
     if (left.column() == itemcolumns::Name || left.column() == itemcolumns::Type)
-        return collator.compare(left.data(itemcolumns::SortRole).toString(),
-                                right.data(itemcolumns::SortRole).toString()) < 0;
-    return QSortFilterProxyModel::lessThan(left, right);
+        return collator.compare(leftValue.toString(), rightValue.toString()) < 0;
+    return leftValue.toDouble() < rightValue.toDouble();
 }

@@ -47,7 +47,8 @@ QVariant PointTableModel::headerData(int section, Qt::Orientation orientation, i
 
 Qt::ItemFlags PointTableModel::flags(const QModelIndex& index) const
 {
-    return CProjectItemModel::flags(index) | Qt::ItemNeverHasChildren;
+    const Qt::ItemFlags itemFlags = CProjectItemModel::flags(index);
+    return index.isValid() ? itemFlags | Qt::ItemNeverHasChildren : itemFlags;
 }
 
 QVariant PointTableModel::getValue(const QModelIndex& index) const

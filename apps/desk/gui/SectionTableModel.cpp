@@ -54,8 +54,12 @@ QVariant SectionTableModel::headerData(int section, Qt::Orientation orientation,
 
 Qt::ItemFlags SectionTableModel::flags(const QModelIndex& index) const
 {
-    const Qt::ItemFlags itemFlags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
-    return index.column() == itemcolumns::Report ? itemFlags | Qt::ItemIsEditable : itemFlags;
+    Qt::ItemFlags itemFlags = QAbstractTableModel::flags(index);
+    if (index.isValid())
+        itemFlags |= Qt::ItemNeverHasChildren;
+    if (index.isValid() && index.column() == itemcolumns::Report)
+        itemFlags |= Qt::ItemIsEditable;
+    return itemFlags;
 }
 
 QVariant SectionTableModel::getValue(const LevellingSection& section, int column) const

@@ -98,10 +98,11 @@ QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const 
     NetworkSnapshot snapshot;
     RunLines lines(monitor, snapshot);
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
-    lines.service(Desk::tr("Файл: %1").arg(RunLines::escape(filePath)));
     const levelling::GkfResult file = levelling::GkfReader::readFile(filePath);
     monitor.finishCurrentStage();
+    const QString fileLine = Desk::tr("Файл: %1").arg(RunLines::escape(filePath));
     if (file.fatal) {
+        lines.service(fileLine);
         const QString failure = problems::describeFailure(filePath, *file.fatal);
         lines.error(RunLines::escape(failure));
         return failure;
@@ -110,6 +111,7 @@ QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const 
     if (!takeNetwork(file.network, snapshot))
         return QString();
 
+    lines.service(fileLine);
     ProblemWriter problemWriter(lines, snapshot.network);
     size_t done = 0;
     for (const Problem& problem : file.problems) {

@@ -1,0 +1,271 @@
+#include "Orvel/store/COrvel.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/gui/DeskSession.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/MessageBar.h"
+#include "apps/desk/gui/RecentFiles.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/support/TestFiles.h"
+
+#include <QDir>
+#include <QPointer>
+#include <QProcess>
+#include <QTest>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+/// Projects that follow each other, and later starts of the program.
+class TestDeskSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void startsEmpty();
+    void startsWithNetwork();
+    void startsWithProject();
+    void startsWithUriOfNoProject();
+    void openedProjectReplacesWindow();
+    void openingAsksForUnsavedChanges();
+    void damagedProjectChangesNothing();
+    void newProjectIsEmpty();
+    void savedProjectShowsSamePages();
+    void missingPagesAreForgotten();
+    void secondStartSelectsItem();
+    void secondStartWithOtherProjectIsDeclined();
+    void socketOfCrashedInstanceIsRemoved();
+
+private:
+    DeskWindow& window() { return session->getWindow(); }
+    void finishRun();
+    void adjust();
+    QString page(int protocolType);
+    /// Starts the program a second time with a URI and lets this one answer. Its exit code.
+    int startAgain(const QString& uri);
+
+    std::unique_ptr<DeskFixture> desk;
+    std::unique_ptr<DeskSession> session;
+};
+
+void TestDeskSession::init()
+{
+    desk = std::make_unique<DeskFixture>();
+    session = std::make_unique<DeskSession>(desk->plugins, QString());
+}
+
+void TestDeskSession::cleanup()
+{
+    session.reset();
+    desk.reset();
+}
+
+void TestDeskSession::finishRun()
+{
+    QVERIFY(window().getMonitor().waitForFinished());
+}
+
+void TestDeskSession::adjust()
+{
+    session->start(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    finishRun();
+    QVERIFY(triggerAction(window(), QStringLiteral("Уравнивание")));
+    finishRun();
+}
+
+QString TestDeskSession::page(int protocolType)
+{
+    QString html;
+    window().getDocument().getProtocol().CreateProtocolHtml(protocolType, html);
+    return html;
+}
+
+int TestDeskSession::startAgain(const QString& uri)
+{
+    QProcess process;
+    process.start(QStringLiteral(DESK_PROGRAM), {uri});
+    // The event loop of this test is the running instance's.
+    if (!QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 30000))
+        return -1;
+    return process.exitCode();
+}
+
+void TestDeskSession::startsEmpty()
+{
+    session->start(QString());
+    QVERIFY(window().isVisible());
+    QVERIFY(window().getDocument().isEmpty());
+}
+
+void TestDeskSession::startsWithNetwork()
+{
+    session->start(samplePath(QStringLiteral("one-benchmark.gkf")));
+    finishRun();
+    QCOMPARE(int(window().getDocument().getPoints().size()), 8);
+}
+
+void TestDeskSession::startsWithProject()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    session = std::make_unique<DeskSession>(desk->plugins, QString());
+    session->start(path);
+    QCOMPARE(window().windowTitle(), QStringLiteral("two-benchmarks[*]"));
+    QVERIFY(window().getDocument().hasResults());
+    QVERIFY(!window().isWindowModified());
+    QCOMPARE(recentfiles::get().constFirst(), path);
+}
+
+void TestDeskSession::startsWithUriOfNoProject()
+{
+    session->start(QStringLiteral("orvel://locate-item?id=1000003&project=%D0%9C%D0%BE%D1%81%D1%82"));
+    QCOMPARE(window().getMessageBar().getMessage(),
+             QStringLiteral("Ссылка ведёт в проект «Мост». Откройте этот проект и щёлкните ссылку ещё раз."));
+}
+
+void TestDeskSession::openedProjectReplacesWindow()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    const QPointer<DeskWindow> old(&window());
+    session->openProject(path);
+    QVERIFY(old != &window());
+    QVERIFY(window().isVisible());
+    QTRY_VERIFY(!old);
+    QCOMPARE(int(window().getDocument().getPoints().size()), 5);
+}
+
+void TestDeskSession::openingAsksForUnsavedChanges()
+{
+    adjust();
+    const DeskWindow* old = &window();
+    const Answer answer(QStringLiteral("Отмена"));
+    session->openProject(desk->path(QStringLiteral("project.orvel")));
+    QVERIFY(answer.getQuestion().startsWith(QStringLiteral("Сохранить изменения")));
+    QCOMPARE(&window(), old);
+}
+
+void TestDeskSession::damagedProjectChangesNothing()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    const QString damaged = desk->path(QStringLiteral("damaged.orvel"));
+    QByteArray bytes = readFile(path);
+    bytes.chop(10);
+    writeFile(damaged, bytes);
+    const DeskWindow* old = &window();
+    session->openProject(damaged);
+    QCOMPARE(
+        desk->application.takeWarnings(),
+        QStringList(QStringLiteral("Проект не открыт. %1: файл проекта повреждён или обрезан").arg(damaged)));
+    QCOMPARE(&window(), old);
+    QVERIFY(window().getDocument().hasResults());
+}
+
+void TestDeskSession::newProjectIsEmpty()
+{
+    adjust();
+    QVERIFY(window().saveFile(desk->path(QStringLiteral("project.orvel"))));
+    QVERIFY(triggerAction(window(), QStringLiteral("Новый проект")));
+    QVERIFY(window().getDocument().isEmpty());
+    QCOMPARE(window().windowTitle(), QStringLiteral("Новый проект[*]"));
+}
+
+void TestDeskSession::savedProjectShowsSamePages()
+{
+    adjust();
+    const QString adjustPage = page(enums::Adjust);
+    const QString importPage = page(enums::Import);
+    QVERIFY(adjustPage.contains(QStringLiteral("H = 105.15040 м")));
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    const LONGID id = window().getDocument().getPoints()[2]->getId();
+
+    session = std::make_unique<DeskSession>(desk->plugins, QString());
+    session->start(path);
+    QCOMPARE(page(enums::Adjust), adjustPage);
+    QCOMPARE(page(enums::Import), importPage);
+    QVERIFY(window().getModel()->isItemMentioned(id));
+    QCOMPARE(window().getDocument().getSummary().types.at(enums::Adjust).errors, 8);
+
+    // And the next run adds to what was there.
+    QVERIFY(triggerAction(window(), QStringLiteral("Предобработка")));
+    finishRun();
+    QCOMPARE(page(enums::Adjust), adjustPage);
+}
+
+void TestDeskSession::missingPagesAreForgotten()
+{
+    adjust();
+    window().showProtocol(enums::Adjust);
+    window().showProtocol(enums::Import);
+    const QStringList pages = desk->opened.getPaths();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    QVERIFY(QFile::remove(pages[0]));
+
+    session = std::make_unique<DeskSession>(desk->plugins, QString());
+    session->start(path);
+    QString html;
+    const LONGID id = window().getDocument().getPoints()[2]->getId();
+    window().getDocument().getProtocol().CreateItemHtml(id, html);
+    QVERIFY(html.contains(QStringLiteral("generate-protocol?id=%1").arg(int(enums::Adjust))));
+    QVERIFY(!html.contains(pages[0]));
+}
+
+void TestDeskSession::secondStartSelectsItem()
+{
+    session->start(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    finishRun();
+    const LONGID id = window().getDocument().getSections()[3]->getId();
+    QCOMPARE(
+        startAgain(
+            QStringLiteral("orvel://locate-item?type=LevellingSection&id=%1&project=two-benchmarks").arg(id)),
+        0);
+    QCOMPARE(window().getTable().getCurrentItem(), id);
+    QCOMPARE(window().getMessageBar().getMessage(), QString());
+}
+
+void TestDeskSession::secondStartWithOtherProjectIsDeclined()
+{
+    session->start(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    finishRun();
+    const LONGID selected = window().getDocument().getPoints()[1]->getId();
+    QVERIFY(window().getTable().selectItem(selected));
+    QCOMPARE(startAgain(QStringLiteral("orvel://locate-item?id=1000003&project=Other")), 0);
+    QCOMPARE(window().getTable().getCurrentItem(), selected);
+    QCOMPARE(
+        window().getMessageBar().getMessage(),
+        QStringLiteral("Ссылка ведёт в проект «Other». Откройте этот проект и щёлкните ссылку ещё раз."));
+    QCOMPARE(startAgain(QStringLiteral("orvel://explode?id=1&project=two-benchmarks")), 0);
+    QCOMPARE(window().getMessageBar().getMessage(),
+             QStringLiteral("Ссылка не понята: orvel://explode?id=1&project=two-benchmarks"));
+}
+
+void TestDeskSession::socketOfCrashedInstanceIsRemoved()
+{
+    session->start(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    finishRun();
+    const QString stale = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/orvel-desk-1.socket");
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, stale.toLocal8Bit().constData(), sizeof(address.sun_path));
+    QCOMPARE(::bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+    ::close(descriptor);
+    QVERIFY(QFileInfo::exists(stale));
+
+    const LONGID id = window().getDocument().getPoints()[1]->getId();
+    QCOMPARE(startAgain(QStringLiteral("orvel://locate-item?id=%1&project=two-benchmarks").arg(id)), 0);
+    QCOMPARE(window().getTable().getCurrentItem(), id);
+    QVERIFY(!QFileInfo::exists(stale));
+}
+
+QTEST_MAIN(TestDeskSession)
+#include "tst_desksession.moc"

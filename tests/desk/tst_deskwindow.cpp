@@ -1,0 +1,522 @@
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/MessageBar.h"
+#include "apps/desk/gui/ProtocolList.h"
+#include "apps/desk/gui/RecentFiles.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/support/TestFiles.h"
+
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+#include <QTextBrowser>
+#include <QUrlQuery>
+
+Q_DECLARE_METATYPE(DeskWindow::UriAnswer)
+
+/// What a user does in the window.
+class TestDeskWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void emptyProjectOffersImportOnly();
+    void importNamesTheProject();
+    void runsNeedTheirInput();
+    void newUserFindsWorstMeasurement();
+    void protocolButtonOpensPage();
+    void protocolListOpensPage();
+    void exportWritesHeights();
+    void unreadableFileLeavesProject();
+    void importAsksBeforeReplacing_data();
+    void importAsksBeforeReplacing();
+    void reimportKeepsIdsAndDropsOldProtocols();
+    void stoppedImportGivesNetworkBack();
+    void closingAsksForUnsavedChanges_data();
+    void closingAsksForUnsavedChanges();
+    void closingDuringRunAsks_data();
+    void closingDuringRunAsks();
+    void failedSaveSaysWhatToDo();
+    void droppedNetworkIsImported();
+    void droppedProjectIsRequested();
+    void droppedTextIsRefused();
+    void recentFilesAreOffered();
+    void searchIsClearedForLinkedItem();
+    void linkToMissingItemIsExplained();
+    void urisAreFollowed_data();
+    void urisAreFollowed();
+    void uriDuringRunWaits();
+    void reportsAreWritten();
+    void reportNeedsResults();
+    void classChangesTolerance();
+    void helpTellsOfEveryRun();
+    void everythingHasAccessibleName();
+    void layoutIsKept();
+
+private:
+    /// Runs the action to its end.
+    void run(const char* action);
+    QString lastPage() const;
+    QString uri(const char* host, qint64 id, const QString& project = QStringLiteral("two-benchmarks")) const;
+
+    std::unique_ptr<DeskFixture> desk;
+    std::unique_ptr<DeskWindow> window;
+};
+
+void TestDeskWindow::init()
+{
+    desk = std::make_unique<DeskFixture>();
+    window = desk->makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+}
+
+void TestDeskWindow::cleanup()
+{
+    window.reset();
+    desk.reset();
+}
+
+void TestDeskWindow::run(const char* action)
+{
+    QVERIFY2(triggerAction(*window, QString::fromUtf8(action)), action);
+    QVERIFY(window->getMonitor().waitForFinished());
+}
+
+QString TestDeskWindow::lastPage() const
+{
+    return QString::fromUtf8(readFile(desk->opened.getPaths().constLast()));
+}
+
+QString TestDeskWindow::uri(const char* host, qint64 id, const QString& project) const
+{
+    return QStringLiteral("orvel://%1?id=%2&project=%3")
+        .arg(QString::fromLatin1(host), QString::number(id),
+             QString::fromLatin1(QUrl::toPercentEncoding(project)));
+}
+
+void TestDeskWindow::emptyProjectOffersImportOnly()
+{
+    window = desk->makeWindow();
+    QCOMPARE(window->windowTitle(), QStringLiteral("Новый проект[*]"));
+    QVERIFY(!window->isWindowModified());
+    for (const char* action : {"Предобработка", "Уравнивание", "L1-анализ", "Экспорт высот…"})
+        QVERIFY2(!isActionEnabled(*window, QString::fromUtf8(action)), action);
+    QVERIFY(isActionEnabled(*window, QStringLiteral("Импорт сети…")));
+}
+
+void TestDeskWindow::importNamesTheProject()
+{
+    QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*]"));
+    QVERIFY(window->isWindowModified());
+    QCOMPARE(window->getMonitor().windowTitle(), QStringLiteral("Импорт"));
+    QVERIFY(window->getMonitor().isVisible());
+    QVERIFY(window->getMonitor().getJournal()->toPlainText().contains(
+        QStringLiteral("Прочитано пунктов: 5, из них исходных реперов: 2; секций: 7")));
+}
+
+void TestDeskWindow::runsNeedTheirInput()
+{
+    QVERIFY(isActionEnabled(*window, QStringLiteral("Уравнивание")));
+    QVERIFY(!isActionEnabled(*window, QStringLiteral("Экспорт высот…")));
+    QVERIFY(!isActionEnabled(*window, QStringLiteral("Каталог высот")));
+    run("Уравнивание");
+    QVERIFY(isActionEnabled(*window, QStringLiteral("Экспорт высот…")));
+    QVERIFY(isActionEnabled(*window, QStringLiteral("Каталог высот")));
+}
+
+void TestDeskWindow::newUserFindsWorstMeasurement()
+{
+    run("Предобработка");
+    run("Уравнивание");
+    QTextBrowser* journal = window->getMonitor().getJournal();
+    QVERIFY(journal->toPlainText().contains(
+        QStringLiteral("Наибольшая нормированная поправка: секция BMY – C, 49.89, больше предела 3")));
+    const QString html = journal->toHtml();
+    const LONGID worst = window->getDocument().getSections()[2]->getId();
+    QVERIFY(html.contains(QStringLiteral("id=%1&amp;").arg(worst)));
+
+    emit journal->anchorClicked(QUrl(uri("locate-item", worst)));
+    QCOMPARE(window->getTable().currentIndex().data().toString(), QStringLiteral("BMY – C"));
+    QCOMPARE(desk->opened.getPaths(), QStringList());
+}
+
+void TestDeskWindow::protocolButtonOpensPage()
+{
+    run("Уравнивание");
+    QPushButton* protocolButton = nullptr;
+    for (auto* button : window->getMonitor().findChildren<QPushButton*>()) {
+        if (button->text().remove(QLatin1Char('&')) == QStringLiteral("Протокол"))
+            protocolButton = button;
+    }
+    QVERIFY(protocolButton);
+    protocolButton->click();
+    QCOMPARE(desk->opened.getPaths().size(), 1);
+    QVERIFY(lastPage().contains(QStringLiteral("<h1>Уравнивание</h1>")));
+    QVERIFY(lastPage().contains(QStringLiteral("generate-report?id=%1").arg(kHeightCatalogue)));
+
+    QVERIFY(triggerAction(*window, QStringLiteral("Предобработка")));
+    QVERIFY(!protocolButton->isEnabled());
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(protocolButton->isEnabled());
+}
+
+void TestDeskWindow::protocolListOpensPage()
+{
+    run("L1-анализ");
+    auto* list = window->findChild<ProtocolList*>();
+    QCOMPARE(list->topLevelItemCount(), 2);
+    const QTreeWidgetItem* item = list->topLevelItem(0);
+    QCOMPARE(item->text(0), QStringLiteral("L1-анализ"));
+    QCOMPARE(item->text(1), QStringLiteral("4"));
+    QCOMPARE(item->text(2), QStringLiteral("0"));
+    list->setCurrentItem(list->topLevelItem(0));
+    emit list->itemActivated(list->topLevelItem(0), 0);
+    QVERIFY(lastPage().contains(QStringLiteral("<h1>L1-анализ</h1>")));
+}
+
+void TestDeskWindow::exportWritesHeights()
+{
+    run("Уравнивание");
+    const QString path = desk->path(QStringLiteral("heights.csv"));
+    window->exportFile(path);
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(readFile(path).contains("\nA,105.15040,32.756\n"));
+}
+
+void TestDeskWindow::unreadableFileLeavesProject()
+{
+    const QString path = desk->path(QStringLiteral("broken.gkf"));
+    writeFile(path, "<gama-local>");
+    const LONGID id = window->getDocument().getPoints()[0]->getId();
+    const Answer answer(QStringLiteral("Заменить"));
+    window->importFile(path);
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(window->getMonitor().wasErrors());
+    QVERIFY(window->getMonitor().getJournal()->toPlainText().contains(
+        QStringLiteral("broken.gkf, строка 1: ошибка XML: ")));
+    QCOMPARE(window->getDocument().getPoints()[0]->getId(), id);
+}
+
+void TestDeskWindow::importAsksBeforeReplacing_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<int>("pointCount");
+    QTest::newRow("replace") << "Заменить" << 8;
+    QTest::newRow("cancel") << "Отмена" << 5;
+}
+
+void TestDeskWindow::importAsksBeforeReplacing()
+{
+    QFETCH(QString, button);
+    QFETCH(int, pointCount);
+    const Answer answer(button);
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QCOMPARE(answer.getQuestion(),
+             QStringLiteral("Заменить сеть проекта «two-benchmarks»? Результаты и протоколы "
+                            "обработки прежней сети пропадут."));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(int(window->getDocument().getPoints().size()), pointCount);
+    // Links name the project, so it keeps its name.
+    QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*]"));
+}
+
+void TestDeskWindow::reimportKeepsIdsAndDropsOldProtocols()
+{
+    run("Уравнивание");
+    const LONGID pointId = window->getDocument().getPoints()[2]->getId();
+    const LONGID sectionId = window->getDocument().getSections()[6]->getId();
+    const Answer answer(QStringLiteral("Заменить"));
+    window->importFile(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->getDocument().getPoints()[2]->getId(), pointId);
+    QCOMPARE(window->getDocument().getSections()[6]->getId(), sectionId);
+    QVERIFY(!window->getDocument().hasResults());
+    QCOMPARE(int(window->getDocument().getSummary().types.count(enums::Adjust)), 0);
+    QCOMPARE(int(window->getDocument().getSummary().types.count(enums::Import)), 1);
+}
+
+void TestDeskWindow::stoppedImportGivesNetworkBack()
+{
+    run("Уравнивание");
+    const LONGID pointId = window->getDocument().getPoints()[2]->getId();
+    // Stopped as soon as the new network is in the project.
+    connect(&window->getDocument(), &Document::networkReplaced, &window->getMonitor(),
+            &CProcessMonitor::stop);
+    const Answer answer(QStringLiteral("Заменить"));
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(window->getMonitor().wasInterrupted());
+    QCOMPARE(int(window->getDocument().getPoints().size()), 5);
+    QCOMPARE(window->getDocument().getPoints()[2]->getId(), pointId);
+    QVERIFY(window->getDocument().hasResults());
+    QCOMPARE(window->getDocument().getSummary().types.at(enums::Adjust).errors, 8);
+}
+
+void TestDeskWindow::closingAsksForUnsavedChanges_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<bool>("isClosed");
+    QTest::addColumn<bool>("isSaved");
+    QTest::newRow("save") << "Сохранить" << true << true;
+    QTest::newRow("do not save") << "Не сохранять" << true << false;
+    QTest::newRow("cancel") << "Отмена" << false << false;
+}
+
+void TestDeskWindow::closingAsksForUnsavedChanges()
+{
+    QFETCH(QString, button);
+    QFETCH(bool, isClosed);
+    QFETCH(bool, isSaved);
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window->saveFile(path));
+    QVERIFY(!window->isWindowModified());
+    const QByteArray before = readFile(path);
+    run("Предобработка");
+    QVERIFY(window->isWindowModified());
+
+    const Answer answer(button);
+    QCOMPARE(window->close(), isClosed);
+    QCOMPARE(answer.getQuestion(),
+             QStringLiteral("Сохранить изменения в проекте «two-benchmarks»? Без сохранения "
+                            "пропадут результаты и протоколы."));
+    QCOMPARE(window->isVisible(), !isClosed);
+    QCOMPARE(readFile(path) != before, isSaved);
+}
+
+void TestDeskWindow::closingDuringRunAsks_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<bool>("isClosed");
+    QTest::newRow("stop") << "Прервать" << true;
+    QTest::newRow("go on") << "Продолжить" << false;
+}
+
+void TestDeskWindow::closingDuringRunAsks()
+{
+    QFETCH(QString, button);
+    QFETCH(bool, isClosed);
+    QVERIFY(window->saveFile(desk->path(QStringLiteral("project.orvel"))));
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    window->getMonitor().setPaused(true);
+    const Answer answer(button);
+    window->close();
+    QCOMPARE(answer.getQuestion(), QStringLiteral("Прервать обработку и закрыть окно?"));
+    window->getMonitor().setPaused(false);
+    window->getMonitor().waitForFinished();
+    QCOMPARE(window->getMonitor().wasInterrupted(), isClosed);
+    QCOMPARE(window->isVisible(), !isClosed);
+}
+
+void TestDeskWindow::failedSaveSaysWhatToDo()
+{
+    QVERIFY(!window->saveFile(desk->path(QStringLiteral("no/such/folder.orvel"))));
+    const QStringList warnings = desk->application.takeWarnings();
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY(warnings[0].startsWith(QStringLiteral("Проект не сохранён. ")));
+    QVERIFY(warnings[0].contains(QStringLiteral("folder.orvel")));
+    QVERIFY(warnings[0].endsWith(QStringLiteral("Выберите другое место командой «Сохранить как».")));
+    QVERIFY(window->isWindowModified());
+}
+
+namespace {
+
+/// Drops the data on the window; whether it was taken.
+bool drop(DeskWindow& window, const QMimeData& data)
+{
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.setAccepted(false);
+    QCoreApplication::sendEvent(&window, &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent event(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    event.setAccepted(false);
+    QCoreApplication::sendEvent(&window, &event);
+    return event.isAccepted();
+}
+
+} // namespace
+
+void TestDeskWindow::droppedNetworkIsImported()
+{
+    window = desk->makeWindow();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(samplePath(QStringLiteral("blunder.gkf")))});
+    QVERIFY(drop(*window, data));
+    QTRY_COMPARE(int(window->getDocument().getPoints().size()), 12);
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->windowTitle(), QStringLiteral("blunder[*]"));
+}
+
+void TestDeskWindow::droppedProjectIsRequested()
+{
+    QStringList requested;
+    connect(window.get(), &DeskWindow::openRequested, this,
+            [&](const QString& path) { requested.append(path); });
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QStringLiteral("/some/project.orvel"))});
+    QVERIFY(drop(*window, data));
+    QTRY_COMPARE(requested, QStringList(QStringLiteral("/some/project.orvel")));
+}
+
+void TestDeskWindow::droppedTextIsRefused()
+{
+    QMimeData data;
+    data.setText(QStringLiteral("not a file"));
+    QVERIFY(!drop(*window, data));
+}
+
+void TestDeskWindow::recentFilesAreOffered()
+{
+    const QString path = desk->path(QStringLiteral("a&b.orvel"));
+    QVERIFY(window->saveFile(path));
+    const QString sample = QFileInfo(samplePath(QStringLiteral("two-benchmarks.gkf"))).absoluteFilePath();
+    QCOMPARE(recentfiles::get(), QStringList({path, sample}));
+
+    QStringList requested;
+    connect(window.get(), &DeskWindow::openRequested, this,
+            [&](const QString& file) { requested.append(file); });
+    for (auto* menu : window->findChildren<QMenu*>())
+        emit menu->aboutToShow();
+    QString text = path;
+    QVERIFY(triggerAction(*window, text.remove(QLatin1Char('&'))));
+    QCOMPARE(requested, QStringList(path));
+
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(recentfiles::get(), QStringList(sample));
+}
+
+void TestDeskWindow::searchIsClearedForLinkedItem()
+{
+    auto* search = window->findChild<QLineEdit*>();
+    search->setText(QStringLiteral("BMX"));
+    QCOMPARE(window->getTable().model()->rowCount(), 3);
+    window->locateItem(window->getDocument().getPoints()[4]->getId());
+    QCOMPARE(search->text(), QString());
+    QCOMPARE(window->getTable().currentIndex().data().toString(), QStringLiteral("C"));
+}
+
+void TestDeskWindow::linkToMissingItemIsExplained()
+{
+    window->locateItem(4711);
+    QCOMPARE(window->getMessageBar().getMessage(),
+             QStringLiteral("Этого пункта или этой секции в проекте больше нет."));
+}
+
+void TestDeskWindow::urisAreFollowed_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<DeskWindow::UriAnswer>("answer");
+    const auto taken = DeskWindow::UriAnswer::Taken;
+    const auto other = DeskWindow::UriAnswer::OtherProject;
+    const auto not_ = DeskWindow::UriAnswer::NotUnderstood;
+    const QString project = QStringLiteral("&project=two-benchmarks");
+    QTest::newRow("item") << QStringLiteral("orvel://locate-item?type=LevellingPoint&id=1000003") + project
+                          << taken;
+    QTest::newRow("protocol") << QStringLiteral("orvel://generate-protocol?id=%1").arg(int(enums::Import)) +
+                                     project
+                              << taken;
+    QTest::newRow("report") << QStringLiteral("orvel://generate-report?id=%1").arg(kHeightCatalogue) + project
+                            << taken;
+    QTest::newRow("another project") << "orvel://locate-item?id=1000003&project=Other" << other;
+    QTest::newRow("no project") << "orvel://locate-item?id=1000003" << other;
+    QTest::newRow("no id") << QStringLiteral("orvel://locate-item?type=LevellingPoint") + project << not_;
+    QTest::newRow("id is no number") << QStringLiteral("orvel://generate-protocol?id=abc") + project << not_;
+    QTest::newRow("unknown command") << QStringLiteral("orvel://delete-item?id=1000003") + project << not_;
+    QTest::newRow("another scheme") << QStringLiteral("survey://locate-item?id=1000003") + project << not_;
+}
+
+void TestDeskWindow::urisAreFollowed()
+{
+    QFETCH(QString, address);
+    QFETCH(DeskWindow::UriAnswer, answer);
+    QCOMPARE(window->followUri(QUrl(address)), answer);
+}
+
+void TestDeskWindow::uriDuringRunWaits()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    QCOMPARE(window->followUri(QUrl(uri("generate-protocol", enums::Import))), DeskWindow::UriAnswer::Taken);
+    QCOMPARE(window->getMessageBar().getMessage(),
+             QStringLiteral("Идёт обработка. Откройте ссылку ещё раз, когда она закончится."));
+    QCOMPARE(desk->opened.getPaths(), QStringList());
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->followUri(QUrl(uri("generate-protocol", enums::Adjust))), DeskWindow::UriAnswer::Taken);
+    QVERIFY(lastPage().contains(QStringLiteral("H = 105.15040 м")));
+}
+
+void TestDeskWindow::reportsAreWritten()
+{
+    run("Уравнивание");
+    QCOMPARE(window->followUri(QUrl(uri("generate-report", kHeightCatalogue))), DeskWindow::UriAnswer::Taken);
+    QVERIFY(lastPage().contains(QStringLiteral("<tr><td class=\"name\">A</td><td class=\"name\">определяемый "
+                                               "пункт</td><td>105.15040</td><td>32.76</td></tr>")));
+    QVERIFY(triggerAction(*window, QStringLiteral("Ведомость превышений и поправок")));
+    QVERIFY(lastPage().contains(
+        QStringLiteral("<tr><td class=\"name\">BMY – C</td><td>2.000</td><td>1.414</td><td>-1.25000</td>"
+                       "<td>-52.80</td><td>-1.30280</td><td>-49.89</td></tr>")));
+}
+
+void TestDeskWindow::reportNeedsResults()
+{
+    QCOMPARE(window->followUri(QUrl(uri("generate-report", kHeightCatalogue))), DeskWindow::UriAnswer::Taken);
+    QCOMPARE(window->getMessageBar().getMessage(),
+             QStringLiteral("Ведомости составляются по результатам. Сначала выполните уравнивание."));
+    QCOMPARE(desk->opened.getPaths(), QStringList());
+}
+
+void TestDeskWindow::classChangesTolerance()
+{
+    QVERIFY(window->saveFile(desk->path(QStringLiteral("project.orvel"))));
+    QVERIFY(triggerAction(*window, QStringLiteral("Класс I: 3 мм·√L")));
+    QVERIFY(window->isWindowModified());
+    run("Предобработка");
+    QVERIFY(window->getMonitor().getJournal()->toPlainText().contains(
+        QStringLiteral("Допустимая невязка: 3 мм·√L (класс I)")));
+    QCOMPARE(window->getDocument().getSummary().types.at(enums::Compile).errors, 4);
+}
+
+void TestDeskWindow::helpTellsOfEveryRun()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Что делает каждая обработка")));
+    const auto browsers = window->findChildren<QTextBrowser*>();
+    QVERIFY(!browsers.isEmpty());
+    const QString text = browsers.constLast()->toPlainText();
+    for (const char* name : {"Импорт", "Предобработка", "Уравнивание", "L1-анализ", "Экспорт"})
+        QVERIFY2(text.contains(QString::fromUtf8(name) + QLatin1Char('\n')), name);
+}
+
+void TestDeskWindow::everythingHasAccessibleName()
+{
+    run("Уравнивание");
+    for (const QWidget* widget : window->findChildren<QWidget*>()) {
+        const bool takesFocus = widget->focusPolicy() != Qt::NoFocus && widget->isVisibleTo(window.get());
+        const bool isNamed = !widget->accessibleName().isEmpty() || !widget->toolTip().isEmpty() ||
+                             !widget->property("text").toString().isEmpty() ||
+                             !widget->windowTitle().isEmpty();
+        // Parts of a named widget speak for it.
+        const bool isPart = widget->parentWidget() && !widget->parentWidget()->accessibleName().isEmpty();
+        QVERIFY2(!takesFocus || isNamed || isPart, widget->metaObject()->className());
+    }
+}
+
+void TestDeskWindow::layoutIsKept()
+{
+    QVERIFY(window->saveFile(desk->path(QStringLiteral("project.orvel"))));
+    window->resize(900, 600);
+    window->getTable().setColumnWidth(itemcolumns::Type, 77);
+    QVERIFY(window->close());
+    const auto another = desk->makeWindow();
+    QCOMPARE(another->size(), QSize(900, 600));
+    QCOMPARE(another->getTable().columnWidth(itemcolumns::Type), 77);
+}
+
+QTEST_MAIN(TestDeskWindow)
+#include "tst_deskwindow.moc"

@@ -1,0 +1,230 @@
+#include "apps/desk/document/Document.h"
+#include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemFilterModel.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/PointTableModel.h"
+#include "apps/desk/gui/SectionTableModel.h"
+#include "levelling/GkfReader.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/support/TestFiles.h"
+
+#include <QAbstractItemModelTester>
+#include <QTest>
+
+/// The table of points and sections.
+class TestItemTable : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void modelsKeepTheRules();
+    void showsPointsAndSections();
+    void showsResultsOfAdjustment();
+    void sortsNamesAsPeopleCount();
+    void sortsNumbersByValue();
+    void searchHidesWhatItDoesNotMean();
+    void selectsItemById();
+    void clickOpensProtocolOfPoint();
+    void clickOpensProtocolOfSection();
+    void enterOpensProtocol();
+    void clickOnUnmentionedItemDoesNothing();
+    void clickDuringRunDoesNothing();
+    void namesAreShownAsTheyAre();
+
+private:
+    QStringList column(int number) const;
+    QStringList row(const char* name) const;
+    QModelIndex cell(const char* name, int number) const;
+    void click(const QModelIndex& index) const;
+
+    std::unique_ptr<DeskFixture> desk;
+    std::unique_ptr<DeskWindow> window;
+};
+
+void TestItemTable::init()
+{
+    desk = std::make_unique<DeskFixture>();
+    window = desk->makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+}
+
+void TestItemTable::cleanup()
+{
+    window.reset();
+    desk.reset();
+}
+
+QStringList TestItemTable::column(int number) const
+{
+    QStringList texts;
+    const QAbstractItemModel* model = window->getTable().model();
+    for (int i = 0; i < model->rowCount(); ++i)
+        texts.append(model->index(i, number).data().toString());
+    return texts;
+}
+
+QModelIndex TestItemTable::cell(const char* name, int number) const
+{
+    const int index = column(itemcolumns::Name).indexOf(QString::fromUtf8(name));
+    return window->getTable().model()->index(index, number);
+}
+
+QStringList TestItemTable::row(const char* name) const
+{
+    QStringList texts;
+    for (int i = 0; i < itemcolumns::kCount; ++i)
+        texts.append(cell(name, i).data().toString());
+    return texts;
+}
+
+void TestItemTable::click(const QModelIndex& index) const
+{
+    ItemTable& table = window->getTable();
+    table.scrollTo(index);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(index).center());
+}
+
+void TestItemTable::modelsKeepTheRules()
+{
+    Document& document = window->getDocument();
+    PointTableModel points(document);
+    SectionTableModel sections(document);
+    const auto mode = QAbstractItemModelTester::FailureReportingMode::QtTest;
+    const QAbstractItemModelTester pointTester(&points, mode);
+    const QAbstractItemModelTester sectionTester(&sections, mode);
+    const QAbstractItemModelTester tableTester(window->getTable().model(), mode);
+
+    triggerAction(*window, QStringLiteral("Уравнивание"));
+    QVERIFY(window->getMonitor().waitForFinished());
+    window->getTable().getFilterModel()->setSearchText(QStringLiteral("BM"));
+    document.setNetwork(
+        levelling::GkfReader::readFile(samplePath(QStringLiteral("one-benchmark.gkf"))).network);
+    QCOMPARE(points.rowCount(), 8);
+    QCOMPARE(sections.rowCount(), 15);
+    window->getTable().getFilterModel()->setSearchText(QString());
+    QCOMPARE(window->getTable().model()->rowCount(), 23);
+}
+
+void TestItemTable::showsPointsAndSections()
+{
+    QCOMPARE(column(itemcolumns::Name),
+             toList("BMX|BMY|A|B|C|BMX – A|A – BMY|BMY – C|C – BMX|A – B|BMY – B|B – C"));
+    QCOMPARE(row("BMX"), toList("BMX|исходный репер|100.00000||||0|"));
+    QCOMPARE(row("A"), toList("A|пункт|||||0|"));
+    QCOMPARE(row("B – C"), toList("B – C|секция||1.414|1.70000||0|"));
+}
+
+void TestItemTable::showsResultsOfAdjustment()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(row("A"), toList("A|пункт|105.15040|32.76|||2|"));
+    QCOMPARE(row("BMY – C"), toList("BMY – C|секция||1.414|-1.25000|-52.80|2|"));
+    QVERIFY(!cell("A", itemcolumns::Report).data(Qt::DecorationRole).isNull());
+    QCOMPARE(cell("A", itemcolumns::Report).data(Qt::AccessibleTextRole).toString(),
+             QStringLiteral("есть протокол"));
+}
+
+void TestItemTable::sortsNamesAsPeopleCount()
+{
+    window = desk->makeWindow(samplePath(QStringLiteral("one-benchmark.gkf")));
+    window->getTable().getFilterModel()->setSearchText(QStringLiteral("пункт"));
+    window->getTable().sortByColumn(itemcolumns::Name, Qt::AscendingOrder);
+    QCOMPARE(column(itemcolumns::Name), toList("1|11|17|32|34|38|43"));
+}
+
+void TestItemTable::sortsNumbersByValue()
+{
+    window->getTable().sortByColumn(itemcolumns::Difference, Qt::AscendingOrder);
+    QCOMPARE(column(itemcolumns::Difference),
+             toList("-6.13000|-3.00000|-1.25000|-0.68000|1.70000|2.34000|5.10000|||||"));
+    window->getTable().sortByColumn(itemcolumns::Difference, Qt::DescendingOrder);
+    QCOMPARE(column(itemcolumns::Difference),
+             toList("5.10000|2.34000|1.70000|-0.68000|-1.25000|-3.00000|-6.13000|||||"));
+}
+
+void TestItemTable::searchHidesWhatItDoesNotMean()
+{
+    ItemFilterModel& filter = *window->getTable().getFilterModel();
+    filter.setSearchText(QStringLiteral("bmx секц"));
+    QCOMPARE(column(itemcolumns::Name), toList("BMX – A|C – BMX"));
+    filter.setSearchText(QStringLiteral("nothing"));
+    QCOMPARE(column(itemcolumns::Name), QStringList());
+    filter.setSearchText(QStringLiteral("  "));
+    QCOMPARE(column(itemcolumns::Name).size(), 12);
+}
+
+void TestItemTable::selectsItemById()
+{
+    const LONGID id = window->getDocument().getSections()[2]->getId();
+    QVERIFY(window->getTable().selectItem(id));
+    QCOMPARE(window->getTable().currentIndex().data().toString(), QStringLiteral("BMY – C"));
+    QCOMPARE(window->getTable().getCurrentItem(), id);
+    QVERIFY(!window->getTable().selectItem(4711));
+    QCOMPARE(window->getTable().getCurrentItem(), id);
+}
+
+void TestItemTable::clickOpensProtocolOfPoint()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    window->getTable().sortByColumn(itemcolumns::Name, Qt::DescendingOrder);
+    click(cell("A", itemcolumns::Report));
+    QCOMPARE(desk->opened.getPaths().size(), 1);
+    const QString page = QString::fromUtf8(readFile(desk->opened.getPaths().constFirst()));
+    QVERIFY(page.contains(QStringLiteral("H = 105.15040 м")));
+    QVERIFY(!page.contains(QStringLiteral("H = 104.48920 м")));
+}
+
+void TestItemTable::clickOpensProtocolOfSection()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    click(cell("BMY – C", itemcolumns::Report));
+    QCOMPARE(desk->opened.getPaths().size(), 1);
+    const QString page = QString::fromUtf8(readFile(desk->opened.getPaths().constFirst()));
+    QVERIFY(page.contains(QStringLiteral("v = -52.80 мм")));
+    QVERIFY(!page.contains(QStringLiteral("v = -67.20 мм")));
+}
+
+void TestItemTable::enterOpensProtocol()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    window->getTable().setCurrentIndex(cell("C", itemcolumns::Name));
+    QTest::keyClick(&window->getTable(), Qt::Key_Return);
+    QCOMPARE(desk->opened.getPaths().size(), 1);
+}
+
+void TestItemTable::clickOnUnmentionedItemDoesNothing()
+{
+    click(cell("A", itemcolumns::Report));
+    click(cell("BMY – C", itemcolumns::Report));
+    QCOMPARE(desk->opened.getPaths(), QStringList());
+}
+
+void TestItemTable::clickDuringRunDoesNothing()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(triggerAction(*window, QStringLiteral("Предобработка")));
+    QVERIFY(window->isRunWorking());
+    click(cell("A", itemcolumns::Report));
+    QCOMPARE(desk->opened.getPaths(), QStringList());
+    QVERIFY(window->getMonitor().waitForFinished());
+    click(cell("A", itemcolumns::Report));
+    QCOMPARE(desk->opened.getPaths().size(), 1);
+}
+
+void TestItemTable::namesAreShownAsTheyAre()
+{
+    window = desk->makeWindow(testNetworkPath(QStringLiteral("small.gkf")));
+    const QModelIndex index = cell("<img src=x>id=7", itemcolumns::Name);
+    QCOMPARE(index.data().toString(), QStringLiteral("<img src=x>id=7"));
+    QCOMPARE(index.data(Qt::ToolTipRole).toString(), QStringLiteral("&lt;img src=x&gt;id=7"));
+}
+
+QTEST_MAIN(TestItemTable)
+#include "tst_itemtable.moc"
