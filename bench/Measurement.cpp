@@ -1,12 +1,13 @@
 #include "bench/Measurement.h"
 
+#include "bench/Clocks.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <chrono>
-#include <ctime>
+#include <algorithm>
 #include <malloc.h>
 
 namespace {
@@ -33,13 +34,6 @@ void resetPeakMemory()
         qFatal("Cannot write %s", qUtf8Printable(file.fileName()));
 }
 
-double getCpuSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
 } // namespace
 
 Measurement measureCall(const std::function<void()>& function)
@@ -48,14 +42,14 @@ Measurement measureCall(const std::function<void()>& function)
     malloc_trim(0);
     resetPeakMemory();
     const qint64 bytesBefore = getMemoryFigure("VmRSS");
-    const double cpuBefore = getCpuSeconds();
-    const auto start = std::chrono::steady_clock::now();
+    const double cpuBefore = clocks::getProcessCpu();
+    const double start = clocks::getSteady();
     function();
-    const auto end = std::chrono::steady_clock::now();
+    const double end = clocks::getSteady();
 
     Measurement result;
-    result.cpuSeconds = getCpuSeconds() - cpuBefore;
-    result.seconds = std::chrono::duration<double>(end - start).count();
+    result.seconds = end - start;
+    result.cpuSeconds = clocks::getProcessCpu() - cpuBefore;
     result.peakBytes = std::max<qint64>(0, getMemoryFigure("VmHWM") - bytesBefore);
     return result;
 }
@@ -64,7 +58,7 @@ QByteArray toLine(const Measurement& measurement)
 {
     QJsonArray stalls;
     for (const Stall& stall : measurement.stalls)
-        stalls.append(QJsonArray{stall.part, stall.seconds});
+        stalls.append(QJsonArray{stall.part, stall.seconds, stall.cpuSeconds});
     const QJsonObject object{{QStringLiteral("seconds"), measurement.seconds},
                              {QStringLiteral("cpu_seconds"), measurement.cpuSeconds},
                              {QStringLiteral("peak_bytes"), measurement.peakBytes},
@@ -83,7 +77,9 @@ bool fromLine(const QByteArray& line, Measurement& measurement)
     measurement.peakBytes = static_cast<qint64>(object[QStringLiteral("peak_bytes")].toDouble());
     measurement.digest = object[QStringLiteral("digest")].toString();
     const QJsonArray stalls = object[QStringLiteral("stalls")].toArray();
-    for (const QJsonValue& stall : stalls)
-        measurement.stalls.push_back({stall.toArray().at(0).toString(), stall.toArray().at(1).toDouble()});
+    for (const QJsonValue& value : stalls) {
+        const QJsonArray stall = value.toArray();
+        measurement.stalls.push_back({stall[0].toString(), stall[1].toDouble(), stall[2].toDouble()});
+    }
     return true;
 }

@@ -8,7 +8,7 @@ struct Options
 {
     QString operation; ///< empty for all
     int size = 0;      ///< 0 for all
-    int rounds = 5;
+    int rounds = 3;
     bool isQuick = false;
     QString jsonPath;
     QString folder;  ///< for the files; empty for a temporary one

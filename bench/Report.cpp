@@ -56,7 +56,9 @@ QString makeStalls(const Series& series)
 {
     QStringList texts;
     for (const Stall& stall : series.getMedianStalls())
-        texts.append(QStringLiteral("%1 %2 ms").arg(stall.part, makeNumber(stall.seconds * 1000, 1)));
+        texts.append(QStringLiteral("%1 %2 ms (cpu %3)")
+                         .arg(stall.part, makeNumber(stall.seconds * 1000, 1),
+                              makeNumber(stall.cpuSeconds * 1000, 1)));
     return texts.isEmpty() ? QString() : QStringLiteral("longest stall: ") + texts.join(QStringLiteral(", "));
 }
 

@@ -112,9 +112,12 @@ qint64 Series::getMedianPeakBytes() const
 std::vector<Stall> Series::getMedianStalls() const
 {
     std::vector<Stall> stalls = measurements.front().stalls;
-    for (std::size_t i = 0; i < stalls.size(); ++i)
-        stalls[i].seconds = getMedian(
-            measurements, [i](const Measurement& measurement) { return measurement.stalls.at(i).seconds; });
+    for (std::size_t i = 0; i < stalls.size(); ++i) {
+        stalls[i].seconds =
+            getMedian(measurements, [i](const Measurement& each) { return each.stalls.at(i).seconds; });
+        stalls[i].cpuSeconds =
+            getMedian(measurements, [i](const Measurement& each) { return each.stalls.at(i).cpuSeconds; });
+    }
     return stalls;
 }
 

@@ -1,5 +1,7 @@
 #include "bench/StallWatch.h"
 
+#include "bench/Clocks.h"
+
 #include <algorithm>
 
 namespace {
@@ -17,20 +19,28 @@ StallWatch::StallWatch()
 
 void StallWatch::start()
 {
-    longestStall = 0;
-    sinceTick.start();
+    longest = Stall();
+    restart();
     timer.start();
 }
 
-double StallWatch::stop()
+Stall StallWatch::stop(const QString& part)
 {
     note();
     timer.stop();
-    return static_cast<double>(longestStall) * 1e-9;
+    longest.part = part;
+    return longest;
+}
+
+void StallWatch::restart()
+{
+    lastTick = clocks::getSteady();
+    cpuAtLastTick = clocks::getThreadCpu();
 }
 
 void StallWatch::note()
 {
-    longestStall = std::max(longestStall, sinceTick.nsecsElapsed() - kIntervalMs * qint64{1000000});
-    sinceTick.start();
+    longest.seconds = std::max(longest.seconds, clocks::getSteady() - lastTick - 0.001 * kIntervalMs);
+    longest.cpuSeconds = std::max(longest.cpuSeconds, clocks::getThreadCpu() - cpuAtLastTick);
+    restart();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include "bench/Task.h"
+
 #include <QTimer>
 
 /// Watches the event loop by a timer of 5 ms: how much too late it comes is how long the loop was away.
@@ -10,13 +11,15 @@ public:
     StallWatch();
 
     void start();
-    /// @return the longest stall since start(), in seconds
-    double stop();
+    /// The longest stall since start(), and the most work between two ticks.
+    Stall stop(const QString& part);
 
 private:
+    void restart();
     void note();
 
     QTimer timer;
-    QElapsedTimer sinceTick;
-    qint64 longestStall = 0; // ns
+    double lastTick = 0;
+    double cpuAtLastTick = 0;
+    Stall longest;
 };

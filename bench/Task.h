@@ -9,6 +9,7 @@ struct Stall
 {
     QString part;
     double seconds = 0;
+    double cpuSeconds = 0; ///< what the event loop's thread worked in that time
 };
 
 /// One operation of one program, ready to be measured.

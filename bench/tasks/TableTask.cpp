@@ -1,6 +1,7 @@
 #include "bench/tasks/TableTask.h"
 
 #include "bench/BenchHost.h"
+#include "bench/Clocks.h"
 #include "bench/SampleMessages.h"
 #include "host/delegates/CProjectItemModel.h"
 
@@ -8,7 +9,6 @@
 #include <QSortFilterProxyModel>
 #include <QTableView>
 
-#include <chrono>
 #include <functional>
 
 namespace {
@@ -56,11 +56,11 @@ private:
     /// A step is one reaction to the user, and the painting after it.
     void runStep(const QString& name, const std::function<void()>& step)
     {
-        const auto start = std::chrono::steady_clock::now();
+        const double start = clocks::getSteady();
+        const double cpuStart = clocks::getThreadCpu();
         step();
         QCoreApplication::processEvents();
-        const auto end = std::chrono::steady_clock::now();
-        stalls.push_back({name, std::chrono::duration<double>(end - start).count()});
+        stalls.push_back({name, clocks::getSteady() - start, clocks::getThreadCpu() - cpuStart});
     }
 
     BenchHost host;

@@ -84,16 +84,16 @@ public:
         stallWatch.start();
         monitor.start([this](qor::IProcessMonitor& target) { writeLines(lines, target); });
         monitor.waitForFinished();
-        stall = stallWatch.stop();
+        stall = stallWatch.stop(QStringLiteral("run"));
     }
 
-    std::vector<Stall> getStalls() const override { return {{QStringLiteral("run"), stall}}; }
+    std::vector<Stall> getStalls() const override { return {stall}; }
 
 private:
     ProjectWindow window;
     OrvelProcessMonitor monitor;
     StallWatch stallWatch;
-    double stall = 0;
+    Stall stall;
 };
 
 class BareRun : public RunTask
