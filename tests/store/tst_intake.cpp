@@ -265,15 +265,19 @@ void TestIntake::idsAreThoseOfTheRegularExpressions()
     std::mt19937 engine(19790101);
     std::uniform_int_distribution<int> length(0, 20);
     std::uniform_int_distribution<int> choice(0, static_cast<int>(pieces.size()) - 1);
+    const auto makeLine = [&] {
+        QString line;
+        for (int n = length(engine); n > 0; --n)
+            line += pieces[choice(engine)];
+        return line;
+    };
 
     ProtocolFixture f;
     int withIds = 0;
     for (int i = 0; i < 30000; ++i) {
-        QString line;
-        for (int n = length(engine); n > 0; --n)
-            line += pieces[choice(engine)];
+        const QString line = makeLine();
         const COVMessage message = takenIn(f.protocol, line);
-        const QString text = line.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+        const QString text = QString(line).replace(QLatin1Char('\n'), QLatin1String("<br>"));
         const Ids wanted = reference::findAnchors(text).isEmpty() ? Ids{0} : reference::findIds(text);
         QVERIFY2(message.itemIds == wanted && message.itemTypes.size() == wanted.size(),
                  qUtf8Printable(text));
