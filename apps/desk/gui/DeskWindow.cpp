@@ -175,9 +175,10 @@ bool DeskWindow::save()
 
 bool DeskWindow::mayBeClosed()
 {
-    if (isRunWorking())
-        return mayStopRun();
-    if (!document->isModified())
+    if (isRunWorking() && !mayStopRun())
+        return false;
+    // A run that still works is stopped first; this is asked again when it is over.
+    if (isRunWorking() || !document->isModified())
         return true;
     QMessageBox box(QMessageBox::Question, Desk::tr("Проект не сохранён"),
                     Desk::tr("Сохранить изменения в проекте «%1»?").arg(document->getProject().getName()),

@@ -49,7 +49,8 @@ public:
     bool saveFile(const QString& path);
     /// Saves, with a question for the file's name if there is none yet. False if the user gave up.
     bool save();
-    /// True if there is nothing to lose, after questions about what there is.
+    /// True if there is nothing to lose, after questions about what there is; a run may be working still,
+    /// which the user gave up.
     bool mayBeClosed();
 
     void showProtocol(int protocolType);
