@@ -1,0 +1,224 @@
+#include "Orvel/store/COrvel.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/Document.h"
+#include "levelling/GkfReader.h"
+#include "tests/desk/DeskFixture.h"
+
+#include <QSet>
+#include <QSignalSpy>
+#include <QTest>
+
+/// The project's network as items.
+class TestDocument : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void idsAreUniqueOverPointsAndSections();
+    void noIdIsPartOfAnother();
+    void bothKindsOfItemAreFoundByLinks();
+    void repeatedSectionsGetNumbers();
+    void sameNamesKeepTheirIds();
+    void idsAreNeverGivenAgain();
+    void snapshotIsTheNetwork();
+    void adjustmentGivesResults();
+    void failedAdjustmentLeavesNone();
+    void changedContentIsModified();
+    void inconsistentContentIsRefused_data();
+    void inconsistentContentIsRefused();
+    void copiedContentKeepsEverything();
+
+private:
+    static levelling::Network readNetwork(const char* sample);
+
+    std::unique_ptr<DeskFixture> desk;
+    std::unique_ptr<Document> document;
+};
+
+void TestDocument::init()
+{
+    qRegisterMetaType<LONGID>("LONGID");
+    desk = std::make_unique<DeskFixture>();
+    document = std::make_unique<Document>(desk->plugins, QStringLiteral("Проект"));
+    document->setNetwork(readNetwork("blunder.gkf"));
+}
+
+void TestDocument::cleanup()
+{
+    document.reset();
+    desk.reset();
+}
+
+levelling::Network TestDocument::readNetwork(const char* sample)
+{
+    return levelling::GkfReader::readFile(samplePath(QString::fromLatin1(sample))).network;
+}
+
+void TestDocument::idsAreUniqueOverPointsAndSections()
+{
+    QSet<LONGID> ids;
+    for (const LevellingPoint* point : document->getPoints())
+        ids.insert(point->getId());
+    for (const LevellingSection* section : document->getSections())
+        ids.insert(section->getId());
+    QCOMPARE(ids.size(), 12 + 19);
+    QVERIFY(!ids.contains(0));
+}
+
+void TestDocument::noIdIsPartOfAnother()
+{
+    for (const LevellingSection* section : document->getSections())
+        QCOMPARE(QString::number(section->getId()).size(), 7);
+    QCOMPARE(QString::number(document->getPoints()[0]->getId()).size(), 7);
+}
+
+void TestDocument::bothKindsOfItemAreFoundByLinks()
+{
+    const COrvel& protocol = document->getProtocol();
+    const LevellingPoint* point = document->getPoints()[3];
+    const LevellingSection* section = document->getSections()[9];
+    QCOMPARE(QString::fromStdWString(protocol.GetItemLink(point->getId(), L"x")),
+             QStringLiteral("<a href=\"orvel://locate-item?type=LevellingPoint&id=%1&project="
+                            "%D0%9F%D1%80%D0%BE%D0%B5%D0%BA%D1%82\">x</a>")
+                 .replace(QStringLiteral("%1"), QString::number(point->getId())));
+    QVERIFY(QString::fromStdWString(protocol.GetItemLink(section->getId(), L"x"))
+                .contains(QStringLiteral("type=LevellingSection&id=%1&").arg(section->getId())));
+    QCOMPARE(document->getModel().findItemAnywhere(point->getId())->getType(), kPointItemType);
+    QCOMPARE(int(document->getModel().getTervoObject()->findItem(section->getId())->getType()),
+             kSectionItemType);
+    QVERIFY(!document->getModel().findItemAnywhere(section->getId()));
+}
+
+void TestDocument::repeatedSectionsGetNumbers()
+{
+    QCOMPARE(document->getSections()[10]->getName(), QStringLiteral("М5 – М3"));
+    QCOMPARE(document->getSections()[11]->getName(), QStringLiteral("М5 – М3 (2)"));
+    QCOMPARE(document->getSections()[4]->getName(), QStringLiteral("М3 – М1"));
+}
+
+void TestDocument::sameNamesKeepTheirIds()
+{
+    const LONGID point = document->getPoints()[4]->getId();
+    const LONGID repeated = document->getSections()[11]->getId();
+    levelling::Network network = readNetwork("blunder.gkf");
+    network.sections.erase(network.sections.begin());
+    document->setNetwork(network);
+    QCOMPARE(document->getPoints()[4]->getId(), point);
+    QCOMPARE(document->getSections()[10]->getId(), repeated);
+    QCOMPARE(document->getSections()[10]->getName(), QStringLiteral("М5 – М3 (2)"));
+}
+
+void TestDocument::idsAreNeverGivenAgain()
+{
+    QSet<LONGID> ids;
+    for (const LevellingPoint* point : document->getPoints())
+        ids.insert(point->getId());
+    document->setNetwork(readNetwork("one-benchmark.gkf"));
+    for (const LevellingPoint* point : document->getPoints())
+        QVERIFY(!ids.contains(point->getId()));
+}
+
+void TestDocument::snapshotIsTheNetwork()
+{
+    const NetworkSnapshot snapshot = document->getSnapshot();
+    const levelling::Network network = readNetwork("blunder.gkf");
+    QCOMPARE(snapshot.network.points.size(), network.points.size());
+    QCOMPARE(snapshot.network.points[1].id, QStringLiteral("Рп102"));
+    QCOMPARE(*snapshot.network.points[1].height, 151.846);
+    QVERIFY(snapshot.network.points[1].fixed);
+    QCOMPARE(snapshot.network.sections[11].difference, 0.7385);
+    QCOMPARE(snapshot.network.sections[11].line, network.sections[11].line);
+    QCOMPARE(snapshot.network.parameters.sigmaApriori, 3.0);
+    QCOMPARE(snapshot.pointIds[1], document->getPoints()[1]->getId());
+    QCOMPARE(snapshot.sectionIds[11], document->getSections()[11]->getId());
+    QCOMPARE(snapshot.sectionNames[11], QStringLiteral("М5 – М3 (2)"));
+}
+
+void TestDocument::adjustmentGivesResults()
+{
+    const QSignalSpy changes(&document->getModel(), &CProjectModel::itemChanged);
+    QVERIFY(!document->hasResults());
+    document->setAdjustment(levelling::adjust(document->getSnapshot().network));
+    QVERIFY(document->hasResults());
+    QCOMPARE(changes.size(), 12);
+    QVERIFY(document->getPoints()[2]->getResult());
+    QVERIFY(!document->getPoints()[8]->getResult()); // Вр1 hangs in the air
+    QVERIFY(document->getSections()[9]->getResult()->residual < -39.0);
+}
+
+void TestDocument::failedAdjustmentLeavesNone()
+{
+    document->setAdjustment(levelling::adjust(document->getSnapshot().network));
+    levelling::Adjustment failed;
+    failed.status = levelling::AdjustmentStatus::Singular;
+    document->setAdjustment(failed);
+    QVERIFY(!document->hasResults());
+}
+
+void TestDocument::changedContentIsModified()
+{
+    const QSignalSpy changes(document.get(), &Document::modifiedChanged);
+    QVERIFY(document->isModified());
+    document->setModified(false);
+    document->setLevellingClass(LevellingClass::IV);
+    QVERIFY(!document->isModified());
+    document->setLevellingClass(LevellingClass::II);
+    QVERIFY(document->isModified());
+    document->setModified(false);
+    document->setAdjustment(levelling::adjust(document->getSnapshot().network));
+    QVERIFY(document->isModified());
+    QCOMPARE(changes.size(), 4);
+}
+
+void TestDocument::inconsistentContentIsRefused_data()
+{
+    QTest::addColumn<LONGID>("secondId");
+    QTest::addColumn<LONGID>("nextId");
+    QTest::addColumn<int>("end");
+    QTest::addColumn<bool>("isTaken");
+    QTest::newRow("consistent") << LONGID(1000002) << LONGID(1000004) << 1 << true;
+    QTest::newRow("same ids") << LONGID(1000001) << LONGID(1000004) << 1 << false;
+    QTest::newRow("id of no item") << LONGID(0) << LONGID(1000004) << 1 << false;
+    QTest::newRow("id still to be given") << LONGID(1000002) << LONGID(1000003) << 1 << false;
+    QTest::newRow("no such point") << LONGID(1000002) << LONGID(1000004) << 2 << false;
+    QTest::newRow("negative point") << LONGID(1000002) << LONGID(1000004) << -1 << false;
+}
+
+void TestDocument::inconsistentContentIsRefused()
+{
+    QFETCH(LONGID, secondId);
+    QFETCH(LONGID, nextId);
+    QFETCH(int, end);
+    QFETCH(bool, isTaken);
+    Document::Content content;
+    content.points.push_back(std::make_unique<LevellingPoint>(1000001, levelling::Point()));
+    content.points.push_back(std::make_unique<LevellingPoint>(secondId, levelling::Point()));
+    levelling::Section section;
+    section.to = end;
+    content.sections.push_back(
+        std::make_unique<LevellingSection>(1000003, section, QStringLiteral("section")));
+    content.nextId = nextId;
+    QCOMPARE(document->setContent(std::move(content)), isTaken);
+    QCOMPARE(int(document->getPoints().size()), isTaken ? 2 : 12);
+}
+
+void TestDocument::copiedContentKeepsEverything()
+{
+    document->setAdjustment(levelling::adjust(document->getSnapshot().network));
+    document->setLevellingClass(LevellingClass::III);
+    Document::Content content = document->copyContent();
+    const LONGID id = document->getPoints()[4]->getId();
+    const double height = document->getPoints()[4]->getResult()->height;
+    document->setNetwork(readNetwork("one-benchmark.gkf"));
+    QVERIFY(document->setContent(std::move(content)));
+    QCOMPARE(document->getPoints()[4]->getId(), id);
+    QCOMPARE(document->getPoints()[4]->getResult()->height, height);
+    QCOMPARE(document->getLevellingClass(), LevellingClass::III);
+    QCOMPARE(int(document->getSections().size()), 19);
+}
+
+QTEST_MAIN(TestDocument)
+#include "tst_document.moc"

@@ -1,0 +1,78 @@
+#include "apps/desk/runs/NumberTexts.h"
+
+#include <QLocale>
+#include <QTest>
+
+#include <limits>
+
+/// Numbers as they stand in protocols, tables and files.
+class TestNumberTexts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fixed_data();
+    void fixed();
+    void significant_data();
+    void significant();
+    void signOfResiduals();
+    void languageChangesNothing();
+};
+
+void TestNumberTexts::fixed_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("plain") << 105.1504 << "105.150";
+    QTest::newRow("negative") << -1.0006 << "-1.001";
+    QTest::newRow("zero") << 0.0 << "0.000";
+    QTest::newRow("negative zero") << -0.0 << "0.000";
+    QTest::newRow("rounded to zero") << -0.0004 << "0.000";
+    QTest::newRow("infinite") << -std::numeric_limits<double>::infinity() << "-inf";
+}
+
+void TestNumberTexts::fixed()
+{
+    QFETCH(double, value);
+    QFETCH(QString, text);
+    QCOMPARE(numbers::fixed(value, 3), text);
+}
+
+void TestNumberTexts::significant_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("tens") << 30.95157 << "30.952";
+    QTest::newRow("units") << 2.051861 << "2.0519";
+    QTest::newRow("tenths") << 0.683951 << "0.68395";
+    QTest::newRow("thousandths") << 0.00123456 << "0.0012346";
+    QTest::newRow("large") << 1234567.8 << "1234568";
+    QTest::newRow("negative") << -30.95157 << "-30.952";
+    QTest::newRow("zero") << 0.0 << "0.0000";
+}
+
+void TestNumberTexts::significant()
+{
+    QFETCH(double, value);
+    QFETCH(QString, text);
+    QCOMPARE(numbers::significant(value, 5), text);
+}
+
+void TestNumberTexts::signOfResiduals()
+{
+    QCOMPARE(numbers::misclosure(50.4), QStringLiteral("+50.40"));
+    QCOMPARE(numbers::misclosure(-8.6), QStringLiteral("-8.60"));
+    QCOMPARE(numbers::misclosure(-0.001), QStringLiteral("+0.00"));
+}
+
+void TestNumberTexts::languageChangesNothing()
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Russian));
+    QCOMPARE(numbers::height(12345.678), QStringLiteral("12345.67800"));
+    QCOMPARE(numbers::length(1.5), QStringLiteral("1.500"));
+    QLocale::setDefault(before);
+}
+
+QTEST_GUILESS_MAIN(TestNumberTexts)
+#include "tst_numbertexts.moc"

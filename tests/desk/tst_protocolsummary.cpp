@@ -1,0 +1,90 @@
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/desk/document/ProtocolSummary.h"
+#include "tests/support/TestFiles.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+/// Counts of protocol lines by type and item.
+class TestProtocolSummary : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void countsKindsByType();
+    void countsLinesOfItems();
+    void missingFileIsEmpty();
+    void damagedFileCountsUpToTheDamage();
+
+private:
+    static ProtocolSummary read(const QByteArray& content);
+};
+
+namespace {
+
+QByteArray makeLine(int type, int kind, const QByteArray& items)
+{
+    return "<li ptype=\"" + QByteArray::number(type) + "\" mtype=\"" + QByteArray::number(kind) + "\">" +
+           items + "<mess><![CDATA[text with <item iid=\"7\"/>]]></mess></li>\n";
+}
+
+QByteArray makeItem(int id)
+{
+    return "<item iid=\"" + QByteArray::number(id) + "\" itype=\"1\"/>";
+}
+
+QByteArray makeFile(const QByteArray& lines)
+{
+    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<messagelist>\n" + lines + "</messagelist>\n";
+}
+
+} // namespace
+
+ProtocolSummary TestProtocolSummary::read(const QByteArray& content)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("data.xml"));
+    writeFile(path, content);
+    return ProtocolSummary::read(path);
+}
+
+void TestProtocolSummary::countsKindsByType()
+{
+    const ProtocolSummary summary = read(makeFile(
+        makeLine(enums::Adjust, 3, {}) + makeLine(enums::Adjust, 3, {}) + makeLine(enums::Adjust, 4, {}) +
+        makeLine(enums::Adjust, 6, {}) + makeLine(enums::Compile, 5, {}) + makeLine(enums::Compile, 1, {})));
+    QCOMPARE(int(summary.types.size()), 2);
+    QCOMPARE(summary.types.at(enums::Adjust).errors, 2);
+    QCOMPARE(summary.types.at(enums::Adjust).warnings, 1);
+    QCOMPARE(summary.types.at(enums::Adjust).messages, 0);
+    QCOMPARE(summary.types.at(enums::Compile).errors, 0);
+    QCOMPARE(summary.types.at(enums::Compile).messages, 1);
+}
+
+void TestProtocolSummary::countsLinesOfItems()
+{
+    const ProtocolSummary summary =
+        read(makeFile(makeLine(enums::Adjust, 3, makeItem(5) + makeItem(6) + makeItem(5)) +
+                      makeLine(enums::Import, 5, makeItem(5))));
+    QCOMPARE(summary.linesOfItem.value(5), 2);
+    QCOMPARE(summary.linesOfItem.value(6), 1);
+    QCOMPARE(summary.linesOfItem.value(7), 0);
+}
+
+void TestProtocolSummary::missingFileIsEmpty()
+{
+    const ProtocolSummary summary = ProtocolSummary::read(QStringLiteral("/no/such/file.xml"));
+    QVERIFY(summary.types.empty());
+    QVERIFY(summary.linesOfItem.isEmpty());
+}
+
+void TestProtocolSummary::damagedFileCountsUpToTheDamage()
+{
+    const ProtocolSummary summary =
+        read("<messagelist>" + makeLine(enums::Adjust, 3, {}) + "<li ptype=\"" + QByteArray::number(1));
+    QCOMPARE(summary.types.at(enums::Adjust).errors, 1);
+    QCOMPARE(int(summary.types.size()), 1);
+}
+
+QTEST_GUILESS_MAIN(TestProtocolSummary)
+#include "tst_protocolsummary.moc"

@@ -1,0 +1,301 @@
+#include "apps/desk/runs/AdjustRun.h"
+#include "apps/desk/runs/CompileRun.h"
+#include "apps/desk/runs/ExportRun.h"
+#include "apps/desk/runs/ImportRun.h"
+#include "apps/desk/runs/L1Run.h"
+#include "tests/desk/LineCollector.h"
+#include "tests/support/TestFiles.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+/// What runs write about networks that whole files do not show: each edge by itself.
+class TestRuns : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void compileOfEmptyProject();
+    void compileWithoutLengthsTakesThreeSigma();
+    void compileWithoutSurplusWarns();
+    void compileNamesLonelyBenchmark();
+    void adjustmentWithoutDatum();
+    void adjustmentWithoutSurplus();
+    void adjustmentChecksAbsoluteTerms();
+    void adjustmentOfTwoComponentsGivesBothFits();
+    void l1WithoutDatum();
+    void l1SaysWhenNotUnique();
+    void stoppedRunsEndAtOnce();
+    void exportQuotesNames();
+    void exportToMissingFolder();
+    void everyProblemHasItsSentence_data();
+    void everyProblemHasItsSentence();
+
+private:
+    int addPoint(const char* name, std::optional<double> fixedHeight = std::nullopt);
+    void addSection(int from, int to, double difference, std::optional<double> distance);
+    /// A section from A, which may be fixed, to B.
+    void addLine(std::optional<double> fixedHeight);
+    bool has(const char* line) const { return monitor.lines.contains(QString::fromUtf8(line)); }
+
+    NetworkSnapshot snapshot;
+    LineCollector monitor;
+};
+
+void TestRuns::init()
+{
+    snapshot = NetworkSnapshot();
+    snapshot.network.parameters.sigmaApriori = 2.0;
+    monitor = LineCollector();
+}
+
+int TestRuns::addPoint(const char* name, std::optional<double> fixedHeight)
+{
+    levelling::Point point;
+    point.id = QString::fromUtf8(name);
+    point.fixed = fixedHeight.has_value();
+    point.height = fixedHeight;
+    snapshot.network.points.push_back(point);
+    snapshot.pointIds.push_back(10 + static_cast<LONGID>(snapshot.pointIds.size()));
+    return static_cast<int>(snapshot.network.points.size()) - 1;
+}
+
+void TestRuns::addSection(int from, int to, double difference, std::optional<double> distance)
+{
+    levelling::Section section;
+    section.from = from;
+    section.to = to;
+    section.difference = difference;
+    section.distance = distance;
+    section.sigma = 2.0;
+    snapshot.network.sections.push_back(section);
+    snapshot.sectionIds.push_back(50 + static_cast<LONGID>(snapshot.sectionIds.size()));
+    snapshot.sectionNames.append(QStringLiteral("s%1").arg(snapshot.sectionNames.size()));
+}
+
+void TestRuns::addLine(std::optional<double> fixedHeight)
+{
+    const int a = addPoint("A", fixedHeight);
+    const int b = addPoint("B");
+    addSection(a, b, 1.0, 1.0);
+}
+
+void TestRuns::compileOfEmptyProject()
+{
+    runCompile(monitor, snapshot, LevellingClass::IV);
+    QCOMPARE(monitor.lines, QStringList(QStringLiteral(
+                                "error:В проекте нет ни одной секции. Импортируйте нивелирную сеть.")));
+}
+
+void TestRuns::compileWithoutLengthsTakesThreeSigma()
+{
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    addSection(a, b, 1.0, std::nullopt);
+    addSection(a, b, 1.010, std::nullopt);
+    runCompile(monitor, snapshot, LevellingClass::I);
+    // 3 * 2 mm * sqrt(2) = 8.49 mm
+    QVERIFY(has("error:Повторные измерения [50:s0], [51:s1]: расхождение 10.00 мм, больше допуска 8.49 мм"));
+    QVERIFY(
+        has("error:Полигон [10:A] → [11:B] → [10:A]: невязка -10.00 мм, больше допуска ±8.49 мм, длина не "
+            "задана; секции: [50:s0], [51:s1]"));
+}
+
+void TestRuns::compileWithoutSurplusWarns()
+{
+    addLine(10.0);
+    runCompile(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(
+        has("warning:В части 1 нет избыточных измерений, ошибки в ней не обнаруживаются: [10:A], [11:B]"));
+}
+
+void TestRuns::compileNamesLonelyBenchmark()
+{
+    addLine(10.0);
+    addPoint("C", 12.0);
+    runCompile(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has("warning:Исходный репер [12:C] не связан ни с одной секцией"));
+}
+
+void TestRuns::adjustmentWithoutDatum()
+{
+    addLine(std::nullopt);
+    const auto adjustment = runAdjust(monitor, snapshot);
+    QVERIFY(adjustment);
+    QVERIFY(adjustment->status == levelling::AdjustmentStatus::NothingToAdjust);
+    QVERIFY(
+        has("error:Уравнивать нечего: ни одна секция не ведёт от исходного репера к определяемому пункту"));
+    QVERIFY(has(
+        "error:Высота пункта [11:B] не определяется: его часть сети не связана ни с одним исходным репером"));
+    QCOMPARE(monitor.lines.count(QStringLiteral("stage end")), 1);
+}
+
+void TestRuns::adjustmentWithoutSurplus()
+{
+    addLine(10.0);
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(has("warning:СКО единицы веса σ₀ (1 км хода): априорная 2.0000 мм; апостериорная не "
+                "определяется, так как "
+                "избыточных измерений нет"));
+    QVERIFY(
+        has("message:Пункт [11:B]: H = 11.00000 м, СКО априорная 2.000 мм, апостериорная не определяется"));
+    QVERIFY(
+        has("warning:Секция [50:s0]: h = 1.00000 м, v = +0.00 мм, не контролируется другими измерениями"));
+    QCOMPARE(monitor.lines.count(QStringLiteral("stage end")), 3);
+}
+
+void TestRuns::adjustmentChecksAbsoluteTerms()
+{
+    snapshot.network.parameters.toleranceAbsolute = 100.0;
+    const int a = addPoint("A", 10.0);
+    addSection(a, addPoint("B"), 1.0, 1.0);
+    addSection(a, 1, 1.2, 1.0);
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(has(
+        "warning:Секция [51:s1]: превышение отличается от приближённых высот на +200.00 мм, допуск ±100 мм "
+        "(tol-abs)"));
+}
+
+void TestRuns::adjustmentOfTwoComponentsGivesBothFits()
+{
+    for (const char* name : {"A", "C"}) {
+        const int benchmark = addPoint(name, 10.0);
+        const int point = addPoint("x");
+        addSection(benchmark, point, 1.0, 1.0);
+        addSection(benchmark, point, 1.002, 1.0);
+    }
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(has("message:Число степеней свободы: 2"));
+    QVERIFY(has("message:Часть 1: степеней свободы 1, апостериорная σ₀ 1.4142 мм"));
+    QVERIFY(has("message:Часть 2: степеней свободы 1, апостериорная σ₀ 1.4142 мм"));
+}
+
+void TestRuns::l1WithoutDatum()
+{
+    addLine(std::nullopt);
+    runL1Analysis(monitor, snapshot);
+    QVERIFY(has(
+        "error:Анализировать нечего: ни одна секция не ведёт от исходного репера к определяемому пункту"));
+    QVERIFY(has("warning:Пункт [10:A] не участвует: его высота не определяется"));
+}
+
+void TestRuns::l1SaysWhenNotUnique()
+{
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    addSection(a, b, 1.0, 1.0);
+    addSection(a, b, 1.1, 1.0);
+    runL1Analysis(monitor, snapshot);
+    QVERIFY(has(
+        "warning:Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: [11:B]. "
+        "Грубая ошибка может быть в другой секции тех же полигонов."));
+    QVERIFY(has("message:Σ|v|/σ = 50.0000; секций с грубой ошибкой: 1, с поправкой: 1, без поправки: 1"));
+}
+
+void TestRuns::stoppedRunsEndAtOnce()
+{
+    addLine(10.0);
+    monitor.isRunning = false;
+    QVERIFY(!runAdjust(monitor, snapshot));
+    runCompile(monitor, snapshot, LevellingClass::IV);
+    runL1Analysis(monitor, snapshot);
+    QVERIFY(monitor.lines.filter(QStringLiteral("H = ")).isEmpty());
+    QVERIFY(monitor.lines.filter(QStringLiteral("Полигон")).isEmpty());
+}
+
+void TestRuns::exportQuotesNames()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("heights.csv"));
+    QCOMPARE(runExport(monitor,
+                       {{QStringLiteral("a,b"), 1, 1.5, 0.5},
+                        {QStringLiteral("say \"x\""), 2, -1.0, 2.0},
+                        {QStringLiteral("none"), 3, std::nullopt, 0.0}},
+                       path),
+             QString());
+    QCOMPARE(readFile(path), QByteArray("point,height_m,sigma_mm\n"
+                                        "\"a,b\",1.50000,0.500\n"
+                                        "\"say \"\"x\"\"\",-1.00000,2.000\n"));
+    QVERIFY(has("warning:Пункт [3:none] не выведен: его высота не определена"));
+}
+
+void TestRuns::exportToMissingFolder()
+{
+    const QString failure =
+        runExport(monitor, {{QStringLiteral("A"), 1, 1.5, 0.5}}, QStringLiteral("/no/such/folder.csv"));
+    QVERIFY(failure.contains(QStringLiteral("/no/such/folder.csv")));
+    QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
+}
+
+void TestRuns::everyProblemHasItsSentence_data()
+{
+    QTest::addColumn<QString>("xml");
+    QTest::addColumn<QString>("line");
+    const auto row = [](const char* name, const char* xml, const char* line) {
+        QTest::newRow(name) << QString::fromUtf8(xml) << QString::fromUtf8(line);
+    };
+    row("unknown element", "<tilt/>",
+        "warning:Строка 3: неизвестный элемент &lt;tilt&gt; внутри &lt;points-observations&gt; пропущен со "
+        "всем "
+        "содержимым");
+    row("point without a name", "<point z=\"1\"/>", "error:Строка 3: пункт без имени (id) пропущен");
+    row("point declared again", "<point id=\"A\" z=\"3\" fix=\"z\"/>",
+        "warning:Строка 3: пункт [1:A] объявлен повторно (впервые в строке 2), действует позднее объявление");
+    row("no role", "<point id=\"X\"/>",
+        "warning:Строка 3: пункт [3:X] не назван ни исходным (fix), ни определяемым (adj), принят "
+        "определяемым");
+    row("both roles", "<point id=\"X\" z=\"1\" fix=\"z\" adj=\"z\"/>",
+        "warning:Строка 3: пункт [3:X] назван и исходным (fix), и определяемым (adj), принят исходным");
+    row("fixed without height", "<point id=\"X\" fix=\"z\"/>",
+        "error:Строка 3: у исходного пункта [3:X] нет отметки, принят определяемым");
+    row("bad height", "<point id=\"X\" z=\"&lt;b&gt;\" adj=\"z\"/>",
+        "error:Строка 3: пункт [3:X]: непригодная отметка «&lt;b&gt;», считается не заданной");
+    row("no end", "<height-differences><dh from=\"A\" val=\"1\" dist=\"1\"/></height-differences>",
+        "error:Строка 3: секция «[1:A]» – «» без начального или конечного пункта пропущена");
+    row("same ends",
+        "<height-differences><dh from=\"A\" to=\"A\" val=\"1\" dist=\"1\"/></height-differences>",
+        "error:Строка 3: секция [1:A] – [1:A] начинается и кончается на одном пункте, пропущена");
+    row("bad value",
+        "<height-differences><dh from=\"A\" to=\"B\" val=\"x\" dist=\"1\"/></height-differences>",
+        "error:Строка 3: секция [1:A] – [2:B]: непригодное превышение «x», секция пропущена");
+    row("no weight", "<height-differences><dh from=\"A\" to=\"B\" val=\"1\"/></height-differences>",
+        "error:Строка 3: секция [1:A] – [2:B]: нет ни длины (dist), ни СКО (stdev), секция пропущена");
+    row("bad length",
+        "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"-1\" "
+        "stdev=\"1\"/></height-differences>",
+        "error:Строка 3: секция [1:A] – [2:B]: непригодная длина «-1», считается не заданной");
+    row("bad deviation",
+        "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"1\" stdev=\"0\"/></height-differences>",
+        "error:Строка 3: секция [1:A] – [2:B]: непригодная СКО «0», считается не заданной");
+    row("another measurement", "<obs from=\"A\"><distance to=\"B\" val=\"1\"/></obs>",
+        "error:Строка 3: измерение &lt;distance&gt; («A» – «B») не является превышением, пропущено");
+}
+
+void TestRuns::everyProblemHasItsSentence()
+{
+    QFETCH(QString, xml);
+    QFETCH(QString, line);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("network.gkf"));
+    writeFile(path, QStringLiteral("<gama-local><network><points-observations>\n"
+                                   "<point id=\"A\" z=\"1\" fix=\"z\"/><point id=\"B\" adj=\"z\"/>\n"
+                                   "%1\n"
+                                   "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"1\"/>"
+                                   "</height-differences></points-observations></network></gama-local>\n")
+                        .arg(xml)
+                        .toUtf8());
+    const QString failure =
+        runImport(monitor, path, [](const levelling::Network& network, NetworkSnapshot& taken) {
+            taken.network = network;
+            for (size_t i = 0; i < network.points.size(); ++i)
+                taken.pointIds.push_back(static_cast<LONGID>(i) + 1);
+            return true;
+        });
+    QCOMPARE(failure, QString());
+    QVERIFY2(monitor.lines.contains(line), qUtf8Printable(monitor.lines.join(QLatin1Char('\n'))));
+}
+
+QTEST_GUILESS_MAIN(TestRuns)
+#include "tst_runs.moc"
