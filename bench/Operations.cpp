@@ -37,7 +37,7 @@ std::vector<Operation> makeOperations()
     const QStringList orvel = makeNames({"orvel"});
     const int compile = enums::Compile;
     return {
-        {QStringLiteral("intake"), intakes, sizes, quick, domLimit, 0, makeIntakeTask},
+        {QStringLiteral("intake"), intakes, sizes, quick, sizes.back(), 0, makeIntakeTask},
         {QStringLiteral("hostile"), hostiles, {48000, 96000}, hostileQuick, hostileLimit, 0, makeHostileTask},
         {QStringLiteral("write"), codecs, sizes, quick, domLimit, compile, makeWriteTask},
         {QStringLiteral("read"), codecs, sizes, quick, domLimit, compile, makeReadTask},

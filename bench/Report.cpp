@@ -31,13 +31,16 @@ QString makeNumber(double number, int decimals)
     return QString::number(number, 'f', decimals);
 }
 
-/// How the library stands against the program of the row.
+/// How the library stands against the program of the row, by both clocks.
 QString makeRatio(const Series& series, const Series& orvel)
 {
     const double ratio = series.getMedianSeconds() / orvel.getMedianSeconds();
+    const double cpuRatio = series.getMedianCpuSeconds() / orvel.getMedianCpuSeconds();
     const bool isBound = series.program == QLatin1String("limit") || series.program == QLatin1String("bare");
-    return isBound ? QStringLiteral("orvel takes %1 of it").arg(makeNumber(1 / ratio, 2))
-                   : QStringLiteral("orvel is %1 times faster").arg(makeNumber(ratio, 2));
+    return isBound ? QStringLiteral("orvel takes %1 of it (cpu %2)")
+                         .arg(makeNumber(1 / ratio, 2), makeNumber(1 / cpuRatio, 2))
+                   : QStringLiteral("orvel is %1 times faster (cpu %2)")
+                         .arg(makeNumber(ratio, 2), makeNumber(cpuRatio, 2));
 }
 
 QString makeMemory(const Series& series)
@@ -86,14 +89,14 @@ QString makeGrowthRow(const Series& large, const std::vector<Series>& list)
         const Series* small = find(list, large.operation, growth.smallSize, large.program);
         if (!small || large.size != growth.largeSize)
             continue;
-        const double ratio =
-            large.getMedianSeconds() / large.size / (small->getMedianSeconds() / small->size);
-        return QStringLiteral("%1 %2 per message at %3: %4 of that at %5\n")
+        const double factor = static_cast<double>(large.size) / small->size;
+        const double ratio = large.getMedianSeconds() / small->getMedianSeconds() / factor;
+        const double cpuRatio = large.getMedianCpuSeconds() / small->getMedianCpuSeconds() / factor;
+        return QStringLiteral("%1 %2 each at %3: %4 (cpu %5) of that at %6\n")
             .arg(large.operation, -11)
             .arg(large.program, -18)
             .arg(large.size)
-            .arg(makeNumber(ratio, 2))
-            .arg(small->size);
+            .arg(makeNumber(ratio, 2), makeNumber(cpuRatio, 2), QString::number(small->size));
     }
     return QString();
 }

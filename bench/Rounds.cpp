@@ -85,6 +85,7 @@ template<typename Function>
 auto getMedian(const std::vector<Measurement>& measurements, Function getFigure)
 {
     std::vector<decltype(getFigure(measurements.front()))> figures;
+    figures.reserve(measurements.size());
     for (const Measurement& measurement : measurements)
         figures.push_back(getFigure(measurement));
     const auto middle = figures.begin() + static_cast<std::ptrdiff_t>(figures.size() / 2);
