@@ -100,7 +100,8 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     setWindowModified(document->isModified());
     updateTitle();
     updateActions();
-    resize(1080, 680);
+    // Wide enough for the table in the font at hand.
+    resize(qMax(1000, table->horizontalHeader()->length() + 60), 680);
     restoreLayout();
     table->setFocus();
     // Last of the children: what shows the document goes first.

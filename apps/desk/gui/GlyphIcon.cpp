@@ -143,6 +143,15 @@ QPainterPath makeSearch()
     return path;
 }
 
+QPainterPath makeInfo()
+{
+    QPainterPath path;
+    path.addEllipse(QPointF(12, 12), 9, 9);
+    addLine(path, {{12, 7}, {12, 7.4}});
+    addLine(path, {{12, 11}, {12, 17}});
+    return path;
+}
+
 QPainterPath makeHelp()
 {
     QPainterPath path;
@@ -179,6 +188,8 @@ QPainterPath makePath(Glyph glyph)
         return makeReport();
     case Glyph::Search:
         return makeSearch();
+    case Glyph::Info:
+        return makeInfo();
     case Glyph::Help:
         break;
     }

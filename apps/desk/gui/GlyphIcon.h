@@ -15,6 +15,7 @@ enum class Glyph {
     Protocol,
     Report,
     Search,
+    Info,
     Help
 };
 

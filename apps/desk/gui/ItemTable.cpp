@@ -92,13 +92,14 @@ void ItemTable::setUpHeader()
     header->setHighlightSections(false);
     header->setSectionsMovable(true);
     header->setSectionResizeMode(QHeaderView::Interactive);
+    header->setStretchLastSection(true);
     const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
     for (int column = 0; column < itemcolumns::kCount; ++column) {
         const int titleWidth = fontMetrics().horizontalAdvance(itemcolumns::getTitle(column));
-        header->resizeSection(column, qMax(titleWidth + 4 * digit, 11 * digit));
+        header->resizeSection(column, qMax(titleWidth + 2 * digit, 10 * digit));
     }
-    header->setSectionResizeMode(itemcolumns::Name, QHeaderView::Stretch);
-    header->resizeSection(itemcolumns::Type, 20 * digit);
+    header->resizeSection(itemcolumns::Name, 18 * digit);
+    header->resizeSection(itemcolumns::Type, 16 * digit);
     verticalHeader()->hide();
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     // In the order of the file, until a title is clicked.

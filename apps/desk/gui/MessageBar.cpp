@@ -1,6 +1,7 @@
 #include "apps/desk/gui/MessageBar.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/gui/GlyphIcon.h"
 
 #include <QAccessible>
 #include <QHBoxLayout>
@@ -13,8 +14,7 @@ MessageBar::MessageBar(QWidget* parent) : QFrame(parent), label(new QLabel(this)
     setFrameShape(StyledPanel);
     auto* icon = new QLabel(this);
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-    icon->setPixmap(
-        style()->standardIcon(QStyle::SP_MessageBoxInformation, nullptr, this).pixmap(size, size));
+    icon->setPixmap(makeIcon(Glyph::Info).pixmap(size, size));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
