@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstring>
+
 /// The texts that a data file is made of, in the order in which they stand in it:
 ///
 ///     file    = head ( emptyList | listBegin message { message } listEnd )
@@ -34,5 +36,20 @@ constexpr char textAttributesEnd[] = ">";
 
 constexpr char sectionBegin[] = "<![CDATA[";
 constexpr char sectionEnd[] = "]]>";
+
+/// Where the first sectionEnd lies in the bytes from `begin` up to `end`; null when there is none. Goes from
+/// one "]" to the next, which texts hardly hold and the machine finds fast.
+inline const char* findSectionEnd(const char* begin, const char* end)
+{
+    constexpr std::size_t size = sizeof(sectionEnd) - 1;
+    while (static_cast<std::size_t>(end - begin) >= size) {
+        const auto* const found = static_cast<const char*>(
+            std::memchr(begin, sectionEnd[0], static_cast<std::size_t>(end - begin) - (size - 1)));
+        if (!found || std::memcmp(found, sectionEnd, size) == 0)
+            return found;
+        begin = found + 1;
+    }
+    return nullptr;
+}
 
 } // namespace datafile::form

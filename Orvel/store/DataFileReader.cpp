@@ -1,40 +1,14 @@
 #include "Orvel/store/DataFileReader.h"
 
 #include "Orvel/store/DataFileForm.h"
+#include "Orvel/store/Utf8Decoder.h"
 
-#include <QString>
-
-#include <algorithm>
 #include <charconv>
 #include <cstring>
 
 namespace {
 
 using namespace datafile;
-
-/// Decodes `size` bytes as the DOM does; nothing for bytes that the DOM would read otherwise or refuse.
-std::optional<QString> decode(const char* begin, const char* end)
-{
-    // QString drops leading byte order marks, which are text here.
-    constexpr char mark[] = "\xEF\xBB\xBF";
-    int marks = 0;
-    for (; end - begin >= 3 && std::memcmp(begin, mark, 3) == 0; begin += 3)
-        ++marks;
-
-    const int size = static_cast<int>(end - begin);
-    QString text = QString::fromUtf8(begin, size);
-    const auto isSuspect = [](QChar c) { return c.unicode() >= 0xFFFD; };
-    if (std::any_of(text.begin(), text.end(), isSuspect)) {
-        const bool hasEndMark = text.contains(QChar(0xFFFE)) || text.contains(QChar(0xFFFF));
-        if (hasEndMark || text.toUtf8() != QByteArray::fromRawData(begin, size))
-            return std::nullopt;
-    }
-    if (marks > 0)
-        return QString(marks, QChar(QChar::ByteOrderMark)) + text;
-    // Decoding reserves a character for each byte.
-    text.squeeze();
-    return text;
-}
 
 /// Reads a file front to back. The functions answer whether the text at hand was what they read, and go
 /// behind it only then.
@@ -67,22 +41,24 @@ private:
             !takeNumber(messageType) || !take(form::messageAttributesEnd))
             return false;
 
-        COVMessage& message = messages.emplace_back(protocolType, messageType, std::vector<LONGID>(),
-                                                    std::vector<int>(), QString(), 0);
+        itemIds.clear();
+        itemTypes.clear();
         while (take(form::itemBegin)) {
-            LONGID id = 0;
-            int type = 0;
-            if (!takeNumber(id) || !take(form::itemType) || !takeNumber(type) || !take(form::itemEnd))
+            if (!takeNumber(itemIds.emplace_back()) || !take(form::itemType) ||
+                !takeNumber(itemTypes.emplace_back()) || !take(form::itemEnd))
                 return false;
-            message.itemIds.push_back(id);
-            message.itemTypes.push_back(type);
         }
+
+        int stage = 0;
+        QString text;
         if (!take(form::textBegin))
             return false;
-        if (take(form::stageBegin) &&
-            (!takeNumber(message.stage) || message.stage == 0 || !take(form::stageEnd)))
+        if (take(form::stageBegin) && (!takeNumber(stage) || stage == 0 || !take(form::stageEnd)))
             return false;
-        return take(form::textAttributesEnd) && readText(message.text) && take(form::messageEnd);
+        if (!take(form::textAttributesEnd) || !readText(text) || !take(form::messageEnd))
+            return false;
+        messages.emplace_back(protocolType, messageType, itemIds, itemTypes, text, stage);
+        return true;
     }
 
     bool readText(QString& text)
@@ -99,22 +75,11 @@ private:
     {
         if (!take(form::sectionBegin))
             return false;
-        const char* const sectionEnd = findSectionEnd();
-        if (!sectionEnd)
+        const char* const sectionEnd = form::findSectionEnd(at, end);
+        if (!sectionEnd || !decoder.decode(at, sectionEnd, text))
             return false;
-        std::optional<QString> decoded = decode(at, sectionEnd);
-        if (!decoded)
-            return false;
-        text = std::move(*decoded);
         at = sectionEnd;
         return take(form::sectionEnd);
-    }
-
-    /// The next "]]>"; null when there is none.
-    const char* findSectionEnd() const
-    {
-        const auto size = static_cast<std::size_t>(end - at);
-        return static_cast<const char*>(memmem(at, size, form::sectionEnd, sizeof(form::sectionEnd) - 1));
     }
 
     template<std::size_t N>
@@ -143,6 +108,11 @@ private:
 
     const char* at;
     const char* const end;
+
+    // Of the message at hand; they keep their memory from one to the next.
+    std::vector<LONGID> itemIds;
+    std::vector<int> itemTypes;
+    Utf8Decoder decoder;
 };
 
 } // namespace

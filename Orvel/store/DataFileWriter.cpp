@@ -58,16 +58,16 @@ public:
     void appendText(const QString& text)
     {
         const QByteArray utf8 = toXmlText(text).toUtf8();
-        int begin = 0;
+        const char* begin = utf8.constData();
+        const char* const end = begin + utf8.size();
         append(form::sectionBegin);
-        for (int end = utf8.indexOf(form::sectionEnd); end >= 0;
-             end = utf8.indexOf(form::sectionEnd, begin)) {
-            buffer.append(utf8.constData() + begin, end + 2 - begin);
+        while (const char* const sectionEnd = form::findSectionEnd(begin, end)) {
+            buffer.append(begin, static_cast<int>(sectionEnd + 2 - begin));
             append(form::sectionEnd);
             append(form::sectionBegin);
-            begin = end + 2;
+            begin = sectionEnd + 2;
         }
-        buffer.append(utf8.constData() + begin, utf8.size() - begin);
+        buffer.append(begin, static_cast<int>(end - begin));
         append(form::sectionEnd);
     }
 

@@ -7,6 +7,7 @@ file(GLOB_RECURSE sources
     "${ROOT}/levelling/*.h" "${ROOT}/levelling/*.cpp"
     "${ROOT}/Orvel/*.h" "${ROOT}/Orvel/*.cpp"
     "${ROOT}/apps/*.h" "${ROOT}/apps/*.cpp"
+    "${ROOT}/bench/*.h" "${ROOT}/bench/*.cpp"
     "${ROOT}/template/*.h" "${ROOT}/template/*.cpp"
     "${ROOT}/tests/*.h" "${ROOT}/tests/*.cpp")
 list(FILTER sources EXCLUDE REGEX "/node_modules/")

@@ -46,7 +46,8 @@ public:
         const int count = random.bounded(6);
         for (int i = 0; i < count; ++i) {
             const int protocolType = kType + random.bounded(3) - 1;
-            COVMessage message(protocolType, random.bounded(7), {}, {}, makeText(), random.bounded(4));
+            COVMessage message(protocolType, random.bounded(7), std::vector<LONGID>(), std::vector<int>(),
+                               makeText(), random.bounded(4));
             const int items = random.bounded(4);
             for (int k = 0; k < items; ++k) {
                 message.itemIds.push_back(makeId());
@@ -322,6 +323,12 @@ void TestDataFileCodec::otherFormsAreDeclined_data()
     QTest::newRow("invalid UTF-8") << QByteArray("line") << QByteArray("l\xFFne");
     QTest::newRow("surrogate in UTF-8") << QByteArray("line") << QByteArray("l\xED\xA0\x80ne");
     QTest::newRow("overlong UTF-8") << QByteArray("line") << QByteArray("l\xC0\xAFne");
+    QTest::newRow("overlong UTF-8 of three bytes") << QByteArray("line") << QByteArray("l\xE0\x9F\xBFne");
+    QTest::newRow("overlong UTF-8 of four bytes") << QByteArray("line") << QByteArray("l\xF0\x8F\xBF\xBDne");
+    QTest::newRow("UTF-8 beyond U+10FFFF") << QByteArray("line") << QByteArray("l\xF4\x90\x80\x80ne");
+    QTest::newRow("continuation byte alone") << QByteArray("line") << QByteArray("l\x80ne");
+    QTest::newRow("UTF-8 cut off after two bytes") << QByteArray("line") << QByteArray("line\xE2\x82");
+    QTest::newRow("UTF-8 cut off after three bytes") << QByteArray("line") << QByteArray("line\xF0\x9F\x98");
     QTest::newRow("U+FFFE") << QByteArray("line") << QByteArray("l\xEF\xBF\xBEne");
     QTest::newRow("U+FFFF") << QByteArray("line") << QByteArray("l\xEF\xBF\xBFne");
     QTest::newRow("another element in the list") << QByteArray("    <li") << QByteArray("    <x/>\n    <li");
