@@ -15,7 +15,7 @@ bool COrvel::CreateItemHtml(LONGID itemId, QString& html)
     return true;
 }
 
-bool COrvel::GetHtmlItemData(LONGID itemId, QString& html)
+bool COrvel::GetHtmlItemData(LONGID itemId, const HtmlOutput& html)
 {
     MessageGroups<int> byProtocolType;
     for (auto& [protocolType, list] : messages) {
@@ -27,7 +27,7 @@ bool COrvel::GetHtmlItemData(LONGID itemId, QString& html)
     if (byProtocolType.empty())
         return false;
 
-    html += QLatin1String("<div class='errorblock'>\n");
+    html << QLatin1String("<div class='errorblock'>\n");
     tree::openContainer(html);
     tree::openNode(QLatin1String("IsRoot IsLast ExpandOpen"), html);
     tree::appendCaption(QCoreApplication::translate("Orvel", "Ошибки и предупреждения"), 0, html);
@@ -45,6 +45,6 @@ bool COrvel::GetHtmlItemData(LONGID itemId, QString& html)
     tree::closeContainer(html);
     tree::closeNode(html);
     tree::closeContainer(html);
-    html += QLatin1String("</div>\n");
+    html << QLatin1String("</div>\n");
     return true;
 }

@@ -21,20 +21,12 @@ std::wstring COrvel::GetModelElementLink(CModelElement* element, const std::wstr
 
 QString COrvel::GetMessageItemLink(const QString& messageText, LONGID itemId, QString& linkText)
 {
-    // Deliberately a plain substring: "id=12" is also found in a link to the item 123.
-    const QString needle = QStringLiteral("id=") + QString::number(itemId);
-    for (auto range = links::findAnchor(messageText, 0); range;
-         range = links::findAnchor(messageText, range->end)) {
-        const QString anchor = messageText.mid(range->begin, range->end - range->begin);
-        if (!anchor.contains(needle))
-            continue;
-        // From the last but one character on, so that the end of "</a>" does not count.
-        const int textBegin = anchor.lastIndexOf(QLatin1Char('>'), anchor.size() - 2);
-        if (textBegin >= 0)
-            linkText = anchor.mid(textBegin).remove(QLatin1String("</a>"));
-        return anchor;
-    }
-    return QString();
+    const QString anchor = links::getItemAnchor(messageText, itemId).toString();
+    // From the last but one character on, so that the end of "</a>" does not count.
+    const int textBegin = anchor.lastIndexOf(QLatin1Char('>'), anchor.size() - 2);
+    if (textBegin >= 0)
+        linkText = anchor.mid(textBegin).remove(QLatin1String("</a>"));
+    return anchor;
 }
 
 QString COrvel::GetMessageStyleClass(const COVMessage& message)

@@ -1,4 +1,4 @@
-#include "Orvel/html/PageEncoding.h"
+#include "Orvel/html/HtmlOutput.h"
 #include "Orvel/html/TreeMarkup.h"
 #include "Orvel/store/COrvel.h"
 #include "host/app/Application.h"
@@ -33,12 +33,7 @@ bool hasReportGenerator(const CProjectModel& model)
 bool COrvel::CreateProtocolHtml(int type, QString& html)
 {
     html.clear();
-    QString tail;
-    ParseHtmlTemplate(html, tail);
-    ReadXML();
-    GetHtmlProtocolData(type, html);
-    html += tail;
-    WriteXML();
+    AppendProtocolPage(type, html);
     return true;
 }
 
@@ -46,18 +41,43 @@ bool COrvel::CreateProtocolFile(int type, const QString& path)
 {
     if (path.isEmpty())
         return false;
-    QString html;
-    CreateProtocolHtml(type, html);
     try {
         QtFile file(path);
-        file.open(QIODevice::WriteOnly);
-        writeUtf8(html, *file.device());
+        OpenPageFile(file);
+        QString piece;
+        const HtmlOutput html(piece, *file.device());
+        AppendProtocolPage(type, html);
+        html.flush();
         protocolFiles[type] = path;
         file.close();
         return true;
     } catch (const exceptions::Error&) {
         return false;
     }
+}
+
+void COrvel::OpenPageFile(QtFile& file)
+{
+    try {
+        file.open(QIODevice::WriteOnly);
+    } catch (const exceptions::Error&) {
+        // The data file is read and written back for every page, also for one that cannot be written.
+        ReadXML();
+        WriteXML();
+        throw;
+    }
+}
+
+void COrvel::AppendProtocolPage(int type, const HtmlOutput& html)
+{
+    QString head;
+    QString tail;
+    ParseHtmlTemplate(head, tail);
+    html << head;
+    ReadXML();
+    GetHtmlProtocolData(type, html);
+    html << tail;
+    WriteXML();
 }
 
 void COrvel::ParseHtmlTemplate(QString& head, QString& tail) const
@@ -77,19 +97,19 @@ void COrvel::ParseHtmlTemplate(QString& head, QString& tail) const
     }
 }
 
-bool COrvel::GetHtmlProtocolData(int type, QString& html)
+bool COrvel::GetHtmlProtocolData(int type, const HtmlOutput& html)
 {
     MessageList list;
     GetProtocolMessages(type, list, {});
 
     for (const COVMessage* message : list) {
         if (message->messageType == COVMessage::Title)
-            html += QLatin1String("<h1>") + message->text + QLatin1String("</h1>\n");
+            html << QLatin1String("<h1>") << message->text << QLatin1String("</h1>\n");
     }
     AppendServiceBlock(type, list, html);
     for (const COVMessage* message : list) {
         if (message->messageType == COVMessage::Statistics)
-            html += QLatin1String("<p>") + message->text + QLatin1String("</p>\n");
+            html << QLatin1String("<p>") << message->text << QLatin1String("</p>\n");
     }
 
     switch (type) {
@@ -107,12 +127,12 @@ bool COrvel::GetHtmlProtocolData(int type, QString& html)
     }
 }
 
-void COrvel::AppendServiceBlock(int type, const MessageList& list, QString& html) const
+void COrvel::AppendServiceBlock(int type, const MessageList& list, const HtmlOutput& html) const
 {
-    html += QLatin1String("<div class='serviceinfoblock'>\n");
+    html << QLatin1String("<div class='serviceinfoblock'>\n");
     for (const COVMessage* message : list) {
         if (message->messageType == COVMessage::Service)
-            html += QLatin1String("<p class='service'>") + message->text + QLatin1String("</p>\n");
+            html << QLatin1String("<p class='service'>") << message->text << QLatin1String("</p>\n");
     }
     // Without a report generator the block stays open; what follows on the page lies inside it.
     if (!hasReportGenerator(*model))
@@ -120,25 +140,25 @@ void COrvel::AppendServiceBlock(int type, const MessageList& list, QString& html
     const auto reports = reportTypes.find(type);
     if (reports != reportTypes.end())
         AppendReportLinks(reports->second, html);
-    html += QLatin1String("</div>\n");
+    html << QLatin1String("</div>\n");
 }
 
-void COrvel::AppendReportLinks(const std::vector<int>& reports, QString& html) const
+void COrvel::AppendReportLinks(const std::vector<int>& reports, const HtmlOutput& html) const
 {
-    html += QLatin1String("<div class='reportsblock'>\n");
-    html += QStringLiteral("<p class='%1'>%2</p>")
+    html << QLatin1String("<div class='reportsblock'>\n");
+    html << QStringLiteral("<p class='%1'>%2</p>")
                 .arg(QStringLiteral("service"), QCoreApplication::translate("Orvel", "Ведомости:"));
-    html += QLatin1String("<ul class='service'>");
+    html << QLatin1String("<ul class='service'>");
     for (const int report : reports) {
         const QString reportName = QString::fromStdWString(getEnumData(report).getTextSingular());
         if (!reportName.isEmpty())
-            html += GetReportLink(report, reportName);
+            html << GetReportLink(report, reportName);
     }
-    html += QLatin1String("</ul>\n"
+    html << QLatin1String("</ul>\n"
                           "</div>\n");
 }
 
-void COrvel::AppendStageBlocks(const MessageList& list, QString& html)
+void COrvel::AppendStageBlocks(const MessageList& list, const HtmlOutput& html)
 {
     std::map<int, QString> captions;
     for (const COVMessage* message : list) {
@@ -151,7 +171,7 @@ void COrvel::AppendStageBlocks(const MessageList& list, QString& html)
 
     for (auto& [stage, lines] : byStage) {
         FilterMessages(lines, {}, {COVMessage::Stage});
-        html += QLatin1String("<div class='stageblock'>\n");
+        html << QLatin1String("<div class='stageblock'>\n");
         tree::openContainer(html);
         tree::openNode(stage == kResultStage ? QLatin1String("IsRoot IsLast ExpandOpen")
                                              : QLatin1String("IsRoot IsLast ExpandClosed"),
@@ -163,6 +183,6 @@ void COrvel::AppendStageBlocks(const MessageList& list, QString& html)
             GetHtmlGroupedData(lines, html, false);
         tree::closeNode(html);
         tree::closeContainer(html);
-        html += QLatin1String("</div>\n");
+        html << QLatin1String("</div>\n");
     }
 }

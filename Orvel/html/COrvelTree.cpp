@@ -1,5 +1,6 @@
 #include "Orvel/html/TreeMarkup.h"
 #include "Orvel/store/COrvel.h"
+#include "Orvel/store/LinkScanner.h"
 
 #include <QCoreApplication>
 
@@ -21,27 +22,25 @@ void appendKind(const COrvel::MessageList& list, COVMessage::MessageType kind, C
 
 /// Opens a block with its top node and the caption of that, ready for the node's children.
 void openBlock(QLatin1String blockClass, bool asRoot, const QString& caption, std::size_t count,
-               QString& html)
+               const HtmlOutput& html)
 {
-    html += QLatin1String("<div class='");
-    html += blockClass;
-    html += QLatin1String("'>\n");
+    html << QLatin1String("<div class='") << blockClass << QLatin1String("'>\n");
     tree::openContainer(html);
     tree::openNode(
         asRoot ? QLatin1String("IsRoot IsLast ExpandOpen") : QLatin1String("Node IsLast ExpandOpen"), html);
     tree::appendCaption(caption, count, html);
 }
 
-void closeBlock(QString& html)
+void closeBlock(const HtmlOutput& html)
 {
     tree::closeNode(html);
     tree::closeContainer(html);
-    html += QLatin1String("</div>\n");
+    html << QLatin1String("</div>\n");
 }
 
 } // namespace
 
-bool COrvel::GetHtmlList(const MessageList& list, QString& html)
+bool COrvel::GetHtmlList(const MessageList& list, const HtmlOutput& html)
 {
     if (list.empty())
         return false;
@@ -52,7 +51,7 @@ bool COrvel::GetHtmlList(const MessageList& list, QString& html)
     return true;
 }
 
-bool COrvel::GetHtmlGroupedData(const MessageList& list, QString& html, bool asRoot)
+bool COrvel::GetHtmlGroupedData(const MessageList& list, const HtmlOutput& html, bool asRoot)
 {
     MessageList problems;
     appendKind(list, COVMessage::Error, problems);
@@ -80,7 +79,7 @@ bool COrvel::GetHtmlGroupedData(const MessageList& list, QString& html, bool asR
     return true;
 }
 
-void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, QString& html)
+void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, const HtmlOutput& html)
 {
     // A type without a heading is left out by design, messages and all.
     const QString groupName = GetItemGroupName(itemType);
@@ -95,18 +94,16 @@ void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, QString& 
     tree::closeNode(html);
 }
 
-void COrvel::AppendItemNodes(int itemType, const MessageList& list, QString& html)
+void COrvel::AppendItemNodes(int itemType, const MessageList& list, const HtmlOutput& html)
 {
     MessageGroups<LONGID> byItem;
     GetMessagesByItemId(list, byItem);
 
-    std::multimap<QString, const MessageList*> byCaption;
+    std::multimap<QStringView, const MessageList*> byCaption;
     for (const auto& [itemId, group] : byItem) {
         const COVMessage& first = *group.front();
-        if (first.GetItemTypeByID(itemId) != itemType)
-            continue;
-        QString linkText;
-        byCaption.emplace(GetMessageItemLink(first.text, itemId, linkText), &group);
+        if (first.GetItemTypeByID(itemId) == itemType)
+            byCaption.emplace(links::getItemAnchor(first.text, itemId), &group);
     }
 
     tree::openContainer(html);

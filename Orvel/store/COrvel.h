@@ -12,6 +12,8 @@
 
 class CProjectModel;
 class CQtArchive;
+class HtmlOutput;
+class QtFile;
 
 /// The protocol of one project: every line that its processing runs wrote, by protocol type.
 ///
@@ -140,19 +142,21 @@ private:
     // Protocol types
     QString GetProtocolTitle(int protocolType);
 
-    // Pages
+    // Pages: html is appended to the output, for which a text may stand
+    void AppendProtocolPage(int type, const HtmlOutput& html);
+    void OpenPageFile(QtFile& file);
     void ParseHtmlTemplate(QString& head, QString& tail) const;
-    bool GetHtmlProtocolData(int type, QString& html);
-    void AppendServiceBlock(int type, const MessageList& list, QString& html) const;
-    void AppendReportLinks(const std::vector<int>& reports, QString& html) const;
-    void AppendStageBlocks(const MessageList& list, QString& html);
-    bool GetHtmlItemData(LONGID id, QString& html);
+    bool GetHtmlProtocolData(int type, const HtmlOutput& html);
+    void AppendServiceBlock(int type, const MessageList& list, const HtmlOutput& html) const;
+    void AppendReportLinks(const std::vector<int>& reports, const HtmlOutput& html) const;
+    void AppendStageBlocks(const MessageList& list, const HtmlOutput& html);
+    bool GetHtmlItemData(LONGID id, const HtmlOutput& html);
 
     // Tree
-    bool GetHtmlList(const MessageList& list, QString& html);
-    bool GetHtmlGroupedData(const MessageList& list, QString& html, bool asRoot);
-    void AppendItemTypeNode(int itemType, const MessageList& list, QString& html);
-    void AppendItemNodes(int itemType, const MessageList& list, QString& html);
+    bool GetHtmlList(const MessageList& list, const HtmlOutput& html);
+    bool GetHtmlGroupedData(const MessageList& list, const HtmlOutput& html, bool asRoot);
+    void AppendItemTypeNode(int itemType, const MessageList& list, const HtmlOutput& html);
+    void AppendItemNodes(int itemType, const MessageList& list, const HtmlOutput& html);
 
     // Links
     QString GetProtocolLink(int type, const QString& text) const;

@@ -1,5 +1,7 @@
 #include "Orvel/store/LinkScanner.h"
 
+#include <QString>
+
 namespace {
 
 // Single characters are what Qt searches for fastest, so each search goes for the rarest one of its text and
@@ -32,6 +34,17 @@ std::optional<Range> findAnchor(QStringView text, int from)
     if (end < 0)
         return std::nullopt;
     return Range{begin, end + static_cast<int>(closing.size())};
+}
+
+QStringView getItemAnchor(QStringView text, LONGID id)
+{
+    const QString key = QStringLiteral("id=") + QString::number(id);
+    for (auto range = findAnchor(text, 0); range; range = findAnchor(text, range->end)) {
+        const QStringView anchor = text.mid(range->begin, range->end - range->begin);
+        if (anchor.contains(key))
+            return anchor;
+    }
+    return {};
 }
 
 std::optional<Range> findIdDigits(QStringView text, int from)

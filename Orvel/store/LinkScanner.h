@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/model/LongId.h"
+
 #include <QStringView>
 
 #include <optional>
@@ -19,6 +21,10 @@ struct Range
 
 /// First link in `text` that begins at `from` or later.
 std::optional<Range> findAnchor(QStringView text, int from);
+
+/// The first link in `text` that holds "id=" and the id, also as the beginning of a longer number; empty when
+/// there is none.
+QStringView getItemAnchor(QStringView text, LONGID id);
 
 /// Digits of the first "id=" in `text` at `from` or later that digits follow.
 std::optional<Range> findIdDigits(QStringView text, int from);

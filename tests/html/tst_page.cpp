@@ -117,6 +117,7 @@ private slots:
 
     // The page as a file
     void fileHoldsThePageInUtf8();
+    void longPageIsTheSameInAFile();
     void filePathIsRemembered();
     void fileIsReplacedWhole();
     void emptyPathDoesNothing();
@@ -806,6 +807,23 @@ void TestPage::fileHoldsThePageInUtf8()
                         "</h1>\n<div class='serviceinfoblock'>\n</DIV>\n"));
     QVERIFY(Access::messages(f.protocol).empty());
     QCOMPARE(readFile(Access::dataFilePath(f.protocol)), data);
+}
+
+void TestPage::longPageIsTheSameInAFile()
+{
+    ProtocolFixture f;
+    f.writeTemplate("<div></div>");
+    std::vector<COVMessage> messages;
+    for (int i = 0; i < 40; ++i)
+        messages.push_back(makeMessage(enums::Import, COVMessage::Error,
+                                       QString(i, QLatin1Char('x')) + QStringLiteral("😀").repeated(3000)));
+    f.saveMessages(messages);
+    QString html;
+    QVERIFY(f.protocol.CreateProtocolHtml(enums::Import, html));
+    const QString path = f.tempPath(QStringLiteral("page.html"));
+    QVERIFY(f.protocol.CreateProtocolFile(enums::Import, path));
+    QVERIFY(html.contains(QStringLiteral("😀</div>\n</li>\n</ul>\n</div>")));
+    QCOMPARE(readFile(path), html.toUtf8());
 }
 
 void TestPage::filePathIsRemembered()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Orvel/html/HtmlOutput.h"
 #include "Orvel/store/COrvel.h"
 
 #include <map>
