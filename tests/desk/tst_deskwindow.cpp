@@ -429,6 +429,10 @@ void TestDeskWindow::urisAreFollowed_data()
     QTest::newRow("no project") << "orvel://locate-item?id=1000003" << other;
     QTest::newRow("no id") << QStringLiteral("orvel://locate-item?type=LevellingPoint") + project << not_;
     QTest::newRow("id is no number") << QStringLiteral("orvel://generate-protocol?id=abc") + project << not_;
+    QTest::newRow("report beyond 32 bits")
+        << QStringLiteral("orvel://generate-report?id=%1").arg(qint64(kHeightCatalogue) + (qint64(1) << 32)) +
+               project
+        << not_;
     QTest::newRow("unknown command") << QStringLiteral("orvel://delete-item?id=1000003") + project << not_;
     QTest::newRow("another scheme") << QStringLiteral("survey://locate-item?id=1000003") + project << not_;
 }

@@ -37,3 +37,8 @@ void registerDeskTypes()
     translateType(enums::Import, Desk::tr("Импорт"));
     translateType(enums::Export, Desk::tr("Экспорт"));
 }
+
+QString getTypeText(int type)
+{
+    return QString::fromStdWString(getEnumData(type).getTextSingular());
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 /// Item types of the desk's items.
 constexpr int kPointItemType = 0x6DCD3700;
 constexpr int kSectionItemType = 0x6DCD3704;
@@ -12,3 +14,6 @@ constexpr int kResidualList = 0x2C071402;
 /// installed. A protocol takes the names of its groups when it is made, so this comes before the first
 /// project.
 void registerDeskTypes();
+
+/// The display text of one of these types: "Уравнивание", "секция".
+QString getTypeText(int type);

@@ -7,17 +7,16 @@
 
 bool DeskNavigation::navigate(const QUrl& url)
 {
+    const QString id = QUrlQuery(url).queryItemValue(QStringLiteral("id"));
     bool isNumber = false;
-    const LONGID id = QUrlQuery(url).queryItemValue(QStringLiteral("id")).toLongLong(&isNumber);
-    if (!isNumber)
-        return false;
     if (url.host() == QLatin1String("locate-item")) {
-        window.locateItem(id);
-        return true;
+        const LONGID itemId = id.toLongLong(&isNumber);
+        if (isNumber)
+            window.locateItem(itemId);
+    } else if (url.host() == QLatin1String("generate-report")) {
+        const int reportType = id.toInt(&isNumber);
+        if (isNumber)
+            window.showReport(reportType);
     }
-    if (url.host() == QLatin1String("generate-report")) {
-        window.showReport(static_cast<int>(id));
-        return true;
-    }
-    return false;
+    return isNumber;
 }

@@ -1,9 +1,9 @@
 #include "apps/desk/gui/ProtocolList.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/ProtocolSummary.h"
 #include "apps/desk/gui/GlyphIcon.h"
-#include "host/enums/EnumData.h"
 
 #include <QHeaderView>
 
@@ -34,7 +34,7 @@ void ProtocolList::setSummary(const ProtocolSummary& summary)
     clear();
     for (const auto& [type, counts] : summary.types) {
         auto* item = new QTreeWidgetItem(this);
-        item->setText(0, QString::fromStdWString(getEnumData(type).getTextSingular()));
+        item->setText(0, getTypeText(type));
         item->setIcon(0, makeIcon(Glyph::Protocol));
         item->setData(0, kTypeRole, type);
         int column = 1;

@@ -1,9 +1,9 @@
 #include "apps/desk/gui/SectionTableModel.h"
 
+#include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/gui/ItemColumns.h"
-#include "host/enums/EnumData.h"
 
 SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     : QAbstractTableModel(parent)
@@ -68,7 +68,7 @@ QVariant SectionTableModel::getValue(const LevellingSection& section, int column
     case itemcolumns::Name:
         return section.getName();
     case itemcolumns::Type:
-        return QString::fromStdWString(getEnumData(static_cast<int>(section.getType())).getTextSingular());
+        return getTypeText(static_cast<int>(section.getType()));
     case itemcolumns::Sigma:
         return section.getSection().sigma;
     case itemcolumns::Difference:

@@ -3,6 +3,7 @@
 #include "Orvel/store/COrvel.h"
 #include "apps/common/ProtocolState.h"
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "host/enums/EnumData.h"
@@ -109,9 +110,8 @@ void Headless::report(const QString& pagesFolder)
         const ProtocolSummary::Counts counts =
             found == summary.types.end() ? ProtocolSummary::Counts() : found->second;
         output << Desk::tr("%1: ошибок %2, предупреждений %3, сообщений %4")
-                      .arg(QString::fromStdWString(getEnumData(type).getTextSingular()),
-                           QString::number(counts.errors), QString::number(counts.warnings),
-                           QString::number(counts.messages));
+                      .arg(getTypeText(type), QString::number(counts.errors),
+                           QString::number(counts.warnings), QString::number(counts.messages));
         if (!pagesFolder.isEmpty())
             output << QStringLiteral("; ") << makePagePath(pagesFolder, type);
         output << '\n';
