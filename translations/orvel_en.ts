@@ -1054,6 +1054,14 @@ Exit code: 0 if all is done, 2 for wrong options or an unreadable file.
         <source>Класс %1: %2 мм·√L</source>
         <translation>Class %1: %2 mm·√L</translation>
     </message>
+    <message>
+        <source>Перетащите сюда файл нивелирной сети (.gkf) или нажмите Ctrl+I</source>
+        <translation>Drop a levelling network (.gkf) here, or press Ctrl+I</translation>
+    </message>
+    <message>
+        <source>Поиск не нашёл ни пунктов, ни секций</source>
+        <translation>The search found no points and no sections</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

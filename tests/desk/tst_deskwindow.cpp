@@ -379,6 +379,7 @@ void TestDeskWindow::recentFilesAreOffered()
     QVERIFY(window->saveFile(path));
     const QString sample = QFileInfo(samplePath(QStringLiteral("two-benchmarks.gkf"))).absoluteFilePath();
     QCOMPARE(recentfiles::get(), QStringList({path, sample}));
+    QCOMPARE(recentfiles::getFolder(), QFileInfo(path).path());
 
     QStringList requested;
     connect(window.get(), &DeskWindow::openRequested, this,

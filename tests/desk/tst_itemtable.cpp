@@ -26,6 +26,7 @@ private slots:
     void sortsNamesAsPeopleCount();
     void sortsNumbersByValue();
     void searchHidesWhatItDoesNotMean();
+    void emptyTableSaysWhatToDo();
     void selectsItemById();
     void clickOpensProtocolOfPoint();
     void clickOpensProtocolOfSection();
@@ -154,6 +155,25 @@ void TestItemTable::searchHidesWhatItDoesNotMean()
     QCOMPARE(column(itemcolumns::Name), QStringList());
     filter.setSearchText(QStringLiteral("  "));
     QCOMPARE(column(itemcolumns::Name).size(), 12);
+}
+
+void TestItemTable::emptyTableSaysWhatToDo()
+{
+    ItemTable& table = window->getTable();
+    const auto showsText = [&table] {
+        const QImage image = table.viewport()->grab().toImage();
+        const QImage plain = [&image] {
+            QImage background(image.size(), image.format());
+            background.fill(image.pixelColor(0, 0));
+            return background;
+        }();
+        return image != plain;
+    };
+    QVERIFY(showsText()); // its rows
+    table.getFilterModel()->setSearchText(QStringLiteral("nothing"));
+    QVERIFY(showsText());
+    table.setEmptyText(QString());
+    QVERIFY(!showsText());
 }
 
 void TestItemTable::selectsItemById()

@@ -22,6 +22,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -31,6 +32,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QUrl>
@@ -94,6 +96,8 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     updateActions();
     // Wide enough for the table in the font at hand.
     resize(qMax(1000, table->horizontalHeader()->length() + 60), 680);
+    // The dialogs of a window know where it stands before the window manager has told.
+    move(screen()->availableGeometry().center() - rect().center());
     restoreLayout();
     table->setFocus();
     // Last of the children: what shows the document goes first.
@@ -358,7 +362,7 @@ void DeskWindow::saveLayout() const
 void DeskWindow::chooseAndOpen()
 {
     const QString path = QFileDialog::getOpenFileName(
-        this, Desk::tr("Открыть проект или сеть"), QString(),
+        this, Desk::tr("Открыть проект или сеть"), recentfiles::getFolder(),
         Desk::tr("Проекты и нивелирные сети (*.%1 *.%2)").arg(kProjectSuffix, kNetworkSuffix));
     if (!path.isEmpty())
         openFile(path);
@@ -366,26 +370,30 @@ void DeskWindow::chooseAndOpen()
 
 void DeskWindow::chooseAndImport()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(this, Desk::tr("Импорт нивелирной сети"), QString(), getNetworkFilter());
+    const QString path = QFileDialog::getOpenFileName(this, Desk::tr("Импорт нивелирной сети"),
+                                                      recentfiles::getFolder(), getNetworkFilter());
     if (!path.isEmpty())
         importFile(path);
 }
 
 void DeskWindow::chooseAndExport()
 {
-    const QString suggestion = document->getProject().getName() + QStringLiteral(".csv");
-    const QString path = QFileDialog::getSaveFileName(this, Desk::tr("Экспорт высот"), suggestion,
-                                                      Desk::tr("Таблицы CSV (*.csv)"));
+    const QString path = QFileDialog::getSaveFileName(
+        this, Desk::tr("Экспорт высот"), suggestPath(QStringLiteral("csv")), Desk::tr("Таблицы CSV (*.csv)"));
     if (!path.isEmpty())
         exportFile(path);
 }
 
+QString DeskWindow::suggestPath(const QString& suffix) const
+{
+    return QDir(recentfiles::getFolder())
+        .filePath(document->getProject().getName() + QLatin1Char('.') + suffix);
+}
+
 bool DeskWindow::chooseAndSave()
 {
-    const QString suggestion = document->getProject().getName() + QLatin1Char('.') + kProjectSuffix;
-    QString path =
-        QFileDialog::getSaveFileName(this, Desk::tr("Сохранить проект"), suggestion, getProjectFilter());
+    QString path = QFileDialog::getSaveFileName(this, Desk::tr("Сохранить проект"),
+                                                suggestPath(kProjectSuffix), getProjectFilter());
     if (path.isEmpty())
         return false;
     if (QFileInfo(path).suffix().isEmpty())
@@ -542,8 +550,10 @@ void DeskWindow::updateStatus()
 {
     if (document->isEmpty()) {
         statusBar()->showMessage(Desk::tr("Импортируйте нивелирную сеть (.gkf) или откройте проект"));
+        table->setEmptyText(Desk::tr("Перетащите сюда файл нивелирной сети (.gkf) или нажмите Ctrl+I"));
         return;
     }
+    table->setEmptyText(Desk::tr("Поиск не нашёл ни пунктов, ни секций"));
     statusBar()->showMessage(Desk::tr("Пунктов: %1, секций: %2, показано: %3")
                                  .arg(QString::number(document->getPoints().size()),
                                       QString::number(document->getSections().size()),

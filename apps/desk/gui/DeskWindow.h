@@ -92,6 +92,8 @@ private:
     void chooseAndImport();
     void chooseAndExport();
     bool chooseAndSave();
+    /// A file named like the project, where the user's files are.
+    QString suggestPath(const QString& suffix) const;
     void saveWithoutAnswer();
     void compile();
     void adjust();

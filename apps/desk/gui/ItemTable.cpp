@@ -11,6 +11,7 @@
 #include <QConcatenateTablesProxyModel>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 
 ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent)
     : QTableView(parent)
@@ -64,6 +65,12 @@ void ItemTable::setProtocolsAvailable(bool available)
     protocolsAvailable = available;
 }
 
+void ItemTable::setEmptyText(const QString& text)
+{
+    emptyText = text;
+    viewport()->update();
+}
+
 void ItemTable::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -71,6 +78,17 @@ void ItemTable::keyPressEvent(QKeyEvent* event)
         showCurrentProtocol();
     else
         QTableView::keyPressEvent(event);
+}
+
+void ItemTable::paintEvent(QPaintEvent* event)
+{
+    QTableView::paintEvent(event);
+    if (model()->rowCount() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(20, 20, -20, -20), Qt::AlignCenter | Qt::TextWordWrap,
+                     emptyText);
 }
 
 void ItemTable::currentChanged(const QModelIndex& current, const QModelIndex& previous)

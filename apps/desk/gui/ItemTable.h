@@ -27,12 +27,15 @@ public:
     void showCurrentProtocol();
     /// While protocols are not available, clicks in the report column do nothing.
     void setProtocolsAvailable(bool available);
+    /// What stands in the table when it has no rows.
+    void setEmptyText(const QString& text);
 
 signals:
     void currentItemChanged();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:
@@ -41,4 +44,5 @@ private:
 
     ItemFilterModel* filterModel;
     bool protocolsAvailable = true;
+    QString emptyText;
 };

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSettings>
+#include <QStandardPaths>
 
 namespace recentfiles {
 
@@ -29,6 +30,13 @@ void add(const QString& path)
     paths.removeAll(absolute);
     paths.prepend(absolute);
     QSettings().setValue(kKey, QStringList(paths.mid(0, kLimit)));
+}
+
+QString getFolder()
+{
+    const QStringList paths = get();
+    return paths.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+                           : QFileInfo(paths.constFirst()).path();
 }
 
 } // namespace recentfiles

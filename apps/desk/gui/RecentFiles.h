@@ -8,5 +8,7 @@ namespace recentfiles {
 /// Those that still exist.
 QStringList get();
 void add(const QString& path);
+/// The folder of the newest one, or that of the user's documents: where to look for the next.
+QString getFolder();
 
 } // namespace recentfiles
