@@ -1,0 +1,99 @@
+#include "tests/support/TestFiles.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// What is installed needs nothing of the tree that it was built in.
+class TestInstallation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void installsTheseFiles();
+    void deskRunsFromAnyFolder();
+    void replayRunsFromAnyFolder();
+    void desktopFileTakesLinks();
+
+private:
+    /// Runs an installed program with no other environment than a program needs. Its output.
+    QString run(const QString& program, const QStringList& arguments);
+
+    QTemporaryDir folder;
+};
+
+void TestInstallation::initTestCase()
+{
+    QProcess process;
+    process.start(QStringLiteral(CMAKE_PROGRAM), {QStringLiteral("--install"), QStringLiteral(BUILD_FOLDER),
+                                                  QStringLiteral("--prefix"), folder.path()});
+    QVERIFY(process.waitForFinished());
+    QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
+}
+
+QString TestInstallation::run(const QString& program, const QStringList& arguments)
+{
+    QProcessEnvironment environment;
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    // Where the sanitizers are used, they need their settings.
+    for (const auto& name : {QStringLiteral("ASAN_OPTIONS"), QStringLiteral("LSAN_OPTIONS"),
+                             QStringLiteral("UBSAN_OPTIONS"), QStringLiteral("TSAN_OPTIONS")})
+        environment.insert(name, qEnvironmentVariable(name.toLatin1().constData()));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(folder.path());
+    process.start(folder.filePath(QStringLiteral("bin/") + program), arguments);
+    if (!process.waitForFinished(120000) || process.exitCode() != 0)
+        return QStringLiteral("failed: ") + QString::fromUtf8(process.readAllStandardError());
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+void TestInstallation::installsTheseFiles()
+{
+    const QDir shared(folder.filePath(QStringLiteral("share")));
+    for (const auto& name :
+         {QStringLiteral("orvel/Protocol/protocol.html"),
+          QStringLiteral("orvel/Protocol/protocol_file/monitor.css"),
+          QStringLiteral("orvel/translations/orvel_en.qm"), QStringLiteral("applications/orvel-desk.desktop"),
+          QStringLiteral("icons/hicolor/scalable/apps/orvel-desk.svg")})
+        QVERIFY2(QFile::exists(shared.filePath(name)), qPrintable(name));
+}
+
+void TestInstallation::deskRunsFromAnyFolder()
+{
+    QCOMPARE(run(QStringLiteral("orvel-desk"),
+                 {QStringLiteral("--headless"), QStringLiteral("--language"), QStringLiteral("en"),
+                  QStringLiteral("--import"), QStringLiteral(DESK_SAMPLES "/two-benchmarks.gkf"),
+                  QStringLiteral("--pages"), QStringLiteral("pages")}),
+             QStringLiteral("Import: errors 0, warnings 0, messages 3; pages/Import.html\n"));
+    // The page has the installed template.
+    const QByteArray style =
+        readFile(folder.filePath(QStringLiteral("share/orvel/Protocol/protocol.html"))).left(2000);
+    QCOMPARE(readFile(folder.filePath(QStringLiteral("pages/Import.html"))).left(2000), style);
+}
+
+void TestInstallation::replayRunsFromAnyFolder()
+{
+    writeFile(folder.filePath(QStringLiteral("journal.jsonl")),
+              "{\"do\":\"project\",\"name\":\"P\"}\n{\"do\":\"has\",\"id\":\"12\"}\n");
+    QCOMPARE(run(QStringLiteral("orvel-replay"), {QStringLiteral("journal.jsonl")}),
+             QStringLiteral("false\n"));
+}
+
+void TestInstallation::desktopFileTakesLinks()
+{
+    QSettings desktop(folder.filePath(QStringLiteral("share/applications/orvel-desk.desktop")),
+                      QSettings::IniFormat);
+    desktop.beginGroup(QStringLiteral("Desktop Entry"));
+    QCOMPARE(desktop.value(QStringLiteral("Exec")).toString(), QStringLiteral("orvel-desk %u"));
+    QCOMPARE(desktop.value(QStringLiteral("Icon")).toString(), QStringLiteral("orvel-desk"));
+    QCOMPARE(desktop.value(QStringLiteral("MimeType")).toString(), QStringLiteral("x-scheme-handler/orvel"));
+}
+
+QTEST_GUILESS_MAIN(TestInstallation)
+#include "tst_installation.moc"
