@@ -30,13 +30,18 @@ std::optional<Ids> findLinkedIds(QStringView html)
     return ids;
 }
 
+/// `text` with "<br>" for its line breaks. Linear, which QString::replace is not; and most lines have none.
+QString getLineBreaksShown(const QString& text)
+{
+    const QLatin1Char lineBreak('\n');
+    return text.contains(lineBreak) ? text.split(lineBreak).join(QLatin1String("<br>")) : text;
+}
+
 } // namespace
 
 void COrvel::AddMessageRaw(const QString& text, int protocolType, COVMessage::MessageType type)
 {
-    QString html = text;
-    html.replace(QLatin1Char('\n'), QLatin1String("<br>"));
-
+    const QString html = getLineBreaksShown(text);
     COVMessage message(protocolType, type, std::vector<LONGID>(), std::vector<int>(), html, currentStage);
     if (const std::optional<Ids> ids = findLinkedIds(html)) {
         // A text with links but without a single id in them refers to nothing, not even to "no item".

@@ -5,7 +5,8 @@
 namespace {
 
 // Single characters are what Qt searches for fastest, so each search goes for the rarest one of its text and
-// looks around from there.
+// looks around from there. Of the end of a link this is the last one: where links begin and never end, there
+// is many a "<".
 
 /// Where `text` begins in `in`, at `from` or later; the search goes for the character at `rare` in `text`.
 int find(QStringView in, QStringView text, int rare, int from)
@@ -13,7 +14,7 @@ int find(QStringView in, QStringView text, int rare, int from)
     const QChar rareChar = text[rare];
     for (auto at = in.indexOf(rareChar, from + rare); at >= 0; at = in.indexOf(rareChar, at + 1)) {
         const int begin = static_cast<int>(at) - rare;
-        if (in.mid(begin).startsWith(text))
+        if (in.mid(begin, text.size()) == text)
             return begin;
     }
     return -1;
@@ -30,7 +31,7 @@ std::optional<Range> findAnchor(QStringView text, int from)
     const int begin = find(text, opening, 0, from);
     if (begin < 0)
         return std::nullopt;
-    const int end = find(text, closing, 0, begin + static_cast<int>(opening.size()));
+    const int end = find(text, closing, 3, begin + static_cast<int>(opening.size()));
     if (end < 0)
         return std::nullopt;
     return Range{begin, end + static_cast<int>(closing.size())};
