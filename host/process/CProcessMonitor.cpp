@@ -37,8 +37,11 @@ namespace {
 constexpr std::chrono::milliseconds kBatchInterval{30};
 constexpr std::chrono::milliseconds kDeliveryBudget{12};
 constexpr std::chrono::milliseconds kJournalBudget{10};
-// While lines pour in faster than they can be taken, most of them will never be shown.
+// While lines pour in faster than they can be taken, most of them will never be shown: a few now and then do.
 constexpr std::chrono::milliseconds kBusyJournalBudget{3};
+constexpr std::chrono::milliseconds kBusyJournalInterval{100};
+// A run that is over waits until the journal has shown its last lines, unless more than so many are left.
+constexpr std::size_t kAwaitedLines = 500;
 
 // Colours that can be told from both a light and a dark background carry the marks only; texts keep the
 // colours of the palette.
@@ -313,6 +316,7 @@ void CProcessMonitor::onProtocolPushed()
     Application* application = Application::instance();
     if (application == nullptr)
         return;
+    journalWriter->flush(std::chrono::hours(1)); // all that waits
     const QString path = Application::getTmpFileName(QStringLiteral("journal_%1.html"));
     try {
         QtFile file(path);
@@ -424,6 +428,7 @@ QPushButton* CProcessMonitor::createButton(const QString& text)
 
 void CProcessMonitor::prepareRun()
 {
+    batchTimer->stop(); // the journal of the run before may still have been filling
     proxy.reset();
     journalWriter->clear();
     stages.clear();
@@ -434,6 +439,7 @@ void CProcessMonitor::prepareRun()
     errorsShown = false;
     interrupted = false;
     runTime.start();
+    journalPause.start();
 }
 
 void CProcessMonitor::writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail)
@@ -458,27 +464,46 @@ void CProcessMonitor::deliverBatch()
 {
     if (delivering)
         return; // an override that runs an event loop of its own
+    if (isRunOver()) {
+        finishRun();
+        return;
+    }
     bool isDelivered = true;
     bool isShown = true;
     {
         const QScopedValueRollback<bool> guard(delivering, true);
         if (running)
             isDelivered = proxy->deliver(*this, kDeliveryBudget);
-        isShown = journalWriter->flush(isDelivered ? kJournalBudget : kBusyJournalBudget);
+        isShown = showLines(isDelivered);
     }
     showJournalNote();
     showTime();
-    if (running && isShown && proxy->isDrained())
-        finishRun();
-    else if (!isDelivered || !isShown)
+    // What ends the run may take its time, so it comes after the events that came meanwhile.
+    if (!isDelivered || !isShown || isRunOver())
         batchTimer->start(0);
     else if (running)
         batchTimer->start(kBatchInterval);
 }
 
+bool CProcessMonitor::isRunOver() const
+{
+    const std::size_t waitingLines = journalWriter->getWaitingCount();
+    return running && proxy->isDrained() && (waitingLines == 0 || waitingLines > kAwaitedLines);
+}
+
+bool CProcessMonitor::showLines(bool isDelivered)
+{
+    if (!isDelivered && !journalPause.hasExpired(kBusyJournalInterval.count()))
+        return false;
+    const bool isShown = journalWriter->flush(isDelivered ? kJournalBudget : kBusyJournalBudget);
+    journalPause.start();
+    return isShown;
+}
+
 void CProcessMonitor::finishRun()
 {
-    batchTimer->stop();
+    if (journalWriter->getWaitingCount() > 0)
+        batchTimer->start(0);
     delete questionBox;
     worker.join();
     interrupted = proxy->isStopRequested() || proxy->isFailed();

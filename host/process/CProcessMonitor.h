@@ -59,8 +59,8 @@ protected:
     virtual bool getInterrupted() const;
     /// A run is about to start; the journal is empty already. The base writes the time as a service line.
     virtual void onStarted();
-    /// The run's thread is over and its last line is delivered. The base says in the stage line how it
-    /// ended.
+    /// The run's thread is over and its last line is delivered; the journal may have lines still to show.
+    /// The base says in the stage line how it ended.
     virtual void onThreadFinished();
     /// The protocol button was pressed. The base writes the journal into a temporary page and opens it.
     Q_SLOT virtual void onProtocolPushed();
@@ -131,7 +131,8 @@ public:
     void reject() override;
 
 signals:
-    /// The run's thread is over and onThreadFinished() has been called.
+    /// The run's thread is over and onThreadFinished() has been called. After many lines the journal goes on
+    /// filling for a moment.
     void runFinished();
     /// Emitted in the run's thread when the run waits for this window.
     void runWaits(QPrivateSignal);
@@ -151,6 +152,8 @@ private:
     void writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail);
     void serveRun();
     void deliverBatch();
+    bool showLines(bool isDelivered);
+    bool isRunOver() const;
     void finishRun();
     void askToStop(bool thenClose);
     void showStopQuestion(bool thenClose);
@@ -177,6 +180,7 @@ private:
     QStringList stages; // open, the outermost first
     QString stateText;  // shown while no stage is open
     QElapsedTimer runTime;
+    QElapsedTimer journalPause; // since lines were shown
     StopQuestion stopQuestion = StopQuestion::OnDisplay;
     bool running = false;
     bool delivering = false;

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <chrono>
+#include <cstddef>
 #include <deque>
 
 class QTextBrowser;
@@ -43,6 +44,8 @@ public:
     /// there; one that is scrolled up keeps showing the same lines.
     /// @return true when no line waits
     bool flush(std::chrono::milliseconds budget);
+    /// How many lines wait to be shown.
+    std::size_t getWaitingCount() const { return waiting.size(); }
     /// How many lines the journal no longer shows.
     qint64 getOmittedCount() const { return omittedCount; }
 

@@ -170,9 +170,9 @@ bool OrderedMonitorProxy::deliver(qor::IProcessMonitor& target, std::chrono::mil
     bool isInTime = true;
     while (isInTime && takeWaitingCalls()) {
         while (isInTime && !inHand.empty()) {
-            const Call call = std::move(inHand.front());
+            Call call = std::move(inHand.front());
             inHand.pop_front();
-            makeCall(call, target);
+            makeCall(std::move(call), target);
             isInTime = std::chrono::steady_clock::now() < deadline;
         }
     }
@@ -323,27 +323,31 @@ bool OrderedMonitorProxy::takeWaitingCalls()
     return !inHand.empty();
 }
 
-void OrderedMonitorProxy::makeCall(const Call& call, qor::IProcessMonitor& target)
+void OrderedMonitorProxy::makeCall(Call&& call, qor::IProcessMonitor& target)
 {
     switch (call.kind) {
     case CallKind::StartStage:
-        return target.startStage(call.text);
+        return target.startStage(std::move(call.text));
     case CallKind::FinishStage:
         return target.finishCurrentStage();
     case CallKind::StartProtocolStage:
-        return target.startProtocolStage(call.text);
+        return target.startProtocolStage(std::move(call.text));
     case CallKind::FinishProtocolStage:
         return target.finishProtocolStage();
     case CallKind::SetSilent:
         return target.setSilent(call.flag);
     case CallKind::Error:
-        return call.flag ? target.writeError(call.text, call.detail) : target.writeError(call.text);
+        return call.flag ? target.writeError(std::move(call.text), std::move(call.detail))
+                         : target.writeError(std::move(call.text));
     case CallKind::Warning:
-        return call.flag ? target.writeWarning(call.text, call.detail) : target.writeWarning(call.text);
+        return call.flag ? target.writeWarning(std::move(call.text), std::move(call.detail))
+                         : target.writeWarning(std::move(call.text));
     case CallKind::Message:
-        return call.flag ? target.writeMessage(call.text, call.detail) : target.writeMessage(call.text);
+        return call.flag ? target.writeMessage(std::move(call.text), std::move(call.detail))
+                         : target.writeMessage(std::move(call.text));
     case CallKind::Service:
-        return call.flag ? target.write(call.text, call.detail) : target.write(call.text);
+        return call.flag ? target.write(std::move(call.text), std::move(call.detail))
+                         : target.write(std::move(call.text));
     }
 }
 

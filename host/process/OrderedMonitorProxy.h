@@ -118,7 +118,7 @@ private:
     void post(Call call);
     void waitWhilePaused();
     bool takeWaitingCalls();
-    static void makeCall(const Call& call, qor::IProcessMonitor& target);
+    static void makeCall(Call&& call, qor::IProcessMonitor& target);
     void deliverPercentage(qor::IProcessMonitor& target);
 
     const WakeFunction wake;

@@ -108,6 +108,15 @@ void workUntilStopped(qor::IProcessMonitor& monitor)
         std::this_thread::yield();
 }
 
+constexpr int kFloodLines = 40000;
+
+// More lines than the journal keeps, faster than it can show them.
+void writeFlood(qor::IProcessMonitor& monitor)
+{
+    for (int i = 1; i <= kFloodLines; ++i)
+        monitor.writeMessage(std::to_wstring(i));
+}
+
 // Catches what is opened in the browser.
 class UrlCatcher : public QObject
 {
@@ -134,6 +143,7 @@ private slots:
     void overridesRunInTheGuiThread();
     void journalShowsTheLines();
     void journalSaysThatEarlierLinesAreLeftOut();
+    void nextRunMayStartWhileTheJournalFills();
     void baseWritesTheStart();
     void exceptionBecomesAnErrorLine_data();
     void exceptionBecomesAnErrorLine();
@@ -146,6 +156,7 @@ private slots:
     void pauseButtonHoldsTheRun();
     void protocolButtonWaitsForTheEnd();
     void protocolButtonOfTheBaseOpensTheJournal();
+    void openedJournalIsFull();
     void secondStartIsRefused();
     void nextRunStartsFromRunFinished();
     void closingStopsTheRunFirst();
@@ -246,17 +257,14 @@ void TestCProcessMonitor::journalShowsTheLines()
 
 void TestCProcessMonitor::journalSaysThatEarlierLinesAreLeftOut()
 {
-    constexpr int kCount = 40000;
     CProcessMonitor monitor;
-    monitor.start([](qor::IProcessMonitor& run) {
-        for (int i = 1; i <= kCount; ++i)
-            run.writeMessage(std::to_wstring(i));
-    });
+    monitor.start(writeFlood);
     QVERIFY(monitor.waitForFinished());
     const QTextDocument* document = monitor.getJournal()->document();
+    // The run does not wait until so many are laid out.
+    QTRY_COMPARE(document->lastBlock().text(), QStringLiteral("\u2022 40000"));
     QCOMPARE(document->blockCount(), 10000);
     QCOMPARE(document->firstBlock().text(), QStringLiteral("\u2022 30001"));
-    QCOMPARE(document->lastBlock().text(), QStringLiteral("\u2022 40000"));
     const QLocale locale;
     const QString note =
         QStringLiteral("Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе.")
@@ -264,6 +272,17 @@ void TestCProcessMonitor::journalSaysThatEarlierLinesAreLeftOut()
     const QList<QLabel*> labels = monitor.findChildren<QLabel*>();
     QVERIFY(std::any_of(labels.begin(), labels.end(),
                         [&](const QLabel* label) { return label->text() == note && !label->isHidden(); }));
+}
+
+void TestCProcessMonitor::nextRunMayStartWhileTheJournalFills()
+{
+    TestMonitor monitor;
+    monitor.start(writeFlood);
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(monitor.getJournal()->document()->blockCount() < 10000);
+    monitor.start([](qor::IProcessMonitor& run) { run.write(L"second"); });
+    QVERIFY(monitor.waitForFinished());
+    QCOMPARE(monitor.getJournal()->toPlainText(), QStringLiteral("second"));
 }
 
 void TestCProcessMonitor::baseWritesTheStart()
@@ -482,6 +501,21 @@ void TestCProcessMonitor::protocolButtonOfTheBaseOpensTheJournal()
     QFile page(catcher.urls.first().toLocalFile());
     QVERIFY(page.open(QIODevice::ReadOnly));
     QVERIFY(QString::fromUtf8(page.readAll()).contains(QStringLiteral("Превышен допуск")));
+}
+
+void TestCProcessMonitor::openedJournalIsFull()
+{
+    SDIApplication application(QStringLiteral("survey"));
+    UrlCatcher catcher;
+    CProcessMonitor monitor;
+    monitor.start(writeFlood);
+    QVERIFY(monitor.waitForFinished());
+    QTest::mouseClick(findButton(monitor, QStringLiteral("Протокол")), Qt::LeftButton);
+    QCOMPARE(catcher.urls.size(), 1);
+    QFile page(catcher.urls.first().toLocalFile());
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    QVERIFY(page.readAll().contains(QByteArray::number(kFloodLines)));
+    QCOMPARE(monitor.getJournal()->document()->blockCount(), 10000);
 }
 
 void TestCProcessMonitor::secondStartIsRefused()
