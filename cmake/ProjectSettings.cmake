@@ -39,7 +39,7 @@ add_link_options(-Wl,--as-needed)
 if(ORVEL_SANITIZE)
     add_compile_options(-fsanitize=${ORVEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${ORVEL_SANITIZE})
-elseif(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT ORVEL_SANITIZE)
+else()
     add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,--no-undefined>)
 endif()
 
