@@ -1,56 +1,82 @@
 #include "bench/tasks/TableTask.h"
 
-#include "bench/BenchHost.h"
+#include "apps/common/PluginLocation.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemFilterModel.h"
+#include "apps/desk/gui/ItemTable.h"
 #include "bench/Clocks.h"
 #include "bench/SampleMessages.h"
-#include "host/delegates/CProjectItemModel.h"
+#include "host/app/PluginManager.h"
+#include "host/app/SDIApplication.h"
+#include "host/delegates/ItemDelegateFactory.h"
+#include "host/window/ProjectWindow.h"
+#include "tests/levelling/SyntheticNetwork.h"
 
 #include <QCoreApplication>
-#include <QSortFilterProxyModel>
-#include <QTableView>
 
 #include <functional>
 
 namespace {
 
-constexpr int kHeightProperty = 1;
-constexpr int kLinesPerPoint = 4;
-
-using Column = CProjectItemModel::Column;
-using Source = CProjectItemModel::Source;
+/// Results for each point and section, as many different ones as there are after an adjustment.
+levelling::Adjustment makeAdjustment(const levelling::Network& network)
+{
+    const auto scatter = [](std::size_t number) { return static_cast<double>(number * 7919 % 99991); };
+    levelling::Adjustment adjustment;
+    for (std::size_t i = 0; i < network.points.size(); ++i)
+        adjustment.points.push_back(
+            levelling::AdjustedPoint{100, 100 + 0.001 * scatter(i), 1 + 1e-4 * scatter(i)});
+    for (std::size_t i = 0; i < network.sections.size(); ++i) {
+        levelling::AdjustedSection section;
+        section.residual = 1e-4 * scatter(i) - 5;
+        adjustment.sections.push_back(section);
+    }
+    return adjustment;
+}
 
 class TableTask : public Task
 {
 public:
     explicit TableTask(const TaskRequest& request)
     {
-        sample::addPoints(request.size * kLinesPerPoint, host.model);
-        for (const auto& item : host.model.getTopLevelItems())
-            item->setProperty(kHeightProperty,
-                              100 + 0.001 * static_cast<double>(item->getId() * 7919 % 9973));
+        if (!plugins.load(locatePlugin()))
+            qFatal("%s", qUtf8Printable(plugins.getFailures().constLast().reason));
+        plugins.extendApplication(&application);
+        document = std::make_unique<Document>(plugins, sample::getProjectName());
+        window = std::make_unique<ProjectWindow>(&document->getModel());
+        const int pointCount = request.size * 2 / 5;
+        const levelling::Network network = testnetworks::synthetic(pointCount, request.size - pointCount);
+        document->setNetwork(network);
+        document->setAdjustment(makeAdjustment(network));
     }
 
     void run() override
     {
-        runStep(QStringLiteral("open"), [this] { open(); });
-        runStep(QStringLiteral("sort"), [this] { view.sortByColumn(0, Qt::AscendingOrder); });
-        runStep(QStringLiteral("sort_numbers"), [this] { view.sortByColumn(2, Qt::AscendingOrder); });
-        runStep(QStringLiteral("filter"), [this] { proxy.setFilterFixedString(QStringLiteral("Рп 77")); });
+        runStep(QStringLiteral("open"), [this] {
+            table = std::make_unique<ItemTable>(*document, window.get());
+            table->show();
+        });
+        runSort(QStringLiteral("sort_names"), itemcolumns::Name);
+        runSort(QStringLiteral("sort_kinds"), itemcolumns::Type);
+        runSort(QStringLiteral("sort_heights"), itemcolumns::Height);
+        runSort(QStringLiteral("sort_residuals"), itemcolumns::Residual);
+        runSearch(QStringLiteral("search"), QStringLiteral("7"));
+        runSearch(QStringLiteral("search_on"), QStringLiteral("77"));
+        runSearch(QStringLiteral("search_off"), QString());
     }
 
     std::vector<Stall> getStalls() const override { return stalls; }
 
 private:
-    void open()
+    void runSort(const QString& name, int column)
     {
-        const QVector<Column> columns{{QStringLiteral("Имя"), Source::Name, 0, 0},
-                                      {QStringLiteral("Тип"), Source::Type, 0, 0},
-                                      {QStringLiteral("Высота"), Source::Property, kHeightProperty, 0}};
-        table = std::make_unique<CProjectItemModel>(&host.model, columns);
-        proxy.setSourceModel(table.get());
-        view.setModel(&proxy);
-        view.setSortingEnabled(true);
-        view.show();
+        runStep(name, [this, column] { table->sortByColumn(column, Qt::AscendingOrder); });
+    }
+
+    void runSearch(const QString& name, const QString& text)
+    {
+        runStep(name, [this, text] { table->getFilterModel()->setSearchText(text); });
     }
 
     /// A step is one reaction to the user, and the painting after it.
@@ -63,10 +89,12 @@ private:
         stalls.push_back({name, clocks::getSteady() - start, clocks::getThreadCpu() - cpuStart});
     }
 
-    BenchHost host;
-    std::unique_ptr<CProjectItemModel> table;
-    QSortFilterProxyModel proxy;
-    QTableView view;
+    SDIApplication application{sample::getScheme()};
+    ItemDelegateFactory delegateFactory;
+    PluginManager plugins;
+    std::unique_ptr<Document> document;
+    std::unique_ptr<ProjectWindow> window;
+    std::unique_ptr<ItemTable> table;
     std::vector<Stall> stalls;
 };
 
