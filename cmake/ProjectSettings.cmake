@@ -27,8 +27,6 @@ add_library(Orvel::Settings ALIAS OrvelSettings)
 target_compile_options(OrvelSettings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wextra-semi
-    # Qt 5 writes key combinations as Qt::CTRL | Qt::Key_S.
-    $<$<CXX_COMPILER_ID:Clang>:-Wno-enum-enum-conversion>
     $<$<BOOL:${ORVEL_WERROR}>:-Werror>)
 target_compile_definitions(OrvelSettings INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY

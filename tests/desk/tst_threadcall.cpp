@@ -13,7 +13,7 @@ class TestThreadCall : public QObject
     Q_OBJECT
 
 private slots:
-    void actionIsDoneInTheObjectsThread();
+    void actionIsDoneInTheWindowsThread();
     void stoppedRunDoesNotWait();
     void actionOfStoppedRunIsNotDone();
 };
@@ -30,15 +30,15 @@ struct StoppableMonitor : LineCollector
 
 } // namespace
 
-void TestThreadCall::actionIsDoneInTheObjectsThread()
+void TestThreadCall::actionIsDoneInTheWindowsThread()
 {
-    QObject object;
+    ThreadCall windowThread;
     const StoppableMonitor monitor;
     std::atomic<bool> isReturned{false};
     bool isDone = false;
     QThread* thread = nullptr;
     std::thread run([&] {
-        isDone = callInThread(object, monitor, [&] { thread = QThread::currentThread(); });
+        isDone = windowThread.call(monitor, [&] { thread = QThread::currentThread(); });
         isReturned = true;
     });
     QTRY_VERIFY(isReturned);
@@ -49,11 +49,11 @@ void TestThreadCall::actionIsDoneInTheObjectsThread()
 
 void TestThreadCall::stoppedRunDoesNotWait()
 {
-    QObject object;
+    ThreadCall windowThread;
     StoppableMonitor monitor;
     bool isDone = true;
-    // The thread of the object processes no events: it waits for the run, as a closing window does.
-    std::thread run([&] { isDone = callInThread(object, monitor, [] {}); });
+    // The window's thread processes no events: it waits for the run, as a closing window does.
+    std::thread run([&] { isDone = windowThread.call(monitor, [] {}); });
     monitor.isStopped = true;
     run.join();
     QVERIFY(!isDone);
@@ -61,11 +61,11 @@ void TestThreadCall::stoppedRunDoesNotWait()
 
 void TestThreadCall::actionOfStoppedRunIsNotDone()
 {
-    QObject object;
+    ThreadCall windowThread;
     StoppableMonitor monitor;
     monitor.isStopped = true;
     bool isActionDone = false;
-    std::thread run([&] { callInThread(object, monitor, [&] { isActionDone = true; }); });
+    std::thread run([&] { windowThread.call(monitor, [&] { isActionDone = true; }); });
     run.join();
     QCoreApplication::processEvents();
     QVERIFY(!isActionDone);

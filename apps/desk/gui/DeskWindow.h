@@ -74,7 +74,7 @@ protected:
 
 private:
     QAction* addAction(QMenu* menu, const QString& text, const QIcon& icon, const QKeySequence& shortcut,
-                       void (DeskWindow::*slot)());
+                       void (DeskWindow::*slot)()) const;
     void createActions();
     void createFileMenu();
     void createRunMenu();

@@ -12,7 +12,7 @@
 #include <QToolBar>
 
 QAction* DeskWindow::addAction(QMenu* menu, const QString& text, const QIcon& icon,
-                               const QKeySequence& shortcut, void (DeskWindow::*slot)())
+                               const QKeySequence& shortcut, void (DeskWindow::*slot)()) const
 {
     QAction* action = menu->addAction(icon, text);
     action->setShortcut(shortcut);
@@ -44,21 +44,21 @@ void DeskWindow::createFileMenu()
                            &DeskWindow::saveWithoutAnswer);
     idleActions.push_back(saveAction);
     QAction* saveAs = menu->addAction(Desk::tr("Сохранить &как…"));
-    saveAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    saveAs->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+S")));
     connect(saveAs, &QAction::triggered, this, [this] { chooseAndSave(); });
     idleActions.push_back(saveAs);
     menu->addSeparator();
     importAction = addAction(menu, Desk::tr("&Импорт сети…"), makeIcon(Glyph::Import),
-                             QKeySequence(Qt::CTRL | Qt::Key_I), &DeskWindow::chooseAndImport);
+                             QKeySequence(QStringLiteral("Ctrl+I")), &DeskWindow::chooseAndImport);
     importAction->setStatusTip(Desk::tr("Прочитать нивелирную сеть из файла .gkf"));
     idleActions.push_back(importAction);
     exportAction = addAction(menu, Desk::tr("&Экспорт высот…"), makeIcon(Glyph::Export),
-                             QKeySequence(Qt::CTRL | Qt::Key_E), &DeskWindow::chooseAndExport);
+                             QKeySequence(QStringLiteral("Ctrl+E")), &DeskWindow::chooseAndExport);
     exportAction->setStatusTip(Desk::tr("Записать уравненные высоты и их СКО в файл CSV"));
     resultActions.push_back(exportAction);
     menu->addSeparator();
     QAction* quit = menu->addAction(Desk::tr("&Выход"));
-    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    quit->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
@@ -78,7 +78,7 @@ void DeskWindow::createRunMenu()
     menu->addSeparator();
     createClassMenu(menu);
     menu->addSeparator();
-    addAction(menu, Desk::tr("Окно &выполнения"), QIcon(), QKeySequence(Qt::CTRL | Qt::Key_J),
+    addAction(menu, Desk::tr("Окно &выполнения"), QIcon(), QKeySequence(QStringLiteral("Ctrl+J")),
               &DeskWindow::showMonitor);
 }
 
@@ -108,14 +108,14 @@ void DeskWindow::createProtocolMenu()
     for (const int type : {int(enums::Import), int(enums::Compile), int(enums::Adjust),
                            int(enums::L1Analysis), int(enums::Export)}) {
         QAction* action = protocolMenu->addAction(makeIcon(Glyph::Protocol), getTypeText(type));
-        action->setShortcut(QKeySequence(int(Qt::CTRL) + int(Qt::Key_1) + number++));
+        action->setShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(++number)));
         connect(action, &QAction::triggered, this, [this, type] { showProtocol(type); });
         idleActions.push_back(action);
     }
     protocolMenu->addSeparator();
     itemProtocolAction =
         addAction(protocolMenu, Desk::tr("О &выделенном пункте или секции"), makeIcon(Glyph::Search),
-                  QKeySequence(Qt::CTRL | Qt::Key_P), &DeskWindow::showCurrentItemProtocol);
+                  QKeySequence(QStringLiteral("Ctrl+P")), &DeskWindow::showCurrentItemProtocol);
     idleActions.push_back(itemProtocolAction);
 }
 

@@ -17,9 +17,11 @@ DeskRun makeImport(Document& document, const QString& filePath)
     DeskRun run;
     run.protocolType = enums::Import;
     const auto replaced = std::make_shared<std::optional<Document::Content>>();
-    run.function = [&document, filePath, replaced, failure = run.failure](qor::IProcessMonitor& monitor) {
+    const auto windowThread = std::make_shared<ThreadCall>();
+    run.function = [&document, filePath, replaced, windowThread,
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
         const NetworkTaker takeNetwork = [&](const levelling::Network& network, NetworkSnapshot& snapshot) {
-            return callInThread(document, monitor, [&] {
+            return windowThread->call(monitor, [&] {
                 *replaced = document.copyContent();
                 document.setNetwork(network);
                 snapshot = document.getSnapshot();

@@ -2,12 +2,38 @@
 
 #include "host/process/IProcessMonitor.h"
 
+#include <QObject>
+
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 
-class QObject;
-
-/// Has the thread of an object do something, and waits until it is done. For runs in their threads: a stopped
-/// run stops waiting, since the window's thread may be waiting for the run by then.
+/// Lets a run have something done in the window's thread: the one that this object was made in.
 ///
-/// False if the run was stopped before the action began; it will not be done any more then.
-bool callInThread(QObject& object, const qor::IProcessMonitor& monitor, const std::function<void()>& action);
+/// Serves one run, one call at a time.
+class ThreadCall : public QObject
+{
+    Q_OBJECT
+
+public:
+    ThreadCall();
+
+    /// Has the action done and waits until it is. A stopped run stops waiting, since the window's thread may
+    /// be waiting for the run by then. To be called in the run's thread.
+    ///
+    /// False if the run was stopped before the action began; it will not be done any more then.
+    bool call(const qor::IProcessMonitor& monitor, const std::function<void()>& requestedAction);
+
+signals:
+    void requested();
+
+private:
+    enum class State { Idle, Waiting, Begun };
+
+    void perform();
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    State state = State::Idle;
+    const std::function<void()>* action = nullptr; ///< the caller's, who waits
+};
