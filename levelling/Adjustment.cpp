@@ -86,6 +86,7 @@ Adjustment adjust(const Network& network)
         result.status = AdjustmentStatus::Singular;
         return result;
     }
+    equations.invert();
 
     for (size_t index = 0; index < network.points.size(); ++index) {
         if (!heights[index])

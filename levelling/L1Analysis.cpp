@@ -1,7 +1,9 @@
 #include "levelling/L1Analysis.h"
 
 #include "levelling/ApproximateHeights.h"
+#include "levelling/DisjointSets.h"
 #include "levelling/FlowSimplex.h"
+#include "levelling/NormalEquations.h"
 #include "levelling/SectionGraph.h"
 
 #include <algorithm>
@@ -14,6 +16,7 @@ namespace {
 
 constexpr double s_unitsPerMetre = 1e8;
 constexpr double s_unitsPerMillimetre = 1e5;
+constexpr double s_millimetresPerMetre = 1e3;
 constexpr double s_largestHeight = 1e9;                // m
 constexpr double s_largestWeight = 1099511627776.0;    // 2^40
 constexpr double s_largestSum = 1152921504606846976.0; // 2^60
@@ -47,6 +50,23 @@ bool isCountable(const FlowProblem& problem)
     return sum < s_largestSum;
 }
 
+/// Heights near the ones that are sought: those of least squares. Most sections are then on the side of their
+/// measurement where they will end, and the search has far less to do. Where the arithmetic cannot, they are
+/// the approximate ones.
+std::vector<std::optional<double>> findNearHeights(const SectionGraph& graph,
+                                                   const std::vector<std::optional<double>>& approximate)
+{
+    NormalEquations equations(graph, approximate);
+    if (!equations.solve())
+        return approximate;
+    std::vector<std::optional<double>> heights = approximate;
+    for (size_t point = 0; point < heights.size(); ++point) {
+        if (heights[point])
+            *heights[point] += equations.getCorrection(static_cast<int>(point)) / s_millimetresPerMetre;
+    }
+    return isCountable(heights) ? heights : approximate;
+}
+
 /// Heights must be countable.
 FlowProblem buildProblem(const SectionGraph& graph, const std::vector<std::optional<double>>& heights)
 {
@@ -75,6 +95,41 @@ FlowProblem buildProblem(const SectionGraph& graph, const std::vector<std::optio
     return problem;
 }
 
+/// Groups of nodes, and who belongs to each.
+class Groups
+{
+public:
+    explicit Groups(int nodeCount) : sets(nodeCount), members(static_cast<size_t>(nodeCount))
+    {
+        for (int node = 0; node < nodeCount; ++node)
+            members[static_cast<size_t>(node)].push_back(node);
+    }
+
+    bool isTogether(int a, int b) { return sets.find(a) == sets.find(b); }
+    /// Whether the node stands for its group.
+    bool isFirst(int node) { return sets.find(node) == node; }
+    const std::vector<int>& getMembers(int node) { return members[static_cast<size_t>(sets.find(node))]; }
+
+    void join(int a, int b)
+    {
+        const auto first = static_cast<size_t>(sets.find(a));
+        const auto second = static_cast<size_t>(sets.find(b));
+        if (!sets.unite(a, b))
+            return;
+        const size_t kept = static_cast<size_t>(sets.find(a));
+        std::vector<int>& from = members[kept == first ? second : first];
+        std::vector<int>& to = members[kept];
+        if (to.size() < from.size())
+            to.swap(from);
+        to.insert(to.end(), from.begin(), from.end());
+        from = {};
+    }
+
+private:
+    DisjointSets sets;
+    std::vector<std::vector<int>> members; // by the node that stands for the group
+};
+
 /// The optimal heights and flows, in units.
 class Solution
 {
@@ -85,13 +140,18 @@ public:
         , simplex(sectionGraph.getNodeCount(), flowProblem.arcs)
     {}
 
-    bool solve(const std::function<bool()>& isStopped) { return simplex.solve(isStopped); }
-
-    /// Correction of the approximate height of a node.
-    qint64 getCorrection(int node) const
+    bool solve(const std::function<bool()>& isStopped)
     {
-        return simplex.getPotential(node) - simplex.getPotential(SectionGraph::datum);
+        if (!simplex.solve(isStopped))
+            return false;
+        for (int node = 0; node < graph.getNodeCount(); ++node)
+            corrections.push_back(simplex.getPotential(node) - simplex.getPotential(SectionGraph::datum));
+        settle();
+        return true;
     }
+
+    /// Correction of the near height of a node.
+    qint64 getCorrection(int node) const { return corrections[static_cast<size_t>(node)]; }
 
     /// Adjusted less observed difference.
     qint64 getResidual(size_t arc) const
@@ -136,9 +196,61 @@ private:
         return forward == upwards ? flow < arc.capacity - slack : flow > -arc.capacity + slack;
     }
 
+    /// Moves every group of nodes that no section without residual ties to the datum, until one does. Such a
+    /// group can move as far as the nearest section allows, and the sum stays the least.
+    void settle()
+    {
+        Groups groups(graph.getNodeCount());
+        for (size_t arc = 0; arc < problem.arcs.size(); ++arc) {
+            if (getResidual(arc) == 0)
+                groups.join(problem.arcs[arc].from, problem.arcs[arc].to);
+        }
+        // Each pass joins every loose group to another one.
+        while (settleOnce(groups)) {
+        }
+    }
+
+    bool settleOnce(Groups& groups)
+    {
+        bool hasMoved = false;
+        for (int node = 0; node < graph.getNodeCount(); ++node) {
+            if (!groups.isFirst(node) || groups.isTogether(node, SectionGraph::datum))
+                continue;
+            const int arc = findNearestArc(groups, node);
+            if (arc < 0)
+                continue; // no section takes part there
+            const FlowSimplex::Arc& nearest = problem.arcs[static_cast<size_t>(arc)];
+            const qint64 residual = getResidual(static_cast<size_t>(arc));
+            const qint64 move = groups.isTogether(nearest.to, node) ? -residual : residual;
+            for (const int member : groups.getMembers(node))
+                corrections[static_cast<size_t>(member)] += move;
+            groups.join(nearest.from, nearest.to);
+            hasMoved = true;
+        }
+        return hasMoved;
+    }
+
+    /// The arc with the least residual from a group to others, or -1.
+    int findNearestArc(Groups& groups, int group) const
+    {
+        int nearest = -1;
+        for (const int member : groups.getMembers(group)) {
+            for (const SectionGraph::Link& link : graph.getLinks(member)) {
+                const int arc = problem.arcOfSection[static_cast<size_t>(link.section)];
+                if (arc < 0 || groups.isTogether(link.node, group))
+                    continue;
+                if (nearest < 0 || std::abs(getResidual(static_cast<size_t>(arc))) <
+                                       std::abs(getResidual(static_cast<size_t>(nearest))))
+                    nearest = arc;
+            }
+        }
+        return nearest;
+    }
+
     const SectionGraph& graph;
     const FlowProblem& problem;
     FlowSimplex simplex;
+    std::vector<qint64> corrections; // of the near heights, by node
 };
 
 std::vector<int> findAmbiguous(const SectionGraph& graph, const Solution& solution,
@@ -174,15 +286,16 @@ L1Analysis analyseL1(const Network& network, double grossLimit, const std::funct
     result.undetermined = findUndeterminedPoints(findComponents(network));
 
     const SectionGraph graph(network);
-    const std::vector<std::optional<double>> heights = approximateHeights(graph);
-    if (!hasUnknown(network, heights)) {
+    const std::vector<std::optional<double>> approximate = approximateHeights(graph);
+    if (!hasUnknown(network, approximate)) {
         result.status = L1Status::NothingToAdjust;
         return result;
     }
-    if (!isCountable(heights)) {
+    if (!isCountable(approximate)) {
         result.status = L1Status::TooLarge;
         return result;
     }
+    const std::vector<std::optional<double>> heights = findNearHeights(graph, approximate);
     const FlowProblem problem = buildProblem(graph, heights);
     if (!isCountable(problem)) {
         result.status = L1Status::TooLarge;

@@ -43,8 +43,12 @@ bool NormalEquations::solve()
     if (cholesky.info() != Eigen::Success || !std::all_of(d.data(), d.data() + d.size(), positive))
         return false;
     corrections = cholesky.solve(rightSide);
-    inverse.emplace(cholesky);
     return true;
+}
+
+void NormalEquations::invert()
+{
+    inverse.emplace(cholesky);
 }
 
 double NormalEquations::getCorrection(int point) const

@@ -25,11 +25,14 @@ public:
 
     /// Solves the equations, at least one unknown given; false if the arithmetic cannot.
     bool solve();
-    /// Correction of the approximate height, mm; 0 for a fixed point.
+    /// After solve(): correction of the approximate height, mm; 0 for a fixed point.
     double getCorrection(int point) const;
-    /// Variance of the height, mm²; 0 for a fixed point.
+
+    /// Finds the variances, after solve().
+    void invert();
+    /// After invert(): variance of the height, mm²; 0 for a fixed point.
     double getVariance(int point) const;
-    /// Variance of the difference between the heights at the ends of a section, mm².
+    /// After invert(): variance of the difference between the heights at the ends of a section, mm².
     double getDifferenceVariance(const Section& section) const;
 
 private:

@@ -156,6 +156,7 @@ private slots:
     void extremeWeightsAreOrdered();
     void stopsOnRequest();
     void agreesWithAllVertices();
+    void keepsASectionForEachPoint();
 };
 
 void TestL1Analysis::twoBenchmarksGivePublishedSolution()
@@ -362,6 +363,22 @@ void TestL1Analysis::agreesWithAllVertices()
     }
     // Both outcomes must have been put to the test.
     QVERIFY(ambiguous > 30 && ambiguous < 270);
+}
+
+void TestL1Analysis::keepsASectionForEachPoint()
+{
+    // A line of sections of equal weight: any of them may take the whole misclosure, or all a share.
+    testnetworks::Builder line;
+    line.fixed(QStringLiteral("R"), 10.0);
+    for (int i = 1; i <= 1000; ++i)
+        line.section(i == 1 ? QStringLiteral("R") : QString::number(i - 1), QString::number(i), 0.001);
+    const Network network = line.section(QStringLiteral("1000"), QStringLiteral("R"), -1.007).build();
+    const L1Analysis analysis = analyseL1(network);
+    QVERIFY(!analysis.isUnique());
+    QCOMPARE(analysis.objective, 7.0);
+    const auto kept = std::count_if(analysis.sections.begin(), analysis.sections.end(),
+                                    [](const auto& section) { return section->residual == 0.0; });
+    QCOMPARE(kept, 1000);
 }
 
 QTEST_APPLESS_MAIN(TestL1Analysis)
