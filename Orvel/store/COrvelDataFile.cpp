@@ -35,7 +35,7 @@ bool COrvel::ReadXML()
     try {
         QtFile file(path);
         file.open(QIODevice::ReadOnly);
-        std::optional<datafile::Messages> list = datafile::readOwnForm(file.device()->readAll());
+        std::optional<datafile::Messages> list = datafile::readOwnForm(*file.device());
         if (!list) {
             file.device()->seek(0);
             list = datafile::readAnyForm(*file.device());
@@ -43,8 +43,7 @@ bool COrvel::ReadXML()
         file.close();
         if (!list)
             return false;
-        for (COVMessage& message : *list)
-            AddMessage(std::move(message));
+        messages = std::move(*list);
         return true;
     } catch (const qor::CFileException& error) {
         messages.clear();

@@ -72,7 +72,7 @@ std::optional<Messages> readAnyForm(QIODevice& device)
             // The file is the protocol's own: a damaged entry is examined again without end, by contract.
             if (!message)
                 continue;
-            messages.push_back(std::move(*message));
+            messages[message->protocolType].push_back(std::move(*message));
         }
         element = element.nextSiblingElement();
     }

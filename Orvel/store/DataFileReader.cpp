@@ -3,6 +3,9 @@
 #include "Orvel/store/DataFileForm.h"
 #include "Orvel/store/Utf8Decoder.h"
 
+#include <QIODevice>
+
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -10,30 +13,48 @@ namespace {
 
 using namespace datafile;
 
+constexpr std::size_t kPieceSize = 1 << 18;
+// More than anything but a message can take.
+constexpr std::ptrdiff_t kLookAhead = 1 << 10;
+
 /// Reads a file front to back. The functions answer whether the text at hand was what they read, and go
 /// behind it only then.
 class Parser
 {
 public:
-    explicit Parser(const QByteArray& content) : at(content.constData()), end(at + content.size()) {}
+    explicit Parser(QIODevice& file) : device(file) {}
 
     bool readFile(Messages& messages)
     {
-        if (!take(form::head))
+        if (!takeNextPiece() || !take(form::head))
             return false;
         if (take(form::emptyList))
-            return at == end;
+            return isAtEnd();
         if (!take(form::listBegin))
             return false;
         do {
             if (!readMessage(messages))
                 return false;
+            if (end - at < kLookAhead)
+                takeNextPiece();
         } while (!take(form::listEnd));
-        return at == end;
+        return isAtEnd();
     }
 
 private:
+    /// A message that the piece at hand does not hold to its end is read again when there is more.
     bool readMessage(Messages& messages)
+    {
+        do {
+            const char* const begin = at;
+            if (readWholeMessage(messages))
+                return true;
+            at = begin;
+        } while (takeNextPiece());
+        return false;
+    }
+
+    bool readWholeMessage(Messages& messages)
     {
         int protocolType = 0;
         int messageType = 0;
@@ -57,7 +78,7 @@ private:
             return false;
         if (!take(form::textAttributesEnd) || !readText(text) || !take(form::messageEnd))
             return false;
-        messages.emplace_back(protocolType, messageType, itemIds, itemTypes, text, stage);
+        messages[protocolType].emplace_back(protocolType, messageType, itemIds, itemTypes, text, stage);
         return true;
     }
 
@@ -106,8 +127,25 @@ private:
         return true;
     }
 
-    const char* at;
-    const char* const end;
+    /// Adds the next piece of the file to what is left of the one at hand; at least as much as that, so that
+    /// a long message is not begun too often. False at the end of the file.
+    bool takeNextPiece()
+    {
+        const auto left = static_cast<std::size_t>(end - at);
+        std::copy(at, end, piece.begin());
+        piece.resize(left + std::max(left, kPieceSize));
+        const qint64 added = device.read(piece.data() + left, static_cast<qint64>(piece.size() - left));
+        at = piece.data();
+        end = at + left + std::max<qint64>(added, 0);
+        return added > 0;
+    }
+
+    bool isAtEnd() { return at == end && !takeNextPiece(); }
+
+    QIODevice& device;
+    std::vector<char> piece;
+    const char* at = nullptr;
+    const char* end = nullptr;
 
     // Of the message at hand; they keep their memory from one to the next.
     std::vector<LONGID> itemIds;
@@ -119,10 +157,10 @@ private:
 
 namespace datafile {
 
-std::optional<Messages> readOwnForm(const QByteArray& content)
+std::optional<Messages> readOwnForm(QIODevice& device)
 {
     Messages messages;
-    if (!Parser(content).readFile(messages))
+    if (!Parser(device).readFile(messages))
         return std::nullopt;
     return messages;
 }

@@ -2,8 +2,7 @@
 
 #include "Orvel/store/COVMessage.h"
 
-#include <QByteArray>
-
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -11,11 +10,12 @@ class QIODevice;
 
 namespace datafile {
 
-using Messages = std::vector<COVMessage>;
+/// By protocol type, in the order of the file.
+using Messages = std::map<int, std::vector<COVMessage>>;
 
 /// The messages of a data file in exactly the form that `write` gives it; nothing for any other file, also
-/// for one that means the same.
-std::optional<Messages> readOwnForm(const QByteArray& content);
+/// for one that means the same. Of the file it has no more in memory than a piece.
+std::optional<Messages> readOwnForm(QIODevice& device);
 
 /// The messages of any XML file that holds a protocol; nothing when it does not parse or holds something
 /// else. Never returns when an "li" is damaged.

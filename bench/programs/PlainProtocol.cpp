@@ -138,9 +138,7 @@ void PlainProtocol::readDataFile()
     messages.clear();
     QtFile file(dataFilePath);
     file.open(QIODevice::ReadOnly);
-    std::optional<datafile::Messages> list = datafile::readAnyForm(*file.device());
-    for (COVMessage& message : *list)
-        messages[message.protocolType].push_back(std::move(message));
+    messages = *datafile::readAnyForm(*file.device());
     file.close();
 }
 

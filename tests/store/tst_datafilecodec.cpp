@@ -168,6 +168,13 @@ QByteArray writeByDom(const MessageStore& store)
     return buffer.data();
 }
 
+std::optional<Messages> readOwnForm(QByteArray content)
+{
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::ReadOnly);
+    return datafile::readOwnForm(buffer);
+}
+
 std::optional<Messages> readByDom(QByteArray content)
 {
     QBuffer buffer(&content);
@@ -186,14 +193,6 @@ QByteArray withOrderedAttributes(const QByteArray& file)
     return text.toLatin1();
 }
 
-Messages flatten(const MessageStore& store)
-{
-    Messages messages;
-    for (const auto& entry : store)
-        messages.insert(messages.end(), entry.second.begin(), entry.second.end());
-    return messages;
-}
-
 } // namespace
 
 class TestDataFileCodec : public QObject
@@ -204,6 +203,8 @@ private Q_SLOTS:
     void writesWhatTheDomWrites();
     void readsItsOwnFormAsTheDomDoes();
     void everyCodeUnitReadsBackAsTheDomReadsIt();
+    void readsMessagesWhereverThePiecesOfTheFileEnd();
+    void readsMessagesOfAnyLength();
     void aChangedFileIsDeclinedOrReadAsTheDomReadsIt();
     void aTruncatedFileIsDeclined();
     void otherFormsAreDeclined_data();
@@ -225,9 +226,9 @@ void TestDataFileCodec::readsItsOwnFormAsTheDomDoes()
     for (int i = 0; i < 3000; ++i) {
         const MessageStore store = generator.makeStore();
         const QByteArray file = write(store);
-        const std::optional<Messages> own = datafile::readOwnForm(file);
+        const std::optional<Messages> own = readOwnForm(file);
         QVERIFY2(own, file.constData());
-        QCOMPARE(own->size(), flatten(store).size());
+        QCOMPARE(own->size(), store.size());
         const std::optional<Messages> dom = readByDom(file);
         QVERIFY2(dom, file.constData());
         QVERIFY2(*own == *dom, file.constData());
@@ -243,20 +244,54 @@ void TestDataFileCodec::everyCodeUnitReadsBackAsTheDomReadsIt()
         store[kType].emplace_back(kType, COVMessage::Message, 0, 0,
                                   QLatin1Char('a') + QString(c) + QLatin1Char('b'), 0);
     }
-    const std::optional<Messages> own = datafile::readOwnForm(write(store));
+    const std::optional<Messages> own = readOwnForm(write(store));
     QVERIFY(own);
     const std::optional<Messages> dom = readByDom(write(store));
     QVERIFY(dom);
-    QCOMPARE(own->size(), dom->size());
-    const Messages written = flatten(store);
-    for (std::size_t i = 0; i < own->size(); ++i) {
+    const std::vector<COVMessage>& written = store[kType];
+    const std::vector<COVMessage>& ownList = own->at(kType);
+    const std::vector<COVMessage>& domList = dom->at(kType);
+    QCOMPARE(ownList.size(), written.size());
+    QCOMPARE(domList.size(), written.size());
+    for (std::size_t i = 0; i < written.size(); ++i) {
         const QChar c = written[i].text[i % 2 == 0 ? 0 : 1];
         QString expected = written[i].text;
         if (c.isSurrogate() || c.unicode() >= 0xFFFE)
             expected.replace(c, QChar(QChar::ReplacementCharacter));
-        QCOMPARE((*own)[i].text, expected);
-        QCOMPARE((*dom)[i].text, expected);
+        QCOMPARE(ownList[i].text, expected);
+        QCOMPARE(domList[i].text, expected);
     }
+}
+
+void TestDataFileCodec::readsMessagesWhereverThePiecesOfTheFileEnd()
+{
+    // The file is read in pieces of 256 KB; the first text moves their ends through the messages behind it.
+    const int pieceSize = 1 << 18;
+    for (int length = pieceSize - 1000; length < pieceSize; ++length) {
+        MessageStore store;
+        store[kType].emplace_back(kType, COVMessage::Error, 5, 7, QString(length, QLatin1Char('x')), 2);
+        for (int i = 0; i < 3; ++i)
+            store[kType].emplace_back(kType, COVMessage::Error, i, 7, QStringLiteral("Невязка ]]> 😀"), i);
+        const std::optional<Messages> own = readOwnForm(write(store));
+        QVERIFY2(own && *own == store, QByteArray::number(length).constData());
+    }
+}
+
+void TestDataFileCodec::readsMessagesOfAnyLength()
+{
+    MessageStore store;
+    for (int length = 1; length < 10000000; length *= 3) {
+        store[kType].emplace_back(kType, COVMessage::Error, 5, 7, QString(length, QChar(0x2116)), 0);
+        store[kType + 1].emplace_back(kType + 1, COVMessage::Error, 5, 7, QString(length, QLatin1Char(']')),
+                                      0);
+    }
+    QByteArray file = write(store);
+    const std::optional<Messages> own = readOwnForm(file);
+    QVERIFY(own && *own == store);
+    file.chop(1);
+    QVERIFY(!readOwnForm(file));
+    file.append("\n ");
+    QVERIFY(!readOwnForm(file));
 }
 
 void TestDataFileCodec::aChangedFileIsDeclinedOrReadAsTheDomReadsIt()
@@ -266,7 +301,7 @@ void TestDataFileCodec::aChangedFileIsDeclinedOrReadAsTheDomReadsIt()
     int declined = 0;
     for (int i = 0; i < 30000; ++i) {
         const QByteArray file = generator.mutate(write(generator.makeStore()));
-        const std::optional<Messages> own = datafile::readOwnForm(file);
+        const std::optional<Messages> own = readOwnForm(file);
         if (!own) {
             ++declined;
             continue;
@@ -287,9 +322,9 @@ void TestDataFileCodec::aTruncatedFileIsDeclined()
     store[kType].emplace_back(kType, COVMessage::Error, 5, 7, QStringLiteral("Невязка ]]> 5"), 2);
     store[kType].emplace_back(kType, COVMessage::Stage, 0, 7, QString(), 0);
     const QByteArray file = write(store);
-    QVERIFY(datafile::readOwnForm(file));
+    QVERIFY(readOwnForm(file));
     for (int size = 0; size < file.size(); ++size)
-        QVERIFY2(!datafile::readOwnForm(file.left(size)), QByteArray::number(size).constData());
+        QVERIFY2(!readOwnForm(file.left(size)), QByteArray::number(size).constData());
 }
 
 void TestDataFileCodec::otherFormsAreDeclined_data()
@@ -345,11 +380,11 @@ void TestDataFileCodec::otherFormsAreDeclined()
     MessageStore store;
     store[kType].emplace_back(kType, COVMessage::Error, 5, 7, QStringLiteral("line"), 2);
     QByteArray file = write(store);
-    QVERIFY(datafile::readOwnForm(file));
+    QVERIFY(readOwnForm(file));
     const int at = file.indexOf(from);
     QVERIFY(at >= 0);
     file.replace(at, from.size(), to);
-    QVERIFY(!datafile::readOwnForm(file));
+    QVERIFY(!readOwnForm(file));
 }
 
 QTEST_APPLESS_MAIN(TestDataFileCodec)
