@@ -1,8 +1,13 @@
 #include "Orvel/store/DataFileReader.h"
+#include "Orvel/store/ElementDepth.h"
 
 #include <QDomDocument>
+#include <QIODevice>
 
 namespace {
+
+// A protocol needs three levels. The DOM destroys its tree by recursion, which some ten thousand overflow.
+constexpr int kLargestDepth = 1000;
 
 /// The joined text of the CDATA sections that "mess" begins with; nothing when it does not begin with one.
 std::optional<QString> readText(const QDomElement& mess)
@@ -56,6 +61,10 @@ namespace datafile {
 
 std::optional<Messages> readAnyForm(QIODevice& device)
 {
+    const qint64 begin = device.pos();
+    if (isDeeperThan(kLargestDepth, device))
+        return std::nullopt;
+    device.seek(begin);
     // A failed parse leaves a partial tree behind, which would look like a shorter protocol.
     QDomDocument document;
     if (!document.setContent(&device))

@@ -17,8 +17,8 @@ using Messages = std::map<int, std::vector<COVMessage>>;
 /// for one that means the same. Of the file it has no more in memory than a piece.
 std::optional<Messages> readOwnForm(QIODevice& device);
 
-/// The messages of any XML file that holds a protocol; nothing when it does not parse or holds something
-/// else. Never returns when an "li" is damaged.
+/// The messages of any XML file that holds a protocol; nothing when it does not parse, holds something else,
+/// or nests elements a thousand deep. The device must be seekable. Never returns when an "li" is damaged.
 std::optional<Messages> readAnyForm(QIODevice& device);
 
 } // namespace datafile
