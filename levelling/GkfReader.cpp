@@ -47,12 +47,14 @@ qint64 bandSize(qint64 dim, qint64 band)
 GkfResult GkfReader::readFile(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        GkfResult failed;
-        failed.fatal = Problem{ProblemKind::FileNotReadable, Severity::Fatal, 0, {file.errorString()}};
-        return failed;
+    GkfResult result;
+    if (file.open(QIODevice::ReadOnly))
+        result = read(file);
+    if (file.error() != QFileDevice::NoError) {
+        result = GkfResult();
+        result.fatal = Problem{ProblemKind::FileNotReadable, Severity::Fatal, 0, {file.errorString()}};
     }
-    return read(file);
+    return result;
 }
 
 GkfResult GkfReader::read(QIODevice& device)
@@ -62,7 +64,7 @@ GkfResult GkfReader::read(QIODevice& device)
     return std::move(reader.result);
 }
 
-GkfReader::GkfReader(QIODevice& device) : xml(&device)
+GkfReader::GkfReader(QIODevice& device) : input(device, kLargestFile), xml(&input)
 {}
 
 void GkfReader::readDocument()
@@ -84,18 +86,38 @@ void GkfReader::readDocument()
     while (!xml.atEnd())
         xml.readNext();
 
-    if (xml.hasError()) {
+    if (input.isExceeded())
+        stop(ProblemKind::FileTooLarge, static_cast<std::size_t>(kLargestFile >> 20));
+    if (!xml.hasError()) {
+        completeSigmas();
+        checkPoints();
+    }
+    if (xml.hasError() || limitProblem) {
+        const Problem malformed{
+            ProblemKind::MalformedXml, Severity::Fatal, xml.lineNumber(), {xml.errorString()}};
         result = GkfResult();
-        result.fatal =
-            Problem{ProblemKind::MalformedXml, Severity::Fatal, xml.lineNumber(), {xml.errorString()}};
+        result.fatal = limitProblem.value_or(malformed);
         return;
     }
-    completeSigmas();
-    checkPoints();
     if (result.network.sections.empty())
         addProblem(ProblemKind::NoSections, Severity::Error, 0);
     std::stable_sort(result.problems.begin(), result.problems.end(),
                      [](const Problem& a, const Problem& b) { return a.line < b.line; });
+}
+
+void GkfReader::stop(ProblemKind kind, std::size_t limit)
+{
+    if (limitProblem)
+        return;
+    limitProblem = Problem{kind, Severity::Fatal, xml.lineNumber(), {QString::number(limit)}};
+    xml.raiseError();
+}
+
+void GkfReader::checkEntries(std::size_t pending)
+{
+    const Network& network = result.network;
+    if (network.points.size() + network.sections.size() + pending > kMaxEntries)
+        stop(ProblemKind::TooManyEntries, kMaxEntries);
 }
 
 void GkfReader::readNetwork()
@@ -183,12 +205,14 @@ void GkfReader::readHeightDifferences()
 {
     std::vector<PendingSection> sections;
     while (xml.readNextStartElement()) {
-        if (xml.name() == QLatin1String("dh"))
+        if (xml.name() == QLatin1String("dh")) {
             sections.push_back(readSection());
-        else if (xml.name() == QLatin1String("cov-mat"))
+            checkEntries(sections.size());
+        } else if (xml.name() == QLatin1String("cov-mat")) {
             readCovariance(sections);
-        else
+        } else {
             skipUnknownElement(QStringLiteral("height-differences"));
+        }
     }
     for (const PendingSection& section : sections)
         addSection(section);
@@ -327,6 +351,7 @@ int GkfReader::pointIndex(const QString& id, qint64 line)
     point.line = line;
     result.network.points.push_back(point);
     indexOfPoint.insert(id, index);
+    checkEntries(0);
     return index;
 }
 
@@ -353,7 +378,10 @@ void GkfReader::checkPoints()
 
 void GkfReader::addProblem(ProblemKind kind, Severity severity, qint64 line, const QStringList& arguments)
 {
-    result.problems.push_back(Problem{kind, severity, line, arguments});
+    if (result.problems.size() == kMaxProblems)
+        stop(ProblemKind::TooManyProblems, kMaxProblems);
+    else
+        result.problems.push_back(Problem{kind, severity, line, arguments});
 }
 
 QString GkfReader::attribute(QLatin1String name) const

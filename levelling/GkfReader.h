@@ -1,5 +1,6 @@
 #pragma once
 
+#include "levelling/LimitedDevice.h"
 #include "levelling/Network.h"
 #include "levelling/Problem.h"
 
@@ -30,9 +31,16 @@ struct GkfResult
 /// "stdev", "stdev" over "dist"; from "dist" sigma = sigma-apr * sqrt(dist). Numbers are read the same way
 /// in every locale and may have blanks around them; what is no finite number within 1e9, and for positive
 /// quantities 1e-9, is taken as unusable. What several tags of one point state is merged: the later wins.
+///
+/// The memory needed is bounded, whatever the file holds: over one of the limits below, reading ends as it
+/// does for a file that cannot be read.
 class GkfReader
 {
 public:
+    static constexpr qint64 kLargestFile = qint64(256) << 20; ///< bytes
+    static constexpr std::size_t kMaxEntries = 3000000;       ///< points and sections together
+    static constexpr std::size_t kMaxProblems = 1000000;
+
     /// Reads the file of that path.
     static GkfResult readFile(const QString& path);
     /// Reads from a device that is open for reading.
@@ -54,6 +62,10 @@ private:
     explicit GkfReader(QIODevice& device);
 
     void readDocument();
+    /// Ends the reading because of a limit.
+    void stop(ProblemKind kind, std::size_t limit);
+    /// Stops if the points, the sections and what is pending of them are too many.
+    void checkEntries(std::size_t pending);
     void readNetwork();
     void readParameters();
     void readPointsObservations();
@@ -82,7 +94,10 @@ private:
                                             const PendingSection& section);
     std::optional<double> parameter(QLatin1String name);
 
+    LimitedDevice input;
     QXmlStreamReader xml;
+    /// Why reading was ended before the end of the file, if it was.
+    std::optional<Problem> limitProblem;
     GkfResult result;
     QHash<QString, int> indexOfPoint;
     QSet<QString> pointsWithRole;

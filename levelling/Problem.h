@@ -9,6 +9,9 @@ enum class ProblemKind {
     FileNotReadable,         ///< {reason}
     MalformedXml,            ///< {reason}
     WrongRoot,               ///< {name of the root element}
+    FileTooLarge,            ///< {largest size in MiB}: read up to the line
+    TooManyEntries,          ///< {largest count of points and sections together}: read up to the line
+    TooManyProblems,         ///< {largest count}: read up to the line
     UnknownElement,          ///< {element, element around it}: skipped with all its content
     ParameterUnusable,       ///< {attribute, its text}: the default stands
     PointWithoutId,          ///< {}: skipped

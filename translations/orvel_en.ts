@@ -955,6 +955,18 @@ Exit code: 0 if all is done, 2 for wrong options or an unreadable file.
         <translation>this is not a file of a levelling network: the root element is &lt;%1&gt;, but should be &lt;gama-local&gt;</translation>
     </message>
     <message>
+        <source>файл больше %1 МиБ и не прочитан; разделите сеть на части</source>
+        <translation>the file is larger than %1 MiB and was not read; divide the network into parts</translation>
+    </message>
+    <message>
+        <source>пунктов и секций больше %1, файл не прочитан; разделите сеть на части</source>
+        <translation>there are more than %1 points and sections, the file was not read; divide the network into parts</translation>
+    </message>
+    <message>
+        <source>замечаний больше %1, файл не прочитан; проверьте, что это нивелирная сеть</source>
+        <translation>there are more than %1 remarks, the file was not read; check that it is a levelling network</translation>
+    </message>
+    <message>
         <source>ошибка XML: %1</source>
         <translation>XML error: %1</translation>
     </message>

@@ -64,6 +64,9 @@ QString describe(const Problem& problem)
         {ProblemKind::FileNotReadable, QStringLiteral("FileNotReadable")},
         {ProblemKind::MalformedXml, QStringLiteral("MalformedXml")},
         {ProblemKind::WrongRoot, QStringLiteral("WrongRoot")},
+        {ProblemKind::FileTooLarge, QStringLiteral("FileTooLarge")},
+        {ProblemKind::TooManyEntries, QStringLiteral("TooManyEntries")},
+        {ProblemKind::TooManyProblems, QStringLiteral("TooManyProblems")},
         {ProblemKind::UnknownElement, QStringLiteral("UnknownElement")},
         {ProblemKind::ParameterUnusable, QStringLiteral("ParameterUnusable")},
         {ProblemKind::PointWithoutId, QStringLiteral("PointWithoutId")},
@@ -122,6 +125,7 @@ private slots:
     void malformedFileHandsOutNothing();
     void unreadableFileIsFatal();
     void directoryIsFatal();
+    void failedReadIsFatal();
     void stdevWinsOverDistance();
     void varianceWinsOverStdev();
     void sigmaComesFromDistanceAndSigmaApriori();
@@ -410,6 +414,14 @@ void TestGkfReader::directoryIsFatal()
     QVERIFY(result.fatal);
     QCOMPARE(describe(*result.fatal),
              QStringLiteral("0 fatal FileNotReadable (file to open is a directory)"));
+}
+
+void TestGkfReader::failedReadIsFatal()
+{
+    // A file that opens, promises to go on, and gives an I/O error.
+    const GkfResult result = GkfReader::readFile(QStringLiteral("/proc/self/mem"));
+    QVERIFY(result.fatal);
+    QCOMPARE(describe(*result.fatal), QStringLiteral("0 fatal FileNotReadable (Input/output error)"));
 }
 
 void TestGkfReader::stdevWinsOverDistance()

@@ -18,6 +18,14 @@ QString failureReason(const Problem& problem)
     case ProblemKind::WrongRoot:
         return Desk::tr("это не файл нивелирной сети: корневой элемент <%1>, а нужен <gama-local>")
             .arg(argument);
+    case ProblemKind::FileTooLarge:
+        return Desk::tr("файл больше %1 МиБ и не прочитан; разделите сеть на части").arg(argument);
+    case ProblemKind::TooManyEntries:
+        return Desk::tr("пунктов и секций больше %1, файл не прочитан; разделите сеть на части")
+            .arg(argument);
+    case ProblemKind::TooManyProblems:
+        return Desk::tr("замечаний больше %1, файл не прочитан; проверьте, что это нивелирная сеть")
+            .arg(argument);
     default:
         return Desk::tr("ошибка XML: %1").arg(argument);
     }
@@ -72,6 +80,9 @@ QString sentence(ProblemKind kind)
     case ProblemKind::FileNotReadable:
     case ProblemKind::MalformedXml:
     case ProblemKind::WrongRoot:
+    case ProblemKind::FileTooLarge:
+    case ProblemKind::TooManyEntries:
+    case ProblemKind::TooManyProblems:
         break;
     }
     return Desk::tr("файл не читается: %1");
