@@ -8,6 +8,11 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
+#include <limits>
+
+Q_DECLARE_METATYPE(std::function<void(Document::Content&)>)
+
 /// The project's network as items.
 class TestDocument : public QObject
 {
@@ -29,6 +34,8 @@ private slots:
     void changedContentIsModified();
     void inconsistentContentIsRefused_data();
     void inconsistentContentIsRefused();
+    void contentNobodyCanComputeWithIsRefused_data();
+    void contentNobodyCanComputeWithIsRefused();
     void copiedContentKeepsEverything();
 
 private:
@@ -198,9 +205,67 @@ void TestDocument::inconsistentContentIsRefused()
     content.points.push_back(std::make_unique<LevellingPoint>(secondId, levelling::Point()));
     levelling::Section section;
     section.to = end;
+    section.sigma = 1.0;
     content.sections.push_back(
         std::make_unique<LevellingSection>(1000003, section, QStringLiteral("section")));
     content.nextId = nextId;
+    QCOMPARE(document->setContent(std::move(content)), isTaken);
+    QCOMPARE(int(document->getPoints().size()), isTaken ? 2 : 12);
+}
+
+void TestDocument::contentNobodyCanComputeWithIsRefused_data()
+{
+    using Change = std::function<void(Document::Content&)>;
+    const auto withPoint = [](const std::function<void(levelling::Point&)>& change) -> Change {
+        return [change](Document::Content& content) {
+            levelling::Point point = content.points[0]->getPoint();
+            change(point);
+            content.points[0] = std::make_unique<LevellingPoint>(1000001, point);
+        };
+    };
+    const auto withSection = [](const std::function<void(levelling::Section&)>& change) -> Change {
+        return [change](Document::Content& content) {
+            levelling::Section section = content.sections[0]->getSection();
+            change(section);
+            content.sections[0] = std::make_unique<LevellingSection>(1000003, section, QString());
+        };
+    };
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<bool>("isTaken");
+    const auto row = [](const char* name, const Change& change, bool isTaken = false) {
+        QTest::newRow(name) << change << isTaken;
+    };
+    row(
+        "nothing", [](Document::Content&) {}, true);
+    row("benchmark without height", withPoint([](levelling::Point& p) { p.fixed = true; }));
+    row("height that is no number", withPoint([=](levelling::Point& p) { p.height = nan; }));
+    row("ends are one point", withSection([](levelling::Section& s) { s.to = s.from; }));
+    row("endless difference", withSection([=](levelling::Section& s) { s.difference = -infinity; }));
+    row("sigma zero", withSection([](levelling::Section& s) { s.sigma = 0.0; }));
+    row("sigma is no number", withSection([=](levelling::Section& s) { s.sigma = nan; }));
+    row("negative length", withSection([](levelling::Section& s) { s.distance = -1.0; }));
+    row("endless standard deviation", withSection([=](levelling::Section& s) { s.stdev = infinity; }));
+    row("sigma-apr zero", [](Document::Content& c) { c.parameters.sigmaApriori = 0.0; });
+    row("tol-abs is no number", [=](Document::Content& c) { c.parameters.toleranceAbsolute = nan; });
+    row("no ids left", [](Document::Content& c) { c.nextId = std::numeric_limits<LONGID>::max(); });
+}
+
+void TestDocument::contentNobodyCanComputeWithIsRefused()
+{
+    QFETCH(std::function<void(Document::Content&)>, change);
+    QFETCH(bool, isTaken);
+    Document::Content content;
+    content.points.push_back(std::make_unique<LevellingPoint>(1000001, levelling::Point()));
+    content.points.push_back(std::make_unique<LevellingPoint>(1000002, levelling::Point()));
+    levelling::Section section;
+    section.to = 1;
+    section.sigma = 1.0;
+    content.sections.push_back(std::make_unique<LevellingSection>(1000003, section, QString()));
+    content.nextId = 1000004;
+    change(content);
     QCOMPARE(document->setContent(std::move(content)), isTaken);
     QCOMPARE(int(document->getPoints().size()), isTaken ? 2 : 12);
 }

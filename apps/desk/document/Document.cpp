@@ -12,12 +12,16 @@
 #include <QSet>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
 // All ids have equally many digits: a protocol finds a link by the digits of its id, and would find those of
 // a shorter id in a longer one.
 constexpr LONGID kFirstId = 1000001;
+// Far from where counting on would end.
+constexpr LONGID kLastId = std::numeric_limits<LONGID>::max() / 2;
 
 QString makeSectionName(const QString& from, const QString& to)
 {
@@ -38,8 +42,37 @@ private:
     QHash<QString, int> counts;
 };
 
+bool isPositive(double number)
+{
+    return std::isfinite(number) && number > 0.0;
+}
+
+bool isPositiveIfThere(const std::optional<double>& number)
+{
+    return !number || isPositive(*number);
+}
+
+bool isUsable(const levelling::Parameters& parameters)
+{
+    return isPositive(parameters.sigmaApriori) && isPositive(parameters.toleranceAbsolute);
+}
+
+bool isUsable(const levelling::Point& point)
+{
+    return point.height ? std::isfinite(*point.height) : !point.fixed;
+}
+
+bool isUsable(const levelling::Section& section)
+{
+    return section.from != section.to && std::isfinite(section.difference) && isPositive(section.sigma) &&
+           isPositiveIfThere(section.distance) && isPositiveIfThere(section.stdev);
+}
+
+/// Whether the content is as the computations need it: what a file holds may be anything.
 bool isConsistent(const Document::Content& content)
 {
+    if (!isUsable(content.parameters) || content.nextId > kLastId)
+        return false;
     QSet<LONGID> ids;
     const auto isNew = [&](LONGID id) {
         const int count = ids.size();
@@ -48,11 +81,12 @@ bool isConsistent(const Document::Content& content)
     };
     const auto pointCount = static_cast<int>(content.points.size());
     const auto isPoint = [pointCount](int index) { return index >= 0 && index < pointCount; };
-    return std::all_of(content.points.begin(), content.points.end(),
-                       [&](const auto& point) { return isNew(point->getId()); }) &&
+    return std::all_of(
+               content.points.begin(), content.points.end(),
+               [&](const auto& point) { return isNew(point->getId()) && isUsable(point->getPoint()); }) &&
            std::all_of(content.sections.begin(), content.sections.end(), [&](const auto& section) {
                const levelling::Section& ends = section->getSection();
-               return isNew(section->getId()) && isPoint(ends.from) && isPoint(ends.to);
+               return isNew(section->getId()) && isPoint(ends.from) && isPoint(ends.to) && isUsable(ends);
            });
 }
 

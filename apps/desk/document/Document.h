@@ -65,8 +65,8 @@ public:
     void setNetwork(const levelling::Network& network);
     /// The protocol types that setNetwork() clears.
     static std::vector<int> getProcessingTypes();
-    /// Replaces the network by items that have ids. False, and nothing changed, if these are not unique or a
-    /// section's ends are no points.
+    /// Replaces the network by items that have ids. False, and nothing changed, if these are not unique, a
+    /// section's ends are not two points, or a number is none that can be computed with.
     bool setContent(Content content);
     /// A copy of the network with its ids and results, for setContent().
     Content copyContent() const;

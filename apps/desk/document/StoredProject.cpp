@@ -1,0 +1,191 @@
+#include "apps/desk/document/StoredProject.h"
+
+#include "apps/desk/Desk.h"
+#include "host/files/CFileException.h"
+#include "host/files/CQtArchive.h"
+
+#include <QBuffer>
+#include <QCryptographicHash>
+
+namespace {
+
+constexpr quint32 kSignature = 0x4F525650; // "ORVP"
+constexpr quint32 kVersion = 1;
+// What a protocol takes at most.
+constexpr quint32 kMaxIds = 1000000;
+constexpr quint32 kMaxPages = 100;
+
+[[noreturn]] void refuse(const QString& reason)
+{
+    throw qor::CFileException(qor::CFileException::CorruptFile, reason.toStdWString());
+}
+
+void writeParameters(CQtArchive& archive, const levelling::Parameters& parameters)
+{
+    archive << parameters.sigmaApriori << (parameters.sigmaAct == levelling::SigmaAct::Aposteriori)
+            << parameters.toleranceAbsolute;
+}
+
+levelling::Parameters readParameters(CQtArchive& archive)
+{
+    levelling::Parameters parameters;
+    bool isAposteriori = false;
+    archive >> parameters.sigmaApriori >> isAposteriori >> parameters.toleranceAbsolute;
+    parameters.sigmaAct = isAposteriori ? levelling::SigmaAct::Aposteriori : levelling::SigmaAct::Apriori;
+    return parameters;
+}
+
+LevellingClass readClass(CQtArchive& archive)
+{
+    qint32 number = 0;
+    archive >> number;
+    if (number < static_cast<qint32>(LevellingClass::I) || number > static_cast<qint32>(LevellingClass::IV))
+        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
+    return static_cast<LevellingClass>(number);
+}
+
+void writeProtocol(CQtArchive& archive, const ProtocolState& state)
+{
+    archive << static_cast<quint32>(state.ids.size());
+    for (const LONGID id : state.ids)
+        archive << id;
+    archive << static_cast<quint32>(state.pages.size());
+    for (const auto& [type, page] : state.pages)
+        archive << type << page;
+}
+
+quint32 readCount(CQtArchive& archive, quint32 limit)
+{
+    quint32 count = 0;
+    archive >> count;
+    if (count > limit)
+        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
+    return count;
+}
+
+ProtocolState readProtocol(CQtArchive& archive)
+{
+    ProtocolState state;
+    const quint32 idCount = readCount(archive, kMaxIds);
+    for (quint32 i = 0; i < idCount; ++i) {
+        LONGID id = 0;
+        archive >> id;
+        state.ids.insert(id);
+    }
+    const quint32 pageCount = readCount(archive, kMaxPages);
+    for (quint32 i = 0; i < pageCount; ++i) {
+        int type = 0;
+        QString page;
+        archive >> type >> page;
+        state.pages.emplace(type, page);
+    }
+    return state;
+}
+
+template<typename Item>
+void writeItems(CQtArchive& archive, const std::vector<std::unique_ptr<Item>>& items)
+{
+    archive << static_cast<quint32>(items.size());
+    for (const auto& item : items)
+        item->serialize(archive);
+}
+
+template<typename Item>
+std::vector<std::unique_ptr<Item>> readItems(CQtArchive& archive)
+{
+    quint32 count = 0;
+    archive >> count;
+    std::vector<std::unique_ptr<Item>> items;
+    for (quint32 i = 0; i < count; ++i) {
+        items.push_back(std::make_unique<Item>());
+        items.back()->serialize(archive);
+    }
+    return items;
+}
+
+QByteArray writeContent(const StoredProject& project)
+{
+    const Document::Content& content = project.content;
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    CQtArchive archive(&buffer, CQtArchive::Save);
+    archive << project.name << content.description;
+    writeParameters(archive, content.parameters);
+    archive << static_cast<qint32>(content.levellingClass) << content.nextId;
+    writeItems(archive, content.points);
+    writeItems(archive, content.sections);
+    writeProtocol(archive, project.protocol);
+    archive << project.protocolData;
+    return buffer.data();
+}
+
+StoredProject readContent(QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    CQtArchive archive(&buffer, CQtArchive::Load);
+    StoredProject project;
+    archive >> project.name >> project.content.description;
+    project.content.parameters = readParameters(archive);
+    project.content.levellingClass = readClass(archive);
+    archive >> project.content.nextId;
+    project.content.points = readItems<LevellingPoint>(archive);
+    project.content.sections = readItems<LevellingSection>(archive);
+    project.protocol = readProtocol(archive);
+    archive >> project.protocolData;
+    return project;
+}
+
+QByteArray makeChecksum(const QByteArray& content)
+{
+    return QCryptographicHash::hash(content, QCryptographicHash::Sha256);
+}
+
+/// What keeps a file of that kind from being read; empty if nothing does.
+QString checkHeader(CQtArchive& archive)
+{
+    quint32 signature = 0;
+    quint32 version = 0;
+    archive >> signature >> version;
+    if (signature != kSignature)
+        return Desk::tr("это не файл проекта");
+    if (version > kVersion)
+        return Desk::tr(
+                   "файл записан более новой версией программы (формат %1, эта версия понимает формат %2)")
+            .arg(QString::number(version), QString::number(kVersion));
+    return QString();
+}
+
+} // namespace
+
+namespace storedproject {
+
+void write(const StoredProject& project, QIODevice& device)
+{
+    const QByteArray content = writeContent(project);
+    CQtArchive archive(&device, CQtArchive::Save);
+    archive << kSignature << kVersion << content << makeChecksum(content);
+}
+
+StoredProject read(QIODevice& device)
+{
+    QString problem = Desk::tr("файл проекта повреждён или обрезан");
+    try {
+        CQtArchive archive(&device, CQtArchive::Load);
+        const QString headerProblem = checkHeader(archive);
+        if (!headerProblem.isEmpty()) {
+            problem = headerProblem;
+        } else {
+            QByteArray content;
+            QByteArray checksum;
+            archive >> content >> checksum;
+            if (checksum == makeChecksum(content))
+                return readContent(content);
+        }
+    } catch (const qor::CFileException&) {
+        // The data ends early: a damaged file like any other.
+    }
+    refuse(problem);
+}
+
+} // namespace storedproject

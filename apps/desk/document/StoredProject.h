@@ -1,0 +1,30 @@
+#pragma once
+
+#include "apps/common/ProtocolState.h"
+#include "apps/desk/document/Document.h"
+
+#include <QByteArray>
+#include <QString>
+
+class QIODevice;
+
+/// All that a project file holds.
+struct StoredProject
+{
+    QString name;
+    Document::Content content;
+    ProtocolState protocol;  ///< without the data file's path
+    QByteArray protocolData; ///< the data file's bytes; empty before the first run
+};
+
+namespace storedproject {
+
+/// Writes the project as a file: signature, version, content, and the content's checksum. Throws
+/// qor::CFileException.
+void write(const StoredProject& project, QIODevice& device);
+
+/// Reads what write() wrote. Throws qor::CFileException, whose description says what is wrong with the file.
+/// That the network makes sense is for Document::setContent() to find out.
+StoredProject read(QIODevice& device);
+
+} // namespace storedproject
