@@ -12,6 +12,8 @@ target_sources(Host PRIVATE
     process/CProcessMonitor.cpp
     process/CProcessMonitor.h
     process/IProcessMonitor.h
+    process/JournalBrowser.cpp
+    process/JournalBrowser.h
     process/JournalWriter.cpp
     process/JournalWriter.h
     process/OrderedMonitorProxy.cpp

@@ -8,6 +8,9 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <cerrno>
+#include <unistd.h>
+
 namespace {
 
 [[noreturn]] void fail(int code, const QString& path, const QString& reason)
@@ -33,6 +36,17 @@ class CompleteSaveFile : public QSaveFile
 {
 public:
     using QSaveFile::QSaveFile;
+
+    /// Whether what was written has reached the disk. Qt does not look when it puts the file into place, and
+    /// the old file would be lost for a new one that is not there after a power cut.
+    bool sync()
+    {
+        // Some file systems cannot; there is nothing to wait for then.
+        if (fsync(handle()) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS)
+            return true;
+        setErrorString(qt_error_string());
+        return false;
+    }
 
 protected:
     qint64 writeData(const char* data, qint64 size) override
@@ -86,8 +100,8 @@ void QtFile::close()
     // Before anything else: closing forgets an earlier failure.
     if (!closing->flush() || closing->error() != QFileDevice::NoError)
         fail(code, path, closing->errorString());
-    auto* saveFile = qobject_cast<QSaveFile*>(closing.get());
-    if (saveFile && !saveFile->commit())
+    auto* saveFile = dynamic_cast<CompleteSaveFile*>(closing.get());
+    if (saveFile && (!saveFile->sync() || !saveFile->commit()))
         fail(code, path, saveFile->errorString());
 }
 

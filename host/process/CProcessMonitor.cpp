@@ -4,6 +4,7 @@
 #include "host/files/Error.h"
 #include "host/files/ExceptionText.h"
 #include "host/files/QtFile.h"
+#include "host/process/JournalBrowser.h"
 #include "host/process/JournalWriter.h"
 #include "host/process/OrderedMonitorProxy.h"
 #include "host/window/Display.h"
@@ -65,6 +66,16 @@ QString getTimeText(qint64 milliseconds)
     };
     const QString tail = twoDigits(seconds / 60 % 60) + QLatin1Char(':') + twoDigits(seconds % 60);
     return seconds < 3600 ? tail : QString::number(seconds / 3600) + QLatin1Char(':') + tail;
+}
+
+/// The journal as a page in which nothing is loaded and nothing runs, whatever its lines hold.
+QByteArray makePage(const QTextDocument& journal)
+{
+    QString html = journal.toHtml("utf-8");
+    html.replace(QLatin1String("<head>"),
+                 QLatin1String("<head><meta http-equiv=\"Content-Security-Policy\" "
+                               "content=\"default-src 'none'; style-src 'unsafe-inline'\" />"));
+    return html.toUtf8();
 }
 
 void runInThread(const CProcessMonitor::RunFunction& function, OrderedMonitorProxy& monitor)
@@ -321,7 +332,7 @@ void CProcessMonitor::onProtocolPushed()
     try {
         QtFile file(path);
         file.open(QIODevice::WriteOnly);
-        file.device()->write(journal->document()->toHtml("utf-8").toUtf8());
+        file.device()->write(makePage(*journal->document()));
         file.close();
     } catch (const exceptions::Error& error) {
         Application::warning(QString::fromStdWString(error.getText()), this);
@@ -381,7 +392,7 @@ void CProcessMonitor::createWidgets()
     journalNote = new QLabel(this);
     journalNote->setWordWrap(true);
     journalNote->hide();
-    journal = new QTextBrowser(this);
+    journal = new JournalBrowser(this);
     journal->setOpenLinks(false);
     journal->setAccessibleName(Text::tr("Журнал"));
     journal->document()->setDefaultStyleSheet(QLatin1String(kJournalStyle));
