@@ -1,0 +1,101 @@
+// Project files and archives. The first byte of an input chooses: the content of a project file, which gets a
+// right checksum; a whole project file; a protocol's state; an element's.
+
+#include "Orvel/store/COrvel.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/StoredProject.h"
+#include "host/files/CFileException.h"
+#include "host/files/CQtArchive.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/fuzz/Finding.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QCryptographicHash>
+
+namespace {
+
+DeskFixture* s_desk = nullptr;
+Document* s_document = nullptr;
+
+QByteArray seal(const QByteArray& content)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    CQtArchive archive(&buffer, CQtArchive::Save);
+    archive << quint32(0x4F525650) << quint32(1) << content
+            << QCryptographicHash::hash(content, QCryptographicHash::Sha256);
+    return buffer.data();
+}
+
+QByteArray write(const StoredProject& project)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    storedproject::write(project, buffer);
+    return buffer.data();
+}
+
+StoredProject read(QByteArray file)
+{
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::ReadOnly);
+    return storedproject::read(buffer);
+}
+
+/// What a file gives is written and read again without a change, and the document takes it or refuses it.
+void openProject(const QByteArray& file)
+{
+    StoredProject project = read(file);
+    const QByteArray written = write(project);
+    mustHold(write(read(written)) == written, "a project survives saving and loading");
+    if (!s_document->setContent(std::move(project.content)))
+        return;
+    s_document->getSnapshot();
+    s_document->setContent(s_document->copyContent());
+}
+
+void loadElement(QByteArray state, CModelElement& element)
+{
+    QBuffer buffer(&state);
+    buffer.open(QIODevice::ReadOnly);
+    CQtArchive archive(&buffer, CQtArchive::Load);
+    element.serialize(archive);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    new QApplication(*argc, *argv);
+    s_desk = new DeskFixture;
+    s_document = new Document(s_desk->plugins, QStringLiteral("P"));
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    const QByteArray content(reinterpret_cast<const char*>(data) + 1, static_cast<int>(size - 1));
+    try {
+        switch (data[0]) {
+        case 'p':
+            openProject(content);
+            break;
+        case 's':
+            loadElement(content, s_document->getProtocol());
+            break;
+        case 'e': {
+            CModelElement element;
+            loadElement(content, element);
+            break;
+        }
+        default:
+            openProject(seal(content));
+        }
+    } catch (const qor::CFileException& error) {
+        mustHold(error.getCode() != 0, "a refusal has a code");
+    }
+    return 0;
+}

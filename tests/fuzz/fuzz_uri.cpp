@@ -1,0 +1,63 @@
+// Links from outside: whatever a web page hands over, the window selects an item of the user's project, opens
+// one of its pages, or says why not. Nothing asks, nothing else is opened, nothing changes.
+
+#include "apps/desk/document/Document.h"
+#include "host/app/Application.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/fuzz/Finding.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QUrlQuery>
+
+namespace {
+
+DeskFixture* s_desk = nullptr;
+DeskWindow* s_window = nullptr;
+
+void checkPages(const OpenedUrls& pages)
+{
+    const QString folder = Application::getTempFolder() + QLatin1Char('/');
+    for (const QUrl& url : pages.getUrls()) {
+        mustHold(url.isLocalFile() && url.toLocalFile().startsWith(folder), "only own pages are opened");
+        QFile::remove(url.toLocalFile());
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    new QApplication(*argc, *argv);
+    s_desk = new DeskFixture;
+    s_window = s_desk->makeWindow(testNetworkPath(QStringLiteral("small.gkf"))).release();
+    triggerAction(*s_window, QStringLiteral("Уравнивание"));
+    s_window->getMonitor().waitForFinished();
+    s_window->getDocument().setModified(false);
+    s_window->hide(); // drawing takes most of the time
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    const QUrl url(QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<int>(size)));
+    Document& document = s_window->getDocument();
+    const OpenedUrls pages({QStringLiteral("file"), QStringLiteral("http"), QStringLiteral("https"),
+                            QStringLiteral("orvel"), QStringLiteral("mailto")});
+    const DeskWindow::UriAnswer answer = s_window->followUri(url);
+    if (answer != DeskWindow::UriAnswer::Taken) {
+        mustHold(pages.getUrls().isEmpty(), "what is declined opens nothing");
+        s_window->explainUri(url);
+    } else {
+        mustHold(url.scheme() == QLatin1String("orvel"), "only links of the program are followed");
+        mustHold(QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded) ==
+                     document.getProject().getName(),
+                 "only links into the project are followed");
+    }
+    QCoreApplication::sendPostedEvents();
+    checkPages(pages);
+    mustHold(!QApplication::activeModalWidget(), "nothing is asked");
+    mustHold(!document.isModified(), "nothing changes");
+    mustHold(document.getPoints().size() + document.getSections().size() > 0, "the network stays");
+    return 0;
+}

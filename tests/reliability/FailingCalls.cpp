@@ -1,0 +1,158 @@
+#include "tests/reliability/FailingCalls.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <mutex>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// What the system's calls look at before anything of C++ may be there.
+std::atomic<bool> s_isArmed{false};
+std::array<char, PATH_MAX> s_folder{};
+std::atomic<int> s_count{0};
+std::atomic<int> s_failingNumber{0};
+std::atomic<int> s_error{0};
+std::atomic<const char*> s_failedCall{nullptr};
+
+/// The folder itself counts as well: a file without a name is opened so.
+bool isBelow(const char* path)
+{
+    const std::size_t size = std::strlen(s_folder.data());
+    return std::strncmp(path, s_folder.data(), size) == 0 && (path[size] == '/' || path[size] == '\0');
+}
+
+bool isBelow(int file)
+{
+    std::array<char, 64> link{};
+    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", file);
+    std::array<char, PATH_MAX> path{};
+    const ssize_t size = readlink(link.data(), path.data(), path.size() - 1);
+    return size > 0 && isBelow(path.data());
+}
+
+/// Counts the call; true if it is to fail, with errno set.
+template<typename File>
+bool isToFail(const char* call, File file)
+{
+    if (!s_isArmed)
+        return false;
+    const int oldError = errno;
+    const bool isMeant = isBelow(file) && ++s_count == s_failingNumber;
+    errno = oldError;
+    if (!isMeant)
+        return false;
+    s_failedCall = call;
+    errno = s_error;
+    return true;
+}
+
+template<typename Function>
+Function findNext(const char* name)
+{
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+bool opensForWriting(int flags)
+{
+    return (flags & O_ACCMODE) != O_RDONLY || (flags & O_CREAT) != 0;
+}
+
+} // namespace
+
+FailingCalls::FailingCalls(const QByteArray& folder, int number, int error)
+{
+    std::snprintf(s_folder.data(), s_folder.size(), "%s", folder.constData());
+    s_count = 0;
+    s_failingNumber = number;
+    s_error = error;
+    s_failedCall = nullptr;
+    s_isArmed = true;
+}
+
+FailingCalls::~FailingCalls()
+{
+    s_isArmed = false;
+}
+
+int FailingCalls::getCount() const
+{
+    return s_count;
+}
+
+bool FailingCalls::hasFailed() const
+{
+    return s_failedCall != nullptr;
+}
+
+QByteArray FailingCalls::getFailedCall() const
+{
+    return QByteArray(s_failedCall);
+}
+
+// The calls themselves. Each passes on to the system's what is not to fail.
+
+extern "C" {
+
+__attribute__((visibility("default"))) int open64(const char* path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    if (opensForWriting(flags) && isToFail("open", path))
+        return -1;
+    static const auto next = findNext<int (*)(const char*, int, ...)>("open64");
+    return next(path, flags, mode);
+}
+
+__attribute__((visibility("default"))) ssize_t write(int file, const void* data, size_t size)
+{
+    if (isToFail("write", file))
+        return -1;
+    static const auto next = findNext<ssize_t (*)(int, const void*, size_t)>("write");
+    return next(file, data, size);
+}
+
+__attribute__((visibility("default"))) int fsync(int file)
+{
+    if (isToFail("fsync", file))
+        return -1;
+    static const auto next = findNext<int (*)(int)>("fsync");
+    return next(file);
+}
+
+__attribute__((visibility("default"))) int rename(const char* from, const char* to) noexcept
+{
+    if (isToFail("rename", to))
+        return -1;
+    static const auto next = findNext<int (*)(const char*, const char*)>("rename");
+    return next(from, to);
+}
+
+__attribute__((visibility("default"))) int linkat(int fromFolder, const char* from, int toFolder,
+                                                  const char* to, int flags) noexcept
+{
+    if (isToFail("linkat", to))
+        return -1;
+    static const auto next = findNext<int (*)(int, const char*, int, const char*, int)>("linkat");
+    return next(fromFolder, from, toFolder, to, flags);
+}
+
+__attribute__((visibility("default"))) int mkdir(const char* path, mode_t mode) noexcept
+{
+    if (isToFail("mkdir", path))
+        return -1;
+    static const auto next = findNext<int (*)(const char*, mode_t)>("mkdir");
+    return next(path, mode);
+}
+
+} // extern "C"
