@@ -27,7 +27,7 @@ namespace {
 
 using Access = OrvelTestAccess;
 
-constexpr int kFileSize = 500; // messages
+constexpr int kFileSize = 5000; // messages: some pieces of the reader
 
 /// Messages with any content at all.
 class Generator
