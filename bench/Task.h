@@ -23,6 +23,8 @@ public:
 
     /// The operation, and nothing else. Runs once.
     virtual void run() = 0;
+    /// What goes on by itself when the operation is over. Its time is not measured, its stalls are.
+    virtual void runOn() {}
     /// A digest of what came out; empty where nothing comes out that could be compared.
     virtual QString getDigest() { return {}; }
     /// The longest stall of each part; empty for an operation without an event loop.

@@ -25,6 +25,7 @@ void runChild(const Options& options)
     request.size = options.size;
     const std::unique_ptr<Task> task = operation->makeTask(request);
     Measurement measurement = measureCall([&task] { task->run(); });
+    task->runOn();
     measurement.stalls = task->getStalls();
     if (options.wantsDigest)
         measurement.digest = task->getDigest();
