@@ -54,4 +54,4 @@ bool OrvelSupport::extendApplication(Application* /*app*/)
 }
 
 // Here the metadata is made, so that it is compiled with the definitions of this file.
-#include "moc_OrvelSupport.cpp"
+#include "moc_OrvelSupport.cpp" // NOLINT(bugprone-suspicious-include)

@@ -12,7 +12,7 @@ void addToGroups(COVMessage* message, const std::vector<Key>& keys, COrvel::Mess
 {
     QVarLengthArray<Key, 8> sorted(keys.begin(), keys.end());
     std::sort(sorted.begin(), sorted.end());
-    const auto end = std::unique(sorted.begin(), sorted.end());
+    auto* const end = std::unique(sorted.begin(), sorted.end());
     for (auto key = sorted.begin(); key != end; ++key)
         groups[*key].push_back(message);
 }

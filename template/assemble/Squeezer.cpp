@@ -34,9 +34,7 @@ QString Squeezer::run()
             skipComment(QStringLiteral("*/"));
         else if (isScript && startsComment(QLatin1Char('/')))
             skipComment(QStringLiteral("\n"));
-        else if (c == QLatin1Char('"') || c == QLatin1Char('\''))
-            append(takeLiteral());
-        else if (isScript && (c == QLatin1Char('`') || (c == QLatin1Char('/') && isExpressionNext())))
+        else if (startsLiteral(c))
             append(takeLiteral());
         else if (isScript && c == QLatin1Char('#'))
             append(takePrivateName());
@@ -51,6 +49,13 @@ QString Squeezer::run()
 QChar Squeezer::at(int index) const
 {
     return index < text.size() ? text.at(index) : QChar();
+}
+
+bool Squeezer::startsLiteral(QChar c) const
+{
+    if (c == QLatin1Char('"') || c == QLatin1Char('\''))
+        return true;
+    return isScript && (c == QLatin1Char('`') || (c == QLatin1Char('/') && isExpressionNext()));
 }
 
 bool Squeezer::startsComment(QChar second) const

@@ -27,6 +27,8 @@ private:
     QString run();
     QChar at(int index) const;
     bool startsComment(QChar second) const;
+    /// Whether a text, a template or a regular expression begins with the character at hand.
+    bool startsLiteral(QChar c) const;
     void skipComment(const QString& end);
     QString takeLiteral();
     QString takeWord();
