@@ -22,6 +22,8 @@ set(ORVEL_DATA_DIR ${CMAKE_BINARY_DIR}/share/orvel)
 option(ORVEL_WERROR "Treat warnings as errors" ON)
 set(ORVEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
 
+option(ORVEL_COVERAGE "Count which lines run" OFF)
+
 add_library(OrvelSettings INTERFACE)
 add_library(Orvel::Settings ALIAS OrvelSettings)
 target_compile_options(OrvelSettings INTERFACE
@@ -39,6 +41,12 @@ if(ORVEL_SANITIZE)
     add_link_options(-fsanitize=${ORVEL_SANITIZE})
 else()
     add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,--no-undefined>)
+endif()
+
+if(ORVEL_COVERAGE)
+    # Several tests count at the same time.
+    add_compile_options(--coverage -fprofile-update=atomic)
+    add_link_options(--coverage)
 endif()
 
 # One Qt Test program, built from the file NAME.cpp of the calling folder.
