@@ -8,6 +8,8 @@
 #include <QBuffer>
 #include <QTest>
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
 
 /// The largest that there may be, and one more.
@@ -80,13 +82,13 @@ protected:
     {
         const qint64 tailBegin = size - tail.size();
         qint64 count = 0;
-        for (; count < maxSize && at < size; ++count, ++at) {
+        while (count < maxSize && at < size) {
             if (at < head.size())
-                data[count] = head[static_cast<int>(at)];
+                count += copy(head, at, data + count, maxSize - count);
             else if (at < tailBegin)
-                data[count] = repeated[static_cast<int>((at - head.size()) % repeated.size())];
+                count += copy(repeated, (at - head.size()) % repeated.size(), data + count, maxSize - count);
             else
-                data[count] = tail[static_cast<int>(at - tailBegin)];
+                count += copy(tail, at - tailBegin, data + count, maxSize - count);
         }
         return count;
     }
@@ -94,6 +96,15 @@ protected:
     qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
 
 private:
+    /// Copies the part from an offset on, as far as there is room; answers how much that was.
+    qint64 copy(const QByteArray& part, qint64 offset, char* data, qint64 room)
+    {
+        const qint64 count = std::min(room, part.size() - offset);
+        std::memcpy(data, part.constData() + offset, static_cast<std::size_t>(count));
+        at += count;
+        return count;
+    }
+
     const QByteArray head;
     const QByteArray repeated;
     const QByteArray tail;
