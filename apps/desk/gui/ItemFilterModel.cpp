@@ -9,7 +9,7 @@ namespace {
 template<typename T, typename Read>
 void fill(std::vector<T>& list, int first, int last, Read read)
 {
-    list.reserve(list.size() + static_cast<std::size_t>(last - first + 1));
+    list.reserve(list.size() + static_cast<std::size_t>(last - first) + 1);
     for (int row = first; row <= last; ++row)
         list.push_back(read(row));
 }
