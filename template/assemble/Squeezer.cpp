@@ -1,5 +1,7 @@
 #include "Squeezer.h"
 
+#include "ShortNames.h"
+
 #include <QRegularExpression>
 
 #include <stdexcept>
@@ -15,7 +17,11 @@ bool isWord(QChar c)
 
 QString Squeezer::squeeze(const QString& source, Language language)
 {
-    return Squeezer(source, language).run();
+    Squeezer squeezer(source, language);
+    squeezer.readTokens();
+    if (squeezer.isScript)
+        shortenNames(squeezer.tokens);
+    return squeezer.joined();
 }
 
 Squeezer::Squeezer(const QString& source, Language language)
@@ -23,7 +29,7 @@ Squeezer::Squeezer(const QString& source, Language language)
     , isScript(language == Language::Script)
 {}
 
-QString Squeezer::run()
+void Squeezer::readTokens()
 {
     while (position < text.size()) {
         const QChar c = at(position);
@@ -35,13 +41,31 @@ QString Squeezer::run()
         else if (isScript && startsComment(QLatin1Char('/')))
             skipComment(QStringLiteral("\n"));
         else if (startsLiteral(c))
-            append(takeLiteral());
-        else if (isScript && c == QLatin1Char('#'))
-            append(takePrivateName());
-        else if (isWord(c))
-            append(takeWord());
+            append(Token::Kind::Literal, takeLiteral());
+        else if (isWord(c) || (isScript && c == QLatin1Char('#')))
+            append(Token::Kind::Word, takeWord());
         else
-            append(QString(text.at(position++)));
+            append(Token::Kind::Sign, QString(text.at(position++)));
+    }
+}
+
+void Squeezer::append(Token::Kind kind, const QString& token)
+{
+    tokens.append({token, kind, hasBlank});
+    hasBlank = false;
+}
+
+QString Squeezer::joined() const
+{
+    QString result;
+    for (const Token& token : tokens) {
+        if (token.isAfterBlank && needsBlank(result, token.text.front()))
+            result += QLatin1Char(' ');
+        // A semicolon behind a parenthesis may be the empty body of a loop.
+        const bool mayBeBody = isScript && result.endsWith(QLatin1String(");"));
+        if (token.text == QLatin1String("}") && result.endsWith(QLatin1Char(';')) && !mayBeBody)
+            result.chop(1);
+        result += token.text;
     }
     return result;
 }
@@ -95,25 +119,16 @@ QString Squeezer::takeLiteral()
 
 QString Squeezer::takeWord()
 {
-    const int start = position;
+    const int start = position++;
     while (isWord(at(position)))
         ++position;
     const QString word = text.mid(start, position - start);
     if (isScript)
-        return word == QLatin1String("const") ? QStringLiteral("let") : word;
+        return word == QLatin1String("const") && !isMemberNext() ? QStringLiteral("let") : word;
     if (word != QLatin1String("0") || at(position) != QLatin1Char('.'))
         return word;
     ++position;
     return QLatin1Char('.') + takeWord();
-}
-
-QString Squeezer::takePrivateName()
-{
-    ++position;
-    QString& shortName = privateNames[takeWord()];
-    if (shortName.isEmpty())
-        shortName = QStringLiteral("#p%1").arg(privateNames.size(), 0, 36);
-    return shortName;
 }
 
 QString Squeezer::packCyrillic(const QString& text)
@@ -137,23 +152,11 @@ QString Squeezer::packCyrillic(const QString& text)
     return result + text.mid(end);
 }
 
-void Squeezer::append(const QString& token)
+bool Squeezer::needsBlank(const QString& before, QChar next) const
 {
-    if (hasBlank && needsBlank(token.front()))
-        result += QLatin1Char(' ');
-    hasBlank = false;
-    // A semicolon behind a parenthesis may be the empty body of a loop.
-    const bool mayBeBody = isScript && result.endsWith(QLatin1String(");"));
-    if (token == QLatin1String("}") && result.endsWith(QLatin1Char(';')) && !mayBeBody)
-        result.chop(1);
-    result += token;
-}
-
-bool Squeezer::needsBlank(QChar next) const
-{
-    if (result.isEmpty())
+    if (before.isEmpty())
         return false;
-    const QChar last = result.back();
+    const QChar last = before.back();
     if (!isScript) {
         static const QString breakers = QStringLiteral("{};,>");
         return last != QLatin1Char(':') && !breakers.contains(last) && !breakers.contains(next);
@@ -165,8 +168,18 @@ bool Squeezer::needsBlank(QChar next) const
 /// Whether a slash at this place begins a regular expression, as opposed to dividing what stands before it.
 bool Squeezer::isExpressionNext() const
 {
-    if (result.isEmpty())
+    static const QStringList keywords = {QStringLiteral("return"), QStringLiteral("yield"),
+                                         QStringLiteral("typeof"), QStringLiteral("case"),
+                                         QStringLiteral("of"),     QStringLiteral("in")};
+    if (tokens.isEmpty())
         return true;
-    static const QRegularExpression keyword(QStringLiteral("\\b(?:return|yield|typeof|case|of|in)$"));
-    return QStringLiteral("(,=:[!&|?{};+-*%~^<>").contains(result.back()) || keyword.match(result).hasMatch();
+    const Token& last = tokens.last();
+    if (last.kind == Token::Kind::Sign)
+        return QStringLiteral("(,=:[!&|?{};+-*%~^<>").contains(last.text);
+    return last.kind == Token::Kind::Word && keywords.contains(last.text);
+}
+
+bool Squeezer::isMemberNext() const
+{
+    return !tokens.isEmpty() && tokens.last().text == QLatin1String(".");
 }

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QHash>
-#include <QString>
+#include "Token.h"
 
 /// Makes a source small: takes out comments, blanks and semicolons before a brace; in scripts also shortens
-/// the private names of classes and writes `let` for `const`. Strings, template strings and regular
-/// expressions stay as they are, but for Cyrillic in the double-quoted strings of a script: as escapes a
-/// letter would cost six bytes, so runs of it are packed into ASCII, and the script unpacks its texts.
+/// names and writes `let` for `const`. Strings, template strings and regular expressions stay as they are,
+/// but for Cyrillic in the double-quoted strings of a script: as escapes a letter would cost six bytes, so
+/// runs of it are packed into ASCII, and the script unpacks its texts.
 ///
 /// Scripts must end their statements with semicolons, since line breaks go too, and must not use private
 /// names in template strings.
@@ -24,22 +23,22 @@ public:
 private:
     Squeezer(const QString& source, Language language);
 
-    QString run();
+    void readTokens();
+    QString joined() const;
     QChar at(int index) const;
     bool startsComment(QChar second) const;
     /// Whether a text, a template or a regular expression begins with the character at hand.
     bool startsLiteral(QChar c) const;
     void skipComment(const QString& end);
+    void append(Token::Kind kind, const QString& token);
     QString takeLiteral();
     QString takeWord();
-    QString takePrivateName();
-    void append(const QString& token);
-    bool needsBlank(QChar next) const;
     bool isExpressionNext() const;
+    bool isMemberNext() const;
+    bool needsBlank(const QString& before, QChar next) const;
 
     QString text;
-    QString result;
-    QHash<QString, QString> privateNames;
+    Tokens tokens;
     int position = 0;
     bool isScript;
     bool hasBlank = false;

@@ -13,6 +13,8 @@ class TestSqueezer : public QObject
 private slots:
     void squeezesScripts_data();
     void squeezesScripts();
+    void shortensNames_data();
+    void shortensNames();
     void squeezesStyles_data();
     void squeezesStyles();
     void packsCyrillic_data();
@@ -39,15 +41,45 @@ void TestSqueezer::squeezesScripts_data()
     row("an expression", "x.replace( /  [/ ] \\/ /g , y)", "x.replace(/  [/ ] \\/ /g,y)");
     row("an expression behind a word", "return /a b/ .test(c)", "return/a b/.test(c)");
     row("a division", "a / b / c", "a/b/c");
-    row("const", "const a = 1; for (const b of c) b.const", "let a=1;for(let b of c)b.let");
+    row("const", "const a = 1; for (const b of c) b.const", "let a=1;for(let b of c)b.const");
     row("a semicolon before a brace", "{ a = 1; }", "{a=1}");
     row("the body of a loop", "{ while (f()); }", "{while(f());}");
     row("private names", "class A { #long = 1; #other() { return this.#long; } }",
-        "class A{#p1=1;#p2(){return this.#p1}}");
-    row("private name behind a word", "async #long() {}", "async #p1(){}");
+        "class A{#a=1;#b(){return this.#a}}");
+    row("private name behind a word", "async #long() {}", "async #a(){}");
 }
 
 void TestSqueezer::squeezesScripts()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, expected);
+
+    QCOMPARE(Squeezer::squeeze(source, Language::Script), expected);
+}
+
+void TestSqueezer::shortensNames_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("expected");
+
+    const auto row = [](const char* name, const char* source, const char* expected) {
+        QTest::newRow(name) << QString::fromUtf8(source) << QString::fromUtf8(expected);
+    };
+    row("constants", "const one = 1; const two = one;", "let a=1;let b=a;");
+    row("functions", "function one() {} function* two() { one(); }", "function a(){}function*b(){a();}");
+    row("classes", "class One {} new One()", "class a{}new a()");
+    row("undeclared names", "let one = window;", "let a=window;");
+    row("names that are taken", "let one = a + b;", "let c=a+b;");
+    row("members", "let one = 1; two.one = one;", "let one=1;two.one=one;");
+    row("spread names", "let one = []; f(...one)", "let a=[];f(...a)");
+    row("keys", "let one = 1; f({ one: 2 })", "let one=1;f({one:2})");
+    row("short keys", "let one = 1; f({ one, b })", "let one=1;f({one,b})");
+    row("names with a default", "let one = 1; let { one = 2 } = b", "let one=1;let{one=2}=b");
+    row("names in template strings", "let one = 1; f(`${one}`)", "let one=1;f(`${one}`)");
+    row("words in strings", "let one = 1; f(\"one\", one)", "let a=1;f(\"one\",a)");
+}
+
+void TestSqueezer::shortensNames()
 {
     QFETCH(QString, source);
     QFETCH(QString, expected);

@@ -1,0 +1,119 @@
+#include "ShortNames.h"
+
+#include <QHash>
+#include <QRegularExpression>
+#include <QSet>
+
+namespace {
+
+bool isPrivate(const Token& token)
+{
+    return token.kind == Token::Kind::Word && token.text.startsWith(QLatin1Char('#'));
+}
+
+/// What the names of a script are used for.
+class NameUse
+{
+public:
+    explicit NameUse(const Tokens& script) : tokens(script)
+    {
+        for (int at = 0; at < tokens.size(); ++at)
+            read(at);
+    }
+
+    bool canBeShort(const Token& token) const
+    {
+        const bool isOwn = token.kind == Token::Kind::Word && declared.contains(token.text);
+        return isPrivate(token) || (isOwn && !kept.contains(token.text));
+    }
+
+    bool isTaken(const QString& name) const { return words.contains(name); }
+
+private:
+    QString textAt(int at) const { return at >= 0 && at < tokens.size() ? tokens.at(at).text : QString(); }
+
+    void read(int at)
+    {
+        const Token& token = tokens.at(at);
+        if (token.kind == Token::Kind::Literal)
+            keepWordsOfTemplate(token.text);
+        if (token.kind != Token::Kind::Word)
+            return;
+        words.insert(token.text);
+        if (isDeclared(at) && token.text.size() > 1)
+            declared.insert(token.text);
+        if (mayBeProperty(at))
+            kept.insert(token.text);
+    }
+
+    bool isDeclared(int at) const
+    {
+        static const QStringList declarators = {QStringLiteral("let"), QStringLiteral("class"),
+                                                QStringLiteral("function")};
+        const int before = textAt(at - 1) == QLatin1String("*") ? at - 2 : at - 1;
+        return declarators.contains(textAt(before));
+    }
+
+    /// A member, a key, or one of the names between braces that may be either.
+    bool mayBeProperty(int at) const
+    {
+        static const QStringList openers = {QStringLiteral("{"), QStringLiteral(",")};
+        static const QStringList closers = {QStringLiteral("}"), QStringLiteral(","), QStringLiteral("=")};
+        const QString before = textAt(at - 1);
+        const QString after = textAt(at + 1);
+        const bool isSpread = before == QLatin1String(".") && textAt(at - 2) == QLatin1String(".");
+        if (before == QLatin1String(".") && !isSpread)
+            return true;
+        if (after == QLatin1String(":"))
+            return true;
+        return openers.contains(before) && closers.contains(after);
+    }
+
+    void keepWordsOfTemplate(const QString& literal)
+    {
+        static const QRegularExpression word(QStringLiteral("\\w+"));
+        if (!literal.startsWith(QLatin1Char('`')))
+            return;
+        auto found = word.globalMatch(literal);
+        while (found.hasNext()) {
+            const QString text = found.next().captured();
+            kept.insert(text);
+            words.insert(text);
+        }
+    }
+
+    const Tokens& tokens;
+    // What a made name could be by chance, and must not.
+    QSet<QString> words = {QStringLiteral("do"), QStringLiteral("if"), QStringLiteral("in")};
+    QSet<QString> declared;
+    QSet<QString> kept;
+};
+
+/// a, b, … z, aa, ba, …
+QString nameOfNumber(int number)
+{
+    QString name;
+    for (; number >= 0; number = number / 26 - 1)
+        name += QChar('a' + number % 26);
+    return name;
+}
+
+} // namespace
+
+void shortenNames(Tokens& script)
+{
+    const NameUse use(script);
+    QHash<QString, QString> shortNames;
+    int privates = 0;
+    int others = 0;
+    for (Token& token : script) {
+        if (!use.canBeShort(token))
+            continue;
+        QString& name = shortNames[token.text];
+        if (name.isEmpty() && isPrivate(token))
+            name = QLatin1Char('#') + nameOfNumber(privates++);
+        while (name.isEmpty() || (!isPrivate(token) && use.isTaken(name)))
+            name = nameOfNumber(others++);
+        token.text = name;
+    }
+}
