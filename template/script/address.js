@@ -1,6 +1,5 @@
 import { kinds } from "./model.js";
 
-const storageKey = "orvel-page";
 const pause = 250;
 let timer = 0;
 
@@ -42,20 +41,4 @@ export function writeAddress(makeFragment) {
       // A page without an address of its own has nothing to write.
     }
   }, pause);
-}
-
-export function readSettings() {
-  try {
-    return JSON.parse(localStorage.getItem(storageKey)) ?? {};
-  } catch {
-    return {};
-  }
-}
-
-export function writeSettings(settings) {
-  try {
-    localStorage.setItem(storageKey, JSON.stringify(settings));
-  } catch {
-    // Without storage the settings last as long as the page.
-  }
 }

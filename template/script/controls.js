@@ -76,9 +76,9 @@ export class Controls {
   #makeMenus() {
     const { app } = this;
     const branches = () => [
-      [say("unfoldAll"), () => app.foldTo(Infinity)],
-      [say("foldAll"), () => app.foldTo(1)],
-      ...app.levels().map((level) => [say("toLevel", level), () => app.foldTo(level)]),
+      [say("unfoldAll"), () => app.tree.foldTo(Infinity)],
+      [say("foldAll"), () => app.tree.foldTo(1)],
+      ...app.tree.levels().map((level) => [say("toLevel", level), () => app.tree.foldTo(level)]),
     ];
     const take = () =>
       ["copyAs", "saveAs"].flatMap((key) =>
@@ -87,7 +87,7 @@ export class Controls {
     const view = () => [
       ...["System", "Light", "Dark"].map((name) => {
         const theme = name.toLowerCase();
-        return [say(`theme${name}`), () => app.setTheme(theme), (app.settings.theme ?? "system") === theme];
+        return [say(`theme${name}`), () => app.setTheme(theme), app.settings.theme === theme];
       }),
       [say("print"), () => window.print()],
       [say("help"), () => this.showHelp()],
@@ -110,19 +110,16 @@ export class Controls {
     }
   }
 
-  /** Shows the state of the filters. */
-  show({ search, hidden, alike }, count, total) {
+  /** Shows the state of the filters and what they let through. */
+  show({ search, hidden, alike, query }, { shown, total, places, hasRepeats }) {
     if (this.query.value !== search) this.query.value = search;
     for (const toggle of this.toggles)
       toggle.setAttribute("aria-pressed", String(!hidden.includes(toggle.dataset.kind)));
     this.alike.setAttribute("aria-pressed", String(alike));
-    find("shown").textContent = say("shown", count, total);
-  }
-
-  /** Marks the search field and tells why, or takes the mark away. */
-  showWrong(isWrong) {
-    setAttribute(this.query, "aria-invalid", isWrong ? "true" : null);
-    this.#setText("problem", isWrong ? say("badPattern") : "");
+    find("shown").textContent = say("shown", shown, total);
+    this.#setText("places", hasRepeats ? say("places", places) : "");
+    setAttribute(this.query, "aria-invalid", query.wrong ? "true" : null);
+    this.#setText("problem", query.wrong ? say("badPattern") : "");
   }
 
   /** Tells the filters in words, for paper. */

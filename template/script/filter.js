@@ -1,12 +1,46 @@
 import { foldedOf, maskOf, textOf } from "./model.js";
+import { parseQuery } from "./search.js";
+import { say } from "./texts.js";
 
-function matchLines(model, filter) {
+/**
+ * What the user lets through: the text of a search, the kinds that are hidden, and whether alike lines are
+ * folded; `unfolded` are the heads of alike lines that are unfolded all the same.
+ */
+export class Filters {
+  search = "";
+  hidden = [];
+  alike = false;
+  unfolded = new Set();
+  query = parseQuery("");
+
+  set(changes) {
+    Object.assign(this, changes);
+    this.query = parseQuery(this.search);
+  }
+
+  /** Whether lines may be hidden. */
+  get isActive() {
+    return this.hidden.length > 0 || !this.query.isEmpty;
+  }
+
+  /** The filters in words. */
+  get words() {
+    const parts = [];
+    if (this.hidden.length)
+      parts.push(say("hiddenKinds", this.hidden.map((kind) => say(kind).toLowerCase()).join(", ")));
+    if (!this.query.isEmpty) parts.push(say("searched", this.search));
+    if (this.alike) parts.push(say("folded"));
+    return parts;
+  }
+}
+
+function matchLines(model, { hidden, query }) {
   for (const line of model.lines) {
-    line.matches = !filter.hidden.has(line.kind);
-    if (!line.matches || filter.query.isEmpty) continue;
+    line.matches = !hidden.includes(line.kind);
+    if (!line.matches || query.isEmpty) continue;
     foldedOf(line);
     textOf(line);
-    line.matches = filter.query.test(line);
+    line.matches = query.test(line);
   }
 }
 
@@ -27,20 +61,16 @@ function foldAlike(model, unfolded) {
 }
 
 /**
- * Works out which lines match and which rows are shown, and answers how many lines match. `filter`: `hidden`
- * kinds, `query`, `alike` and the heads of alike lines that are `unfolded` again. A branch is shown when
- * something in it is; one that never held a line is shown as long as nothing is filtered.
+ * Works out which lines match and which rows are shown. A branch is shown when something in it is; one that never
+ * held a line is shown as long as nothing is filtered.
  */
-export function applyFilter(model, filter) {
-  matchLines(model, filter);
-  const isFiltering = filter.hidden.size > 0 || !filter.query.isEmpty;
-  let count = 0;
+export function applyFilters(model, filters) {
+  matchLines(model, filters);
   for (const item of model.items) {
-    item.shown = item.isLine ? item.matches : !isFiltering && !item.isBranch;
+    item.shown = item.isLine ? item.matches : !filters.isActive && !item.isBranch;
     item.times = item.isLine && item.matches ? 1 : 0;
-    count += item.times;
   }
-  if (filter.alike) foldAlike(model, filter.unfolded);
+  if (filters.alike) foldAlike(model, filters.unfolded);
   for (let at = model.items.length - 1; at >= 0; --at) {
     const item = model.items[at];
     if (item.shown) item.parent.shown = true;
@@ -49,5 +79,4 @@ export function applyFilter(model, filter) {
     node.rows = node.children.filter((child) => child.shown);
     node.ends = null;
   }
-  return count;
 }

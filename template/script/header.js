@@ -36,13 +36,11 @@ function itemName(lines) {
   return common?.length === 1 ? common[0].name : "";
 }
 
-function linesOf(node) {
-  return node.children.flatMap((child) => (child.isLine ? [child] : linesOf(child)));
-}
+const linesOf = (node) => node.children.flatMap((child) => (child.isLine ? child : linesOf(child)));
 
 /** The parts of a page whose counts are told apart: the stages, or the protocols on the page of an item. */
-function partsOf(model, isItemPage) {
-  if (isItemPage) return model.trees.flatMap((tree) => tree.children.flatMap((root) => root.children));
+function partsOf(model) {
+  if (model.isItemPage) return model.trees.flatMap((tree) => tree.children.flatMap((root) => root.children));
   return model.trees.filter((tree) => tree.lists[0].closest(".stageblock")).flatMap((tree) => tree.children);
 }
 
@@ -50,7 +48,7 @@ function partsOf(model, isItemPage) {
 export const markOf = (kind, silent = false) => build("i", { class: `mark ${kind}`, "aria-hidden": silent });
 
 function stageEntry(part, reveal) {
-  const counts = countKinds(linesOf(part));
+  const counts = countKinds(linesOf(part).filter((line) => !line.isRepeat));
   const button = build(
     "button",
     { type: "button", click: () => reveal(part) },
@@ -97,19 +95,19 @@ function foldService() {
 export function fillHeader(model, reveal) {
   const find = (id) => page.querySelector(`#bar #${id}`);
   const run = readRun();
-  const isItemPage = !run.title && !page.querySelector(".serviceinfoblock") && model.lines.length > 0;
-  const counts = countKinds(model.lines);
-  if (isItemPage) run.title = [say("itemTitle"), itemName(model.lines)].filter(Boolean).join(": ");
+  const { lines, records, isItemPage } = model;
+  const counts = countKinds(records);
+  if (isItemPage) run.title = [say("itemTitle"), itemName(lines)].filter(Boolean).join(": ");
   run.title ||= say("protocol");
   find("title").append(run.title);
   find("facts").append(...[run.date, run.project].filter(Boolean).map((fact) => build("span", {}, fact)));
   page.querySelector("title").textContent = [run.title, run.project].filter(Boolean).join(" – ");
 
-  const [state, verdict] = verdictOf(counts, model.lines.length, isItemPage || run.date);
+  const [state, verdict] = verdictOf(counts, records.length, isItemPage || run.date);
   find("verdict").className = state;
   find("verdict").append(verdict);
 
-  const parts = partsOf(model, isItemPage);
+  const parts = partsOf(model);
   find("stages").hidden = !parts.length;
   find("stages").append(...parts.map((part) => stageEntry(part, reveal)));
   find("stages").setAttribute("aria-label", say("stages"));

@@ -9,7 +9,8 @@ const childless = [];
  *
  * `lists`: the page's lists that hold its children; `folds`: what folds away with the branch;
  * `matches`: a line that the filters let through; `shown`: a row that stands in the tree, open branch or not;
- * `rows`: the children that are shown; `times`: how many alike lines the row stands for.
+ * `rows`: the children that are shown; `times`: how many alike lines the row stands for;
+ * `record`: the first of the lines that show the same record, mostly the line itself.
  */
 class Item {
   children = childless;
@@ -22,6 +23,7 @@ class Item {
   matches = true;
   shown = true;
   times = 0;
+  record = this;
   isNear = false;
   height = 0;
   ends = null;
@@ -49,6 +51,10 @@ class Item {
 
   get isBranch() {
     return this.children.length > 0;
+  }
+
+  get isRepeat() {
+    return this.record !== this;
   }
 }
 
@@ -123,7 +129,34 @@ export function readModel() {
     byElement.set(element, item);
   }
   const branches = [...trees, ...items.filter((item) => item.isBranch)];
-  return { items, trees, branches, byElement, lines: items.filter((item) => item.isLine) };
+  const lines = items.filter((item) => item.isLine);
+  const isItemPage = lines.length > 0 && !page.querySelector(".serviceinfoblock");
+  if (!isItemPage) joinRecords(branches);
+  const records = lines.filter((line) => !line.isRepeat);
+  return { items, trees, branches, byElement, lines, records, isItemPage };
+}
+
+/**
+ * A record stands as a line in the list of each item that it names. A list holds it once, so that the n-th of
+ * equal lines in one list is the n-th of them in the other lists of the stage.
+ */
+function joinRecords(branches) {
+  const stages = new Map();
+  for (const { lists, children } of branches) {
+    const stage = lists[0].closest(".stageblock");
+    if (!stages.has(stage)) stages.set(stage, new Map());
+    const records = stages.get(stage);
+    const counts = new Map();
+    for (const line of children) {
+      if (!line.isLine) continue;
+      const own = [line.kind, line.caption.textContent, ...linksOf(line)].join();
+      const count = (counts.get(own) ?? 0) + 1;
+      counts.set(own, count);
+      const key = count + own;
+      if (records.has(key)) line.record = records.get(key);
+      else records.set(key, line);
+    }
+  }
 }
 
 function readText(caption) {
@@ -177,35 +210,4 @@ export function linkedItems(item) {
       found.set(id, { id, name: link.textContent, address });
   }
   return [...found.values()];
-}
-
-/** Two 32-bit halves mixed over the text's characters, as 53 bits in base 36. */
-function hash(text) {
-  let high = 0xdeadbeef;
-  let low = 0x41c6ce57;
-  for (let at = 0; at < text.length; ++at) {
-    const code = text.charCodeAt(at);
-    high = Math.imul(high ^ code, 2654435761);
-    low = Math.imul(low ^ code, 1597334677);
-  }
-  high = Math.imul(high ^ (high >>> 16), 2246822507) ^ Math.imul(low ^ (low >>> 13), 3266489909);
-  low = Math.imul(low ^ (low >>> 16), 2246822507) ^ Math.imul(high ^ (high >>> 13), 3266489909);
-  return (4294967296 * (2097151 & low) + (high >>> 0)).toString(36);
-}
-
-/**
- * Gives every item an id made of its text, kind and branches, so that the same lines written again have the
- * same ids. The n-th item of one making gets a number behind.
- */
-export function* giveIds(items) {
-  const seen = new Map();
-  for (const item of items) {
-    const own = item.isLine ? textOf(item) : nameOf(item);
-    const key = "L" + hash(`${item.parent.id}\n${item.kind}\n${own}`);
-    const count = (seen.get(key) ?? 0) + 1;
-    seen.set(key, count);
-    item.id = count === 1 ? key : `${key}-${count}`;
-    item.element.id = item.id;
-    yield;
-  }
 }

@@ -47,8 +47,8 @@ export class RowMenu {
     );
     if (!item.isLine && item.isBranch)
       entries.push(
-        [say("unfoldThis"), () => app.foldBelow(item, true)],
-        [say("foldThis"), () => app.foldBelow(item, false)],
+        [say("unfoldThis"), () => app.tree.foldBelow(item, true)],
+        [say("foldThis"), () => app.tree.foldBelow(item, false)],
       );
     this.place();
     openMenu(this.button, say("lineMenu"), entries, item.element);

@@ -3,13 +3,25 @@ import { say } from "./texts.js";
 
 const nameOfKind = (line) => say(`${line.kind}One`);
 
-function asText(lines) {
-  let path = "";
-  const rows = [];
+/** Lines that show the same record become one, with the branches in which it stands. */
+function recordsOf(lines) {
+  const records = new Map();
   for (const line of lines) {
-    const own = pathOf(line).join(" / ");
-    if (own !== path) rows.push((rows.length ? "\n" : "") + own);
-    path = own;
+    if (!records.has(line.record)) records.set(line.record, { line, paths: [] });
+    records.get(line.record).paths.push(pathOf(line));
+  }
+  return [...records.values()];
+}
+
+const join = (path) => path.join(" / ");
+
+function asText(lines) {
+  let heading = "";
+  const rows = [];
+  for (const { line, paths } of recordsOf(lines)) {
+    const own = join(paths[0]);
+    if (own !== heading) rows.push((rows.length ? "\n" : "") + own);
+    heading = own;
     rows.push(`[${nameOfKind(line)}] ${textOf(line).replace(/\n/g, "\n    ")}`);
   }
   return rows.join("\n") + "\n";
@@ -19,18 +31,18 @@ const quote = (value) => (/[",\r\n]/.test(value) ? `"${value.replaceAll('"', '""
 
 function asCsv(lines) {
   const rows = [["kind", "path", "text", "items"].map((key) => say(key))];
-  for (const line of lines) {
+  for (const { line, paths } of recordsOf(lines)) {
     const ids = linkedItems(line).map((item) => item.id);
-    rows.push([nameOfKind(line), pathOf(line).join(" / "), textOf(line), ids.join(" ")]);
+    rows.push([nameOfKind(line), paths.map(join).join("; "), textOf(line), ids.join(" ")]);
   }
   return "\ufeff" + rows.map((row) => row.map(quote).join(",") + "\r\n").join("");
 }
 
 function asJson(lines, run) {
-  const own = lines.map((line) => ({
+  const own = recordsOf(lines).map(({ line, paths }) => ({
     id: line.id,
     kind: line.kind,
-    path: pathOf(line),
+    paths,
     text: textOf(line),
     items: linkedItems(line),
   }));

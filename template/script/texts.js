@@ -13,6 +13,7 @@ const russian = {
   messageOne: "сообщение",
   otherOne: "прочее",
   shown: "Показано {0} из {1}",
+  places: "мест: {0}",
   alike: "Похожие ×n",
   alikeHint: "Сложить строки, которые различаются только числами",
   errorsAre: "Ошибок: {0}",
@@ -62,7 +63,7 @@ const russian = {
   text: "текст",
   items: "объекты",
   repeated:
-    "Запись, в которой названо несколько объектов, стоит строкой у каждого из них и считается столько же раз.",
+    "Строка, в которой названо несколько объектов, стоит у каждого из них, но считается один раз; «мест» – сколько раз показанные строки стоят в дереве.",
   keys: [
     ["слово слово", "строки, где есть все слова"],
     ["-слово", "строки без слова"],
@@ -95,6 +96,7 @@ const english = {
   messageOne: "message",
   otherOne: "other",
   shown: "Shown {0} of {1}",
+  places: "places: {0}",
   alike: "Alike ×n",
   alikeHint: "Fold lines that differ in numbers only",
   errorsAre: "Errors: {0}",
@@ -143,7 +145,8 @@ const english = {
   path: "section",
   text: "text",
   items: "items",
-  repeated: "A record that names several items stands as a line under each of them and is counted as often.",
+  repeated:
+    "A line that names several items stands under each of them but counts once; “places” tells how often the lines shown stand in the tree.",
   keys: [
     ["word word", "lines with all the words"],
     ["-word", "lines without the word"],

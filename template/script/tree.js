@@ -1,7 +1,9 @@
 import { boxOf, focused, focusOn, setAttribute } from "./dom.js";
 import { foldedOf } from "./model.js";
+import { firstRow, isInOpen, lastRow, nextRow, previousRow } from "./rows.js";
 
 const wordPause = 700;
+const deepestLevel = 5;
 
 /** Moves through the rows: one of them is the present one, the only tab stop of all trees. */
 export class Tree {
@@ -42,7 +44,7 @@ export class Tree {
   goTo(item, { focus = true, middle = false } = {}) {
     if (!item) return;
     const { view } = this;
-    const wasOpen = view.isInOpen(item);
+    const wasOpen = isInOpen(item);
     if (!wasOpen) {
       const place = view.placeOf(view.topRow());
       view.openAround(item);
@@ -89,23 +91,46 @@ export class Tree {
     this.calls.changed(place);
   }
 
+  /** The levels to which the branches can be unfolded, but for the first and the last. */
+  levels() {
+    const deepest = this.model.branches.reduce((level, node) => Math.max(level, node.level + 1), 1);
+    return Array.from({ length: Math.min(deepest, deepestLevel) - 2 }, (_, at) => at + 2);
+  }
+
+  /** Opens the branches above a level and folds those from it on. */
+  foldTo(level) {
+    for (const node of this.model.branches)
+      if (node.element && !node.isLine) this.view.setOpen(node, node.level < level);
+    let { current } = this;
+    for (let node = current; node?.element; node = node.parent) if (!isInOpen(node)) current = node.parent;
+    if (current !== this.current) this.setCurrent(current);
+    this.calls.changed(null);
+  }
+
+  /** Unfolds a branch and all below it, or folds them. */
+  foldBelow(item, isOpen) {
+    const nodes = [item];
+    for (const node of nodes) nodes.push(...node.children.filter((child) => child.isBranch));
+    this.setOpen(nodes, isOpen);
+  }
+
   keyDown(event) {
     if (event.ctrlKey || event.metaKey || event.altKey || !this.current) return false;
     const item = this.current;
-    const { view } = this;
+    const { model } = this;
     const isBranch = item.isBranch && !item.isLine;
     switch (event.key) {
       case "ArrowDown":
-        this.goTo(view.nextRow(item));
+        this.goTo(nextRow(model, item));
         return true;
       case "ArrowUp":
-        this.goTo(view.previousRow(item));
+        this.goTo(previousRow(model, item));
         return true;
       case "Home":
-        this.goTo(view.firstRow());
+        this.goTo(firstRow(model));
         return true;
       case "End":
-        this.goTo(view.lastRow());
+        this.goTo(lastRow(model));
         return true;
       case "ArrowRight":
         if (item.times > 1) this.calls.act(item);
@@ -160,15 +185,16 @@ export class Tree {
     const repeats = isMore && this.typed === character;
     this.typed = isMore && !repeats ? this.typed + character : character;
     this.typedAt = event.timeStamp;
-    const first = this.view.firstRow();
-    const from = this.typed.length > 1 ? this.current : (this.view.nextRow(this.current) ?? first);
+    const { model } = this;
+    const first = firstRow(model);
+    const from = this.typed.length > 1 ? this.current : (nextRow(model, this.current) ?? first);
     let item = from;
     do {
       if (foldedOf(item).startsWith(this.typed)) {
         this.goTo(item);
         return true;
       }
-      item = this.view.nextRow(item) ?? first;
+      item = nextRow(model, item) ?? first;
     } while (item !== from);
     return true;
   }

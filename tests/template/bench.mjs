@@ -1,7 +1,8 @@
 // Times of the long pages beside the same pages without the template's style and script.
 
-import { launch, longPage, open, settle, writePage } from "./browser.mjs";
-import { bodyOf, makePage } from "./fixtures.mjs";
+import { launch, open, settle } from "./browser.mjs";
+import { makeRun } from "./fixtures.mjs";
+import { bodyOf, pageOf, writePage } from "./pages.mjs";
 
 const total = Number(process.argv[2] ?? 100000);
 const plainTemplate = `<!DOCTYPE html><meta charset="utf-8"><title>plain</title><body><div></div></body>`;
@@ -41,7 +42,7 @@ const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
 const largest = (values) => Math.max(...values);
 
 async function measureOurs(browser, layout) {
-  const page = await open(browser, longPage(layout, total), { locale: "en-US" });
+  const page = await open(browser, pageOf(layout, makeRun(layout, total)), { locale: "en-US" });
   const results = { load: await loadTime(page) };
   await page.evaluate(timers);
   await page.waitForTimeout(3000);
@@ -84,15 +85,16 @@ async function measureOurs(browser, layout) {
   results.kind = await page.evaluate(() =>
     window.timed(() => document.querySelector("[data-kind=message]").click()),
   );
+  await page.evaluate(() => document.querySelector("[data-kind=message]").click());
+  await page.evaluate(() => window.dispatchEvent(new Event("blur")));
+  await page.waitForFunction(() => document.querySelector("main").dataset.long === "find");
+  results.back = await page.evaluate(() => window.timed(() => window.dispatchEvent(new Event("focus"))));
   await page.context().close();
   return results;
 }
 
 async function measurePlain(browser, layout) {
-  const page = await open(
-    browser,
-    writePage(`plain-${layout}`, bodyOf(makePage(layout, total)), plainTemplate),
-  );
+  const page = await open(browser, writePage(`plain-${layout}`, bodyOf(layout), plainTemplate));
   const results = { load: await loadTime(page), height: await heightOf(page) };
   await page.evaluate(timers);
   results.jump = await page.evaluate(() => {
@@ -107,15 +109,16 @@ const show = (value) => (value === undefined ? "-" : Math.round(value)).toString
 const browser = await launch();
 try {
   console.log(`${total} lines a page; times in ms (plain: the page without our style and script)`);
-  console.log("layout          load    unfold      jump   search*  (median)      kind    height");
+  console.log("layout          load    unfold      jump   search*  (median)      kind     back**   height");
   for (const layout of ["grouped", "staged", "flat"]) {
     const ours = await measureOurs(browser, layout);
-    const row = ["load", "unfold", "jump", "key", "keyMedian", "kind", "height"];
+    const row = ["load", "unfold", "jump", "key", "keyMedian", "kind", "back", "height"];
     console.log(layout.padEnd(8), ...row.map((name) => show(ours[name])));
     const plain = process.argv.includes("--ours") ? {} : await measurePlain(browser, layout);
     console.log("  plain ", ...row.map((name) => show(plain[name])));
   }
   console.log("* the slowest of ten keystrokes, to the second frame after it");
+  console.log("** back to the window, after the page was laid out for the browser's own search");
 } finally {
   await browser.close();
 }

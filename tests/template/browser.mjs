@@ -1,16 +1,6 @@
-// The browser under test, and pages of the assembled template.
+// The browser under test, and what the tests ask of a page in it.
 
-import fs from "node:fs";
-import os from "node:os";
-import path from "node:path";
-import { fileURLToPath, pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
-import { bodyOf, clobbering, makePage, pageOf, pages } from "./fixtures.mjs";
-
-const here = path.dirname(fileURLToPath(import.meta.url));
-
-export const templateFile =
-  process.env.PROTOCOL_TEMPLATE ?? path.join(here, "../../build/release/share/orvel/Protocol/protocol.html");
 
 const switches = [
   "--headless=new",
@@ -27,43 +17,10 @@ export function launch() {
   return chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", args: switches });
 }
 
-export const folder = fs.mkdtempSync(path.join(os.tmpdir(), "protocol-pages-"));
-process.on("exit", () => fs.rmSync(folder, { recursive: true, force: true }));
-
-/** Writes a page around the assembled template; answers its address. */
-export function writePage(name, body, template = fs.readFileSync(templateFile, "utf8")) {
-  const file = path.join(folder, `${name}.html`);
-  fs.writeFileSync(file, pageOf(template, body));
-  return pathToFileURL(file).href;
-}
-
-const written = new Map();
-
-/** The address of a small fixture page. */
-export function fixture(name) {
-  if (!written.has(name))
-    written.set(name, writePage(name, name === "clobbering" ? clobbering : pages[name]));
-  return written.get(name);
-}
-
-/** The address of a page with `total` lines of a layout. */
-export function longPage(layout, total) {
-  const name = `${layout}-${total}`;
-  if (!written.has(name)) written.set(name, writePage(name, bodyOf(makePage(layout, total))));
-  return written.get(name);
-}
-
-/** Pages of the applications, made elsewhere, that the generic tests take as well. Name to address. */
-export function foreignPages() {
-  const from = process.env.PAGES_DIR;
-  if (!from) return {};
-  const names = fs.readdirSync(from).filter((name) => name.endsWith(".html"));
-  return Object.fromEntries(names.map((name) => [name, pathToFileURL(path.resolve(from, name)).href]));
-}
-
 /** Opens a page; `complaints` collects what it says on the console, throws, or asks of the network. */
 export async function open(browser, address, { locale = "ru-RU", ...options } = {}) {
   const context = await browser.newContext({ locale, viewport: { width: 1280, height: 800 }, ...options });
+  context.setDefaultTimeout(120000);
   const page = await context.newPage();
   page.complaints = [];
   page.on("console", (message) => page.complaints.push(message.text()));
@@ -91,6 +48,10 @@ export const allLines = (page) =>
       text: content.innerText || content.textContent,
     })),
   );
+
+/** In how many places the shown lines stand, where that is told. */
+export const places = async (page) =>
+  Number((await page.locator("#places").textContent()).replace(/\D/g, ""));
 
 /** What "shown X of Y" says. */
 export const shown = async (page) =>

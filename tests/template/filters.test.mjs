@@ -1,6 +1,8 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { allLines, choose, fixture, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
+import { allLines, choose, launch, open, places, search, settle, shown, visibleLines } from "./browser.mjs";
+import { linkTo, makeRun, point, recordsOf, runs } from "./fixtures.mjs";
+import { fixture, pageOf } from "./pages.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -17,15 +19,46 @@ const toggle = (page, kind) => page.locator(`[data-kind=${kind}]`).click();
 describe("kinds", () => {
   test("toggles hide the lines of their kind and count what is shown", async () => {
     const page = await openUnfolded("grouped");
+    const records = recordsOf(runs.grouped);
     const lines = await allLines(page);
+    assert.ok(lines.length > records.length);
     for (const kind of ["error", "warning", "message"]) {
+      const isLeft = (line) => line.kind !== kind;
       await toggle(page, kind);
-      const left = lines.filter((line) => line.kind !== kind);
-      assert.deepEqual(await shown(page), [left.length, lines.length]);
-      assert.equal((await visibleLines(page)).length, left.length);
+      assert.deepEqual(await shown(page), [records.filter(isLeft).length, records.length]);
+      assert.equal(await places(page), lines.filter(isLeft).length);
+      assert.equal((await visibleLines(page)).length, lines.filter(isLeft).length);
       await toggle(page, kind);
     }
-    assert.deepEqual(await shown(page), [lines.length, lines.length]);
+    assert.deepEqual(await shown(page), [records.length, records.length]);
+    await page.context().close();
+  });
+
+  test("a line that stands under several items counts once, equal lines each", async () => {
+    const ends = [point(1, "А"), point(2, "Б")];
+    // Other points of the same names: their line reads alike and is another one.
+    const namesakes = [point(11, "А"), point(12, "Б")];
+    const between = (word, [a, b]) => ({ kind: "error", text: `${word} ${linkTo(a)} – ${linkTo(b)}` });
+    const lines = [
+      between("первая", ends),
+      between("вторая", ends),
+      between("вторая", ends),
+      between("первая", namesakes),
+    ];
+    const page = await open(browser, pageOf("ends", makeRun("grouped", 4, lines)));
+    assert.deepEqual(await shown(page), [4, 4]);
+    assert.equal(await page.locator("#places").textContent(), "мест: 8");
+    assert.equal(await page.locator("#verdict").textContent(), "Ошибок: 4, предупреждений нет");
+    assert.equal(await page.locator("[data-kind=error] b").textContent(), "4");
+    await search(page, "вторая");
+    assert.deepEqual(await shown(page), [2, 4]);
+    assert.equal(await page.locator("#places").textContent(), "мест: 4");
+    await page.context().close();
+  });
+
+  test("places are not told where every line stands once", async () => {
+    const page = await open(browser, fixture("flat"));
+    assert.equal(await page.locator("#places").isVisible(), false);
     await page.context().close();
   });
 
@@ -79,11 +112,13 @@ describe("search", () => {
     test(`finds what ${query} asks for`, async () => {
       const page = await openUnfolded("staged");
       const lines = await allLines(page);
-      const expected = lines.filter(({ text }) => matches(text.toLowerCase()));
+      const records = recordsOf(runs.staged);
+      const isFound = ({ text }) => matches(text.toLowerCase());
+      const expected = records.filter(isFound);
       await search(page, query);
-      assert.deepEqual(await shown(page), [expected.length, lines.length]);
-      assert.equal((await visibleLines(page)).length, expected.length);
-      if (query !== "a.b") assert.ok(expected.length > 0 && expected.length < lines.length);
+      assert.deepEqual(await shown(page), [expected.length, records.length]);
+      assert.equal((await visibleLines(page)).length, lines.filter(isFound).length);
+      if (query !== "a.b") assert.ok(expected.length > 0 && expected.length < records.length);
       await page.context().close();
     });
 
@@ -158,6 +193,14 @@ describe("alike lines", () => {
     }
     const masks = folded.map(({ mask, text }) => mask ?? text);
     assert.equal(new Set(masks).size, masks.length);
+    await page.context().close();
+  });
+
+  test("on a page with lines in several places make up all of these", async () => {
+    const page = await openUnfolded("grouped");
+    await page.locator("#alike").click();
+    const sum = (await rows(page)).reduce((total, { times }) => total + times, 0);
+    assert.equal(sum, await places(page));
     await page.context().close();
   });
 

@@ -1,142 +1,33 @@
-// Pages as the library writes them around the assembled template, made here without the library.
-
-const kinds = ["title", "service", "statistics", "error", "warning", "message"];
-
-export const itemGroups = {
-  // Item types whose lines are listed under one more level, a node per item.
-  perItem: new Set(["Пункты", "Секции"]),
-  general: "Общие",
-};
+// What the runs of the test pages write.
 
 export const project = "Проект 1";
 
+/** The protocol types; those with a layout of their own come first. */
+export const protocolTypes = {
+  Compile: 305510145,
+  Adjust: 305510146,
+  UndefProtocol: 305510144,
+  L1Analysis: 305510147,
+  Import: 305510148,
+  Export: 305510149,
+  ImportTemplate: 305510150,
+  FixedPointsAnalysis: 305510151,
+  AutoChainTracingAnalysis: 305510152,
+  CalcTacheometry: 305510153,
+};
+
+/** The items' types; lines about both are listed under one more level, a node per item. */
+export const itemTypes = {
+  LevellingPoint: { value: 0x6dcd3700, singular: "пункт", plural: "пункты" },
+  LevellingSection: { value: 0x6dcd3704, singular: "секция", plural: "секции" },
+};
+
+export const point = (id, name = `Рп ${id}`) => ({ id, name, type: "LevellingPoint" });
+export const section = (id) => ({ id: 100000 + id, name: `${id}–${id + 1}`, type: "LevellingSection" });
+
 /** The anchor of an item, as the library writes it. */
-export function itemLink(id, name, type = "LevellingPoint") {
-  const href = `survey://locate-item?type=${type}&id=${id}&project=${encodeURIComponent(project)}`;
-  return `<a href="${href}">${name}</a>`;
-}
-
-const count = (lines) => (lines.length ? ` (${lines.length})` : "");
-const expand = '<div class="Expand"></div>\n';
-const caption = (text) => `<div class="Content">${text}</div>\n`;
-
-function leafList(lines) {
-  if (!lines.length) return "";
-  const leaves = lines.map(
-    ({ kind, text }) =>
-      `<li class="Node ExpandLeaf IsLast">\n${expand}<div class="Content ${kinds.includes(kind) ? kind : ""}">${text}</div>\n</li>\n`,
-  );
-  return `<ul class="Container">\n${leaves.join("")}</ul>\n`;
-}
-
-function bucket(lines, keysOf) {
-  const groups = new Map();
-  for (const line of lines)
-    for (const key of new Set(keysOf(line))) {
-      if (!groups.has(key)) groups.set(key, []);
-      groups.get(key).push(line);
-    }
-  return groups;
-}
-
-function itemNodes(lines, group) {
-  const byItem = bucket(lines, (line) =>
-    line.items.filter((item) => item.group === group).map((item) => item.id),
-  );
-  const nodes = [...byItem].map(([id, own]) => {
-    const item = own[0].items.find((candidate) => candidate.id === id);
-    return { title: itemLink(id, item.name), own };
-  });
-  nodes.sort((a, b) => (a.title < b.title ? -1 : 1));
-  const html = nodes.map(
-    ({ title, own }) =>
-      `<li class="Node ExpandClosed">\n${expand}${caption(title + count(own))}${leafList(own)}</li>\n`,
-  );
-  return `<ul class="Container">\n${html.join("")}</ul>\n`;
-}
-
-function groupedBlocks(lines, root) {
-  const problems = ["error", "warning"].flatMap((kind) => lines.filter((line) => line.kind === kind));
-  const messages = lines.filter((line) => line.kind === "message");
-  const top = `<li class="${root} IsLast ExpandOpen">\n${expand}`;
-  let html = "";
-  if (problems.length) {
-    html += `<div class='errorblock'>\n<ul class="Container">\n${top}`;
-    html += caption("Ошибки и предупреждения" + count(problems)) + '<ul class="Container">\n';
-    const byType = bucket(problems, (line) =>
-      line.items.length ? line.items.map((item) => item.group) : [itemGroups.general],
-    );
-    for (const [name, own] of byType) {
-      html += `<li class="Node ExpandOpen">\n${expand}${caption(name + count(own))}`;
-      html += itemGroups.perItem.has(name) ? itemNodes(own, name) : leafList(own);
-      html += "</li>\n";
-    }
-    html += "</ul>\n</li>\n</ul>\n</div>\n";
-  }
-  if (messages.length) {
-    html += `<div class='messageblock'>\n<ul class="Container">\n${top}`;
-    html += caption("Сообщения" + count(messages)) + leafList(messages);
-    html += "</li>\n</ul>\n</div>\n";
-  }
-  return html;
-}
-
-function stageBlocks(stages) {
-  return stages
-    .map(({ number, name, lines }) => {
-      const state = number === 2 ? "ExpandOpen" : "ExpandClosed";
-      return (
-        `<div class='stageblock'>\n<ul class="Container">\n<li class="IsRoot IsLast ${state}">\n` +
-        expand +
-        caption(name + count(lines)) +
-        (number === 2 ? leafList(lines) : groupedBlocks(lines, "Node")) +
-        "</li>\n</ul>\n</div>\n"
-      );
-    })
-    .join("");
-}
-
-function front({ title, service = [], statistics = [], reports }) {
-  let html = title ? `<h1>${title}</h1>\n` : "";
-  html += "<div class='serviceinfoblock'>\n";
-  for (const line of service) html += `<p class='service'>${line}</p>\n`;
-  if (reports) {
-    html += "<div class='reportsblock'>\n<p class='service'>Ведомости:</p><ul class='service'>";
-    for (const [id, name] of reports)
-      html += `<li><a href="survey://generate-report?id=${id}&project=${encodeURIComponent(project)}">${name}</a></li>`;
-    html += "</ul>\n</div>\n</div>\n";
-  } else if (reports === null) html += "</div>\n";
-  for (const line of statistics) html += `<p>${line}</p>\n`;
-  return html;
-}
-
-/**
- * The generated part of a page. `reports`: list of [id, name]; null when there is a report generator and
- * nothing to report; undefined without report generator, which leaves the service block open.
- */
-export function bodyOf(page) {
-  if (page.layout === "item") return itemBody(page);
-  let html = front(page);
-  if (page.layout === "staged") html += stageBlocks(page.stages);
-  else if (page.layout === "grouped") html += groupedBlocks(page.lines, "IsRoot");
-  else html += leafList(page.lines.filter((line) => ["error", "warning", "message"].includes(line.kind)));
-  return html;
-}
-
-function itemBody({ protocols }) {
-  if (!protocols.length) return "";
-  let html = `<div class='errorblock'>\n<ul class="Container">\n<li class="IsRoot IsLast ExpandOpen">\n`;
-  html += expand + caption("Ошибки и предупреждения") + '<ul class="Container">\n';
-  for (const { title, lines } of protocols)
-    html += `<li class="Node ExpandOpen">\n${expand}${caption(title)}${leafList(lines)}</li>\n`;
-  return html + "</ul>\n</li>\n</ul>\n</div>\n";
-}
-
-/** The whole page: the body goes before the template's last closing div tag. */
-export function pageOf(template, body) {
-  const split = template.toLowerCase().lastIndexOf("</div>");
-  return template.slice(0, split) + body + template.slice(split);
-}
+export const linkTo = ({ id, name, type }) =>
+  `<a href="survey://locate-item?type=${type}&id=${id}&project=${encodeURIComponent(project)}">${name}</a>`;
 
 /** Numbers that are the same in every run. */
 function random(seed) {
@@ -147,32 +38,27 @@ function random(seed) {
   };
 }
 
-const point = (id) => ({ id, name: `Рп ${id}`, group: "Пункты" });
-const section = (id) => ({ id: 100000 + id, name: `${id}–${id + 1}`, group: "Секции" });
-const linkOf = (item) => itemLink(item.id, item.name, item.group === "Секции" ? "Section" : "LevellingPoint");
-
-/** One line of a run, with the items that it names. */
+/** One line of a run. */
 function makeLine(next, index, items) {
   const mm = () => `${next(90)}.${next(10)}`;
   const roll = next(20);
   const a = point(1 + next(items));
   const b = section(1 + next(items));
   if (roll < 2) {
-    const text = `Невязка хода через ${linkOf(a)} равна ${mm()} мм, допуск ${mm()} мм`;
-    return { kind: "error", text, items: [a] };
+    const text = `Невязка хода через ${linkTo(a)} равна ${mm()} мм, допуск ${mm()} мм`;
+    return { kind: "error", text };
   }
   if (roll < 4) {
-    const text = `Секция ${linkOf(b)}: расхождение прямого и обратного превышений ${mm()} мм`;
-    return { kind: "error", text, items: [b] };
+    const text = `Секция ${linkTo(b)}: расхождение прямого и обратного превышений ${mm()} мм`;
+    return { kind: "error", text };
   }
   if (roll < 9) {
-    const text = `Высота пункта ${linkOf(a)} получена один раз, контроль по секции ${linkOf(b)} невозможен`;
-    return { kind: "warning", text, items: [a, b] };
+    const text = `Высота пункта ${linkTo(a)} получена один раз, контроль по секции ${linkTo(b)} невозможен`;
+    return { kind: "warning", text };
   }
-  if (roll < 10) return { kind: "warning", text: `Строка ${index} исходного файла пропущена`, items: [] };
-  if (roll < 14)
-    return { kind: "message", text: `Пункт ${linkOf(a)}: поправка ${mm()} мм<br>СКО ${mm()} мм`, items: [a] };
-  return { kind: "message", text: `Прочитано превышений: ${next(5000)}`, items: [] };
+  if (roll < 10) return { kind: "warning", text: `Строка ${index} исходного файла пропущена` };
+  if (roll < 14) return { kind: "message", text: `Пункт ${linkTo(a)}: поправка ${mm()} мм\nСКО ${mm()} мм` };
+  return { kind: "message", text: `Прочитано превышений: ${next(5000)}` };
 }
 
 export function makeLines(total, { seed = 7, items = Math.max(5, Math.ceil(total / 20)) } = {}) {
@@ -180,25 +66,31 @@ export function makeLines(total, { seed = 7, items = Math.max(5, Math.ceil(total
   return Array.from({ length: total }, (_, index) => makeLine(next, index + 1, items));
 }
 
-const service = ["Расчёт начат оператором", "06.05.2024 14:03:27", `Проект: ${project}`];
-const reports = [
-  [738001, "Ведомость превышений"],
-  [738002, "Каталог высот"],
-];
+const service = "Расчёт начат оператором";
 
-/** A page model of a given layout with about `total` lines in its tree. */
-export function makePage(layout, total) {
-  const lines = makeLines(total);
-  if (layout === "flat") return { layout, title: "Импорт", service, reports: null, lines };
-  if (layout === "grouped") return { layout, title: "Предобработка", service, reports, lines };
+/**
+ * A run of a layout with about `total` lines. `hasReports`: the project has a report generator; without one the
+ * library leaves the service block open.
+ */
+export function makeRun(layout, total, lines = makeLines(total)) {
+  const own = { service: [service], hasReports: true };
+  if (layout === "flat") return { ...own, type: "Import", lines };
+  if (layout === "grouped") return { ...own, type: "Compile", lines };
   const [first, third] = [Math.floor(total * 0.3), Math.floor(total * 0.7)];
   const stages = [
-    { number: 1, name: "Состав сети и предварительные высоты", lines: lines.slice(0, first) },
-    { number: 2, name: "Результаты уравнивания", lines: lines.slice(first, third) },
-    { number: 3, name: "Остаточные поправки", lines: lines.slice(third) },
+    { name: "Состав сети и предварительные высоты", lines: lines.slice(0, first) },
+    { name: "Результаты уравнивания", lines: lines.slice(first, third) },
+    { name: "Остаточные поправки", lines: lines.slice(third) },
   ];
   const statistics = ["СКО единицы веса: 2.05 мм", "Степеней свободы: 8"];
-  return { layout, title: "Уравнивание", service, statistics, reports, stages };
+  return { ...own, type: "Adjust", statistics, stages };
+}
+
+/** A page with one error, of this text, among other lines. */
+export function runAround(text) {
+  const lines = makeLines(30);
+  lines[12] = { kind: "error", text };
+  return makeRun("flat", 30, lines);
 }
 
 const hostile = [
@@ -216,64 +108,64 @@ const hostile = [
 
 const plain = makeLines(40, { seed: 3, items: 6 });
 
-/** The small pages: every layout, and the shapes that differ. Name to generated part. */
-export const pages = {
-  grouped: bodyOf({ ...makePage("grouped", 60), lines: makeLines(60, { items: 8 }) }),
-  staged: bodyOf(makePage("staged", 60)),
-  flat: bodyOf({ layout: "flat", title: "Импорт", service, reports: null, lines: plain }),
-  clean: bodyOf({
-    layout: "grouped",
-    title: "Предобработка",
-    service,
-    reports: null,
-    lines: plain.filter((line) => line.kind === "message"),
-  }),
-  empty: bodyOf({ layout: "flat", title: "Экспорт", service: service.slice(1), reports: null, lines: [] }),
-  blank: "",
-  item: bodyOf({
-    layout: "item",
-    protocols: ["Предобработка", "Уравнивание"].map((name, index) => ({
-      title: `<a href="survey://generate-protocol?id=${305510145 + index}&project=x">${name}</a>`,
+/** What hides the document's own operations, from test tools as well. */
+const clobbering = [
+  "body",
+  "querySelector",
+  "querySelectorAll",
+  "createElement",
+  "createRange",
+  "activeElement",
+  "title",
+].map((name) => ({ kind: "error", text: `<img name="${name}"><form name="${name}"></form>${name}` }));
+
+const few = makeLines(12, { seed: 5, items: 4 });
+
+/** The runs of the small pages: every layout, the shapes that differ, and every protocol type. */
+export const runs = {
+  // Before other runs of the same project name the item, too.
+  item: {
+    item: 4,
+    hasReports: true,
+    runs: ["Compile", "Adjust"].map((type, index) => ({
+      type,
       lines: makeLines(400, { seed: index + 1, items: 9 })
-        .filter((line) => line.items.some((item) => item.id === 4))
+        .filter(({ text }) => text.includes(linkTo(point(4))))
         .slice(0, 8)
-        .concat({ kind: "service", text: `Обработан пункт ${itemLink(4, "Рп 4")}`, items: [point(4)] }),
+        .concat({ kind: "service", text: `Обработан пункт ${linkTo(point(4))}` }),
     })),
-  }),
-  open: bodyOf({ ...makePage("grouped", 30), reports: undefined, statistics: ["Пунктов: 12"] }),
-  "open-staged": bodyOf({ ...makePage("staged", 30), reports: undefined }),
-  hostile: bodyOf({
-    layout: "grouped",
-    title: "Предобработка <i>&amp; проверка",
-    service: [...service, "<b>незакрытая служебная"],
-    reports: undefined,
+  },
+  grouped: makeRun("grouped", 60, makeLines(60, { items: 8 })),
+  staged: makeRun("staged", 60),
+  flat: makeRun("flat", 40, plain),
+  clean: makeRun(
+    "grouped",
+    40,
+    plain.filter((line) => line.kind === "message"),
+  ),
+  empty: { type: "Export", lines: [], hasReports: true },
+  /** The page of an item that no line names: the bare template. */
+  blank: { item: 77777, runs: [], hasReports: true },
+  open: { ...makeRun("grouped", 30), hasReports: false, statistics: ["Пунктов: 12"] },
+  "open-staged": { ...makeRun("staged", 30), hasReports: false },
+  hostile: {
+    type: "Compile",
+    service: [service, "<b>незакрытая служебная"],
+    hasReports: false,
     lines: [
-      ...hostile.map((text, index) => ({ kind: index % 2 ? "warning" : "error", text, items: [] })),
+      ...hostile.map((text, index) => ({ kind: ["error", "warning", "message"][index % 3], text })),
       ...plain,
     ],
-  }),
+  },
+  clobbering: { type: "Import", hasReports: false, lines: [...clobbering, ...plain] },
+  ...Object.fromEntries(
+    Object.keys(protocolTypes).map((type) => [`type-${type}`, { type, lines: few, hasReports: true }]),
+  ),
 };
 
-/** A page whose lines hide the document's own operations, from test tools as well. */
-export const clobbering = bodyOf({
-  layout: "flat",
-  title: "Импорт",
-  service,
-  reports: null,
-  lines: [
-    ...[
-      "body",
-      "querySelector",
-      "querySelectorAll",
-      "createElement",
-      "createRange",
-      "activeElement",
-      "title",
-    ].map((name) => ({
-      kind: "error",
-      text: `<img name="${name}"><form name="${name}"></form>${name}`,
-      items: [],
-    })),
-    ...plain,
-  ],
-});
+/** The lines of a run's page, each once, with the text that a reader sees. */
+export function recordsOf({ lines, stages, runs: parts }) {
+  const all = lines ?? (stages ?? parts).flatMap((part) => part.lines);
+  const seen = (text) => text.replace(/<[^>]*>/g, "");
+  return all.map(({ kind, text }) => ({ kind, text: seen(text) }));
+}

@@ -1,79 +1,109 @@
-// What holds on every page: the fixtures here, and the applications' pages of the folder PAGES_DIR.
+// What holds on every page: those of the fixtures, those of the sample networks, and others of the folder PAGES_DIR.
 
 import assert from "node:assert/strict";
 import fs from "node:fs";
 import { createRequire } from "node:module";
+import path from "node:path";
 import { after, before, describe, test } from "node:test";
-import { fixture, foreignPages, launch, open, settle } from "./browser.mjs";
-import { pages } from "./fixtures.mjs";
+import { pathToFileURL } from "node:url";
+import { choose, launch, open, settle } from "./browser.mjs";
+import { runs } from "./fixtures.mjs";
+import { fixture, samplePages } from "./pages.mjs";
 
 const axe = fs.readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 
-const addresses = { ...Object.fromEntries(Object.keys(pages).map((name) => [name, () => fixture(name)])) };
-for (const [name, address] of Object.entries(foreignPages())) addresses[name] = () => address;
+/** Pages made elsewhere. */
+function foreignPages() {
+  const folder = process.env.PAGES_DIR;
+  const names = folder ? fs.readdirSync(folder).filter((name) => name.endsWith(".html")) : [];
+  return names.map((name) => ({ name, address: pathToFileURL(path.resolve(folder, name)).href }));
+}
 
-/** Counts lines by kind the plain way. */
+/**
+ * Counts lines by kind the plain way: lines of a stage that are the same count as often as they stand in the list
+ * that holds most of them.
+ */
 const bruteForce = () => {
-  const counts = { error: 0, warning: 0, message: 0, total: 0 };
+  const counts = { error: 0, warning: 0, message: 0, other: 0, total: 0, places: 0 };
+  const isItemPage = !document.querySelector(".serviceinfoblock");
+  const lists = new Map();
   for (const content of document.querySelectorAll("li.ExpandLeaf > .Content")) {
-    ++counts.total;
-    for (const kind of ["error", "warning", "message"]) if (content.classList.contains(kind)) ++counts[kind];
+    const kind = ["error", "warning", "message"].find((name) => content.classList.contains(name)) ?? "other";
+    const list = content.closest("ul");
+    const stages = [...document.querySelectorAll(".stageblock")];
+    const around = isItemPage ? ++counts.total : stages.findIndex((stage) => stage.contains(list));
+    const own = [around, kind, content.innerHTML.replace(/ tabindex="-1"/g, "")].join(" ");
+    if (!lists.has(own)) lists.set(own, { kind, counts: new Map() });
+    const inLists = lists.get(own).counts;
+    inLists.set(list, (inLists.get(list) ?? 0) + 1);
+    ++counts.places;
+  }
+  counts.total = 0;
+  for (const { kind, counts: inLists } of lists.values()) {
+    const count = Math.max(...inLists.values());
+    counts[kind] += count;
+    counts.total += count;
   }
   return counts;
 };
 
-const shownCounts = () => {
+/** What the page tells: of each kind, shown, of how many, and in how many places if that is told. */
+const toldCounts = () => {
   const digits = (text) => Number(text.replace(/\D/g, ""));
+  const read = (selector) => document.querySelector(selector).textContent;
   const counts = {};
-  for (const kind of ["error", "warning", "message"])
-    counts[kind] = digits(document.querySelector(`#kinds [data-kind=${kind}] b`).textContent);
-  [counts.shown, counts.total] = document
-    .querySelector("#shown")
-    .textContent.split(/ из | of /)
+  for (const kind of ["error", "warning", "message", "other"]) {
+    const isTold = document.querySelector(`#kinds [data-kind=${kind}]`);
+    counts[kind] = isTold ? digits(read(`#kinds [data-kind=${kind}] b`)) : 0;
+  }
+  [counts.shown, counts.total] = read("#shown")
+    .split(/ из | of /)
     .map(digits);
+  counts.places = read("#places") ? digits(read("#places")) : counts.total;
   return counts;
 };
 
-for (const [name, address] of Object.entries(addresses))
+const looks = [
+  { colorScheme: "light", locale: "ru-RU" },
+  { colorScheme: "dark", locale: "en-US", unfold: ["Branches", "Unfold all"] },
+];
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+const pages = [
+  ...Object.keys(runs)
+    // The attributes that hide the document's operations hide them from the tools here, too.
+    .filter((name) => name !== "clobbering")
+    .map((name) => ({ name, address: fixture(name) })),
+  ...samplePages(),
+  ...foreignPages(),
+];
+
+for (const { name, address, counts } of pages)
   describe(`page ${name}`, () => {
-    let browser;
-    before(async () => (browser = await launch()));
-    after(() => browser.close());
+    for (const { unfold, ...look } of looks)
+      test(`keeps quiet, counts right, is accessible (${look.colorScheme}, ${look.locale})`, async () => {
+        const page = await open(browser, address, look);
+        await settle(page);
+        // The browser itself reports what the policy has kept from running.
+        const isNews = (text) => name !== "hostile" || !/Content Security Policy/.test(text);
+        assert.deepEqual(page.complaints.filter(isNews), []);
 
-    test("says nothing on the console and asks nothing of the network", async () => {
-      const page = await open(browser, address());
-      await settle(page);
-      // The browser itself reports what the policy has kept from running.
-      const complaints = page.complaints.filter((text) => !/Content Security Policy/.test(text));
-      assert.deepEqual(complaints, []);
-      if (name !== "hostile") assert.deepEqual(page.complaints, []);
-      await page.context().close();
-    });
+        const counted = await page.evaluate(bruteForce);
+        const told = await page.evaluate(toldCounts);
+        assert.deepEqual(told, { ...counted, shown: counted.total });
+        if (counts) assert.deepEqual([told.error, told.warning, told.message], counts);
 
-    test("has the counts of a plain count", async () => {
-      const page = await open(browser, address());
-      const counted = await page.evaluate(bruteForce);
-      const shown = await page.evaluate(shownCounts);
-      assert.deepEqual(shown, { ...counted, shown: counted.total });
-      await page.context().close();
-    });
-
-    for (const [scheme, locale] of [
-      ["light", "ru-RU"],
-      ["dark", "en-US"],
-    ])
-      test(`has no accessibility violation (${scheme}, ${locale})`, async () => {
-        const page = await open(browser, address(), { colorScheme: scheme, locale });
-        await page.evaluate(axe);
         // Links that a line has left unclosed have no name, whatever the page does.
         const rules = { "link-name": { enabled: name !== "hostile" } };
-        const { violations } = await page.evaluate(
-          (chosen) => window.axe.run(document, { rules: chosen }),
-          rules,
-        );
-        const found = violations.map(
-          ({ id, nodes }) => `${id}: ${nodes.map((node) => node.html).join("\n")}`,
-        );
+        if (unfold) await choose(page, ...unfold);
+        await page.evaluate(axe);
+        const found = await page.evaluate(async (chosen) => {
+          const { violations } = await window.axe.run(document, { rules: chosen });
+          return violations.map(({ id, nodes }) => [id, ...nodes.map((node) => node.html)].join("\n"));
+        }, rules);
         assert.deepEqual(found, []);
         await page.context().close();
       });

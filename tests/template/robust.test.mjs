@@ -1,7 +1,8 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, fixture, launch, open, search, settle, shown, writePage } from "./browser.mjs";
-import { bodyOf, makePage, pages } from "./fixtures.mjs";
+import { choose, launch, open, search, settle, shown } from "./browser.mjs";
+import { makeRun, recordsOf, runAround, runs } from "./fixtures.mjs";
+import { bodyOf, fixture, pageOf, writePage } from "./pages.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -16,12 +17,11 @@ describe("the header", () => {
 
   test("tells type, date, project and how the run went, before any scrolling", async () => {
     const page = await open(browser, fixture("staged"));
-    assert.deepEqual(await texts(page), [
-      "Уравнивание",
-      "06.05.2024 14:03:27 Проект: Проект 1",
-      "Ошибок: 8, предупреждений: 29",
-      "Уравнивание – Проект: Проект 1",
-    ]);
+    const [title, facts, verdict, heading] = await texts(page);
+    assert.equal(title, "Уравнивание");
+    assert.match(facts, /^\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d Проект: Проект 1$/);
+    assert.equal(verdict, "Ошибок: 8, предупреждений: 18");
+    assert.equal(heading, "Уравнивание – Проект: Проект 1");
     const bottom = await page.evaluate(() => document.querySelector("#bar").getBoundingClientRect().bottom);
     assert.ok(bottom > 0 && bottom < 200);
     await page.context().close();
@@ -36,14 +36,11 @@ describe("the header", () => {
           .join(""),
       ),
     );
-    const counted = await page.evaluate(() =>
-      [...document.querySelectorAll(".stageblock")].map((stage) => {
-        const count = (kind) => stage.querySelectorAll(`.ExpandLeaf > .${kind}`).length;
-        const name = stage.querySelector(".Content").textContent.replace(/ \(\d+\)$/, "");
-        return `${name}Ошибки: ${count("error")}Предупреждения: ${count("warning")}Сообщения: ${count("message")}`;
-      }),
-    );
-    assert.deepEqual(told, counted);
+    const written = runs.staged.stages.map(({ name, lines }) => {
+      const count = (kind) => lines.filter((line) => line.kind === kind).length;
+      return `${name}Ошибки: ${count("error")}Предупреждения: ${count("warning")}Сообщения: ${count("message")}`;
+    });
+    assert.deepEqual(told, written);
     await page.locator("#stages button").last().click();
     assert.match(
       await page.evaluate(() => document.activeElement.textContent.trim()),
@@ -66,8 +63,9 @@ describe("the header", () => {
   });
 
   test("tells a run that has not ended", async () => {
-    const body = bodyOf({ ...makePage("flat", 20), title: "", service: ["Начало"] });
-    const page = await open(browser, writePage("unfinished", body));
+    fixture("flat");
+    const closing = /<h1>.*<\/h1>\n|<p class='service'>(?:\d\d\.\d\d\.\d{4}|Проект:).*<\/p>\n/g;
+    const page = await open(browser, writePage("unfinished", bodyOf("flat").replace(closing, "")));
     assert.match(await page.locator("#verdict").innerText(), /, прогон не завершён$/);
     assert.equal(await page.locator("#title").innerText(), "Протокол");
     await page.context().close();
@@ -82,7 +80,7 @@ describe("the header", () => {
 
   test("a long service block folds its rest, and unfolds it", async () => {
     const service = Array.from({ length: 40 }, (_, at) => `служебная строка ${at + 1}`);
-    const page = await open(browser, writePage("long-service", bodyOf({ ...makePage("flat", 20), service })));
+    const page = await open(browser, pageOf("long-service", { ...makeRun("flat", 20), service }));
     const count = () =>
       page.evaluate(
         () =>
@@ -177,6 +175,15 @@ describe("looks", () => {
     assert.equal(await ground(), dark);
     await page.context().close();
   });
+
+  test("folding of alike lines is remembered", async () => {
+    const page = await open(browser, fixture("flat"));
+    await page.locator("#alike").click();
+    await page.goto(fixture("grouped"));
+    assert.equal(await page.locator("#alike").getAttribute("aria-pressed"), "true");
+    assert.ok((await page.locator("li[data-times]").count()) > 0);
+    await page.context().close();
+  });
 });
 
 describe("languages", () => {
@@ -199,7 +206,7 @@ describe("languages", () => {
 
 describe("without", () => {
   test("script every line is visible, and no control is", async () => {
-    for (const name of Object.keys(pages).filter((each) => each !== "hostile")) {
+    for (const name of Object.keys(runs).filter((each) => each !== "hostile")) {
       const page = await open(browser, fixture(name), { javaScriptEnabled: false });
       const lines = page.locator("li.ExpandLeaf > .Content");
       const count = await lines.count();
@@ -247,8 +254,8 @@ describe("markup inside lines", () => {
     }
     await page.waitForTimeout(200);
     assert.equal(await ran(page), null);
-    const written = pages.hostile.match(/ExpandLeaf/g).length;
-    assert.deepEqual(await shown(page), [written, written]);
+    const { length } = recordsOf(runs.hostile);
+    assert.deepEqual(await shown(page), [length, length]);
     assert.equal(await page.evaluate(() => document.body.hidden), false);
     await page.context().close();
   });
@@ -294,9 +301,8 @@ describe("markup inside lines", () => {
     "<plaintext>",
   ])
     test(`an unclosed ${broken} leaves the controls and the lines before it`, async () => {
-      const page = makePage("flat", 30);
-      page.lines[12] = { kind: "error", text: `до ${broken} после`, items: [] };
-      const opened = await open(browser, writePage(`unclosed-${broken.replace(/\W/g, "")}`, bodyOf(page)));
+      const name = `unclosed-${broken.replace(/\W/g, "")}`;
+      const opened = await open(browser, pageOf(name, runAround(`до ${broken} после`)));
       assert.ok((await shown(opened))[1] >= 13);
       await search(opened, "до");
       assert.ok((await shown(opened))[0] >= 1);
@@ -308,16 +314,11 @@ describe("markup inside lines", () => {
     });
 
   test("does not send the page elsewhere", async () => {
-    const page = makePage("flat", 30);
-    page.lines[3] = {
-      kind: "error",
-      text: '<meta http-equiv="refresh" content="0;url=about:blank#gone">',
-      items: [],
-    };
-    const opened = await open(browser, writePage("refresh", bodyOf(page)));
-    await opened.waitForTimeout(500);
-    assert.doesNotMatch(opened.url(), /gone/);
-    await opened.context().close();
+    const text = '<meta http-equiv="refresh" content="0;url=about:blank#gone">';
+    const page = await open(browser, pageOf("refresh", runAround(text)));
+    await page.waitForTimeout(500);
+    assert.doesNotMatch(page.url(), /gone/);
+    await page.context().close();
   });
 });
 
@@ -342,7 +343,7 @@ test("the rows' tags, texts and classes stay as they were written", async () => 
     await search(page, "невязка");
     await page.locator("#alike").click();
     await search(page, "");
-    const plain = await open(browser, writePage(`plain-${name}`, pages[name], bare));
+    const plain = await open(browser, writePage(`plain-${name}`, bodyOf(name), bare));
     assert.equal(await page.evaluate(normal), await plain.evaluate(normal));
     await page.context().close();
     await plain.context().close();

@@ -1,8 +1,9 @@
-// Screenshots of every fixture, for people to look at: node shots.mjs FOLDER [FIXTURE...]
+// Screenshots of every fixture, for people to look at: node shots.mjs FOLDER [PAGE...]
 
 import path from "node:path";
-import { choose, fixture, launch, open, search, settle } from "./browser.mjs";
-import { pages } from "./fixtures.mjs";
+import { choose, launch, open, search, settle } from "./browser.mjs";
+import { runs } from "./fixtures.mjs";
+import { fixture, samplePages } from "./pages.mjs";
 
 const [folder = "shots", ...names] = process.argv.slice(2);
 const views = [
@@ -12,22 +13,26 @@ const views = [
   { name: "forced-en", colorScheme: "dark", forcedColors: "active", locale: "en-US" },
 ];
 
+const pages = [...Object.keys(runs).map((name) => ({ name, address: fixture(name) })), ...samplePages()];
+const chosen = pages.filter(({ name }) => !names.length || names.includes(name));
+
 const browser = await launch();
-for (const fixtureName of names.length ? names : Object.keys(pages)) {
+for (const { name: pageName, address } of chosen) {
+  const fileOf = (view) => path.join(folder, `${pageName.replaceAll(" ", "-")}-${view}`);
   for (const { name, ...view } of views) {
-    const page = await open(browser, fixture(fixtureName), view);
+    const page = await open(browser, address, view);
     await settle(page);
-    await page.screenshot({ path: path.join(folder, `${fixtureName}-${name}.png`) });
+    await page.screenshot({ path: fileOf(`${name}.png`) });
     await page.context().close();
   }
-  const page = await open(browser, fixture(fixtureName));
+  const page = await open(browser, address);
   await choose(page, "Ветви", "Развернуть всё");
   await page.locator("[data-kind=message]").click();
   await search(page, "пункта -невязка");
   await page.locator("#alike").click();
   await settle(page);
-  await page.screenshot({ path: path.join(folder, `${fixtureName}-filtered.png`) });
-  await page.pdf({ path: path.join(folder, `${fixtureName}.pdf`) });
+  await page.screenshot({ path: fileOf("filtered.png") });
+  await page.pdf({ path: fileOf("printed.pdf") });
   await page.context().close();
 }
 await browser.close();

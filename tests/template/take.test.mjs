@@ -1,15 +1,24 @@
 import assert from "node:assert/strict";
 import fs from "node:fs";
 import { after, before, describe, test } from "node:test";
-import { choose, fixture, launch, open, search, settle, shown } from "./browser.mjs";
+import { choose, launch, open, places, search, settle, shown } from "./browser.mjs";
+import { makeLines, makeRun } from "./fixtures.mjs";
+import { fixture, pageOf } from "./pages.mjs";
 import { pdfText } from "./pdftext.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
 
+/** A page on which no two records read alike, so that its lines tell which record they show. */
+const lines = makeLines(60, { items: 8 }).filter(
+  ({ text }, at, all) => all.findIndex((line) => line.text === text) === at,
+);
+let address;
+before(() => (address = pageOf("taken", makeRun("grouped", 0, lines))));
+
 async function openFiltered(options = {}) {
-  const page = await open(browser, fixture("grouped"), {
+  const page = await open(browser, address, {
     permissions: ["clipboard-read", "clipboard-write"],
     ...options,
   });
@@ -18,29 +27,27 @@ async function openFiltered(options = {}) {
   return page;
 }
 
-/** The lines that pass the filters of openFiltered, from the mark-up alone. */
-const expectedLines = (page) =>
-  page.evaluate(() =>
-    [...document.querySelectorAll("li.ExpandLeaf > .Content.warning, li.ExpandLeaf > .Content.error")]
-      .filter(({ textContent }) => /пункта/i.test(textContent) && !/невязка/i.test(textContent))
-      .map((content) => {
-        const path = [];
-        for (let at = content.closest("ul").closest("li"); at; at = at.parentElement.closest("li"))
-          path.unshift(at.querySelector(".Content").textContent.replace(/ \(\d+\)$/, ""));
-        const items = [...content.querySelectorAll("a")].map((link) => ({
-          id: /id=(\d+)/.exec(link.getAttribute("href"))[1],
-          name: link.textContent,
-          address: link.getAttribute("href"),
-        }));
-        return {
-          id: content.parentElement.id,
-          kind: content.classList[1],
-          path,
-          text: content.textContent,
-          items,
-        };
-      }),
-  );
+/** The records that pass the filters of openFiltered, from the mark-up alone. */
+const expectedRecords = (page) =>
+  page.evaluate(() => {
+    const records = new Map();
+    for (const content of document.querySelectorAll("li.ExpandLeaf > :is(.warning, .error)")) {
+      const { textContent: text } = content;
+      if (!/пункта/i.test(text) || /невязка/i.test(text)) continue;
+      const path = [];
+      for (let at = content.closest("ul").closest("li"); at; at = at.parentElement.closest("li"))
+        path.unshift(at.querySelector(".Content").textContent.replace(/ \(\d+\)$/, ""));
+      const items = [...content.querySelectorAll("a")].map((link) => ({
+        id: /id=(\d+)/.exec(link.getAttribute("href"))[1],
+        name: link.textContent,
+        address: link.getAttribute("href"),
+      }));
+      const { id } = content.parentElement;
+      if (!records.has(text)) records.set(text, { id, kind: content.classList[1], paths: [], text, items });
+      records.get(text).paths.push(path);
+    }
+    return [...records.values()];
+  });
 
 const clipboard = (page) => page.evaluate(() => navigator.clipboard.readText());
 
@@ -64,7 +71,7 @@ function parseCsv(text) {
 describe("what is visible", () => {
   test("can be copied as text", async () => {
     const page = await openFiltered();
-    const expected = await expectedLines(page);
+    const expected = await expectedRecords(page);
     await choose(page, "Взять", "Копировать: текст");
     await page.waitForFunction(() => document.querySelector("#told").textContent === "Скопировано");
     const lines = (await clipboard(page)).trimEnd().split("\n");
@@ -74,14 +81,14 @@ describe("what is visible", () => {
     );
     assert.deepEqual(
       lines.filter((line) => line && !line.startsWith("[")),
-      [...new Set(expected.map((line) => line.path.join(" / ")))],
+      [...new Set(expected.map((line) => line.paths[0].join(" / ")))],
     );
     await page.context().close();
   });
 
   test("can be saved as CSV with byte order mark, quotes and CRLF", async () => {
     const page = await openFiltered();
-    const expected = await expectedLines(page);
+    const expected = await expectedRecords(page);
     const { name, bytes } = await saved(page, "Сохранить: CSV");
     assert.equal(name, "Предобработка.csv");
     assert.deepEqual([...bytes.subarray(0, 3)], [0xef, 0xbb, 0xbf]);
@@ -92,7 +99,7 @@ describe("what is visible", () => {
       ["вид", "раздел", "текст", "объекты"],
       ...expected.map((line) => [
         "предупреждение",
-        line.path.join(" / "),
+        line.paths.map((path) => path.join(" / ")).join("; "),
         line.text,
         line.items.map(({ id }) => id).join(" "),
       ]),
@@ -112,16 +119,19 @@ describe("what is visible", () => {
 
   test("can be saved as JSON", async () => {
     const page = await openFiltered();
-    const expected = await expectedLines(page);
+    const expected = await expectedRecords(page);
     const { bytes } = await saved(page, "Сохранить: JSON");
-    const total = (await shown(page))[1];
-    assert.deepEqual(JSON.parse(bytes.toString("utf8")), {
+    const { length: shownCount } = expected;
+    const placeCount = expected.flatMap(({ paths }) => paths).length;
+    const { date, ...taken } = JSON.parse(bytes.toString("utf8"));
+    assert.equal(date, await page.locator("#facts > :first-child").textContent());
+    assert.match(date, /^\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d$/);
+    assert.deepEqual(taken, {
       title: "Предобработка",
-      date: "06.05.2024 14:03:27",
       project: "Проект: Проект 1",
-      filter: `Показано ${expected.length} из ${total}; скрыты: сообщения; поиск: пункта -невязка`,
-      shown: expected.length,
-      total,
+      filter: `Показано ${shownCount} из ${lines.length}; мест: ${placeCount}; скрыты: сообщения; поиск: пункта -невязка`,
+      shown: shownCount,
+      total: lines.length,
       lines: expected,
     });
     await page.context().close();
@@ -129,7 +139,7 @@ describe("what is visible", () => {
 
   test("takes folded alike lines one by one", async () => {
     const page = await openFiltered();
-    const expected = await expectedLines(page);
+    const expected = await expectedRecords(page);
     await page.locator("#alike").click();
     const { bytes } = await saved(page, "Сохранить: JSON");
     assert.deepEqual(JSON.parse(bytes.toString("utf8")).lines, expected);
@@ -165,11 +175,11 @@ describe("print", () => {
   test("holds every visible line and none that is hidden, and states the filter", async () => {
     const page = await openFiltered();
     await choose(page, "Ветви", "Развернуть всё");
-    const count = (await shown(page))[0];
+    const count = await places(page);
     const text = pdfText(await page.pdf()).replaceAll("\n", "");
     assert.equal(text.match(/получена один раз/g).length, count);
     assert.doesNotMatch(text, /Невязка хода/);
-    assert.match(text, /Показано \d+ из \d+; скрыты: сообщения; поиск: пункта -невязка/);
+    assert.match(text, /Показано \d+ из \d+; мест: \d+; скрыты: сообщения; поиск: пункта -невязка/);
     assert.doesNotMatch(text, /Ветви|Взять|Похожие/);
     assert.match(text, /Предобработка/);
     await page.context().close();
@@ -181,11 +191,16 @@ describe("print", () => {
     await settle(page);
     const state = await page.evaluate(() => ({
       ink: getComputedStyle(document.body).color,
+      verdict: getComputedStyle(document.querySelector("#verdict")).color,
       controls: [...document.querySelectorAll("#tools, #menus, #row-menu")].filter((each) =>
         each.checkVisibility(),
       ).length,
     }));
-    assert.deepEqual(state, { ink: "rgb(28, 36, 48)", controls: 0 });
+    assert.deepEqual(state, {
+      ink: "rgb(28, 36, 48)",
+      verdict: "rgb(179, 38, 30)",
+      controls: 0,
+    });
     await page.context().close();
   });
 });

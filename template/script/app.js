@@ -1,0 +1,331 @@
+import { fragmentOf, readAddress, writeAddress } from "./address.js";
+import { Controls } from "./controls.js";
+import { copyText, focusOn, listen, page, runIdle } from "./dom.js";
+import { applyFilters, Filters } from "./filter.js";
+import { fillHeader } from "./header.js";
+import { highlight } from "./highlight.js";
+import { Ids } from "./ids.js";
+import { handleKey } from "./keys.js";
+import { foldedOf, linksOf, readModel } from "./model.js";
+import { RowMenu } from "./rowmenu.js";
+import { firstRow, isInOpen, nearestRow } from "./rows.js";
+import { Settings } from "./settings.js";
+import { language, say } from "./texts.js";
+import { Tree } from "./tree.js";
+import { View } from "./view.js";
+
+const manyLines = 300000;
+const typingPause = 400;
+const leavingPause = 300;
+
+/** The page at work: joins the model, the filters, the view, the tree and the controls. */
+export class App {
+  settings = new Settings();
+  filters = new Filters();
+  /** Whether the reader has gone to a row; before, the address names none. */
+  isMoved = false;
+
+  constructor() {
+    this.settings.showTheme();
+    removeForeignAttributes();
+    // The policy does not keep a line with <meta http-equiv="refresh"> from leading the page elsewhere.
+    if (page.querySelector("body meta")) listen(window, "load", () => window.stop());
+    this.model = readModel();
+    this.ids = new Ids(this.model.items);
+    this.isMany = this.model.lines.length > manyLines;
+    const bar = page.querySelector("#bar");
+    bar.hidden = false;
+    page.setAttribute("lang", language);
+    this.run = fillHeader(this.model, (item) => this.reveal(item));
+    this.controls = new Controls(this);
+    if (this.isMany) this.controls.note(say("many", this.model.lines.length));
+    page.dataset.script = "ready";
+
+    this.main = page.querySelector("#protocol");
+    this.view = new View(this.model, this.main, bar);
+    this.tree = new Tree(this.model, this.view, {
+      changed: (place) => this.draw(place),
+      moved: () => this.moved(),
+      act: (item) => this.act(item),
+      menu: (item) => this.rowMenu.open(item),
+    });
+    this.rowMenu = new RowMenu(this);
+    this.start();
+    this.listen();
+    this.prepare();
+  }
+
+  // Start
+
+  start() {
+    const { line, filters } = readAddress();
+    this.filters.set(filters ?? { alike: this.settings.alike });
+    if (line) this.ids.finish();
+    this.filter();
+    this.draw(null);
+    this.tree.setCurrent(firstRow(this.model));
+    if (!this.goToId(line)) this.showFirstError();
+    this.drawDetails();
+  }
+
+  showFirstError() {
+    const first = this.model.lines.find((line) => line.kind === "error" && line.shown);
+    if (first) this.tree.goTo(first, { focus: false, middle: true });
+  }
+
+  listen() {
+    const { view } = this;
+    listen(page, "keydown", (event) => handleKey(this, event));
+    listen(this.main, "click", (event) => this.clicked(event));
+    listen(page, "focusin", ({ target }) => {
+      const item = view.rowOf(target);
+      if (item && item !== this.tree.current) this.tree.setCurrent(item);
+    });
+    listen(page, "beforematch", ({ target }) => this.matched(target), true);
+    listen(window, "hashchange", () => this.addressChanged());
+    listen(window, "scroll", () => this.scrolled(), { passive: true });
+    listen(window, "resize", () => {
+      view.resized();
+      this.drawDetails();
+    });
+    listen(window, "beforeprint", () => view.spread("print"));
+    listen(window, "afterprint", () => this.gather());
+    // The browser's own search may have been chosen from its menu.
+    listen(window, "blur", () => (this.leaving = setTimeout(() => view.spread("find"), leavingPause)));
+    listen(window, "focus", () => {
+      clearTimeout(this.leaving);
+      this.gather();
+    });
+  }
+
+  /** Makes the lines' ids and reads their texts for the search; on a long page while nothing else is to do. */
+  prepare() {
+    const { model } = this;
+    const fold = function* () {
+      for (const line of model.lines) yield foldedOf(line);
+    };
+    const made = () => {
+      this.remember();
+      runIdle(fold(), () => {});
+    };
+    if (this.view.isLong) this.ids.makeIdle(made);
+    else {
+      this.ids.finish();
+      made();
+    }
+  }
+
+  // Filters
+
+  filter() {
+    applyFilters(this.model, this.filters);
+    this.controls.show(this.filters, this.counts());
+    this.controls.state(this.stated());
+  }
+
+  /** How many records are shown, of how many, and in how many places of the tree they stand. */
+  counts() {
+    const { lines, records } = this.model;
+    const count = (list) => list.reduce((sum, line) => sum + line.matches, 0);
+    const shown = count(records);
+    const hasRepeats = records.length < lines.length;
+    return { shown, total: records.length, places: hasRepeats ? count(lines) : shown, hasRepeats };
+  }
+
+  /** Filters anew and keeps the present line, or the one nearest to it, where it stands. */
+  refilter() {
+    const { model, view, tree } = this;
+    const seen = tree.current && view.isLaidOut(tree.current) && isInOpen(tree.current);
+    const before = seen && tree.isInView(tree.current) ? tree.current : (view.topRow() ?? tree.current);
+    const place = before && view.placeOf(before);
+    const hadFocus = tree.hasFocus;
+    this.filter();
+    if (place && !place.item.shown) place.item = nearestRow(model, place.item);
+    if (!tree.current?.shown)
+      tree.setCurrent(tree.current ? nearestRow(model, tree.current) : firstRow(model));
+    this.draw(place?.item ? place : null, { hold: true });
+    if (hadFocus && tree.current && view.isLaidOut(tree.current)) focusOn(tree.current.element);
+    this.remember();
+  }
+
+  typed() {
+    clearTimeout(this.typingTimer);
+    const apply = () => this.setFilters({ search: this.controls.query.value });
+    if (this.isMany) this.typingTimer = setTimeout(apply, typingPause);
+    else apply();
+  }
+
+  setFilters(changes) {
+    this.filters.set(changes);
+    this.refilter();
+  }
+
+  toggleKind(kind) {
+    const { hidden } = this.filters;
+    this.setFilters({
+      hidden: hidden.includes(kind) ? hidden.filter((other) => other !== kind) : [...hidden, kind],
+    });
+  }
+
+  toggleAlike() {
+    const alike = !this.filters.alike;
+    this.settings.keep({ alike });
+    this.setFilters({ alike, unfolded: new Set() });
+  }
+
+  /** What is shown and by which filters, in words, for paper and for files. */
+  stated() {
+    const { shown, total, places, hasRepeats } = this.counts();
+    const counts = [say("shown", shown, total), ...(hasRepeats ? [say("places", places)] : [])];
+    return [...counts, ...this.filters.words].join("; ");
+  }
+
+  /** The lines that the filters let through, in folded branches too. */
+  visibleLines() {
+    this.ids.finish();
+    return this.model.lines.filter((line) => line.matches);
+  }
+
+  /** What the run and the page say about these lines. */
+  describe() {
+    const { title, date, project } = this.run;
+    const { shown, total } = this.counts();
+    return { title, date, project, filter: this.stated(), shown, total };
+  }
+
+  // Drawing
+
+  draw(place, options) {
+    this.view.draw(place, options);
+    this.drawDetails();
+  }
+
+  /** What follows from where the rows are. */
+  drawDetails() {
+    const { view } = this;
+    this.tree.keepStop();
+    const lines = view.isLong ? [...view.near] : this.model.lines;
+    highlight(
+      lines.filter((item) => item.isLine && item.shown && item.times < 2),
+      this.filters.query.marks,
+    );
+    this.rowMenu.place();
+  }
+
+  scrolled() {
+    if (this.frame) return;
+    this.frame = requestAnimationFrame(() => {
+      this.frame = 0;
+      if (this.view.scrolled()) this.drawDetails();
+      else this.rowMenu.place();
+    });
+  }
+
+  gather() {
+    this.view.gather();
+    this.drawDetails();
+  }
+
+  setTheme(theme) {
+    this.settings.keep({ theme });
+    this.settings.showTheme();
+  }
+
+  // Moves and actions
+
+  moved() {
+    this.drawDetails();
+    this.remember();
+  }
+
+  /** Brings the address up to date, once the ids are made. */
+  remember() {
+    if (this.ids.areMade)
+      writeAddress(() => fragmentOf(this.isMoved ? this.tree.current?.id : "", this.filters));
+  }
+
+  /** Goes to a row even when the filters hide it. */
+  reveal(item) {
+    if (!item.shown) {
+      const isFiltered = !item.matches || !item.isLine;
+      this.filters.set({ alike: false, ...(isFiltered && { search: "", hidden: [] }) });
+      this.filter();
+    }
+    this.isMoved = true;
+    this.tree.goTo(item, { middle: true });
+  }
+
+  goToId(id) {
+    const item = id && this.model.items.find((candidate) => candidate.id === id);
+    if (item) this.reveal(item);
+    return Boolean(item);
+  }
+
+  addressChanged() {
+    const { line, filters } = readAddress();
+    this.ids.finish();
+    if (filters) this.setFilters(filters);
+    this.goToId(line);
+  }
+
+  turnTo(kind, step) {
+    this.isMoved = true;
+    if (!this.tree.turnTo(kind, step)) this.controls.tell(say("noneOf"));
+  }
+
+  /** What Enter and a click do: follow the link, choose among several, unfold. */
+  act(item) {
+    if (item.times > 1) {
+      this.filters.unfolded.add(item);
+      this.refilter();
+      return;
+    }
+    if (!item.isLine) {
+      this.tree.setOpen([item], !item.isOpen);
+      return;
+    }
+    const links = linksOf(item);
+    if (links.length === 1) links[0].click();
+    else if (links.length) this.rowMenu.open(item);
+  }
+
+  linkTo(item) {
+    this.ids.finish();
+    return location.href.replace(/#.*$/s, "") + fragmentOf(item.id, this.filters);
+  }
+
+  async copy(text) {
+    await copyText(text);
+    this.controls.tell(say("copied"));
+  }
+
+  clicked(event) {
+    const item = this.view.rowOf(event.target);
+    const link = event.target.closest("a");
+    if (/^(?:javascript|data):/.test(link?.href)) event.preventDefault();
+    if (!item) return;
+    this.isMoved = true;
+    this.tree.setCurrent(item);
+    this.remember();
+    if (link || String(window.getSelection())) return;
+    focusOn(item.element);
+    if (!item.isLine || item.times > 1) this.act(item);
+    this.rowMenu.place();
+  }
+
+  /** The browser's own search, or a link to a text, has found something in a folded branch. */
+  matched(target) {
+    const item = this.view.rowOf(target);
+    if (!item) return;
+    if (target !== item.element) this.view.setOpen(item, true);
+    this.view.drawFound(item);
+    this.drawDetails();
+  }
+}
+
+/** A line with <body hidden> gives the page's own body that attribute. */
+function removeForeignAttributes() {
+  for (const element of [page, page.querySelector("body")])
+    for (const { name } of [...element.attributes])
+      if (!/^(?:lang|data-(?:script|texts|theme))$/.test(name)) element.removeAttribute(name);
+}

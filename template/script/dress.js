@@ -1,0 +1,51 @@
+import { setAttribute } from "./dom.js";
+import { maskOf } from "./model.js";
+
+/** What a row tells assistive software and the style: its level and place, whether it is open, how many it is. */
+function dressRow(item, position, count) {
+  const dress = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0}`;
+  if (item.dress === dress) return;
+  item.dress = dress;
+  const { element } = item;
+  if (!item.wasDressed) dressFirst(item);
+  element.setAttribute("aria-posinset", position);
+  element.setAttribute("aria-setsize", count);
+  setAttribute(element, "data-last", position === count ? "" : null);
+  setAttribute(element, "aria-expanded", item.isBranch && !item.isLine ? item.isOpen : null);
+  if (item.times > 1 || element.hasAttribute("data-times")) dressAlike(item);
+}
+
+/** What stays the same. Only the row is a tab stop, and never a link inside. */
+function dressFirst(item) {
+  const { element } = item;
+  item.wasDressed = true;
+  element.setAttribute("role", "treeitem");
+  element.setAttribute("aria-level", item.level);
+  if (!element.hasAttribute("tabindex")) element.setAttribute("tabindex", "-1");
+  for (const link of item.caption.getElementsByTagName("a")) link.setAttribute("tabindex", "-1");
+}
+
+/** A row that stands for alike lines shows what they have in common, and how many they are. */
+function dressAlike(item) {
+  const { element, caption } = item;
+  const mask = item.times > 1 ? maskOf(item) : null;
+  const times = mask && `×${item.times}`;
+  setAttribute(element, "data-times", times);
+  setAttribute(element.firstElementChild, "data-times", times);
+  setAttribute(element, "aria-label", mask && `${times}: ${mask}`);
+  setAttribute(caption, "data-alike", mask);
+  item.height = 0;
+}
+
+/** Dresses the rows of a branch from `first` to the one before `last`. */
+export function dressRows({ rows }, first = 0, last = rows.length) {
+  for (let at = first; at < last; ++at) dressRow(rows[at], at + 1, rows.length);
+}
+
+/** Folds what a branch holds, or unfolds it; what is folded is left to the browser's own search. */
+export function dressBranch(node) {
+  if (node.isLine) return;
+  for (const list of node.lists) setAttribute(list, "role", "group");
+  for (const block of node.folds) setAttribute(block, "hidden", node.isOpen ? null : "until-found");
+  node.dress = "";
+}

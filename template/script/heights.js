@@ -1,0 +1,132 @@
+import { boxOf, build } from "./dom.js";
+
+const largeBranch = 200;
+const sampledBranches = 40;
+
+/** How high rows are: measured, or as long as they were not laid out, guessed from samples. */
+export class Heights {
+  rowHeight = 0;
+  lineHeight = 0;
+
+  constructor(model, main) {
+    this.model = model;
+    this.main = main;
+    this.guess();
+  }
+
+  /** Forgets what was measured and guesses anew. */
+  guess() {
+    const { model } = this;
+    for (const item of model.items) item.height = 0;
+    for (const node of model.branches) node.ends = null;
+    const linesOf = (node) => node.children.filter((row) => row.isLine);
+    const large = model.branches.filter((node) => node.children.length > largeBranch);
+    const samples = large.slice(0, sampledBranches).map((node) => ({ node, own: pick(linesOf(node), 50) }));
+    samples.push({ node: this, own: pick(model.lines, 100) });
+    const heights = this.#measureCopies(samples.flatMap(({ own }) => own));
+    this.rowHeight = Math.min(...heights);
+    for (const { node, own } of samples) {
+      const sum = heights.splice(0, own.length).reduce((total, height) => total + height, 0);
+      if (own.length) node.lineHeight = sum / own.length;
+    }
+  }
+
+  #measureCopies(items) {
+    const list = build("ul", { class: "Container", "aria-hidden": "true" });
+    for (const item of items) {
+      const copy = item.element.cloneNode(true);
+      copy.setAttribute("data-near", "");
+      copy.style.marginLeft = `calc(${item.level - 1} * var(--indent))`;
+      list.append(copy);
+    }
+    this.main.append(list);
+    const heights = Array.from(list.children, (copy) => boxOf(copy).height);
+    list.remove();
+    return heights;
+  }
+
+  /** Takes the heights that laid out rows really have; true when they differ from what was thought. */
+  measure(items) {
+    let differs = false;
+    for (const item of items) {
+      let { height } = boxOf(item.element);
+      if (item.isOpen) for (const block of item.folds) height -= boxOf(block).height;
+      if (Math.abs(height - this.of(item)) > 0.5) {
+        differs = true;
+        this.forgetAround(item);
+      }
+      item.height = height;
+    }
+    return differs;
+  }
+
+  /** The height of a row without the branch below it. */
+  of(item) {
+    if (item.height) return item.height;
+    if (item.times > 1 || !item.isLine) return this.rowHeight;
+    return item.parent.lineHeight ?? this.lineHeight;
+  }
+
+  /** Where each shown row of a branch ends, measured from the top of its list. */
+  endsOf(node) {
+    if (node.ends) return node.ends;
+    const ends = new Float64Array(node.rows.length);
+    let end = 0;
+    node.rows.forEach((row, at) => {
+      end += this.of(row);
+      if (row.isOpen && row.rows.length) end += this.endsOf(row).at(-1);
+      ends[at] = end;
+    });
+    return (node.ends = ends);
+  }
+
+  /** After a row has changed: where the rows end around it is to be worked out anew. */
+  forgetAround(item) {
+    for (let node = item; node; node = node.parent) node.ends = null;
+  }
+
+  /** Where in the window a row stands, or would. */
+  topOf(item) {
+    const { parent } = item;
+    const above = this.endsOf(parent)[parent.rows.indexOf(item) - 1] ?? 0;
+    const start = parent.element ? this.topOf(parent) + this.of(parent) : boxOf(parent.lists[0]).top;
+    return start + above;
+  }
+
+  /** The rows between two heights of the window: for each branch there, the first and the end of its rows. */
+  between(top, bottom) {
+    const parts = [];
+    const add = (node, start) => {
+      const ends = this.endsOf(node);
+      const first = firstBeyond(ends, top - start);
+      const part = { node, first, last: first };
+      parts.push(part);
+      for (; part.last < node.rows.length; ++part.last) {
+        const row = node.rows[part.last];
+        const rowTop = start + (ends[part.last - 1] ?? 0);
+        if (rowTop >= bottom) break;
+        if (row.isOpen && row.rows.length) add(row, rowTop + this.of(row));
+      }
+    };
+    for (const tree of this.model.trees) if (tree.rows.length) add(tree, boxOf(tree.lists[0]).top);
+    return parts;
+  }
+}
+
+/** Index of the first end that lies beyond a position. */
+function firstBeyond(ends, position) {
+  let low = 0;
+  let high = ends.length;
+  while (low < high) {
+    const middle = (low + high) >> 1;
+    if (ends[middle] > position) high = middle;
+    else low = middle + 1;
+  }
+  return low;
+}
+
+/** Up to `count` of the values, evenly spread. */
+function pick(values, count) {
+  const step = Math.max(1, values.length / count);
+  return Array.from({ length: Math.min(count, values.length) }, (_, at) => values[Math.floor(at * step)]);
+}

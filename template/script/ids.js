@@ -1,0 +1,55 @@
+import { runIdle } from "./dom.js";
+import { nameOf, textOf } from "./model.js";
+
+/** Two 32-bit halves mixed over the text's characters, as 53 bits in base 36. */
+function hash(text) {
+  let high = 0xdeadbeef;
+  let low = 0x41c6ce57;
+  for (let at = 0; at < text.length; ++at) {
+    const code = text.charCodeAt(at);
+    high = Math.imul(high ^ code, 2654435761);
+    low = Math.imul(low ^ code, 1597334677);
+  }
+  high = Math.imul(high ^ (high >>> 16), 2246822507) ^ Math.imul(low ^ (low >>> 13), 3266489909);
+  low = Math.imul(low ^ (low >>> 16), 2246822507) ^ Math.imul(high ^ (high >>> 13), 3266489909);
+  return (4294967296 * (2097151 & low) + (high >>> 0)).toString(36);
+}
+
+/**
+ * Gives every item an id made of its text, kind and branches, so that the same lines written again have the
+ * same ids. The n-th item of one making gets a number behind.
+ */
+function* giveIds(items) {
+  const seen = new Map();
+  for (const item of items) {
+    const own = item.isLine ? textOf(item) : nameOf(item);
+    const key = "L" + hash(`${item.parent.id}\n${item.kind}\n${own}`);
+    const count = (seen.get(key) ?? 0) + 1;
+    seen.set(key, count);
+    item.id = count === 1 ? key : `${key}-${count}`;
+    item.element.id = item.id;
+    yield;
+  }
+}
+
+/** The making of the rows' ids, which takes a while on a long page. */
+export class Ids {
+  areMade = false;
+
+  constructor(items) {
+    this.steps = giveIds(items);
+  }
+
+  /** Makes the ids while nothing else is to do, and then tells. */
+  makeIdle(made) {
+    runIdle(this.steps, () => {
+      this.areMade = true;
+      made();
+    });
+  }
+
+  /** Makes at once the ids that are not made yet. */
+  finish() {
+    while (!this.areMade) this.areMade = this.steps.next().done;
+  }
+}
