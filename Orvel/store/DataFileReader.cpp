@@ -132,7 +132,7 @@ private:
     bool takeNextPiece()
     {
         const auto left = static_cast<std::size_t>(end - at);
-        std::copy(at, end, piece.begin());
+        piece.erase(piece.begin(), piece.begin() + (at - piece.data()));
         piece.resize(left + std::max(left, kPieceSize));
         const qint64 added = device.read(piece.data() + left, static_cast<qint64>(piece.size() - left));
         at = piece.data();
