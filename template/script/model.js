@@ -137,19 +137,27 @@ export function readModel() {
 }
 
 /**
- * A record stands as a line in the list of each item that it names. A list holds it once, so that the n-th of
- * equal lines in one list is the n-th of them in the other lists of the stage.
+ * A record stands as a line in the list of each item that it names, a message in one list only. A list holds it
+ * once, so that the n-th of equal lines in one list is the n-th of them in the other lists of the stage.
  */
 function joinRecords(branches) {
   const stages = new Map();
-  for (const { lists, children } of branches) {
-    const stage = lists[0].closest(".stageblock");
-    if (!stages.has(stage)) stages.set(stage, new Map());
-    const records = stages.get(stage);
+  for (const node of branches) {
+    const stage = node.lists[0].closest(".stageblock");
+    if (!stages.has(stage)) stages.set(stage, []);
+    if (node.children.some((child) => child.isLine && child.kind !== "message")) stages.get(stage).push(node);
+  }
+  for (const lists of stages.values()) if (lists.length > 1) joinLists(lists);
+}
+
+function joinLists(lists) {
+  const records = new Map();
+  for (const { children } of lists) {
     const counts = new Map();
     for (const line of children) {
       if (!line.isLine) continue;
-      const own = [line.kind, line.caption.textContent, ...linksOf(line)].join();
+      let own = line.kind + line.caption.textContent;
+      for (const link of line.caption.getElementsByTagName("a")) own += link.getAttribute("href");
       const count = (counts.get(own) ?? 0) + 1;
       counts.set(own, count);
       const key = count + own;
