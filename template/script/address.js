@@ -3,9 +3,9 @@ import { kinds } from "./model.js";
 const pause = 250;
 let timer = 0;
 
-/** What the address names: a line, and filters if it tells any. */
-export function readAddress() {
-  const fragment = location.hash.slice(1);
+/** What an address names: a line, and filters if it tells any. */
+export function readAddress({ hash } = location) {
+  const fragment = hash.slice(1);
   if (!fragment.includes("=")) return { line: fragment };
   const values = new URLSearchParams(fragment);
   return {

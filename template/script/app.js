@@ -82,7 +82,8 @@ export class App {
       if (item && item !== this.tree.current) this.tree.setCurrent(item);
     });
     listen(page, "beforematch", ({ target }) => this.matched(target), true);
-    listen(window, "hashchange", () => this.addressChanged());
+    // By now the page may have written its own address over the one that was gone to.
+    listen(window, "hashchange", ({ newURL }) => this.addressChanged(new URL(newURL)));
     listen(window, "scroll", () => this.scrolled(), { passive: true });
     listen(window, "resize", () => {
       view.resized();
@@ -261,8 +262,8 @@ export class App {
     return Boolean(item);
   }
 
-  addressChanged() {
-    const { line, filters } = readAddress();
+  addressChanged(address) {
+    const { line, filters } = readAddress(address);
     this.ids.finish();
     if (filters) this.setFilters(filters);
     this.goToId(line);

@@ -120,6 +120,20 @@ describe("the address", () => {
     await page.context().close();
   });
 
+  test("leads to its line even when the page has written another one over it", async () => {
+    const page = await visit("grouped");
+    const [first, second] = await idsOf(page, "error");
+    await page.evaluate(
+      ([wanted, written]) => {
+        location.hash = wanted;
+        history.replaceState(null, "", `#${written}`);
+      },
+      [second, first],
+    );
+    await page.waitForFunction((key) => document.activeElement.id === key, second);
+    await page.context().close();
+  });
+
   test("has the same ids when the same data is written again", async () => {
     const ids = async (address) => {
       const page = await open(browser, address);
