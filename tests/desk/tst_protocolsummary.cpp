@@ -13,6 +13,7 @@ class TestProtocolSummary : public QObject
 private slots:
     void countsKindsByType();
     void countsLinesOfItems();
+    void countsBehindControlCharacters();
     void missingFileIsEmpty();
     void damagedFileCountsUpToTheDamage();
 
@@ -69,6 +70,15 @@ void TestProtocolSummary::countsLinesOfItems()
     QCOMPARE(summary.linesOfItem.value(5), 2);
     QCOMPARE(summary.linesOfItem.value(6), 1);
     QCOMPARE(summary.linesOfItem.value(7), 0);
+}
+
+void TestProtocolSummary::countsBehindControlCharacters()
+{
+    QByteArray odd = makeLine(enums::Import, 3, {});
+    odd.replace("text", QByteArray("a\x01\x1f\0b", 5));
+    const ProtocolSummary summary = read(makeFile(odd + makeLine(enums::Import, 3, makeItem(5))));
+    QCOMPARE(summary.types.at(enums::Import).errors, 2);
+    QCOMPARE(summary.linesOfItem.value(5), 1);
 }
 
 void TestProtocolSummary::missingFileIsEmpty()

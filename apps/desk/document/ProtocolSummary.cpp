@@ -23,6 +23,18 @@ void countKind(int kind, ProtocolSummary::Counts& counts)
         ++counts.messages;
 }
 
+/// The file's content with blanks for control characters: a protocol keeps them in its texts, and the stream
+/// reader would end at the first one.
+QByteArray readWithoutControls(QFile& file)
+{
+    QByteArray content = file.readAll();
+    for (char& c : content) {
+        if (c >= 0 && c < ' ' && c != '\t' && c != '\n' && c != '\r')
+            c = ' ';
+    }
+    return content;
+}
+
 /// Reads the items of one line; one that is named twice counts once.
 QSet<LONGID> readItems(QXmlStreamReader& xml)
 {
@@ -43,7 +55,7 @@ ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
     QFile file(dataFilePath);
     if (!file.open(QIODevice::ReadOnly))
         return summary;
-    QXmlStreamReader xml(&file);
+    QXmlStreamReader xml(readWithoutControls(file));
     xml.readNextStartElement();
     while (xml.readNextStartElement()) {
         if (xml.name() != QLatin1String("li")) {
