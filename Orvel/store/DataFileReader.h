@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Orvel/orvel_export.h"
 #include "Orvel/store/COVMessage.h"
 
 #include <map>
@@ -15,7 +16,7 @@ using Messages = std::map<int, std::vector<COVMessage>>;
 
 /// The messages of a data file in exactly the form that `write` gives it; nothing for any other file, also
 /// for one that means the same. Of the file it has no more in memory than a piece.
-std::optional<Messages> readOwnForm(QIODevice& device);
+ORVEL_EXPORT std::optional<Messages> readOwnForm(QIODevice& device);
 
 /// The messages of any XML file that holds a protocol; nothing when it does not parse, holds something else,
 /// or nests elements a thousand deep. The device must be seekable. Never returns when an "li" is damaged.

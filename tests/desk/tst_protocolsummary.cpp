@@ -13,6 +13,7 @@ class TestProtocolSummary : public QObject
 private slots:
     void countsKindsByType();
     void countsLinesOfItems();
+    void countsTheSameInItsOwnForm();
     void countsBehindControlCharacters();
     void missingFileIsEmpty();
     void damagedFileCountsUpToTheDamage();
@@ -70,6 +71,22 @@ void TestProtocolSummary::countsLinesOfItems()
     QCOMPARE(summary.linesOfItem.value(5), 2);
     QCOMPARE(summary.linesOfItem.value(6), 1);
     QCOMPARE(summary.linesOfItem.value(7), 0);
+}
+
+void TestProtocolSummary::countsTheSameInItsOwnForm()
+{
+    const ProtocolSummary summary =
+        read("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE zarnik_vok_protocol>\n<messagelist>\n"
+             "    <li ptype=\"305510146\" mtype=\"3\">\n        <item iid=\"5\" itype=\"1\"/>\n"
+             "        <item iid=\"6\" itype=\"1\"/>\n        <item iid=\"5\" itype=\"1\"/>\n"
+             "        <mess><![CDATA[a\x01<item iid=\"7\"/>]]></mess>\n    </li>\n"
+             "    <li ptype=\"305510146\" mtype=\"4\">\n        <item iid=\"5\" itype=\"1\"/>\n"
+             "        <mess sid=\"2\"><![CDATA[b]]></mess>\n    </li>\n</messagelist>\n");
+    QCOMPARE(int(summary.types.size()), 1);
+    QCOMPARE(summary.types.at(305510146).errors, 1);
+    QCOMPARE(summary.types.at(305510146).warnings, 1);
+    QCOMPARE(summary.types.at(305510146).messages, 0);
+    QCOMPARE(summary.linesOfItem, (QHash<LONGID, int>{{5, 2}, {6, 1}}));
 }
 
 void TestProtocolSummary::countsBehindControlCharacters()

@@ -1,10 +1,13 @@
 #include "apps/desk/document/ProtocolSummary.h"
 
 #include "Orvel/store/COVMessage.h"
+#include "Orvel/store/DataFileReader.h"
 
 #include <QFile>
 #include <QSet>
 #include <QXmlStreamReader>
+
+#include <set>
 
 namespace {
 
@@ -47,14 +50,24 @@ QSet<LONGID> readItems(QXmlStreamReader& xml)
     return items;
 }
 
-} // namespace
-
-ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
+ProtocolSummary count(const datafile::Messages& messages)
 {
     ProtocolSummary summary;
-    QFile file(dataFilePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return summary;
+    for (const auto& [type, lines] : messages) {
+        ProtocolSummary::Counts& counts = summary.types[type];
+        for (const COVMessage& line : lines) {
+            countKind(line.messageType, counts);
+            for (const LONGID item : std::set<LONGID>(line.itemIds.begin(), line.itemIds.end()))
+                ++summary.linesOfItem[item];
+        }
+    }
+    return summary;
+}
+
+/// Counts what another program has written, as far as it can be understood.
+ProtocolSummary countForeign(QFile& file)
+{
+    ProtocolSummary summary;
     QXmlStreamReader xml(readWithoutControls(file));
     xml.readNextStartElement();
     while (xml.readNextStartElement()) {
@@ -68,4 +81,17 @@ ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
             ++summary.linesOfItem[item];
     }
     return summary;
+}
+
+} // namespace
+
+ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
+{
+    QFile file(dataFilePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return ProtocolSummary();
+    if (const auto messages = datafile::readOwnForm(file))
+        return count(*messages);
+    file.seek(0);
+    return countForeign(file);
 }
