@@ -14,6 +14,8 @@ namespace {
 using namespace datafile;
 
 constexpr std::size_t kPieceSize = 1 << 18;
+// Enough for a small file at once.
+constexpr std::size_t kSmallestPieceSize = 1 << 12;
 // More than anything but a message can take.
 constexpr std::ptrdiff_t kLookAhead = 1 << 10;
 
@@ -133,7 +135,8 @@ private:
     {
         const auto left = static_cast<std::size_t>(end - at);
         piece.erase(piece.begin(), piece.begin() + (at - piece.data()));
-        piece.resize(left + std::max(left, kPieceSize));
+        const auto awaited = static_cast<std::size_t>(std::max<qint64>(device.bytesAvailable(), 0));
+        piece.resize(left + std::max(left, std::clamp(awaited, kSmallestPieceSize, kPieceSize)));
         const qint64 added = device.read(piece.data() + left, static_cast<qint64>(piece.size() - left));
         at = piece.data();
         end = at + left + std::max<qint64>(added, 0);

@@ -39,7 +39,11 @@ QString toXmlText(const QString& text)
 class Output
 {
 public:
-    explicit Output(QIODevice& target) : device(target) { buffer.reserve(kPieceSize + kPieceSize / 8); }
+    explicit Output(QIODevice& target) : device(target)
+    {
+        // Little, for a small file; what the buffer grows to it keeps from piece to piece.
+        buffer.reserve(1 << 10);
+    }
 
     template<std::size_t N>
     void append(const char (&literal)[N])
