@@ -1,5 +1,6 @@
 #include "apps/replay/JournalPlayer.h"
 
+#include "Orvel/integration/OrvelProcessMonitor.h"
 #include "Orvel/store/COrvel.h"
 #include "apps/common/ProtocolState.h"
 #include "apps/replay/JournalError.h"
@@ -168,7 +169,7 @@ void JournalPlayer::beginRun(const JournalLine& line)
 {
     if (run)
         throw JournalError(QStringLiteral("a run is going on already"));
-    run = std::make_unique<ReplayRun>(&getHost().getWindow(), typeOf(line));
+    run = std::make_unique<ReplayRun>(getHost().getMonitor(), typeOf(line));
 }
 
 void JournalPlayer::write(const JournalLine& line)

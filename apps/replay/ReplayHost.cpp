@@ -1,5 +1,6 @@
 #include "apps/replay/ReplayHost.h"
 
+#include "Orvel/integration/OrvelProcessMonitor.h"
 #include "Orvel/store/COrvel.h"
 #include "apps/common/PluginLocation.h"
 #include "apps/replay/JournalError.h"
@@ -22,16 +23,20 @@ ReplayHost::ReplayHost(const QString& projectName, const QString& scheme, bool h
         model.addSystemItem(new reports::ReportsGeneratorItem, {});
     model.setItemMentionedQuery([this](LONGID id) { return getProtocol().IsMessages(id); });
     plugins.extendProjectGUI(&window);
+    monitor = std::make_unique<OrvelProcessMonitor>(&window);
+    monitor->setSilent(true);
 }
+
+ReplayHost::~ReplayHost() = default;
 
 CProjectModel& ReplayHost::getModel()
 {
     return model;
 }
 
-ProjectWindow& ReplayHost::getWindow()
+OrvelProcessMonitor& ReplayHost::getMonitor()
 {
-    return window;
+    return *monitor;
 }
 
 COrvel& ReplayHost::getProtocol()

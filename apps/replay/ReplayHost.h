@@ -8,7 +8,10 @@
 
 #include <QString>
 
+#include <memory>
+
 class COrvel;
+class OrvelProcessMonitor;
 
 /// An application with one project and its window, extended by the plug-in: all that a journal needs of a
 /// host. Throws `JournalError` when the plug-in cannot be loaded.
@@ -16,9 +19,11 @@ class ReplayHost
 {
 public:
     ReplayHost(const QString& projectName, const QString& scheme, bool hasReportGenerator);
+    ~ReplayHost();
 
     CProjectModel& getModel();
-    ProjectWindow& getWindow();
+    /// The progress window of all runs. It is silent: nobody looks at its journal.
+    OrvelProcessMonitor& getMonitor();
     COrvel& getProtocol();
 
 private:
@@ -27,4 +32,5 @@ private:
     CProject project;
     CCommonTervoModel model;
     ProjectWindow window;
+    std::unique_ptr<OrvelProcessMonitor> monitor; // made when the window has its extensions
 };

@@ -1,6 +1,8 @@
 #include "apps/replay/ReplayRun.h"
 
-ReplayRun::ReplayRun(ProjectWindow* window, int protocolType) : monitor(window)
+#include "Orvel/integration/OrvelProcessMonitor.h"
+
+ReplayRun::ReplayRun(OrvelProcessMonitor& processMonitor, int protocolType) : monitor(processMonitor)
 {
     monitor.setProtocolType(protocolType);
     monitor.start([ended = threadEnd.get_future().share()](qor::IProcessMonitor&) { ended.wait(); });

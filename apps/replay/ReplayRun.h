@@ -1,14 +1,17 @@
 #pragma once
 
-#include "Orvel/integration/OrvelProcessMonitor.h"
+#include "host/process/IProcessMonitor.h"
 
 #include <future>
+
+class OrvelProcessMonitor;
 
 /// A run whose lines come from the journal: its thread works from the construction until the run is ended.
 class ReplayRun
 {
 public:
-    ReplayRun(ProjectWindow* window, int protocolType);
+    /// The monitor works on one run at a time and outlives it.
+    ReplayRun(OrvelProcessMonitor& processMonitor, int protocolType);
     ~ReplayRun();
     ReplayRun(const ReplayRun&) = delete;
     ReplayRun& operator=(const ReplayRun&) = delete;
@@ -20,7 +23,7 @@ public:
     void interrupt();
 
 private:
+    OrvelProcessMonitor& monitor;
     std::promise<void> threadEnd;
     bool hasEnded = false;
-    OrvelProcessMonitor monitor;
 };
