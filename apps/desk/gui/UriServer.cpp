@@ -5,6 +5,8 @@
 #include <QLocalSocket>
 #include <QStandardPaths>
 
+#include <sys/socket.h>
+#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -16,7 +18,8 @@ const QByteArray kTaken = QByteArrayLiteral("taken\n");
 const QByteArray kDeclined = QByteArrayLiteral("declined\n");
 constexpr int kTimeout = 5000; // ms
 
-/// Each instance listens on a socket of its own in the user's folder.
+/// Each instance listens on a socket of its own in the user's folder. Empty when somebody else owns what goes
+/// by that name.
 QString getFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
@@ -25,6 +28,15 @@ QString getFolder()
 QString getNamePattern()
 {
     return QStringLiteral("orvel-desk-%1.socket");
+}
+
+/// Whether the program at the other end is run by this user. Anybody may have left a socket in a folder.
+bool isOfThisUser(const QLocalSocket& socket)
+{
+    ucred peer{};
+    socklen_t size = sizeof(peer);
+    const int descriptor = static_cast<int>(socket.socketDescriptor());
+    return getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
 }
 
 /// The answer of the instance that listens there; empty if there is none.
@@ -38,6 +50,8 @@ QByteArray ask(const QString& path, const QByteArray& request)
             QLocalServer::removeServer(path);
         return QByteArray();
     }
+    if (!isOfThisUser(socket))
+        return QByteArray();
     socket.write(request + '\n');
     while (!socket.canReadLine() && socket.waitForReadyRead(kTimeout)) {
     }
@@ -57,6 +71,8 @@ UriServer::UriServer(Follow followFunction, Explain explainFunction, QObject* pa
 
 bool UriServer::listen()
 {
+    if (getFolder().isEmpty())
+        return false; // a mere name would stand for a socket in the folder of everybody's temporary files
     const QString name = getNamePattern().arg(QCoreApplication::applicationPid());
     const QString path = QDir(getFolder()).filePath(name);
     QLocalServer::removeServer(path);
@@ -93,6 +109,8 @@ void UriServer::answer(QLocalSocket& socket) const
 
 bool uriclient::handOver(const QUrl& url)
 {
+    if (getFolder().isEmpty())
+        return false;
     const QByteArray text = url.toEncoded();
     QString firstInstance;
     const QDir folder(getFolder());
