@@ -287,8 +287,9 @@ void CProjectModel::removeSingleItem(CModelElement& item)
         item.getParent()->takeChild(&item);
     } else {
         CModelElement::Children& owners = isSystem ? systemItems : topLevelItems;
-        owners.erase(std::find_if(owners.begin(), owners.end(),
-                                  [&item](const auto& owner) { return owner.get() == &item; }));
+        const auto found = std::find_if(owners.rbegin(), owners.rend(), // from the end here, too
+                                        [&item](const auto& owner) { return owner.get() == &item; });
+        owners.erase(std::prev(found.base()));
     }
     if (!isSystem)
         emit itemRemoved(id);

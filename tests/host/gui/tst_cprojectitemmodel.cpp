@@ -275,16 +275,17 @@ void TestCProjectItemModel::sortsAndFiltersThroughAProxy()
 void TestCProjectItemModel::hundredThousandItems()
 {
     constexpr int kCount = 100000;
+    constexpr int kRemoved = 1100; // more than the table lets its rows shift before it counts them again
     const CProjectItemModel table(model.get(), columns);
     for (LONGID id = 1; id <= kCount; ++id)
         model->addItem(makePoint(id));
     QCOMPARE(table.rowCount(), kCount);
     for (LONGID id = 1; id <= kCount; id += 7)
         model->findItemAnywhere(id)->setProperty(kHeight, double(id));
-    for (LONGID id = kCount / 2; id < kCount / 2 + 3000; ++id)
+    for (LONGID id = kCount - 2 * kRemoved; id < kCount - kRemoved; ++id)
         QVERIFY(model->removeItem(id));
-    QCOMPARE(table.rowCount(), kCount - 3000);
-    QCOMPARE(table.getIndex(kCount).row(), kCount - 3001);
+    QCOMPARE(table.rowCount(), kCount - kRemoved);
+    QCOMPARE(table.getIndex(kCount).row(), kCount - kRemoved - 1);
     QCOMPARE(getShownIds(table), getExpectedIds(*model));
 }
 
