@@ -41,13 +41,13 @@ run() {
     shift
     # shellcheck disable=SC2046
     exec "build/fuzz/fuzz/fuzz_$target" $(cat "build/fuzz/fuzz/fuzz_$target.options") -detect_leaks=0 \
-        -artifact_prefix=build/fuzz/findings/"$target"- "$@"
+        -report_slow_units=25 -artifact_prefix=build/fuzz/findings/"$target"- "$@"
 }
 
 # stood_still TARGET LOG: whether the input that took too long is done in time when it is tried again; then the
 # machine, or the fuzzer, had been stopped meanwhile.
 stood_still() {
-    input=$(sed -n 's/.*Test unit written to //p' "$2")
+    input=$(sed -n 's/.*Test unit written to //p' "$2" | tail -n 1)
     [ -f "$input" ] && (run "$1" "$input") >"$2.again" 2>&1 && rm "$input" "$2.again"
 }
 
