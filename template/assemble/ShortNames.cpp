@@ -1,7 +1,6 @@
 #include "ShortNames.h"
 
 #include <QHash>
-#include <QRegularExpression>
 #include <QSet>
 
 namespace {
@@ -35,8 +34,6 @@ private:
     void read(int at)
     {
         const Token& token = tokens.at(at);
-        if (token.kind == Token::Kind::Literal)
-            keepWordsOfTemplate(token.text);
         if (token.kind != Token::Kind::Word)
             return;
         words.insert(token.text);
@@ -51,7 +48,44 @@ private:
         static const QStringList declarators = {QStringLiteral("let"), QStringLiteral("class"),
                                                 QStringLiteral("function")};
         const int before = textAt(at - 1) == QLatin1String("*") ? at - 2 : at - 1;
-        return declarators.contains(textAt(before));
+        return declarators.contains(textAt(before)) || isParameter(at);
+    }
+
+    /// A name right behind the opening parenthesis or a comma of what is followed by an arrow or a body.
+    bool isParameter(int at) const
+    {
+        static const QStringList statements = {QStringLiteral("if"), QStringLiteral("for"),
+                                               QStringLiteral("while"), QStringLiteral("switch")};
+        const int opening = openingAround(at);
+        int closing = at;
+        for (int depth = -1; depth < 0 && closing < tokens.size();)
+            depth += stepOf(++closing);
+        if (textAt(opening) != QLatin1String("(") || textAt(closing) != QLatin1String(")"))
+            return false;
+        QString before = textAt(at - 1);
+        if (opening != at - 1 && before != QLatin1String(",") && before != QLatin1String("."))
+            return false;
+        const QString after = textAt(closing + 1) + textAt(closing + 2);
+        return after == QLatin1String("=>") ||
+               (after.startsWith(QLatin1Char('{')) && !statements.contains(textAt(opening - 1)));
+    }
+
+    /// Where the bracket around a token opens.
+    int openingAround(int at) const
+    {
+        for (int depth = 1; depth > 0 && at > 0;)
+            depth += stepOf(--at);
+        return at;
+    }
+
+    /// By how much a token changes the depth of brackets, read forwards or backwards.
+    int stepOf(int at) const
+    {
+        static const QString brackets = QStringLiteral("([{}])");
+        const QString text = textAt(at);
+        const int index =
+            text.size() == 1 && tokens.at(at).kind == Token::Kind::Sign ? brackets.indexOf(text) : -1;
+        return index < 0 ? 0 : index < 3 ? -1 : 1;
     }
 
     /// A member, a key, or one of the names between braces that may be either.
@@ -66,20 +100,8 @@ private:
             return true;
         if (after == QLatin1String(":"))
             return true;
-        return openers.contains(before) && closers.contains(after);
-    }
-
-    void keepWordsOfTemplate(const QString& literal)
-    {
-        static const QRegularExpression word(QStringLiteral("\\w+"));
-        if (!literal.startsWith(QLatin1Char('`')))
-            return;
-        auto found = word.globalMatch(literal);
-        while (found.hasNext()) {
-            const QString text = found.next().captured();
-            kept.insert(text);
-            words.insert(text);
-        }
+        return openers.contains(before) && closers.contains(after) &&
+               textAt(openingAround(at)) == QLatin1String("{");
     }
 
     const Tokens& tokens;

@@ -2,6 +2,7 @@
 
 #include "ShortNames.h"
 
+#include <QHash>
 #include <QRegularExpression>
 
 #include <stdexcept>
@@ -11,6 +12,15 @@ namespace {
 bool isWord(QChar c)
 {
     return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$');
+}
+
+/// A keyword of a script, or a shorter one that says the same there.
+QString shortFormOf(const QString& word)
+{
+    static const QHash<QString, QString> shortForms = {{QStringLiteral("const"), QStringLiteral("let")},
+                                                       {QStringLiteral("true"), QStringLiteral("!0")},
+                                                       {QStringLiteral("false"), QStringLiteral("!1")}};
+    return shortForms.value(word, word);
 }
 
 } // namespace
@@ -40,12 +50,14 @@ void Squeezer::readTokens()
             skipComment(QStringLiteral("*/"));
         else if (isScript && startsComment(QLatin1Char('/')))
             skipComment(QStringLiteral("\n"));
+        else if (startsTemplatePart(c))
+            append(Token::Kind::Literal, takeTemplatePart());
         else if (startsLiteral(c))
             append(Token::Kind::Literal, takeLiteral());
         else if (isWord(c) || (isScript && c == QLatin1Char('#')))
             append(Token::Kind::Word, takeWord());
         else
-            append(Token::Kind::Sign, QString(text.at(position++)));
+            append(Token::Kind::Sign, takeSign());
     }
 }
 
@@ -79,7 +91,13 @@ bool Squeezer::startsLiteral(QChar c) const
 {
     if (c == QLatin1Char('"') || c == QLatin1Char('\''))
         return true;
-    return isScript && (c == QLatin1Char('`') || (c == QLatin1Char('/') && isExpressionNext()));
+    return isScript && c == QLatin1Char('/') && isExpressionNext();
+}
+
+bool Squeezer::startsTemplatePart(QChar c) const
+{
+    const bool endsExpression = !expressionBraces.isEmpty() && expressionBraces.last() == 0;
+    return isScript && (c == QLatin1Char('`') || (c == QLatin1Char('}') && endsExpression));
 }
 
 bool Squeezer::startsComment(QChar second) const
@@ -117,6 +135,38 @@ QString Squeezer::takeLiteral()
     return isScript && end == QLatin1Char('"') ? packCyrillic(literal) : literal;
 }
 
+/// The text of a template string up to an expression in it, or up to its end; the expressions' tokens stand
+/// between.
+QString Squeezer::takeTemplatePart()
+{
+    const int start = position;
+    if (text.at(position++) == QLatin1Char('}'))
+        expressionBraces.removeLast();
+    for (; position < text.size(); ++position) {
+        const QChar c = at(position);
+        const bool startsExpression = c == QLatin1Char('$') && at(position + 1) == QLatin1Char('{');
+        if (c == QLatin1Char('`') || startsExpression) {
+            position += startsExpression ? 2 : 1;
+            if (startsExpression)
+                expressionBraces.append(0);
+            return text.mid(start, position - start);
+        }
+        if (c == QLatin1Char('\\'))
+            ++position;
+    }
+    throw std::runtime_error("a template string has no end: " + text.mid(start, 40).toStdString());
+}
+
+QString Squeezer::takeSign()
+{
+    const QChar sign = text.at(position++);
+    if (!expressionBraces.isEmpty() && sign == QLatin1Char('{'))
+        ++expressionBraces.last();
+    if (!expressionBraces.isEmpty() && sign == QLatin1Char('}'))
+        --expressionBraces.last();
+    return sign;
+}
+
 QString Squeezer::takeWord()
 {
     const int start = position++;
@@ -124,7 +174,7 @@ QString Squeezer::takeWord()
         ++position;
     const QString word = text.mid(start, position - start);
     if (isScript)
-        return word == QLatin1String("const") && !isMemberNext() ? QStringLiteral("let") : word;
+        return isMemberNext() ? word : shortFormOf(word);
     if (word != QLatin1String("0") || at(position) != QLatin1Char('.'))
         return word;
     ++position;

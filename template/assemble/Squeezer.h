@@ -3,12 +3,11 @@
 #include "Token.h"
 
 /// Makes a source small: takes out comments, blanks and semicolons before a brace; in scripts also shortens
-/// names and writes `let` for `const`. Strings, template strings and regular expressions stay as they are,
-/// but for Cyrillic in the double-quoted strings of a script: as escapes a letter would cost six bytes, so
-/// runs of it are packed into ASCII, and the script unpacks its texts.
+/// names and writes `let` for `const`, `!0` for `true`. Strings and regular expressions stay as they are, but
+/// for Cyrillic in the double-quoted strings of a script: as escapes a letter would
+/// cost six bytes, so runs of it are packed into ASCII, and the script unpacks its texts.
 ///
-/// Scripts must end their statements with semicolons, since line breaks go too, and must not use private
-/// names in template strings.
+/// Scripts must end their statements with semicolons, since line breaks go too.
 class Squeezer
 {
 public:
@@ -27,11 +26,15 @@ private:
     QString joined() const;
     QChar at(int index) const;
     bool startsComment(QChar second) const;
-    /// Whether a text, a template or a regular expression begins with the character at hand.
+    /// Whether a text or a regular expression begins with the character at hand.
     bool startsLiteral(QChar c) const;
+    /// Whether a template string begins there, or goes on behind an expression in it.
+    bool startsTemplatePart(QChar c) const;
     void skipComment(const QString& end);
     void append(Token::Kind kind, const QString& token);
     QString takeLiteral();
+    QString takeTemplatePart();
+    QString takeSign();
     QString takeWord();
     bool isExpressionNext() const;
     bool isMemberNext() const;
@@ -40,6 +43,8 @@ private:
     QString text;
     Tokens tokens;
     int position = 0;
+    /// For each template string around the place, how many braces are open in its expression.
+    QVector<int> expressionBraces;
     bool isScript;
     bool hasBlank = false;
 };

@@ -36,12 +36,13 @@ void TestSqueezer::squeezesScripts_data()
     row("signs stay apart", "a + +b - -c + -d", "a+ +b- -c+-d");
     row("comments", "a; // b\nc; /* d\ne */ f", "a;c;f");
     row("a comment's mark in a string", "f('//', \"/*\")", "f('//',\"/*\")");
-    row("blanks in strings", "f(\"a  b\", `c  ${ d }`)", "f(\"a  b\",`c  ${ d }`)");
+    row("blanks in strings", "f(\"a  b\", `c  ${ d }`)", "f(\"a  b\",`c  ${d}`)");
     row("escaped quotes", "f('a\\'  b' , 1)", "f('a\\'  b',1)");
     row("an expression", "x.replace( /  [/ ] \\/ /g , y)", "x.replace(/  [/ ] \\/ /g,y)");
     row("an expression behind a word", "return /a b/ .test(c)", "return/a b/.test(c)");
     row("a division", "a / b / c", "a/b/c");
     row("const", "const a = 1; for (const b of c) b.const", "let a=1;for(let b of c)b.const");
+    row("truth", "return true; a === false; a.true", "return!0;a===!1;a.true");
     row("a semicolon before a brace", "{ a = 1; }", "{a=1}");
     row("the body of a loop", "{ while (f()); }", "{while(f());}");
     row("private names", "class A { #long = 1; #other() { return this.#long; } }",
@@ -68,6 +69,10 @@ void TestSqueezer::shortensNames_data()
     row("constants", "const one = 1; const two = one;", "let a=1;let b=a;");
     row("functions", "function one() {} function* two() { one(); }", "function a(){}function*b(){a();}");
     row("classes", "class One {} new One()", "class a{}new a()");
+    row("parameters", "f((one, ...two) => one + two); class C { m(one, { two }) { g(one); } get(){} }",
+        "f((a,...two)=>a+two);class C{m(a,{two}){g(a);}get(){}}");
+    row("a lone parameter without a declaration", "if (one) { f(one); } while (one) { f(one); }",
+        "if(one){f(one);}while(one){f(one);}");
     row("undeclared names", "let one = window;", "let a=window;");
     row("names that are taken", "let one = a + b;", "let c=a+b;");
     row("members", "let one = 1; two.one = one;", "let one=1;two.one=one;");
@@ -75,7 +80,10 @@ void TestSqueezer::shortensNames_data()
     row("keys", "let one = 1; f({ one: 2 })", "let one=1;f({one:2})");
     row("short keys", "let one = 1; f({ one, b })", "let one=1;f({one,b})");
     row("names with a default", "let one = 1; let { one = 2 } = b", "let one=1;let{one=2}=b");
-    row("names in template strings", "let one = 1; f(`${one}`)", "let one=1;f(`${one}`)");
+    row("names in template strings", "let one = 1; f(`one ${one} ${g({ a: `${one}` })}`, one)",
+        "let b=1;f(`one ${b} ${g({a:`${b}`})}`,b)");
+    row("private names in template strings", "class A { #one = 1; f() { return `${this.#one}`; } }",
+        "class A{#a=1;f(){return`${this.#a}`}}");
     row("words in strings", "let one = 1; f(\"one\", one)", "let a=1;f(\"one\",a)");
 }
 
