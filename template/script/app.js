@@ -39,7 +39,6 @@ export class App {
     this.run = fillHeader(this.model, (item) => this.reveal(item));
     this.controls = new Controls(this);
     if (this.isMany) this.controls.note(say("many", this.model.lines.length));
-    page.dataset.script = "ready";
 
     this.main = page.querySelector("#protocol");
     this.view = new View(this.model, this.main, bar);
@@ -50,8 +49,9 @@ export class App {
       menu: (item) => this.rowMenu.open(item),
     });
     this.rowMenu = new RowMenu(this);
+    page.dataset.script = "ready";
     this.start();
-    this.listen();
+    this.listenToAll();
     this.prepare();
   }
 
@@ -62,18 +62,15 @@ export class App {
     this.filters.set(filters ?? { alike: this.settings.alike });
     if (line) this.ids.finish();
     this.filter();
-    this.draw(null);
     this.tree.setCurrent(firstRow(this.model));
-    if (!this.goToId(line)) this.showFirstError();
-    this.drawDetails();
-  }
-
-  showFirstError() {
-    const first = this.model.lines.find((line) => line.kind === "error" && line.shown);
+    if (!this.view.isLong) this.draw(null);
+    const first = this.model.lines.find((each) => each.kind === "error" && each.shown);
+    if (this.goToId(line)) return;
     if (first) this.tree.goTo(first, { focus: false, middle: true });
+    else this.draw(null);
   }
 
-  listen() {
+  listenToAll() {
     const { view } = this;
     listen(page, "keydown", (event) => handleKey(this, event));
     listen(this.main, "click", (event) => this.clicked(event));
@@ -101,15 +98,16 @@ export class App {
 
   /** Makes the lines' ids and reads their texts for the search; on a long page while nothing else is to do. */
   prepare() {
-    const { model } = this;
-    const fold = function* () {
+    const { model, view } = this;
+    const prepare = function* () {
       for (const line of model.lines) yield foldedOf(line);
+      if (view.isLong) yield* view.prepare();
     };
     const made = () => {
       this.remember();
-      runIdle(fold(), () => {});
+      runIdle(prepare(), () => {});
     };
-    if (this.view.isLong) this.ids.makeIdle(made);
+    if (view.isLong) this.ids.makeIdle(made);
     else {
       this.ids.finish();
       made();

@@ -1,4 +1,4 @@
-import { build, copyText, listen, page, saveFile, setAttribute } from "./dom.js";
+import { build, copyText, listen, page, saveFile, writeAttribute } from "./dom.js";
 import { markOf } from "./header.js";
 import { openMenu } from "./menu.js";
 import { kinds } from "./model.js";
@@ -118,7 +118,7 @@ export class Controls {
     this.alike.setAttribute("aria-pressed", String(alike));
     find("shown").textContent = say("shown", shown, total);
     this.#setText("places", hasRepeats ? say("places", places) : "");
-    setAttribute(this.query, "aria-invalid", query.wrong ? "true" : null);
+    writeAttribute(this.query, "aria-invalid", query.wrong ? "true" : null);
     this.#setText("problem", query.wrong ? say("badPattern") : "");
   }
 

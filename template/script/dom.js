@@ -18,7 +18,7 @@ export function build(tag, attributes, ...children) {
 }
 
 /** Sets an attribute, or takes it away when the value is null. Writes only what differs. */
-export function setAttribute(element, name, value) {
+export function writeAttribute(element, name, value) {
   if (value === null) {
     if (element.hasAttribute(name)) element.removeAttribute(name);
   } else if (element.getAttribute(name) !== String(value)) element.setAttribute(name, value);

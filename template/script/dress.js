@@ -1,4 +1,4 @@
-import { setAttribute } from "./dom.js";
+import { writeAttribute } from "./dom.js";
 import { maskOf } from "./model.js";
 
 /** What a row tells assistive software and the style: its level and place, whether it is open, how many it is. */
@@ -10,8 +10,8 @@ function dressRow(item, position, count) {
   if (!item.wasDressed) dressFirst(item);
   element.setAttribute("aria-posinset", position);
   element.setAttribute("aria-setsize", count);
-  setAttribute(element, "data-last", position === count ? "" : null);
-  setAttribute(element, "aria-expanded", item.isBranch && !item.isLine ? item.isOpen : null);
+  writeAttribute(element, "data-last", position === count ? "" : null);
+  writeAttribute(element, "aria-expanded", item.isBranch && !item.isLine ? item.isOpen : null);
   if (item.times > 1 || element.hasAttribute("data-times")) dressAlike(item);
 }
 
@@ -23,6 +23,7 @@ function dressFirst(item) {
   element.setAttribute("aria-level", item.level);
   if (!element.hasAttribute("tabindex")) element.setAttribute("tabindex", "-1");
   for (const link of item.caption.getElementsByTagName("a")) link.setAttribute("tabindex", "-1");
+  if (item.isBranch) dressBranch(item);
 }
 
 /** A row that stands for alike lines shows what they have in common, and how many they are. */
@@ -30,10 +31,10 @@ function dressAlike(item) {
   const { element, caption } = item;
   const mask = item.times > 1 ? maskOf(item) : null;
   const times = mask && `×${item.times}`;
-  setAttribute(element, "data-times", times);
-  setAttribute(element.firstElementChild, "data-times", times);
-  setAttribute(element, "aria-label", mask && `${times}: ${mask}`);
-  setAttribute(caption, "data-alike", mask);
+  writeAttribute(element, "data-times", times);
+  writeAttribute(element.firstElementChild, "data-times", times);
+  writeAttribute(element, "aria-label", mask && `${times}: ${mask}`);
+  writeAttribute(caption, "data-alike", mask);
   item.height = 0;
 }
 
@@ -45,7 +46,7 @@ export function dressRows({ rows }, first = 0, last = rows.length) {
 /** Folds what a branch holds, or unfolds it; what is folded is left to the browser's own search. */
 export function dressBranch(node) {
   if (node.isLine) return;
-  for (const list of node.lists) setAttribute(list, "role", "group");
-  for (const block of node.folds) setAttribute(block, "hidden", node.isOpen ? null : "until-found");
+  for (const list of node.lists) writeAttribute(list, "role", "group");
+  for (const block of node.folds) writeAttribute(block, "hidden", node.isOpen ? null : "until-found");
   node.dress = "";
 }

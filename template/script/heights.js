@@ -21,13 +21,15 @@ export class Heights {
     for (const node of model.branches) node.ends = null;
     const linesOf = (node) => node.children.filter((row) => row.isLine);
     const large = model.branches.filter((node) => node.children.length > largeBranch);
-    const samples = large.slice(0, sampledBranches).map((node) => ({ node, own: pick(linesOf(node), 50) }));
-    samples.push({ node: this, own: pick(model.lines, 100) });
+    const samples = large
+      .slice(0, sampledBranches)
+      .map((branch) => ({ branch, own: pick(linesOf(branch), 50) }));
+    samples.push({ branch: this, own: pick(model.lines, 100) });
     const heights = this.#measureCopies(samples.flatMap(({ own }) => own));
     this.rowHeight = Math.min(...heights);
-    for (const { node, own } of samples) {
+    for (const { branch, own } of samples) {
       const sum = heights.splice(0, own.length).reduce((total, height) => total + height, 0);
-      if (own.length) node.lineHeight = sum / own.length;
+      if (own.length) branch.lineHeight = sum / own.length;
     }
   }
 
@@ -85,21 +87,36 @@ export class Heights {
     for (let node = item; node; node = node.parent) node.ends = null;
   }
 
-  /** Where in the window a row stands, or would. */
-  topOf(item) {
+  /** How far below the top of its tree's list a row stands, or would. */
+  #depthOf(item) {
     const { parent } = item;
     const above = this.endsOf(parent)[parent.rows.indexOf(item) - 1] ?? 0;
-    const start = parent.element ? this.topOf(parent) + this.of(parent) : boxOf(parent.lists[0]).top;
-    return start + above;
+    return above + (parent.element ? this.#depthOf(parent) + this.of(parent) : 0);
+  }
+
+  /** Where in the window a row stands, or would. */
+  topOf(item) {
+    return boxOf(treeOf(item).lists[0]).top + this.#depthOf(item);
+  }
+
+  /** The rows of an item's tree from so much above the item's top to so much below it, like `between`. */
+  around(item, above, below) {
+    const own = treeOf(item);
+    const depth = this.#depthOf(item);
+    return this.#partsOf((tree) => (tree === own ? 0 : Infinity), depth - above, depth + below);
   }
 
   /** The rows between two heights of the window: for each branch there, the first and the end of its rows. */
   between(top, bottom) {
+    return this.#partsOf((tree) => boxOf(tree.lists[0]).top, top, bottom);
+  }
+
+  #partsOf(startOf, top, bottom) {
     const parts = [];
     const add = (node, start) => {
       const ends = this.endsOf(node);
       const first = firstBeyond(ends, top - start);
-      const part = { node, first, last: first };
+      const part = { branch: node, first, last: first };
       parts.push(part);
       for (; part.last < node.rows.length; ++part.last) {
         const row = node.rows[part.last];
@@ -108,9 +125,15 @@ export class Heights {
         if (row.isOpen && row.rows.length) add(row, rowTop + this.of(row));
       }
     };
-    for (const tree of this.model.trees) if (tree.rows.length) add(tree, boxOf(tree.lists[0]).top);
+    for (const tree of this.model.trees) if (tree.rows.length) add(tree, startOf(tree));
     return parts;
   }
+}
+
+function treeOf(item) {
+  let node = item;
+  while (node.element) node = node.parent;
+  return node;
 }
 
 /** Index of the first end that lies beyond a position. */

@@ -25,6 +25,7 @@ class Item {
   times = 0;
   record = this;
   isNear = false;
+  isLarge = false;
   height = 0;
   ends = null;
   dress = "";
@@ -89,14 +90,12 @@ function listOf(row) {
 }
 
 function captionOf(element) {
-  const second = element.children[1];
-  if (second?.classList.contains("Content")) return second;
+  const second = element.firstElementChild?.nextElementSibling;
+  if (/^Content\b/.test(second?.className)) return second;
   return element.querySelector(":scope > .Content") ?? element;
 }
 
-function kindOf(caption) {
-  return kinds.find((kind) => caption.classList.contains(kind)) ?? "other";
-}
+const kindOf = (caption) => / (error|warning|message)\b/.exec(caption.className)?.[1] ?? "other";
 
 /** Reads the page's rows, in document order. */
 export function readModel() {
@@ -122,10 +121,11 @@ export function readModel() {
     item.caption = captionOf(element);
     item.index = items.push(item) - 1;
     parent.add(item);
-    if (element.classList.contains("ExpandLeaf")) {
+    const { className } = element;
+    if (className.includes("ExpandLeaf")) {
       item.isLine = true;
       item.kind = kindOf(item.caption);
-    } else item.isOpen = !element.classList.contains("ExpandClosed");
+    } else item.isOpen = !className.includes("ExpandClosed");
     byElement.set(element, item);
   }
   const branches = [...trees, ...items.filter((item) => item.isBranch)];
@@ -150,14 +150,22 @@ function joinRecords(branches) {
   for (const lists of stages.values()) if (lists.length > 1) joinLists(lists);
 }
 
+/** Whether a line may name several items; most lines don't, which is quickly seen. */
+function mayRepeat({ kind, caption }) {
+  const first = caption.firstElementChild;
+  if (!first || kind === "message") return false;
+  return first.nextElementSibling || first.localName !== "a" || /id=.*id=/s.test(first.getAttribute("href"));
+}
+
 function joinLists(lists) {
   const records = new Map();
   for (const { children } of lists) {
     const counts = new Map();
     for (const line of children) {
-      if (!line.isLine) continue;
+      if (!line.isLine || !mayRepeat(line)) continue;
       let own = line.kind + line.caption.textContent;
-      for (const link of line.caption.getElementsByTagName("a")) own += link.getAttribute("href");
+      for (let part = line.caption.firstElementChild; part; part = part.nextElementSibling)
+        own += part.getAttribute("href") ?? part.innerHTML;
       const count = (counts.get(own) ?? 0) + 1;
       counts.set(own, count);
       const key = count + own;

@@ -1,4 +1,4 @@
-import { boxOf, focused, focusOn, setAttribute } from "./dom.js";
+import { boxOf, focused, focusOn, writeAttribute } from "./dom.js";
 import { foldedOf } from "./model.js";
 import { firstRow, isInOpen, lastRow, nextRow, previousRow } from "./rows.js";
 
@@ -20,9 +20,13 @@ export class Tree {
 
   /** Makes a row the present one. A tab stop that is not laid out lends its place to the page. */
   setCurrent(item) {
-    if (this.current !== item && this.current) this.current.element.setAttribute("tabindex", "-1");
+    const mark = (tabindex, current) => {
+      this.current?.element.setAttribute("tabindex", tabindex);
+      if (this.current) writeAttribute(this.current.caption, "data-current", current);
+    };
+    mark("-1", null);
     this.current = item;
-    item?.element.setAttribute("tabindex", "0");
+    mark("0", "");
     this.keepStop();
   }
 
@@ -31,7 +35,7 @@ export class Tree {
     const { main } = this.view;
     const isThere = this.current && this.view.isLaidOut(this.current);
     const hadFocus = focused() === main;
-    setAttribute(main, "tabindex", this.current && !isThere ? "0" : this.view.isLong ? "-1" : null);
+    writeAttribute(main, "tabindex", this.current && !isThere ? "0" : this.view.isLong ? "-1" : null);
     if (hadFocus && isThere) focusOn(this.current.element);
   }
 
@@ -46,14 +50,16 @@ export class Tree {
     const { view } = this;
     const wasOpen = isInOpen(item);
     if (!wasOpen) {
-      const place = view.placeOf(view.topRow());
+      const place = view.isLong ? null : view.placeOf(view.topRow());
       view.openAround(item);
-      this.calls.changed(place);
+      // On a long page each drawing takes a while, so that the row goes straight to its place.
+      if (place) view.draw(place);
     }
-    const isFar = !view.isLaidOut(item) || ((middle || !wasOpen) && !this.isInView(item));
-    if (isFar) this.calls.changed({ item, top: Math.round(view.top + (view.height - view.top) * 0.3) });
-    this.setCurrent(item);
+    const isFar =
+      !view.isLaidOut(item) || (!wasOpen && view.isLong) || ((middle || !wasOpen) && !this.isInView(item));
+    if (isFar) view.draw({ item, top: Math.round(view.height * 0.4) });
     if (focus) focusOn(item.element);
+    this.setCurrent(item);
     this.#bringIntoView(item);
     this.calls.moved();
   }

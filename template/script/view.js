@@ -1,10 +1,11 @@
-import { boxOf, elementAt, focused, focusOn, setAttribute } from "./dom.js";
+import { boxOf, elementAt, focused, focusOn, writeAttribute } from "./dom.js";
 import { dressBranch, dressRows } from "./dress.js";
 import { Heights } from "./heights.js";
 
 // Beyond this many lines only the rows near the view are laid out; the lists around them are padded with what
 // the other rows would take.
 const longPage = 2000;
+const longList = 1000;
 const margin = 1200;
 const slack = 500;
 const foundAround = 40;
@@ -28,13 +29,12 @@ export class View {
     this.main = main;
     this.bar = bar;
     this.isLong = model.lines.length > longPage;
-    for (const tree of model.trees) setAttribute(tree.lists[0], "role", "tree");
-    for (const node of model.branches) if (node.element) dressBranch(node);
+    for (const tree of model.trees) writeAttribute(tree.lists[0], "role", "tree");
     if (!this.isLong) return;
     this.#setMode("near");
     main.tabIndex = -1;
-    this.width = main.clientWidth;
     this.heights = new Heights(model, main);
+    this.width = main.clientWidth;
   }
 
   /** Where the view of the page begins, below the bar that stays. */
@@ -97,7 +97,9 @@ export class View {
   draw(place = null, { hold = false } = {}) {
     if (this.mode === "find") this.#leaveSpread();
     this.#setRoom(0, 0);
-    for (const tree of this.model.trees) setAttribute(tree.lists[0], "hidden", tree.rows.length ? null : "");
+    const away = this.mode === "near" ? "until-found" : "";
+    for (const tree of this.model.trees)
+      writeAttribute(tree.lists[0], "hidden", tree.rows.length ? null : away);
     if (this.mode === "near") this.#drawNear(place);
     else this.#drawAll();
     if (place) this.#align(place, hold);
@@ -105,7 +107,7 @@ export class View {
   }
 
   #drawAll() {
-    for (const item of this.model.items) setAttribute(item.element, "hidden", item.shown ? null : "");
+    for (const item of this.model.items) writeAttribute(item.element, "hidden", item.shown ? null : "");
     for (const node of this.model.branches) dressRows(node);
   }
 
@@ -150,45 +152,69 @@ export class View {
   // Rows near the view
 
   #drawNear(place) {
-    const { heights } = this;
-    const shiftTo = () => (place ? heights.topOf(place.item) - place.top : 0);
+    const { heights, height } = this;
+    // To ask the browser where a list stands is dear before the new rows are laid out.
+    let parts = place
+      ? heights.around(place.item, place.top + margin, height - place.top + margin)
+      : heights.between(-margin, height + margin);
     for (let pass = 0; pass < 4; ++pass) {
-      const start = shiftTo();
-      this.#layOut(heights.between(start - margin, start + this.height + margin));
-      if (!heights.measure(this.near)) return;
-      // To lay out other rows is dear, so that the rows stay as long as they fill the view.
-      this.#pad();
-      const now = shiftTo();
-      const seen = heights.between(now, now + this.height);
-      if (seen.every(({ node, first, last }) => node.rows.slice(first, last).every((row) => row.isNear)))
+      this.#layOut(parts);
+      if (heights.measure(this.near)) this.#pad();
+      const start = place ? heights.topOf(place.item) - place.top : 0;
+      const seen = heights.between(start, start + height);
+      if (seen.every(({ branch, first, last }) => branch.rows.slice(first, last).every((row) => row.isNear)))
         return;
+      parts = heights.between(start - margin, start + height + margin);
     }
   }
 
   #layOut(parts) {
     this.parts = parts;
-    const near = new Set(parts.flatMap(({ node, first, last }) => node.rows.slice(first, last)));
+    const near = new Set(parts.flatMap(({ branch, first, last }) => branch.rows.slice(first, last)));
     const holder = this.rowOf(focused());
     // A row that is put away would take focus along; the page keeps it for the keys.
     if (holder && !near.has(holder)) focusOn(this.main);
     for (const item of this.near) if (!near.has(item)) this.#setNear(item, false);
     for (const item of near) if (!item.isNear) this.#setNear(item, true);
     this.near = near;
-    for (const { node, first, last } of parts) dressRows(node, first, last);
+    for (const { branch, first, last } of parts) dressRows(branch, first, last);
     this.#pad();
   }
 
   #setNear(item, isNear) {
     item.isNear = isNear;
-    setAttribute(item.element, "data-near", isNear ? "" : null);
+    writeAttribute(item.element, "data-near", isNear ? "" : null);
+    if (item.isLarge) writeAttribute(item.element, "aria-hidden", isNear ? null : "true");
+  }
+
+  /**
+   * Has the browser style the long lists before they are looked at, and takes out the line breaks between their
+   * rows, so that every later look at them takes half the time.
+   */
+  *prepare() {
+    for (const node of this.model.branches) {
+      if (node.children.length < longList) continue;
+      for (const { element } of node.children) {
+        const blank = element.nextSibling;
+        if (blank?.data?.trim() === "") blank.remove();
+        yield;
+      }
+      for (let at = node; at; at = at.parent) {
+        (at.element ?? at.lists[0]).dataset.large = "";
+        at.isLarge = true;
+        if (at.element) this.#setNear(at, at.isNear);
+      }
+      boxOf(this.main);
+      yield;
+    }
   }
 
   /** Gives the lists the room that their rows out of the window would take. */
   #pad() {
-    for (const { node, first, last } of this.parts) {
-      const ends = this.heights.endsOf(node);
-      node.lists[0].style.paddingTop = `${ends[first - 1] ?? 0}px`;
-      node.lists.at(-1).style.paddingBottom = `${(ends.at(-1) ?? 0) - (ends[last - 1] ?? 0)}px`;
+    for (const { branch, first, last } of this.parts) {
+      const ends = this.heights.endsOf(branch);
+      branch.lists[0].style.paddingTop = `${ends[first - 1] ?? 0}px`;
+      branch.lists.at(-1).style.paddingBottom = `${(ends.at(-1) ?? 0) - (ends[last - 1] ?? 0)}px`;
     }
   }
 
@@ -227,7 +253,7 @@ export class View {
         Math.max(0, at - foundAround),
         Math.min(node.parent.rows.length, at + foundAround),
       ];
-      for (const { element } of node.parent.rows.slice(first, last)) setAttribute(element, "hidden", null);
+      for (const { element } of node.parent.rows.slice(first, last)) writeAttribute(element, "hidden", null);
       dressRows(node.parent, first, last);
       dressRows(node);
     }
@@ -242,7 +268,7 @@ export class View {
   }
 
   #leaveSpread() {
-    for (const { element } of this.model.items) setAttribute(element, "hidden", null);
+    for (const { element } of this.model.items) writeAttribute(element, "hidden", null);
     this.#setMode("near");
   }
 
