@@ -1,4 +1,5 @@
 import { build, page, textParts } from "./dom.js";
+import { hash } from "./hash.js";
 
 export const kinds = ["error", "warning", "message", "other"];
 
@@ -90,7 +91,8 @@ function listOf(row) {
 }
 
 function captionOf(element) {
-  const second = element.firstElementChild?.nextElementSibling;
+  const isLeaf = element.childElementCount === 2;
+  const second = isLeaf ? element.lastElementChild : element.firstElementChild?.nextElementSibling;
   if (/^Content\b/.test(second?.className)) return second;
   return element.querySelector(":scope > .Content") ?? element;
 }
@@ -157,18 +159,25 @@ function mayRepeat({ kind, caption }) {
   return first.nextElementSibling || first.localName !== "a" || /id=.*id=/s.test(first.getAttribute("href"));
 }
 
+/** What a line says and links to, as far as it tells records apart: as long strings they would fill the memory. */
+function printOf({ kind, caption }) {
+  let own = kind + caption.textContent;
+  for (let part = caption.firstElementChild; part; part = part.nextElementSibling)
+    for (const link of part.localName === "a" ? [part] : part.querySelectorAll("a"))
+      own += link.getAttribute("href");
+  return hash(own);
+}
+
 function joinLists(lists) {
   const records = new Map();
   for (const { children } of lists) {
     const counts = new Map();
     for (const line of children) {
       if (!line.isLine || !mayRepeat(line)) continue;
-      let own = line.kind + line.caption.textContent;
-      for (let part = line.caption.firstElementChild; part; part = part.nextElementSibling)
-        own += part.getAttribute("href") ?? part.innerHTML;
+      const own = printOf(line);
       const count = (counts.get(own) ?? 0) + 1;
       counts.set(own, count);
-      const key = count + own;
+      const key = `${count} ${own}`;
       if (records.has(key)) line.record = records.get(key);
       else records.set(key, line);
     }

@@ -9,7 +9,7 @@ import { runs } from "./fixtures.mjs";
 import { journalOf } from "./journal.mjs";
 
 const root = fileURLToPath(new URL("../..", import.meta.url));
-const build = process.env.BUILD_DIR ?? path.join(root, "build/release");
+const build = path.resolve(process.env.BUILD_DIR ?? path.join(root, "build/release"));
 
 const folder = fs.mkdtempSync(path.join(os.tmpdir(), "protocol-pages-"));
 process.on("exit", () => fs.rmSync(folder, { recursive: true, force: true }));
