@@ -86,18 +86,19 @@ private:
 
     bool readText(QString& text)
     {
-        if (!readSection(text))
+        if (!take(form::sectionBegin) || !readSectionRest(text))
             return false;
         QString next;
-        while (at != end && *at == form::sectionBegin[0] && readSection(next))
+        while (take(form::sectionBegin)) {
+            if (!readSectionRest(next))
+                return false;
             text += next;
+        }
         return true;
     }
 
-    bool readSection(QString& text)
+    bool readSectionRest(QString& text)
     {
-        if (!take(form::sectionBegin))
-            return false;
         const char* const sectionEnd = form::findSectionEnd(at, end);
         if (!sectionEnd || !decoder.decode(at, sectionEnd, text))
             return false;

@@ -354,6 +354,8 @@ void TestDataFileCodec::otherFormsAreDeclined_data()
     QTest::newRow("empty mess") << QByteArray("<![CDATA[line]]>") << QByteArray("");
     QTest::newRow("text before CDATA") << QByteArray("<![CDATA[line]]>") << QByteArray("x<![CDATA[line]]>");
     QTest::newRow("text behind CDATA") << QByteArray("]]></mess>") << QByteArray("]]>x</mess>");
+    QTest::newRow("second CDATA section without an end")
+        << QByteArray("]]></mess>") << QByteArray("]]><![CDATA[</mess>");
     QTest::newRow("invalid UTF-8") << QByteArray("line") << QByteArray("l\xFFne");
     QTest::newRow("surrogate in UTF-8") << QByteArray("line") << QByteArray("l\xED\xA0\x80ne");
     QTest::newRow("overlong UTF-8") << QByteArray("line") << QByteArray("l\xC0\xAFne");
