@@ -8,6 +8,8 @@ import { fixture, samplePages } from "./pages.mjs";
 const [folder = "shots", ...names] = process.argv.slice(2);
 const views = [
   { name: "light-ru", colorScheme: "light", locale: "ru-RU" },
+  { name: "light-en", colorScheme: "light", locale: "en-US" },
+  { name: "dark-ru", colorScheme: "dark", locale: "ru-RU" },
   { name: "dark-en", colorScheme: "dark", locale: "en-US" },
   { name: "narrow-ru", colorScheme: "light", locale: "ru-RU", viewport: { width: 390, height: 844 } },
   { name: "forced-en", colorScheme: "dark", forcedColors: "active", locale: "en-US" },
