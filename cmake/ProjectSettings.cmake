@@ -61,7 +61,12 @@ function(orvel_add_test NAME)
     set(suppressions
         "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp"
         "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+    # Counters make a test take up to a hundred times as long.
+    set(timeout 300)
+    if(ORVEL_COVERAGE)
+        set(timeout 3600)
+    endif()
     set_tests_properties(${NAME} PROPERTIES
-        TIMEOUT 300
+        TIMEOUT ${timeout}
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${suppressions};${ARG_ENVIRONMENT}")
 endfunction()
