@@ -36,6 +36,9 @@ export function* textParts(element) {
 
 export const boxOf = (element) => element.getBoundingClientRect();
 
+/** Scrolls the page down by so many pixels. */
+export const scrollDown = (by) => window.scrollBy(0, by);
+
 export const listen = (target, type, act, options) => target.addEventListener(type, act, options);
 
 /** Gives focus to an element and leaves the page where it is. */

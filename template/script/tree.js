@@ -1,4 +1,4 @@
-import { boxOf, focused, focusOn, writeAttribute } from "./dom.js";
+import { boxOf, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
 import { foldedOf } from "./model.js";
 import { firstRow, isInOpen, lastRow, nextRow, previousRow } from "./rows.js";
 
@@ -72,9 +72,8 @@ export class Tree {
   #bringIntoView(item) {
     const box = boxOf(item.caption);
     const { top, height } = this.view;
-    if (box.top < top + 4) window.scrollBy(0, box.top - top - 4);
-    else if (box.bottom > height - 8)
-      window.scrollBy(0, Math.min(box.bottom - height + 8, box.top - top - 4));
+    if (box.top < top + 4) scrollDown(box.top - top - 4);
+    else if (box.bottom > height - 8) scrollDown(Math.min(box.bottom - height + 8, box.top - top - 4));
   }
 
   /** The next shown line of a kind from the present row on, or the previous one, around the page's end. */

@@ -1,4 +1,4 @@
-import { boxOf, elementAt, focused, focusOn, writeAttribute } from "./dom.js";
+import { boxOf, elementAt, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
 import { dressBranch, dressRows } from "./dress.js";
 import { Heights } from "./heights.js";
 
@@ -113,11 +113,11 @@ export class View {
 
   #align({ item, top }, hold) {
     const offBy = () => topOf(item.element) - top;
-    window.scrollBy(0, offBy());
+    scrollDown(offBy());
     const rest = offBy();
     if (!hold || Math.abs(rest) < 1) return;
     this.#setRoom(Math.max(0, -rest), Math.max(0, rest));
-    window.scrollBy(0, offBy());
+    scrollDown(offBy());
   }
 
   #setRoom(above, below) {
@@ -131,7 +131,7 @@ export class View {
     if (this.above && window.scrollY > this.above) {
       const { above } = this;
       this.#setRoom(0, 0);
-      window.scrollBy(0, -above);
+      scrollDown(-above);
     }
     if (this.mode !== "near" || Math.abs(window.scrollY - this.settledAt) < slack) return false;
     const place = this.placeOf(this.topRow());
@@ -224,13 +224,18 @@ export class View {
   spread(mode) {
     if (this.mode !== "near") return;
     const place = this.placeOf(this.topRow());
+    this.leftAt = mode === "print" && place;
     for (const node of this.model.branches) {
       for (const list of node.lists) list.style.removeProperty("padding");
       if (mode === "print") dressRows(node);
     }
-    for (const { element, shown } of this.model.items) if (!shown) element.setAttribute("hidden", "");
+    for (const { element, shown } of this.model.items) {
+      if (!shown) element.setAttribute("hidden", "");
+      element.removeAttribute("aria-hidden");
+    }
     if (mode === "find") for (const tree of this.model.trees) this.#leaveToSearch(tree);
     this.#setMode(mode);
+    // Before printing, the browser lays all rows out for paper only.
     if (place && mode === "find") this.#align(place, false);
   }
 
@@ -262,13 +267,16 @@ export class View {
   /** Back to the rows near the view. */
   gather() {
     if (!this.isLong || this.mode === "near") return;
-    const place = this.placeOf(this.topRow());
+    const place = this.leftAt || this.placeOf(this.topRow());
     this.#leaveSpread();
     this.draw(place);
   }
 
   #leaveSpread() {
-    for (const { element } of this.model.items) writeAttribute(element, "hidden", null);
+    for (const item of this.model.items) {
+      writeAttribute(item.element, "hidden", null);
+      if (item.isLarge) this.#setNear(item, item.isNear);
+    }
     this.#setMode("near");
   }
 

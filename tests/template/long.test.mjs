@@ -174,6 +174,50 @@ for (const layout of ["grouped", "staged", "flat"])
       }
     });
 
+    test("keep long lists styled out of sight, and hide them from screen readers only there", async () => {
+      await page.waitForFunction(() =>
+        [...document.querySelectorAll("#lines ul")]
+          .filter((list) => list.childElementCount >= 1000)
+          .every((list) => list.closest("[data-large]")),
+      );
+      const state = () =>
+        page.evaluate(() => {
+          const rows = [...document.querySelectorAll("li[data-large]")];
+          const isAway = (row) => row.parentElement.checkVisibility() && !row.offsetHeight;
+          return rows.map((row) => [isAway(row), row.ariaHidden === "true"]);
+        });
+      await page.locator('[tabindex="0"]:visible').last().focus();
+      await page.keyboard.press("End");
+      const away = await state();
+      assert.equal(
+        away.some(([isAway]) => isAway),
+        layout !== "flat",
+      );
+      for (const [isAway, isHidden] of away) assert.equal(isHidden, isAway);
+      await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+      for (const [isAway, isHidden] of await state()) assert.deepEqual([isAway, isHidden], [false, false]);
+      await page.evaluate(() => window.dispatchEvent(new Event("afterprint")));
+      assert.deepEqual(await state(), away);
+    });
+
+    test("are where they were after printing", async () => {
+      await page.evaluate(() => window.scrollTo(0, document.documentElement.scrollHeight * 0.77));
+      await settle(page);
+      await settle(page);
+      const seen = () =>
+        page.evaluate(() => {
+          const middle = document.elementFromPoint(innerWidth / 2, innerHeight / 2).closest("li");
+          return [
+            middle.querySelector(".Content").textContent,
+            Math.round(middle.getBoundingClientRect().top),
+          ];
+        });
+      const before = await seen();
+      await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+      await page.evaluate(() => window.dispatchEvent(new Event("afterprint")));
+      assert.deepEqual(await seen(), before);
+    });
+
     test("are left to the browser's own search, and put away again", async () => {
       await page.evaluate(() => window.dispatchEvent(new Event("blur")));
       await page.waitForFunction(() => document.querySelector("main").dataset.long === "find");
