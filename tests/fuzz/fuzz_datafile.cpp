@@ -4,6 +4,7 @@
 #include "Orvel/store/DataFileReader.h"
 #include "Orvel/store/DataFileWriter.h"
 #include "tests/fuzz/Finding.h"
+#include "tests/support/MessageText.h"
 
 #include <QBuffer>
 #include <QDomDocument>
@@ -77,6 +78,16 @@ std::optional<Messages> read(std::optional<Messages> (*reader)(QIODevice&), QByt
     return reader(device);
 }
 
+/// A foreign encoding can bring what the protocol's own files cannot carry.
+Messages carried(Messages messages)
+{
+    for (auto& entry : messages) {
+        for (COVMessage& message : entry.second)
+            message.text = ::carried(message.text);
+    }
+    return messages;
+}
+
 QByteArray write(const Messages& messages)
 {
     QBuffer buffer;
@@ -104,7 +115,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (dom) {
         const std::optional<Messages> again = read<QBuffer>(datafile::readOwnForm, write(*dom));
         mustHold(again.has_value(), "what was written is read by the fast reader");
-        mustHold(isSame(*again, *dom), "what was written reads back the same");
+        mustHold(isSame(*again, carried(*dom)), "what was written reads back the same");
     }
     return 0;
 }

@@ -122,19 +122,6 @@ private:
     QRandomGenerator random;
 };
 
-/// The text as XML can carry it.
-QString carried(QString text)
-{
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
-            ++i;
-        else if (c.isSurrogate() || c.unicode() >= 0xFFFE)
-            text[i] = QChar::ReplacementCharacter;
-    }
-    return text;
-}
-
 /// Writes the store, reads it back, and compares every field.
 void writeAndRead(ProtocolFixture& f)
 {

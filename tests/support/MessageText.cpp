@@ -39,3 +39,15 @@ QString withoutDates(QString text)
         QStringLiteral(R"([0-9]{2}\.[0-9]{2}\.[0-9]{4} [0-9]{2}:[0-9]{2}:[0-9]{2})"));
     return text.replace(date, QStringLiteral("DATE"));
 }
+
+QString carried(QString text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
+            ++i;
+        else if (c.isSurrogate() || c.unicode() >= 0xFFFE)
+            text[i] = QChar::ReplacementCharacter;
+    }
+    return text;
+}

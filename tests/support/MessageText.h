@@ -17,3 +17,6 @@ QStringList describe(const std::map<int, std::vector<COVMessage>>& store);
 
 /// The text with every date and time, like "31.12.2020 23:59:59", made "DATE".
 QString withoutDates(QString text);
+
+/// The text as XML can carry it: lone surrogates, U+FFFE and U+FFFF become U+FFFD.
+QString carried(QString text);
