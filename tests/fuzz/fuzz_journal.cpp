@@ -154,8 +154,12 @@ void show(const std::vector<JournalLine>& lines)
 {
     CProcessMonitor window;
     for (const JournalLine& line : lines) {
-        const std::wstring text = line.getText(QStringLiteral("text"), QString()).toStdWString();
-        window.writeError(text, text);
+        try {
+            const std::wstring text = line.getText(QStringLiteral("text"), QString()).toStdWString();
+            window.writeError(text, text);
+        } catch (const JournalError&) {
+            // A command without a text of its own may be given something else by that name.
+        }
     }
 }
 
