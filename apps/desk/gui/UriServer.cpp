@@ -71,10 +71,11 @@ UriServer::UriServer(Follow followFunction, Explain explainFunction, QObject* pa
 
 bool UriServer::listen()
 {
-    if (getFolder().isEmpty())
+    const QString folder = getFolder();
+    if (folder.isEmpty())
         return false; // a mere name would stand for a socket in the folder of everybody's temporary files
     const QString name = getNamePattern().arg(QCoreApplication::applicationPid());
-    const QString path = QDir(getFolder()).filePath(name);
+    const QString path = QDir(folder).filePath(name);
     QLocalServer::removeServer(path);
     return server.listen(path);
 }
@@ -109,11 +110,12 @@ void UriServer::answer(QLocalSocket& socket) const
 
 bool uriclient::handOver(const QUrl& url)
 {
-    if (getFolder().isEmpty())
+    const QString folderPath = getFolder();
+    if (folderPath.isEmpty())
         return false;
     const QByteArray text = url.toEncoded();
     QString firstInstance;
-    const QDir folder(getFolder());
+    const QDir folder(folderPath);
     const QStringList names =
         folder.entryList({getNamePattern().arg(QLatin1Char('*'))}, QDir::System | QDir::Files);
     for (const QString& name : names) {
