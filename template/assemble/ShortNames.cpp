@@ -3,6 +3,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <stdexcept>
+
 namespace {
 
 bool isPrivate(const Token& token)
@@ -14,10 +16,15 @@ bool isPrivate(const Token& token)
 class NameUse
 {
 public:
-    explicit NameUse(const Tokens& script) : tokens(script)
+    NameUse(const Tokens& script, const QStringList& ownNames) : tokens(script)
     {
         for (int at = 0; at < tokens.size(); ++at)
             read(at);
+        for (const QString& name : ownNames) {
+            requireOwn(name);
+            declared.insert(name);
+            kept.remove(name);
+        }
     }
 
     bool canBeShort(const Token& token) const
@@ -31,9 +38,19 @@ public:
 private:
     QString textAt(int at) const { return at >= 0 && at < tokens.size() ? tokens.at(at).text : QString(); }
 
+    void requireOwn(const QString& name) const
+    {
+        if (!words.contains(name))
+            throw std::runtime_error("own name " + name.toStdString() + ": not in the script");
+        if (texts.contains(name))
+            throw std::runtime_error("own name " + name.toStdString() + ": a text in the script, too");
+    }
+
     void read(int at)
     {
         const Token& token = tokens.at(at);
+        if (token.kind == Token::Kind::Literal)
+            texts.insert(token.text.mid(1, token.text.size() - 2));
         if (token.kind != Token::Kind::Word)
             return;
         words.insert(token.text);
@@ -109,6 +126,7 @@ private:
     QSet<QString> words = {QStringLiteral("do"), QStringLiteral("if"), QStringLiteral("in")};
     QSet<QString> declared;
     QSet<QString> kept;
+    QSet<QString> texts;
 };
 
 /// a, b, … z, aa, ba, …
@@ -122,9 +140,9 @@ QString nameOfNumber(int number)
 
 } // namespace
 
-void shortenNames(Tokens& script)
+void shortenNames(Tokens& script, const QStringList& ownNames)
 {
-    const NameUse use(script);
+    const NameUse use(script, ownNames);
     QHash<QString, QString> shortNames;
     int privates = 0;
     int others = 0;

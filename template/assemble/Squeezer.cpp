@@ -25,12 +25,12 @@ QString shortFormOf(const QString& word)
 
 } // namespace
 
-QString Squeezer::squeeze(const QString& source, Language language)
+QString Squeezer::squeeze(const QString& source, Language language, const QStringList& ownNames)
 {
     Squeezer squeezer(source, language);
     squeezer.readTokens();
     if (squeezer.isScript)
-        shortenNames(squeezer.tokens);
+        shortenNames(squeezer.tokens, ownNames);
     return squeezer.joined();
 }
 

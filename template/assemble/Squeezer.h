@@ -2,6 +2,8 @@
 
 #include "Token.h"
 
+#include <QStringList>
+
 /// Makes a source small: takes out comments, blanks and semicolons before a brace; in scripts also shortens
 /// names and writes `let` for `const`, `!0` for `true`. Strings and regular expressions stay as they are, but
 /// for Cyrillic in the double-quoted strings of a script: as escapes a letter would
@@ -13,8 +15,9 @@ class Squeezer
 public:
     enum class Language { Script, Style };
 
-    /// The squeezed form of `source`. Throws std::runtime_error when a comment or string has no end.
-    static QString squeeze(const QString& source, Language language);
+    /// The squeezed form of `source`; of a script, with its `ownNames` short wherever they stand (see
+    /// shortenNames). Throws std::runtime_error when a comment or string has no end.
+    static QString squeeze(const QString& source, Language language, const QStringList& ownNames = {});
 
     /// `text` with each run of Cyrillic letters and blanks between two tildes, a letter as one character.
     static QString packCyrillic(const QString& text);

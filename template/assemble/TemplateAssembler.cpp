@@ -83,12 +83,14 @@ void fillPlaceholder(QString& page, const QString& name, const QString& value)
 
 } // namespace
 
-QByteArray TemplateAssembler::assemble(const QString& markup, const QString& style, const QString& script)
+QByteArray TemplateAssembler::assemble(const QString& markup, const QString& style, const QString& script,
+                                       const QStringList& ownNames)
 {
     const QString styleText = asciiStyle(Squeezer::squeeze(style, Squeezer::Language::Style));
-    const QString scriptText = asciiScript(Squeezer::squeeze(script, Squeezer::Language::Script));
+    // In a text or an expression an escaped slash is the same, and does not end the script.
+    const QString scriptText = asciiScript(Squeezer::squeeze(script, Squeezer::Language::Script, ownNames))
+                                   .replace(QStringLiteral("</"), QStringLiteral("<\\/"));
     requireNone(styleText, QStringLiteral("</"), QStringLiteral("style"));
-    requireNone(scriptText, QStringLiteral("</"), QStringLiteral("script"));
     requireNone(scriptText, QStringLiteral("<!--"), QStringLiteral("script"));
 
     QString page = asciiMarkup(withoutIndentation(markup));

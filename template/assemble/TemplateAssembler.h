@@ -15,8 +15,10 @@ public:
     static constexpr int s_maxSize = 60 * 1000;
 
     /// The whole template. `markup` holds the placeholders "@policy@" (an attribute's value) and, where the
-    /// elements go, "<!-- @style@ -->" and "<!-- @script@ -->", once each.
-    static QByteArray assemble(const QString& markup, const QString& style, const QString& script);
+    /// elements go, "<!-- @style@ -->" and "<!-- @script@ -->", once each. `ownNames` are the properties that
+    /// only the script's own objects have.
+    static QByteArray assemble(const QString& markup, const QString& style, const QString& script,
+                               const QStringList& ownNames = {});
 
     /// The script module at `path` after all modules that it imports, each once, without the import
     /// statements and export keywords: one scope holds them all.

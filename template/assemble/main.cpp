@@ -39,6 +39,7 @@ int main(int argc, char* argv[])
     option(QStringLiteral("markup"), QStringLiteral("the markup with its placeholders"));
     option(QStringLiteral("style"), QStringLiteral("a style module; may be given several times, in order"));
     option(QStringLiteral("script"), QStringLiteral("the script module that imports the others"));
+    option(QStringLiteral("own-names"), QStringLiteral("the names of the script's own properties"));
     option(QStringLiteral("output"), QStringLiteral("where to write the template"));
     parser.process(application);
 
@@ -46,7 +47,10 @@ int main(int argc, char* argv[])
         const QString markup = TemplateAssembler::readText(parser.value(QStringLiteral("markup")));
         const QString style = joined(parser.values(QStringLiteral("style")));
         const QString script = TemplateAssembler::bundleModules(parser.value(QStringLiteral("script")));
-        write(parser.value(QStringLiteral("output")), TemplateAssembler::assemble(markup, style, script));
+        const QString ownNames = TemplateAssembler::readText(parser.value(QStringLiteral("own-names")));
+        write(parser.value(QStringLiteral("output")),
+              TemplateAssembler::assemble(markup, style, script,
+                                          ownNames.simplified().split(QLatin1Char(' '))));
     } catch (const std::exception& error) {
         std::cerr << "assemble_template: " << error.what() << '\n';
         return 1;

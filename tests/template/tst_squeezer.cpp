@@ -15,6 +15,10 @@ private slots:
     void squeezesScripts();
     void shortensNames_data();
     void shortensNames();
+    void shortensOwnNames_data();
+    void shortensOwnNames();
+    void refusesOwnNamesThatAreNot_data();
+    void refusesOwnNamesThatAreNot();
     void squeezesStyles_data();
     void squeezesStyles();
     void packsCyrillic_data();
@@ -93,6 +97,58 @@ void TestSqueezer::shortensNames()
     QFETCH(QString, expected);
 
     QCOMPARE(Squeezer::squeeze(source, Language::Script), expected);
+}
+
+void TestSqueezer::shortensOwnNames_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("expected");
+
+    const auto row = [](const char* name, const char* source, const char* expected) {
+        QTest::newRow(name) << QString::fromUtf8(source) << QString::fromUtf8(expected);
+    };
+    row("members", "two.one = three.one;", "two.a=three.a;");
+    row("fields and methods", "class C { one = 1; two() {} } c.one", "class C{a=1;two(){}}c.a");
+    row("keys", "f({ one: 2, two: 3 })", "f({a:2,two:3})");
+    row("short keys", "const { one, two } = f({ one })", "let{a,two}=f({a})");
+    row("variables of that name", "let one = x.one;", "let a=x.a;");
+    row("words in strings", "f(\"one two\", `one ${x.one}`)", "f(\"one two\",`one ${x.a}`)");
+}
+
+void TestSqueezer::shortensOwnNames()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, expected);
+
+    QCOMPARE(Squeezer::squeeze(source, Language::Script, {QStringLiteral("one")}), expected);
+}
+
+void TestSqueezer::refusesOwnNamesThatAreNot_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("no such name") << QStringLiteral("two.three")
+                                  << QStringLiteral("own name one: not in the script");
+    QTest::newRow("only a text") << QStringLiteral("two['one']")
+                                 << QStringLiteral("own name one: not in the script");
+    QTest::newRow("a text, too") << QStringLiteral("two[\"one\"] = two.one")
+                                 << QStringLiteral("own name one: a text in the script, too");
+    QTest::newRow("a template string, too") << QStringLiteral("two[`one`] = two.one")
+                                            << QStringLiteral("own name one: a text in the script, too");
+}
+
+void TestSqueezer::refusesOwnNamesThatAreNot()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, expected);
+
+    try {
+        Squeezer::squeeze(source, Language::Script, {QStringLiteral("one")});
+        QFAIL("taken");
+    } catch (const std::runtime_error& error) {
+        QCOMPARE(QString::fromStdString(error.what()), expected);
+    }
 }
 
 void TestSqueezer::squeezesStyles_data()
