@@ -1,4 +1,4 @@
-import { kinds } from "./model.js";
+import { kinds } from "./item.js";
 
 const pause = 250;
 let timer = 0;

@@ -6,7 +6,8 @@ import { fillHeader } from "./header.js";
 import { highlight } from "./highlight.js";
 import { Ids } from "./ids.js";
 import { handleKey } from "./keys.js";
-import { foldedOf, linksOf, readModel } from "./model.js";
+import { foldedOf, linksOf } from "./item.js";
+import { readModel } from "./model.js";
 import { RowMenu } from "./rowmenu.js";
 import { firstRow, isInOpen, nearestRow } from "./rows.js";
 import { Settings } from "./settings.js";
@@ -25,12 +26,10 @@ export class App {
   /** Whether the reader has gone to a row; before, the address names none. */
   isMoved = false;
 
-  constructor() {
+  /** `lists`: the markup of the lines of each list. */
+  constructor(lists) {
     this.settings.showTheme();
-    removeForeignAttributes();
-    // The policy does not keep a line with <meta http-equiv="refresh"> from leading the page elsewhere.
-    if (page.querySelector("body meta")) listen(window, "load", () => window.stop());
-    this.model = readModel();
+    this.model = readModel(lists);
     this.ids = new Ids(this.model.items);
     this.isMany = this.model.lines.length > manyLines;
     const bar = page.querySelector("#bar");
@@ -49,7 +48,6 @@ export class App {
       menu: (item) => this.rowMenu.open(item),
     });
     this.rowMenu = new RowMenu(this);
-    page.dataset.script = "ready";
     this.start();
     this.listenToAll();
     this.prepare();
@@ -320,11 +318,4 @@ export class App {
     this.view.drawFound(item);
     this.drawDetails();
   }
-}
-
-/** A line with <body hidden> gives the page's own body that attribute. */
-function removeForeignAttributes() {
-  for (const element of [page, page.querySelector("body")])
-    for (const { name } of [...element.attributes])
-      if (!/^(?:lang|data-(?:script|texts|theme))$/.test(name)) element.removeAttribute(name);
 }

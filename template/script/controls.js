@@ -1,7 +1,7 @@
 import { build, copyText, listen, page, saveFile, writeAttribute } from "./dom.js";
 import { markOf } from "./header.js";
 import { openMenu } from "./menu.js";
-import { kinds } from "./model.js";
+import { kinds } from "./item.js";
 import { forms } from "./take.js";
 import { helpRows, say, write } from "./texts.js";
 

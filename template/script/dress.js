@@ -1,5 +1,5 @@
 import { writeAttribute } from "./dom.js";
-import { maskOf } from "./model.js";
+import { maskOf } from "./item.js";
 
 /** What a row tells assistive software and the style: its level and place, whether it is open, how many it is. */
 function dressRow(item, position, count) {

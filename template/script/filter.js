@@ -1,4 +1,4 @@
-import { foldedOf, maskOf, textOf } from "./model.js";
+import { foldedOf, maskOf, textOf } from "./item.js";
 import { parseQuery } from "./search.js";
 import { say } from "./texts.js";
 

@@ -1,5 +1,5 @@
 import { build, listen, page } from "./dom.js";
-import { kinds, linkedItems, nameOf } from "./model.js";
+import { kinds, linkedItems, nameOf } from "./item.js";
 import { say, write } from "./texts.js";
 
 const datePattern = /^\d{2}\.\d{2}\.\d{4} \d{2}:\d{2}:\d{2}$/;

@@ -1,4 +1,5 @@
 import { boxOf, build } from "./dom.js";
+import { makeRows } from "./item.js";
 
 const largeBranch = 200;
 const sampledBranches = 40;
@@ -36,13 +37,13 @@ export class Heights {
   #measureCopies(items) {
     const list = build("ul", { class: "Container", "aria-hidden": "true" });
     for (const item of items) {
-      const copy = item.element.cloneNode(true);
-      copy.setAttribute("data-near", "");
-      copy.style.marginLeft = `calc(${item.level - 1} * var(--indent))`;
-      list.append(copy);
+      const row = makeRows([item]).firstElementChild;
+      row.dataset.near = "";
+      row.style.marginLeft = `calc(${item.level - 1} * var(--indent))`;
+      list.append(row);
     }
     this.main.append(list);
-    const heights = Array.from(list.children, (copy) => boxOf(copy).height);
+    const heights = Array.from(list.children, (row) => boxOf(row).height);
     list.remove();
     return heights;
   }

@@ -1,6 +1,6 @@
 import { runIdle } from "./dom.js";
 import { hash } from "./hash.js";
-import { nameOf, textOf } from "./model.js";
+import { nameOf, textOf } from "./item.js";
 
 /**
  * Gives every item an id made of its text, kind and branches, so that the same lines written again have the
@@ -14,7 +14,7 @@ function* giveIds(items) {
     const count = (seen.get(key) ?? 0) + 1;
     seen.set(key, count);
     item.id = count === 1 ? key : `${key}-${count}`;
-    item.element.id = item.id;
+    if (item.built) item.built.id = item.id;
     yield;
   }
 }

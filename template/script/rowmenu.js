@@ -1,6 +1,6 @@
 import { boxOf, build } from "./dom.js";
 import { openMenu } from "./menu.js";
-import { linkedItems, linksOf } from "./model.js";
+import { linkedItems, linksOf } from "./item.js";
 import { say } from "./texts.js";
 
 /** The actions on one row, behind a button that stands at the end of the present row. */

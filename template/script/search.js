@@ -1,4 +1,4 @@
-import { fold } from "./model.js";
+import { fold } from "./item.js";
 
 const termPattern = /(-?)(?:"([^"]*)"?|\/((?:[^/\\]|\\.)*)\/(?=\s|$)|(\S+))/g;
 

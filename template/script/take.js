@@ -1,4 +1,4 @@
-import { linkedItems, pathOf, textOf } from "./model.js";
+import { linkedItems, pathOf, textOf } from "./item.js";
 import { say } from "./texts.js";
 
 const nameOfKind = (line) => say(`${line.kind}One`);

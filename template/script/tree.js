@@ -1,5 +1,5 @@
 import { boxOf, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
-import { foldedOf } from "./model.js";
+import { foldedOf } from "./item.js";
 import { firstRow, isInOpen, lastRow, nextRow, previousRow } from "./rows.js";
 
 const wordPause = 700;

@@ -1,11 +1,13 @@
 import { boxOf, elementAt, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
 import { dressBranch, dressRows } from "./dress.js";
 import { Heights } from "./heights.js";
+import { itemOf, longList } from "./item.js";
+import { fillLists, placeRow } from "./lists.js";
+import { rowSelector } from "./model.js";
 
 // Beyond this many lines only the rows near the view are laid out; the lists around them are padded with what
 // the other rows would take.
 const longPage = 2000;
-const longList = 1000;
 const margin = 1200;
 const slack = 500;
 const foundAround = 40;
@@ -30,7 +32,11 @@ export class View {
     this.bar = bar;
     this.isLong = model.lines.length > longPage;
     for (const tree of model.trees) writeAttribute(tree.lists[0], "role", "tree");
-    if (!this.isLong) return;
+    this.filling = fillLists(model);
+    if (!this.isLong) {
+      this.#fill();
+      return;
+    }
     this.#setMode("near");
     main.tabIndex = -1;
     this.heights = new Heights(model, main);
@@ -75,8 +81,7 @@ export class View {
 
   /** The row that an element belongs to. */
   rowOf(element) {
-    const own = element?.closest?.("li.Node, li.IsRoot");
-    return this.model.byElement.get(own) ?? null;
+    return itemOf(element?.closest?.(rowSelector));
   }
 
   /** Where a row stands, to put it there again after a change. */
@@ -182,23 +187,22 @@ export class View {
   }
 
   #setNear(item, isNear) {
+    if (isNear) placeRow(item);
     item.isNear = isNear;
     writeAttribute(item.element, "data-near", isNear ? "" : null);
     if (item.isLarge) writeAttribute(item.element, "aria-hidden", isNear ? null : "true");
   }
 
-  /**
-   * Has the browser style the long lists before they are looked at, and takes out the line breaks between their
-   * rows, so that every later look at them takes half the time.
-   */
+  /** Puts the rows that are not in the page yet into their lists, at once. */
+  #fill() {
+    while (!this.filling.next().done);
+  }
+
+  /** Fills the lists, and has the browser style the long ones before they are looked at. */
   *prepare() {
+    yield* this.filling;
     for (const node of this.model.branches) {
       if (node.children.length < longList) continue;
-      for (const { element } of node.children) {
-        const blank = element.nextSibling;
-        if (blank?.data?.trim() === "") blank.remove();
-        yield;
-      }
       for (let at = node; at; at = at.parent) {
         (at.element ?? at.lists[0]).dataset.large = "";
         at.isLarge = true;
@@ -223,6 +227,7 @@ export class View {
   /** Lays out every shown row; in mode "find" the browser draws none far from the view until it finds it. */
   spread(mode) {
     if (this.mode !== "near") return;
+    this.#fill();
     const place = this.placeOf(this.topRow());
     this.leftAt = mode === "print" && place;
     for (const node of this.model.branches) {

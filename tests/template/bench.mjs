@@ -1,8 +1,8 @@
 // Times of the long pages beside the same pages without the template's style and script.
 
-import { launch, open, settle } from "./browser.mjs";
+import { filled, launch, open, settle } from "./browser.mjs";
 import { makeRun } from "./fixtures.mjs";
-import { bodyOf, pageOf, writePage } from "./pages.mjs";
+import { bodyOf, pageOf, writePage, writtenRows } from "./pages.mjs";
 
 const total = Number(process.argv[2] ?? 100000);
 // A line that names two items stands under both: so many records make a page of a hundred lines.
@@ -48,6 +48,8 @@ async function measureOurs(browser, layout) {
   const page = await open(browser, pageOf(layout, makeLong(layout)), { locale: "en-US" });
   const results = { load: await loadTime(page) };
   await page.evaluate(timers);
+  await filled(page, writtenRows(layout));
+  results.filled = await page.evaluate(() => performance.now());
   await page.waitForTimeout(3000);
   results.unfold = await chooseEntry(page, "Branches", "Unfold all");
   results.height = await heightOf(page);
@@ -112,16 +114,19 @@ const show = (value) => (value === undefined ? "-" : Math.round(value)).toString
 const browser = await launch();
 try {
   console.log(`${total} lines a page; times in ms (plain: the page without our style and script)`);
-  console.log("layout          load    unfold      jump   search*  (median)      kind     back**   height");
+  console.log(
+    "layout          load    rows*    unfold      jump  search**  (median)      kind   back***    height",
+  );
   for (const layout of ["grouped", "staged", "flat"]) {
     const ours = await measureOurs(browser, layout);
-    const row = ["load", "unfold", "jump", "key", "keyMedian", "kind", "back", "height"];
+    const row = ["load", "filled", "unfold", "jump", "key", "keyMedian", "kind", "back", "height"];
     console.log(layout.padEnd(8), ...row.map((name) => show(ours[name])));
     const plain = process.argv.includes("--ours") ? {} : await measurePlain(browser, layout);
     console.log("  plain ", ...row.map((name) => show(plain[name])));
   }
-  console.log("* the slowest of ten keystrokes, to the second frame after it");
-  console.log("** back to the window, after the page was laid out for the browser's own search");
+  console.log("* until all rows are in the page");
+  console.log("** the slowest of ten keystrokes, to the second frame after it");
+  console.log("*** back to the window, after the page was laid out for the browser's own search");
 } finally {
   await browser.close();
 }

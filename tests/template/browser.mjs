@@ -17,8 +17,11 @@ export function launch() {
   return chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", args: switches });
 }
 
-/** Opens a page; `complaints` collects what it says on the console, throws, or asks of the network. */
-export async function open(browser, address, { locale = "ru-RU", ...options } = {}) {
+/**
+ * Opens a page; `complaints` collects what it says on the console, throws, or asks of the network. `prepare` runs
+ * in the page before its own script.
+ */
+export async function open(browser, address, { locale = "ru-RU", prepare, ...options } = {}) {
   const context = await browser.newContext({ locale, viewport: { width: 1280, height: 800 }, ...options });
   context.setDefaultTimeout(120000);
   const page = await context.newPage();
@@ -28,6 +31,7 @@ export async function open(browser, address, { locale = "ru-RU", ...options } = 
   page.on("request", (request) => {
     if (!/^(?:file|data|blob):/.test(request.url())) page.complaints.push(`request of ${request.url()}`);
   });
+  if (prepare) await page.addInitScript(prepare);
   await page.goto(address);
   return page;
 }
@@ -66,6 +70,12 @@ export async function choose(page, menu, entry) {
 }
 
 export const search = (page, text) => page.locator("#query").fill(text);
+
+/** Waits until the rows of so many lines are in the page. */
+export const filled = (page, count) =>
+  page.waitForFunction((all) => document.querySelectorAll("li.ExpandLeaf").length === all, count, {
+    polling: 200,
+  });
 
 /** Waits until the browser has drawn two frames. */
 export const settle = (page) =>

@@ -4,7 +4,7 @@ const names = (text) => Object.fromEntries(text.split(" ").map((name) => [name, 
 
 const browser = names(
   "window document location history navigator localStorage performance console getComputedStyle " +
-    "requestAnimationFrame setTimeout clearTimeout Node NodeFilter Document Highlight CSS ResizeObserver " +
+    "MutationObserver requestAnimationFrame setTimeout clearTimeout Node NodeFilter Document Highlight CSS ResizeObserver " +
     "URL URLSearchParams Blob Intl Event InputEvent KeyboardEvent MouseEvent DOMException innerHeight innerWidth scrollY",
 );
 const node = names("process Buffer URL console setTimeout");

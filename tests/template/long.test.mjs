@@ -2,9 +2,9 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, launch, open, places, search, settle, shown } from "./browser.mjs";
+import { choose, filled, launch, open, places, search, settle, shown } from "./browser.mjs";
 import { makeRun, recordsOf } from "./fixtures.mjs";
-import { pageOf } from "./pages.mjs";
+import { bodyOf, pageOf, writePage, writtenRows } from "./pages.mjs";
 import { pdfText } from "./pdftext.mjs";
 
 const total = 100000;
@@ -73,7 +73,7 @@ for (const layout of ["grouped", "staged", "flat"])
       const count = (kind) => records.filter((line) => line.kind === kind).length;
       assert.deepEqual(told, [count("error"), count("warning"), count("message")]);
       assert.deepEqual(await shown(page), [total, total]);
-      if (layout !== "flat") assert.equal(await places(page), await page.locator("li.ExpandLeaf").count());
+      if (layout !== "flat") assert.equal(await places(page), writtenRows(`long-${layout}`));
       assert.deepEqual(page.complaints, []);
     });
 
@@ -90,6 +90,8 @@ for (const layout of ["grouped", "staged", "flat"])
         true,
       );
     });
+
+    test("get all their rows while nothing else is to do", () => filled(page, writtenRows(`long-${layout}`)));
 
     test("can be unfolded, and each is reached", async () => {
       await choose(page, "Ветви", "Развернуть всё");
@@ -255,6 +257,110 @@ for (const layout of ["grouped", "staged", "flat"])
       assert.ok((await page.locator("[data-near]").count()) < 500);
     });
   });
+
+describe("lines whose rows are not in the page yet", () => {
+  // The browser never finds time.
+  const prepare = () => (window.requestIdleCallback = () => 0);
+  const rows = (page) => page.locator("li.ExpandLeaf").count();
+  const focusedText = (page) => page.evaluate(() => document.activeElement.textContent);
+
+  for (const layout of ["grouped", "staged", "flat"])
+    test(`are searched through, unfolded and reached, ${layout}`, async () => {
+      const name = `unfilled-${layout}`;
+      const run = makeRun(layout, 6000);
+      const address = pageOf(name, run);
+      const page = await open(browser, address, { prepare });
+      const written = writtenRows(name);
+      assert.ok((await rows(page)) < 300);
+      assert.deepEqual(await page.evaluate(holes), []);
+      await choose(page, "Ветви", "Развернуть всё");
+      for (const part of [0.4, 0.41, 1, 0]) {
+        await page.evaluate(
+          (where) => window.scrollTo(0, document.documentElement.scrollHeight * where),
+          part,
+        );
+        await settle(page);
+        await settle(page);
+        assert.deepEqual(await page.evaluate(holes), [], `at ${part}`);
+      }
+      await search(page, "невязка");
+      const found = recordsOf(run).filter(({ text }) => text.toLowerCase().includes("невязка"));
+      assert.deepEqual(await shown(page), [found.length, recordsOf(run).length]);
+      assert.deepEqual(await page.evaluate(holes), []);
+      await search(page, "");
+      await page.locator('[tabindex="0"]:visible').last().focus();
+      await page.keyboard.press("End");
+      const last = bodyOf(name)
+        .match(/<div class="Content [a-z]*">(?:[^<]|<a [^>]*>|<\/a>)*/g)
+        .at(-1);
+      assert.equal((await focusedText(page)).trim(), last.replace(/<[^>]*>/g, ""));
+      assert.ok((await rows(page)) < written / 2);
+      await page.context().close();
+    });
+
+  test("are reached by an address", async () => {
+    const address = pageOf("unfilled-address", makeRun("grouped", 6000));
+    const whole = await open(browser, address);
+    await whole.waitForFunction(() => document.querySelector("li.Node:last-child").id, null, {
+      polling: 200,
+    });
+    await filled(whole, writtenRows("unfilled-address"));
+    const [id, text] = await whole.evaluate(() => {
+      const lines = document.querySelectorAll("li.ExpandLeaf");
+      const line = lines[Math.floor(lines.length * 0.7)];
+      return [line.id, line.textContent];
+    });
+    await whole.context().close();
+    const page = await open(browser, `${address}#${id}`, { prepare });
+    assert.equal(await focusedText(page), text);
+    assert.ok((await rows(page)) < 300);
+    await page.context().close();
+  });
+
+  for (const [event, mode] of [
+    ["beforeprint", "print"],
+    ["blur", "find"],
+  ])
+    test(`get all their rows at once for mode "${mode}"`, async () => {
+      const name = `unfilled-${mode}`;
+      const page = await open(browser, pageOf(name, makeRun("staged", 6000)), { prepare });
+      await page.evaluate((type) => window.dispatchEvent(new Event(type)), event);
+      await page.waitForFunction((wanted) => document.querySelector("main").dataset.long === wanted, mode);
+      assert.equal(await rows(page), writtenRows(name));
+      await page.context().close();
+    });
+
+  test("stand in their lists as they were written, in whatever order they came", async () => {
+    const normal = () => {
+      const copy = document.querySelector("#lines").cloneNode(true);
+      for (const element of copy.querySelectorAll("*"))
+        for (const { name } of [...element.attributes])
+          if (!/^(?:class|href)$/.test(name)) element.removeAttribute(name);
+      return copy.innerHTML.replace(/>\n+/g, ">").replaceAll("ExpandClosed", "ExpandOpen");
+    };
+    const bare = "<!DOCTYPE html><meta charset='utf-8'><div id='lines'></div>";
+    for (const layout of ["grouped", "staged", "flat"]) {
+      const name = `order-${layout}`;
+      const page = await open(browser, pageOf(name, makeRun(layout, 4000)), { prepare });
+      await choose(page, "Ветви", "Развернуть всё");
+      for (const part of [0.8, 0.3, 0.31, 0.5, 0.29]) {
+        await page.evaluate(
+          (where) => window.scrollTo(0, document.documentElement.scrollHeight * where),
+          part,
+        );
+        await settle(page);
+        await settle(page);
+      }
+      await search(page, "невязка");
+      await search(page, "");
+      await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+      const plain = await open(browser, writePage(`bare-${layout}`, bodyOf(name), bare));
+      assert.equal(await page.evaluate(normal), await plain.evaluate(normal));
+      await plain.context().close();
+      await page.context().close();
+    }
+  });
+});
 
 test("scroll height is near to that of the plain layout", async () => {
   for (const layout of ["grouped", "staged", "flat"]) {

@@ -57,6 +57,9 @@ export function bodyOf(name) {
   return page.slice(page.indexOf(open) + open.length, page.lastIndexOf("</div>"));
 }
 
+/** How many rows of lines the library wrote into a page. */
+export const writtenRows = (name) => bodyOf(name).split('<li class="Node ExpandLeaf').length - 1;
+
 /** Writes a page with another generated part, around the template or around another one; answers its address. */
 export function writePage(name, body, template) {
   fixture("blank");

@@ -1,8 +1,8 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, launch, open, search, settle, shown } from "./browser.mjs";
-import { makeRun, recordsOf, runAround, runs } from "./fixtures.mjs";
-import { bodyOf, fixture, pageOf, writePage } from "./pages.mjs";
+import { choose, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
+import { makeLines, makeRun, recordsOf, runAround, runs } from "./fixtures.mjs";
+import { bodyOf, fixture, pageOf, writePage, writtenRows } from "./pages.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -300,10 +300,13 @@ describe("markup inside lines", () => {
     "<select>",
     "<plaintext>",
   ])
-    test(`an unclosed ${broken} leaves the controls and the lines before it`, async () => {
+    test(`an unclosed ${broken} leaves the controls and all other lines`, async () => {
       const name = `unclosed-${broken.replace(/\W/g, "")}`;
-      const opened = await open(browser, pageOf(name, runAround(`до ${broken} после`)));
-      assert.ok((await shown(opened))[1] >= 13);
+      const run = runAround(`до ${broken} после`);
+      const opened = await open(browser, pageOf(name, run));
+      const { length } = run.lines;
+      assert.deepEqual(await shown(opened), [length, length]);
+      assert.equal((await visibleLines(opened)).length, length);
       await search(opened, "до");
       assert.ok((await shown(opened))[0] >= 1);
       assert.deepEqual(
@@ -312,6 +315,56 @@ describe("markup inside lines", () => {
       );
       await opened.context().close();
     });
+
+  test("that is written like the end of a list leaves all lines", async () => {
+    const run = runAround("до</div>\n</li>\n</ul>\n</div>\nпосле");
+    const page = await open(browser, pageOf("forged-end", run));
+    const { length } = run.lines;
+    assert.deepEqual(await shown(page), [length, length]);
+    assert.equal((await visibleLines(page)).length, length);
+    await page.context().close();
+  });
+
+  for (const broken of [
+    "<!--",
+    "<textarea>",
+    "<plaintext>",
+    "<template>",
+    "</div></div>",
+    "<ul data-lines=0>",
+  ])
+    test(`what stands around the lines and holds ${broken} leaves all lines`, async () => {
+      const around = `начало ${broken} конец`;
+      const key = broken.replace(/\W/g, "") || "comment";
+      const staged = makeRun("staged", 60);
+      const stages = staged.stages.map((stage) => ({ ...stage, name: `${stage.name} ${around}` }));
+      const named = '<a href="survey://locate-item?type=LevellingPoint&id=1&project=x">';
+      const first = { kind: "error", text: `Невязка ${named}${around}</a>` };
+      for (const [name, run] of [
+        [`around-staged-${key}`, { ...staged, stages, service: [around], statistics: [around] }],
+        [`around-grouped-${key}`, makeRun("grouped", 60, [first, ...makeLines(60, { items: 3 })])],
+      ]) {
+        const page = await open(browser, pageOf(name, run));
+        const { length } = recordsOf(run);
+        assert.deepEqual(await shown(page), [length, length], name);
+        await choose(page, "Ветви", "Развернуть всё");
+        assert.equal((await visibleLines(page)).length, writtenRows(name), name);
+        await page.context().close();
+      }
+    });
+
+  test("looks as it was written, around the lines as well", async () => {
+    const around = "a <b>b</b><br>c &amp; d";
+    const staged = makeRun("staged", 60);
+    const stages = [{ ...staged.stages[0], name: around }];
+    const run = { ...staged, stages, service: [around], statistics: [around] };
+    const page = await open(browser, pageOf("marked", run));
+    const written = (selector) => page.evaluate((each) => document.querySelector(each).innerHTML, selector);
+    assert.equal(await written("p.service"), around);
+    assert.equal(await written("#lines p:not([class])"), around);
+    assert.match(await written(".stageblock .Content"), /^a <b>b<\/b><br>c &amp; d \(\d+\)$/);
+    await page.context().close();
+  });
 
   test("does not send the page elsewhere", async () => {
     const text = '<meta http-equiv="refresh" content="0;url=about:blank#gone">';

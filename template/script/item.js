@@ -1,0 +1,179 @@
+import { plainText, rowEnd, rowStart } from "./content.js";
+import { disarm, makeElement, textParts } from "./dom.js";
+
+export const kinds = ["error", "warning", "message", "other"];
+
+// In a list of so many rows the line breaks between the rows' tags would double what the browser walks through.
+export const longList = 1000;
+
+const childless = [];
+const itemsByElement = new Map();
+
+/**
+ * A row of the tree, or (without an element) one of the page's trees, which is the parent of its top rows.
+ *
+ * `lists`: the page's lists that hold its children; `folds`: what folds away with the branch;
+ * `markup`: of a line, what the library wrote as its text; `style`: and as its class;
+ * `matches`: a line that the filters let through; `shown`: a row that stands in the tree, open branch or not;
+ * `rows`: the children that are shown; `times`: how many alike lines the row stands for;
+ * `record`: the first of the lines that show the same record, mostly the line itself.
+ */
+export class Item {
+  children = childless;
+  rows = childless;
+  lists = childless;
+  folds = childless;
+  kind = "";
+  isLine = false;
+  isOpen = true;
+  matches = true;
+  shown = true;
+  times = 0;
+  record = this;
+  isNear = false;
+  isLarge = false;
+  height = 0;
+  ends = null;
+  dress = "";
+  id = "";
+
+  constructor(parent, built = null) {
+    this.parent = parent;
+    this.built = built;
+    this.level = parent ? parent.level + 1 : 0;
+    if (built) itemsByElement.set(built, this);
+  }
+
+  /** Makes it a line. */
+  setLine(style, markup) {
+    this.isLine = true;
+    this.style = style;
+    this.markup = markup;
+    this.kind = kinds.find((kind) => style.startsWith(kind)) ?? "other";
+  }
+
+  add(child) {
+    if (this.children === childless) this.children = [];
+    child.place = this.children.push(child) - 1;
+  }
+
+  /** Takes a list of the page as one that holds children; `folds` are the blocks that fold away with it. */
+  addList(list) {
+    let block = list;
+    while (this.built && block.parentElement !== this.built) block = block.parentElement;
+    this.lists = [...this.lists, list];
+    if (!this.folds.includes(block)) this.folds = [...this.folds, block];
+  }
+
+  /** The row's element; that of a line is built when it is asked for. */
+  get element() {
+    if (!this.built && this.isLine) buildRows([this]);
+    return this.built;
+  }
+
+  get caption() {
+    return (this.content ??= captionOf(this.element));
+  }
+
+  get isBranch() {
+    return this.children.length > 0;
+  }
+
+  get isRepeat() {
+    return this.record !== this;
+  }
+}
+
+/** The item that a row's element belongs to. */
+export const itemOf = (element) => itemsByElement.get(element) ?? null;
+
+function captionOf(element) {
+  const second = element.firstElementChild?.nextElementSibling;
+  if (/^Content\b/.test(second?.className)) return second;
+  return element.querySelector(":scope > .Content") ?? element;
+}
+
+function rowMarkup({ parent, style, markup }) {
+  const isShort = parent.children.length < longList;
+  const tags = (text) => (isShort ? text : text.replaceAll("\n", ""));
+  return `${tags(`\n${rowStart}`)}${style}">${markup}${tags(rowEnd)}`;
+}
+
+/** A new row for each line, in a list of their own. When there are several lines, each must be plain. */
+export function makeRows(lines) {
+  const list = makeElement("ul");
+  list.innerHTML = lines.map(rowMarkup).join("");
+  if (lines.length === 1) disarm(list);
+  return list;
+}
+
+/** Builds the rows of lines, in a list of their own. When there are several lines, each must be plain. */
+export function buildRows(lines) {
+  let row = makeRows(lines).firstElementChild;
+  for (const line of lines) {
+    line.built = row;
+    if (line.id) row.id = line.id;
+    itemsByElement.set(row, line);
+    row = row.nextElementSibling;
+  }
+}
+
+function readText(item) {
+  const plain = item.isLine ? plainText(item.markup) : null;
+  item.isPlain = plain !== null;
+  if (item.isPlain) return plain;
+  let text = "";
+  for (const part of textParts(item.caption)) text += part ? part.data : "\n";
+  return text;
+}
+
+/** The item's own text; line breaks in it are line feeds. */
+export function textOf(item) {
+  return (item.text ??= readText(item));
+}
+
+/** Whether a line's markup can't reach beyond its row. */
+export function isPlain(line) {
+  textOf(line);
+  return line.isPlain;
+}
+/** The caption of a branch without the count behind it. */
+export function nameOf(item) {
+  return textOf(item).replace(/ \(\d+\)$/, "");
+}
+
+/** The item's text as the search compares it. */
+export function foldedOf(item) {
+  return (item.folded ??= fold(textOf(item)));
+}
+
+export function fold(text) {
+  const lower = text.toLowerCase();
+  return /[\n\r\t\u00a0]/.test(lower) ? lower.replace(/\s+/g, " ") : lower;
+}
+
+/** What remains of a line when its numbers are taken out. */
+export function maskOf(item) {
+  return (item.mask ??= textOf(item).replace(/[-+\u2212]?\d+(?:[.,]\d+)*/g, "#"));
+}
+
+/** The names of the branches around an item, outermost first. */
+export function pathOf(item) {
+  const path = [];
+  for (let at = item.parent; at.element; at = at.parent) path.unshift(nameOf(at));
+  return path;
+}
+
+export const linksOf = (item) => [...item.caption.querySelectorAll("a[href]")];
+
+/** The model items that a row links to, each once. */
+export function linkedItems(item) {
+  const found = new Map();
+  for (const link of linksOf(item)) {
+    const address = link.getAttribute("href");
+    const id = /[?&]id=(-?\d+)/.exec(address)?.[1];
+    if (id && /:\/\/locate-item\b/.test(address) && !found.has(id))
+      found.set(id, { id, name: link.textContent, address });
+  }
+  return [...found.values()];
+}
