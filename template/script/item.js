@@ -65,9 +65,9 @@ export class Item {
     if (!this.folds.includes(block)) this.folds = [...this.folds, block];
   }
 
-  /** The row's element; that of a line is built when it is asked for. */
+  /** The row's element; a line's is built when it is asked for. */
   get element() {
-    if (!this.built && this.isLine) buildRows([this]);
+    if (isHollow(this)) buildRows([this]);
     return this.built;
   }
 
@@ -107,13 +107,30 @@ export function makeRows(lines) {
   return list;
 }
 
+/** Whether a line has no row yet, or an empty one. */
+export const isHollow = ({ isLine, built }) => isLine && !built?.firstChild;
+
+/**
+ * Makes empty rows for lines. A browser walks through all rows of a list for every change of one, and rows that are
+ * made one after the other stand close together in its memory.
+ */
+export function makeHollowRows(lines) {
+  const row = makeRows(lines.slice(0, 1)).firstElementChild;
+  for (const line of lines) setRow(line, row.cloneNode());
+}
+
+function setRow(line, row) {
+  line.built = row;
+  if (line.id) row.id = line.id;
+  itemsByElement.set(row, line);
+}
+
 /** Builds the rows of lines, in a list of their own. When there are several lines, each must be plain. */
 export function buildRows(lines) {
   let row = makeRows(lines).firstElementChild;
   for (const line of lines) {
-    line.built = row;
-    if (line.id) row.id = line.id;
-    itemsByElement.set(row, line);
+    if (line.built) line.built.append(...row.childNodes);
+    else setRow(line, row);
     row = row.nextElementSibling;
   }
 }

@@ -1,4 +1,4 @@
-import { buildRows, isPlain } from "./item.js";
+import { buildRows, isHollow, isPlain, longList, makeHollowRows } from "./item.js";
 
 const atOnce = 200;
 
@@ -7,11 +7,11 @@ const isPlaced = ({ built }) => Boolean(built?.isConnected);
 /** Puts lines that follow each other in a branch into its list, behind what is there before them. */
 function placeRows(lines) {
   const [first] = lines;
-  if (!first.built) buildRows(lines);
+  if (isHollow(first)) buildRows(lines);
   const { children, lists } = first.parent;
   let before = first.place - 1;
   while (before >= 0 && !isPlaced(children[before])) --before;
-  const made = first.built.parentNode.childNodes;
+  const made = first.built.parentNode?.childNodes ?? lines.map((line) => line.built);
   if (before < 0) lists[0].prepend(...made);
   else children[before].built.after(...made);
 }
@@ -23,8 +23,9 @@ export function placeRow(row) {
 
 /** Puts all rows that are not there yet into their lists, some at each step. */
 export function* fillLists({ branches }) {
-  const isFresh = (row) => row && !row.built && isPlain(row);
+  const isFresh = (row) => row && isHollow(row) && isPlain(row);
   for (const { children } of branches) {
+    if (children.length >= longList) makeHollowRows(children.filter((row) => !row.built && isFresh(row)));
     let at = 0;
     while (at < children.length) {
       const from = at;
