@@ -44,6 +44,7 @@ export class Controls {
   #makeKinds() {
     const { app } = this;
     const { counts } = app.run;
+    find("kinds").replaceChildren();
     this.toggles = kinds
       .filter((kind) => kind !== "other" || counts.other)
       .map((kind) =>
@@ -92,7 +93,7 @@ export class Controls {
       [say("print"), () => window.print()],
       [say("help"), () => this.showHelp()],
     ];
-    find("menus").append(
+    find("menus").replaceChildren(
       menuButton(say("branches"), branches),
       menuButton(say("take"), take),
       menuButton(say("view"), view),

@@ -99,17 +99,19 @@ export function fillHeader(model, reveal) {
   const counts = countKinds(records);
   if (isItemPage) run.title = [say("itemTitle"), itemName(lines)].filter(Boolean).join(": ");
   run.title ||= say("protocol");
-  find("title").append(run.title);
-  find("facts").append(...[run.date, run.project].filter(Boolean).map((fact) => build("span", {}, fact)));
+  find("title").replaceChildren(run.title);
+  find("facts").replaceChildren(
+    ...[run.date, run.project].filter(Boolean).map((fact) => build("span", {}, fact)),
+  );
   page.querySelector("title").textContent = [run.title, run.project].filter(Boolean).join(" – ");
 
   const [state, verdict] = verdictOf(counts, records.length, isItemPage || run.date);
   find("verdict").className = state;
-  find("verdict").append(verdict);
+  find("verdict").replaceChildren(verdict);
 
   const parts = partsOf(model);
   find("stages").hidden = !parts.length;
-  find("stages").append(...parts.map((part) => stageEntry(part, reveal)));
+  find("stages").replaceChildren(...parts.map((part) => stageEntry(part, reveal)));
   find("stages").setAttribute("aria-label", say("stages"));
   foldService();
   return { ...run, counts };

@@ -15,6 +15,7 @@ export function handleKey(app, event) {
   const isField = event.target.matches("input, textarea, dialog *, [role=menu] *");
   const isControlled = event.ctrlKey || event.metaKey;
   if (event.key === "F3" || (isControlled && event.code === "KeyF")) app.view.spread("find");
+  if (isControlled && event.code === "KeyS") app.view.fill();
   if (event.target === query && event.key === "Escape" && query.value) {
     event.preventDefault();
     app.setFilters({ search: "" });

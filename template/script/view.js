@@ -34,7 +34,7 @@ export class View {
     for (const tree of model.trees) writeAttribute(tree.lists[0], "role", "tree");
     this.filling = fillLists(model);
     if (!this.isLong) {
-      this.#fill();
+      this.fill();
       return;
     }
     this.#setMode("near");
@@ -194,7 +194,7 @@ export class View {
   }
 
   /** Puts the rows that are not in the page yet into their lists, at once. */
-  #fill() {
+  fill() {
     while (!this.filling.next().done);
   }
 
@@ -227,7 +227,7 @@ export class View {
   /** Lays out every shown row; in mode "find" the browser draws none far from the view until it finds it. */
   spread(mode) {
     if (this.mode !== "near") return;
-    this.#fill();
+    this.fill();
     const place = this.placeOf(this.topRow());
     this.leftAt = mode === "print" && place;
     for (const node of this.model.branches) {

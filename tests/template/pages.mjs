@@ -60,13 +60,18 @@ export function bodyOf(name) {
 /** How many rows of lines the library wrote into a page. */
 export const writtenRows = (name) => bodyOf(name).split('<li class="Node ExpandLeaf').length - 1;
 
+/** Writes a whole page; answers its address. */
+export function writeFile(name, text) {
+  fs.writeFileSync(fileOf(name), text);
+  return addressOf(name);
+}
+
 /** Writes a page with another generated part, around the template or around another one; answers its address. */
 export function writePage(name, body, template) {
   fixture("blank");
   const whole = template ?? fs.readFileSync(fileOf("blank"), "utf8");
   const split = whole.lastIndexOf("</div>");
-  fs.writeFileSync(fileOf(name), whole.slice(0, split) + body + whole.slice(split));
-  return addressOf(name);
+  return writeFile(name, whole.slice(0, split) + body + whole.slice(split));
 }
 
 const samples = ["two-benchmarks", "one-benchmark", "blunder"];

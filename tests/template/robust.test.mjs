@@ -1,8 +1,8 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
+import { choose, filled, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
 import { makeLines, makeRun, recordsOf, runAround, runs } from "./fixtures.mjs";
-import { bodyOf, fixture, pageOf, writePage, writtenRows } from "./pages.mjs";
+import { bodyOf, fixture, pageOf, writeFile, writePage, writtenRows } from "./pages.mjs";
 
 let browser;
 before(async () => (browser = await launch()));
@@ -371,6 +371,44 @@ describe("markup inside lines", () => {
     const page = await open(browser, pageOf("refresh", runAround(text)));
     await page.waitForTimeout(500);
     assert.doesNotMatch(page.url(), /gone/);
+    await page.context().close();
+  });
+});
+
+describe("a page that the browser has saved with what the script did to it", () => {
+  const save = (page) => page.evaluate(() => `<!doctype html>${document.documentElement.outerHTML}`);
+  const bar = (page) => page.evaluate(() => document.querySelector("#bar").innerText);
+  const rowsOf = (page) =>
+    page.evaluate(() =>
+      [...document.querySelectorAll("#lines li.Node")].map((row) => row.textContent.trim()),
+    );
+
+  for (const name of ["grouped", "staged", "flat", "item", "hostile"])
+    test(`opens as before (${name})`, async () => {
+      const page = await open(browser, fixture(name));
+      await choose(page, "Ветви", "Развернуть всё");
+      const before = [await bar(page), await rowsOf(page), (await visibleLines(page)).length];
+      await page.locator("[data-kind=message]").click();
+      await page.locator("#alike").click();
+      const again = await open(browser, writeFile(`saved-${name}`, await save(page)));
+      await again.locator("[data-kind=message]").click();
+      await again.locator("[data-kind=message]").click();
+      assert.deepEqual([await bar(again), await rowsOf(again), (await visibleLines(again)).length], before);
+      assert.equal(await again.locator("[tabindex='0']").count(), 1);
+      await again.context().close();
+      await page.context().close();
+    });
+
+  test("holds all lines of a long page when it is saved by the key", async () => {
+    const name = "saved-early";
+    const prepare = () => (window.requestIdleCallback = () => 0);
+    const page = await open(browser, pageOf(name, makeRun("staged", 3000)), { prepare });
+    const before = [await bar(page), await shown(page)];
+    await page.keyboard.press("Control+s");
+    const again = await open(browser, writeFile("saved-again", await save(page)));
+    assert.deepEqual([await bar(again), await shown(again)], before);
+    await filled(again, writtenRows(name));
+    await again.context().close();
     await page.context().close();
   });
 });
