@@ -87,7 +87,7 @@ QByteArray TemplateAssembler::assemble(const QString& markup, const QString& sty
                                        const QStringList& ownNames)
 {
     const QString styleText = asciiStyle(Squeezer::squeeze(style, Squeezer::Language::Style));
-    // In a text or an expression an escaped slash is the same, and does not end the script.
+    // In strings and regular expressions an escaped slash is the same, and does not end the script.
     const QString scriptText = asciiScript(Squeezer::squeeze(script, Squeezer::Language::Script, ownNames))
                                    .replace(QStringLiteral("</"), QStringLiteral("<\\/"));
     requireNone(styleText, QStringLiteral("</"), QStringLiteral("style"));

@@ -17,11 +17,13 @@ export function build(tag, attributes, ...children) {
   return made;
 }
 
-/** Takes what a line could still do from its elements: the policy does not keep it from leading elsewhere. */
+/** Takes from a part of the page what lines in it could still do; the policy does not keep them from all of it. */
 export function disarm(part) {
   for (const meta of part.querySelectorAll("meta")) meta.removeAttribute("http-equiv");
   // The policy blocks images; what stands for one must not trouble a screen reader.
   for (const image of part.querySelectorAll("img")) image.alt ||= "";
+  // A row inside a caption is none.
+  for (const row of part.querySelectorAll(".Content li")) row.className = "";
 }
 
 /** Sets an attribute, or takes it away when the value is null. Writes only what differs. */

@@ -133,7 +133,7 @@ export class Heights {
 
 function treeOf(item) {
   let node = item;
-  while (node.element) node = node.parent;
+  while (node.parent) node = node.parent;
   return node;
 }
 

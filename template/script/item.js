@@ -1,4 +1,4 @@
-import { plainText, rowEnd, rowStart } from "./content.js";
+import { plainLink, plainText, rowEnd, rowStart } from "./content.js";
 import { disarm, makeElement, textParts } from "./dom.js";
 
 export const kinds = ["error", "warning", "message", "other"];
@@ -49,7 +49,7 @@ export class Item {
     this.isLine = true;
     this.style = style;
     this.markup = markup;
-    this.kind = kinds.find((kind) => style.startsWith(kind)) ?? "other";
+    this.kind = kinds.includes(style) ? style : "other";
   }
 
   add(child) {
@@ -72,7 +72,13 @@ export class Item {
   }
 
   get caption() {
-    return (this.content ??= captionOf(this.element));
+    return (this.foundCaption ??= captionOf(this.element));
+  }
+
+  /** The text of a line whose markup is but text and whole links; of another row null. */
+  get plain() {
+    if (this.foundPlain === undefined) this.foundPlain = this.isLine ? plainText(this.markup) : null;
+    return this.foundPlain;
   }
 
   get isBranch() {
@@ -93,17 +99,22 @@ function captionOf(element) {
   return element.querySelector(":scope > .Content") ?? element;
 }
 
-function rowMarkup({ parent, style, markup }) {
+function rowMarkup({ parent, style, markup, plain }) {
   const isShort = parent.children.length < longList;
   const tags = (text) => (isShort ? text : text.replaceAll("\n", ""));
-  return `${tags(`\n${rowStart}`)}${style}">${markup}${tags(rowEnd)}`;
+  return `${tags(`\n${rowStart}`)}${style}">${plain === null ? "" : markup}${tags(rowEnd)}`;
 }
 
 /** A new row for each line, in a list of their own. When there are several lines, each must be plain. */
 export function makeRows(lines) {
   const list = makeElement("ul");
   list.innerHTML = lines.map(rowMarkup).join("");
-  if (lines.length === 1) disarm(list);
+  const [{ plain, markup }] = lines;
+  if (plain === null) {
+    // By itself it can't reach beyond its row.
+    list.querySelector(".Content").innerHTML = markup;
+    disarm(list);
+  }
   return list;
 }
 
@@ -136,9 +147,7 @@ export function buildRows(lines) {
 }
 
 function readText(item) {
-  const plain = item.isLine ? plainText(item.markup) : null;
-  item.isPlain = plain !== null;
-  if (item.isPlain) return plain;
+  if (item.plain !== null) return item.plain;
   let text = "";
   for (const part of textParts(item.caption)) text += part ? part.data : "\n";
   return text;
@@ -149,11 +158,6 @@ export function textOf(item) {
   return (item.text ??= readText(item));
 }
 
-/** Whether a line's markup can't reach beyond its row. */
-export function isPlain(line) {
-  textOf(line);
-  return line.isPlain;
-}
 /** The caption of a branch without the count behind it. */
 export function nameOf(item) {
   return textOf(item).replace(/ \(\d+\)$/, "");
@@ -183,14 +187,18 @@ export function pathOf(item) {
 
 export const linksOf = (item) => [...item.caption.querySelectorAll("a[href]")];
 
+/** The addresses and texts of a row's links; of a plain line without its element. */
+function addressesOf(item) {
+  if (item.plain !== null && !/&[#\w]+;/.test(item.markup)) return item.markup.matchAll(plainLink);
+  return linksOf(item).map((link) => [null, link.getAttribute("href"), link.textContent]);
+}
+
 /** The model items that a row links to, each once. */
 export function linkedItems(item) {
   const found = new Map();
-  for (const link of linksOf(item)) {
-    const address = link.getAttribute("href");
+  for (const [, address, name] of addressesOf(item)) {
     const id = /[?&]id=(-?\d+)/.exec(address)?.[1];
-    if (id && /:\/\/locate-item\b/.test(address) && !found.has(id))
-      found.set(id, { id, name: link.textContent, address });
+    if (id && /:\/\/locate-item\b/.test(address) && !found.has(id)) found.set(id, { id, name, address });
   }
   return [...found.values()];
 }

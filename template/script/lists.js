@@ -1,4 +1,4 @@
-import { buildRows, isHollow, isPlain, longList, makeHollowRows } from "./item.js";
+import { buildRows, isHollow, longList, makeHollowRows } from "./item.js";
 
 const atOnce = 200;
 
@@ -23,7 +23,7 @@ export function placeRow(row) {
 
 /** Puts all rows that are not there yet into their lists, some at each step. */
 export function* fillLists({ branches }) {
-  const isFresh = (row) => row && isHollow(row) && isPlain(row);
+  const isFresh = (row) => row && isHollow(row) && row.plain !== null;
   for (const { children } of branches) {
     if (children.length >= longList) makeHollowRows(children.filter((row) => !row.built && isFresh(row)));
     let at = 0;

@@ -16,7 +16,7 @@ export function lastRow({ trees }) {
 
 export function nextRow(model, item) {
   if (item.isOpen && item.rows.length) return item.rows[0];
-  for (let node = item; node.element; node = node.parent) {
+  for (let node = item; node.parent; node = node.parent) {
     const next = beside(model, node, 1);
     if (next) return next;
   }

@@ -316,13 +316,31 @@ describe("markup inside lines", () => {
       await opened.context().close();
     });
 
-  test("that is written like the end of a list leaves all lines", async () => {
-    const run = runAround("до</div>\n</li>\n</ul>\n</div>\nпосле");
-    const page = await open(browser, pageOf("forged-end", run));
-    const { length } = run.lines;
-    assert.deepEqual(await shown(page), [length, length]);
-    assert.equal((await visibleLines(page)).length, length);
-    await page.context().close();
+  for (const tail of ["после", "<!--", "<plaintext>", "<ul data-lines=0></ul>", "<h1>".repeat(20000)])
+    test(`that is written like the end of a list leaves all lines (${tail.slice(0, 30)})`, async () => {
+      const run = runAround(`до</div>\n</li>\n</ul>\n</div>\n${tail}`);
+      const page = await open(browser, pageOf("forged-end", run));
+      const { length } = run.lines;
+      assert.deepEqual(await shown(page), [length, length]);
+      assert.equal((await visibleLines(page)).length, length);
+      assert.deepEqual(page.complaints, []);
+      await page.context().close();
+    });
+
+  test("belongs to the line alone", async () => {
+    const fake = '</div></li><li class="Node ExpandLeaf IsLast"><div class="Content error">подделка';
+    for (const [text, seen] of [
+      ["до <textarea>после", "до после"],
+      [`до ${fake}`, "до подделка"],
+    ]) {
+      const run = runAround(text);
+      const page = await open(browser, pageOf("alone", run));
+      assert.equal(await page.locator("li.ExpandLeaf").count(), run.lines.length);
+      assert.equal((await visibleLines(page))[12], seen);
+      await search(page, "невязка -подделка -после");
+      assert.ok((await visibleLines(page)).every((line) => !/подделка|после/.test(line)));
+      await page.context().close();
+    }
   });
 
   for (const broken of [
@@ -335,13 +353,14 @@ describe("markup inside lines", () => {
   ])
     test(`what stands around the lines and holds ${broken} leaves all lines`, async () => {
       const around = `начало ${broken} конец`;
+      const gap = `начало</p>\n${broken}`;
       const key = broken.replace(/\W/g, "") || "comment";
       const staged = makeRun("staged", 60);
       const stages = staged.stages.map((stage) => ({ ...stage, name: `${stage.name} ${around}` }));
       const named = '<a href="survey://locate-item?type=LevellingPoint&id=1&project=x">';
       const first = { kind: "error", text: `Невязка ${named}${around}</a>` };
       for (const [name, run] of [
-        [`around-staged-${key}`, { ...staged, stages, service: [around], statistics: [around] }],
+        [`around-staged-${key}`, { ...staged, stages, service: [around, gap], statistics: [around] }],
         [`around-grouped-${key}`, makeRun("grouped", 60, [first, ...makeLines(60, { items: 3 })])],
       ]) {
         const page = await open(browser, pageOf(name, run));
@@ -399,6 +418,16 @@ describe("a page that the browser has saved with what the script did to it", () 
       await page.context().close();
     });
 
+  test("keeps the lines behind one that would take all for text", async () => {
+    const run = runAround("до <plaintext> после");
+    const page = await open(browser, pageOf("saved-plaintext", run));
+    const again = await open(browser, writeFile("saved-plaintext-again", await save(page)));
+    assert.deepEqual(await shown(again), await shown(page));
+    assert.deepEqual(await rowsOf(again), await rowsOf(page));
+    await again.context().close();
+    await page.context().close();
+  });
+
   test("holds all lines of a long page when it is saved by the key", async () => {
     const name = "saved-early";
     const prepare = () => (window.requestIdleCallback = () => 0);
@@ -411,6 +440,28 @@ describe("a page that the browser has saved with what the script did to it", () 
     await again.context().close();
     await page.context().close();
   });
+});
+
+test("a text that comes in pieces is read whole", async () => {
+  const prepare = () =>
+    new MutationObserver(() => {
+      const text = document.querySelector("plaintext")?.lastChild;
+      if (text?.length > 5000) text.splitText(5000);
+    }).observe(document, { childList: true, characterData: true, subtree: true });
+  const page = await open(browser, fixture("staged"), { prepare });
+  const { length } = recordsOf(runs.staged);
+  assert.deepEqual(await shown(page), [length, length]);
+  await page.context().close();
+});
+
+test("where the script fails the lines are there as they were written", async () => {
+  const prepare = () => delete Array.prototype.findLast;
+  for (const name of ["grouped", "staged", "hostile"]) {
+    const page = await open(browser, fixture(name), { prepare });
+    assert.equal(page.complaints.filter((text) => /findLast/.test(text)).length, 1);
+    assert.equal((await visibleLines(page)).length, writtenRows(name), name);
+    await page.context().close();
+  }
 });
 
 test("the rows' tags, texts and classes stay as they were written", async () => {
