@@ -107,6 +107,26 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
+  test("names the items as a browser reads their links", async () => {
+    const link = (id, name) =>
+      `<a href="survey://locate-item?type=LevellingPoint&amp;id=${id}&amp;project=x">${name}</a>`;
+    const text = `Пункты ${link(7, "Рп 7")} и ${link(-8, "Рп &lt;8>")}`;
+    const page = await open(browser, pageOf("items", makeRun("flat", 0, [{ kind: "error", text }])));
+    const { lines: records } = JSON.parse((await saved(page, "Сохранить: JSON")).bytes.toString("utf8"));
+    const address = (id) => `survey://locate-item?type=LevellingPoint&id=${id}&project=x`;
+    assert.equal(records[0].text, "Пункты Рп 7 и Рп <8>");
+    assert.deepEqual(records[0].items, [
+      { id: "7", name: "Рп 7", address: address(7) },
+      { id: "-8", name: "Рп <8>", address: address(-8) },
+    ]);
+    const plain = pageOf("items-plain", makeRun("flat", 0, [{ kind: "error", text: link(7, "Рп 7") }]));
+    const again = await open(browser, plain);
+    const told = JSON.parse((await saved(again, "Сохранить: JSON")).bytes.toString("utf8"));
+    assert.deepEqual(told.lines[0].items, [{ id: "7", name: "Рп 7", address: address(7) }]);
+    await again.context().close();
+    await page.context().close();
+  });
+
   test("quotes commas, quotes and line breaks in CSV", async () => {
     const page = await open(browser, fixture("flat"));
     await page.evaluate(() => {
