@@ -109,10 +109,10 @@ function rowMarkup({ parent, style, markup, plain }) {
 export function makeRows(lines) {
   const list = makeElement("ul");
   list.innerHTML = lines.map(rowMarkup).join("");
-  const [{ plain, markup }] = lines;
-  if (plain === null) {
+  const [first] = lines;
+  if (first?.plain === null) {
     // By itself it can't reach beyond its row.
-    list.querySelector(".Content").innerHTML = markup;
+    list.querySelector(".Content").innerHTML = first.markup;
     disarm(list);
   }
   return list;
