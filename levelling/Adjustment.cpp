@@ -13,7 +13,7 @@ namespace levelling {
 namespace {
 
 // Below this redundancy a residual is only rounding.
-constexpr double s_leastRedundancy = 1e-6;
+constexpr double kLeastRedundancy = 1e-6;
 
 AdjustedSection adjustSection(const Section& section, double term, double correction,
                               double differenceVariance)
@@ -23,7 +23,7 @@ AdjustedSection adjustSection(const Section& section, double term, double correc
     adjusted.absoluteTerm = term;
     adjusted.residual = correction - term;
     adjusted.redundancy = std::clamp(1.0 - differenceVariance / variance, 0.0, 1.0);
-    if (adjusted.redundancy > s_leastRedundancy) {
+    if (adjusted.redundancy > kLeastRedundancy) {
         adjusted.residualSigma = section.sigma * std::sqrt(adjusted.redundancy);
         adjusted.normalisedResidual = adjusted.residual / *adjusted.residualSigma;
     }
@@ -35,7 +35,7 @@ FitStatistics fitOf(const Network& network, const Component& component, const Ad
     FitStatistics fit;
     fit.redundancy = component.getRedundancy();
     for (const int index : component.sections) {
-        const auto section = static_cast<size_t>(index);
+        const auto section = static_cast<std::size_t>(index);
         const double scaled = adjustment.sections[section]->residual / network.sections[section].sigma;
         fit.pvv += scaled * scaled;
     }
@@ -88,7 +88,7 @@ Adjustment adjust(const Network& network)
     }
     equations.invert();
 
-    for (size_t index = 0; index < network.points.size(); ++index) {
+    for (std::size_t index = 0; index < network.points.size(); ++index) {
         if (!heights[index])
             continue;
         const auto point = static_cast<int>(index);
@@ -96,9 +96,9 @@ Adjustment adjust(const Network& network)
         result.points[index] =
             AdjustedPoint{*heights[index], height, std::sqrt(equations.getVariance(point))};
     }
-    for (size_t index = 0; index < network.sections.size(); ++index) {
+    for (std::size_t index = 0; index < network.sections.size(); ++index) {
         const Section& section = network.sections[index];
-        if (!heights[static_cast<size_t>(section.from)])
+        if (!heights[static_cast<std::size_t>(section.from)])
             continue;
         const double correction = equations.getCorrection(section.to) - equations.getCorrection(section.from);
         result.sections[index] = adjustSection(section, equations.getTerm(section), correction,

@@ -8,17 +8,17 @@ std::vector<std::optional<double>> approximateHeights(const SectionGraph& graph)
 {
     const Network& network = graph.getNetwork();
     std::vector<std::optional<double>> heights(network.points.size());
-    for (size_t point = 0; point < heights.size(); ++point) {
+    for (std::size_t point = 0; point < heights.size(); ++point) {
         if (network.points[point].fixed)
             heights[point] = network.points[point].height;
     }
 
-    std::queue<int> reached({SectionGraph::datum});
+    std::queue<int> reached({SectionGraph::kDatum});
     while (!reached.empty()) {
         for (const SectionGraph::Link& link : graph.getLinks(reached.front())) {
-            const Section& section = network.sections[static_cast<size_t>(link.section)];
-            std::optional<double>& from = heights[static_cast<size_t>(section.from)];
-            std::optional<double>& to = heights[static_cast<size_t>(section.to)];
+            const Section& section = network.sections[static_cast<std::size_t>(link.section)];
+            std::optional<double>& from = heights[static_cast<std::size_t>(section.from)];
+            std::optional<double>& to = heights[static_cast<std::size_t>(section.to)];
             if (from && to)
                 continue;
             if (from)

@@ -14,13 +14,13 @@ namespace {
 /// Sets discrepancy and length from the sections of the pair.
 void summarise(const Network& network, RepeatedSections& repeated)
 {
-    const double first = network.sections[static_cast<size_t>(repeated.forward.front())].difference;
+    const double first = network.sections[static_cast<std::size_t>(repeated.forward.front())].difference;
     double smallest = first;
     double largest = first;
     double lengthSum = 0.0;
     bool lengthKnown = true;
     const auto take = [&](int index, double sign) {
-        const Section& section = network.sections[static_cast<size_t>(index)];
+        const Section& section = network.sections[static_cast<std::size_t>(index)];
         smallest = std::min(smallest, sign * section.difference);
         largest = std::max(largest, sign * section.difference);
         lengthSum += section.distance.value_or(0.0);
@@ -53,19 +53,19 @@ std::vector<Component> findComponents(const Network& network)
 
     std::vector<Component> components;
     // A set is met at its smallest member first, so the component exists when the others come.
-    std::vector<size_t> componentOfPoint(network.points.size());
+    std::vector<std::size_t> componentOfPoint(network.points.size());
     for (int point = 0; point < pointCount; ++point) {
         const int first = sets.find(point);
         if (first == point)
             components.emplace_back();
-        const size_t component =
-            first == point ? components.size() - 1 : componentOfPoint[static_cast<size_t>(first)];
-        componentOfPoint[static_cast<size_t>(point)] = component;
+        const std::size_t component =
+            first == point ? components.size() - 1 : componentOfPoint[static_cast<std::size_t>(first)];
+        componentOfPoint[static_cast<std::size_t>(point)] = component;
         components[component].points.push_back(point);
-        components[component].fixedPoints += network.points[static_cast<size_t>(point)].fixed ? 1 : 0;
+        components[component].fixedPoints += network.points[static_cast<std::size_t>(point)].fixed ? 1 : 0;
     }
-    for (size_t section = 0; section < network.sections.size(); ++section) {
-        const auto from = static_cast<size_t>(network.sections[section].from);
+    for (std::size_t section = 0; section < network.sections.size(); ++section) {
+        const auto from = static_cast<std::size_t>(network.sections[section].from);
         components[componentOfPoint[from]].sections.push_back(static_cast<int>(section));
     }
     return components;
@@ -90,8 +90,8 @@ std::vector<UndeterminedPoint> findUndeterminedPoints(const std::vector<Componen
 std::vector<RepeatedSections> findRepeatedSections(const Network& network)
 {
     std::vector<RepeatedSections> pairs;
-    QHash<QPair<int, int>, size_t> pairOfEnds;
-    for (size_t index = 0; index < network.sections.size(); ++index) {
+    QHash<QPair<int, int>, std::size_t> pairOfEnds;
+    for (std::size_t index = 0; index < network.sections.size(); ++index) {
         const Section& section = network.sections[index];
         const QPair<int, int> ends(std::min(section.from, section.to), std::max(section.from, section.to));
         const auto known = pairOfEnds.constFind(ends);

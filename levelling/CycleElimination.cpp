@@ -6,14 +6,14 @@
 
 namespace levelling {
 
-CycleElimination::CycleElimination(int sectionCount) : cycleOfPivot(static_cast<size_t>(sectionCount))
+CycleElimination::CycleElimination(int sectionCount) : cycleOfPivot(static_cast<std::size_t>(sectionCount))
 {}
 
 bool CycleElimination::add(std::vector<int> cycle)
 {
     std::sort(cycle.begin(), cycle.end());
     while (!cycle.empty()) {
-        std::vector<int>& other = cycleOfPivot[static_cast<size_t>(cycle.back())];
+        std::vector<int>& other = cycleOfPivot[static_cast<std::size_t>(cycle.back())];
         if (other.empty()) {
             other = std::move(cycle);
             return true;

@@ -16,13 +16,13 @@ public:
     /// whether it was.
     bool add(std::vector<int> cycle);
     /// Count of elements that all sums so far had.
-    size_t getWork() const { return work; }
+    std::size_t getWork() const { return work; }
 
 private:
     /// The taken cycles, reduced and ascending, each at its highest number, which no other has as highest.
     std::vector<std::vector<int>> cycleOfPivot;
     std::vector<int> sum;
-    size_t work = 0;
+    std::size_t work = 0;
 };
 
 } // namespace levelling

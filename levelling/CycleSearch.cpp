@@ -9,14 +9,14 @@ namespace levelling {
 namespace {
 
 // Nodes that all searches together may look at beyond what the basis needs, and what each may at least.
-constexpr size_t s_extraNodes = 2'000'000;
-constexpr size_t s_extraNodesPerRoot = 32;
+constexpr std::size_t kExtraNodes = 2'000'000;
+constexpr std::size_t kExtraNodesPerRoot = 32;
 
 } // namespace
 
 CycleSearch::CycleSearch(const SectionGraph& searchedGraph)
     : graph(searchedGraph)
-    , visits(static_cast<size_t>(searchedGraph.getNodeCount()))
+    , visits(static_cast<std::size_t>(searchedGraph.getNodeCount()))
 {
     orderNodes();
     rankSections();
@@ -27,7 +27,8 @@ std::vector<CycleSearch::Candidate> CycleSearch::findCandidates()
     std::vector<int> roots;
     std::copy_if(order.begin(), order.end(), std::back_inserter(roots),
                  [this](int node) { return linksToEarlier(node).size() > 1; });
-    const size_t extraNodes = std::max(s_extraNodesPerRoot, s_extraNodes / std::max<size_t>(roots.size(), 1));
+    const std::size_t extraNodes =
+        std::max(kExtraNodesPerRoot, kExtraNodes / std::max<std::size_t>(roots.size(), 1));
     for (const int root : roots)
         searchFrom(root, extraNodes);
     addDatumLines();
@@ -41,7 +42,7 @@ std::vector<CycleSearch::Candidate> CycleSearch::findCandidates()
 
 void CycleSearch::addDatumLines()
 {
-    constexpr int datum = SectionGraph::datum;
+    constexpr int datum = SectionGraph::kDatum;
     const auto sectionCount = static_cast<int>(graph.getNetwork().sections.size());
     for (int section = 0; section < sectionCount; ++section) {
         if (graph.getFrom(section) == datum && graph.getTo(section) == datum)
@@ -51,32 +52,32 @@ void CycleSearch::addDatumLines()
 
 bool CycleSearch::isBefore(int node, int root) const
 {
-    return positionOfNode[static_cast<size_t>(node)] < positionOfNode[static_cast<size_t>(root)];
+    return positionOfNode[static_cast<std::size_t>(node)] < positionOfNode[static_cast<std::size_t>(root)];
 }
 
 void CycleSearch::orderNodes()
 {
     const int nodeCount = graph.getNodeCount();
-    positionOfNode.assign(static_cast<size_t>(nodeCount), -1);
-    positionOfNode[SectionGraph::datum] = nodeCount - 1;
-    order.reserve(static_cast<size_t>(nodeCount));
+    positionOfNode.assign(static_cast<std::size_t>(nodeCount), -1);
+    positionOfNode[SectionGraph::kDatum] = nodeCount - 1;
+    order.reserve(static_cast<std::size_t>(nodeCount));
     for (int node = 0; node < nodeCount; ++node)
         appendBreadthFirst(node);
-    order.push_back(SectionGraph::datum);
+    order.push_back(SectionGraph::kDatum);
 }
 
 void CycleSearch::appendBreadthFirst(int start)
 {
     const auto appendIfNew = [this](int node) {
-        int& position = positionOfNode[static_cast<size_t>(node)];
+        int& position = positionOfNode[static_cast<std::size_t>(node)];
         if (position < 0) {
             position = static_cast<int>(order.size());
             order.push_back(node);
         }
     };
-    const size_t first = order.size();
+    const std::size_t first = order.size();
     appendIfNew(start);
-    for (size_t next = first; next < order.size(); ++next) {
+    for (std::size_t next = first; next < order.size(); ++next) {
         for (const SectionGraph::Link& link : graph.getLinks(order[next]))
             appendIfNew(link.node);
     }
@@ -88,7 +89,7 @@ void CycleSearch::rankSections()
     int rank = 0;
     for (const int node : order) {
         for (const SectionGraph::Link& link : graph.getLinks(node)) {
-            int& rankOfLink = rankOfSection[static_cast<size_t>(link.section)];
+            int& rankOfLink = rankOfSection[static_cast<std::size_t>(link.section)];
             if (!isBefore(node, link.node) && rankOfLink < 0)
                 rankOfLink = rank++;
         }
@@ -109,13 +110,13 @@ std::vector<SectionGraph::Link> CycleSearch::linksToEarlier(int root) const
     return links;
 }
 
-size_t CycleSearch::startBranches(int root)
+std::size_t CycleSearch::startBranches(int root)
 {
     queue.clear();
     Visit start;
     start.root = root;
     for (const SectionGraph::Link& link : linksToEarlier(root)) {
-        if (visits[static_cast<size_t>(link.node)].root == root) {
+        if (visits[static_cast<std::size_t>(link.node)].root == root) {
             addCandidate(root, link.section, link.node, root, true);
         } else {
             start.branch = static_cast<int>(queue.size());
@@ -125,18 +126,18 @@ size_t CycleSearch::startBranches(int root)
     return queue.size();
 }
 
-void CycleSearch::searchFrom(int root, size_t extraNodes)
+void CycleSearch::searchFrom(int root, std::size_t extraNodes)
 {
-    size_t branchesLeft = startBranches(root);
+    std::size_t branchesLeft = startBranches(root);
     DisjointSets branches(static_cast<int>(branchesLeft));
-    for (size_t next = 0; next < queue.size() && (branchesLeft > 1 || next < extraNodes); ++next) {
+    for (std::size_t next = 0; next < queue.size() && (branchesLeft > 1 || next < extraNodes); ++next) {
         const int node = queue[next];
-        Visit& here = visits[static_cast<size_t>(node)];
+        Visit& here = visits[static_cast<std::size_t>(node)];
         here.done = true;
         for (const SectionGraph::Link& link : graph.getLinks(node)) {
             if (!isBefore(link.node, root) || link.section == here.parentSection)
                 continue;
-            const Visit& there = visits[static_cast<size_t>(link.node)];
+            const Visit& there = visits[static_cast<std::size_t>(link.node)];
             if (there.root != root || !there.done) {
                 carryOn(here, node, link);
             } else if (there.branch != here.branch) {
@@ -158,7 +159,7 @@ void CycleSearch::carryOn(const Visit& way, int node, const SectionGraph::Link& 
     carried.length += getLength(link.section);
     carried.done = false;
 
-    Visit& known = visits[static_cast<size_t>(link.node)];
+    Visit& known = visits[static_cast<std::size_t>(link.node)];
     const bool isNew = known.root != way.root;
     if (isNew)
         queue.push_back(link.node);
@@ -168,7 +169,7 @@ void CycleSearch::carryOn(const Visit& way, int node, const SectionGraph::Link& 
 
 double CycleSearch::getLength(int section) const
 {
-    return graph.getNetwork().sections[static_cast<size_t>(section)].distance.value_or(0.0);
+    return graph.getNetwork().sections[static_cast<std::size_t>(section)].distance.value_or(0.0);
 }
 
 void CycleSearch::addCandidate(int root, int section, int nodeA, int nodeB, bool isNeeded)
@@ -182,7 +183,7 @@ void CycleSearch::addCandidate(int root, int section, int nodeA, int nodeB, bool
     append(section);
     for (int node : {nodeA, nodeB}) {
         while (node != root) {
-            const Visit& way = visits[static_cast<size_t>(node)];
+            const Visit& way = visits[static_cast<std::size_t>(node)];
             append(way.parentSection);
             node = way.parentNode;
         }

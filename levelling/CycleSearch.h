@@ -33,7 +33,7 @@ public:
     std::vector<Candidate> findCandidates();
     /// Position of the section in an order in which sections near each other are close; eliminating in this
     /// order keeps sums of cycles short.
-    int getRank(int section) const { return rankOfSection[static_cast<size_t>(section)]; }
+    int getRank(int section) const { return rankOfSection[static_cast<std::size_t>(section)]; }
 
 private:
     /// The shortest way from the root to a node found so far.
@@ -59,11 +59,11 @@ private:
     void rankSections();
     /// Links to nodes before the root, the shortest first.
     std::vector<SectionGraph::Link> linksToEarlier(int root) const;
-    void searchFrom(int root, size_t extraNodes);
+    void searchFrom(int root, std::size_t extraNodes);
     /// Adds the sections between two fixed points, each a cycle by itself.
     void addDatumLines();
     /// Starts a branch along every link that leads to a node of its own; returns their count.
-    size_t startBranches(int root);
+    std::size_t startBranches(int root);
     /// Carries the way to a node on along a section that leads to a node not done yet.
     void carryOn(const Visit& way, int node, const SectionGraph::Link& link);
     double getLength(int section) const;

@@ -10,7 +10,7 @@ namespace levelling {
 class DisjointSets
 {
 public:
-    explicit DisjointSets(int count) : parents(static_cast<size_t>(count))
+    explicit DisjointSets(int count) : parents(static_cast<std::size_t>(count))
     {
         std::iota(parents.begin(), parents.end(), 0);
     }
@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    int& parent(int member) { return parents[static_cast<size_t>(member)]; }
+    int& parent(int member) { return parents[static_cast<std::size_t>(member)]; }
 
     std::vector<int> parents;
 };

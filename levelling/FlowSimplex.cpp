@@ -8,40 +8,40 @@ namespace levelling {
 
 namespace {
 
-constexpr qint64 s_unlimited = std::numeric_limits<qint64>::max() / 4;
-constexpr size_t s_smallestBlock = 32;
-constexpr int s_pivotsBetweenQuestions = 256;
+constexpr qint64 kUnlimited = std::numeric_limits<qint64>::max() / 4;
+constexpr std::size_t kSmallestBlock = 32;
+constexpr int kPivotsBetweenQuestions = 256;
 
 } // namespace
 
 FlowSimplex::FlowSimplex(int nodeCount, const std::vector<Arc>& givenArcs)
-    : nodes(static_cast<size_t>(nodeCount) + 1)
+    : nodes(static_cast<std::size_t>(nodeCount) + 1)
     , root(nodeCount)
     , realArcs(givenArcs.size())
 {
     // Each arc starts full in its cheaper direction; artificial arcs to the root, dearer than any way through
     // the network, take what does not balance.
-    std::vector<qint64> excess(static_cast<size_t>(nodeCount), 0);
+    std::vector<qint64> excess(static_cast<std::size_t>(nodeCount), 0);
     qint64 dearest = 1;
     arcs.reserve(givenArcs.size() + nodes.size());
     for (const Arc& given : givenArcs) {
         const qint64 flow = given.cost > 0 ? -given.capacity : given.capacity;
         arcs.push_back(TreeArc{given.from, given.to, -given.capacity, given.capacity, given.cost, flow});
-        excess[static_cast<size_t>(given.from)] -= flow;
-        excess[static_cast<size_t>(given.to)] += flow;
+        excess[static_cast<std::size_t>(given.from)] -= flow;
+        excess[static_cast<std::size_t>(given.to)] += flow;
         dearest += std::abs(given.cost);
     }
     for (int child = 0; child < nodeCount; ++child)
-        hangOnRoot(child, excess[static_cast<size_t>(child)], dearest);
+        hangOnRoot(child, excess[static_cast<std::size_t>(child)], dearest);
 }
 
 void FlowSimplex::hangOnRoot(int child, qint64 excess, qint64 cost)
 {
     const auto artificial = static_cast<int>(arcs.size());
     if (excess >= 0)
-        arcs.push_back(TreeArc{child, root, 0, s_unlimited, cost, excess});
+        arcs.push_back(TreeArc{child, root, 0, kUnlimited, cost, excess});
     else
-        arcs.push_back(TreeArc{root, child, 0, s_unlimited, cost, -excess});
+        arcs.push_back(TreeArc{root, child, 0, kUnlimited, cost, -excess});
     attach(child, root, artificial);
     node(child).depth = 1;
     node(child).potential = excess >= 0 ? -cost : cost;
@@ -51,7 +51,7 @@ bool FlowSimplex::solve(const std::function<bool()>& isStopped)
 {
     int pivots = 0;
     for (int entering = findEntering(); entering >= 0; entering = findEntering()) {
-        if (++pivots % s_pivotsBetweenQuestions == 0 && isStopped && isStopped())
+        if (++pivots % kPivotsBetweenQuestions == 0 && isStopped && isStopped())
             return false;
         const Pivot pivot = findPivot(entering);
         send(pivot);
@@ -77,11 +77,11 @@ qint64 FlowSimplex::violation(const TreeArc& tested) const
 int FlowSimplex::findEntering()
 {
     // The best of a block of arcs is found much faster than the best of all, and serves nearly as well.
-    const size_t block =
-        std::max(s_smallestBlock, static_cast<size_t>(std::sqrt(static_cast<double>(realArcs))));
+    const std::size_t block =
+        std::max(kSmallestBlock, static_cast<std::size_t>(std::sqrt(static_cast<double>(realArcs))));
     int best = -1;
     qint64 worstViolation = 0;
-    for (size_t tested = 1; tested <= realArcs; ++tested) {
+    for (std::size_t tested = 1; tested <= realArcs; ++tested) {
         const qint64 violated = violation(arcs[nextArc]);
         if (violated > worstViolation) {
             worstViolation = violated;

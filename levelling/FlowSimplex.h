@@ -33,10 +33,10 @@ public:
     bool solve(const std::function<bool()>& isStopped = {});
 
     /// After solve(): what flows from the start of the arc to its end.
-    qint64 getFlow(size_t arc) const { return arcs[arc].flow; }
+    qint64 getFlow(std::size_t arc) const { return arcs[arc].flow; }
     /// After solve(): the potentials that prove the flow to be least. For the arcs with
     /// potential(to) - potential(from) > cost the flow is capacity, for those with < it is -capacity.
-    qint64 getPotential(int node) const { return nodes[static_cast<size_t>(node)].potential; }
+    qint64 getPotential(int node) const { return nodes[static_cast<std::size_t>(node)].potential; }
 
 private:
     struct TreeArc
@@ -72,8 +72,8 @@ private:
         bool leavesAtStart = false; ///< the leaving arc lies between join and start
     };
 
-    Node& node(int index) { return nodes[static_cast<size_t>(index)]; }
-    TreeArc& arc(int index) { return arcs[static_cast<size_t>(index)]; }
+    Node& node(int index) { return nodes[static_cast<std::size_t>(index)]; }
+    TreeArc& arc(int index) { return arcs[static_cast<std::size_t>(index)]; }
 
     void hangOnRoot(int child, qint64 excess, qint64 cost);
     qint64 reducedCost(const TreeArc& tested) const;
@@ -94,8 +94,8 @@ private:
     std::vector<Node> nodes;
     std::vector<int> stack;
     int root;
-    size_t realArcs;
-    size_t nextArc = 0;
+    std::size_t realArcs;
+    std::size_t nextArc = 0;
 };
 
 } // namespace levelling

@@ -11,15 +11,15 @@ namespace levelling {
 namespace {
 
 // Far beyond everything on Earth and still harmless when squared and summed.
-constexpr double s_largestNumber = 1e9;
-constexpr double s_smallestPositive = 1e-9;
+constexpr double kLargestNumber = 1e9;
+constexpr double kSmallestPositive = 1e-9;
 
 template<typename Text>
 std::optional<double> toNumber(const Text& text)
 {
     bool ok = false;
     const double number = text.trimmed().toDouble(&ok);
-    if (!ok || !std::isfinite(number) || std::abs(number) > s_largestNumber)
+    if (!ok || !std::isfinite(number) || std::abs(number) > kLargestNumber)
         return std::nullopt;
     return number;
 }
@@ -28,7 +28,7 @@ template<typename Text>
 std::optional<double> toPositiveNumber(const Text& text)
 {
     const std::optional<double> number = toNumber(text);
-    return number && *number >= s_smallestPositive ? number : std::nullopt;
+    return number && *number >= kSmallestPositive ? number : std::nullopt;
 }
 
 bool namesHeight(const QString& coordinates)
@@ -178,7 +178,7 @@ void GkfReader::readPoint()
         skipContent();
         return;
     }
-    Point& point = result.network.points[static_cast<size_t>(pointIndex(id, line))];
+    Point& point = result.network.points[static_cast<std::size_t>(pointIndex(id, line))];
     if (point.declared)
         addProblem(ProblemKind::PointRepeated, Severity::Warning, line, {id, QString::number(point.line)});
     point.declared = true;
@@ -262,7 +262,7 @@ qint64 GkfReader::takeVariances(const QVector<QStringRef>& fields, qint64 band,
 {
     qint64 correlations = 0;
     auto field = fields.begin();
-    for (size_t row = 0; row < sections.size(); ++row) {
+    for (std::size_t row = 0; row < sections.size(); ++row) {
         PendingSection& section = sections[row];
         section.variance = toPositiveNumber(*field);
         if (!section.variance)

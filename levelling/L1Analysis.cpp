@@ -14,16 +14,16 @@ namespace levelling {
 
 namespace {
 
-constexpr double s_unitsPerMetre = 1e8;
-constexpr double s_unitsPerMillimetre = 1e5;
-constexpr double s_millimetresPerMetre = 1e3;
-constexpr double s_largestHeight = 1e9;                // m
-constexpr double s_largestWeight = 1099511627776.0;    // 2^40
-constexpr double s_largestSum = 1152921504606846976.0; // 2^60
+constexpr double kUnitsPerMetre = 1e8;
+constexpr double kUnitsPerMillimetre = 1e5;
+constexpr double kMillimetresPerMetre = 1e3;
+constexpr double kLargestHeight = 1e9;                // m
+constexpr double kLargestWeight = 1099511627776.0;    // 2^40
+constexpr double kLargestSum = 1152921504606846976.0; // 2^60
 
 qint64 toUnits(double metres)
 {
-    return std::llround(metres * s_unitsPerMetre);
+    return std::llround(metres * kUnitsPerMetre);
 }
 
 /// The sections that take part, as arcs between the nodes of the graph.
@@ -31,14 +31,14 @@ struct FlowProblem
 {
     std::vector<FlowSimplex::Arc> arcs;
     /// Index of the section of each arc, and of the arc of each section or -1.
-    std::vector<size_t> sectionOfArc;
+    std::vector<std::size_t> sectionOfArc;
     std::vector<int> arcOfSection;
 };
 
 bool isCountable(const std::vector<std::optional<double>>& heights)
 {
     return std::all_of(heights.begin(), heights.end(), [](const std::optional<double>& height) {
-        return !height || std::abs(*height) < s_largestHeight;
+        return !height || std::abs(*height) < kLargestHeight;
     });
 }
 
@@ -47,7 +47,7 @@ bool isCountable(const FlowProblem& problem)
     double sum = 0.0;
     for (const FlowSimplex::Arc& arc : problem.arcs)
         sum += std::abs(static_cast<double>(arc.cost));
-    return sum < s_largestSum;
+    return sum < kLargestSum;
 }
 
 /// Heights near the ones that are sought: those of least squares. Most sections are then on the side of their
@@ -60,9 +60,9 @@ std::vector<std::optional<double>> findNearHeights(const SectionGraph& graph,
     if (!equations.solve())
         return approximate;
     std::vector<std::optional<double>> heights = approximate;
-    for (size_t point = 0; point < heights.size(); ++point) {
+    for (std::size_t point = 0; point < heights.size(); ++point) {
         if (heights[point])
-            *heights[point] += equations.getCorrection(static_cast<int>(point)) / s_millimetresPerMetre;
+            *heights[point] += equations.getCorrection(static_cast<int>(point)) / kMillimetresPerMetre;
     }
     return isCountable(heights) ? heights : approximate;
 }
@@ -74,19 +74,19 @@ FlowProblem buildProblem(const SectionGraph& graph, const std::vector<std::optio
     FlowProblem problem;
     problem.arcOfSection.assign(sections.size(), -1);
     double smallestSigma = std::numeric_limits<double>::max();
-    for (size_t index = 0; index < sections.size(); ++index) {
-        if (!heights[static_cast<size_t>(sections[index].from)])
+    for (std::size_t index = 0; index < sections.size(); ++index) {
+        if (!heights[static_cast<std::size_t>(sections[index].from)])
             continue;
         problem.arcOfSection[index] = static_cast<int>(problem.sectionOfArc.size());
         problem.sectionOfArc.push_back(index);
         smallestSigma = std::min(smallestSigma, sections[index].sigma);
     }
     const double largestWeight =
-        std::min(s_largestWeight, s_largestSum / static_cast<double>(problem.sectionOfArc.size() + 1));
-    for (const size_t index : problem.sectionOfArc) {
+        std::min(kLargestWeight, kLargestSum / static_cast<double>(problem.sectionOfArc.size() + 1));
+    for (const std::size_t index : problem.sectionOfArc) {
         const Section& section = sections[index];
-        const qint64 from = toUnits(*heights[static_cast<size_t>(section.from)]);
-        const qint64 to = toUnits(*heights[static_cast<size_t>(section.to)]);
+        const qint64 from = toUnits(*heights[static_cast<std::size_t>(section.from)]);
+        const qint64 to = toUnits(*heights[static_cast<std::size_t>(section.to)]);
         const qint64 weight = std::llround(largestWeight * (smallestSigma / section.sigma));
         problem.arcs.push_back(FlowSimplex::Arc{graph.getNode(section.from), graph.getNode(section.to),
                                                 std::max<qint64>(weight, 1),
@@ -99,24 +99,27 @@ FlowProblem buildProblem(const SectionGraph& graph, const std::vector<std::optio
 class Groups
 {
 public:
-    explicit Groups(int nodeCount) : sets(nodeCount), members(static_cast<size_t>(nodeCount))
+    explicit Groups(int nodeCount) : sets(nodeCount), members(static_cast<std::size_t>(nodeCount))
     {
         for (int node = 0; node < nodeCount; ++node)
-            members[static_cast<size_t>(node)].push_back(node);
+            members[static_cast<std::size_t>(node)].push_back(node);
     }
 
     bool isTogether(int a, int b) { return sets.find(a) == sets.find(b); }
     /// Whether the node stands for its group.
     bool isFirst(int node) { return sets.find(node) == node; }
-    const std::vector<int>& getMembers(int node) { return members[static_cast<size_t>(sets.find(node))]; }
+    const std::vector<int>& getMembers(int node)
+    {
+        return members[static_cast<std::size_t>(sets.find(node))];
+    }
 
     void join(int a, int b)
     {
-        const auto first = static_cast<size_t>(sets.find(a));
-        const auto second = static_cast<size_t>(sets.find(b));
+        const auto first = static_cast<std::size_t>(sets.find(a));
+        const auto second = static_cast<std::size_t>(sets.find(b));
         if (!sets.unite(a, b))
             return;
-        const size_t kept = static_cast<size_t>(sets.find(a));
+        const std::size_t kept = static_cast<std::size_t>(sets.find(a));
         std::vector<int>& from = members[kept == first ? second : first];
         std::vector<int>& to = members[kept];
         if (to.size() < from.size())
@@ -145,16 +148,16 @@ public:
         if (!simplex.solve(isStopped))
             return false;
         for (int node = 0; node < graph.getNodeCount(); ++node)
-            corrections.push_back(simplex.getPotential(node) - simplex.getPotential(SectionGraph::datum));
+            corrections.push_back(simplex.getPotential(node) - simplex.getPotential(SectionGraph::kDatum));
         settle();
         return true;
     }
 
     /// Correction of the near height of a node.
-    qint64 getCorrection(int node) const { return corrections[static_cast<size_t>(node)]; }
+    qint64 getCorrection(int node) const { return corrections[static_cast<std::size_t>(node)]; }
 
     /// Adjusted less observed difference.
-    qint64 getResidual(size_t arc) const
+    qint64 getResidual(std::size_t arc) const
     {
         const FlowSimplex::Arc& solved = problem.arcs[arc];
         return getCorrection(solved.to) - getCorrection(solved.from) - solved.cost;
@@ -165,15 +168,15 @@ public:
     /// flow is full in the direction that the move favours; what takes the datum along cannot move.
     std::vector<bool> findHeld(bool upwards) const
     {
-        std::vector<bool> held(static_cast<size_t>(graph.getNodeCount()), false);
-        std::vector<int> stack{SectionGraph::datum};
-        held[SectionGraph::datum] = true;
+        std::vector<bool> held(static_cast<std::size_t>(graph.getNodeCount()), false);
+        std::vector<int> stack{SectionGraph::kDatum};
+        held[SectionGraph::kDatum] = true;
         while (!stack.empty()) {
             const int node = stack.back();
             stack.pop_back();
             for (const SectionGraph::Link& link : graph.getLinks(node)) {
-                if (!held[static_cast<size_t>(link.node)] && holds(node, link, upwards)) {
-                    held[static_cast<size_t>(link.node)] = true;
+                if (!held[static_cast<std::size_t>(link.node)] && holds(node, link, upwards)) {
+                    held[static_cast<std::size_t>(link.node)] = true;
                     stack.push_back(link.node);
                 }
             }
@@ -185,13 +188,13 @@ private:
     /// Whether the other end of the link cannot move as long as the node stays.
     bool holds(int node, const SectionGraph::Link& link, bool upwards) const
     {
-        const int index = problem.arcOfSection[static_cast<size_t>(link.section)];
-        if (index < 0 || getResidual(static_cast<size_t>(index)) != 0)
+        const int index = problem.arcOfSection[static_cast<std::size_t>(link.section)];
+        if (index < 0 || getResidual(static_cast<std::size_t>(index)) != 0)
             return false;
-        const FlowSimplex::Arc& arc = problem.arcs[static_cast<size_t>(index)];
+        const FlowSimplex::Arc& arc = problem.arcs[static_cast<std::size_t>(index)];
         // Weights are rounded to whole numbers, so a flow that short of full counts as full.
         const qint64 slack = std::min(static_cast<qint64>(problem.arcs.size()), arc.capacity / 4);
-        const qint64 flow = simplex.getFlow(static_cast<size_t>(index));
+        const qint64 flow = simplex.getFlow(static_cast<std::size_t>(index));
         const bool forward = arc.from == node;
         return forward == upwards ? flow < arc.capacity - slack : flow > -arc.capacity + slack;
     }
@@ -201,7 +204,7 @@ private:
     void settle()
     {
         Groups groups(graph.getNodeCount());
-        for (size_t arc = 0; arc < problem.arcs.size(); ++arc) {
+        for (std::size_t arc = 0; arc < problem.arcs.size(); ++arc) {
             if (getResidual(arc) == 0)
                 groups.join(problem.arcs[arc].from, problem.arcs[arc].to);
         }
@@ -214,16 +217,16 @@ private:
     {
         bool hasMoved = false;
         for (int node = 0; node < graph.getNodeCount(); ++node) {
-            if (!groups.isFirst(node) || groups.isTogether(node, SectionGraph::datum))
+            if (!groups.isFirst(node) || groups.isTogether(node, SectionGraph::kDatum))
                 continue;
             const int arc = findNearestArc(groups, node);
             if (arc < 0)
                 continue; // no section takes part there
-            const FlowSimplex::Arc& nearest = problem.arcs[static_cast<size_t>(arc)];
-            const qint64 residual = getResidual(static_cast<size_t>(arc));
+            const FlowSimplex::Arc& nearest = problem.arcs[static_cast<std::size_t>(arc)];
+            const qint64 residual = getResidual(static_cast<std::size_t>(arc));
             const qint64 move = groups.isTogether(nearest.to, node) ? -residual : residual;
             for (const int member : groups.getMembers(node))
-                corrections[static_cast<size_t>(member)] += move;
+                corrections[static_cast<std::size_t>(member)] += move;
             groups.join(nearest.from, nearest.to);
             hasMoved = true;
         }
@@ -236,11 +239,11 @@ private:
         int nearest = -1;
         for (const int member : groups.getMembers(group)) {
             for (const SectionGraph::Link& link : graph.getLinks(member)) {
-                const int arc = problem.arcOfSection[static_cast<size_t>(link.section)];
+                const int arc = problem.arcOfSection[static_cast<std::size_t>(link.section)];
                 if (arc < 0 || groups.isTogether(link.node, group))
                     continue;
-                if (nearest < 0 || std::abs(getResidual(static_cast<size_t>(arc))) <
-                                       std::abs(getResidual(static_cast<size_t>(nearest))))
+                if (nearest < 0 || std::abs(getResidual(static_cast<std::size_t>(arc))) <
+                                       std::abs(getResidual(static_cast<std::size_t>(nearest))))
                     nearest = arc;
             }
         }
@@ -259,8 +262,8 @@ std::vector<int> findAmbiguous(const SectionGraph& graph, const Solution& soluti
     const std::vector<bool> heldUp = solution.findHeld(true);
     const std::vector<bool> heldDown = solution.findHeld(false);
     std::vector<int> ambiguous;
-    for (size_t point = 0; point < heights.size(); ++point) {
-        const auto node = static_cast<size_t>(graph.getNode(static_cast<int>(point)));
+    for (std::size_t point = 0; point < heights.size(); ++point) {
+        const auto node = static_cast<std::size_t>(graph.getNode(static_cast<int>(point)));
         if (heights[point] && !(heldUp[node] && heldDown[node]))
             ambiguous.push_back(static_cast<int>(point));
     }
@@ -269,7 +272,7 @@ std::vector<int> findAmbiguous(const SectionGraph& graph, const Solution& soluti
 
 bool hasUnknown(const Network& network, const std::vector<std::optional<double>>& heights)
 {
-    for (size_t point = 0; point < heights.size(); ++point) {
+    for (std::size_t point = 0; point < heights.size(); ++point) {
         if (heights[point] && !network.points[point].fixed)
             return true;
     }
@@ -307,16 +310,16 @@ L1Analysis analyseL1(const Network& network, double grossLimit, const std::funct
         result.status = L1Status::Stopped;
         return result;
     }
-    for (size_t point = 0; point < heights.size(); ++point) {
+    for (std::size_t point = 0; point < heights.size(); ++point) {
         if (heights[point]) {
             const qint64 correction = solution.getCorrection(graph.getNode(static_cast<int>(point)));
             result.heights[point] =
-                static_cast<double>(toUnits(*heights[point]) + correction) / s_unitsPerMetre;
+                static_cast<double>(toUnits(*heights[point]) + correction) / kUnitsPerMetre;
         }
     }
-    for (size_t arc = 0; arc < problem.arcs.size(); ++arc) {
-        const size_t index = problem.sectionOfArc[arc];
-        const double residual = static_cast<double>(solution.getResidual(arc)) / s_unitsPerMillimetre;
+    for (std::size_t arc = 0; arc < problem.arcs.size(); ++arc) {
+        const std::size_t index = problem.sectionOfArc[arc];
+        const double residual = static_cast<double>(solution.getResidual(arc)) / kUnitsPerMillimetre;
         const double scaled = std::abs(residual) / network.sections[index].sigma;
         result.sections[index] = L1Section{residual, scaled, scaled > grossLimit};
         result.objective += scaled;

@@ -15,8 +15,8 @@ namespace levelling {
 namespace {
 
 // What the choice of the basis may cost, in elements of sums of cycles.
-constexpr size_t s_eliminationWork = 100'000'000;
-constexpr size_t s_eliminationWorkPerSection = 5'000;
+constexpr std::size_t kEliminationWork = 100'000'000;
+constexpr std::size_t kEliminationWorkPerSection = 5'000;
 
 /// The two sections of a cycle that meet at one of its nodes.
 using SectionsAtNode = std::pair<int, int>;
@@ -64,12 +64,12 @@ std::vector<LoopSection> findWay(const SectionGraph& graph, const std::vector<in
 {
     const int lowest = *std::min_element(cycle.begin(), cycle.end());
     const auto atDatum = std::find_if(cycle.begin(), cycle.end(), [&](int section) {
-        return graph.getFrom(section) == SectionGraph::datum || graph.getTo(section) == SectionGraph::datum;
+        return graph.getFrom(section) == SectionGraph::kDatum || graph.getTo(section) == SectionGraph::kDatum;
     });
     if (atDatum == cycle.end())
         return walk(graph, cycle, graph.getFrom(lowest), lowest);
 
-    std::vector<LoopSection> way = walk(graph, cycle, SectionGraph::datum, *atDatum);
+    std::vector<LoopSection> way = walk(graph, cycle, SectionGraph::kDatum, *atDatum);
     const auto step =
         std::find_if(way.begin(), way.end(), [&](const LoopSection& s) { return s.section == lowest; });
     if (!step->forward)
@@ -86,7 +86,7 @@ Loop toLoop(const SectionGraph& graph, const std::vector<int>& cycle)
     double sum = 0.0;
     double variance = 0.0;
     for (const LoopSection& step : loop.sections) {
-        const Section& section = network.sections[static_cast<size_t>(step.section)];
+        const Section& section = network.sections[static_cast<std::size_t>(step.section)];
         if (loop.points.empty())
             loop.points.push_back(step.forward ? section.from : section.to);
         loop.points.push_back(step.forward ? section.to : section.from);
@@ -97,19 +97,19 @@ Loop toLoop(const SectionGraph& graph, const std::vector<int>& cycle)
         else if (loop.length)
             *loop.length += *section.distance;
     }
-    const Point& start = network.points[static_cast<size_t>(loop.points.front())];
-    const Point& end = network.points[static_cast<size_t>(loop.points.back())];
+    const Point& start = network.points[static_cast<std::size_t>(loop.points.front())];
+    const Point& end = network.points[static_cast<std::size_t>(loop.points.back())];
     const double given = start.fixed ? *end.height - *start.height : 0.0;
     loop.misclosure = (sum - given) * 1000.0;
     loop.sigma = std::sqrt(variance);
     return loop;
 }
 
-size_t countIndependentLoops(const SectionGraph& graph)
+std::size_t countIndependentLoops(const SectionGraph& graph)
 {
     DisjointSets connected(graph.getNodeCount());
     const auto sectionCount = static_cast<int>(graph.getNetwork().sections.size());
-    size_t count = 0;
+    std::size_t count = 0;
     for (int section = 0; section < sectionCount; ++section)
         count += connected.unite(graph.getFrom(section), graph.getTo(section)) ? 0U : 1U;
     return count;
@@ -117,16 +117,16 @@ size_t countIndependentLoops(const SectionGraph& graph)
 
 /// Indices of the shortest candidates that are independent. Where that takes too long, as in networks without
 /// any neighbourhood, of those that are known to be a basis.
-std::vector<size_t> chooseBasis(const CycleSearch& search,
-                                const std::vector<CycleSearch::Candidate>& candidates,
-                                const SectionGraph& graph)
+std::vector<std::size_t> chooseBasis(const CycleSearch& search,
+                                     const std::vector<CycleSearch::Candidate>& candidates,
+                                     const SectionGraph& graph)
 {
-    const size_t sectionCount = graph.getNetwork().sections.size();
-    const size_t workLimit = s_eliminationWork + s_eliminationWorkPerSection * sectionCount;
-    const size_t loopCount = countIndependentLoops(graph);
+    const std::size_t sectionCount = graph.getNetwork().sections.size();
+    const std::size_t workLimit = kEliminationWork + kEliminationWorkPerSection * sectionCount;
+    const std::size_t loopCount = countIndependentLoops(graph);
     CycleElimination elimination(static_cast<int>(sectionCount));
-    std::vector<size_t> chosen;
-    for (size_t i = 0; chosen.size() < loopCount && elimination.getWork() < workLimit; ++i) {
+    std::vector<std::size_t> chosen;
+    for (std::size_t i = 0; chosen.size() < loopCount && elimination.getWork() < workLimit; ++i) {
         std::vector<int> ranks;
         ranks.reserve(candidates[i].sections.size());
         for (const int section : candidates[i].sections)
@@ -138,7 +138,7 @@ std::vector<size_t> chooseBasis(const CycleSearch& search,
         return chosen;
 
     chosen.clear();
-    for (size_t i = 0; i < candidates.size(); ++i) {
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
         if (candidates[i].isNeeded)
             chosen.push_back(i);
     }
@@ -159,7 +159,7 @@ std::vector<Loop> findLoopBasis(const SectionGraph& graph)
     CycleSearch search(graph);
     const std::vector<CycleSearch::Candidate> candidates = search.findCandidates();
     std::vector<Loop> loops;
-    for (const size_t candidate : chooseBasis(search, candidates, graph))
+    for (const std::size_t candidate : chooseBasis(search, candidates, graph))
         loops.push_back(toLoop(graph, candidates[candidate].sections));
     return loops;
 }

@@ -9,12 +9,12 @@ NormalEquations::NormalEquations(const SectionGraph& sectionGraph,
                                  const std::vector<std::optional<double>>& approximateHeights)
     : graph(sectionGraph)
     , heights(approximateHeights)
-    , unknownOfNode(static_cast<size_t>(sectionGraph.getNodeCount()), -1)
+    , unknownOfNode(static_cast<std::size_t>(sectionGraph.getNodeCount()), -1)
 {
     const Network& network = graph.getNetwork();
-    for (size_t point = 0; point < heights.size(); ++point) {
+    for (std::size_t point = 0; point < heights.size(); ++point) {
         if (heights[point] && !network.points[point].fixed)
-            unknownOfNode[static_cast<size_t>(graph.getNode(static_cast<int>(point)))] = unknownCount++;
+            unknownOfNode[static_cast<std::size_t>(graph.getNode(static_cast<int>(point)))] = unknownCount++;
     }
     matrix.resize(unknownCount, unknownCount);
     rightSide.setZero(unknownCount);
@@ -22,7 +22,7 @@ NormalEquations::NormalEquations(const SectionGraph& sectionGraph,
     std::vector<Eigen::Triplet<double>> elements;
     elements.reserve(3 * network.sections.size());
     for (const Section& section : network.sections) {
-        if (heights[static_cast<size_t>(section.from)])
+        if (heights[static_cast<std::size_t>(section.from)])
             addSection(section, elements);
     }
     matrix.setFromTriplets(elements.begin(), elements.end());
@@ -30,8 +30,8 @@ NormalEquations::NormalEquations(const SectionGraph& sectionGraph,
 
 double NormalEquations::getTerm(const Section& section) const
 {
-    const double from = *heights[static_cast<size_t>(section.from)];
-    const double to = *heights[static_cast<size_t>(section.to)];
+    const double from = *heights[static_cast<std::size_t>(section.from)];
+    const double to = *heights[static_cast<std::size_t>(section.to)];
     return (section.difference - (to - from)) * 1000.0;
 }
 

@@ -37,7 +37,7 @@ public:
 
 private:
     /// Index of the unknown of a point, or -1.
-    int getUnknown(int point) const { return unknownOfNode[static_cast<size_t>(graph.getNode(point))]; }
+    int getUnknown(int point) const { return unknownOfNode[static_cast<std::size_t>(graph.getNode(point))]; }
     void addSection(const Section& section, std::vector<Eigen::Triplet<double>>& elements);
 
     const SectionGraph& graph;

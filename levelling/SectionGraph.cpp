@@ -7,30 +7,30 @@ SectionGraph::SectionGraph(const Network& sourceNetwork) : network(&sourceNetwor
     int nodeCount = 1;
     nodeOfPoint.reserve(network->points.size());
     for (const Point& point : network->points)
-        nodeOfPoint.push_back(point.fixed ? datum : nodeCount++);
+        nodeOfPoint.push_back(point.fixed ? kDatum : nodeCount++);
 
     const auto sectionCount = static_cast<int>(network->sections.size());
-    firstLink.assign(static_cast<size_t>(nodeCount) + 1, 0);
+    firstLink.assign(static_cast<std::size_t>(nodeCount) + 1, 0);
     for (int section = 0; section < sectionCount; ++section) {
-        ++firstLink[static_cast<size_t>(getFrom(section)) + 1];
-        ++firstLink[static_cast<size_t>(getTo(section)) + 1];
+        ++firstLink[static_cast<std::size_t>(getFrom(section)) + 1];
+        ++firstLink[static_cast<std::size_t>(getTo(section)) + 1];
     }
-    for (size_t node = 1; node < firstLink.size(); ++node)
+    for (std::size_t node = 1; node < firstLink.size(); ++node)
         firstLink[node] += firstLink[node - 1];
 
     links.resize(firstLink.back());
-    std::vector<size_t> next(firstLink.begin(), firstLink.end() - 1);
+    std::vector<std::size_t> next(firstLink.begin(), firstLink.end() - 1);
     for (int section = 0; section < sectionCount; ++section) {
         const int from = getFrom(section);
         const int to = getTo(section);
-        links[next[static_cast<size_t>(from)]++] = Link{section, to};
-        links[next[static_cast<size_t>(to)]++] = Link{section, from};
+        links[next[static_cast<std::size_t>(from)]++] = Link{section, to};
+        links[next[static_cast<std::size_t>(to)]++] = Link{section, from};
     }
 }
 
 SectionGraph::Links SectionGraph::getLinks(int node) const
 {
-    const auto index = static_cast<size_t>(node);
+    const auto index = static_cast<std::size_t>(node);
     return {links.data() + firstLink[index], links.data() + firstLink[index + 1]};
 }
 

@@ -28,7 +28,7 @@ public:
     };
 
     /// The node of the fixed points; it exists even if there are none.
-    static constexpr int datum = 0;
+    static constexpr int kDatum = 0;
 
     /// The network must outlive the graph.
     explicit SectionGraph(const Network& sourceNetwork);
@@ -36,17 +36,20 @@ public:
     const Network& getNetwork() const { return *network; }
     /// Count of nodes: the datum, and one per point that is not fixed.
     int getNodeCount() const { return static_cast<int>(firstLink.size()) - 1; }
-    int getNode(int point) const { return nodeOfPoint[static_cast<size_t>(point)]; }
+    int getNode(int point) const { return nodeOfPoint[static_cast<std::size_t>(point)]; }
     /// Node where the section starts or ends.
-    int getFrom(int section) const { return getNode(network->sections[static_cast<size_t>(section)].from); }
-    int getTo(int section) const { return getNode(network->sections[static_cast<size_t>(section)].to); }
+    int getFrom(int section) const
+    {
+        return getNode(network->sections[static_cast<std::size_t>(section)].from);
+    }
+    int getTo(int section) const { return getNode(network->sections[static_cast<std::size_t>(section)].to); }
     /// A section whose two ends are fixed appears twice among the links of the datum.
     Links getLinks(int node) const;
 
 private:
     const Network* network;
     std::vector<int> nodeOfPoint;
-    std::vector<size_t> firstLink;
+    std::vector<std::size_t> firstLink;
     std::vector<Link> links;
 };
 

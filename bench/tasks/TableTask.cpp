@@ -46,7 +46,8 @@ public:
         document = std::make_unique<Document>(plugins, sample::getProjectName());
         window = std::make_unique<ProjectWindow>(&document->getModel());
         const int pointCount = request.size * 2 / 5;
-        const levelling::Network network = testnetworks::synthetic(pointCount, request.size - pointCount);
+        const levelling::Network network =
+            orvel::test::networks::synthetic(pointCount, request.size - pointCount);
         document->setNetwork(network);
         document->setAdjustment(makeAdjustment(network));
     }

@@ -10,11 +10,11 @@
 
 using namespace levelling;
 
-namespace testnetworks {
+namespace orvel::test::networks {
 
 namespace {
 
-constexpr double s_sigmaApriori = 3.0;
+constexpr double kSigmaApriori = 3.0;
 
 using Ends = std::pair<int, int>;
 
@@ -49,7 +49,7 @@ Network synthetic(int pointCount, int sectionCount)
     const int side = static_cast<int>(std::ceil(std::sqrt(pointCount)));
 
     Network network;
-    network.parameters.sigmaApriori = s_sigmaApriori;
+    network.parameters.sigmaApriori = kSigmaApriori;
     std::vector<double> heights;
     for (int i = 0; i < pointCount; ++i) {
         const int row = i / side;
@@ -64,15 +64,15 @@ Network synthetic(int pointCount, int sectionCount)
         network.points.push_back(point);
     }
     std::vector<Ends> ends = neighbours(pointCount, side, generator);
-    ends.resize(std::min(ends.size(), static_cast<size_t>(sectionCount)));
+    ends.resize(std::min(ends.size(), static_cast<std::size_t>(sectionCount)));
     for (const Ends& pair : ends) {
         Section section;
         section.from = pair.first;
         section.to = pair.second;
         section.distance = length(generator);
-        section.sigma = s_sigmaApriori * std::sqrt(*section.distance);
-        section.difference = heights[static_cast<size_t>(section.to)] -
-                             heights[static_cast<size_t>(section.from)] +
+        section.sigma = kSigmaApriori * std::sqrt(*section.distance);
+        section.difference = heights[static_cast<std::size_t>(section.to)] -
+                             heights[static_cast<std::size_t>(section.from)] +
                              section.sigma / 1000.0 * noise(generator);
         network.sections.push_back(section);
     }
@@ -101,8 +101,8 @@ QByteArray toGkf(const Network& network)
     xml.writeStartElement(QStringLiteral("height-differences"));
     for (const Section& section : network.sections) {
         xml.writeEmptyElement(QStringLiteral("dh"));
-        xml.writeAttribute(QStringLiteral("from"), network.points[static_cast<size_t>(section.from)].id);
-        xml.writeAttribute(QStringLiteral("to"), network.points[static_cast<size_t>(section.to)].id);
+        xml.writeAttribute(QStringLiteral("from"), network.points[static_cast<std::size_t>(section.from)].id);
+        xml.writeAttribute(QStringLiteral("to"), network.points[static_cast<std::size_t>(section.to)].id);
         xml.writeAttribute(QStringLiteral("val"), QString::number(section.difference, 'f', 5));
         xml.writeAttribute(QStringLiteral("dist"), QString::number(section.distance.value_or(1.0), 'f', 3));
     }
@@ -110,4 +110,4 @@ QByteArray toGkf(const Network& network)
     return text;
 }
 
-} // namespace testnetworks
+} // namespace orvel::test::networks

@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-namespace testnetworks {
+namespace orvel::test::networks {
 
 /// A large network as levelling makes them: points spread over a square, each measured to its neighbours, so
 /// many sections per point that there are sectionCount in all (at most about three times pointCount). Every
@@ -15,4 +15,4 @@ levelling::Network synthetic(int pointCount, int sectionCount);
 /// The network as a gama-local file.
 QByteArray toGkf(const levelling::Network& network);
 
-} // namespace testnetworks
+} // namespace orvel::test::networks

@@ -11,7 +11,7 @@
 
 using namespace levelling;
 
-namespace testnetworks {
+namespace orvel::test::networks {
 
 Network sample(const QString& fileName)
 {
@@ -23,7 +23,7 @@ Network sample(const QString& fileName)
 
 Builder& Builder::fixed(const QString& id, double height)
 {
-    Point& point = network.points[static_cast<size_t>(index(id))];
+    Point& point = network.points[static_cast<std::size_t>(index(id))];
     point.fixed = true;
     point.height = height;
     return *this;
@@ -70,7 +70,7 @@ QString ids(const Network& network, const std::vector<int>& points)
 {
     QStringList names;
     for (const int point : points)
-        names.append(network.points[static_cast<size_t>(point)].id);
+        names.append(network.points[static_cast<std::size_t>(point)].id);
     return names.join(QLatin1Char('-'));
 }
 
@@ -102,8 +102,8 @@ Network random(unsigned seed, int pointCount, int sectionCount, int fixedCount)
             continue;
         section.distance = length(generator);
         section.sigma = 3.0 * std::sqrt(*section.distance);
-        section.difference = heights[static_cast<size_t>(section.to)] -
-                             heights[static_cast<size_t>(section.from)] + noise(generator);
+        section.difference = heights[static_cast<std::size_t>(section.to)] -
+                             heights[static_cast<std::size_t>(section.from)] + noise(generator);
         network.sections.push_back(section);
     }
     return network;
@@ -120,7 +120,7 @@ Network grid(int side)
         section.sigma = 1.0;
         network.sections.push_back(section);
     };
-    network.points.resize(static_cast<size_t>(side) * static_cast<size_t>(side));
+    network.points.resize(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
     for (int point = 0; point < side * side; ++point) {
         if (point % side + 1 < side)
             connect(point, point + 1);
@@ -142,10 +142,10 @@ Network triangulation(int side, int fixedCount)
         network.sections.push_back(diagonal);
     }
     for (int point = 0; point < fixedCount; ++point) {
-        network.points[static_cast<size_t>(point)].fixed = true;
-        network.points[static_cast<size_t>(point)].height = 0.0;
+        network.points[static_cast<std::size_t>(point)].fixed = true;
+        network.points[static_cast<std::size_t>(point)].height = 0.0;
     }
     return network;
 }
 
-} // namespace testnetworks
+} // namespace orvel::test::networks

@@ -7,7 +7,7 @@
 #include <vector>
 
 /// Networks that the tests of several classes use.
-namespace testnetworks {
+namespace orvel::test::networks {
 
 /// Reads a network of the samples folder; the test fails if it has any problem.
 levelling::Network sample(const QString& fileName);
@@ -44,4 +44,4 @@ levelling::Network grid(int side);
 /// The same with one diagonal in every square, and with the first fixedCount points fixed.
 levelling::Network triangulation(int side, int fixedCount);
 
-} // namespace testnetworks
+} // namespace orvel::test::networks

@@ -14,6 +14,7 @@
 #include <cstdio>
 
 using namespace levelling;
+using namespace orvel::test;
 
 namespace {
 
@@ -28,15 +29,15 @@ double seconds(const Function& function)
 
 void measure(int pointCount, int sectionCount)
 {
-    QByteArray file = testnetworks::toGkf(testnetworks::synthetic(pointCount, sectionCount));
+    QByteArray file = networks::toGkf(networks::synthetic(pointCount, sectionCount));
     GkfResult result;
     const double read = seconds([&] {
         QBuffer buffer(&file);
         buffer.open(QIODevice::ReadOnly);
         result = GkfReader::read(buffer);
     });
-    size_t loopCount = 0;
-    size_t longest = 0;
+    std::size_t loopCount = 0;
+    std::size_t longest = 0;
     const double compile = seconds([&] {
         findComponents(result.network);
         findRepeatedSections(result.network);

@@ -10,12 +10,13 @@
 #include <cmath>
 
 using namespace levelling;
+using namespace orvel::test;
 
 namespace {
 
 Adjustment adjustSample(const QString& fileName)
 {
-    return adjust(testnetworks::sample(fileName));
+    return adjust(networks::sample(fileName));
 }
 
 QString digits(double number, int decimals)
@@ -30,14 +31,14 @@ QString signedDigits(double number, int decimals)
 
 const AdjustedPoint& pointOf(const Adjustment& adjustment, const Network& network, const QString& id)
 {
-    return *adjustment.points[static_cast<size_t>(testnetworks::pointIndex(network, id))];
+    return *adjustment.points[static_cast<std::size_t>(networks::pointIndex(network, id))];
 }
 
 /// "id height" of all points that are not fixed, in the order of the file.
 QStringList heights(const Network& network, const Adjustment& adjustment, int decimals)
 {
     QStringList lines;
-    for (size_t i = 0; i < network.points.size(); ++i) {
+    for (std::size_t i = 0; i < network.points.size(); ++i) {
         if (!network.points[i].fixed)
             lines.append(network.points[i].id + QLatin1Char(' ') +
                          digits(adjustment.points[i]->height, decimals));
@@ -48,7 +49,7 @@ QStringList heights(const Network& network, const Adjustment& adjustment, int de
 QStringList sigmas(const Network& network, const Adjustment& adjustment, double scale, int decimals)
 {
     QStringList lines;
-    for (size_t i = 0; i < network.points.size(); ++i) {
+    for (std::size_t i = 0; i < network.points.size(); ++i) {
         if (!network.points[i].fixed)
             lines.append(digits(adjustment.points[i]->sigma * scale, decimals));
     }
@@ -77,7 +78,7 @@ DenseReference denseReference(const Network& network)
     std::vector<Eigen::Index> column(network.points.size(), -1);
     Eigen::VectorXd given = Eigen::VectorXd::Zero(pointCount);
     Eigen::Index unknowns = 0;
-    for (size_t i = 0; i < network.points.size(); ++i) {
+    for (std::size_t i = 0; i < network.points.size(); ++i) {
         if (network.points[i].fixed)
             given[static_cast<Eigen::Index>(i)] = *network.points[i].height;
         else
@@ -87,13 +88,13 @@ DenseReference denseReference(const Network& network)
     Eigen::VectorXd observed(sectionCount);
     Eigen::VectorXd sigma(sectionCount);
     for (Eigen::Index i = 0; i < sectionCount; ++i) {
-        const Section& section = network.sections[static_cast<size_t>(i)];
+        const Section& section = network.sections[static_cast<std::size_t>(i)];
         observed[i] = section.difference + given[section.from] - given[section.to];
         sigma[i] = section.sigma / 1000.0;
-        if (column[static_cast<size_t>(section.from)] >= 0)
-            design(i, column[static_cast<size_t>(section.from)]) = -1.0;
-        if (column[static_cast<size_t>(section.to)] >= 0)
-            design(i, column[static_cast<size_t>(section.to)]) = 1.0;
+        if (column[static_cast<std::size_t>(section.from)] >= 0)
+            design(i, column[static_cast<std::size_t>(section.from)]) = -1.0;
+        if (column[static_cast<std::size_t>(section.to)] >= 0)
+            design(i, column[static_cast<std::size_t>(section.to)]) = 1.0;
     }
     const Eigen::MatrixXd scaled = sigma.cwiseInverse().asDiagonal() * design;
     DenseReference reference;
@@ -111,7 +112,7 @@ class TestAdjustment : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void twoBenchmarksGivePublishedHeights();
     void twoBenchmarksGivePublishedResiduals();
     void twoBenchmarksGivePublishedFit();
@@ -136,7 +137,7 @@ private slots:
 
 void TestAdjustment::twoBenchmarksGivePublishedHeights()
 {
-    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
+    const Network network = networks::sample(QStringLiteral("two-benchmarks.gkf"));
     const Adjustment adjustment = adjust(network);
     QCOMPARE(adjustment.status, AdjustmentStatus::Ok);
     QCOMPARE(adjustment.unknowns, 3);
@@ -167,7 +168,7 @@ void TestAdjustment::twoBenchmarksGivePublishedFit()
 
 void TestAdjustment::twoBenchmarksGivePublishedSigmas()
 {
-    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
+    const Network network = networks::sample(QStringLiteral("two-benchmarks.gkf"));
     const Adjustment adjustment = adjust(network);
     QCOMPARE(sigmas(network, adjustment, 1.0, 3), words("1.058 0.961 0.938"));
     QCOMPARE(sigmas(network, adjustment, *adjustment.total.getSigma0(), 2), words("32.76 29.76 29.04"));
@@ -175,7 +176,7 @@ void TestAdjustment::twoBenchmarksGivePublishedSigmas()
 
 void TestAdjustment::twoBenchmarksWithEqualWeights()
 {
-    Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
+    Network network = networks::sample(QStringLiteral("two-benchmarks.gkf"));
     for (Section& section : network.sections)
         section.sigma = 1.0;
     const Adjustment adjustment = adjust(network);
@@ -187,7 +188,7 @@ void TestAdjustment::twoBenchmarksWithEqualWeights()
 
 void TestAdjustment::oneBenchmarkGivesPublishedHeights()
 {
-    const Network network = testnetworks::sample(QStringLiteral("one-benchmark.gkf"));
+    const Network network = networks::sample(QStringLiteral("one-benchmark.gkf"));
     const Adjustment adjustment = adjust(network);
     QCOMPARE(heights(network, adjustment, 5),
              QStringList({QStringLiteral("11 249.81063"), QStringLiteral("38 268.29263"),
@@ -198,7 +199,7 @@ void TestAdjustment::oneBenchmarkGivesPublishedHeights()
 
 void TestAdjustment::oneBenchmarkGivesPublishedFit()
 {
-    const Network network = testnetworks::sample(QStringLiteral("one-benchmark.gkf"));
+    const Network network = networks::sample(QStringLiteral("one-benchmark.gkf"));
     const Adjustment adjustment = adjust(network);
     QCOMPARE(adjustment.total.redundancy, 8);
     QCOMPARE(digits(adjustment.total.pvv, 5), QStringLiteral("3.74232"));
@@ -209,15 +210,16 @@ void TestAdjustment::oneBenchmarkGivesPublishedFit()
 
 void TestAdjustment::oneBenchmarkHasLargestNormalisedResidualAtFirstPoint()
 {
-    const Network network = testnetworks::sample(QStringLiteral("one-benchmark.gkf"));
+    const Network network = networks::sample(QStringLiteral("one-benchmark.gkf"));
     const Adjustment adjustment = adjust(network);
     const auto smaller = [](const std::optional<AdjustedSection>& a,
                             const std::optional<AdjustedSection>& b) {
         return std::abs(*a->normalisedResidual) < std::abs(*b->normalisedResidual);
     };
     const auto largest = std::max_element(adjustment.sections.begin(), adjustment.sections.end(), smaller);
-    const Section& section = network.sections[static_cast<size_t>(largest - adjustment.sections.begin())];
-    QCOMPARE(testnetworks::ids(network, {section.from, section.to}), QStringLiteral("51-1"));
+    const Section& section =
+        network.sections[static_cast<std::size_t>(largest - adjustment.sections.begin())];
+    QCOMPARE(networks::ids(network, {section.from, section.to}), QStringLiteral("51-1"));
     QCOMPARE(digits(std::abs(*(*largest)->normalisedResidual), 2), QStringLiteral("1.56"));
 }
 
@@ -226,15 +228,15 @@ void TestAdjustment::grossErrorOfTheSampleHasTheLargestNormalisedResidual()
     const Network network = GkfReader::readFile(QStringLiteral(ORVEL_SAMPLES_DIR "/blunder.gkf")).network;
     const Adjustment adjustment = adjust(network);
     QCOMPARE(adjustment.status, AdjustmentStatus::Ok);
-    QCOMPARE(adjustment.undetermined.size(), size_t(3));
+    QCOMPARE(adjustment.undetermined.size(), std::size_t(3));
     QString worst;
     double largest = 0.0;
-    for (size_t i = 0; i < network.sections.size(); ++i) {
+    for (std::size_t i = 0; i < network.sections.size(); ++i) {
         const std::optional<AdjustedSection>& section = adjustment.sections[i];
         if (!section || std::abs(section->normalisedResidual.value_or(0.0)) <= largest)
             continue;
         largest = std::abs(*section->normalisedResidual);
-        worst = testnetworks::ids(network, {network.sections[i].from, network.sections[i].to});
+        worst = networks::ids(network, {network.sections[i].from, network.sections[i].to});
     }
     QCOMPARE(worst, QStringLiteral("М2-М5"));
     QVERIFY(largest > 10.0);
@@ -249,7 +251,7 @@ void TestAdjustment::sigmaActChoosesTheScale()
 
 void TestAdjustment::withoutRedundancyThereIsNoSigma0()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.5, 4.0)
                                 .build();
@@ -264,7 +266,7 @@ void TestAdjustment::withoutRedundancyThereIsNoSigma0()
 
 void TestAdjustment::uncheckedSectionHasNoNormalisedResidual()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.500)
                                 .section(QStringLiteral("A"), QStringLiteral("R"), -1.504)
@@ -280,7 +282,7 @@ void TestAdjustment::uncheckedSectionHasNoNormalisedResidual()
 
 void TestAdjustment::componentsAreAdjustedEachFromItsOwnDatum()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R1"), 10.0)
                                 .section(QStringLiteral("R1"), QStringLiteral("A"), 1.000)
                                 .section(QStringLiteral("A"), QStringLiteral("R1"), -1.002)
@@ -293,7 +295,7 @@ void TestAdjustment::componentsAreAdjustedEachFromItsOwnDatum()
              QStringLiteral("11.001000"));
     QCOMPARE(digits(pointOf(adjustment, network, QStringLiteral("B")).height, 6),
              QStringLiteral("44.995000"));
-    QCOMPARE(adjustment.components.size(), size_t(2));
+    QCOMPARE(adjustment.components.size(), std::size_t(2));
     QCOMPARE(digits(adjustment.components[0]->pvv, 6), QStringLiteral("2.000000"));
     QCOMPARE(digits(adjustment.components[1]->pvv, 6), QStringLiteral("50.000000"));
     QCOMPARE(adjustment.components[1]->redundancy, 1);
@@ -303,7 +305,7 @@ void TestAdjustment::componentsAreAdjustedEachFromItsOwnDatum()
 
 void TestAdjustment::undeterminedPointsAreNamedWithTheirReason()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .unknown(QStringLiteral("alone"))
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.0)
@@ -314,7 +316,7 @@ void TestAdjustment::undeterminedPointsAreNamedWithTheirReason()
     QStringList undetermined;
     for (const UndeterminedPoint& point : adjustment.undetermined) {
         const bool alone = point.reason == UndeterminedReason::NoSections;
-        undetermined.append(network.points[static_cast<size_t>(point.point)].id +
+        undetermined.append(network.points[static_cast<std::size_t>(point.point)].id +
                             (alone ? QStringLiteral(": no sections") : QStringLiteral(": no datum")));
     }
     QCOMPARE(undetermined, QStringList({QStringLiteral("alone: no sections"), QStringLiteral("X: no datum"),
@@ -326,14 +328,14 @@ void TestAdjustment::undeterminedPointsAreNamedWithTheirReason()
 
 void TestAdjustment::freeNetworkHasNothingToAdjust()
 {
-    const Adjustment adjustment = adjust(testnetworks::random(1, 5, 10, 0));
+    const Adjustment adjustment = adjust(networks::random(1, 5, 10, 0));
     QCOMPARE(adjustment.status, AdjustmentStatus::NothingToAdjust);
-    QCOMPARE(adjustment.undetermined.size(), size_t(5));
+    QCOMPARE(adjustment.undetermined.size(), std::size_t(5));
 }
 
 void TestAdjustment::networkOfBenchmarksOnlyHasNothingToAdjust()
 {
-    const Adjustment adjustment = adjust(testnetworks::random(1, 5, 10, 5));
+    const Adjustment adjustment = adjust(networks::random(1, 5, 10, 5));
     QCOMPARE(adjustment.status, AdjustmentStatus::NothingToAdjust);
     QVERIFY(adjustment.undetermined.empty());
 }
@@ -370,7 +372,7 @@ void TestAdjustment::agreesWithDenseMatrices()
     QFETCH(int, points);
     QFETCH(int, sections);
     QFETCH(int, fixed);
-    Network network = testnetworks::random(seed, points, sections, fixed);
+    Network network = networks::random(seed, points, sections, fixed);
     // A chain through all points makes every height determinable.
     for (int i = 1; i < points; ++i) {
         Section section = network.sections.front();
@@ -382,7 +384,7 @@ void TestAdjustment::agreesWithDenseMatrices()
     const DenseReference reference = denseReference(network);
 
     Eigen::Index unknown = 0;
-    for (size_t i = 0; i < network.points.size(); ++i) {
+    for (std::size_t i = 0; i < network.points.size(); ++i) {
         if (network.points[i].fixed)
             continue;
         QVERIFY(std::abs(adjustment.points[i]->height - reference.heights[unknown]) < 1e-9);
@@ -390,7 +392,7 @@ void TestAdjustment::agreesWithDenseMatrices()
         QVERIFY(std::abs(adjustment.points[i]->sigma - sigma) < 1e-9 * sigma);
         ++unknown;
     }
-    for (size_t i = 0; i < network.sections.size(); ++i) {
+    for (std::size_t i = 0; i < network.sections.size(); ++i) {
         const auto row = static_cast<Eigen::Index>(i);
         QVERIFY(std::abs(adjustment.sections[i]->residual - reference.residuals[row] * 1000.0) < 1e-6);
         const double redundancy =

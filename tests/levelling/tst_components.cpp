@@ -4,6 +4,7 @@
 #include <QtTest>
 
 using namespace levelling;
+using namespace orvel::test;
 
 namespace {
 
@@ -13,7 +14,7 @@ QString describe(const Network& network, const Component& component)
     for (const int section : component.sections)
         sections.append(QString::number(section));
     return QStringLiteral("%1 | %2 | fixed %3 | redundancy %4")
-        .arg(testnetworks::ids(network, component.points), sections.join(QLatin1Char(',')))
+        .arg(networks::ids(network, component.points), sections.join(QLatin1Char(',')))
         .arg(component.fixedPoints)
         .arg(component.getRedundancy());
 }
@@ -32,7 +33,7 @@ class TestComponents : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void samplesAreOneComponent();
     void componentsComeInTheOrderOfTheirFirstPoints();
     void componentWithoutDatumCountsOneUnknownLess();
@@ -47,16 +48,16 @@ private slots:
 
 void TestComponents::samplesAreOneComponent()
 {
-    QCOMPARE(describeAll(testnetworks::sample(QStringLiteral("two-benchmarks.gkf"))),
+    QCOMPARE(describeAll(networks::sample(QStringLiteral("two-benchmarks.gkf"))),
              QStringList(QStringLiteral("BMX-BMY-A-B-C | 0,1,2,3,4,5,6 | fixed 2 | redundancy 4")));
-    QCOMPARE(describeAll(testnetworks::sample(QStringLiteral("one-benchmark.gkf"))),
+    QCOMPARE(describeAll(networks::sample(QStringLiteral("one-benchmark.gkf"))),
              QStringList(QStringLiteral(
                  "51-11-38-1-17-34-32-43 | 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14 | fixed 1 | redundancy 8")));
 }
 
 void TestComponents::componentsComeInTheOrderOfTheirFirstPoints()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .unknown(QStringLiteral("A"))
                                 .unknown(QStringLiteral("B"))
                                 .unknown(QStringLiteral("C"))
@@ -70,7 +71,7 @@ void TestComponents::componentsComeInTheOrderOfTheirFirstPoints()
 
 void TestComponents::componentWithoutDatumCountsOneUnknownLess()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.0)
                                 .section(QStringLiteral("B"), QStringLiteral("C"), 1.0)
                                 .section(QStringLiteral("C"), QStringLiteral("A"), -2.0)
@@ -82,7 +83,7 @@ void TestComponents::componentWithoutDatumCountsOneUnknownLess()
 
 void TestComponents::everyBenchmarkMoreAddsRedundancy()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("A"), 0.0)
                                 .fixed(QStringLiteral("B"), 1.0)
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.0)
@@ -94,7 +95,7 @@ void TestComponents::everyBenchmarkMoreAddsRedundancy()
 
 void TestComponents::pointWithoutSectionsIsAComponent()
 {
-    const Network network = testnetworks::Builder().unknown(QStringLiteral("A")).build();
+    const Network network = networks::Builder().unknown(QStringLiteral("A")).build();
     QCOMPARE(describeAll(network), QStringList(QStringLiteral("A |  | fixed 0 | redundancy 0")));
 }
 
@@ -108,19 +109,19 @@ void TestComponents::longChainsAreOneComponent()
         section.to = i - 1;
         network.sections.push_back(section);
     }
-    QCOMPARE(findComponents(network).size(), size_t(1));
+    QCOMPARE(findComponents(network).size(), std::size_t(1));
 }
 
 void TestComponents::forwardAndBackAreGrouped()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.250, 2.0)
                                 .section(QStringLiteral("B"), QStringLiteral("C"), 1.0)
                                 .section(QStringLiteral("B"), QStringLiteral("A"), -1.254, 3.0)
                                 .build();
     const std::vector<RepeatedSections> repeated = findRepeatedSections(network);
-    QCOMPARE(repeated.size(), size_t(1));
-    QCOMPARE(testnetworks::ids(network, {repeated[0].from, repeated[0].to}), QStringLiteral("A-B"));
+    QCOMPARE(repeated.size(), std::size_t(1));
+    QCOMPARE(networks::ids(network, {repeated[0].from, repeated[0].to}), QStringLiteral("A-B"));
     QCOMPARE(repeated[0].forward, std::vector<int>({0}));
     QCOMPARE(repeated[0].back, std::vector<int>({2}));
     QCOMPARE(QString::number(repeated[0].discrepancy, 'f', 6), QStringLiteral("4.000000"));
@@ -129,7 +130,7 @@ void TestComponents::forwardAndBackAreGrouped()
 
 void TestComponents::repeatedSectionsAreGrouped()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .section(QStringLiteral("B"), QStringLiteral("A"), -1.250)
                                 .section(QStringLiteral("B"), QStringLiteral("A"), -1.247)
                                 .section(QStringLiteral("C"), QStringLiteral("D"), 1.0)
@@ -137,8 +138,8 @@ void TestComponents::repeatedSectionsAreGrouped()
                                 .section(QStringLiteral("D"), QStringLiteral("C"), -1.0)
                                 .build();
     const std::vector<RepeatedSections> repeated = findRepeatedSections(network);
-    QCOMPARE(repeated.size(), size_t(2));
-    QCOMPARE(testnetworks::ids(network, {repeated[0].from, repeated[0].to}), QStringLiteral("B-A"));
+    QCOMPARE(repeated.size(), std::size_t(2));
+    QCOMPARE(networks::ids(network, {repeated[0].from, repeated[0].to}), QStringLiteral("B-A"));
     QCOMPARE(repeated[0].forward, std::vector<int>({0, 1}));
     QCOMPARE(repeated[0].back, std::vector<int>({3}));
     QCOMPARE(QString::number(repeated[0].discrepancy, 'f', 6), QStringLiteral("4.000000"));
@@ -147,7 +148,7 @@ void TestComponents::repeatedSectionsAreGrouped()
 
 void TestComponents::meanLengthNeedsAllLengths()
 {
-    Network network = testnetworks::Builder()
+    Network network = networks::Builder()
                           .section(QStringLiteral("A"), QStringLiteral("B"), 1.0)
                           .section(QStringLiteral("A"), QStringLiteral("B"), 1.0)
                           .build();
@@ -157,7 +158,7 @@ void TestComponents::meanLengthNeedsAllLengths()
 
 void TestComponents::singleSectionsAreNotGrouped()
 {
-    QVERIFY(findRepeatedSections(testnetworks::sample(QStringLiteral("one-benchmark.gkf"))).empty());
+    QVERIFY(findRepeatedSections(networks::sample(QStringLiteral("one-benchmark.gkf"))).empty());
 }
 
 QTEST_APPLESS_MAIN(TestComponents)

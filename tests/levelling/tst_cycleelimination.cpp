@@ -8,7 +8,7 @@ class TestCycleElimination : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void sumOfTwoIsDependent();
     void sharedSectionsDoNotMakeDependent();
     void sumOfManyIsDependent();

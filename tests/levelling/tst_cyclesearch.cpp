@@ -10,15 +10,16 @@
 #include <set>
 
 using namespace levelling;
+using namespace orvel::test;
 
 namespace {
 
-size_t redundancyOf(const Network& network)
+std::size_t redundancyOf(const Network& network)
 {
     const std::vector<Component> components = findComponents(network);
-    return std::accumulate(components.begin(), components.end(), size_t(0),
-                           [](size_t sum, const Component& component) {
-                               return sum + static_cast<size_t>(component.getRedundancy());
+    return std::accumulate(components.begin(), components.end(), std::size_t(0),
+                           [](std::size_t sum, const Component& component) {
+                               return sum + static_cast<std::size_t>(component.getRedundancy());
                            });
 }
 
@@ -27,7 +28,7 @@ void verifyNeededAreABasis(const Network& network)
 {
     const SectionGraph graph(network);
     CycleElimination elimination(static_cast<int>(network.sections.size()));
-    size_t needed = 0;
+    std::size_t needed = 0;
     for (const CycleSearch::Candidate& candidate : CycleSearch(graph).findCandidates()) {
         if (!candidate.isNeeded)
             continue;
@@ -43,7 +44,7 @@ class TestCycleSearch : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void neededCandidatesAreABasis();
     void neededCandidatesOfALargeNetworkAreABasis();
     void candidatesComeShortestFirst();
@@ -54,23 +55,23 @@ void TestCycleSearch::neededCandidatesAreABasis()
 {
     for (unsigned seed = 1; seed <= 60; ++seed) {
         const int points = 5 + static_cast<int>(seed * 7 % 200);
-        verifyNeededAreABasis(testnetworks::random(seed, points, points + static_cast<int>(seed * 13 % 300),
-                                                   static_cast<int>(seed % 6)));
+        verifyNeededAreABasis(networks::random(seed, points, points + static_cast<int>(seed * 13 % 300),
+                                               static_cast<int>(seed % 6)));
     }
 }
 
 void TestCycleSearch::neededCandidatesOfALargeNetworkAreABasis()
 {
-    verifyNeededAreABasis(testnetworks::synthetic(5000, 9000));
+    verifyNeededAreABasis(networks::synthetic(5000, 9000));
 }
 
 void TestCycleSearch::candidatesComeShortestFirst()
 {
-    const Network network = testnetworks::random(1, 50, 100, 2);
+    const Network network = networks::random(1, 50, 100, 2);
     const SectionGraph graph(network);
     const std::vector<CycleSearch::Candidate> candidates = CycleSearch(graph).findCandidates();
     QVERIFY(candidates.size() > 50);
-    for (size_t i = 1; i < candidates.size(); ++i) {
+    for (std::size_t i = 1; i < candidates.size(); ++i) {
         const CycleSearch::Candidate& shorter = candidates[i - 1];
         const CycleSearch::Candidate& longer = candidates[i];
         QVERIFY(shorter.sections.size() < longer.sections.size() ||
@@ -80,13 +81,13 @@ void TestCycleSearch::candidatesComeShortestFirst()
 
 void TestCycleSearch::ranksAreAnOrderOfTheSections()
 {
-    const Network network = testnetworks::random(2, 50, 100, 2);
+    const Network network = networks::random(2, 50, 100, 2);
     const SectionGraph graph(network);
     const CycleSearch search(graph);
     std::set<int> ranks;
     for (int section = 0; section < 100; ++section)
         ranks.insert(search.getRank(section));
-    QCOMPARE(ranks.size(), size_t(100));
+    QCOMPARE(ranks.size(), std::size_t(100));
     QCOMPARE(*ranks.begin(), 0);
     QCOMPARE(*ranks.rbegin(), 99);
 }

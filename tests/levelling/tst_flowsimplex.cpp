@@ -28,12 +28,12 @@ Arcs randomArcs(unsigned seed, int nodes, int extraArcs, int variety)
 /// The conditions that prove a flow to be of least cost.
 void verifyOptimal(const Arcs& arcs, const FlowSimplex& simplex, int nodes)
 {
-    std::vector<qint64> balance(static_cast<size_t>(nodes), 0);
-    for (size_t i = 0; i < arcs.size(); ++i) {
+    std::vector<qint64> balance(static_cast<std::size_t>(nodes), 0);
+    for (std::size_t i = 0; i < arcs.size(); ++i) {
         const qint64 flow = simplex.getFlow(i);
         QVERIFY(flow >= -arcs[i].capacity && flow <= arcs[i].capacity);
-        balance[static_cast<size_t>(arcs[i].from)] -= flow;
-        balance[static_cast<size_t>(arcs[i].to)] += flow;
+        balance[static_cast<std::size_t>(arcs[i].from)] -= flow;
+        balance[static_cast<std::size_t>(arcs[i].to)] += flow;
         const qint64 rise = simplex.getPotential(arcs[i].to) - simplex.getPotential(arcs[i].from);
         if (rise > arcs[i].cost)
             QCOMPARE(flow, arcs[i].capacity);
@@ -50,7 +50,7 @@ class TestFlowSimplex : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void withoutArcs();
     void singleArcCarriesNothing();
     void cheapRingIsFull();
@@ -82,7 +82,7 @@ void TestFlowSimplex::cheapRingIsFull()
     const Arcs arcs{{0, 1, 5, -1}, {1, 2, 5, -1}, {2, 0, 5, 1}};
     FlowSimplex simplex(3, arcs);
     simplex.solve();
-    for (size_t i = 0; i < 3; ++i)
+    for (std::size_t i = 0; i < 3; ++i)
         QCOMPARE(simplex.getFlow(i), 5);
 }
 
@@ -91,7 +91,7 @@ void TestFlowSimplex::tighterArcLimitsTheRing()
     const Arcs arcs{{0, 1, 5, 1}, {1, 2, 3, 1}, {2, 0, 4, 1}};
     FlowSimplex simplex(3, arcs);
     simplex.solve();
-    for (size_t i = 0; i < 3; ++i)
+    for (std::size_t i = 0; i < 3; ++i)
         QCOMPARE(simplex.getFlow(i), -3);
     verifyOptimal(arcs, simplex, 3);
 }

@@ -8,6 +8,7 @@
 #include <cmath>
 
 using namespace levelling;
+using namespace orvel::test;
 
 Q_DECLARE_METATYPE(levelling::ProblemKind)
 Q_DECLARE_METATYPE(levelling::Severity)
@@ -111,7 +112,7 @@ class TestGkfReader : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void readsPoints();
     void readsSections();
     void readsParametersAndDescription();
@@ -148,8 +149,8 @@ private slots:
 
 void TestGkfReader::readsPoints()
 {
-    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
-    QCOMPARE(testnetworks::ids(network, {0, 1, 2, 3, 4}), QStringLiteral("BMX-BMY-A-B-C"));
+    const Network network = networks::sample(QStringLiteral("two-benchmarks.gkf"));
+    QCOMPARE(networks::ids(network, {0, 1, 2, 3, 4}), QStringLiteral("BMX-BMY-A-B-C"));
     const Point& benchmark = network.points[1];
     QVERIFY(benchmark.fixed && benchmark.declared);
     QCOMPARE(*benchmark.height, 107.5);
@@ -160,10 +161,10 @@ void TestGkfReader::readsPoints()
 
 void TestGkfReader::readsSections()
 {
-    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
-    QCOMPARE(network.sections.size(), size_t(7));
+    const Network network = networks::sample(QStringLiteral("two-benchmarks.gkf"));
+    QCOMPARE(network.sections.size(), std::size_t(7));
     const Section& section = network.sections[3];
-    QCOMPARE(testnetworks::ids(network, {section.from, section.to}), QStringLiteral("C-BMX"));
+    QCOMPARE(networks::ids(network, {section.from, section.to}), QStringLiteral("C-BMX"));
     QCOMPARE(section.difference, -6.13);
     QCOMPARE(*section.distance, 3.0);
     QVERIFY(!section.stdev);
@@ -209,8 +210,8 @@ void TestGkfReader::blunderSampleHasItsProblems()
     QCOMPARE(describeProblems(result),
              QStringList({QStringLiteral("37 warning PointUndeclared (М7)"),
                           QStringLiteral("39 error SectionWithoutValue (М4; М5; )")}));
-    QCOMPARE(result.network.points.size(), size_t(12));
-    QCOMPARE(result.network.sections.size(), size_t(19));
+    QCOMPARE(result.network.points.size(), std::size_t(12));
+    QCOMPARE(result.network.sections.size(), std::size_t(19));
 }
 
 void TestGkfReader::problems_data()
@@ -470,7 +471,7 @@ void TestGkfReader::diagonalCovarianceGivesSigmas()
                                               "<dh from='A' to='B' val='1'/>"
                                               "<cov-mat dim='3' band='0'>\n 4 9\n16 \n</cov-mat>"))
                                 .network;
-    QCOMPARE(network.sections.size(), size_t(2));
+    QCOMPARE(network.sections.size(), std::size_t(2));
     QCOMPARE(network.sections[0].sigma, 2.0);
     QCOMPARE(network.sections[1].sigma, 4.0);
 }
@@ -494,7 +495,7 @@ void TestGkfReader::unusableCovarianceLeavesTheOwnWeights()
         readText(sections("<dh from='R' to='A' val='1' stdev='7'/><dh from='A' to='B' val='1'/>"
                           "<cov-mat dim='2' band='0'>4</cov-mat>"))
             .network;
-    QCOMPARE(network.sections.size(), size_t(1));
+    QCOMPARE(network.sections.size(), std::size_t(1));
     QCOMPARE(network.sections[0].sigma, 7.0);
 }
 
@@ -502,7 +503,7 @@ void TestGkfReader::laterPointWins()
 {
     const Network network =
         readText(points("<point id='A' z='1' fix='z'/>\n<point id='A' z='2' adj='z'/>")).network;
-    QCOMPARE(network.points.size(), size_t(3));
+    QCOMPARE(network.points.size(), std::size_t(3));
     QCOMPARE(*network.points[0].height, 2.0);
     QVERIFY(!network.points[0].fixed);
     QCOMPARE(network.points[0].line, 5);
@@ -532,7 +533,7 @@ void TestGkfReader::otherCoordinatesDoNotCount()
 void TestGkfReader::undeclaredPointIsUsed()
 {
     const Network network = readText(sections("<dh from='R' to='X' val='1' dist='1'/>")).network;
-    QCOMPARE(network.sections.size(), size_t(1));
+    QCOMPARE(network.sections.size(), std::size_t(1));
     QCOMPARE(network.points.back().id, QStringLiteral("X"));
     QVERIFY(!network.points.back().declared);
     QVERIFY(!network.points.back().fixed);
@@ -546,7 +547,7 @@ void TestGkfReader::numbersMayHoldBlanks()
     QCOMPARE(network.sections[0].difference, 25.42);
     QCOMPARE(*network.sections[0].distance, 0.5);
     QCOMPARE(network.sections[0].sigma, 10.0);
-    QCOMPARE(network.points[static_cast<size_t>(network.sections[0].from)].id, QStringLiteral("R"));
+    QCOMPARE(network.points[static_cast<std::size_t>(network.sections[0].from)].id, QStringLiteral("R"));
 }
 
 void TestGkfReader::numbersDoNotDependOnTheLocale()
@@ -588,7 +589,7 @@ void TestGkfReader::everyPointIsRead()
         lines += "<point id='" + QByteArray::number(i) + "' adj='z'/>\n";
     const GkfResult result = readText(points(lines));
     QVERIFY(!result.fatal);
-    QCOMPARE(result.network.points.size(), size_t(20002));
+    QCOMPARE(result.network.points.size(), std::size_t(20002));
     QCOMPARE(result.network.points[12345].id, QStringLiteral("12345"));
     QCOMPARE(result.network.points[12345].line, 12349);
 }

@@ -10,13 +10,14 @@
 #include <set>
 
 using namespace levelling;
+using namespace orvel::test;
 
 namespace {
 
 QStringList heights(const Network& network, const L1Analysis& analysis)
 {
     QStringList lines;
-    for (size_t i = 0; i < network.points.size(); ++i) {
+    for (std::size_t i = 0; i < network.points.size(); ++i) {
         if (!network.points[i].fixed)
             lines.append(network.points[i].id + QLatin1Char(' ') +
                          QString::number(*analysis.heights[i], 'f', 5));
@@ -28,10 +29,10 @@ QStringList heights(const Network& network, const L1Analysis& analysis)
 QStringList residuals(const Network& network, const L1Analysis& analysis)
 {
     QStringList lines;
-    for (size_t i = 0; i < network.sections.size(); ++i) {
+    for (std::size_t i = 0; i < network.sections.size(); ++i) {
         const Section& section = network.sections[i];
         lines.append(
-            QStringLiteral("%1 %2%3").arg(testnetworks::ids(network, {section.from, section.to}),
+            QStringLiteral("%1 %2%3").arg(networks::ids(network, {section.from, section.to}),
                                           analysis.sections[i]->isGross ? QStringLiteral("!") : QString(),
                                           QString::number(analysis.sections[i]->residual)));
     }
@@ -46,7 +47,7 @@ public:
     explicit AllVertices(const Network& triedNetwork) : network(triedNetwork)
     {
         std::vector<double> start(network.points.size(), std::nan(""));
-        for (size_t i = 0; i < start.size(); ++i) {
+        for (std::size_t i = 0; i < start.size(); ++i) {
             if (network.points[i].fixed)
                 start[i] = *network.points[i].height;
         }
@@ -55,7 +56,7 @@ public:
 
     double getLeast() const { return least; }
     /// Count of different solutions among the vertices, heights compared to 0.001 mm.
-    size_t getSolutionCount() const { return solutions.size(); }
+    std::size_t getSolutionCount() const { return solutions.size(); }
 
 private:
     void carryOn(const std::vector<double>& heights)
@@ -64,16 +65,16 @@ private:
             return;
         bool complete = true;
         for (const Section& section : network.sections) {
-            const double from = heights[static_cast<size_t>(section.from)];
-            const double to = heights[static_cast<size_t>(section.to)];
+            const double from = heights[static_cast<std::size_t>(section.from)];
+            const double to = heights[static_cast<std::size_t>(section.to)];
             if (std::isnan(from) == std::isnan(to))
                 continue;
             complete = false;
             std::vector<double> next = heights;
             if (std::isnan(to))
-                next[static_cast<size_t>(section.to)] = from + section.difference;
+                next[static_cast<std::size_t>(section.to)] = from + section.difference;
             else
-                next[static_cast<size_t>(section.from)] = to - section.difference;
+                next[static_cast<std::size_t>(section.from)] = to - section.difference;
             carryOn(next);
         }
         if (complete)
@@ -84,8 +85,8 @@ private:
     {
         double sum = 0.0;
         for (const Section& section : network.sections) {
-            const double adjusted =
-                heights[static_cast<size_t>(section.to)] - heights[static_cast<size_t>(section.from)];
+            const double adjusted = heights[static_cast<std::size_t>(section.to)] -
+                                    heights[static_cast<std::size_t>(section.from)];
             sum += std::abs(adjusted - section.difference) * 1000.0 / section.sigma;
         }
         if (sum < least - 1e-7) {
@@ -114,7 +115,7 @@ private:
 /// A random network with heights to the millimetre and only few different weights, so that ties are frequent.
 Network roundNetwork(unsigned seed, int points, int sections, int fixed)
 {
-    Network network = testnetworks::random(seed, points, sections, fixed);
+    Network network = networks::random(seed, points, sections, fixed);
     // A chain through all points makes every height determinable.
     for (int i = 1; i < points; ++i) {
         Section section;
@@ -122,7 +123,7 @@ Network roundNetwork(unsigned seed, int points, int sections, int fixed)
         section.to = i;
         network.sections.push_back(section);
     }
-    for (size_t i = 0; i < network.sections.size(); ++i) {
+    for (std::size_t i = 0; i < network.sections.size(); ++i) {
         Section& section = network.sections[i];
         section.sigma = i % 3 == 0 ? 2.0 : 1.0;
         section.difference = 0.001 * static_cast<double>((seed + i * i * 13 + i * 5) % 11);
@@ -140,7 +141,7 @@ class TestL1Analysis : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void twoBenchmarksGivePublishedSolution();
     void isolatesAGrossError();
     void isolatesTheGrossErrorOfTheSample();
@@ -161,7 +162,7 @@ private slots:
 
 void TestL1Analysis::twoBenchmarksGivePublishedSolution()
 {
-    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
+    const Network network = networks::sample(QStringLiteral("two-benchmarks.gkf"));
     const L1Analysis analysis = analyseL1(network);
     QCOMPARE(analysis.status, L1Status::Ok);
     QVERIFY(analysis.isUnique());
@@ -180,7 +181,7 @@ void TestL1Analysis::twoBenchmarksGivePublishedSolution()
 
 void TestL1Analysis::isolatesAGrossError()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 100.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.001)
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.050)
@@ -198,18 +199,18 @@ void TestL1Analysis::isolatesTheGrossErrorOfTheSample()
 {
     const Network network = GkfReader::readFile(QStringLiteral(ORVEL_SAMPLES_DIR "/blunder.gkf")).network;
     const L1Analysis analysis = analyseL1(network);
-    QCOMPARE(analysis.undetermined.size(), size_t(3));
+    QCOMPARE(analysis.undetermined.size(), std::size_t(3));
     QStringList gross;
-    for (size_t i = 0; i < network.sections.size(); ++i) {
+    for (std::size_t i = 0; i < network.sections.size(); ++i) {
         if (analysis.sections[i] && analysis.sections[i]->isGross)
-            gross.append(testnetworks::ids(network, {network.sections[i].from, network.sections[i].to}));
+            gross.append(networks::ids(network, {network.sections[i].from, network.sections[i].to}));
     }
     QCOMPARE(gross, QStringList(QStringLiteral("М2-М5")));
 }
 
 void TestL1Analysis::oneBenchmarkKeepsSevenSections()
 {
-    const Network network = testnetworks::sample(QStringLiteral("one-benchmark.gkf"));
+    const Network network = networks::sample(QStringLiteral("one-benchmark.gkf"));
     const L1Analysis analysis = analyseL1(network);
     const auto kept =
         std::count_if(analysis.sections.begin(), analysis.sections.end(),
@@ -221,7 +222,7 @@ void TestL1Analysis::oneBenchmarkKeepsSevenSections()
 
 void TestL1Analysis::twoSectionsOfEqualWeightAreAmbiguous()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.000)
                                 .section(QStringLiteral("A"), QStringLiteral("R"), -1.004)
@@ -234,7 +235,7 @@ void TestL1Analysis::twoSectionsOfEqualWeightAreAmbiguous()
 
 void TestL1Analysis::threeSectionsGiveTheMedian()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.000)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.500)
@@ -249,7 +250,7 @@ void TestL1Analysis::threeSectionsGiveTheMedian()
 
 void TestL1Analysis::heavierSectionWins()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.000, 4.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.010, 3.9)
@@ -262,7 +263,7 @@ void TestL1Analysis::heavierSectionWins()
 void TestL1Analysis::weightsThatAddUpAreAmbiguous()
 {
     // Three sections of weight 1/3 against one of weight 1.
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.000, 9.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.000, 9.0)
@@ -274,7 +275,7 @@ void TestL1Analysis::weightsThatAddUpAreAmbiguous()
 
 void TestL1Analysis::onlyTheMovablePointsAreAmbiguous()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.0)
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.000)
@@ -286,7 +287,7 @@ void TestL1Analysis::onlyTheMovablePointsAreAmbiguous()
 
 void TestL1Analysis::undeterminedPointsAreNamed()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .unknown(QStringLiteral("alone"))
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.0)
@@ -295,7 +296,7 @@ void TestL1Analysis::undeterminedPointsAreNamed()
     const L1Analysis analysis = analyseL1(network);
     QCOMPARE(analysis.status, L1Status::Ok);
     QVERIFY(analysis.isUnique());
-    QCOMPARE(analysis.undetermined.size(), size_t(3));
+    QCOMPARE(analysis.undetermined.size(), std::size_t(3));
     QCOMPARE(analysis.undetermined[0].reason, UndeterminedReason::NoSections);
     QCOMPARE(analysis.undetermined[2].reason, UndeterminedReason::NoDatum);
     QVERIFY(!analysis.heights[0]);
@@ -304,15 +305,15 @@ void TestL1Analysis::undeterminedPointsAreNamed()
 
 void TestL1Analysis::withoutDatumThereIsNothingToAdjust()
 {
-    QCOMPARE(analyseL1(testnetworks::random(1, 5, 10, 0)).status, L1Status::NothingToAdjust);
-    QCOMPARE(analyseL1(testnetworks::random(1, 5, 10, 5)).status, L1Status::NothingToAdjust);
+    QCOMPARE(analyseL1(networks::random(1, 5, 10, 0)).status, L1Status::NothingToAdjust);
+    QCOMPARE(analyseL1(networks::random(1, 5, 10, 5)).status, L1Status::NothingToAdjust);
     QCOMPARE(analyseL1(Network()).status, L1Status::NothingToAdjust);
 }
 
 void TestL1Analysis::hugeDifferencesAreRefused()
 {
     const auto network = [](double there, double back) {
-        return testnetworks::Builder()
+        return networks::Builder()
             .fixed(QStringLiteral("R"), 0.0)
             .section(QStringLiteral("R"), QStringLiteral("A"), there)
             .section(QStringLiteral("A"), QStringLiteral("R"), back)
@@ -326,7 +327,7 @@ void TestL1Analysis::hugeDifferencesAreRefused()
 
 void TestL1Analysis::extremeWeightsAreOrdered()
 {
-    Network network = testnetworks::Builder()
+    Network network = networks::Builder()
                           .fixed(QStringLiteral("R"), 10.0)
                           .section(QStringLiteral("R"), QStringLiteral("A"), 1.000)
                           .section(QStringLiteral("R"), QStringLiteral("A"), 2.000)
@@ -340,7 +341,7 @@ void TestL1Analysis::extremeWeightsAreOrdered()
 
 void TestL1Analysis::stopsOnRequest()
 {
-    const Network network = testnetworks::synthetic(1000, 2500);
+    const Network network = networks::synthetic(1000, 2500);
     int questions = 0;
     const L1Analysis stopped = analyseL1(network, 3.0, [&] { return ++questions == 3; });
     QCOMPARE(stopped.status, L1Status::Stopped);
@@ -368,7 +369,7 @@ void TestL1Analysis::agreesWithAllVertices()
 void TestL1Analysis::keepsASectionForEachPoint()
 {
     // A line of sections of equal weight: any of them may take the whole misclosure, or all a share.
-    testnetworks::Builder line;
+    networks::Builder line;
     line.fixed(QStringLiteral("R"), 10.0);
     for (int i = 1; i <= 1000; ++i)
         line.section(i == 1 ? QStringLiteral("R") : QString::number(i - 1), QString::number(i), 0.001);

@@ -11,6 +11,7 @@
 #include <set>
 
 using namespace levelling;
+using namespace orvel::test;
 
 namespace {
 
@@ -19,7 +20,7 @@ QStringList describe(const Network& network, const std::vector<Loop>& loops)
 {
     QStringList lines;
     for (const Loop& loop : loops) {
-        lines.append(QStringLiteral("%1 %2%3").arg(testnetworks::ids(network, loop.points),
+        lines.append(QStringLiteral("%1 %2%3").arg(networks::ids(network, loop.points),
                                                    loop.misclosure < 0 ? QString() : QStringLiteral("+"),
                                                    QString::number(loop.misclosure, 'f', 1)));
     }
@@ -47,7 +48,7 @@ class AllCycles
 public:
     explicit AllCycles(const SectionGraph& searchedGraph)
         : graph(searchedGraph)
-        , passed(static_cast<size_t>(searchedGraph.getNodeCount()), false)
+        , passed(static_cast<std::size_t>(searchedGraph.getNodeCount()), false)
     {
         for (start = 0; start < graph.getNodeCount(); ++start)
             walk(start);
@@ -66,14 +67,14 @@ public:
     double lengthOf(const std::vector<int>& cycle) const
     {
         return std::accumulate(cycle.begin(), cycle.end(), 0.0, [this](double sum, int section) {
-            return sum + *graph.getNetwork().sections[static_cast<size_t>(section)].distance;
+            return sum + *graph.getNetwork().sections[static_cast<std::size_t>(section)].distance;
         });
     }
 
 private:
     void walk(int node)
     {
-        passed[static_cast<size_t>(node)] = true;
+        passed[static_cast<std::size_t>(node)] = true;
         for (const SectionGraph::Link& link : graph.getLinks(node)) {
             if (std::find(way.begin(), way.end(), link.section) != way.end())
                 continue;
@@ -82,12 +83,12 @@ private:
                 std::vector<int> cycle = way;
                 std::sort(cycle.begin(), cycle.end());
                 cycles.insert(cycle);
-            } else if (link.node > start && !passed[static_cast<size_t>(link.node)]) {
+            } else if (link.node > start && !passed[static_cast<std::size_t>(link.node)]) {
                 walk(link.node);
             }
             way.pop_back();
         }
-        passed[static_cast<size_t>(node)] = false;
+        passed[static_cast<std::size_t>(node)] = false;
     }
 
     const SectionGraph& graph;
@@ -100,7 +101,7 @@ private:
 /// Sections and kilometres of all loops together.
 struct BasisSize
 {
-    size_t sections = 0;
+    std::size_t sections = 0;
     double length = 0.0;
 };
 
@@ -133,8 +134,8 @@ BasisSize minimumSize(const SectionGraph& graph)
 void verifyWay(const Network& network, const Loop& loop)
 {
     QCOMPARE(loop.points.size(), loop.sections.size() + 1);
-    for (size_t i = 0; i < loop.sections.size(); ++i) {
-        const Section& section = network.sections[static_cast<size_t>(loop.sections[i].section)];
+    for (std::size_t i = 0; i < loop.sections.size(); ++i) {
+        const Section& section = network.sections[static_cast<std::size_t>(loop.sections[i].section)];
         const bool forward = loop.sections[i].forward;
         QCOMPARE(forward ? section.from : section.to, loop.points[i]);
         QCOMPARE(forward ? section.to : section.from, loop.points[i + 1]);
@@ -149,13 +150,13 @@ void verifySums(const Network& network, const Loop& loop)
     double length = 0.0;
     double variance = 0.0;
     for (const LoopSection& step : loop.sections) {
-        const Section& section = network.sections[static_cast<size_t>(step.section)];
+        const Section& section = network.sections[static_cast<std::size_t>(step.section)];
         sum += step.forward ? section.difference : -section.difference;
         length += *section.distance;
         variance += section.sigma * section.sigma;
     }
-    const Point& first = network.points[static_cast<size_t>(loop.points.front())];
-    const Point& last = network.points[static_cast<size_t>(loop.points.back())];
+    const Point& first = network.points[static_cast<std::size_t>(loop.points.front())];
+    const Point& last = network.points[static_cast<std::size_t>(loop.points.back())];
     const double given = first.fixed ? *last.height - *first.height : 0.0;
     QVERIFY(first.fixed || loop.points.front() == loop.points.back());
     QVERIFY(std::abs(loop.misclosure - (sum - given) * 1000.0) < 1e-6);
@@ -180,7 +181,7 @@ class TestLoopBasis : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void twoBenchmarksAreCountedAsJoined();
     void loopsOfTwoBenchmarksSpanThePublishedOnes();
     void oneBenchmarkGivesTriangles();
@@ -199,14 +200,14 @@ private slots:
 
 void TestLoopBasis::twoBenchmarksAreCountedAsJoined()
 {
-    QCOMPARE(describeSorted(testnetworks::sample(QStringLiteral("two-benchmarks.gkf"))),
+    QCOMPARE(describeSorted(networks::sample(QStringLiteral("two-benchmarks.gkf"))),
              QStringList({QStringLiteral("BMX-A-BMY -60.0"), QStringLiteral("BMY-B-A-BMY +20.0"),
                           QStringLiteral("BMY-C-B-BMY +50.0"), QStringLiteral("BMY-C-BMX +120.0")}));
 }
 
 void TestLoopBasis::loopsOfTwoBenchmarksSpanThePublishedOnes()
 {
-    const Network network = testnetworks::sample(QStringLiteral("two-benchmarks.gkf"));
+    const Network network = networks::sample(QStringLiteral("two-benchmarks.gkf"));
     CycleElimination elimination(7);
     for (const Loop& loop : findLoopBasis(SectionGraph(network))) {
         std::vector<int> sections;
@@ -222,7 +223,7 @@ void TestLoopBasis::loopsOfTwoBenchmarksSpanThePublishedOnes()
 
 void TestLoopBasis::oneBenchmarkGivesTriangles()
 {
-    QCOMPARE(describeSorted(testnetworks::sample(QStringLiteral("one-benchmark.gkf"))),
+    QCOMPARE(describeSorted(networks::sample(QStringLiteral("one-benchmark.gkf"))),
              QStringList({QStringLiteral("51-1-17-51 -8.6"), QStringLiteral("51-11-17-51 -0.2"),
                           QStringLiteral("51-11-38-51 +1.4"), QStringLiteral("51-17-34-51 +1.2"),
                           QStringLiteral("51-17-43-51 +3.3"), QStringLiteral("51-32-43-51 -2.4"),
@@ -231,7 +232,7 @@ void TestLoopBasis::oneBenchmarkGivesTriangles()
 
 void TestLoopBasis::lengthSigmaAndToleranceOfALoop()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.0, 1.5)
                                 .section(QStringLiteral("A"), QStringLiteral("R"), -1.0, 2.5)
@@ -244,8 +245,8 @@ void TestLoopBasis::lengthSigmaAndToleranceOfALoop()
 
 void TestLoopBasis::loopWithoutLengthHasNoTolerance()
 {
-    for (const size_t without : {size_t(0), size_t(1)}) {
-        Network network = testnetworks::Builder()
+    for (const std::size_t without : {std::size_t(0), std::size_t(1)}) {
+        Network network = networks::Builder()
                               .section(QStringLiteral("R"), QStringLiteral("A"), 1.0)
                               .section(QStringLiteral("A"), QStringLiteral("R"), -1.0)
                               .build();
@@ -258,7 +259,7 @@ void TestLoopBasis::loopWithoutLengthHasNoTolerance()
 
 void TestLoopBasis::lineBetweenTwoBenchmarksIsALoop()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R1"), 10.0)
                                 .fixed(QStringLiteral("R2"), 12.0)
                                 .section(QStringLiteral("R2"), QStringLiteral("R1"), -1.990)
@@ -270,7 +271,7 @@ void TestLoopBasis::lineBetweenTwoBenchmarksIsALoop()
 
 void TestLoopBasis::forwardAndBackAreALoop()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.250)
                                 .section(QStringLiteral("B"), QStringLiteral("A"), -1.246)
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.249)
@@ -283,7 +284,7 @@ void TestLoopBasis::forwardAndBackAreALoop()
 
 void TestLoopBasis::freeNetworkHasLoops()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .section(QStringLiteral("A"), QStringLiteral("B"), 1.0)
                                 .section(QStringLiteral("C"), QStringLiteral("B"), -1.0)
                                 .section(QStringLiteral("C"), QStringLiteral("A"), -2.003)
@@ -293,7 +294,7 @@ void TestLoopBasis::freeNetworkHasLoops()
 
 void TestLoopBasis::treeHasNoLoops()
 {
-    const Network network = testnetworks::Builder()
+    const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 1.0)
                                 .section(QStringLiteral("R"), QStringLiteral("A"), 1.0)
                                 .section(QStringLiteral("R"), QStringLiteral("B"), 1.0)
@@ -308,7 +309,7 @@ void TestLoopBasis::randomNetworksGiveIndependentLoops()
     for (unsigned seed = 1; seed <= 60; ++seed) {
         const int points = 5 + static_cast<int>(seed * 7 % 200);
         const int sections = points + static_cast<int>(seed * 13 % 300);
-        const Network network = testnetworks::random(seed, points, sections, static_cast<int>(seed % 6));
+        const Network network = networks::random(seed, points, sections, static_cast<int>(seed % 6));
         const std::vector<Loop> loops = findLoopBasis(SectionGraph(network));
         QCOMPARE(static_cast<int>(loops.size()), redundancyOf(network));
         verifyIndependent(network, loops);
@@ -324,7 +325,7 @@ void TestLoopBasis::smallNetworksGiveMinimumBasis()
     for (unsigned seed = 1; seed <= 400; ++seed) {
         const int points = 4 + static_cast<int>(seed % 7);
         const int sections = points + static_cast<int>(seed % 5);
-        const Network network = testnetworks::random(seed, points, sections, static_cast<int>(seed % 3));
+        const Network network = networks::random(seed, points, sections, static_cast<int>(seed % 3));
         const SectionGraph graph(network);
         const BasisSize size = sizeOf(findLoopBasis(graph));
         const BasisSize minimum = minimumSize(graph);
@@ -335,24 +336,24 @@ void TestLoopBasis::smallNetworksGiveMinimumBasis()
 
 void TestLoopBasis::triangulationGivesTriangles()
 {
-    const Network network = testnetworks::triangulation(25, 1);
+    const Network network = networks::triangulation(25, 1);
     const std::vector<Loop> loops = findLoopBasis(SectionGraph(network));
-    QCOMPARE(loops.size(), size_t(2 * 24 * 24));
+    QCOMPARE(loops.size(), std::size_t(2 * 24 * 24));
     QCOMPARE(sizeOf(loops).sections, 3 * loops.size());
 }
 
 void TestLoopBasis::gridGivesSquares()
 {
-    const Network network = testnetworks::grid(30);
+    const Network network = networks::grid(30);
     const std::vector<Loop> loops = findLoopBasis(SectionGraph(network));
-    QCOMPARE(loops.size(), size_t(29 * 29));
+    QCOMPARE(loops.size(), std::size_t(29 * 29));
     QCOMPARE(sizeOf(loops).sections, 4 * loops.size());
 }
 
 void TestLoopBasis::ringRoundALakeIsOneLongLoop()
 {
     // A band of squares closed to a ring of 20: twenty squares, and one way round.
-    testnetworks::Builder builder;
+    networks::Builder builder;
     for (int i = 0; i < 20; ++i) {
         const auto inner = [](int k) { return QStringLiteral("i%1").arg(k % 20); };
         const auto outer = [](int k) { return QStringLiteral("o%1").arg(k % 20); };
@@ -361,9 +362,9 @@ void TestLoopBasis::ringRoundALakeIsOneLongLoop()
         builder.section(outer(i), outer(i + 1), 0.0);
     }
     const std::vector<Loop> loops = findLoopBasis(SectionGraph(builder.build()));
-    QCOMPARE(loops.size(), size_t(21));
-    QCOMPARE(loops.back().sections.size(), size_t(20));
-    QCOMPARE(sizeOf(loops).sections, size_t(20 * 4 + 20));
+    QCOMPARE(loops.size(), std::size_t(21));
+    QCOMPARE(loops.back().sections.size(), std::size_t(20));
+    QCOMPARE(sizeOf(loops).sections, std::size_t(20 * 4 + 20));
 }
 
 QTEST_APPLESS_MAIN(TestLoopBasis)

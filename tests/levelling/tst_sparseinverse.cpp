@@ -19,7 +19,7 @@ Eigen::SparseMatrix<double> randomMatrix(unsigned seed, int size, int elementsPe
     std::uniform_int_distribution<int> index(0, size - 1);
     std::uniform_real_distribution<double> value(0.1, 2.0);
     std::vector<Eigen::Triplet<double>> elements;
-    elements.reserve(static_cast<size_t>(size) * static_cast<size_t>(3 * elementsPerRow / 2 + 1));
+    elements.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(3 * elementsPerRow / 2 + 1));
     for (int i = 0; i < size; ++i)
         elements.emplace_back(i, i, 0.01 + value(generator));
     for (int i = 0; i < size * elementsPerRow / 2; ++i) {
@@ -42,7 +42,7 @@ class TestSparseInverse : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void oneByOne();
     void agreesWithDenseInverse_data();
     void agreesWithDenseInverse();

@@ -87,11 +87,11 @@ private:
                           .arg(QString::number(network.points.size()),
                                QString::number(network.sections.size()), QString::number(adjustment.unknowns),
                                QString::number(adjustment.undetermined.size())));
-        for (size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
+        for (std::size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
             if (adjustment.points[i])
                 writeApproximateHeight(static_cast<int>(i), *adjustment.points[i]);
         }
-        for (size_t i = 0; i < network.sections.size() && lines.isRunning(); ++i) {
+        for (std::size_t i = 0; i < network.sections.size() && lines.isRunning(); ++i) {
             if (adjustment.sections[i])
                 checkAbsoluteTerm(static_cast<int>(i), *adjustment.sections[i]);
         }
@@ -109,7 +109,7 @@ private:
 
     void writeApproximateHeight(int index, const AdjustedPoint& point)
     {
-        if (network.points[static_cast<size_t>(index)].fixed)
+        if (network.points[static_cast<std::size_t>(index)].fixed)
             lines.message(Desk::tr("Исходный репер %1: отметка %2 м")
                               .arg(lines.point(index), numbers::height(point.height)));
         else
@@ -134,7 +134,7 @@ private:
         startStage(Desk::tr("Результаты уравнивания"));
         writeFit(adjustment);
         writeLargestResidual(adjustment);
-        for (size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
+        for (std::size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
             if (adjustment.points[i] && !network.points[i].fixed)
                 writeHeight(static_cast<int>(i), *adjustment.points[i], adjustment);
             lines.setProgress(i, network.points.size() + network.sections.size());
@@ -181,7 +181,7 @@ private:
                                          [](const auto& fit) { return fit && fit->getSigma0(); });
         if (count < 2)
             return;
-        size_t number = 0;
+        std::size_t number = 0;
         for (const auto& fit : adjustment.components) {
             ++number;
             const std::optional<double> sigma0 = fit ? fit->getSigma0() : std::nullopt;
@@ -197,7 +197,7 @@ private:
         const std::vector<int> order = orderBySize(adjustment);
         if (order.empty())
             return;
-        const AdjustedSection& largest = *adjustment.sections[static_cast<size_t>(order.front())];
+        const AdjustedSection& largest = *adjustment.sections[static_cast<std::size_t>(order.front())];
         if (!largest.normalisedResidual)
             return;
         const double size = std::abs(*largest.normalisedResidual);
@@ -238,11 +238,11 @@ private:
     {
         startStage(Desk::tr("Поправки измеренных превышений"));
         const std::vector<int> order = orderBySize(adjustment);
-        size_t done = network.points.size();
+        std::size_t done = network.points.size();
         for (const int index : order) {
             if (!lines.isRunning())
                 break;
-            writeResidual(index, *adjustment.sections[static_cast<size_t>(index)]);
+            writeResidual(index, *adjustment.sections[static_cast<std::size_t>(index)]);
             lines.setProgress(done++, network.points.size() + order.size());
         }
         finishStage();
@@ -252,13 +252,13 @@ private:
     static std::vector<int> orderBySize(const levelling::Adjustment& adjustment)
     {
         std::vector<int> order;
-        for (size_t i = 0; i < adjustment.sections.size(); ++i) {
+        for (std::size_t i = 0; i < adjustment.sections.size(); ++i) {
             if (adjustment.sections[i])
                 order.push_back(static_cast<int>(i));
         }
         const auto size = [&](int index) {
             return std::abs(
-                adjustment.sections[static_cast<size_t>(index)]->normalisedResidual.value_or(0.0));
+                adjustment.sections[static_cast<std::size_t>(index)]->normalisedResidual.value_or(0.0));
         };
         std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return size(a) > size(b); });
         return order;
@@ -266,7 +266,8 @@ private:
 
     void writeResidual(int index, const AdjustedSection& section)
     {
-        const QString difference = numbers::height(network.sections[static_cast<size_t>(index)].difference);
+        const QString difference =
+            numbers::height(network.sections[static_cast<std::size_t>(index)].difference);
         const QString residual = numbers::misclosure(section.residual);
         if (!section.normalisedResidual) {
             lines.warning(Desk::tr("Секция %1: h = %2 м, v = %3 мм, не контролируется другими измерениями")

@@ -70,7 +70,7 @@ private:
                 "Допустимая невязка: %1 мм·√L (класс %2), L — длина хода в км; для ходов без длины — %3 СКО")
                 .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), getClassName(levellingClass),
                      numbers::fixed(kSigmaLimit, 0)));
-        size_t number = 0;
+        std::size_t number = 0;
         for (const Component& component : components) {
             if (!lines.isRunning())
                 return;
@@ -79,10 +79,10 @@ private:
         }
     }
 
-    void checkComponent(const Component& component, size_t number)
+    void checkComponent(const Component& component, std::size_t number)
     {
         if (component.sections.empty()) {
-            checkLonelyPoint(component.points.front());
+            checkIsolatedPoint(component.points.front());
             return;
         }
         if (!component.hasDatum()) {
@@ -105,10 +105,10 @@ private:
                      QString::number(redundancy)));
     }
 
-    void checkLonelyPoint(int index)
+    void checkIsolatedPoint(int index)
     {
         const QString point = lines.point(index);
-        if (network.points[static_cast<size_t>(index)].fixed)
+        if (network.points[static_cast<std::size_t>(index)].fixed)
             lines.warning(Desk::tr("Исходный репер %1 не связан ни с одной секцией").arg(point));
         else
             lines.error(
@@ -159,7 +159,7 @@ private:
     {
         double largest = 0.0;
         for (const int section : sections)
-            largest = std::max(largest, network.sections[static_cast<size_t>(section)].sigma);
+            largest = std::max(largest, network.sections[static_cast<std::size_t>(section)].sigma);
         return largest * std::sqrt(2.0);
     }
 
@@ -167,7 +167,7 @@ private:
     {
         const levelling::SectionGraph graph(network);
         const std::vector<Loop> loops = levelling::findLoopBasis(graph);
-        size_t done = 0;
+        std::size_t done = 0;
         for (const Loop& loop : loops) {
             if (!lines.isRunning())
                 return;

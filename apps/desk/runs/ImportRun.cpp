@@ -113,7 +113,7 @@ QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const 
 
     lines.service(fileLine);
     ProblemWriter problemWriter(lines, snapshot.network);
-    size_t done = 0;
+    std::size_t done = 0;
     for (const Problem& problem : file.problems) {
         if (!lines.isRunning())
             return QString();

@@ -55,7 +55,7 @@ private:
     {
         const std::vector<int> order = orderBySize(analysis);
         const auto isGross = [&](int index) {
-            return analysis.sections[static_cast<size_t>(index)]->isGross;
+            return analysis.sections[static_cast<std::size_t>(index)]->isGross;
         };
         const auto grossCount = std::count_if(order.begin(), order.end(), isGross);
         lines.message(Desk::tr("Σ|v|/σ = %1; секций с грубой ошибкой: %2, с поправкой: %3, без поправки: %4")
@@ -63,15 +63,15 @@ private:
                                QString::number(order.size()),
                                QString::number(countParticipants(analysis) - order.size())));
         writeUniqueness(analysis);
-        size_t done = 0;
-        const size_t all = order.size() + network.points.size();
+        std::size_t done = 0;
+        const std::size_t all = order.size() + network.points.size();
         for (const int index : order) {
             if (!lines.isRunning())
                 return;
-            writeSection(index, *analysis.sections[static_cast<size_t>(index)]);
+            writeSection(index, *analysis.sections[static_cast<std::size_t>(index)]);
             lines.setProgress(++done, all);
         }
-        for (size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
+        for (std::size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
             if (analysis.heights[i] && !network.points[i].fixed)
                 lines.message(
                     Desk::tr("Пункт %1: H = %2 м")
@@ -92,22 +92,23 @@ private:
                 .arg(lines.listPoints(analysis.ambiguous)));
     }
 
-    static size_t countParticipants(const levelling::L1Analysis& analysis)
+    static std::size_t countParticipants(const levelling::L1Analysis& analysis)
     {
-        return static_cast<size_t>(std::count_if(analysis.sections.begin(), analysis.sections.end(),
-                                                 [](const auto& section) { return section.has_value(); }));
+        return static_cast<std::size_t>(
+            std::count_if(analysis.sections.begin(), analysis.sections.end(),
+                          [](const auto& section) { return section.has_value(); }));
     }
 
     /// The sections that the solution corrects, the largest scaled residual first.
     static std::vector<int> orderBySize(const levelling::L1Analysis& analysis)
     {
         std::vector<int> order;
-        for (size_t i = 0; i < analysis.sections.size(); ++i) {
+        for (std::size_t i = 0; i < analysis.sections.size(); ++i) {
             if (analysis.sections[i] && analysis.sections[i]->scaledResidual > 0.0)
                 order.push_back(static_cast<int>(i));
         }
         const auto size = [&](int index) {
-            return analysis.sections[static_cast<size_t>(index)]->scaledResidual;
+            return analysis.sections[static_cast<std::size_t>(index)]->scaledResidual;
         };
         std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return size(a) > size(b); });
         return order;

@@ -7,13 +7,13 @@
 namespace {
 
 // So many items are named in one line.
-constexpr size_t kListLimit = 50;
+constexpr std::size_t kListLimit = 50;
 
 template<typename MakeLink>
 QString makeList(const std::vector<int>& indices, const QString& separator, MakeLink makeLink)
 {
     QStringList links;
-    for (size_t i = 0; i < std::min(indices.size(), kListLimit); ++i)
+    for (std::size_t i = 0; i < std::min(indices.size(), kListLimit); ++i)
         links.append(makeLink(indices[i]));
     const QString text = links.join(separator);
     if (indices.size() <= kListLimit)
@@ -36,13 +36,13 @@ QString RunLines::escape(const QString& text)
 
 QString RunLines::point(int index)
 {
-    const auto number = static_cast<size_t>(index);
+    const auto number = static_cast<std::size_t>(index);
     return link(snapshot.pointIds[number], snapshot.network.points[number].id);
 }
 
 QString RunLines::section(int index)
 {
-    const auto number = static_cast<size_t>(index);
+    const auto number = static_cast<std::size_t>(index);
     return link(snapshot.sectionIds[number], snapshot.sectionNames[index]);
 }
 
@@ -81,7 +81,7 @@ void RunLines::service(const QString& text)
     monitor.write(text.toStdWString());
 }
 
-void RunLines::setProgress(size_t done, size_t all)
+void RunLines::setProgress(std::size_t done, std::size_t all)
 {
     monitor.setPercentage(all == 0 ? 100 : static_cast<int>(done * 100 / all));
 }

@@ -39,7 +39,7 @@ public:
     /// Whether the run should go on.
     bool isRunning() const { return monitor.isProcessRunning(); }
     /// Tells how much of the work is done.
-    void setProgress(size_t done, size_t all);
+    void setProgress(std::size_t done, std::size_t all);
 
 private:
     QString link(LONGID id, const QString& text);

@@ -13,7 +13,7 @@ bool ThreadCall::call(const qor::IProcessMonitor& monitor, const std::function<v
     std::unique_lock<std::mutex> lock(mutex);
     action = &requestedAction;
     state = State::Waiting;
-    emit requested();
+    Q_EMIT requested();
     while (state != State::Idle) {
         if (state == State::Waiting && !monitor.isProcessRunning()) {
             state = State::Idle;

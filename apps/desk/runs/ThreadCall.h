@@ -24,7 +24,7 @@ public:
     /// False if the run was stopped before the action began; it will not be done any more then.
     bool call(const qor::IProcessMonitor& monitor, const std::function<void()>& requestedAction);
 
-signals:
+Q_SIGNALS:
     void requested();
 
 private:
