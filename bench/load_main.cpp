@@ -15,7 +15,7 @@
 
 int main(int argc, char** argv)
 {
-    const OffscreenPlatform platform;
+    const orvel::apps::OffscreenPlatform platform;
     const QApplication qtApplication(argc, argv);
     SDIApplication application(QStringLiteral("orvel"));
     CProject project(QStringLiteral("Net-1"));
@@ -24,7 +24,7 @@ int main(int argc, char** argv)
     PluginManager plugins;
 
     const Measurement measurement = measureCall([&] {
-        plugins.load(locatePlugin());
+        plugins.load(orvel::apps::locatePlugin());
         plugins.extendApplication(&application);
         plugins.extendModel(&model);
         model.initialize();

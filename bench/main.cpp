@@ -80,7 +80,7 @@ void runAll(const Options& options)
 
 int main(int argc, char** argv)
 {
-    const OffscreenPlatform platform;
+    const orvel::apps::OffscreenPlatform platform;
     const QApplication application(argc, argv);
     const Options options = readOptions(QCoreApplication::arguments());
     try {

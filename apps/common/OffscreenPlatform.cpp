@@ -1,5 +1,7 @@
 #include "apps/common/OffscreenPlatform.h"
 
+namespace orvel::apps {
+
 OffscreenPlatform::OffscreenPlatform()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -8,3 +10,5 @@ OffscreenPlatform::OffscreenPlatform()
         qputenv("XDG_RUNTIME_DIR", runtimeFolder->path().toLocal8Bit());
     }
 }
+
+} // namespace orvel::apps

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace orvel::apps {
+
 /// Has Qt draw into memory, so that a program with windows runs without a display. To be made before the
 /// QApplication and to outlive it.
 class OffscreenPlatform
@@ -15,3 +17,5 @@ private:
     // Qt complains on stderr where the system has given the user no runtime folder, as in a bare container.
     std::unique_ptr<QTemporaryDir> runtimeFolder;
 };
+
+} // namespace orvel::apps

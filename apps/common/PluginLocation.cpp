@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFile>
 
+namespace orvel::apps {
+
 QString locatePlugin()
 {
     const QDir programs(QCoreApplication::applicationDirPath());
@@ -13,3 +15,5 @@ QString locatePlugin()
     return QDir::cleanPath(
         programs.filePath(QStringLiteral(ORVEL_INSTALLED_PLUGIN_DIR "/" ORVEL_PLUGIN_FILE)));
 }
+
+} // namespace orvel::apps

@@ -5,6 +5,8 @@
 
 #include <QBuffer>
 
+namespace orvel::apps {
+
 ProtocolState readProtocolState(COrvel& protocol)
 {
     QBuffer buffer;
@@ -50,3 +52,5 @@ void writeProtocolState(COrvel& protocol, const ProtocolState& state)
     CQtArchive loading(&buffer, CQtArchive::Load);
     protocol.serialize(loading);
 }
+
+} // namespace orvel::apps

@@ -9,6 +9,8 @@
 
 class COrvel;
 
+namespace orvel::apps {
+
 /// What a protocol saves of itself in a project. Its messages lie in the data file.
 struct ProtocolState
 {
@@ -22,3 +24,5 @@ ProtocolState readProtocolState(COrvel& protocol);
 
 /// Has `protocol` load `state`, in place of what it had.
 void writeProtocolState(COrvel& protocol, const ProtocolState& state);
+
+} // namespace orvel::apps

@@ -2,6 +2,8 @@
 
 #include "apps/desk/Desk.h"
 
+namespace orvel::desk {
+
 namespace {
 
 /// Takes arguments from the front and fills a CommandLine.
@@ -172,3 +174,5 @@ QString CommandLine::getHelp()
                     "\n"
                     "Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.\n");
 }
+
+} // namespace orvel::desk

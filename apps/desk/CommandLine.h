@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace orvel::desk {
+
 /// What the command line asks for.
 struct CommandLine
 {
@@ -36,3 +38,5 @@ struct CommandLine
     static QString findLanguage(const QStringList& arguments);
     static QString getHelp();
 };
+
+} // namespace orvel::desk

@@ -6,6 +6,8 @@
 #include <QLibraryInfo>
 #include <QLocale>
 
+namespace orvel::desk {
+
 void installLanguage(const QString& language)
 {
     if (!language.isEmpty())
@@ -19,3 +21,5 @@ void installLanguage(const QString& language)
     CTranslater::GetInstance().loadTranslation(QLibraryInfo::location(QLibraryInfo::TranslationsPath) +
                                                QStringLiteral("/qtbase_ru.qm"));
 }
+
+} // namespace orvel::desk

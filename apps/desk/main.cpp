@@ -20,6 +20,8 @@
 
 #include <memory>
 
+using namespace orvel::desk;
+
 namespace {
 
 constexpr int kFailed = 2;
@@ -44,7 +46,7 @@ class DeskHost
 public:
     DeskHost() : application(QStringLiteral("orvel"))
     {
-        if (plugins.load(locatePlugin())) {
+        if (plugins.load(orvel::apps::locatePlugin())) {
             plugins.extendApplication(&application);
             return;
         }
@@ -115,9 +117,9 @@ int main(int argc, char* argv[])
     const QStringList arguments = getArguments(argc, argv);
     // What needs no window must not look for a display.
     const CommandLine preview = CommandLine::parse(arguments);
-    std::unique_ptr<OffscreenPlatform> offscreen;
+    std::unique_ptr<orvel::apps::OffscreenPlatform> offscreen;
     if (preview.isHeadless || preview.wantsHelp || preview.wantsVersion || !preview.error.isEmpty())
-        offscreen = std::make_unique<OffscreenPlatform>();
+        offscreen = std::make_unique<orvel::apps::OffscreenPlatform>();
 
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

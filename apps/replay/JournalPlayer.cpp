@@ -248,7 +248,7 @@ void JournalPlayer::makeItemPage(const JournalLine& line)
 
 void JournalPlayer::copyData(const JournalLine& line)
 {
-    const QString dataFile = readProtocolState(getProtocol()).dataFilePath;
+    const QString dataFile = orvel::apps::readProtocolState(getProtocol()).dataFilePath;
     if (!QFile::exists(dataFile))
         throw JournalError(QStringLiteral("there is no data file yet"));
     writeFile(line.getText(QStringLiteral("to")), readFile(dataFile));
@@ -258,11 +258,11 @@ void JournalPlayer::loadData(const JournalLine& line)
 {
     const QByteArray content = readFile(line.getText(QStringLiteral("from")));
     // Always to a file of this instance: the path of a loaded state may lead to one that has long ended.
-    ProtocolState state = readProtocolState(getProtocol());
+    orvel::apps::ProtocolState state = orvel::apps::readProtocolState(getProtocol());
     state.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
     Application::instance()->registerTmpFile(state.dataFilePath);
     writeFile(state.dataFilePath, content);
-    writeProtocolState(getProtocol(), state);
+    orvel::apps::writeProtocolState(getProtocol(), state);
 }
 
 void JournalPlayer::clear(const JournalLine& line)

@@ -12,7 +12,7 @@ ReplayHost::ReplayHost(const QString& projectName, const QString& scheme, bool h
     , model(&project)
     , window(&model)
 {
-    if (!plugins.load(locatePlugin())) {
+    if (!plugins.load(orvel::apps::locatePlugin())) {
         const PluginManager::LoadFailure failure = plugins.getFailures().constLast();
         throw JournalError(failure.path + QStringLiteral(": ") + failure.reason);
     }

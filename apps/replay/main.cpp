@@ -44,7 +44,7 @@ int playJournal(const QString& path)
 
 int main(int argc, char* argv[])
 {
-    const OffscreenPlatform platform;
+    const orvel::apps::OffscreenPlatform platform;
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 2)

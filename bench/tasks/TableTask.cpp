@@ -17,6 +17,8 @@
 
 #include <functional>
 
+using namespace orvel::desk;
+
 namespace {
 
 /// Results for each point and section, as many different ones as there are after an adjustment.
@@ -40,7 +42,7 @@ class TableTask : public Task
 public:
     explicit TableTask(const TaskRequest& request)
     {
-        if (!plugins.load(locatePlugin()))
+        if (!plugins.load(orvel::apps::locatePlugin()))
             qFatal("%s", qUtf8Printable(plugins.getFailures().constLast().reason));
         plugins.extendApplication(&application);
         document = std::make_unique<Document>(plugins, sample::getProjectName());

@@ -11,6 +11,8 @@
 #include <QSettings>
 #include <QTimer>
 
+namespace orvel::test {
+
 namespace {
 
 QAction* findAction(const QWidget& window, const QString& text)
@@ -42,26 +44,26 @@ TestHome::TestHome()
     QCoreApplication::setApplicationName(QStringLiteral("orvel-desk-test"));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
     qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());
-    registerDeskTypes();
+    desk::registerDeskTypes();
 }
 
 DeskFixture::DeskFixture()
 {
-    if (!plugins.load(locatePlugin()))
+    if (!plugins.load(apps::locatePlugin()))
         qFatal("%s", qUtf8Printable(plugins.getFailures().constLast().reason));
     plugins.extendApplication(&application);
 }
 
-std::unique_ptr<DeskWindow> DeskFixture::makeWindow()
+std::unique_ptr<desk::DeskWindow> DeskFixture::makeWindow()
 {
-    auto window =
-        std::make_unique<DeskWindow>(std::make_unique<Document>(plugins, QStringLiteral("Новый проект")));
+    auto window = std::make_unique<desk::DeskWindow>(
+        std::make_unique<desk::Document>(plugins, QStringLiteral("Новый проект")));
     plugins.extendProjectGUI(window.get());
     window->show();
     return window;
 }
 
-std::unique_ptr<DeskWindow> DeskFixture::makeWindow(const QString& networkFile)
+std::unique_ptr<desk::DeskWindow> DeskFixture::makeWindow(const QString& networkFile)
 {
     auto window = makeWindow();
     window->importFile(networkFile);
@@ -121,3 +123,5 @@ void Answer::look()
     qWarning("The question has no such button: %s", qUtf8Printable(question));
     box->reject();
 }
+
+} // namespace orvel::test

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+namespace orvel::test {
+
 /// An application that keeps its warnings instead of showing them.
 class WarningCollector : public SDIApplication
 {
@@ -43,9 +45,9 @@ struct DeskFixture
     DeskFixture();
 
     /// A shown window with an empty project.
-    std::unique_ptr<DeskWindow> makeWindow();
+    std::unique_ptr<desk::DeskWindow> makeWindow();
     /// A shown window with an imported network, no run working.
-    std::unique_ptr<DeskWindow> makeWindow(const QString& networkFile);
+    std::unique_ptr<desk::DeskWindow> makeWindow(const QString& networkFile);
     /// The path of a file in the folder of the test.
     QString path(const QString& name) const { return folder.filePath(name); }
 
@@ -87,3 +89,5 @@ private:
     QString button;
     QString question;
 };
+
+} // namespace orvel::test

@@ -3,6 +3,8 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
+namespace orvel::test {
+
 DeskProcess DeskProcess::run(const QString& folder, const QStringList& arguments)
 {
     return runPlain(folder, QStringList(QStringLiteral("--headless")) + arguments);
@@ -27,3 +29,5 @@ DeskProcess DeskProcess::runPlain(const QString& folder, const QStringList& argu
     result.errors = QString::fromUtf8(process.readAllStandardError());
     return result;
 }
+
+} // namespace orvel::test

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace orvel::test {
+
 /// The desk's program, run to its end.
 struct DeskProcess
 {
@@ -15,3 +17,5 @@ struct DeskProcess
     /// Runs "orvel-desk" with just these arguments.
     static DeskProcess runPlain(const QString& folder, const QStringList& arguments);
 };
+
+} // namespace orvel::test

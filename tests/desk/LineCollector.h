@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+namespace orvel::test {
+
 /// A monitor that keeps what a run writes: "error:text", "stage:name", "50%".
 struct LineCollector : qor::IProcessMonitor
 {
@@ -45,3 +47,5 @@ private:
         lines.append(QLatin1String(kind) + QString::fromStdWString(text));
     }
 };
+
+} // namespace orvel::test

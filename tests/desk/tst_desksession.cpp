@@ -16,12 +16,15 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Projects that follow each other, and later starts of the program.
 class TestDeskSession : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

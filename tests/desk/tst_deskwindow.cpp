@@ -18,6 +18,9 @@
 #include <QTextBrowser>
 #include <QUrlQuery>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 Q_DECLARE_METATYPE(DeskWindow::UriAnswer)
 
 /// What a user does in the window.
@@ -25,7 +28,7 @@ class TestDeskWindow : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

@@ -11,6 +11,9 @@
 #include <functional>
 #include <limits>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 Q_DECLARE_METATYPE(std::function<void(Document::Content&)>)
 
 /// The project's network as items.
@@ -18,7 +21,7 @@ class TestDocument : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

@@ -7,12 +7,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace orvel::test;
+
 /// The desk without a display, end to end: files in, pages and files out.
 class TestHeadless : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
 
     void twoBenchmarksGivePublishedFigures();

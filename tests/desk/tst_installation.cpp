@@ -12,7 +12,7 @@ class TestInstallation : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
 
     void installsTheseFiles();

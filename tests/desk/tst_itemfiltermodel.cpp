@@ -5,6 +5,8 @@
 #include <QStandardItemModel>
 #include <QtTest>
 
+using namespace orvel::desk;
+
 namespace {
 
 QList<QStandardItem*> makeRow(const QString& name, const QString& kind, const QVariant& height)
@@ -39,7 +41,7 @@ class TestItemFilterModel : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

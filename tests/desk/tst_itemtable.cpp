@@ -11,12 +11,15 @@
 #include <QAbstractItemModelTester>
 #include <QTest>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// The table of points and sections.
 class TestItemTable : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

@@ -11,12 +11,15 @@
 #include <QProcess>
 #include <QTest>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// The journal of a session, replayed elsewhere.
 class TestJournalRecorder : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

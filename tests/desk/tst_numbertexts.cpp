@@ -5,12 +5,14 @@
 
 #include <limits>
 
+using namespace orvel::desk;
+
 /// Numbers as they stand in protocols, tables and files.
 class TestNumberTexts : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void fixed_data();
     void fixed();
     void significant_data();

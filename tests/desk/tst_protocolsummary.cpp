@@ -5,12 +5,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace orvel::desk;
+
 /// Counts of protocol lines by type and item.
 class TestProtocolSummary : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void countsKindsByType();
     void countsLinesOfItems();
     void countsTheSameInItsOwnForm();

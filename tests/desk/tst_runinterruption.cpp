@@ -9,12 +9,15 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Runs that end before their time, at whatever moment: stopped, by closing the window, by destroying it.
 class TestRunInterruption : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
 

@@ -3,12 +3,15 @@
 
 #include <QTest>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Lines of runs: links, escaped names, long lists.
 class TestRunLines : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
 
     void namesBecomeLinks();

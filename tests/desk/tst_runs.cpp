@@ -9,12 +9,15 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// What runs write about networks that whole files do not show: each edge by itself.
 class TestRuns : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
 
     void compileOfEmptyProject();
@@ -289,7 +292,7 @@ void TestRuns::everyProblemHasItsSentence()
     const QString failure =
         runImport(monitor, path, [](const levelling::Network& network, NetworkSnapshot& taken) {
             taken.network = network;
-            for (size_t i = 0; i < network.points.size(); ++i)
+            for (std::size_t i = 0; i < network.points.size(); ++i)
                 taken.pointIds.push_back(static_cast<LONGID>(i) + 1);
             return true;
         });

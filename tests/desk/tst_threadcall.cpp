@@ -7,12 +7,15 @@
 #include <atomic>
 #include <thread>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Calls from a run's thread into the window's.
 class TestThreadCall : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void actionIsDoneInTheWindowsThread();
     void stoppedRunDoesNotWait();
     void actionOfStoppedRunIsNotDone();

@@ -12,7 +12,7 @@ class TestTranslations : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void everyTextIsTranslated();
     void translationsKeepTheirPlaceholders();
     void russianTextsPassThroughTranslation();

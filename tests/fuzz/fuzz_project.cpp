@@ -13,6 +13,9 @@
 #include <QBuffer>
 #include <QCryptographicHash>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 namespace {
 
 DeskFixture* s_desk = nullptr;

@@ -10,6 +10,9 @@
 #include <QDir>
 #include <QUrlQuery>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 namespace {
 
 DeskFixture* s_desk = nullptr;

@@ -14,6 +14,9 @@
 #include <cerrno>
 #include <functional>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// A full disk, a broken one, a folder that may not be written to: every call that changes a file fails once.
 class TestFailingWrites : public QObject
 {
@@ -115,7 +118,7 @@ QStringList TestFailingWrites::takeMessages()
 
 QString TestFailingWrites::dataFile() const
 {
-    return readProtocolState(window->getDocument().getProtocol()).dataFilePath;
+    return orvel::apps::readProtocolState(window->getDocument().getProtocol()).dataFilePath;
 }
 
 QByteArray TestFailingWrites::tempFolder() const

@@ -18,6 +18,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Files that somebody else made or laid in wait lead nowhere.
 class TestForeignFiles : public QObject
 {
@@ -55,7 +58,7 @@ void writeProject(DeskFixture& desk, const QString& path, const Change& change)
     StoredProject project;
     project.name = document.getProject().getName();
     project.content = document.copyContent();
-    project.protocol = readProtocolState(document.getProtocol());
+    project.protocol = orvel::apps::readProtocolState(document.getProtocol());
     project.protocolData = readFile(project.protocol.dataFilePath);
     change(project);
     QBuffer buffer;
@@ -79,7 +82,7 @@ void TestForeignFiles::linkLaidInThePlaceOfADataFileIsNotFollowed()
     writeFile(prey, "precious");
     Document document(desk.plugins, QStringLiteral("P"));
     document.getProtocol().ProtocolBegin(enums::Import);
-    const QString first = readProtocolState(document.getProtocol()).dataFilePath;
+    const QString first = orvel::apps::readProtocolState(document.getProtocol()).dataFilePath;
 
     // The next names, as far as anybody could guess them.
     const QString number = QFileInfo(first).baseName().section(QLatin1Char('_'), -1);
@@ -92,7 +95,7 @@ void TestForeignFiles::linkLaidInThePlaceOfADataFileIsNotFollowed()
     Document other(desk.plugins, QStringLiteral("Q"));
     other.getProtocol().ProtocolBegin(enums::Import);
     other.getProtocol().ProtocolEnd(enums::Import);
-    const QString second = readProtocolState(other.getProtocol()).dataFilePath;
+    const QString second = orvel::apps::readProtocolState(other.getProtocol()).dataFilePath;
     QVERIFY(!QFileInfo(second).isSymLink());
     QVERIFY(QFileInfo(second).isFile());
     QCOMPARE(readFile(prey), QByteArray("precious"));
@@ -177,7 +180,7 @@ void TestForeignFiles::aProjectDoesNotSayWhereTheDataFileLies()
     projectfile::load(document, path);
     document.getProtocol().ProtocolBegin(enums::Import);
     document.getProtocol().ProtocolEnd(enums::Import);
-    QCOMPARE(QFileInfo(readProtocolState(document.getProtocol()).dataFilePath).path(),
+    QCOMPARE(QFileInfo(orvel::apps::readProtocolState(document.getProtocol()).dataFilePath).path(),
              Application::getTempFolder());
     QCOMPARE(readFile(prey), QByteArray("precious"));
 }
@@ -196,7 +199,7 @@ void TestForeignFiles::projectThatCannotBeComputedWithIsRefused()
     QCOMPARE(reason, path + QStringLiteral(": файл проекта повреждён или обрезан"));
     QCOMPARE(document.getProject().getName(), QStringLiteral("empty"));
     QVERIFY(document.isEmpty());
-    QCOMPARE(readProtocolState(document.getProtocol()).dataFilePath, QString());
+    QCOMPARE(orvel::apps::readProtocolState(document.getProtocol()).dataFilePath, QString());
 }
 
 void TestForeignFiles::projectNameIsNoPath()

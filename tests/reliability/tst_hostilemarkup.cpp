@@ -17,6 +17,9 @@
 
 #include <sys/stat.h>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Mark-up that comes in with lines and names runs nothing and loads nothing, wherever it is shown.
 class TestHostileMarkup : public QObject
 {

@@ -16,6 +16,9 @@
 #include <cstdio>
 #include <thread>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// The program is killed at any moment, over and over: data file and project are the old or the new one.
 class TestPowerCut : public QObject
 {
@@ -76,7 +79,7 @@ int readNumber(const PluginManager& plugins, const QString& path)
         return -1;
     }
     const int number = document.getProject().getName().toInt();
-    const QString dataFile = readProtocolState(document.getProtocol()).dataFilePath;
+    const QString dataFile = orvel::apps::readProtocolState(document.getProtocol()).dataFilePath;
     return readNumber(readFile(dataFile)) == number && document.getPoints().size() == 12 ? number : -1;
 }
 
@@ -87,9 +90,9 @@ int readNumber(const PluginManager& plugins, const QString& path)
     Document document(desk.plugins, QString());
     document.setNetwork(levelling::GkfReader::readFile(samplePath(QStringLiteral("blunder.gkf"))).network);
     COrvel& protocol = document.getProtocol();
-    ProtocolState state;
+    orvel::apps::ProtocolState state;
     state.dataFilePath = dataFileIn(folder);
-    writeProtocolState(protocol, state);
+    orvel::apps::writeProtocolState(protocol, state);
     for (;; ++number) {
         protocol.ProtocolBegin(enums::Adjust);
         for (int i = 0; i < kLines; ++i)

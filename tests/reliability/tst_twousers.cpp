@@ -18,6 +18,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Two users work at the same time, and their files lie in the same folder for temporary files.
 class TestTwoUsers : public QObject
 {
@@ -152,7 +155,7 @@ void TestTwoUsers::filesAreOutOfReachOfTheOtherUser()
     work();
     const QString folder = Application::getTempFolder();
     const QString page = desk->opened.getPaths().constFirst();
-    const QString data = readProtocolState(window().getDocument().getProtocol()).dataFilePath;
+    const QString data = orvel::apps::readProtocolState(window().getDocument().getProtocol()).dataFilePath;
     const QDir runtimeFolder(qEnvironmentVariable("XDG_RUNTIME_DIR"));
     const QString socketPath = runtimeFolder.filePath(runtimeFolder.entryList(QDir::System).constFirst());
     QVERIFY(canOpen(page) && canOpen(data));

@@ -9,6 +9,9 @@
 #include <QDir>
 #include <QTest>
 
+using namespace orvel::desk;
+using namespace orvel::test;
+
 /// Files that an earlier version wrote are read. They lie in a folder per version and are never written anew;
 /// a version that writes another form adds its own.
 class TestUpgrade : public QObject
@@ -62,9 +65,9 @@ void TestUpgrade::dataFileIsRead()
 {
     QFETCH(QString, folder);
     Document document(desk.plugins, QStringLiteral("P"));
-    ProtocolState state;
+    orvel::apps::ProtocolState state;
     state.dataFilePath = folder + QStringLiteral("/data.xml");
-    writeProtocolState(document.getProtocol(), state);
+    orvel::apps::writeProtocolState(document.getProtocol(), state);
     QCOMPARE(readProtocol(document.getProtocol()), expectedLines(folder));
 }
 

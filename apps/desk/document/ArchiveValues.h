@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace orvel::desk {
+
 /// Saves the value, or loads it, as the archive works: one list of the fields serves both.
 template<typename T>
 void serializeValue(CQtArchive& archive, T& value)
@@ -27,3 +29,5 @@ void serializeValue(CQtArchive& archive, std::optional<T>& value)
     serializeValue(archive, content);
     value = content;
 }
+
+} // namespace orvel::desk

@@ -5,6 +5,8 @@
 #include "host/enums/EnumData.h"
 #include "host/model/ItemTypeInfo.h"
 
+namespace orvel::desk {
+
 namespace {
 
 void registerType(int type, const char* internalName, const QString& singular, const QString& plural)
@@ -42,3 +44,5 @@ QString getTypeText(int type)
 {
     return QString::fromStdWString(getEnumData(type).getTextSingular());
 }
+
+} // namespace orvel::desk

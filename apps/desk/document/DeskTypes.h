@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace orvel::desk {
+
 /// Item types of the desk's items.
 constexpr int kPointItemType = 0x6DCD3700;
 constexpr int kSectionItemType = 0x6DCD3704;
@@ -17,3 +19,5 @@ void registerDeskTypes();
 
 /// The display text of one of these types: "Уравнивание", "секция".
 QString getTypeText(int type);
+
+} // namespace orvel::desk

@@ -15,6 +15,8 @@
 #include <cmath>
 #include <limits>
 
+namespace orvel::desk {
+
 namespace {
 
 // All ids have equally many digits: a protocol finds a link by the digits of its id, and would find those of
@@ -176,8 +178,8 @@ void Document::setNetwork(const levelling::Network& network)
     UniqueNames sectionNames;
     for (const levelling::Section& section : network.sections) {
         const QString name =
-            sectionNames.make(makeSectionName(network.points[static_cast<size_t>(section.from)].id,
-                                              network.points[static_cast<size_t>(section.to)].id));
+            sectionNames.make(makeSectionName(network.points[static_cast<std::size_t>(section.from)].id,
+                                              network.points[static_cast<std::size_t>(section.to)].id));
         content.sections.push_back(
             std::make_unique<LevellingSection>(findId(sectionIds, name), section, name));
     }
@@ -233,8 +235,8 @@ NetworkSnapshot Document::getSnapshot() const
 
 void Document::updateSummary()
 {
-    summary = ProtocolSummary::read(readProtocolState(getProtocol()).dataFilePath);
-    emit summaryChanged();
+    summary = ProtocolSummary::read(apps::readProtocolState(getProtocol()).dataFilePath);
+    Q_EMIT summaryChanged();
 }
 
 void Document::setModified(bool isChanged)
@@ -242,13 +244,13 @@ void Document::setModified(bool isChanged)
     if (modified == isChanged)
         return;
     modified = isChanged;
-    emit modifiedChanged(modified);
+    Q_EMIT modifiedChanged(modified);
 }
 
 void Document::setAdjustment(const levelling::Adjustment& adjustment)
 {
     const bool isUsable = adjustment.status == levelling::AdjustmentStatus::Ok;
-    size_t index = 0;
+    std::size_t index = 0;
     for (LevellingPoint* point : getPoints()) {
         std::optional<LevellingPoint::Result> result;
         if (isUsable && adjustment.points[index])
@@ -266,13 +268,13 @@ void Document::setAdjustment(const levelling::Adjustment& adjustment)
         section->setResult(result);
         ++index;
     }
-    emit resultsChanged();
+    Q_EMIT resultsChanged();
     setModified(true);
 }
 
 void Document::replaceItems(Content content)
 {
-    emit networkAboutToBeReplaced();
+    Q_EMIT networkAboutToBeReplaced();
     std::vector<LevellingPoint*> oldPoints = getPoints();
     std::for_each(oldPoints.rbegin(), oldPoints.rend(),
                   [this](const LevellingPoint* point) { model.removeItem(point->getId()); });
@@ -286,6 +288,8 @@ void Document::replaceItems(Content content)
         model.addItem(std::move(point));
     for (auto& section : content.sections)
         sectionManager->addItem(std::move(section));
-    emit networkReplaced();
+    Q_EMIT networkReplaced();
     setModified(true);
 }
+
+} // namespace orvel::desk

@@ -18,6 +18,8 @@
 class COrvel;
 class PluginManager;
 
+namespace orvel::desk {
+
 /// The open project: the levelling network as items of a project model, and its protocol.
 ///
 /// Points are elements of the model, sections are objects of its item manager; their ids are unique over
@@ -83,7 +85,7 @@ public:
     /// Takes the results of an adjustment of the network as it is now; one that failed leaves no results.
     void setAdjustment(const levelling::Adjustment& adjustment);
 
-signals:
+Q_SIGNALS:
     /// The points and sections will be others, or have changed.
     void networkAboutToBeReplaced();
     void networkReplaced();
@@ -106,3 +108,5 @@ private:
     ProtocolSummary summary;
     bool modified = false;
 };
+
+} // namespace orvel::desk

@@ -1,5 +1,7 @@
 #include "apps/desk/document/LevellingClass.h"
 
+namespace orvel::desk {
+
 double getToleranceFactor(LevellingClass levellingClass)
 {
     switch (levellingClass) {
@@ -39,3 +41,5 @@ std::optional<LevellingClass> findLevellingClass(const QString& name)
     }
     return std::nullopt;
 }
+
+} // namespace orvel::desk

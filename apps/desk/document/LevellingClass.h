@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace orvel::desk {
+
 /// Class of the levelling, which sets the permitted misclosures.
 enum class LevellingClass { I = 1, II, III, IV };
 
@@ -14,3 +16,5 @@ double getToleranceFactor(LevellingClass levellingClass);
 /// "I" to "IV".
 QString getClassName(LevellingClass levellingClass);
 std::optional<LevellingClass> findLevellingClass(const QString& name);
+
+} // namespace orvel::desk

@@ -3,6 +3,8 @@
 #include "apps/desk/document/ArchiveValues.h"
 #include "apps/desk/document/DeskTypes.h"
 
+namespace orvel::desk {
+
 LevellingPoint::LevellingPoint(LONGID pointId, const levelling::Point& networkPoint) : point(networkPoint)
 {
     setId(pointId);
@@ -47,3 +49,5 @@ void LevellingPoint::setResult(const std::optional<Result>& adjusted)
     result = adjusted;
     notify();
 }
+
+} // namespace orvel::desk

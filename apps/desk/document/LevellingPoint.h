@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace orvel::desk {
+
 /// A point of the levelling network as an item of the project.
 class LevellingPoint : public CModelElement
 {
@@ -32,3 +34,5 @@ private:
     levelling::Point point;
     std::optional<Result> result;
 };
+
+} // namespace orvel::desk

@@ -3,6 +3,8 @@
 #include "apps/desk/document/ArchiveValues.h"
 #include "apps/desk/document/DeskTypes.h"
 
+namespace orvel::desk {
+
 LevellingSection::LevellingSection(LONGID sectionId, const levelling::Section& networkSection,
                                    const QString& sectionName)
     : id(sectionId)
@@ -56,3 +58,5 @@ void LevellingSection::setResult(const std::optional<Result>& adjusted)
 {
     result = adjusted;
 }
+
+} // namespace orvel::desk

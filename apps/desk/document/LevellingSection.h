@@ -7,6 +7,8 @@
 
 class CQtArchive;
 
+namespace orvel::desk {
+
 /// A measured section as an object of the project's item manager.
 class LevellingSection : public tervo::IItem
 {
@@ -40,3 +42,5 @@ private:
     levelling::Section section;
     std::optional<Result> result;
 };
+
+} // namespace orvel::desk

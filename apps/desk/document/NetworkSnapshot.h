@@ -7,6 +7,8 @@
 
 #include <vector>
 
+namespace orvel::desk {
+
 /// A copy of the project's network for a run to work on, with the items' ids beside it.
 struct NetworkSnapshot
 {
@@ -15,3 +17,5 @@ struct NetworkSnapshot
     std::vector<LONGID> sectionIds; ///< by index of the section
     QStringList sectionNames;       ///< by index of the section
 };
+
+} // namespace orvel::desk

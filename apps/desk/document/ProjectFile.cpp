@@ -8,6 +8,8 @@
 
 #include <QFile>
 
+namespace orvel::desk {
+
 namespace projectfile {
 
 namespace {
@@ -49,9 +51,9 @@ StoredProject readProject(const QString& path)
 }
 
 /// The saved state of the protocol, with a data file of this program's own that holds the saved lines.
-ProtocolState restoreProtocol(const StoredProject& stored)
+apps::ProtocolState restoreProtocol(const StoredProject& stored)
 {
-    ProtocolState state = stored.protocol;
+    apps::ProtocolState state = stored.protocol;
     // Pages are made anew when they are asked for: a project from elsewhere could name any file as one, and
     // the item's page would lead there.
     state.pages.clear();
@@ -70,7 +72,7 @@ void save(Document& document, const QString& path)
     StoredProject project;
     project.name = document.getProject().getName();
     project.content = document.copyContent();
-    project.protocol = readProtocolState(document.getProtocol());
+    project.protocol = apps::readProtocolState(document.getProtocol());
     project.protocolData = readBytes(project.protocol.dataFilePath);
 
     QtFile file(path);
@@ -85,14 +87,16 @@ void load(Document& document, const QString& path)
 {
     StoredProject stored = readProject(path);
     // First what can fail.
-    const ProtocolState protocol = restoreProtocol(stored);
+    const apps::ProtocolState protocol = restoreProtocol(stored);
     if (!document.setContent(std::move(stored.content)))
         refuse(path, Desk::tr("файл проекта повреждён или обрезан"));
     document.getProject().setName(stored.name);
     document.getProject().setFilePath(path);
-    writeProtocolState(document.getProtocol(), protocol);
+    apps::writeProtocolState(document.getProtocol(), protocol);
     document.updateSummary();
     document.setModified(false);
 }
 
 } // namespace projectfile
+
+} // namespace orvel::desk

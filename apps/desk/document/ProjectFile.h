@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace orvel::desk {
+
 class Document;
 
 /// The project file: the network, the protocol's state, and the protocol's data file as it is between runs.
@@ -15,3 +17,5 @@ void save(Document& document, const QString& path);
 void load(Document& document, const QString& path);
 
 } // namespace projectfile
+
+} // namespace orvel::desk

@@ -9,6 +9,8 @@
 
 #include <set>
 
+namespace orvel::desk {
+
 namespace {
 
 int toNumber(const QXmlStreamReader& xml, QLatin1String attribute)
@@ -95,3 +97,5 @@ ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
     file.seek(0);
     return countForeign(file);
 }
+
+} // namespace orvel::desk

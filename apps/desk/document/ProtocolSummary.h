@@ -7,6 +7,8 @@
 
 #include <map>
 
+namespace orvel::desk {
+
 /// How many lines of which kind the protocols hold, by protocol type and by item.
 struct ProtocolSummary
 {
@@ -24,3 +26,5 @@ struct ProtocolSummary
     /// the damage.
     static ProtocolSummary read(const QString& dataFilePath);
 };
+
+} // namespace orvel::desk

@@ -7,6 +7,8 @@
 #include <QBuffer>
 #include <QCryptographicHash>
 
+namespace orvel::desk {
+
 namespace {
 
 constexpr quint32 kSignature = 0x4F525650; // "ORVP"
@@ -44,7 +46,7 @@ LevellingClass readClass(CQtArchive& archive)
     return static_cast<LevellingClass>(number);
 }
 
-void writeProtocol(CQtArchive& archive, const ProtocolState& state)
+void writeProtocol(CQtArchive& archive, const apps::ProtocolState& state)
 {
     archive << static_cast<quint32>(state.ids.size());
     for (const LONGID id : state.ids)
@@ -63,9 +65,9 @@ quint32 readCount(CQtArchive& archive, quint32 limit)
     return count;
 }
 
-ProtocolState readProtocol(CQtArchive& archive)
+apps::ProtocolState readProtocol(CQtArchive& archive)
 {
-    ProtocolState state;
+    apps::ProtocolState state;
     const quint32 idCount = readCount(archive, kMaxIds);
     for (quint32 i = 0; i < idCount; ++i) {
         LONGID id = 0;
@@ -189,3 +191,5 @@ StoredProject read(QIODevice& device)
 }
 
 } // namespace storedproject
+
+} // namespace orvel::desk

@@ -8,13 +8,15 @@
 
 class QIODevice;
 
+namespace orvel::desk {
+
 /// All that a project file holds.
 struct StoredProject
 {
     QString name;
     Document::Content content;
-    ProtocolState protocol;  ///< without the data file's path
-    QByteArray protocolData; ///< the data file's bytes; empty before the first run
+    apps::ProtocolState protocol; ///< without the data file's path
+    QByteArray protocolData;      ///< the data file's bytes; empty before the first run
 };
 
 namespace storedproject {
@@ -28,3 +30,5 @@ void write(const StoredProject& project, QIODevice& device);
 StoredProject read(QIODevice& device);
 
 } // namespace storedproject
+
+} // namespace orvel::desk

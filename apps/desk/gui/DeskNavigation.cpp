@@ -5,6 +5,8 @@
 #include <QUrl>
 #include <QUrlQuery>
 
+namespace orvel::desk {
+
 bool DeskNavigation::navigate(const QUrl& url)
 {
     const QString id = QUrlQuery(url).queryItemValue(QStringLiteral("id"));
@@ -20,3 +22,5 @@ bool DeskNavigation::navigate(const QUrl& url)
     }
     return isNumber;
 }
+
+} // namespace orvel::desk

@@ -2,6 +2,8 @@
 
 #include "host/window/IUriNavigationHandler.h"
 
+namespace orvel::desk {
+
 class DeskWindow;
 
 /// Follows the links to items and to reports.
@@ -16,3 +18,5 @@ public:
 private:
     DeskWindow& window;
 };
+
+} // namespace orvel::desk

@@ -11,6 +11,8 @@
 
 #include <QFileInfo>
 
+namespace orvel::desk {
+
 DeskSession::DeskSession(const PluginManager& pluginManager, const QString& journalPath)
     : plugins(pluginManager)
     , recordPath(journalPath)
@@ -88,3 +90,5 @@ void DeskSession::showDocument(std::unique_ptr<Document> document)
     }
     window = std::move(newWindow);
 }
+
+} // namespace orvel::desk

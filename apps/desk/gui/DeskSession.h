@@ -9,6 +9,8 @@
 
 class PluginManager;
 
+namespace orvel::desk {
+
 /// One start of the desk with windows: shows one project at a time and takes URIs from later starts.
 class DeskSession : public QObject
 {
@@ -39,3 +41,5 @@ private:
     std::unique_ptr<DeskWindow> window;
     UriServer uriServer;
 };
+
+} // namespace orvel::desk

@@ -41,6 +41,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 const QString kNetworkSuffix = QStringLiteral("gkf");
@@ -468,7 +470,7 @@ void DeskWindow::openFile(const QString& path)
     if (isNetworkFile(path))
         importFile(path);
     else
-        emit openRequested(path);
+        Q_EMIT openRequested(path);
 }
 
 void DeskWindow::start(const DeskRun& run)
@@ -559,3 +561,5 @@ void DeskWindow::updateStatus()
                                       QString::number(document->getSections().size()),
                                       QString::number(table->model()->rowCount())));
 }
+
+} // namespace orvel::desk

@@ -7,13 +7,16 @@
 #include <memory>
 #include <vector>
 
+class QAction;
+class QLineEdit;
+class QMenu;
+
+namespace orvel::desk {
+
 class Document;
 class ItemTable;
 class MessageBar;
 class ProtocolList;
-class QAction;
-class QLineEdit;
-class QMenu;
 
 /// The project window of the desk: the table of points and sections, the runs, the protocols and the reports.
 class DeskWindow : public ProjectWindow
@@ -63,7 +66,7 @@ public:
     void explainUri(const QUrl& url);
     void bringToFront();
 
-signals:
+Q_SIGNALS:
     void newRequested();
     void openRequested(const QString& path);
 
@@ -136,3 +139,5 @@ private:
     std::vector<QAction*> networkActions; ///< enabled with a network while no run works
     std::vector<QAction*> resultActions;  ///< enabled with an adjusted network while no run works
 };
+
+} // namespace orvel::desk

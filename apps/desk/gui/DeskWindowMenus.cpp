@@ -11,6 +11,8 @@
 #include <QMenuBar>
 #include <QToolBar>
 
+namespace orvel::desk {
+
 QAction* DeskWindow::addAction(QMenu* menu, const QString& text, const QIcon& icon,
                                const QKeySequence& shortcut, void (DeskWindow::*slot)()) const
 {
@@ -164,3 +166,5 @@ void DeskWindow::fillRecentMenu()
     if (recentMenu->isEmpty())
         recentMenu->addAction(Desk::tr("Пока нет"))->setEnabled(false);
 }
+
+} // namespace orvel::desk

@@ -6,6 +6,8 @@
 #include <QPainterPath>
 #include <QPalette>
 
+namespace orvel::desk {
+
 namespace {
 
 // The glyphs are drawn in a square of this size.
@@ -273,3 +275,5 @@ QIcon makeApplicationIcon()
 {
     return QIcon(new ApplicationIconEngine);
 }
+
+} // namespace orvel::desk

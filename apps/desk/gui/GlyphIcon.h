@@ -2,6 +2,8 @@
 
 #include <QIcon>
 
+namespace orvel::desk {
+
 /// What the desk's icons show.
 enum class Glyph {
     New,
@@ -25,3 +27,5 @@ QIcon makeIcon(Glyph glyph);
 
 /// The program's own icon, in its own colours.
 QIcon makeApplicationIcon();
+
+} // namespace orvel::desk

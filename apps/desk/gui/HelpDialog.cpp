@@ -6,6 +6,8 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
+namespace orvel::desk {
+
 namespace {
 
 QString makeSection(const QString& title, const QString& text)
@@ -65,3 +67,5 @@ HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent)
     layout->addWidget(buttons);
     resize(620, 560);
 }
+
+} // namespace orvel::desk

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+namespace orvel::desk {
+
 /// Tells what each run does.
 class HelpDialog : public QDialog
 {
@@ -10,3 +12,5 @@ class HelpDialog : public QDialog
 public:
     explicit HelpDialog(QWidget* parent = nullptr);
 };
+
+} // namespace orvel::desk

@@ -4,6 +4,8 @@
 #include "apps/desk/gui/GlyphIcon.h"
 #include "apps/desk/runs/NumberTexts.h"
 
+namespace orvel::desk {
+
 namespace itemcolumns {
 
 namespace {
@@ -114,3 +116,5 @@ QVariant present(int column, const QVariant& value, int role)
 }
 
 } // namespace itemcolumns
+
+} // namespace orvel::desk

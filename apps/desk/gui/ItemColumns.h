@@ -4,6 +4,8 @@
 
 #include <QVariant>
 
+namespace orvel::desk {
+
 /// The columns of the item table, for points and sections alike.
 ///
 /// A cell has a value: a text, a number (double, or int for counts), a bool in the report column, or nothing.
@@ -27,3 +29,5 @@ QString getExplanation(int column);
 QVariant present(int column, const QVariant& value, int role);
 
 } // namespace itemcolumns
+
+} // namespace orvel::desk

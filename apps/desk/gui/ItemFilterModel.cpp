@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 template<typename T, typename Read>
@@ -166,3 +168,5 @@ void ItemFilterModel::forgetRows()
     sortKeys.clear();
     sortKeyColumn = -1;
 }
+
+} // namespace orvel::desk

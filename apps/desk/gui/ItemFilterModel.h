@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+namespace orvel::desk {
+
 /// Sorts the item table, names as people count ("2" before "10"), and hides what a search does not mean.
 ///
 /// Sorting and searching ask for each row many times, so what they need of a row is taken from the model once
@@ -57,3 +59,5 @@ private:
     mutable QString lastText;
     mutable SortKey lastTextKey;
 };
+
+} // namespace orvel::desk

@@ -13,6 +13,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+namespace orvel::desk {
+
 ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent)
     : QTableView(parent)
     , filterModel(new ItemFilterModel(this))
@@ -94,7 +96,7 @@ void ItemTable::paintEvent(QPaintEvent* event)
 void ItemTable::currentChanged(const QModelIndex& current, const QModelIndex& previous)
 {
     QTableView::currentChanged(current, previous);
-    emit currentItemChanged();
+    Q_EMIT currentItemChanged();
 }
 
 void ItemTable::showProtocol(const QModelIndex& index)
@@ -124,3 +126,5 @@ void ItemTable::setUpHeader()
     header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
 }
+
+} // namespace orvel::desk

@@ -4,9 +4,12 @@
 
 #include <QTableView>
 
+class ProjectWindow;
+
+namespace orvel::desk {
+
 class Document;
 class ItemFilterModel;
-class ProjectWindow;
 
 /// The table of points and sections.
 class ItemTable : public QTableView
@@ -30,7 +33,7 @@ public:
     /// What stands in the table when it has no rows.
     void setEmptyText(const QString& text);
 
-signals:
+Q_SIGNALS:
     void currentItemChanged();
 
 protected:
@@ -46,3 +49,5 @@ private:
     bool protocolsAvailable = true;
     QString emptyText;
 };
+
+} // namespace orvel::desk

@@ -9,6 +9,8 @@
 #include <QStyle>
 #include <QToolButton>
 
+namespace orvel::desk {
+
 MessageBar::MessageBar(QWidget* parent) : QFrame(parent), label(new QLabel(this))
 {
     setFrameShape(StyledPanel);
@@ -46,3 +48,5 @@ QString MessageBar::getMessage() const
 {
     return isHidden() ? QString() : label->text();
 }
+
+} // namespace orvel::desk

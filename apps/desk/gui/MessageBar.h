@@ -4,6 +4,8 @@
 
 class QLabel;
 
+namespace orvel::desk {
+
 /// A word to the user at the top of a window that waits for no answer; hidden until there is one.
 class MessageBar : public QFrame
 {
@@ -19,3 +21,5 @@ public:
 private:
     QLabel* label;
 };
+
+} // namespace orvel::desk

@@ -5,6 +5,8 @@
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/gui/ItemColumns.h"
 
+namespace orvel::desk {
+
 namespace {
 
 QVector<CProjectItemModel::Column> makeColumns()
@@ -79,5 +81,7 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
 void PointTableModel::showProtocols()
 {
     if (rowCount() > 0)
-        emit dataChanged(index(0, itemcolumns::Lines), index(rowCount() - 1, itemcolumns::Report));
+        Q_EMIT dataChanged(index(0, itemcolumns::Lines), index(rowCount() - 1, itemcolumns::Report));
 }
+
+} // namespace orvel::desk

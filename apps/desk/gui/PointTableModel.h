@@ -2,6 +2,8 @@
 
 #include "host/delegates/CProjectItemModel.h"
 
+namespace orvel::desk {
+
 class Document;
 
 /// The points of the project, in the columns of the item table.
@@ -23,3 +25,5 @@ private:
 
     Document& document;
 };
+
+} // namespace orvel::desk

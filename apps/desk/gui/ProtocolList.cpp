@@ -7,6 +7,8 @@
 
 #include <QHeaderView>
 
+namespace orvel::desk {
+
 namespace {
 
 constexpr int kTypeRole = Qt::UserRole;
@@ -25,7 +27,7 @@ ProtocolList::ProtocolList(QWidget* parent) : QTreeWidget(parent)
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
     connect(this, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
-        emit protocolRequested(item->data(0, kTypeRole).toInt());
+        Q_EMIT protocolRequested(item->data(0, kTypeRole).toInt());
     });
 }
 
@@ -50,3 +52,5 @@ void ProtocolList::setSummary(const ProtocolSummary& summary)
         }
     }
 }
+
+} // namespace orvel::desk

@@ -2,6 +2,8 @@
 
 #include <QTreeWidget>
 
+namespace orvel::desk {
+
 struct ProtocolSummary;
 
 /// The latest protocol of every kind of run, with its counts of errors, warnings and messages.
@@ -14,7 +16,9 @@ public:
 
     void setSummary(const ProtocolSummary& summary);
 
-signals:
+Q_SIGNALS:
     /// The user wants to see the page of that type.
     void protocolRequested(int protocolType);
 };
+
+} // namespace orvel::desk

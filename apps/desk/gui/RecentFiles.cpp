@@ -4,6 +4,8 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+namespace orvel::desk {
+
 namespace recentfiles {
 
 namespace {
@@ -40,3 +42,5 @@ QString getFolder()
 }
 
 } // namespace recentfiles
+
+} // namespace orvel::desk

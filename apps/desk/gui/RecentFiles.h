@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+namespace orvel::desk {
+
 /// The files that were used last, newest first, kept in the settings.
 namespace recentfiles {
 
@@ -12,3 +14,5 @@ void add(const QString& path);
 QString getFolder();
 
 } // namespace recentfiles
+
+} // namespace orvel::desk

@@ -12,6 +12,8 @@
 #include <QAbstractProxyModel>
 #include <QConcatenateTablesProxyModel>
 
+namespace orvel::desk {
+
 namespace {
 
 /// The cell of the table that lies below all sorting and joining.
@@ -60,3 +62,5 @@ QString ReportColumnDelegate::displayText(const QVariant& /*value*/, const QLoca
 {
     return QString();
 }
+
+} // namespace orvel::desk

@@ -5,6 +5,8 @@
 class CProjectModel;
 class ProjectWindow;
 
+namespace orvel::desk {
+
 /// The report column of the item table: an attempt to edit shows what the protocols say of the row's item.
 ///
 /// For points the work is the delegate's that a plug-in has registered; it gets the cell of the point table,
@@ -24,3 +26,5 @@ private:
     ProjectWindow* window;
     QAbstractItemDelegate* registeredDelegate; // null without one
 };
+
+} // namespace orvel::desk

@@ -5,6 +5,8 @@
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/gui/ItemColumns.h"
 
+namespace orvel::desk {
+
 SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     : QAbstractTableModel(parent)
     , document(openDocument)
@@ -22,7 +24,7 @@ const LevellingSection* SectionTableModel::getSection(const QModelIndex& index) 
 {
     if (!index.isValid() || index.model() != this || index.row() >= rowCount())
         return nullptr;
-    return sections[static_cast<size_t>(index.row())];
+    return sections[static_cast<std::size_t>(index.row())];
 }
 
 int SectionTableModel::rowCount(const QModelIndex& parent) const
@@ -94,5 +96,7 @@ void SectionTableModel::setSections(const std::vector<LevellingSection*>& networ
 void SectionTableModel::showColumns(int first, int last)
 {
     if (!sections.empty())
-        emit dataChanged(index(0, first), index(rowCount() - 1, last));
+        Q_EMIT dataChanged(index(0, first), index(rowCount() - 1, last));
 }
+
+} // namespace orvel::desk

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace orvel::desk {
+
 class Document;
 class LevellingSection;
 
@@ -33,3 +35,5 @@ private:
     Document& document;
     std::vector<LevellingSection*> sections;
 };
+
+} // namespace orvel::desk

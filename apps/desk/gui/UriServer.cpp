@@ -9,6 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace orvel::desk {
+
 namespace {
 
 // A request is one line: a word and the URI. The answer is one line: "taken" or "declined".
@@ -128,3 +130,5 @@ bool uriclient::handOver(const QUrl& url)
     }
     return !firstInstance.isEmpty() && ask(firstInstance, kExplain + text) == kTaken;
 }
+
+} // namespace orvel::desk

@@ -5,6 +5,8 @@
 
 #include <functional>
 
+namespace orvel::desk {
+
 /// Takes URIs from later starts of the program by the same user.
 class UriServer : public QObject
 {
@@ -37,3 +39,5 @@ namespace uriclient {
 bool handOver(const QUrl& url);
 
 } // namespace uriclient
+
+} // namespace orvel::desk

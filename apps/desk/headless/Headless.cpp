@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 [[noreturn]] void fail(const QString& text)
@@ -121,10 +123,12 @@ void Headless::report(const QString& pagesFolder)
 
 void Headless::copyData(const QString& filePath)
 {
-    QtFile source(readProtocolState(document.getProtocol()).dataFilePath);
+    QtFile source(apps::readProtocolState(document.getProtocol()).dataFilePath);
     source.open(QIODevice::ReadOnly);
     QtFile target(filePath);
     target.open(QIODevice::WriteOnly);
     target.device()->write(source.device()->readAll());
     target.close();
 }
+
+} // namespace orvel::desk

@@ -8,8 +8,11 @@
 
 #include <memory>
 
-class Document;
 class ProjectWindow;
+
+namespace orvel::desk {
+
+class Document;
 
 /// Does what the command line asks for without a display.
 ///
@@ -35,3 +38,5 @@ private:
     RunMonitor monitor;
     std::vector<int> performedTypes; // in the order of the runs, each once
 };
+
+} // namespace orvel::desk

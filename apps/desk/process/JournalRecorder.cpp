@@ -16,6 +16,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 QString getScheme()
@@ -68,7 +70,7 @@ void JournalRecorder::writeHeader()
         return;
     if (!file.open(QIODevice::WriteOnly)) {
         hasFailed = true;
-        emit failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
+        Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
         return;
     }
     for (const int type : {kPointItemType, kSectionItemType, kGeneralItemType, kHeightCatalogue,
@@ -98,7 +100,7 @@ void JournalRecorder::writeEnum(int value)
 /// Lays what the protocol holds already beside the journal.
 void JournalRecorder::copyData()
 {
-    const QString dataFile = readProtocolState(document.getProtocol()).dataFilePath;
+    const QString dataFile = apps::readProtocolState(document.getProtocol()).dataFilePath;
     if (!QFile::exists(dataFile))
         return;
     const QString copy = file.fileName() + QStringLiteral(".xml");
@@ -151,5 +153,7 @@ void JournalRecorder::write(const QString& command, const QJsonObject& arguments
     if (file.flush())
         return;
     hasFailed = true;
-    emit failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
+    Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
 }
+
+} // namespace orvel::desk

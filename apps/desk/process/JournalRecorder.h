@@ -9,6 +9,8 @@
 
 #include <vector>
 
+namespace orvel::desk {
+
 class Document;
 
 /// Records the runs on a document as a journal that can be replayed elsewhere: one JSON object per line.
@@ -31,7 +33,7 @@ public:
     void finishStage();
     void endRun(bool isInterrupted);
 
-signals:
+Q_SIGNALS:
     /// The journal cannot be written; it stays as it is.
     void failed(const QString& reason);
 
@@ -50,3 +52,5 @@ private:
     std::vector<LONGID> items; ///< those that the journal has added
     std::vector<int> performedTypes;
 };
+
+} // namespace orvel::desk

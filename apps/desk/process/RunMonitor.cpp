@@ -3,6 +3,8 @@
 #include "apps/desk/process/JournalRecorder.h"
 #include "host/files/ExceptionText.h"
 
+namespace orvel::desk {
+
 RunMonitor::RunMonitor(ProjectWindow* window, QWidget* parent) : OrvelProcessMonitor(window, parent)
 {}
 
@@ -91,3 +93,5 @@ void RunMonitor::record(const QString& command, const QString& text)
     if (recorder)
         recorder->writeLine(command, text);
 }
+
+} // namespace orvel::desk

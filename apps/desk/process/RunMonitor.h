@@ -3,6 +3,8 @@
 #include "Orvel/integration/OrvelProcessMonitor.h"
 #include "apps/desk/runs/DeskRun.h"
 
+namespace orvel::desk {
+
 class JournalRecorder;
 
 /// The progress window of the desk's runs.
@@ -46,3 +48,5 @@ private:
     DeskRun run;
     JournalRecorder* recorder = nullptr;
 };
+
+} // namespace orvel::desk

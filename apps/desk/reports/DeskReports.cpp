@@ -10,6 +10,8 @@
 #include "apps/desk/runs/NumberTexts.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
+namespace orvel::desk {
+
 namespace deskreports {
 
 namespace {
@@ -92,3 +94,5 @@ void registerReports(Document& document)
 }
 
 } // namespace deskreports
+
+} // namespace orvel::desk

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace orvel::desk {
+
 class Document;
 
 /// The reports of a project, each a whole HTML document that prints well.
@@ -16,3 +18,5 @@ QString makeResidualList(const Document& document);
 void registerReports(Document& document);
 
 } // namespace deskreports
+
+} // namespace orvel::desk

@@ -5,6 +5,8 @@
 #include <QCryptographicHash>
 #include <QVector>
 
+namespace orvel::desk {
+
 namespace {
 
 // On paper the head of the table stands on every sheet and no row is torn apart.
@@ -66,3 +68,5 @@ QString ReportPage::makeRow(const QStringList& cells, const QString& element) co
     }
     return html + QStringLiteral("</tr>\n");
 }
+
+} // namespace orvel::desk

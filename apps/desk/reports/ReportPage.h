@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace orvel::desk {
+
 /// Builds a report: a title, lines of general data, and one table. All texts are plain and get escaped.
 class ReportPage
 {
@@ -25,3 +27,5 @@ private:
     int nameColumns = 1;
     QVector<QStringList> rows;
 };
+
+} // namespace orvel::desk

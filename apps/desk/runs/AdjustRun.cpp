@@ -8,6 +8,8 @@
 #include <cmath>
 #include <numeric>
 
+namespace orvel::desk {
+
 namespace {
 
 using levelling::AdjustedPoint;
@@ -292,3 +294,5 @@ std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor, co
 {
     return AdjustmentReport(monitor, snapshot).run();
 }
+
+} // namespace orvel::desk

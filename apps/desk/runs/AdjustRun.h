@@ -6,7 +6,11 @@
 
 #include <optional>
 
+namespace orvel::desk {
+
 /// Adjusts a network by least squares and writes composition, results and residuals, each in a stage of the
 /// protocol. Nothing if the run was stopped.
 std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor,
                                                const NetworkSnapshot& snapshot);
+
+} // namespace orvel::desk

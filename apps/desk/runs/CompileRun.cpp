@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace orvel::desk {
+
 namespace {
 
 // Limit of a misclosure whose line has no length, in standard deviations of it.
@@ -213,3 +215,5 @@ void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, 
 {
     Compilation(monitor, snapshot, levellingClass).run();
 }
+
+} // namespace orvel::desk

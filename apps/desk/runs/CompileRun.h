@@ -4,7 +4,11 @@
 #include "apps/desk/document/NetworkSnapshot.h"
 #include "host/process/IProcessMonitor.h"
 
+namespace orvel::desk {
+
 /// Checks a network before its adjustment: datum and connectivity of every component, repeated measurements,
 /// and the misclosures of a minimal loop basis, each beside its limit.
 void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
                 LevellingClass levellingClass);
+
+} // namespace orvel::desk

@@ -10,6 +10,8 @@
 #include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/ThreadCall.h"
 
+namespace orvel::desk {
+
 namespace runs {
 
 DeskRun makeImport(Document& document, const QString& filePath)
@@ -90,3 +92,5 @@ DeskRun makeExport(const Document& document, const QString& filePath)
 }
 
 } // namespace runs
+
+} // namespace orvel::desk

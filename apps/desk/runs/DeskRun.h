@@ -7,6 +7,8 @@
 #include <functional>
 #include <memory>
 
+namespace orvel::desk {
+
 class Document;
 
 /// A processing run of the desk, ready to be started.
@@ -34,3 +36,5 @@ DeskRun makeL1Analysis(const Document& document);
 DeskRun makeExport(const Document& document, const QString& filePath);
 
 } // namespace runs
+
+} // namespace orvel::desk

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 /// A CSV field: in quotes where commas, quotes or line breaks ask for it.
@@ -75,3 +77,5 @@ QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeigh
     monitor.setPercentage(100);
     return QString();
 }
+
+} // namespace orvel::desk

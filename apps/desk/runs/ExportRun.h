@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+namespace orvel::desk {
+
 /// A height to be exported.
 struct ExportedHeight
 {
@@ -22,3 +24,5 @@ struct ExportedHeight
 /// Returns why there is no file, as plain text; empty if there is one or if the run was stopped.
 QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeight>& heights,
                   const QString& filePath);
+
+} // namespace orvel::desk

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 using levelling::Problem;
@@ -124,3 +126,5 @@ QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const 
     monitor.setPercentage(100);
     return QString();
 }
+
+} // namespace orvel::desk

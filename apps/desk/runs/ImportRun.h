@@ -7,6 +7,8 @@
 
 #include <functional>
 
+namespace orvel::desk {
+
 /// Puts a network into the project, in the window's thread, and gives its snapshot; false if the run was
 /// stopped before.
 using NetworkTaker = std::function<bool(const levelling::Network& network, NetworkSnapshot& snapshot)>;
@@ -16,3 +18,5 @@ using NetworkTaker = std::function<bool(const levelling::Network& network, Netwo
 ///
 /// Returns why the file gave no network, as plain text; empty if it did or if the run was stopped.
 QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork);
+
+} // namespace orvel::desk

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 using levelling::L1Section;
@@ -138,3 +140,5 @@ void runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapsho
 {
     L1Report(monitor, snapshot).run();
 }
+
+} // namespace orvel::desk

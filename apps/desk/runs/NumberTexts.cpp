@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace orvel::desk {
+
 namespace numbers {
 
 QString fixed(double value, int decimals)
@@ -49,3 +51,5 @@ QString sigma(double millimetres)
 }
 
 } // namespace numbers
+
+} // namespace orvel::desk

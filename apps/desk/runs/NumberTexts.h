@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace orvel::desk {
+
 /// Numbers as protocols, tables and files show them: a decimal point in every language, no "-0".
 namespace numbers {
 
@@ -21,3 +23,5 @@ QString misclosure(double millimetres);
 QString sigma(double millimetres);
 
 } // namespace numbers
+
+} // namespace orvel::desk

@@ -2,6 +2,8 @@
 
 #include "apps/desk/Desk.h"
 
+namespace orvel::desk {
+
 namespace problems {
 
 namespace {
@@ -120,3 +122,5 @@ QString describe(const Problem& problem, const QStringList& arguments)
 }
 
 } // namespace problems
+
+} // namespace orvel::desk

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace orvel::desk {
+
 /// What is said of a problem of an input file.
 namespace problems {
 
@@ -16,3 +18,5 @@ QString describeFailure(const QString& filePath, const levelling::Problem& probl
 QString describe(const levelling::Problem& problem, const QStringList& arguments);
 
 } // namespace problems
+
+} // namespace orvel::desk

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace orvel::desk {
+
 namespace {
 
 // So many items are named in one line.
@@ -96,3 +98,5 @@ QString RunLines::link(LONGID id, const QString& text)
     links.insert(id, html);
     return html;
 }
+
+} // namespace orvel::desk

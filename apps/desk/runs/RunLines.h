@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QString>
 
+namespace orvel::desk {
+
 /// Writes the lines of a run: points and sections as links, texts of files escaped.
 ///
 /// Texts that go into a line with others are put there by one QString::arg() of several arguments: names may
@@ -48,3 +50,5 @@ private:
     const NetworkSnapshot& snapshot;
     QHash<LONGID, QString> links;
 };
+
+} // namespace orvel::desk

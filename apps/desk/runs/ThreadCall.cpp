@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+namespace orvel::desk {
+
 ThreadCall::ThreadCall()
 {
     connect(this, &ThreadCall::requested, this, &ThreadCall::perform, Qt::QueuedConnection);
@@ -37,3 +39,5 @@ void ThreadCall::perform()
     state = State::Idle;
     changed.notify_all();
 }
+
+} // namespace orvel::desk

@@ -8,6 +8,8 @@
 #include <functional>
 #include <mutex>
 
+namespace orvel::desk {
+
 /// Lets a run have something done in the window's thread: the one that this object was made in.
 ///
 /// Serves one run, one call at a time.
@@ -37,3 +39,5 @@ private:
     State state = State::Idle;
     const std::function<void()>* action = nullptr; ///< the caller's, who waits
 };
+
+} // namespace orvel::desk
