@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 
+namespace orvel::bench {
+
 QByteArray readFile(const QString& path)
 {
     QtFile file(path);
@@ -46,3 +48,5 @@ void prepareDataFile(const QString& folder, int protocolType, int size)
     if (!OrvelTestAccess::WriteXML(host.protocol))
         throw qor::CFileException(qor::CFileException::CannotWrite, path.toStdWString());
 }
+
+} // namespace orvel::bench

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace orvel::bench {
+
 // All functions here throw qor::CFileException when a file can't be read or written.
 
 /// The whole file.
@@ -19,3 +21,5 @@ QString getWorkPath(const TaskRequest& request, const QString& suffix);
 QString getDataFilePath(const QString& folder, int protocolType, int size);
 /// Makes the data file unless it is there.
 void prepareDataFile(const QString& folder, int protocolType, int size);
+
+} // namespace orvel::bench

@@ -5,6 +5,8 @@
 
 #include <QDir>
 
+namespace orvel::bench {
+
 namespace {
 
 COrvel& addProtocol(CProjectModel& model)
@@ -30,3 +32,5 @@ void BenchHost::writeTemplate() const
     writeFile(QDir(Application::getTempFolder()).absoluteFilePath(QStringLiteral("protocol.html")),
               "<!DOCTYPE html>\n<html>\n<body>\n<div>\n</div>\n</body>\n</html>\n");
 }
+
+} // namespace orvel::bench

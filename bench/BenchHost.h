@@ -7,6 +7,8 @@
 
 #include <QString>
 
+namespace orvel::bench {
+
 /// An application with one project, as much of a host as a protocol needs.
 struct BenchHost
 {
@@ -20,3 +22,5 @@ struct BenchHost
     CCommonTervoModel model;
     COrvel& protocol; ///< belongs to the model
 };
+
+} // namespace orvel::bench

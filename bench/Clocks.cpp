@@ -3,6 +3,8 @@
 #include <chrono>
 #include <ctime>
 
+namespace orvel::bench::clocks {
+
 namespace {
 
 double getSeconds(clockid_t clock)
@@ -13,8 +15,6 @@ double getSeconds(clockid_t clock)
 }
 
 } // namespace
-
-namespace clocks {
 
 double getSteady()
 {
@@ -31,4 +31,4 @@ double getThreadCpu()
     return getSeconds(CLOCK_THREAD_CPUTIME_ID);
 }
 
-} // namespace clocks
+} // namespace orvel::bench::clocks

@@ -1,7 +1,7 @@
 #pragma once
 
 /// Clocks in seconds from some moment on.
-namespace clocks {
+namespace orvel::bench::clocks {
 
 /// Time on the wall.
 double getSteady();
@@ -11,4 +11,4 @@ double getProcessCpu();
 /// Processor time of the calling thread.
 double getThreadCpu();
 
-} // namespace clocks
+} // namespace orvel::bench::clocks

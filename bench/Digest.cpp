@@ -1,5 +1,7 @@
 #include "bench/Digest.h"
 
+namespace orvel::bench {
+
 void Digest::add(const QString& text)
 {
     add(static_cast<qint64>(text.size()));
@@ -39,3 +41,5 @@ void Digest::add(qint64 number)
 {
     hash.addData(reinterpret_cast<const char*>(&number), sizeof(number));
 }
+
+} // namespace orvel::bench

@@ -5,6 +5,8 @@
 #include <QCryptographicHash>
 #include <QString>
 
+namespace orvel::bench {
+
 /// A digest of a result, by which the programs show that they did the same work.
 class Digest
 {
@@ -19,3 +21,5 @@ private:
 
     QCryptographicHash hash{QCryptographicHash::Md5};
 };
+
+} // namespace orvel::bench

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <malloc.h>
 
+namespace orvel::bench {
+
 namespace {
 
 /// A figure of the process in bytes, such as "VmRSS".
@@ -83,3 +85,5 @@ bool fromLine(const QByteArray& line, Measurement& measurement)
     }
     return true;
 }
+
+} // namespace orvel::bench

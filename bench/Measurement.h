@@ -8,6 +8,8 @@
 #include <functional>
 #include <vector>
 
+namespace orvel::bench {
+
 /// What one run of a task cost.
 struct Measurement
 {
@@ -25,3 +27,5 @@ Measurement measureCall(const std::function<void()>& function);
 QByteArray toLine(const Measurement& measurement);
 /// False for a line that holds no measurement.
 bool fromLine(const QByteArray& line, Measurement& measurement);
+
+} // namespace orvel::bench

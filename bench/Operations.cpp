@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace orvel::bench {
+
 namespace {
 
 QStringList makeNames(std::initializer_list<const char*> names)
@@ -65,3 +67,5 @@ const Operation* findOperation(const QString& name)
                                     [&](const Operation& operation) { return operation.name == name; });
     return found == operations.end() ? nullptr : &*found;
 }
+
+} // namespace orvel::bench

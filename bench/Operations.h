@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+namespace orvel::bench {
+
 /// Something that is measured, and the programs that do it.
 struct Operation
 {
@@ -27,3 +29,5 @@ const std::vector<Operation>& getOperations();
 
 /// Null for a name that no operation has.
 const Operation* findOperation(const QString& name);
+
+} // namespace orvel::bench

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace orvel::bench {
+
 namespace {
 
 QCommandLineOption makeOption(const char* name, const char* description, const char* value = "")
@@ -67,3 +69,5 @@ Options readOptions(const QStringList& arguments)
     options.wantsDigest = parser.isSet(digest);
     return options;
 }
+
+} // namespace orvel::bench

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace orvel::bench {
+
 /// What the command line asks for.
 struct Options
 {
@@ -18,3 +20,5 @@ struct Options
 
 /// Ends the program after a word on stderr when the arguments are no good, and for "--help".
 Options readOptions(const QStringList& arguments);
+
+} // namespace orvel::bench

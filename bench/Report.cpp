@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace orvel::bench {
+
 namespace {
 
 /// Two sizes between which the cost of one message is compared.
@@ -135,3 +137,5 @@ QByteArray makeJson(const std::vector<Series>& list)
     }
     return QJsonDocument(rows).toJson();
 }
+
+} // namespace orvel::bench

@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+namespace orvel::bench {
+
 namespace {
 
 [[noreturn]] void fail(const Series& series, const char* reason)
@@ -134,3 +136,5 @@ std::vector<Series> measureInRounds(const Operation& operation, int size, int ro
     }
     return list;
 }
+
+} // namespace orvel::bench

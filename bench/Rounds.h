@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace orvel::bench {
+
 /// What one program took for one operation at one size, once per round.
 struct Series
 {
@@ -23,5 +25,7 @@ struct Series
 
 /// Measures an operation at one size: all programs in turn, round after round, each measurement in a process
 /// of its own.
-/// \throws std::runtime_error when a measurement fails or when two programs did not come to the same result
+/// @throws std::runtime_error when a measurement fails or when two programs did not come to the same result
 std::vector<Series> measureInRounds(const Operation& operation, int size, int rounds, const QString& folder);
+
+} // namespace orvel::bench

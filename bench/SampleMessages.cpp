@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <memory>
 
+namespace orvel::bench::sample {
+
 namespace {
 
 class Point : public CModelElement
@@ -57,8 +59,6 @@ int getStage(int number, int count)
 }
 
 } // namespace
-
-namespace sample {
 
 QString getScheme()
 {
@@ -139,4 +139,4 @@ QString makeHostileLine(int size)
     return QStringLiteral("<a ").repeated(size / 3);
 }
 
-} // namespace sample
+} // namespace orvel::bench::sample

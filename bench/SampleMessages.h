@@ -11,7 +11,7 @@ class CProjectModel;
 
 /// Protocol lines as a levelling run writes them: Russian texts that link two points each, about 400 bytes a
 /// message in the data file. The same number gives the same lines every time.
-namespace sample {
+namespace orvel::bench::sample {
 
 using MessageStore = std::map<int, std::vector<COVMessage>>;
 
@@ -40,4 +40,4 @@ COVMessage::MessageType getKind(int number);
 /// A line that is nothing but `size` bytes of beginnings of links.
 QString makeHostileLine(int size);
 
-} // namespace sample
+} // namespace orvel::bench::sample

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace orvel::bench {
+
 namespace {
 
 constexpr int kIntervalMs = 5;
@@ -44,3 +46,5 @@ void StallWatch::note()
     longest.cpuSeconds = std::max(longest.cpuSeconds, clocks::getThreadCpu() - cpuAtLastTick);
     restart();
 }
+
+} // namespace orvel::bench

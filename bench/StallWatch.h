@@ -4,6 +4,8 @@
 
 #include <QTimer>
 
+namespace orvel::bench {
+
 /// Watches the event loop by a timer of 5 ms: how much too late it comes is how long the loop was away.
 class StallWatch
 {
@@ -23,3 +25,5 @@ private:
     double cpuAtLastTick = 0;
     Stall longest;
 };
+
+} // namespace orvel::bench

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace orvel::bench {
+
 /// For how long a part of an operation kept the event loop from its work.
 struct Stall
 {
@@ -38,3 +40,5 @@ struct TaskRequest
     int size = 0;
     QString folder; ///< holds the data files; a task may write files of its own there
 };
+
+} // namespace orvel::bench

@@ -13,6 +13,8 @@
 
 #include <cstdio>
 
+using namespace orvel::bench;
+
 int main(int argc, char** argv)
 {
     const orvel::apps::OffscreenPlatform platform;

@@ -13,6 +13,8 @@
 #include <cstdio>
 #include <exception>
 
+using namespace orvel::bench;
+
 namespace {
 
 /// Measures one operation of one program; the parent process reads the line that comes out.

@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+namespace orvel::replay {
+
 /// Why a journal cannot be played on.
 class JournalError : public std::runtime_error
 {
@@ -12,3 +14,5 @@ public:
 
     QString getReason() const { return QString::fromUtf8(what()); }
 };
+
+} // namespace orvel::replay

@@ -7,6 +7,8 @@
 
 #include <limits>
 
+namespace orvel::replay {
+
 namespace {
 
 [[noreturn]] void failOn(const QString& key, const char* expected)
@@ -104,3 +106,5 @@ QJsonValue JournalLine::getValue(const QString& key) const
         throw JournalError(QStringLiteral("\"%1\" is missing").arg(key));
     return object.value(key);
 }
+
+} // namespace orvel::replay

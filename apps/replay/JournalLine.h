@@ -8,6 +8,8 @@
 
 #include <vector>
 
+namespace orvel::replay {
+
 /// One line of a journal: what to do, and the arguments by name.
 ///
 /// The getters throw `JournalError` when the argument is missing or is not of the kind asked for.
@@ -34,3 +36,5 @@ private:
 
     QJsonObject object;
 };
+
+} // namespace orvel::replay

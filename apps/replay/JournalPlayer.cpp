@@ -15,6 +15,8 @@
 #include <QHash>
 #include <QTextStream>
 
+namespace orvel::replay {
+
 namespace {
 
 /// The element that an "item" line adds.
@@ -248,7 +250,7 @@ void JournalPlayer::makeItemPage(const JournalLine& line)
 
 void JournalPlayer::copyData(const JournalLine& line)
 {
-    const QString dataFile = orvel::apps::readProtocolState(getProtocol()).dataFilePath;
+    const QString dataFile = apps::readProtocolState(getProtocol()).dataFilePath;
     if (!QFile::exists(dataFile))
         throw JournalError(QStringLiteral("there is no data file yet"));
     writeFile(line.getText(QStringLiteral("to")), readFile(dataFile));
@@ -258,11 +260,11 @@ void JournalPlayer::loadData(const JournalLine& line)
 {
     const QByteArray content = readFile(line.getText(QStringLiteral("from")));
     // Always to a file of this instance: the path of a loaded state may lead to one that has long ended.
-    orvel::apps::ProtocolState state = orvel::apps::readProtocolState(getProtocol());
+    apps::ProtocolState state = apps::readProtocolState(getProtocol());
     state.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
     Application::instance()->registerTmpFile(state.dataFilePath);
     writeFile(state.dataFilePath, content);
-    orvel::apps::writeProtocolState(getProtocol(), state);
+    apps::writeProtocolState(getProtocol(), state);
 }
 
 void JournalPlayer::clear(const JournalLine& line)
@@ -301,3 +303,5 @@ void JournalPlayer::loadState(const JournalLine& line)
     CQtArchive archive(file.device(), CQtArchive::Load);
     getProtocol().serialize(archive);
 }
+
+} // namespace orvel::replay

@@ -7,6 +7,9 @@
 #include <memory>
 
 class COrvel;
+
+namespace orvel::replay {
+
 class ReplayHost;
 class ReplayRun;
 
@@ -59,3 +62,5 @@ private:
     std::unique_ptr<ReplayHost> host;
     std::unique_ptr<ReplayRun> run;
 };
+
+} // namespace orvel::replay

@@ -6,13 +6,15 @@
 #include "apps/replay/JournalError.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
+namespace orvel::replay {
+
 ReplayHost::ReplayHost(const QString& projectName, const QString& scheme, bool hasReportGenerator)
     : application(scheme)
     , project(projectName)
     , model(&project)
     , window(&model)
 {
-    if (!plugins.load(orvel::apps::locatePlugin())) {
+    if (!plugins.load(apps::locatePlugin())) {
         const PluginManager::LoadFailure failure = plugins.getFailures().constLast();
         throw JournalError(failure.path + QStringLiteral(": ") + failure.reason);
     }
@@ -43,3 +45,5 @@ COrvel& ReplayHost::getProtocol()
 {
     return dynamic_cast<COrvel&>(*model.getFirstItem(kOrvelItemType));
 }
+
+} // namespace orvel::replay

@@ -13,6 +13,8 @@
 class COrvel;
 class OrvelProcessMonitor;
 
+namespace orvel::replay {
+
 /// An application with one project and its window, extended by the plug-in: all that a journal needs of a
 /// host. Throws `JournalError` when the plug-in cannot be loaded.
 class ReplayHost
@@ -34,3 +36,5 @@ private:
     ProjectWindow window;
     std::unique_ptr<OrvelProcessMonitor> monitor; // made when the window has its extensions
 };
+
+} // namespace orvel::replay

@@ -2,6 +2,8 @@
 
 #include "Orvel/integration/OrvelProcessMonitor.h"
 
+namespace orvel::replay {
+
 ReplayRun::ReplayRun(OrvelProcessMonitor& processMonitor, int protocolType) : monitor(processMonitor)
 {
     monitor.setProtocolType(protocolType);
@@ -31,3 +33,5 @@ void ReplayRun::interrupt()
     monitor.stop();
     end();
 }
+
+} // namespace orvel::replay

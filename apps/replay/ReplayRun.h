@@ -6,6 +6,8 @@
 
 class OrvelProcessMonitor;
 
+namespace orvel::replay {
+
 /// A run whose lines come from the journal: its thread works from the construction until the run is ended.
 class ReplayRun
 {
@@ -27,3 +29,5 @@ private:
     std::promise<void> threadEnd;
     bool hasEnded = false;
 };
+
+} // namespace orvel::replay

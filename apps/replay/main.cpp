@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+using namespace orvel::replay;
+
 namespace {
 
 constexpr int kBadUsage = 2;

@@ -2,6 +2,8 @@
 
 #include "Orvel/store/COrvel.h"
 
+namespace orvel::bench {
+
 DirectMonitor::DirectMonitor(COrvel& targetProtocol, int runType)
     : protocol(targetProtocol)
     , protocolType(runType)
@@ -92,3 +94,5 @@ std::wstring DirectMonitor::getItemLink(LONGID id, const std::wstring& text)
 {
     return protocol.GetItemLink(id, text);
 }
+
+} // namespace orvel::bench

@@ -4,6 +4,8 @@
 
 class COrvel;
 
+namespace orvel::bench {
+
 /// A monitor without a window: files every line in the protocol at once.
 class DirectMonitor : public qor::IProcessMonitor
 {
@@ -35,3 +37,5 @@ private:
     int protocolType;
     bool hasErrors = false;
 };
+
+} // namespace orvel::bench

@@ -2,6 +2,8 @@
 
 #include "host/files/QtFile.h"
 
+namespace orvel::bench::limit {
+
 namespace {
 
 constexpr int kPieceSize = 1 << 20;
@@ -17,8 +19,6 @@ COVMessage& addMessage(std::vector<COVMessage>& messages, std::size_t itemCount)
 }
 
 } // namespace
-
-namespace limit {
 
 std::vector<TextPlace> findTexts(const QByteArray& dataFile)
 {
@@ -92,4 +92,4 @@ std::vector<COVMessage> addLines(const std::vector<QString>& lines)
     return messages;
 }
 
-} // namespace limit
+} // namespace orvel::bench::limit

@@ -9,7 +9,7 @@
 
 /// The same bytes moved by the machine with the same allocations, and nothing else done: what no program that
 /// does the work can beat by much. Where the texts lie in a data file is known beforehand.
-namespace limit {
+namespace orvel::bench::limit {
 
 /// Where the text of a message lies in a data file.
 struct TextPlace
@@ -35,4 +35,4 @@ void writePage(const QString& page, const QString& path);
 /// Every line copied and given a message with its lists.
 std::vector<COVMessage> addLines(const std::vector<QString>& lines);
 
-} // namespace limit
+} // namespace orvel::bench::limit

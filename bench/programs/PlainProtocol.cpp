@@ -19,6 +19,8 @@
 
 #include <algorithm>
 
+namespace orvel::bench {
+
 namespace {
 
 using List = std::vector<const COVMessage*>;
@@ -346,3 +348,5 @@ void PlainProtocol::appendItemData(LONGID id, QString& html) const
     }
     html += QStringLiteral("</ul>\n</li>\n</ul>\n</div>\n");
 }
+
+} // namespace orvel::bench

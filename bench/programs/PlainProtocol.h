@@ -10,6 +10,8 @@
 
 class CProjectModel;
 
+namespace orvel::bench {
+
 /// A protocol that does what the library does in the plainest way: data file through a DOM document, links by
 /// regular expressions, lists filtered in place, pages put together piece by piece. The measure of what the
 /// library's own ways are worth.
@@ -43,3 +45,5 @@ private:
     CProjectModel& model;
     QString dataFilePath;
 };
+
+} // namespace orvel::bench

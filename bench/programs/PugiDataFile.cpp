@@ -5,6 +5,8 @@
 #include <cstring>
 #include <pugixml.hpp>
 
+namespace orvel::bench::pugidata {
+
 namespace {
 
 QString toQString(const char* utf8)
@@ -56,8 +58,6 @@ private:
 
 } // namespace
 
-namespace pugi_data {
-
 sample::MessageStore readDataFile(QIODevice& device)
 {
     sample::MessageStore store;
@@ -88,4 +88,4 @@ void writeDataFile(const sample::MessageStore& store, QIODevice& device)
     document.save(writer, "    ", pugi::format_indent, pugi::encoding_utf8);
 }
 
-} // namespace pugi_data
+} // namespace orvel::bench::pugidata

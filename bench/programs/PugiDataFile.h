@@ -5,9 +5,9 @@
 class QIODevice;
 
 /// The data file through pugixml, parsed in place.
-namespace pugi_data {
+namespace orvel::bench::pugidata {
 
 sample::MessageStore readDataFile(QIODevice& device);
 void writeDataFile(const sample::MessageStore& store, QIODevice& device);
 
-} // namespace pugi_data
+} // namespace orvel::bench::pugidata

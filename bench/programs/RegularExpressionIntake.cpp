@@ -3,6 +3,8 @@
 #include "host/model/CModelElement.h"
 #include "host/model/CProjectModel.h"
 
+namespace orvel::bench {
+
 RegularExpressionIntake::RegularExpressionIntake()
     : anchor(QStringLiteral("<a.*?</a>"), QRegularExpression::DotMatchesEverythingOption)
     , id(QStringLiteral("id=(\\d+)"), QRegularExpression::UseUnicodePropertiesOption)
@@ -36,3 +38,5 @@ COVMessage RegularExpressionIntake::makeMessage(const QString& text, int protoco
     }
     return COVMessage(protocolType, kind, ids, types, html, 0);
 }
+
+} // namespace orvel::bench

@@ -6,6 +6,8 @@
 
 class CProjectModel;
 
+namespace orvel::bench {
+
 /// Intake through `QRegularExpression`, with expressions that are compiled once.
 class RegularExpressionIntake
 {
@@ -19,3 +21,5 @@ private:
     QRegularExpression anchor;
     QRegularExpression id;
 };
+
+} // namespace orvel::bench

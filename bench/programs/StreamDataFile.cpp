@@ -3,6 +3,8 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+namespace orvel::bench::stream {
+
 namespace {
 
 COVMessage readMessage(QXmlStreamReader& xml)
@@ -45,8 +47,6 @@ void writeMessage(const COVMessage& message, QXmlStreamWriter& xml)
 
 } // namespace
 
-namespace stream {
-
 sample::MessageStore readDataFile(QIODevice& device)
 {
     sample::MessageStore store;
@@ -75,4 +75,4 @@ void writeDataFile(const sample::MessageStore& store, QIODevice& device)
     xml.writeEndDocument();
 }
 
-} // namespace stream
+} // namespace orvel::bench::stream

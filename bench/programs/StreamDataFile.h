@@ -5,9 +5,9 @@
 class QIODevice;
 
 /// The data file through `QXmlStreamReader` and `QXmlStreamWriter`.
-namespace stream {
+namespace orvel::bench::stream {
 
 sample::MessageStore readDataFile(QIODevice& device);
 void writeDataFile(const sample::MessageStore& store, QIODevice& device);
 
-} // namespace stream
+} // namespace orvel::bench::stream

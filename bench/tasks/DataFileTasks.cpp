@@ -10,6 +10,8 @@
 #include "host/files/QtFile.h"
 #include "tests/support/OrvelTestAccess.h"
 
+namespace orvel::bench {
+
 namespace {
 
 using sample::MessageStore;
@@ -183,7 +185,7 @@ std::unique_ptr<Task> makeReadTask(const TaskRequest& request)
     if (request.program == QLatin1String("qxmlstream"))
         return std::make_unique<LibraryRead>(stream::readDataFile, path);
     if (request.program == QLatin1String("pugixml"))
-        return std::make_unique<LibraryRead>(pugi_data::readDataFile, path);
+        return std::make_unique<LibraryRead>(pugidata::readDataFile, path);
     return std::make_unique<LimitRead>(path);
 }
 
@@ -196,6 +198,8 @@ std::unique_ptr<Task> makeWriteTask(const TaskRequest& request)
     if (request.program == QLatin1String("qxmlstream"))
         return std::make_unique<LibraryWrite>(stream::writeDataFile, request);
     if (request.program == QLatin1String("pugixml"))
-        return std::make_unique<LibraryWrite>(pugi_data::writeDataFile, request);
+        return std::make_unique<LibraryWrite>(pugidata::writeDataFile, request);
     return std::make_unique<LimitWrite>(request);
 }
+
+} // namespace orvel::bench

@@ -8,6 +8,8 @@
 #include "bench/programs/RegularExpressionIntake.h"
 #include "tests/support/OrvelTestAccess.h"
 
+namespace orvel::bench {
+
 namespace {
 
 constexpr int kType = enums::Compile;
@@ -131,3 +133,5 @@ std::unique_ptr<Task> makeHostileTask(const TaskRequest& request)
 {
     return makeTask(request.program, {sample::makeHostileLine(request.size)}, 1);
 }
+
+} // namespace orvel::bench

@@ -9,6 +9,8 @@
 #include "host/files/QtFile.h"
 #include "tests/support/OrvelTestAccess.h"
 
+namespace orvel::bench {
+
 namespace {
 
 constexpr LONGID kItem = 1;
@@ -159,3 +161,5 @@ std::unique_ptr<Task> makeItemPageTask(const TaskRequest& request)
         return std::make_unique<OrvelItemPage>(request);
     return std::make_unique<DomItemPage>(request);
 }
+
+} // namespace orvel::bench

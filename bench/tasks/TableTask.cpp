@@ -17,7 +17,7 @@
 
 #include <functional>
 
-using namespace orvel::desk;
+namespace orvel::bench {
 
 namespace {
 
@@ -42,14 +42,13 @@ class TableTask : public Task
 public:
     explicit TableTask(const TaskRequest& request)
     {
-        if (!plugins.load(orvel::apps::locatePlugin()))
+        if (!plugins.load(apps::locatePlugin()))
             qFatal("%s", qUtf8Printable(plugins.getFailures().constLast().reason));
         plugins.extendApplication(&application);
-        document = std::make_unique<Document>(plugins, sample::getProjectName());
+        document = std::make_unique<desk::Document>(plugins, sample::getProjectName());
         window = std::make_unique<ProjectWindow>(&document->getModel());
         const int pointCount = request.size * 2 / 5;
-        const levelling::Network network =
-            orvel::test::networks::synthetic(pointCount, request.size - pointCount);
+        const levelling::Network network = test::networks::synthetic(pointCount, request.size - pointCount);
         document->setNetwork(network);
         document->setAdjustment(makeAdjustment(network));
     }
@@ -57,13 +56,13 @@ public:
     void run() override
     {
         runStep(QStringLiteral("open"), [this] {
-            table = std::make_unique<ItemTable>(*document, window.get());
+            table = std::make_unique<desk::ItemTable>(*document, window.get());
             table->show();
         });
-        runSort(QStringLiteral("sort_names"), itemcolumns::Name);
-        runSort(QStringLiteral("sort_kinds"), itemcolumns::Type);
-        runSort(QStringLiteral("sort_heights"), itemcolumns::Height);
-        runSort(QStringLiteral("sort_residuals"), itemcolumns::Residual);
+        runSort(QStringLiteral("sort_names"), desk::itemcolumns::Name);
+        runSort(QStringLiteral("sort_kinds"), desk::itemcolumns::Type);
+        runSort(QStringLiteral("sort_heights"), desk::itemcolumns::Height);
+        runSort(QStringLiteral("sort_residuals"), desk::itemcolumns::Residual);
         runSearch(QStringLiteral("search"), QStringLiteral("7"));
         runSearch(QStringLiteral("search_on"), QStringLiteral("77"));
         runSearch(QStringLiteral("search_off"), QString());
@@ -95,9 +94,9 @@ private:
     SDIApplication application{sample::getScheme()};
     ItemDelegateFactory delegateFactory;
     PluginManager plugins;
-    std::unique_ptr<Document> document;
+    std::unique_ptr<desk::Document> document;
     std::unique_ptr<ProjectWindow> window;
-    std::unique_ptr<ItemTable> table;
+    std::unique_ptr<desk::ItemTable> table;
     std::vector<Stall> stalls;
 };
 
@@ -107,3 +106,5 @@ std::unique_ptr<Task> makeTableTask(const TaskRequest& request)
 {
     return std::make_unique<TableTask>(request);
 }
+
+} // namespace orvel::bench

@@ -17,6 +17,8 @@
 
 #include <algorithm>
 
+namespace orvel::bench {
+
 namespace {
 
 constexpr int kType = enums::Compile;
@@ -134,3 +136,5 @@ std::unique_ptr<Task> makeWindowRunTask(const TaskRequest& request)
         return std::make_unique<WindowRun>(request);
     return std::make_unique<BareRun>(request);
 }
+
+} // namespace orvel::bench

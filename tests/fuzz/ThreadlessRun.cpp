@@ -6,6 +6,8 @@
 #include "Orvel/store/COrvel.h"
 #include "apps/replay/ReplayRun.h"
 
+namespace orvel::replay {
+
 ReplayRun::ReplayRun(OrvelProcessMonitor& processMonitor, int protocolType) : monitor(processMonitor)
 {
     monitor.setProtocolType(protocolType);
@@ -29,3 +31,5 @@ void ReplayRun::interrupt()
 {
     hasEnded = true;
 }
+
+} // namespace orvel::replay

@@ -14,6 +14,8 @@
 
 #include <sanitizer/lsan_interface.h>
 
+using namespace orvel::replay;
+
 namespace {
 
 const QString kFrom = QStringLiteral("from");
