@@ -8,10 +8,6 @@
         <translation>option %1 is not understood</translation>
     </message>
     <message>
-        <source>после %1 нет значения</source>
-        <translation>%1 has no value</translation>
-    </message>
-    <message>
         <source>%1 указан дважды</source>
         <translation>%1 is given twice</translation>
     </message>
@@ -28,66 +24,8 @@
         <translation>unknown language “%1”: --language ru or en</translation>
     </message>
     <message>
-        <source>--import, --open, --run, --export, --pages, --data и --save действуют только вместе с --headless</source>
-        <translation>--import, --open, --run, --export, --pages, --data and --save work together with --headless only</translation>
-    </message>
-    <message>
         <source>с --headless нужен --import FILE или --open FILE</source>
         <translation>--headless needs --import FILE or --open FILE</translation>
-    </message>
-    <message>
-        <source>Использование:
-  orvel-desk [параметры] [FILE]
-      окно с проектом FILE или с нивелирной сетью FILE.gkf
-  orvel-desk --headless (--import FILE.gkf | --open FILE) [параметры]
-      обработка без окна
-
-Параметры:
-  --language ru|en       язык текстов
-  --record FILE.jsonl    записать журнал обработки для orvel-replay
-  --help, --version      эта справка, номер версии
-
-Параметры обработки без окна:
-  --import FILE.gkf      прочитать нивелирную сеть
-  --open FILE            открыть проект
-  --class I|II|III|IV    класс нивелирования, задаёт допуски невязок
-  --run compile          предобработка: связность, повторные измерения, невязки
-  --run adjust           уравнивание по методу наименьших квадратов
-  --run l1               L1-анализ: поиск грубых ошибок
-                         (--run повторяется, порядок сохраняется)
-  --export FILE.csv      вывести уравненные высоты
-  --pages DIR            записать страницы протоколов
-  --data FILE.xml        записать копию файла данных протокола
-  --save FILE            сохранить проект
-
-Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.
-</source>
-        <translation>Usage:
-  orvel-desk [options] [FILE]
-      a window with the project FILE or the levelling network FILE.gkf
-  orvel-desk --headless (--import FILE.gkf | --open FILE) [options]
-      processing without a window
-
-Options:
-  --language ru|en       language of the texts
-  --record FILE.jsonl    record a journal of the runs for orvel-replay
-  --help, --version      this help, the version
-
-Options of processing without a window:
-  --import FILE.gkf      read a levelling network
-  --open FILE            open a project
-  --class I|II|III|IV    class of levelling, sets the permitted misclosures
-  --run compile          pre-processing: connectivity, repeated measurements, misclosures
-  --run adjust           least-squares adjustment
-  --run l1               L1 analysis: search for gross errors
-                         (--run may be repeated, the order is kept)
-  --export FILE.csv      write the adjusted heights
-  --pages DIR            write the pages of the protocols
-  --data FILE.xml        write a copy of the protocol&apos;s data file
-  --save FILE            save the project
-
-Exit code: 0 if all is done, 2 for wrong options or an unreadable file.
-</translation>
     </message>
     <message>
         <source>пункт</source>
@@ -1073,6 +1011,110 @@ Exit code: 0 if all is done, 2 for wrong options or an unreadable file.
     <message>
         <source>Поиск не нашёл ни пунктов, ни секций</source>
         <translation>The search found no points and no sections</translation>
+    </message>
+    <message>
+        <source>язык текстов</source>
+        <translation>language of the texts</translation>
+    </message>
+    <message>
+        <source>записать журнал обработки для orvel-replay</source>
+        <translation>record the runs for orvel-replay</translation>
+    </message>
+    <message>
+        <source>эта справка</source>
+        <translation>this help</translation>
+    </message>
+    <message>
+        <source>номер версии</source>
+        <translation>version</translation>
+    </message>
+    <message>
+        <source>обработка без окна</source>
+        <translation>work without a window</translation>
+    </message>
+    <message>
+        <source>прочитать нивелирную сеть</source>
+        <translation>read a levelling network</translation>
+    </message>
+    <message>
+        <source>открыть проект</source>
+        <translation>open a project</translation>
+    </message>
+    <message>
+        <source>класс нивелирования, задаёт допуски невязок</source>
+        <translation>levelling class, which sets the tolerances</translation>
+    </message>
+    <message>
+        <source>вывести уравненные высоты</source>
+        <translation>export the adjusted heights</translation>
+    </message>
+    <message>
+        <source>записать страницы протоколов</source>
+        <translation>write the pages of the protocols</translation>
+    </message>
+    <message>
+        <source>записать копию файла данных протокола</source>
+        <translation>write a copy of the protocol&apos;s data file</translation>
+    </message>
+    <message>
+        <source>сохранить проект</source>
+        <translation>save the project</translation>
+    </message>
+    <message>
+        <source>параметр %1 не принимает значения</source>
+        <translation>the option %1 takes no value</translation>
+    </message>
+    <message>
+        <source>для %1 не указано значение</source>
+        <translation>no value given for %1</translation>
+    </message>
+    <message>
+        <source>лишний аргумент %1</source>
+        <translation>surplus argument %1</translation>
+    </message>
+    <message>
+        <source>для --import, --open, --run, --export, --pages, --data и --save нужен --headless</source>
+        <translation>--import, --open, --run, --export, --pages, --data and --save require --headless</translation>
+    </message>
+    <message>
+        <source>--import и --open вместе не действуют</source>
+        <translation>--import and --open cannot be used together</translation>
+    </message>
+    <message>
+        <source>Использование:
+  orvel-desk [параметры] [FILE]
+      окно с проектом FILE или с нивелирной сетью FILE.gkf
+  orvel-desk --headless (--import FILE.gkf | --open FILE) [параметры]
+      обработка без окна
+</source>
+        <translation>Usage:
+  orvel-desk [options] [FILE]
+      a window with the project FILE or the levelling network FILE.gkf
+  orvel-desk --headless (--import FILE.gkf | --open FILE) [options]
+      work without a window
+</translation>
+    </message>
+    <message>
+        <source>Параметры:</source>
+        <translation>Options:</translation>
+    </message>
+    <message>
+        <source>Параметры обработки без окна:</source>
+        <translation>Options without a window:</translation>
+    </message>
+    <message>
+        <source>Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.</source>
+        <translation>Exit code: 0: all done; 2: wrong options or an unreadable file.</translation>
+    </message>
+    <message>
+        <source>compile — предобработка: связность, повторные измерения, невязки
+adjust — уравнивание по методу наименьших квадратов
+l1 — L1-анализ: поиск грубых ошибок
+(--run повторяется, порядок сохраняется)</source>
+        <translation>compile — pre-processing: connectivity, repeated measurements, misclosures
+adjust — adjustment by least squares
+l1 — L1 analysis: search for gross errors
+(--run may be repeated, the order is kept)</translation>
     </message>
 </context>
 <context>

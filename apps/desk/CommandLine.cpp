@@ -2,114 +2,214 @@
 
 #include "apps/desk/Desk.h"
 
+#include <QCommandLineParser>
+
+#include <algorithm>
+
 namespace orvel::desk {
 
 namespace {
 
-/// Takes arguments from the front and fills a CommandLine.
-class Parser
+/// An option as the parser and the help know it.
+struct Option
+{
+    QStringList names;
+    QString value; ///< what stands for the value in the help; empty if the option takes none
+    QString description;
+    bool isRepeatable = false;
+};
+
+std::vector<Option> getGeneralOptions()
+{
+    return {
+        {{QStringLiteral("language")}, QStringLiteral("ru|en"), Desk::tr("язык текстов")},
+        {{QStringLiteral("record")},
+         QStringLiteral("FILE.jsonl"),
+         Desk::tr("записать журнал обработки для orvel-replay")},
+        {{QStringLiteral("h"), QStringLiteral("help")}, QString(), Desk::tr("эта справка")},
+        {{QStringLiteral("v"), QStringLiteral("version")}, QString(), Desk::tr("номер версии")},
+    };
+}
+
+std::vector<Option> getHeadlessOptions()
+{
+    return {
+        {{QStringLiteral("headless")}, QString(), Desk::tr("обработка без окна")},
+        {{QStringLiteral("import")}, QStringLiteral("FILE.gkf"), Desk::tr("прочитать нивелирную сеть")},
+        {{QStringLiteral("open")}, QStringLiteral("FILE"), Desk::tr("открыть проект")},
+        {{QStringLiteral("class")},
+         QStringLiteral("I|II|III|IV"),
+         Desk::tr("класс нивелирования, задаёт допуски невязок")},
+        {{QStringLiteral("run")},
+         QStringLiteral("RUN"),
+         Desk::tr("compile — предобработка: связность, повторные измерения, невязки\n"
+                  "adjust — уравнивание по методу наименьших квадратов\n"
+                  "l1 — L1-анализ: поиск грубых ошибок\n"
+                  "(--run повторяется, порядок сохраняется)"),
+         true},
+        {{QStringLiteral("export")}, QStringLiteral("FILE.csv"), Desk::tr("вывести уравненные высоты")},
+        {{QStringLiteral("pages")}, QStringLiteral("DIR"), Desk::tr("записать страницы протоколов")},
+        {{QStringLiteral("data")},
+         QStringLiteral("FILE.xml"),
+         Desk::tr("записать копию файла данных протокола")},
+        {{QStringLiteral("save")}, QStringLiteral("FILE"), Desk::tr("сохранить проект")},
+    };
+}
+
+/// Options that Qt takes from the command line by itself.
+std::vector<Option> getQtOptions()
+{
+    std::vector<Option> options;
+    for (const char* name :
+         {"platform", "platformpluginpath", "platformtheme", "plugin", "style", "stylesheet", "display",
+          "geometry", "fontengine", "qwindowgeometry", "qwindowicon", "qwindowtitle", "session"})
+        options.push_back({{QString::fromLatin1(name)}, QStringLiteral("value"), QString(), true});
+    options.push_back({{QStringLiteral("reverse")}, QString(), QString(), true});
+    return options;
+}
+
+QString describe(const std::vector<Option>& options)
+{
+    constexpr int descriptionColumn = 25;
+    QString text;
+    for (const Option& option : options) {
+        QString line = QStringLiteral("  ");
+        for (const QString& name : option.names)
+            line += (name.size() == 1 ? QStringLiteral("-%1, ") : QStringLiteral("--%1 ")).arg(name);
+        line = (line + option.value).leftJustified(descriptionColumn);
+        QString description = option.description;
+        description.replace(QLatin1Char('\n'),
+                            QLatin1Char('\n') + QString(descriptionColumn, QLatin1Char(' ')));
+        text += line + description + QLatin1Char('\n');
+    }
+    return text;
+}
+
+/// Has QCommandLineParser read the arguments and makes a CommandLine of what they say. The sentences about
+/// errors are our own: those of the parser are Russian only where Qt's translations are installed.
+class Reader
 {
 public:
-    explicit Parser(const QStringList& given) : arguments(given) {}
-
-    CommandLine parse()
+    Reader()
     {
-        while (!arguments.isEmpty() && result.error.isEmpty())
-            takeArgument(arguments.takeFirst());
-        if (result.error.isEmpty())
-            checkTogether();
+        parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+        addOptions(getGeneralOptions());
+        addOptions(getHeadlessOptions());
+        addOptions(getQtOptions());
+    }
+
+    CommandLine read(const QStringList& arguments)
+    {
+        const bool isParsed = parser.parse(arguments);
+        // What is asked for in spite of an error tells in which language to report it, and where.
+        result.wantsHelp = parser.isSet(QStringLiteral("help"));
+        result.wantsVersion = parser.isSet(QStringLiteral("version"));
+        result.isHeadless = parser.isSet(QStringLiteral("headless"));
+        result.language = parser.value(QStringLiteral("language"));
+        if (!isParsed)
+            result.error = explainFailure(arguments);
+        else
+            takeValues();
         return result;
     }
 
 private:
-    void takeArgument(const QString& argument)
+    void addOptions(const std::vector<Option>& added)
     {
-        if (argument == QLatin1String("--headless"))
-            result.isHeadless = true;
-        else if (argument == QLatin1String("--help") || argument == QLatin1String("-h"))
-            result.wantsHelp = true;
-        else if (argument == QLatin1String("--version"))
-            result.wantsVersion = true;
-        else if (QString* text = findTextOption(argument))
-            takeText(argument, *text);
-        else if (argument == QLatin1String("--run"))
-            takeRun();
-        else if (argument == QLatin1String("--class"))
-            takeClass();
-        else if (argument == QLatin1String("--language"))
-            takeLanguage();
-        else if (!argument.startsWith(QLatin1Char('-')) && result.argument.isEmpty())
-            result.argument = argument;
-        else
-            result.error = Desk::tr("непонятный параметр %1").arg(argument);
+        for (const Option& option : added) {
+            parser.addOption(QCommandLineOption(option.names, QString(), option.value));
+            options.push_back(option);
+        }
     }
 
-    QString* findTextOption(const QString& argument)
+    /// The parser tells the kind of an error only in words.
+    QString explainFailure(const QStringList& arguments) const
     {
-        if (argument == QLatin1String("--import"))
-            return &result.importFile;
-        if (argument == QLatin1String("--open"))
-            return &result.projectFile;
-        if (argument == QLatin1String("--export"))
-            return &result.exportFile;
-        if (argument == QLatin1String("--pages"))
-            return &result.pagesFolder;
-        if (argument == QLatin1String("--data"))
-            return &result.dataFile;
-        if (argument == QLatin1String("--save"))
-            return &result.saveFile;
-        if (argument == QLatin1String("--record"))
-            return &result.recordFile;
-        return nullptr;
+        const QStringList unknown = parser.unknownOptionNames();
+        if (!unknown.isEmpty())
+            return Desk::tr("непонятный параметр %1").arg(withDashes(unknown.constFirst()));
+        for (const QString& argument : arguments) {
+            const QString name = argument.section(QLatin1Char('='), 0, 0).remove(QLatin1Char('-'));
+            const bool isSwitch = std::any_of(options.begin(), options.end(), [&name](const Option& option) {
+                return option.value.isEmpty() && option.names.contains(name);
+            });
+            if (isSwitch && argument.contains(QLatin1Char('=')))
+                return Desk::tr("параметр %1 не принимает значения").arg(withDashes(name));
+        }
+        return missesValue(arguments.constLast());
     }
 
-    /// The option's value; empty, and an error, if there is none.
-    QString takeValue(const QString& option)
+    static QString withDashes(const QString& name)
     {
-        if (!arguments.isEmpty() && !arguments.constFirst().isEmpty())
-            return arguments.takeFirst();
-        result.error = Desk::tr("после %1 нет значения").arg(option);
-        return QString();
+        return (name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name;
     }
 
-    void takeText(const QString& option, QString& text)
+    static QString missesValue(const QString& option)
     {
-        if (!text.isEmpty())
-            result.error = Desk::tr("%1 указан дважды").arg(option);
-        else
-            text = takeValue(option);
+        return Desk::tr("для %1 не указано значение").arg(option);
     }
 
-    void takeRun()
+    void fail(const QString& error)
     {
-        const QString name = takeValue(QStringLiteral("--run"));
+        if (result.error.isEmpty())
+            result.error = error;
+    }
+
+    void takeValues()
+    {
+        for (const Option& option : options)
+            checkValues(option);
+        takeLanguage();
+        takeClass();
+        for (const QString& name : parser.values(QStringLiteral("run")))
+            takeRun(name);
+        result.importFile = parser.value(QStringLiteral("import"));
+        result.projectFile = parser.value(QStringLiteral("open"));
+        result.exportFile = parser.value(QStringLiteral("export"));
+        result.pagesFolder = parser.value(QStringLiteral("pages"));
+        result.dataFile = parser.value(QStringLiteral("data"));
+        result.saveFile = parser.value(QStringLiteral("save"));
+        result.recordFile = parser.value(QStringLiteral("record"));
+        result.argument = parser.positionalArguments().value(0);
+        checkTogether();
+    }
+
+    void checkValues(const Option& option)
+    {
+        const QStringList values = parser.values(option.names.constLast());
+        const QString name = withDashes(option.names.constLast());
+        if (values.contains(QString()))
+            fail(missesValue(name));
+        else if (values.size() > 1 && !option.isRepeatable)
+            fail(Desk::tr("%1 указан дважды").arg(name));
+    }
+
+    void takeLanguage()
+    {
+        const QString& language = result.language;
+        const bool isKnown = language == QLatin1String("ru") || language == QLatin1String("en");
+        if (!isKnown && !language.isEmpty())
+            fail(Desk::tr("неизвестный язык «%1»: --language ru или en").arg(language));
+    }
+
+    void takeClass()
+    {
+        const QString name = parser.value(QStringLiteral("class"));
+        result.levellingClass = findLevellingClass(name);
+        if (!result.levellingClass && !name.isEmpty())
+            fail(Desk::tr("неизвестный класс нивелирования «%1»: --class I, II, III или IV").arg(name));
+    }
+
+    void takeRun(const QString& name)
+    {
         if (name == QLatin1String("compile"))
             result.runs.push_back(CommandLine::Run::Compile);
         else if (name == QLatin1String("adjust"))
             result.runs.push_back(CommandLine::Run::Adjust);
         else if (name == QLatin1String("l1"))
             result.runs.push_back(CommandLine::Run::L1Analysis);
-        else if (result.error.isEmpty())
-            result.error = Desk::tr("неизвестная обработка «%1»: --run compile, adjust или l1").arg(name);
-    }
-
-    void takeClass()
-    {
-        const QString name = takeValue(QStringLiteral("--class"));
-        const std::optional<LevellingClass> levellingClass = findLevellingClass(name);
-        if (levellingClass)
-            result.levellingClass = *levellingClass;
-        else if (result.error.isEmpty())
-            result.error =
-                Desk::tr("неизвестный класс нивелирования «%1»: --class I, II, III или IV").arg(name);
-    }
-
-    void takeLanguage()
-    {
-        result.language = takeValue(QStringLiteral("--language"));
-        const bool isKnown = result.language == QLatin1String("ru") || result.language == QLatin1String("en");
-        if (!isKnown && result.error.isEmpty())
-            result.error = Desk::tr("неизвестный язык «%1»: --language ru или en").arg(result.language);
+        else
+            fail(Desk::tr("неизвестная обработка «%1»: --run compile, adjust или l1").arg(name));
     }
 
     void checkTogether()
@@ -120,16 +220,21 @@ private:
         const bool hasHeadlessTask = hasInput || !result.runs.empty() || !result.exportFile.isEmpty() ||
                                      !result.pagesFolder.isEmpty() || !result.dataFile.isEmpty() ||
                                      !result.saveFile.isEmpty();
-        if (hasHeadlessTask && !result.isHeadless)
-            result.error = Desk::tr("--import, --open, --run, --export, --pages, --data и --save действуют "
-                                    "только вместе с --headless");
+        const int filesTaken = result.isHeadless ? 0 : 1;
+        const QStringList files = parser.positionalArguments();
+        if (files.size() > filesTaken)
+            fail(Desk::tr("лишний аргумент %1").arg(files[filesTaken]));
+        else if (hasHeadlessTask && !result.isHeadless)
+            fail(
+                Desk::tr("для --import, --open, --run, --export, --pages, --data и --save нужен --headless"));
         else if (result.isHeadless && !hasInput)
-            result.error = Desk::tr("с --headless нужен --import FILE или --open FILE");
-        else if (result.isHeadless && !result.argument.isEmpty())
-            result.error = Desk::tr("непонятный параметр %1").arg(result.argument);
+            fail(Desk::tr("с --headless нужен --import FILE или --open FILE"));
+        else if (!result.importFile.isEmpty() && !result.projectFile.isEmpty())
+            fail(Desk::tr("--import и --open вместе не действуют"));
     }
 
-    QStringList arguments;
+    QCommandLineParser parser;
+    std::vector<Option> options;
     CommandLine result;
 };
 
@@ -137,13 +242,7 @@ private:
 
 CommandLine CommandLine::parse(const QStringList& arguments)
 {
-    return Parser(arguments).parse();
-}
-
-QString CommandLine::findLanguage(const QStringList& arguments)
-{
-    const int option = arguments.indexOf(QStringLiteral("--language"));
-    return option < 0 ? QString() : arguments.value(option + 1);
+    return Reader().read(arguments);
 }
 
 QString CommandLine::getHelp()
@@ -152,27 +251,12 @@ QString CommandLine::getHelp()
                     "  orvel-desk [параметры] [FILE]\n"
                     "      окно с проектом FILE или с нивелирной сетью FILE.gkf\n"
                     "  orvel-desk --headless (--import FILE.gkf | --open FILE) [параметры]\n"
-                    "      обработка без окна\n"
-                    "\n"
-                    "Параметры:\n"
-                    "  --language ru|en       язык текстов\n"
-                    "  --record FILE.jsonl    записать журнал обработки для orvel-replay\n"
-                    "  --help, --version      эта справка, номер версии\n"
-                    "\n"
-                    "Параметры обработки без окна:\n"
-                    "  --import FILE.gkf      прочитать нивелирную сеть\n"
-                    "  --open FILE            открыть проект\n"
-                    "  --class I|II|III|IV    класс нивелирования, задаёт допуски невязок\n"
-                    "  --run compile          предобработка: связность, повторные измерения, невязки\n"
-                    "  --run adjust           уравнивание по методу наименьших квадратов\n"
-                    "  --run l1               L1-анализ: поиск грубых ошибок\n"
-                    "                         (--run повторяется, порядок сохраняется)\n"
-                    "  --export FILE.csv      вывести уравненные высоты\n"
-                    "  --pages DIR            записать страницы протоколов\n"
-                    "  --data FILE.xml        записать копию файла данных протокола\n"
-                    "  --save FILE            сохранить проект\n"
-                    "\n"
-                    "Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.\n");
+                    "      обработка без окна\n") +
+           QLatin1Char('\n') + Desk::tr("Параметры:") + QLatin1Char('\n') + describe(getGeneralOptions()) +
+           QLatin1Char('\n') + Desk::tr("Параметры обработки без окна:") + QLatin1Char('\n') +
+           describe(getHeadlessOptions()) + QLatin1Char('\n') +
+           Desk::tr("Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.") +
+           QLatin1Char('\n');
 }
 
 } // namespace orvel::desk

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace orvel::desk {
 
@@ -32,10 +33,9 @@ struct CommandLine
     /// Why the arguments cannot be followed: one sentence; empty if they can.
     QString error;
 
-    /// Reads the arguments behind the program's name.
+    /// Reads the arguments, the program's name being the first. Options of Qt's own, like -platform, are
+    /// known and left to Qt.
     static CommandLine parse(const QStringList& arguments);
-    /// The language that the arguments name, whatever else is wrong with them: texts of errors need it.
-    static QString findLanguage(const QStringList& arguments);
     static QString getHelp();
 };
 

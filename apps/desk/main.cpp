@@ -35,7 +35,7 @@ int fail(const QString& text)
 QStringList getArguments(int argc, char* argv[])
 {
     QStringList arguments;
-    for (int i = 1; i < argc; ++i)
+    for (int i = 0; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     return arguments;
 }
@@ -128,7 +128,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QStringLiteral("orvel-desk"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVEL_DESK_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("orvel-desk"));
-    installLanguage(CommandLine::findLanguage(arguments));
+    installLanguage(preview.language);
     QGuiApplication::setApplicationDisplayName(Desk::tr("Нивелирный стол"));
     registerDeskTypes();
     return run(CommandLine::parse(arguments));

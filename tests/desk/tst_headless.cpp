@@ -38,6 +38,8 @@ private Q_SLOTS:
     void damagedProjectIsRefused_data();
     void damagedProjectIsRefused();
     void helpAndVersion();
+    void optionsTakeEveryForm_data();
+    void optionsTakeEveryForm();
 
 private:
     QString path(const QString& name) const { return folder->filePath(name); }
@@ -269,7 +271,15 @@ void TestHeadless::badUsageIsRefused_data()
     QTest::newRow("unknown run") << "--import small.gkf --run solve"
                                  << "неизвестная обработка «solve»: --run compile, adjust или l1";
     QTest::newRow("no value") << "--import small.gkf --run"
-                              << "после --run нет значения";
+                              << "для --run не указано значение";
+    QTest::newRow("empty value") << "--import= --run adjust"
+                                 << "для --import не указано значение";
+    QTest::newRow("value of a switch") << "--import small.gkf --version=2"
+                                       << "параметр --version не принимает значения";
+    QTest::newRow("surplus file") << "--import small.gkf -- --export"
+                                  << "лишний аргумент --export";
+    QTest::newRow("network and project") << "--import small.gkf --open a.orvel"
+                                         << "--import и --open вместе не действуют";
     QTest::newRow("twice") << "--import small.gkf --import small.gkf"
                            << "--import указан дважды";
     QTest::newRow("class") << "--import small.gkf --class V"
@@ -384,8 +394,31 @@ void TestHeadless::helpAndVersion()
     QCOMPARE(version.exitCode, 0);
     const DeskProcess help = DeskProcess::runPlain(folder->path(), words("--help"));
     QVERIFY(help.output.startsWith(QStringLiteral("Использование:\n")));
+    QVERIFY(help.output.contains(QStringLiteral("\n  --import FILE.gkf      прочитать нивелирную сеть\n")));
+    QVERIFY(help.output.contains(QStringLiteral("\n  -h, --help             эта справка\n")));
     QCOMPARE(help.errors, QString());
     QCOMPARE(help.exitCode, 0);
+    QCOMPARE(DeskProcess::runPlain(folder->path(), words("-v")).output, version.output);
+    QCOMPARE(DeskProcess::runPlain(folder->path(), words("-h")).output, help.output);
+}
+
+void TestHeadless::optionsTakeEveryForm_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("value behind a sign") << "--headless --import=small.gkf --run=adjust";
+    QTest::newRow("end of the options") << "--headless --import small.gkf --run adjust --";
+    QTest::newRow("Qt's own options") << "-platform offscreen --headless --import small.gkf -style fusion "
+                                         "--run adjust";
+}
+
+void TestHeadless::optionsTakeEveryForm()
+{
+    QFETCH(QString, arguments);
+    const DeskProcess desk = DeskProcess::runPlain(folder->path(), arguments.split(QLatin1Char(' ')));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.output, QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3\n"
+                                         "Уравнивание: ошибок 1, предупреждений 1, сообщений 15\n"));
+    QCOMPARE(desk.exitCode, 0);
 }
 
 QTEST_GUILESS_MAIN(TestHeadless)

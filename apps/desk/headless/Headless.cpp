@@ -64,8 +64,7 @@ void Headless::execute(const CommandLine& commandLine)
         monitor.setRecorder(recorder.get());
     }
     if (!commandLine.importFile.isEmpty()) {
-        if (commandLine.projectFile.isEmpty())
-            document.getProject().setName(QFileInfo(commandLine.importFile).completeBaseName());
+        document.getProject().setName(QFileInfo(commandLine.importFile).completeBaseName());
         perform(runs::makeImport(document, commandLine.importFile));
     }
     for (const CommandLine::Run kind : commandLine.runs)
