@@ -21,8 +21,8 @@ enum class Glyph {
     Help
 };
 
-/// An icon drawn from lines in the colours of the palette: sharp at every resolution, and to be seen in light
-/// and dark windows alike.
+/// An icon in the colours of the palette: to be seen in light and dark windows alike, sharp at every
+/// resolution.
 QIcon makeIcon(Glyph glyph);
 
 /// The program's own icon, in its own colours.
