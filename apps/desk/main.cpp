@@ -1,5 +1,6 @@
 #include "apps/common/OffscreenPlatform.h"
 #include "apps/common/PluginLocation.h"
+#include "apps/common/Version.h"
 #include "apps/desk/CommandLine.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/Translation.h"
@@ -99,7 +100,7 @@ int run(const CommandLine& commandLine)
     if (commandLine.wantsHelp || commandLine.wantsVersion) {
         QTextStream(stdout) << (commandLine.wantsHelp
                                     ? CommandLine::getHelp()
-                                    : QStringLiteral("orvel-desk " ORVEL_DESK_VERSION "\n"));
+                                    : QStringLiteral("orvel-desk %1\n").arg(orvel::apps::getVersion()));
         return 0;
     }
     if (!commandLine.isHeadless && handOver(commandLine.argument))
@@ -126,7 +127,7 @@ int main(int argc, char* argv[])
     const QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Orvel"));
     QCoreApplication::setApplicationName(QStringLiteral("orvel-desk"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(ORVEL_DESK_VERSION));
+    QCoreApplication::setApplicationVersion(orvel::apps::getVersion());
     QGuiApplication::setDesktopFileName(QStringLiteral("orvel-desk"));
     installLanguage(preview.language);
     QGuiApplication::setApplicationDisplayName(Desk::tr("Нивелирный стол"));

@@ -1,8 +1,10 @@
 #include "apps/common/OffscreenPlatform.h"
+#include "apps/common/Version.h"
 #include "apps/replay/JournalError.h"
 #include "apps/replay/JournalPlayer.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QFile>
 
 #include <cstdio>
@@ -12,6 +14,13 @@ using namespace orvel::replay;
 namespace {
 
 constexpr int kBadUsage = 2;
+
+const char kName[] = "orvel-replay";
+
+void print(const QString& text)
+{
+    std::fputs(qUtf8Printable(text), stdout);
+}
 
 /// Says why in one line and gives the exit code.
 int fail(QString message)
@@ -42,14 +51,37 @@ int playJournal(const QString& path)
     return 0;
 }
 
+int run(const QStringList& arguments)
+{
+    const QString name = QString::fromLatin1(kName);
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Shows this help."));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Plays a recorded journal through the plug-in."));
+    parser.addOption(help);
+    const QCommandLineOption version = parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("JOURNAL.jsonl"), QStringLiteral("The journal to play."));
+    if (!parser.parse(arguments))
+        return fail(QStringLiteral("%1: %2").arg(name, parser.errorText()));
+    if (parser.isSet(help)) {
+        print(parser.helpText());
+        return 0;
+    }
+    if (parser.isSet(version)) {
+        print(QStringLiteral("%1 %2\n").arg(name, orvel::apps::getVersion()));
+        return 0;
+    }
+    const QStringList journals = parser.positionalArguments();
+    if (journals.size() != 1)
+        return fail(QStringLiteral("usage: %1 [options] JOURNAL.jsonl").arg(name));
+    return playJournal(journals.constFirst());
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
 {
     const orvel::apps::OffscreenPlatform platform;
-    QApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 2)
-        return fail(QStringLiteral("usage: orvel-replay JOURNAL.jsonl"));
-    return playJournal(arguments.at(1));
+    const QApplication application(argc, argv);
+    return run(QCoreApplication::arguments());
 }

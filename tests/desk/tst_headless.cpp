@@ -1,3 +1,4 @@
+#include "apps/common/Version.h"
 #include "tests/desk/DeskProcess.h"
 #include "tests/support/MessageText.h"
 #include "tests/support/TestFiles.h"
@@ -389,7 +390,7 @@ void TestHeadless::damagedProjectIsRefused()
 void TestHeadless::helpAndVersion()
 {
     const DeskProcess version = DeskProcess::runPlain(folder->path(), words("--version"));
-    QCOMPARE(version.output, QStringLiteral("orvel-desk 1.0.0\n"));
+    QCOMPARE(version.output, QStringLiteral("orvel-desk %1\n").arg(orvel::apps::getVersion()));
     QCOMPARE(version.errors, QString());
     QCOMPARE(version.exitCode, 0);
     const DeskProcess help = DeskProcess::runPlain(folder->path(), words("--help"));

@@ -159,6 +159,9 @@ private slots:
 
     void saysHowItIsUsed_data();
     void saysHowItIsUsed();
+    void takesOptions_data();
+    void takesOptions();
+    void helpNamesTheOptions();
     void refusesAJournalThatCannotBeRead();
     void saysWhichPluginIsMissing();
 };
@@ -587,17 +590,77 @@ void TestReplay::refusesADamagedState()
 void TestReplay::saysHowItIsUsed_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("no journal") << QStringList();
-    QTest::newRow("two journals") << QStringList({QStringLiteral("1.jsonl"), QStringLiteral("2.jsonl")});
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char* name, const char* arguments, const char* error) {
+        QTest::newRow(name) << QString::fromLatin1(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts)
+                            << QString::fromLatin1(error);
+    };
+    const char* usage = "usage: orvel-replay [options] JOURNAL.jsonl\n";
+    row("no journal", "", usage);
+    row("two journals", "1.jsonl 2.jsonl", usage);
+    row("no journal after the options", "--", usage);
+    row("unknown option", "--jump 1.jsonl", "orvel-replay: Unknown option 'jump'.\n");
+    row("option with too much", "--version=2", "orvel-replay: Unexpected value after '--version'.\n");
 }
 
 void TestReplay::saysHowItIsUsed()
 {
     QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
     const Result result = Workplace().run(arguments);
-    QCOMPARE(result.errors, QStringLiteral("usage: orvel-replay JOURNAL.jsonl\n"));
+    QCOMPARE(result.errors, error);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.exitCode, 2);
+}
+
+void TestReplay::takesOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("output");
+    const QString version = QStringLiteral("orvel-replay " ORVEL_VERSION "\n");
+    const QString journal = QStringLiteral("-1.jsonl");
+    QTest::newRow("version") << QStringList(QStringLiteral("--version")) << version;
+    QTest::newRow("v") << QStringList(QStringLiteral("-v")) << version;
+    QTest::newRow("a journal that looks like an option")
+        << QStringList({QStringLiteral("--"), journal}) << QStringLiteral("false\n");
+    QTest::newRow("one of Qt's own") << QStringList({QStringLiteral("-platform"), QStringLiteral("minimal"),
+                                                     QStringLiteral("--"), journal})
+                                     << QStringLiteral("false\n");
+}
+
+void TestReplay::takesOptions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, output);
+    const Workplace workplace;
+    writeFile(workplace.getPath(QStringLiteral("-1.jsonl")), R"({"do": "project", "name": "Сеть"})"
+                                                             "\n"
+                                                             R"({"do": "has", "id": "1"})");
+    const Result result = workplace.run(arguments);
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output, output);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(workplace.getTemporaryFiles(), QStringList());
+}
+
+void TestReplay::helpNamesTheOptions()
+{
+    for (const char* option : {"--help", "-h"}) {
+        const Workplace workplace;
+        const Result result = workplace.run({QString::fromLatin1(option)});
+        QCOMPARE(result.errors, QString());
+        QCOMPARE(result.output, QStringLiteral("Usage: " REPLAY_PROGRAM " [options] JOURNAL.jsonl\n"
+                                               "Plays a recorded journal through the plug-in.\n"
+                                               "\n"
+                                               "Options:\n"
+                                               "  -h, --help     Shows this help.\n"
+                                               "  -v, --version  Displays version information.\n"
+                                               "\n"
+                                               "Arguments:\n"
+                                               "  JOURNAL.jsonl  The journal to play.\n"));
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(workplace.getTemporaryFiles(), QStringList());
+    }
 }
 
 void TestReplay::refusesAJournalThatCannotBeRead()
