@@ -166,7 +166,7 @@ void CProjectItemModel::showChange(LONGID id)
 {
     const int row = getRow(projectModel->findItemAnywhere(id));
     if (row >= 0)
-        emit dataChanged(index(row, 0), index(row, columnCount() - 1));
+        Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 
 // An item is always added as the last of its siblings. So it stands behind the sibling before it and all that

@@ -55,7 +55,7 @@ CModelElement* CProjectModel::addItem(std::unique_ptr<CModelElement> item, CMode
     for (CModelElement* newItem : newItems)
         enterIndexes(*newItem, false, {});
     for (const CModelElement* newItem : newItems)
-        emit itemAdded(newItem->getId());
+        Q_EMIT itemAdded(newItem->getId());
     return added;
 }
 
@@ -211,7 +211,7 @@ void CProjectModel::subjectChanged(const ISubject& subject)
         indexId(entry);
     }
     if (!entry.isSystem)
-        emit itemChanged(id);
+        Q_EMIT itemChanged(id);
 }
 
 /// Gives the items without an id a free one. False, and nothing changed, if the others' ids are taken.
@@ -280,7 +280,7 @@ void CProjectModel::removeSingleItem(CModelElement& item)
     const LONGID id = item.getId();
     const bool isSystem = isSystemItem(&item);
     if (!isSystem)
-        emit itemAboutToBeRemoved(id);
+        Q_EMIT itemAboutToBeRemoved(id);
 
     leaveIndexes(item);
     if (item.getParent()) {
@@ -292,5 +292,5 @@ void CProjectModel::removeSingleItem(CModelElement& item)
         owners.erase(std::prev(found.base()));
     }
     if (!isSystem)
-        emit itemRemoved(id);
+        Q_EMIT itemRemoved(id);
 }

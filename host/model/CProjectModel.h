@@ -85,7 +85,7 @@ public:
     /// Whether the journals of the application mention the item; false without an installed query.
     bool isItemMentioned(LONGID id) const;
 
-signals:
+Q_SIGNALS:
     void itemAdded(LONGID id);
     void itemAboutToBeRemoved(LONGID id);
     /// The item is destroyed.

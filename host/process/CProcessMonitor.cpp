@@ -124,7 +124,7 @@ void CProcessMonitor::start(RunFunction function)
     }
     prepareRun();
     onStarted();
-    proxy = std::make_unique<OrderedMonitorProxy>(silentMode, [this] { emit runWaits(QPrivateSignal()); });
+    proxy = std::make_unique<OrderedMonitorProxy>(silentMode, [this] { Q_EMIT runWaits(QPrivateSignal()); });
     worker = std::thread(runInThread, std::move(function), std::ref(*proxy));
     showState();
     batchTimer->start(kBatchInterval);
@@ -524,7 +524,7 @@ void CProcessMonitor::finishRun()
     showState();
 
     const QPointer<CProcessMonitor> self = this;
-    emit runFinished();
+    Q_EMIT runFinished();
     if (!self.isNull() && closeWanted)
         close();
 }

@@ -130,7 +130,7 @@ public:
     /// While a run works: asks, stops the run and closes the window when the run is over.
     void reject() override;
 
-signals:
+Q_SIGNALS:
     /// The run's thread is over and onThreadFinished() has been called. After many lines the journal goes on
     /// filling for a moment.
     void runFinished();

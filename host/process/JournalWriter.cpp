@@ -36,11 +36,11 @@ QString getShortened(const QString& text)
 {
     if (text.size() <= JournalWriter::kLengthLimit)
         return text;
-    constexpr int kShownLength = 500;
+    constexpr int shownLength = 500;
     const QString note =
         QCoreApplication::translate("Host", "строка из %1 знаков показана не целиком, целиком — в протоколе")
             .arg(QLocale().toString(text.size()));
-    return text.left(kShownLength).toHtmlEscaped() + QStringLiteral("… <i>(%1)</i>").arg(note);
+    return text.left(shownLength).toHtmlEscaped() + QStringLiteral("… <i>(%1)</i>").arg(note);
 }
 
 QString getLineBreaksShown(QString html)

@@ -1,0 +1,429 @@
+#include "host/files/QtFile.h"
+#include "tests/host/files/FileFailure.h"
+#include "tests/host/files/FileSizeLimit.h"
+#include "tests/support/TestFiles.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using qor::CFileException;
+
+namespace {
+
+QIODevice* const kNoDevice = nullptr;
+
+QString cannotOpen(const QString& path, const QString& reason)
+{
+    return QStringLiteral("Не удалось открыть файл «%1»: %2.").arg(path, reason);
+}
+
+} // namespace
+
+class TestQtFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void readsAFile();
+    void readsTextWithLineEnds();
+    void writesANewFile();
+    void emptyFileCanBeWritten();
+    void oldFileStaysWholeUntilClose();
+    void nothingIsLeftBesideTheFile();
+    void destroyedWithoutCloseTheOldFileStays();
+    void openedAgainWhatWasWrittenIsGivenUp();
+    void writtenFileCanBeReadThroughTheSameObject();
+    void permissionsOfTheOldFileStay();
+    void linkStaysAndItsTargetIsReplaced();
+    void pipeIsWrittenDirectly();
+    void deviceIsThereWhileTheFileIsOpen();
+    void closingTwiceDoesNothing();
+    void missingFileCannotBeRead();
+    void folderCannotBeReadOrWritten();
+    void fileCannotServeAsAFolder();
+    void missingFolderCannotBeWrittenTo();
+    void otherWaysOfOpeningAreRefused();
+    void emptyPathIsRefused();
+    void percentSignsInThePathAreKept();
+    void failedOpenLeavesNoDevice();
+    void failedWriteIsToldAndTheOldFileStays();
+    void failedWriteOfAFewBytesIsTold();
+    void blockThatIsWrittenInPartIsTold();
+    void failedReplacementIsTold();
+    void vanishedFolderIsTold();
+    void failedReadIsTold();
+
+private:
+    QScopedPointer<QTemporaryDir> folder;
+    QString path;
+};
+
+void TestQtFile::init()
+{
+    folder.reset(new QTemporaryDir);
+    QVERIFY(folder->isValid());
+    path = folder->filePath(QStringLiteral("file"));
+}
+
+void TestQtFile::readsAFile()
+{
+    writeFile(path, QByteArrayLiteral("a\r\n\0b"));
+    QtFile file(path);
+    file.open(QIODevice::ReadOnly);
+
+    QCOMPARE(file.device()->readAll(), QByteArrayLiteral("a\r\n\0b"));
+    file.close();
+}
+
+void TestQtFile::readsTextWithLineEnds()
+{
+    writeFile(path, "a\r\nb");
+    QtFile file(path);
+    file.open(QIODevice::ReadOnly | QIODevice::Text);
+
+    QCOMPARE(file.device()->readAll(), QByteArrayLiteral("a\nb"));
+    file.close();
+}
+
+void TestQtFile::writesANewFile()
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write(QByteArrayLiteral("a\r\n\0b"));
+    QVERIFY(!QFileInfo::exists(path));
+    file.close();
+
+    QCOMPARE(readFile(path), QByteArrayLiteral("a\r\n\0b"));
+}
+
+void TestQtFile::emptyFileCanBeWritten()
+{
+    writeFile(path, "old");
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text);
+    file.close();
+
+    QCOMPARE(readFile(path), QByteArray());
+}
+
+void TestQtFile::oldFileStaysWholeUntilClose()
+{
+    writeFile(path, "old");
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write(QByteArray(1000000, 'n'));
+    QCOMPARE(readFile(path), QByteArrayLiteral("old"));
+    file.close();
+
+    QCOMPARE(readFile(path), QByteArray(1000000, 'n'));
+}
+
+void TestQtFile::nothingIsLeftBesideTheFile()
+{
+    {
+        QtFile file(path);
+        file.open(QIODevice::WriteOnly);
+        file.device()->write("new");
+        file.close();
+        file.open(QIODevice::WriteOnly);
+        file.device()->write("newer");
+    }
+    QCOMPARE(QDir(folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("file")});
+}
+
+void TestQtFile::destroyedWithoutCloseTheOldFileStays()
+{
+    writeFile(path, "old");
+    {
+        QtFile file(path);
+        file.open(QIODevice::WriteOnly);
+        file.device()->write("new");
+    }
+    QCOMPARE(readFile(path), QByteArrayLiteral("old"));
+}
+
+void TestQtFile::openedAgainWhatWasWrittenIsGivenUp()
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("first");
+    file.open(QIODevice::WriteOnly);
+    QVERIFY(!QFileInfo::exists(path));
+    file.device()->write("second");
+    file.close();
+
+    QCOMPARE(readFile(path), QByteArrayLiteral("second"));
+}
+
+void TestQtFile::writtenFileCanBeReadThroughTheSameObject()
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("new");
+    file.close();
+    file.open(QIODevice::ReadOnly);
+
+    QCOMPARE(file.device()->readAll(), QByteArrayLiteral("new"));
+}
+
+void TestQtFile::permissionsOfTheOldFileStay()
+{
+    writeFile(path, "old");
+    ::chmod(QFile::encodeName(path).constData(), 0604);
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.close();
+    struct stat status = {};
+    ::stat(QFile::encodeName(path).constData(), &status);
+
+    QCOMPARE(status.st_mode & 07777, mode_t(0604));
+}
+
+void TestQtFile::linkStaysAndItsTargetIsReplaced()
+{
+    const QString link = folder->filePath(QStringLiteral("link"));
+    writeFile(path, "old");
+    QVERIFY(QFile::link(path, link));
+    QtFile file(link);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("new");
+    file.close();
+
+    QVERIFY(QFileInfo(link).isSymLink());
+    QCOMPARE(readFile(path), QByteArrayLiteral("new"));
+}
+
+void TestQtFile::pipeIsWrittenDirectly()
+{
+    const QByteArray pipePath = QFile::encodeName(path);
+    QCOMPARE(::mkfifo(pipePath.constData(), 0600), 0);
+    const int pipe = ::open(pipePath.constData(), O_RDWR | O_NONBLOCK);
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("line");
+    file.close();
+    std::array<char, 10> received{};
+    const ssize_t count = ::read(pipe, received.data(), received.size());
+    ::close(pipe);
+    struct stat status = {};
+    ::stat(pipePath.constData(), &status);
+
+    QCOMPARE(QByteArray(received.data(), static_cast<int>(count)), QByteArrayLiteral("line"));
+    QVERIFY(S_ISFIFO(status.st_mode));
+}
+
+void TestQtFile::deviceIsThereWhileTheFileIsOpen()
+{
+    QtFile file(path);
+    QCOMPARE(file.device(), kNoDevice);
+    file.open(QIODevice::WriteOnly);
+    QVERIFY(file.device() != nullptr);
+    QVERIFY(file.device()->isOpen());
+    file.close();
+
+    QCOMPARE(file.device(), kNoDevice);
+}
+
+void TestQtFile::closingTwiceDoesNothing()
+{
+    QtFile file(path);
+    file.close();
+    QVERIFY(!QFileInfo::exists(path));
+    file.open(QIODevice::WriteOnly);
+    file.close();
+    QFile::remove(path);
+    file.close();
+
+    QVERIFY(!QFileInfo::exists(path));
+}
+
+void TestQtFile::missingFileCannotBeRead()
+{
+    const FileFailure failure = getFailure([this] { QtFile(path).open(QIODevice::ReadOnly); });
+
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
+    QCOMPARE(failure.description, cannotOpen(path, QStringLiteral("No such file or directory")));
+}
+
+void TestQtFile::folderCannotBeReadOrWritten()
+{
+    const FileFailure read = getFailure([this] { QtFile(folder->path()).open(QIODevice::ReadOnly); });
+    const FileFailure written = getFailure([this] { QtFile(folder->path()).open(QIODevice::WriteOnly); });
+
+    QCOMPARE(read.code, static_cast<int>(CFileException::CannotOpen));
+    QCOMPARE(read.description, cannotOpen(folder->path(), QStringLiteral("file to open is a directory")));
+    QCOMPARE(written.code, static_cast<int>(CFileException::CannotOpen));
+    QCOMPARE(written.description,
+             cannotOpen(folder->path(), QStringLiteral("Filename refers to a directory")));
+}
+
+void TestQtFile::fileCannotServeAsAFolder()
+{
+    writeFile(path, "x");
+    const QString below = path + QStringLiteral("/below");
+    const FileFailure failure = getFailure([&] { QtFile(below).open(QIODevice::WriteOnly); });
+
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
+    QCOMPARE(failure.description, cannotOpen(below, QStringLiteral("Not a directory")));
+    QCOMPARE(readFile(path), QByteArrayLiteral("x"));
+}
+
+void TestQtFile::missingFolderCannotBeWrittenTo()
+{
+    const QString below = path + QStringLiteral("/below");
+    const FileFailure failure = getFailure([&] { QtFile(below).open(QIODevice::WriteOnly); });
+
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
+    QCOMPARE(failure.description, cannotOpen(below, QStringLiteral("No such file or directory")));
+}
+
+void TestQtFile::otherWaysOfOpeningAreRefused()
+{
+    writeFile(path, "old");
+    const QString expected = cannotOpen(path, QStringLiteral("такой способ открытия не поддерживается"));
+    for (const QIODevice::OpenMode mode :
+         {QIODevice::OpenMode(QIODevice::ReadWrite), QIODevice::WriteOnly | QIODevice::Append,
+          QIODevice::OpenMode(QIODevice::NotOpen), QIODevice::WriteOnly | QIODevice::NewOnly}) {
+        const FileFailure failure = getFailure([&] { QtFile(path).open(mode); });
+        QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
+        QCOMPARE(failure.description, expected);
+    }
+    QCOMPARE(readFile(path), QByteArrayLiteral("old"));
+}
+
+void TestQtFile::emptyPathIsRefused()
+{
+    for (const QIODevice::OpenMode mode :
+         {QIODevice::OpenMode(QIODevice::ReadOnly), QIODevice::OpenMode(QIODevice::WriteOnly)}) {
+        const FileFailure failure = getFailure([&] { QtFile(QString()).open(mode); });
+        QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
+        QCOMPARE(failure.description, cannotOpen(QString(), QStringLiteral("имя файла пусто")));
+    }
+}
+
+void TestQtFile::percentSignsInThePathAreKept()
+{
+    const QString odd = folder->filePath(QStringLiteral("%1 %2 100%"));
+    const FileFailure failure = getFailure([&] { QtFile(odd).open(QIODevice::ReadOnly); });
+
+    QCOMPARE(failure.description, cannotOpen(odd, QStringLiteral("No such file or directory")));
+}
+
+void TestQtFile::failedOpenLeavesNoDevice()
+{
+    writeFile(path, "old");
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("new");
+    const FileFailure failure = getFailure([&] { file.open(QIODevice::ReadWrite); });
+
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
+    QCOMPARE(file.device(), kNoDevice);
+    file.close();
+    QCOMPARE(readFile(path), QByteArrayLiteral("old"));
+}
+
+void TestQtFile::failedWriteIsToldAndTheOldFileStays()
+{
+    writeFile(path, "old");
+    QtFile file(path);
+    FileFailure failure;
+    {
+        const FileSizeLimit limit(100000);
+        file.open(QIODevice::WriteOnly);
+        for (int i = 0; i < 300; ++i)
+            file.device()->write(QByteArray(1000, 'n'));
+        failure = getFailure([&] { file.close(); });
+    }
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
+    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QCOMPARE(file.device(), kNoDevice);
+    QCOMPARE(readFile(path), QByteArrayLiteral("old"));
+    QCOMPARE(QDir(folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("file")});
+}
+
+void TestQtFile::failedWriteOfAFewBytesIsTold()
+{
+    QtFile file(path);
+    FileFailure failure;
+    {
+        // So few that they are written no earlier than on close().
+        const FileSizeLimit limit(0);
+        file.open(QIODevice::WriteOnly);
+        file.device()->write("new");
+        failure = getFailure([&] { file.close(); });
+    }
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
+    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QVERIFY(!QFileInfo::exists(path));
+}
+
+void TestQtFile::blockThatIsWrittenInPartIsTold()
+{
+    writeFile(path, "old");
+    QtFile file(path);
+    FileFailure failure;
+    {
+        const FileSizeLimit limit(100000);
+        file.open(QIODevice::WriteOnly);
+        file.device()->write(QByteArray(300000, 'n'));
+        failure = getFailure([&] { file.close(); });
+    }
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
+    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QCOMPARE(readFile(path), QByteArrayLiteral("old"));
+}
+
+void TestQtFile::failedReplacementIsTold()
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("new");
+    QVERIFY(QDir().mkdir(path));
+    const FileFailure failure = getFailure([&] { file.close(); });
+
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
+    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: Is a directory.").arg(path));
+    QCOMPARE(QDir(folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("file")});
+}
+
+void TestQtFile::vanishedFolderIsTold()
+{
+    const QString below = folder->filePath(QStringLiteral("sub/file"));
+    QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("sub")));
+    QtFile file(below);
+    file.open(QIODevice::WriteOnly);
+    QVERIFY(QDir(folder->filePath(QStringLiteral("sub"))).removeRecursively());
+    const FileFailure failure = getFailure([&] { file.close(); });
+
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
+    QCOMPARE(failure.description,
+             QStringLiteral("Не удалось записать файл «%1»: No such file or directory.").arg(below));
+}
+
+void TestQtFile::failedReadIsTold()
+{
+    // No memory is mapped at the address 0.
+    const QString memory = QStringLiteral("/proc/self/mem");
+    QtFile file(memory);
+    file.open(QIODevice::ReadOnly);
+    QCOMPARE(file.device()->read(1), QByteArray());
+    const FileFailure failure = getFailure([&] { file.close(); });
+
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotRead));
+    QCOMPARE(failure.description,
+             QStringLiteral("Не удалось прочитать файл «%1»: Input/output error.").arg(memory));
+}
+
+QTEST_GUILESS_MAIN(TestQtFile)
+#include "tst_qtfile.moc"
