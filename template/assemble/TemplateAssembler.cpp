@@ -1,14 +1,12 @@
 #include "TemplateAssembler.h"
 
-#include "Squeezer.h"
-
 #include <QCryptographicHash>
-#include <QFile>
-#include <QFileInfo>
-#include <QRegularExpression>
+#include <QVector>
 
 #include <algorithm>
 #include <stdexcept>
+
+namespace orvel {
 
 namespace {
 
@@ -42,36 +40,10 @@ QString hashSource(const QString& text)
     return QStringLiteral("'sha256-%1'").arg(QString::fromLatin1(hash.toBase64()));
 }
 
-QString withoutIndentation(const QString& markup)
-{
-    QString result;
-    for (const QString& line : markup.split(QLatin1Char('\n')))
-        if (!line.trimmed().isEmpty())
-            result += line.trimmed() + QLatin1Char('\n');
-    return result;
-}
-
 void requireNone(const QString& text, const QString& forbidden, const QString& where)
 {
     if (text.contains(forbidden, Qt::CaseInsensitive))
         fail(QStringLiteral("the %1 must not contain \"%2\"").arg(where, forbidden));
-}
-
-/// One scope holds all modules, so that a name declared in two of them would end the whole script.
-void requireNewNames(const QString& module, const QString& bundle, const QString& path)
-{
-    static const QRegularExpression declaration(
-        QStringLiteral("^(?:export )?(?:async )?(?:const|let|class|function\\*?) (\\w+)"),
-        QRegularExpression::MultilineOption);
-    auto declarations = declaration.globalMatch(module);
-    while (declarations.hasNext()) {
-        const QString name = declarations.next().captured(1);
-        const QRegularExpression known(
-            QStringLiteral("^(?:async )?(?:const|let|class|function\\*?) %1\\b").arg(name),
-            QRegularExpression::MultilineOption);
-        if (known.match(bundle).hasMatch())
-            fail(QStringLiteral("%1: the name %2 is taken by another module").arg(path, name));
-    }
 }
 
 void fillPlaceholder(QString& page, const QString& name, const QString& value)
@@ -83,17 +55,16 @@ void fillPlaceholder(QString& page, const QString& name, const QString& value)
 
 } // namespace
 
-QByteArray TemplateAssembler::assemble(const QString& markup, const QString& style, const QString& script,
-                                       const QStringList& ownNames)
+QByteArray TemplateAssembler::assemble(const QString& markup, const QString& style, const QString& script)
 {
-    const QString styleText = asciiStyle(Squeezer::squeeze(style, Squeezer::Language::Style));
+    const QString styleText = asciiStyle(style.trimmed());
     // In strings and regular expressions an escaped slash is the same, and does not end the script.
-    const QString scriptText = asciiScript(Squeezer::squeeze(script, Squeezer::Language::Script, ownNames))
-                                   .replace(QStringLiteral("</"), QStringLiteral("<\\/"));
+    const QString scriptText =
+        asciiScript(script.trimmed()).replace(QStringLiteral("</"), QStringLiteral("<\\/"));
     requireNone(styleText, QStringLiteral("</"), QStringLiteral("style"));
     requireNone(scriptText, QStringLiteral("<!--"), QStringLiteral("script"));
 
-    QString page = asciiMarkup(withoutIndentation(markup));
+    QString page = asciiMarkup(markup);
     if (page.count(QStringLiteral("</div"), Qt::CaseInsensitive) != 1)
         fail(QStringLiteral("the markup must hold exactly one closing div tag"));
     fillPlaceholder(page, QStringLiteral("@policy@"), policy(styleText, scriptText));
@@ -104,45 +75,9 @@ QByteArray TemplateAssembler::assemble(const QString& markup, const QString& sty
 
     if (!isAscii(page))
         fail(QStringLiteral("the template is not pure ASCII"));
-    if (page.size() > s_maxSize)
-        fail(QStringLiteral("the template has %1 bytes, more than %2").arg(page.size()).arg(s_maxSize));
+    if (page.size() > kMaxSize)
+        fail(QStringLiteral("the template has %1 bytes, more than %2").arg(page.size()).arg(kMaxSize));
     return page.toLatin1();
-}
-
-QString TemplateAssembler::bundleModules(const QString& path)
-{
-    QStringList seen;
-    QString bundle;
-    appendModule(path, seen, bundle);
-    return bundle;
-}
-
-void TemplateAssembler::appendModule(const QString& path, QStringList& seen, QString& bundle)
-{
-    const QString key = QFileInfo(path).canonicalFilePath();
-    if (!key.isEmpty() && seen.contains(key))
-        return;
-    seen.append(key);
-
-    static const QRegularExpression importStatement(
-        QStringLiteral("^import\\s*\\{[^}]*\\}\\s*from\\s*\"\\./([^\"]+)\";\\n"),
-        QRegularExpression::MultilineOption);
-    static const QRegularExpression exportKeyword(QStringLiteral("^export "),
-                                                  QRegularExpression::MultilineOption);
-    static const QRegularExpression leftOver(QStringLiteral("^(?:import|export)\\b.*$"),
-                                             QRegularExpression::MultilineOption);
-
-    QString text = readText(path);
-    auto imports = importStatement.globalMatch(text);
-    while (imports.hasNext())
-        appendModule(QFileInfo(path).path() + QLatin1Char('/') + imports.next().captured(1), seen, bundle);
-    text.remove(importStatement);
-    requireNewNames(text, bundle, path);
-    text.remove(exportKeyword);
-    const QRegularExpressionMatch unknown = leftOver.match(text);
-    if (unknown.hasMatch())
-        fail(QStringLiteral("%1: cannot bundle \"%2\"").arg(path, unknown.captured()));
-    bundle += text;
 }
 
 QString TemplateAssembler::asciiScript(const QString& text)
@@ -176,10 +111,4 @@ QString TemplateAssembler::policy(const QString& style, const QString& script)
         .arg(hashSource(script), hashSource(style));
 }
 
-QString TemplateAssembler::readText(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        fail(QStringLiteral("%1: %2").arg(path, file.errorString()));
-    return QString::fromUtf8(file.readAll());
-}
+} // namespace orvel

@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QSaveFile>
 
 #include <exception>
@@ -17,12 +18,12 @@ void write(const QString& path, const QByteArray& content)
         throw std::runtime_error(QStringLiteral("%1: %2").arg(path, file.errorString()).toStdString());
 }
 
-QString joined(const QStringList& paths)
+QString read(const QString& path)
 {
-    QString result;
-    for (const QString& path : paths)
-        result += TemplateAssembler::readText(path);
-    return result;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error(QStringLiteral("%1: %2").arg(path, file.errorString()).toStdString());
+    return QString::fromUtf8(file.readAll());
 }
 
 } // namespace
@@ -37,20 +38,17 @@ int main(int argc, char* argv[])
         parser.addOption({name, description, QStringLiteral("file")});
     };
     option(QStringLiteral("markup"), QStringLiteral("the markup with its placeholders"));
-    option(QStringLiteral("style"), QStringLiteral("a style module; may be given several times, in order"));
-    option(QStringLiteral("script"), QStringLiteral("the script module that imports the others"));
-    option(QStringLiteral("own-names"), QStringLiteral("the names of the script's own properties"));
+    option(QStringLiteral("style"), QStringLiteral("the whole style sheet"));
+    option(QStringLiteral("script"), QStringLiteral("the whole script"));
     option(QStringLiteral("output"), QStringLiteral("where to write the template"));
     parser.process(application);
 
     try {
-        const QString markup = TemplateAssembler::readText(parser.value(QStringLiteral("markup")));
-        const QString style = joined(parser.values(QStringLiteral("style")));
-        const QString script = TemplateAssembler::bundleModules(parser.value(QStringLiteral("script")));
-        const QString ownNames = TemplateAssembler::readText(parser.value(QStringLiteral("own-names")));
+        const auto source = [&parser](const QString& name) { return read(parser.value(name)); };
         write(parser.value(QStringLiteral("output")),
-              TemplateAssembler::assemble(markup, style, script,
-                                          ownNames.simplified().split(QLatin1Char(' '))));
+              orvel::TemplateAssembler::assemble(source(QStringLiteral("markup")),
+                                                 source(QStringLiteral("style")),
+                                                 source(QStringLiteral("script"))));
     } catch (const std::exception& error) {
         std::cerr << "assemble_template: " << error.what() << '\n';
         return 1;

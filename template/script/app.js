@@ -15,7 +15,7 @@ import { language, say } from "./texts.js";
 import { Tree } from "./tree.js";
 import { View } from "./view.js";
 
-const manyLines = 300000;
+const pausedSearchLines = 300000;
 const typingPause = 400;
 const leavingPause = 300;
 
@@ -31,13 +31,13 @@ export class App {
     this.settings.showTheme();
     this.model = readModel(lists);
     this.ids = new Ids(this.model.items);
-    this.isMany = this.model.lines.length > manyLines;
+    this.pausesSearch = this.model.lines.length > pausedSearchLines;
     const bar = page.querySelector("#bar");
     bar.hidden = false;
     page.setAttribute("lang", language);
     this.run = fillHeader(this.model, (item) => this.reveal(item));
     this.controls = new Controls(this);
-    if (this.isMany) this.controls.note(say("many", this.model.lines.length));
+    if (this.pausesSearch) this.controls.note(say("many", this.model.lines.length));
 
     this.main = page.querySelector("#protocol");
     this.view = new View(this.model, this.main, bar);
@@ -61,7 +61,7 @@ export class App {
     if (line) this.ids.finish();
     this.filter();
     this.tree.setCurrent(firstRow(this.model));
-    if (!this.view.isLong) this.draw(null);
+    if (!this.view.isPartlyLaidOut) this.draw(null);
     const first = this.model.lines.find((each) => each.kind === "error" && each.shown);
     if (this.goToId(line)) return;
     if (first) this.tree.goTo(first, { focus: false, middle: true });
@@ -99,13 +99,13 @@ export class App {
     const { model, view } = this;
     const prepare = function* () {
       for (const line of model.lines) yield foldedOf(line);
-      if (view.isLong) yield* view.prepare();
+      if (view.isPartlyLaidOut) yield* view.prepare();
     };
     const made = () => {
       this.remember();
       runIdle(prepare(), () => {});
     };
-    if (view.isLong) this.ids.makeIdle(made);
+    if (view.isPartlyLaidOut) this.ids.makeIdle(made);
     else {
       this.ids.finish();
       made();
@@ -117,7 +117,7 @@ export class App {
   filter() {
     applyFilters(this.model, this.filters);
     this.controls.show(this.filters, this.counts());
-    this.controls.state(this.stated());
+    this.controls.printFilters(this.filtersInWords());
   }
 
   /** How many records are shown, of how many, and in how many places of the tree they stand. */
@@ -148,7 +148,7 @@ export class App {
   typed() {
     clearTimeout(this.typingTimer);
     const apply = () => this.setFilters({ search: this.controls.query.value });
-    if (this.isMany) this.typingTimer = setTimeout(apply, typingPause);
+    if (this.pausesSearch) this.typingTimer = setTimeout(apply, typingPause);
     else apply();
   }
 
@@ -171,7 +171,7 @@ export class App {
   }
 
   /** What is shown and by which filters, in words, for paper and for files. */
-  stated() {
+  filtersInWords() {
     const { shown, total, places, hasRepeats } = this.counts();
     const counts = [say("shown", shown, total), ...(hasRepeats ? [say("places", places)] : [])];
     return [...counts, ...this.filters.words].join("; ");
@@ -187,7 +187,7 @@ export class App {
   describe() {
     const { title, date, project } = this.run;
     const { shown, total } = this.counts();
-    return { title, date, project, filter: this.stated(), shown, total };
+    return { title, date, project, filter: this.filtersInWords(), shown, total };
   }
 
   // Drawing
@@ -201,7 +201,7 @@ export class App {
   drawDetails() {
     const { view } = this;
     this.tree.keepStop();
-    const lines = view.isLong ? [...view.near] : this.model.lines;
+    const lines = view.isPartlyLaidOut ? [...view.near] : this.model.lines;
     highlight(
       lines.filter((item) => item.isLine && item.shown && item.times < 2),
       this.filters.query.marks,

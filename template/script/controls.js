@@ -2,7 +2,7 @@ import { build, copyText, listen, page, saveFile, writeAttribute } from "./dom.j
 import { markOf } from "./header.js";
 import { openMenu } from "./menu.js";
 import { kinds } from "./item.js";
-import { forms } from "./take.js";
+import { forms } from "./export.js";
 import { helpRows, say, write } from "./texts.js";
 
 const find = (id) => page.querySelector(`#bar #${id}`);
@@ -77,31 +77,43 @@ export class Controls {
   #makeMenus() {
     const { app } = this;
     const branches = () => [
-      [say("unfoldAll"), () => app.tree.foldTo(Infinity)],
-      [say("foldAll"), () => app.tree.foldTo(1)],
-      ...app.tree.levels().map((level) => [say("toLevel", level), () => app.tree.foldTo(level)]),
+      { label: say("unfoldAll"), act: () => app.tree.foldTo(Infinity) },
+      { label: say("foldAll"), act: () => app.tree.foldTo(1) },
+      ...app.tree.levels().map((level) => ({
+        label: say("toLevel", level),
+        act: () => app.tree.foldTo(level),
+      })),
     ];
-    const take = () =>
+    const exports = () =>
       ["copyAs", "saveAs"].flatMap((key) =>
-        Object.keys(forms).map((form) => [say(key, say(form)), () => this.take(form, key === "saveAs")]),
+        Object.keys(forms).map((form) => ({
+          label: say(key, say(form)),
+          act: () => this.export(form, key === "saveAs"),
+        })),
       );
     const view = () => [
       ...["System", "Light", "Dark"].map((name) => {
         const theme = name.toLowerCase();
-        return [say(`theme${name}`), () => app.setTheme(theme), app.settings.theme === theme];
+        return {
+          label: say(`theme${name}`),
+          act: () => app.setTheme(theme),
+          isOn: app.settings.theme === theme,
+          isChoice: true,
+        };
       }),
-      [say("print"), () => window.print()],
-      [say("help"), () => this.showHelp()],
+      { label: say("foldAlike"), act: () => app.toggleAlike(), isOn: app.filters.alike },
+      { label: say("print"), act: () => window.print() },
+      { label: say("help"), act: () => this.showHelp() },
     ];
     find("menus").replaceChildren(
       menuButton(say("branches"), branches),
-      menuButton(say("take"), take),
+      menuButton(say("export"), exports),
       menuButton(say("view"), view),
     );
   }
 
   /** Copies or saves the lines that the filters let through. */
-  async take(name, saves) {
+  async export(name, saves) {
     const form = forms[name];
     const text = form.write(this.app.visibleLines(), this.app.describe());
     if (saves) saveFile(`${this.app.run.title.replace(/[^\p{L}\p{N}]+/gu, "-")}.${name}`, form.type, text);
@@ -124,8 +136,8 @@ export class Controls {
   }
 
   /** Tells the filters in words, for paper. */
-  state(text) {
-    find("stated").textContent = text;
+  printFilters(text) {
+    find("printed-filters").textContent = text;
   }
 
   note(text) {
@@ -141,7 +153,7 @@ export class Controls {
   /** Tells a short word on what has happened. */
   tell(text) {
     clearTimeout(this.timer);
-    const place = find("told");
+    const place = find("status");
     place.textContent = text;
     this.timer = setTimeout(() => (place.textContent = ""), 3000);
   }

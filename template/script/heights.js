@@ -1,7 +1,7 @@
 import { boxOf, build } from "./dom.js";
 import { makeRows } from "./item.js";
 
-const largeBranch = 200;
+const sampledBranchRows = 200;
 const sampledBranches = 40;
 
 /** How high rows are: measured, or as long as they were not laid out, guessed from samples. */
@@ -21,7 +21,7 @@ export class Heights {
     for (const item of model.items) item.height = 0;
     for (const node of model.branches) node.ends = null;
     const linesOf = (node) => node.children.filter((row) => row.isLine);
-    const large = model.branches.filter((node) => node.children.length > largeBranch);
+    const large = model.branches.filter((node) => node.children.length > sampledBranchRows);
     const samples = large
       .slice(0, sampledBranches)
       .map((branch) => ({ branch, own: pick(linesOf(branch), 50) }));

@@ -4,7 +4,7 @@ import { disarm, makeElement, textParts } from "./dom.js";
 export const kinds = ["error", "warning", "message", "other"];
 
 // In a list of so many rows the line breaks between the rows' tags would double what the browser walks through.
-export const longList = 1000;
+export const heavyListRows = 1000;
 
 const childless = [];
 const itemsByElement = new Map();
@@ -34,7 +34,7 @@ export class Item {
   isLarge = false;
   height = 0;
   ends = null;
-  dress = "";
+  attributesKey = "";
   id = "";
 
   constructor(parent, built = null) {
@@ -100,7 +100,7 @@ function captionOf(element) {
 }
 
 function rowMarkup({ parent, style, markup, plain }) {
-  const isShort = parent.children.length < longList;
+  const isShort = parent.children.length < heavyListRows;
   const tags = (text) => (isShort ? text : text.replaceAll("\n", ""));
   return `${tags(`\n${rowStart}`)}${style}">${plain === null ? "" : markup}${tags(rowEnd)}`;
 }

@@ -1,4 +1,4 @@
-import { buildRows, isHollow, longList, makeHollowRows } from "./item.js";
+import { buildRows, isHollow, heavyListRows, makeHollowRows } from "./item.js";
 
 const atOnce = 200;
 
@@ -25,7 +25,8 @@ export function placeRow(row) {
 export function* fillLists({ branches }) {
   const isFresh = (row) => row && isHollow(row) && row.plain !== null;
   for (const { children } of branches) {
-    if (children.length >= longList) makeHollowRows(children.filter((row) => !row.built && isFresh(row)));
+    if (children.length >= heavyListRows)
+      makeHollowRows(children.filter((row) => !row.built && isFresh(row)));
     let at = 0;
     while (at < children.length) {
       const from = at;

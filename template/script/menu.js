@@ -25,21 +25,25 @@ function step(list, key) {
   return true;
 }
 
+/** What an entry is for assistive software: an action, one of several choices, or something to put on and off. */
+function roleOf({ isOn, isChoice }) {
+  if (isOn === undefined) return { role: "menuitem" };
+  return { role: isChoice ? "menuitemradio" : "menuitemcheckbox", "aria-checked": String(isOn) };
+}
+
 /**
- * Opens a menu below the element that owns it. `entries`: label, action and, for one of several choices,
- * whether it is the present one. Focus returns to `back`.
+ * Opens a menu below the element that owns it. An entry has a label, an action, and `isOn` when it can be on and off;
+ * with `isChoice` it is one of several of which one is on. Focus returns to `back`.
  */
 export function openMenu(owner, label, entries, back = owner) {
   const wasOpen = opened?.owner === owner;
   closeMenu();
   if (wasOpen) return;
   const list = build("ul", { role: "menu", class: "menu", "aria-label": label });
-  for (const [text, act, chosen] of entries) {
-    const choice =
-      chosen === undefined ? { role: "menuitem" } : { role: "menuitemradio", "aria-checked": chosen };
+  for (const { label: text, act, ...state } of entries) {
     const entry = build(
       "button",
-      { type: "button", ...choice, tabindex: "-1", click: () => choose(act, owner) },
+      { type: "button", ...roleOf(state), tabindex: "-1", click: () => choose(act, owner) },
       text,
     );
     list.append(build("li", { role: "none" }, entry));

@@ -40,15 +40,21 @@ export class RowMenu {
 
   open(item) {
     const { app } = this;
-    const entries = linksOf(item).map((link) => [say("follow", link.textContent), () => link.click()]);
+    const entries = linksOf(item).map((link) => ({
+      label: say("follow", link.textContent),
+      act: () => link.click(),
+    }));
     entries.push(
-      [say("copyLink"), () => app.copy(app.linkTo(item))],
-      ...linkedItems(item).map(({ id, name }) => [say("copyId", `${name} (${id})`), () => app.copy(id)]),
+      { label: say("copyLink"), act: () => app.copy(app.linkTo(item)) },
+      ...linkedItems(item).map(({ id, name }) => ({
+        label: say("copyId", `${name} (${id})`),
+        act: () => app.copy(id),
+      })),
     );
     if (!item.isLine && item.isBranch)
       entries.push(
-        [say("unfoldThis"), () => app.tree.foldBelow(item, true)],
-        [say("foldThis"), () => app.tree.foldBelow(item, false)],
+        { label: say("unfoldThis"), act: () => app.tree.foldBelow(item, true) },
+        { label: say("foldThis"), act: () => app.tree.foldBelow(item, false) },
       );
     this.place();
     openMenu(this.button, say("lineMenu"), entries, item.element);

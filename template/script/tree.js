@@ -35,7 +35,11 @@ export class Tree {
     const { main } = this.view;
     const isThere = this.current && this.view.isLaidOut(this.current);
     const hadFocus = focused() === main;
-    writeAttribute(main, "tabindex", this.current && !isThere ? "0" : this.view.isLong ? "-1" : null);
+    writeAttribute(
+      main,
+      "tabindex",
+      this.current && !isThere ? "0" : this.view.isPartlyLaidOut ? "-1" : null,
+    );
     if (hadFocus && isThere) focusOn(this.current.element);
   }
 
@@ -50,13 +54,15 @@ export class Tree {
     const { view } = this;
     const wasOpen = isInOpen(item);
     if (!wasOpen) {
-      const place = view.isLong ? null : view.placeOf(view.topRow());
+      const place = view.isPartlyLaidOut ? null : view.placeOf(view.topRow());
       view.openAround(item);
       // On a long page each drawing takes a while, so that the row goes straight to its place.
       if (place) view.draw(place);
     }
     const isFar =
-      !view.isLaidOut(item) || (!wasOpen && view.isLong) || ((middle || !wasOpen) && !this.isInView(item));
+      !view.isLaidOut(item) ||
+      (!wasOpen && view.isPartlyLaidOut) ||
+      ((middle || !wasOpen) && !this.isInView(item));
     if (isFar) view.draw({ item, top: Math.round(view.height * 0.4) });
     if (focus) focusOn(item.element);
     this.setCurrent(item);

@@ -1,13 +1,13 @@
 import { boxOf, elementAt, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
-import { dressBranch, dressRows } from "./dress.js";
+import { writeBranchAttributes, writeRowsAttributes } from "./rowAttributes.js";
 import { Heights } from "./heights.js";
-import { itemOf, longList } from "./item.js";
+import { itemOf, heavyListRows } from "./item.js";
 import { fillLists, placeRow } from "./lists.js";
 import { rowSelector } from "./model.js";
 
 // Beyond this many lines only the rows near the view are laid out; the lists around them are padded with what
 // the other rows would take.
-const longPage = 2000;
+const wholeLayoutLines = 2000;
 const margin = 1200;
 const slack = 500;
 const foundAround = 40;
@@ -30,10 +30,10 @@ export class View {
     this.model = model;
     this.main = main;
     this.bar = bar;
-    this.isLong = model.lines.length > longPage;
+    this.isPartlyLaidOut = model.lines.length > wholeLayoutLines;
     for (const tree of model.trees) writeAttribute(tree.lists[0], "role", "tree");
     this.filling = fillLists(model);
-    if (!this.isLong) {
+    if (!this.isPartlyLaidOut) {
       this.fill();
       return;
     }
@@ -59,7 +59,7 @@ export class View {
     node.isOpen = isOpen;
     const [was, is] = isOpen ? ["ExpandClosed", "ExpandOpen"] : ["ExpandOpen", "ExpandClosed"];
     node.element.classList.replace(was, is);
-    dressBranch(node);
+    writeBranchAttributes(node);
     this.heights?.forgetAround(node);
   }
 
@@ -113,7 +113,7 @@ export class View {
 
   #drawAll() {
     for (const item of this.model.items) writeAttribute(item.element, "hidden", item.shown ? null : "");
-    for (const node of this.model.branches) dressRows(node);
+    for (const node of this.model.branches) writeRowsAttributes(node);
   }
 
   #align({ item, top }, hold) {
@@ -147,7 +147,7 @@ export class View {
   }
 
   resized() {
-    if (!this.isLong || this.main.clientWidth === this.width) return;
+    if (!this.isPartlyLaidOut || this.main.clientWidth === this.width) return;
     this.width = this.main.clientWidth;
     const place = this.placeOf(this.topRow());
     this.heights.guess();
@@ -182,7 +182,7 @@ export class View {
     for (const item of this.near) if (!near.has(item)) this.#setNear(item, false);
     for (const item of near) if (!item.isNear) this.#setNear(item, true);
     this.near = near;
-    for (const { branch, first, last } of parts) dressRows(branch, first, last);
+    for (const { branch, first, last } of parts) writeRowsAttributes(branch, first, last);
     this.#pad();
   }
 
@@ -202,7 +202,7 @@ export class View {
   *prepare() {
     yield* this.filling;
     for (const node of this.model.branches) {
-      if (node.children.length < longList) continue;
+      if (node.children.length < heavyListRows) continue;
       for (let at = node; at; at = at.parent) {
         (at.element ?? at.lists[0]).dataset.large = "";
         at.isLarge = true;
@@ -232,7 +232,7 @@ export class View {
     this.leftAt = mode === "print" && place;
     for (const node of this.model.branches) {
       for (const list of node.lists) list.style.removeProperty("padding");
-      if (mode === "print") dressRows(node);
+      if (mode === "print") writeRowsAttributes(node);
     }
     for (const { element, shown } of this.model.items) {
       if (!shown) element.setAttribute("hidden", "");
@@ -264,14 +264,14 @@ export class View {
         Math.min(node.parent.rows.length, at + foundAround),
       ];
       for (const { element } of node.parent.rows.slice(first, last)) writeAttribute(element, "hidden", null);
-      dressRows(node.parent, first, last);
-      dressRows(node);
+      writeRowsAttributes(node.parent, first, last);
+      writeRowsAttributes(node);
     }
   }
 
   /** Back to the rows near the view. */
   gather() {
-    if (!this.isLong || this.mode === "near") return;
+    if (!this.isPartlyLaidOut || this.mode === "near") return;
     const place = this.leftAt || this.placeOf(this.topRow());
     this.#leaveSpread();
     this.draw(place);

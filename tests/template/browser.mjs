@@ -13,8 +13,19 @@ const switches = [
   "--disable-sync",
 ];
 
-export function launch() {
-  return chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", args: switches });
+const executablePath = process.env.CHROMIUM ?? "/usr/bin/chromium";
+const startLimit = 20000;
+// A page of 100,000 lines takes a busy machine some seconds.
+const actLimit = 30000;
+const addressLimit = 5000;
+
+/** Starts the browser; it has answered with its address, or the error says why not. */
+export async function launch() {
+  try {
+    return await chromium.launch({ executablePath, args: switches, timeout: startLimit });
+  } catch (error) {
+    throw new Error(`${executablePath} did not start within ${startLimit / 1000} s: ${error.message}`);
+  }
 }
 
 /**
@@ -23,7 +34,7 @@ export function launch() {
  */
 export async function open(browser, address, { locale = "ru-RU", prepare, ...options } = {}) {
   const context = await browser.newContext({ locale, viewport: { width: 1280, height: 800 }, ...options });
-  context.setDefaultTimeout(120000);
+  context.setDefaultTimeout(actLimit);
   const page = await context.newPage();
   page.complaints = [];
   page.on("console", (message) => page.complaints.push(message.text()));
@@ -70,6 +81,15 @@ export async function choose(page, menu, entry) {
 }
 
 export const search = (page, text) => page.locator("#query").fill(text);
+
+/** Waits until the page has written a text into its address. */
+export async function addressHolds(page, text) {
+  try {
+    await page.waitForFunction((part) => location.hash.includes(part), text, { timeout: addressLimit });
+  } catch {
+    throw new Error(`the address holds no "${text}" after ${addressLimit / 1000} s: ${page.url()}`);
+  }
+}
 
 /** Waits until the rows of so many lines are in the page. */
 export const filled = (page, count) =>

@@ -47,12 +47,12 @@ describe("kinds", () => {
     ];
     const page = await open(browser, pageOf("ends", makeRun("grouped", 4, lines)));
     assert.deepEqual(await shown(page), [4, 4]);
-    assert.equal(await page.locator("#places").textContent(), "мест: 8");
+    assert.equal(await page.locator("#places").textContent(), "вхождений: 8");
     assert.equal(await page.locator("#verdict").textContent(), "Ошибок: 4, предупреждений нет");
     assert.equal(await page.locator("[data-kind=error] b").textContent(), "4");
     await search(page, "вторая");
     assert.deepEqual(await shown(page), [2, 4]);
-    assert.equal(await page.locator("#places").textContent(), "мест: 4");
+    assert.equal(await page.locator("#places").textContent(), "вхождений: 4");
     await page.context().close();
   });
 

@@ -1,6 +1,6 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, launch, open, search, shown } from "./browser.mjs";
+import { addressHolds, choose, launch, open, search, shown } from "./browser.mjs";
 import { makeLines, makeRun, runs } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -108,7 +108,7 @@ describe("the address", () => {
       .click({ position: { x: 5, y: 5 } });
     const id = await focusedId(page);
     const counts = await shown(page);
-    await page.waitForFunction((key) => location.hash.includes(key), id);
+    await addressHolds(page, id);
     for (const renew of [() => page.reload(), () => page.goto("about:blank").then(() => page.goBack())]) {
       await renew();
       assert.deepEqual(await shown(page), counts);
@@ -451,7 +451,7 @@ describe("item links", () => {
       assert.match(exact, /^survey:\/\/locate-item\?type=LevellingPoint&id=\d+&project=%D0%9F/);
       await line.locator(".Content").click({ position: { x: 5, y: 5 } });
       const id = await line.getAttribute("id");
-      await page.waitForFunction((key) => location.hash.includes(key), id);
+      await addressHolds(page, id);
       const before = await state(page);
       const urls = await requests(page, async () => {
         await act(page, link);

@@ -66,7 +66,7 @@ describe("the header", () => {
     fixture("flat");
     const closing = /<h1>.*<\/h1>\n|<p class='service'>(?:\d\d\.\d\d\.\d{4}|Проект:).*<\/p>\n/g;
     const page = await open(browser, writePage("unfinished", bodyOf("flat").replace(closing, "")));
-    assert.match(await page.locator("#verdict").innerText(), /, прогон не завершён$/);
+    assert.match(await page.locator("#verdict").innerText(), /, обработка не завершена$/);
     assert.equal(await page.locator("#title").innerText(), "Протокол");
     await page.context().close();
   });
@@ -176,6 +176,26 @@ describe("looks", () => {
     await page.context().close();
   });
 
+  test("menus tell on/off entries from choices", async () => {
+    const page = await open(browser, fixture("flat"));
+    const entries = async () => {
+      await page.getByRole("button", { name: "Вид", exact: true }).click();
+      return page.evaluate(() =>
+        [...document.querySelectorAll("[role=menu] button")].map((entry) => [entry.role, entry.ariaChecked]),
+      );
+    };
+    const themes = ["true", "false", "false"].map((isOn) => ["menuitemradio", isOn]);
+    const actions = [
+      ["menuitem", null],
+      ["menuitem", null],
+    ];
+    assert.deepEqual(await entries(), [...themes, ["menuitemcheckbox", "false"], ...actions]);
+    await page.getByRole("menuitemcheckbox", { name: "Свернуть похожие" }).click();
+    assert.equal(await page.locator("#alike").getAttribute("aria-pressed"), "true");
+    assert.deepEqual(await entries(), [...themes, ["menuitemcheckbox", "true"], ...actions]);
+    await page.context().close();
+  });
+
   test("folding of alike lines is remembered", async () => {
     const page = await open(browser, fixture("flat"));
     await page.locator("#alike").click();
@@ -198,9 +218,9 @@ describe("languages", () => {
       await page.context().close();
       return found;
     };
-    assert.deepEqual(await texts("ru-RU"), ["ru", "Показано n из n", "Ошибки"]);
-    assert.deepEqual(await texts("en-US"), ["en", "Shown n of n", "Errors"]);
-    assert.deepEqual(await texts("de-DE"), ["en", "Shown n of n", "Errors"]);
+    assert.deepEqual(await texts("ru-RU"), ["ru", "Показано строк: n из n", "Ошибки"]);
+    assert.deepEqual(await texts("en-US"), ["en", "n of n lines shown", "Errors"]);
+    assert.deepEqual(await texts("de-DE"), ["en", "n of n lines shown", "Errors"]);
   });
 });
 

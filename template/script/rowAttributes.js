@@ -2,32 +2,32 @@ import { writeAttribute } from "./dom.js";
 import { maskOf } from "./item.js";
 
 /** What a row tells assistive software and the style: its level and place, whether it is open, how many it is. */
-function dressRow(item, position, count) {
-  const dress = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0}`;
-  if (item.dress === dress) return;
-  item.dress = dress;
+function writeRowAttributes(item, position, count) {
+  const key = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0}`;
+  if (item.attributesKey === key) return;
+  item.attributesKey = key;
   const { element } = item;
-  if (!item.wasDressed) dressFirst(item);
+  if (!item.hasLastingAttributes) writeLastingAttributes(item);
   element.setAttribute("aria-posinset", position);
   element.setAttribute("aria-setsize", count);
   writeAttribute(element, "data-last", position === count ? "" : null);
   writeAttribute(element, "aria-expanded", item.isBranch && !item.isLine ? item.isOpen : null);
-  if (item.times > 1 || element.hasAttribute("data-times")) dressAlike(item);
+  if (item.times > 1 || element.hasAttribute("data-times")) writeAlikeAttributes(item);
 }
 
 /** What stays the same. Only the row is a tab stop, and never a link inside. */
-function dressFirst(item) {
+function writeLastingAttributes(item) {
   const { element } = item;
-  item.wasDressed = true;
+  item.hasLastingAttributes = true;
   element.setAttribute("role", "treeitem");
   element.setAttribute("aria-level", item.level);
   if (!element.hasAttribute("tabindex")) element.setAttribute("tabindex", "-1");
   for (const link of item.caption.getElementsByTagName("a")) link.setAttribute("tabindex", "-1");
-  if (item.isBranch) dressBranch(item);
+  if (item.isBranch) writeBranchAttributes(item);
 }
 
 /** A row that stands for alike lines shows what they have in common, and how many they are. */
-function dressAlike(item) {
+function writeAlikeAttributes(item) {
   const { element, caption } = item;
   const mask = item.times > 1 ? maskOf(item) : null;
   const times = mask && `×${item.times}`;
@@ -38,15 +38,15 @@ function dressAlike(item) {
   item.height = 0;
 }
 
-/** Dresses the rows of a branch from `first` to the one before `last`. */
-export function dressRows({ rows }, first = 0, last = rows.length) {
-  for (let at = first; at < last; ++at) dressRow(rows[at], at + 1, rows.length);
+/** Writes those of the rows of a branch from `first` to the one before `last`. */
+export function writeRowsAttributes({ rows }, first = 0, last = rows.length) {
+  for (let at = first; at < last; ++at) writeRowAttributes(rows[at], at + 1, rows.length);
 }
 
 /** Folds what a branch holds, or unfolds it; what is folded is left to the browser's own search. */
-export function dressBranch(node) {
+export function writeBranchAttributes(node) {
   if (node.isLine) return;
   for (const list of node.lists) writeAttribute(list, "role", "group");
   for (const block of node.folds) writeAttribute(block, "hidden", node.isOpen ? null : "until-found");
-  node.dress = "";
+  node.attributesKey = "";
 }

@@ -49,7 +49,7 @@ function asJson(lines, run) {
   return JSON.stringify({ ...run, lines: own }, null, 1) + "\n";
 }
 
-/** The forms in which lines can be taken along: file name ending, media type, and how they are written. */
+/** The forms in which lines can be exported: file name ending, media type, and how they are written. */
 export const forms = {
   txt: { type: "text/plain;charset=utf-8", write: asText },
   csv: { type: "text/csv;charset=utf-8", write: asCsv },

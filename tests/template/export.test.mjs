@@ -52,7 +52,7 @@ const expectedRecords = (page) =>
 const clipboard = (page) => page.evaluate(() => navigator.clipboard.readText());
 
 async function saved(page, entry) {
-  const [download] = await Promise.all([page.waitForEvent("download"), choose(page, "Взять", entry)]);
+  const [download] = await Promise.all([page.waitForEvent("download"), choose(page, "Экспорт", entry)]);
   return { name: download.suggestedFilename(), bytes: fs.readFileSync(await download.path()) };
 }
 
@@ -72,8 +72,8 @@ describe("what is visible", () => {
   test("can be copied as text", async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
-    await choose(page, "Взять", "Копировать: текст");
-    await page.waitForFunction(() => document.querySelector("#told").textContent === "Скопировано");
+    await choose(page, "Экспорт", "Копировать как текст");
+    await page.waitForFunction(() => document.querySelector("#status").textContent === "Скопировано");
     const lines = (await clipboard(page)).trimEnd().split("\n");
     assert.deepEqual(
       lines.filter((line) => line.startsWith("[")),
@@ -89,14 +89,14 @@ describe("what is visible", () => {
   test("can be saved as CSV with byte order mark, quotes and CRLF", async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
-    const { name, bytes } = await saved(page, "Сохранить: CSV");
+    const { name, bytes } = await saved(page, "Сохранить как CSV");
     assert.equal(name, "Предобработка.csv");
     assert.deepEqual([...bytes.subarray(0, 3)], [0xef, 0xbb, 0xbf]);
     const text = bytes.toString("utf8").slice(1);
     assert.ok(text.endsWith("\r\n"));
     assert.doesNotMatch(text.replaceAll("\r\n", ""), /[\r\n]/);
     assert.deepEqual(parseCsv(text), [
-      ["вид", "раздел", "текст", "объекты"],
+      ["вид", "ветвь", "текст", "объекты"],
       ...expected.map((line) => [
         "предупреждение",
         line.paths.map((path) => path.join(" / ")).join("; "),
@@ -112,7 +112,7 @@ describe("what is visible", () => {
       `<a href="survey://locate-item?type=LevellingPoint&amp;id=${id}&amp;project=x">${name}</a>`;
     const text = `Пункты ${link(7, "Рп 7")} и ${link(-8, "Рп &lt;8>")}`;
     const page = await open(browser, pageOf("items", makeRun("flat", 0, [{ kind: "error", text }])));
-    const { lines: records } = JSON.parse((await saved(page, "Сохранить: JSON")).bytes.toString("utf8"));
+    const { lines: records } = JSON.parse((await saved(page, "Сохранить как JSON")).bytes.toString("utf8"));
     const address = (id) => `survey://locate-item?type=LevellingPoint&id=${id}&project=x`;
     assert.equal(records[0].text, "Пункты Рп 7 и Рп <8>");
     assert.deepEqual(records[0].items, [
@@ -121,7 +121,7 @@ describe("what is visible", () => {
     ]);
     const plain = pageOf("items-plain", makeRun("flat", 0, [{ kind: "error", text: link(7, "Рп 7") }]));
     const again = await open(browser, plain);
-    const told = JSON.parse((await saved(again, "Сохранить: JSON")).bytes.toString("utf8"));
+    const told = JSON.parse((await saved(again, "Сохранить как JSON")).bytes.toString("utf8"));
     assert.deepEqual(told.lines[0].items, [{ id: "7", name: "Рп 7", address: address(7) }]);
     await again.context().close();
     await page.context().close();
@@ -132,7 +132,7 @@ describe("what is visible", () => {
     await page.evaluate(() => {
       document.querySelector("li.ExpandLeaf > .Content").textContent = 'a,"b"\nc';
     });
-    const { bytes } = await saved(page, "Сохранить: CSV");
+    const { bytes } = await saved(page, "Сохранить как CSV");
     assert.equal(parseCsv(bytes.toString("utf8").slice(1)).length, (await shown(page))[1] + 1);
     await page.context().close();
   });
@@ -140,7 +140,7 @@ describe("what is visible", () => {
   test("can be saved as JSON", async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
-    const { bytes } = await saved(page, "Сохранить: JSON");
+    const { bytes } = await saved(page, "Сохранить как JSON");
     const { length: shownCount } = expected;
     const placeCount = expected.flatMap(({ paths }) => paths).length;
     const { date, ...taken } = JSON.parse(bytes.toString("utf8"));
@@ -149,7 +149,7 @@ describe("what is visible", () => {
     assert.deepEqual(taken, {
       title: "Предобработка",
       project: "Проект: Проект 1",
-      filter: `Показано ${shownCount} из ${lines.length}; мест: ${placeCount}; скрыты: сообщения; поиск: пункта -невязка`,
+      filter: `Показано строк: ${shownCount} из ${lines.length}; вхождений: ${placeCount}; скрыты: сообщения; поиск: пункта -невязка`,
       shown: shownCount,
       total: lines.length,
       lines: expected,
@@ -161,7 +161,7 @@ describe("what is visible", () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
     await page.locator("#alike").click();
-    const { bytes } = await saved(page, "Сохранить: JSON");
+    const { bytes } = await saved(page, "Сохранить как JSON");
     assert.deepEqual(JSON.parse(bytes.toString("utf8")).lines, expected);
     await page.context().close();
   });
@@ -174,7 +174,7 @@ describe("what is visible", () => {
       await line.focus();
       await page.keyboard.press("Shift+F10");
       await page.getByRole("menuitem", { name }).first().click();
-      await page.waitForFunction(() => document.querySelector("#told").textContent === "Скопировано");
+      await page.waitForFunction(() => document.querySelector("#status").textContent === "Скопировано");
       return clipboard(page);
     };
     const item = await line.locator("a").first();
@@ -199,8 +199,11 @@ describe("print", () => {
     const text = pdfText(await page.pdf()).replaceAll("\n", "");
     assert.equal(text.match(/получена один раз/g).length, count);
     assert.doesNotMatch(text, /Невязка хода/);
-    assert.match(text, /Показано \d+ из \d+; мест: \d+; скрыты: сообщения; поиск: пункта -невязка/);
-    assert.doesNotMatch(text, /Ветви|Взять|Похожие/);
+    assert.match(
+      text,
+      /Показано строк: \d+ из \d+; вхождений: \d+; скрыты: сообщения; поиск: пункта -невязка/,
+    );
+    assert.doesNotMatch(text, /Ветви|Экспорт|Похожие/);
     assert.match(text, /Предобработка/);
     await page.context().close();
   });
