@@ -36,11 +36,61 @@ bool namesHeight(const QString& coordinates)
     return coordinates.contains(QLatin1Char('z'), Qt::CaseInsensitive);
 }
 
-/// Count of the elements that a symmetric band matrix stores: its upper half, row by row.
-qint64 bandSize(qint64 dim, qint64 band)
+/// Takes the numbers of a text that comes in pieces.
+class NumberFields
 {
-    return dim * (band + 1) - band * (band + 1) / 2;
-}
+public:
+    explicit NumberFields(std::function<void(const QString&)> takeField) : take(std::move(takeField)) {}
+
+    void add(const QStringRef& piece)
+    {
+        for (const QChar character : piece) {
+            if (character.isSpace())
+                finish();
+            else
+                field += character;
+        }
+    }
+
+    void finish()
+    {
+        if (!field.isEmpty())
+            take(field);
+        field.resize(0);
+    }
+
+private:
+    std::function<void(const QString&)> take;
+    QString field;
+};
+
+/// Finds the place of each stored number of a symmetric band matrix: its upper half, row by row.
+class BandPlace
+{
+public:
+    BandPlace(qint64 matrixDim, qint64 matrixBand) : dim(matrixDim), band(matrixBand) {}
+
+    qint64 getRow() const { return row; }
+    bool isDiagonal() const { return offset == 0; }
+    /// Behind the last number.
+    bool isEnd() const { return row >= dim; }
+
+    void advance()
+    {
+        if (offset < std::min(band, dim - row - 1)) {
+            ++offset;
+        } else {
+            ++row;
+            offset = 0;
+        }
+    }
+
+private:
+    qint64 dim;
+    qint64 band;
+    qint64 row = 0;
+    qint64 offset = 0;
+};
 
 } // namespace
 
@@ -64,18 +114,24 @@ GkfResult GkfReader::read(QIODevice& device)
     return std::move(reader.result);
 }
 
-GkfReader::GkfReader(QIODevice& device) : input(device, kLargestFile), xml(&input)
-{}
+GkfReader::GkfReader(QIODevice& device)
+    : input(device, {kLargestFile, kLongestPiece, kLongestNumbers})
+    , xml(&input)
+{
+    // What stands for more than it is would be no measure of the memory that it needs.
+    constexpr int longestExpansion = 256;
+    xml.setEntityExpansionLimit(longestExpansion);
+}
 
 void GkfReader::readDocument()
 {
-    if (xml.readNextStartElement()) {
+    if (readNextStartElement()) {
         if (xml.name() != QLatin1String("gama-local")) {
             result.fatal =
                 Problem{ProblemKind::WrongRoot, Severity::Fatal, xml.lineNumber(), {xml.name().toString()}};
             return;
         }
-        while (xml.readNextStartElement()) {
+        while (readNextStartElement()) {
             if (xml.name() == QLatin1String("network"))
                 readNetwork();
             else
@@ -84,10 +140,13 @@ void GkfReader::readDocument()
     }
     // What follows the root element must be well-formed as well.
     while (!xml.atEnd())
-        xml.readNext();
+        readNext();
 
     if (input.isExceeded())
-        stop(ProblemKind::FileTooLarge, static_cast<std::size_t>(kLargestFile >> 20));
+        stop(ProblemKind::FileTooLarge, kLargestFile >> 20);
+    else if (input.isPieceTooLong())
+        stop(ProblemKind::PieceTooLong,
+             {QString::number(kLongestPiece >> 10), QString::number(kLongestNumbers >> 20)});
     if (!xml.hasError()) {
         completeSigmas();
         checkPoints();
@@ -105,11 +164,63 @@ void GkfReader::readDocument()
                      [](const Problem& a, const Problem& b) { return a.line < b.line; });
 }
 
-void GkfReader::stop(ProblemKind kind, std::size_t limit)
+QXmlStreamReader::TokenType GkfReader::readNext()
+{
+    input.beginPiece();
+    xml.readNext();
+    if (xml.isStartElement()) {
+        ++depth;
+        checkElement();
+    } else if (xml.isEndElement()) {
+        --depth;
+    }
+    return xml.tokenType();
+}
+
+bool GkfReader::readNextStartElement()
+{
+    while (readNext() != QXmlStreamReader::Invalid) {
+        if (xml.isStartElement())
+            return true;
+        if (xml.isEndElement() || xml.isEndDocument())
+            return false;
+    }
+    return false;
+}
+
+void GkfReader::skipCurrentElement()
+{
+    readText([](const QStringRef&) {});
+}
+
+void GkfReader::readText(const std::function<void(const QStringRef&)>& take)
+{
+    const int around = depth - 1;
+    while (depth > around && readNext() != QXmlStreamReader::Invalid) {
+        if (xml.isCharacters() || xml.isEntityReference())
+            take(xml.text());
+    }
+}
+
+void GkfReader::checkElement()
+{
+    if (depth > kMaxDepth)
+        stop(ProblemKind::NestedTooDeeply, kMaxDepth);
+    const QXmlStreamAttributes attributes = xml.attributes();
+    for (const QXmlStreamAttribute& attribute : attributes) {
+        if (attribute.value().size() > kLongestAttribute) {
+            stop(ProblemKind::AttributeTooLong,
+                 {attribute.name().toString(), QString::number(kLongestAttribute)});
+            return;
+        }
+    }
+}
+
+void GkfReader::stop(ProblemKind kind, const QStringList& arguments)
 {
     if (limitProblem)
         return;
-    limitProblem = Problem{kind, Severity::Fatal, xml.lineNumber(), {QString::number(limit)}};
+    limitProblem = Problem{kind, Severity::Fatal, xml.lineNumber(), arguments};
     xml.raiseError();
 }
 
@@ -122,10 +233,9 @@ void GkfReader::checkEntries(std::size_t pending)
 
 void GkfReader::readNetwork()
 {
-    while (xml.readNextStartElement()) {
+    while (readNextStartElement()) {
         if (xml.name() == QLatin1String("description"))
-            result.network.description =
-                xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
+            readDescription();
         else if (xml.name() == QLatin1String("parameters"))
             readParameters();
         else if (xml.name() == QLatin1String("points-observations"))
@@ -133,6 +243,18 @@ void GkfReader::readNetwork()
         else
             skipUnknownElement(QStringLiteral("network"));
     }
+}
+
+void GkfReader::readDescription()
+{
+    QString text;
+    readText([&](const QStringRef& piece) {
+        text += piece;
+        if (text.size() > kLongestDescription)
+            stop(ProblemKind::TextTooLong,
+                 {QStringLiteral("description"), QString::number(kLongestDescription)});
+    });
+    result.network.description = text.trimmed();
 }
 
 void GkfReader::readParameters()
@@ -156,7 +278,7 @@ void GkfReader::readParameters()
 
 void GkfReader::readPointsObservations()
 {
-    while (xml.readNextStartElement()) {
+    while (readNextStartElement()) {
         if (xml.name() == QLatin1String("point"))
             readPoint();
         else if (xml.name() == QLatin1String("height-differences"))
@@ -204,7 +326,7 @@ void GkfReader::readPoint()
 void GkfReader::readHeightDifferences()
 {
     std::vector<PendingSection> sections;
-    while (xml.readNextStartElement()) {
+    while (readNextStartElement()) {
         if (xml.name() == QLatin1String("dh")) {
             sections.push_back(readSection());
             checkEntries(sections.size());
@@ -222,10 +344,12 @@ GkfReader::PendingSection GkfReader::readSection()
 {
     PendingSection section;
     section.line = xml.lineNumber();
-    section.from = attribute(QLatin1String("from"));
-    section.to = attribute(QLatin1String("to"));
-    section.valueText = attribute(QLatin1String("val"));
-    section.value = toNumber(section.valueText);
+    section.from = pointAttribute(QLatin1String("from"));
+    section.to = pointAttribute(QLatin1String("to"));
+    const QString valueText = attribute(QLatin1String("val"));
+    section.value = toNumber(valueText);
+    if (!section.value)
+        section.valueText = valueText;
     section.distance = positiveAttribute(QLatin1String("dist"), ProblemKind::DistanceUnusable, section);
     section.stdev = positiveAttribute(QLatin1String("stdev"), ProblemKind::StdevUnusable, section);
     skipContent();
@@ -237,51 +361,51 @@ void GkfReader::readCovariance(std::vector<PendingSection>& sections)
     const qint64 line = xml.lineNumber();
     const QString dimText = attribute(QLatin1String("dim"));
     const QString bandText = attribute(QLatin1String("band"));
-    const QString text = xml.readElementText(QXmlStreamReader::IncludeChildElements).simplified();
-    const QVector<QStringRef> fields = text.splitRef(QLatin1Char(' '), Qt::SkipEmptyParts);
-
     bool dimOk = false;
     bool bandOk = false;
     const qint64 dim = dimText.toInt(&dimOk);
     const qint64 band = bandText.toInt(&bandOk);
     const auto count = static_cast<qint64>(sections.size());
+
+    QStringList variances;
+    qint64 correlations = 0;
+    qint64 numbers = 0;
+    BandPlace place(count, band);
+    NumberFields fields([&](const QString& field) {
+        if (++numbers > kMaxCovariances)
+            stop(ProblemKind::TooManyCovariances, kMaxCovariances);
+        if (place.isDiagonal() && !place.isEnd())
+            variances.append(field);
+        else if (toNumber(field) != 0.0)
+            ++correlations;
+        place.advance();
+    });
+    readText([&](const QStringRef& piece) { fields.add(piece); });
+    fields.finish();
+
     if (!dimOk || !bandOk || dim != count || band < 0 || band >= dim ||
-        fields.size() != bandSize(dim, band)) {
+        numbers != dim * (band + 1) - band * (band + 1) / 2) {
         addProblem(ProblemKind::CovarianceUnusable, Severity::Error, line,
                    {dimText, bandText, QString::number(count)});
         return;
     }
-    const qint64 correlations = takeVariances(fields, band, sections);
+    for (std::size_t row = 0; row < sections.size(); ++row) {
+        PendingSection& section = sections[row];
+        const QString& text = variances[static_cast<int>(row)];
+        section.variance = toPositiveNumber(text);
+        if (!section.variance)
+            addProblem(ProblemKind::VarianceUnusable, Severity::Error, section.line,
+                       {section.from, section.to, text});
+    }
     if (correlations > 0)
         addProblem(ProblemKind::CorrelationsIgnored, Severity::Warning, line,
                    {QString::number(correlations)});
 }
 
-qint64 GkfReader::takeVariances(const QVector<QStringRef>& fields, qint64 band,
-                                std::vector<PendingSection>& sections)
-{
-    qint64 correlations = 0;
-    auto field = fields.begin();
-    for (std::size_t row = 0; row < sections.size(); ++row) {
-        PendingSection& section = sections[row];
-        section.variance = toPositiveNumber(*field);
-        if (!section.variance)
-            addProblem(ProblemKind::VarianceUnusable, Severity::Error, section.line,
-                       {section.from, section.to, field->toString()});
-        ++field;
-        const auto rowEnd =
-            field + static_cast<int>(std::min(band, static_cast<qint64>(sections.size() - row) - 1));
-        correlations +=
-            std::count_if(field, rowEnd, [](const QStringRef& text) { return toNumber(text) != 0.0; });
-        field = rowEnd;
-    }
-    return correlations;
-}
-
 void GkfReader::readOtherObservations()
 {
     const QString clusterFrom = attribute(QLatin1String("from"));
-    while (xml.readNextStartElement()) {
+    while (readNextStartElement()) {
         // The covariances of observations that are left out carry no information of their own.
         if (xml.name() != QLatin1String("cov-mat")) {
             const QString from = attribute(QLatin1String("from"));
@@ -289,7 +413,7 @@ void GkfReader::readOtherObservations()
                 ProblemKind::OtherObservation, Severity::Error, xml.lineNumber(),
                 {xml.name().toString(), from.isNull() ? clusterFrom : from, attribute(QLatin1String("to"))});
         }
-        xml.skipCurrentElement();
+        skipCurrentElement();
     }
 }
 
@@ -297,13 +421,13 @@ void GkfReader::skipUnknownElement(const QString& parent)
 {
     addProblem(ProblemKind::UnknownElement, Severity::Warning, xml.lineNumber(),
                {xml.name().toString(), parent});
-    xml.skipCurrentElement();
+    skipCurrentElement();
 }
 
 void GkfReader::skipContent()
 {
     const QString parent = xml.name().toString();
-    while (xml.readNextStartElement())
+    while (readNextStartElement())
         skipUnknownElement(parent);
 }
 
@@ -388,6 +512,13 @@ QString GkfReader::attribute(QLatin1String name) const
 {
     const QStringRef value = xml.attributes().value(name);
     return value.isNull() ? QString() : value.trimmed().toString();
+}
+
+QString GkfReader::pointAttribute(QLatin1String name) const
+{
+    const QString id = attribute(name);
+    const auto known = indexOfPoint.constFind(id);
+    return known == indexOfPoint.constEnd() ? id : known.key();
 }
 
 std::optional<double> GkfReader::positiveAttribute(QLatin1String name, ProblemKind kind,

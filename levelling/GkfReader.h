@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QXmlStreamReader>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -40,6 +41,13 @@ public:
     static constexpr qint64 kLargestFile = qint64(256) << 20; ///< bytes
     static constexpr std::size_t kMaxEntries = 3000000;       ///< points and sections together
     static constexpr std::size_t kMaxProblems = 1000000;
+    static constexpr int kMaxDepth = 1000;                   ///< elements in each other, the root included
+    static constexpr qint64 kLongestPiece = qint64(1) << 18; ///< bytes of a tag, text or comment
+    /// Bytes of a piece that holds little but digits and blanks, as covariances do.
+    static constexpr qint64 kLongestNumbers = qint64(1) << 24;
+    static constexpr int kLongestAttribute = 10000;    ///< characters of its value
+    static constexpr int kLongestDescription = 100000; ///< characters
+    static constexpr qint64 kMaxCovariances = 2000000; ///< numbers of one matrix
 
     /// Reads the file of that path.
     static GkfResult readFile(const QString& path);
@@ -51,7 +59,7 @@ private:
     {
         QString from;
         QString to;
-        QString valueText;
+        QString valueText; ///< if it is unusable
         std::optional<double> value;
         std::optional<double> distance;
         std::optional<double> stdev;
@@ -62,8 +70,16 @@ private:
     explicit GkfReader(QIODevice& device);
 
     void readDocument();
+    /// Goes on to the next token and ends the reading at one that is over a limit. All reading is done by it.
+    QXmlStreamReader::TokenType readNext();
+    bool readNextStartElement();
+    void skipCurrentElement();
+    /// Goes through the text of the current element and of all elements in it, piece by piece.
+    void readText(const std::function<void(const QStringRef&)>& take);
+    void checkElement();
     /// Ends the reading because of a limit.
-    void stop(ProblemKind kind, std::size_t limit);
+    void stop(ProblemKind kind, const QStringList& arguments);
+    void stop(ProblemKind kind, qint64 limit) { stop(kind, {QString::number(limit)}); }
     /// Stops if the points, the sections and what is pending of them are too many.
     void checkEntries(std::size_t pending);
     void readNetwork();
@@ -72,10 +88,8 @@ private:
     void readPoint();
     void readHeightDifferences();
     PendingSection readSection();
+    void readDescription();
     void readCovariance(std::vector<PendingSection>& sections);
-    /// Returns the count of covariances that are not zero.
-    qint64 takeVariances(const QVector<QStringRef>& fields, qint64 band,
-                         std::vector<PendingSection>& sections);
     void readOtherObservations();
     void skipUnknownElement(const QString& parent);
     /// Skips to the end of an element that should have no child elements.
@@ -89,6 +103,8 @@ private:
 
     /// Value of an attribute without blanks around it; a null string if there is none.
     QString attribute(QLatin1String name) const;
+    /// The name of a point; one that is known already takes no memory again.
+    QString pointAttribute(QLatin1String name) const;
     /// A number of a positive quantity; an attribute that is there but unusable becomes a problem.
     std::optional<double> positiveAttribute(QLatin1String name, ProblemKind kind,
                                             const PendingSection& section);
@@ -96,6 +112,7 @@ private:
 
     LimitedDevice input;
     QXmlStreamReader xml;
+    int depth = 0;
     /// Why reading was ended before the end of the file, if it was.
     std::optional<Problem> limitProblem;
     GkfResult result;

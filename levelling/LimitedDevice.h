@@ -4,26 +4,42 @@
 
 namespace levelling {
 
-/// Gives what another device holds, up to a size, and then fails.
+/// Gives what another device holds, up to a size, and then fails. It fails as well within a piece that is too
+/// long; where a piece begins, its reader tells.
 class LimitedDevice : public QIODevice
 {
 public:
-    /// `device` must be open for reading and outlive this one, which is open at once.
-    LimitedDevice(QIODevice& device, qint64 largestSize);
+    struct Limits
+    {
+        qint64 size = 0;    ///< bytes of all
+        qint64 piece = 0;   ///< bytes of a piece that numbers and blanks are not made of
+        qint64 numbers = 0; ///< bytes of a piece of any kind
+    };
+
+    /// @param device must be open for reading and outlive this one, which is open at once
+    LimitedDevice(QIODevice& device, const Limits& givenLimits);
 
     bool isSequential() const override { return true; }
     /// True also behind a failure, where the other device would promise more for ever.
     bool atEnd() const override { return hasEnded || source.atEnd(); }
+    /// The next piece begins about here: what its reader has read ahead counts for the piece before.
+    void beginPiece();
     /// More was there than was to be read.
     bool isExceeded() const { return rest < 0; }
+    bool isPieceTooLong() const { return pieceRest < 0 || numbersRest < 0; }
 
 protected:
     qint64 readData(char* data, qint64 size) override;
     qint64 writeData(const char* data, qint64 size) override;
 
 private:
+    void countPiece(const char* data, qint64 count);
+
     QIODevice& source;
+    const Limits limits;
     qint64 rest;
+    qint64 pieceRest;
+    qint64 numbersRest;
     bool hasEnded = false;
 };
 

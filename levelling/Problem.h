@@ -6,12 +6,17 @@ namespace levelling {
 
 /// What is wrong with an input file. The arguments of each kind are given in braces, in their order.
 enum class ProblemKind {
-    FileNotReadable,         ///< {reason}
-    MalformedXml,            ///< {reason}
-    WrongRoot,               ///< {name of the root element}
-    FileTooLarge,            ///< {largest size in MiB}: read up to the line
-    TooManyEntries,          ///< {largest count of points and sections together}: read up to the line
-    TooManyProblems,         ///< {largest count}: read up to the line
+    FileNotReadable, ///< {reason}
+    MalformedXml,    ///< {reason}
+    WrongRoot,       ///< {name of the root element}
+    FileTooLarge,    ///< {largest size in MiB}: read up to the line
+    TooManyEntries,  ///< {largest count of points and sections together}: read up to the line
+    TooManyProblems, ///< {largest count}: read up to the line
+    NestedTooDeeply, ///< {largest depth of elements}: read up to the line
+    PieceTooLong, ///< {largest size of a tag, text or comment in KiB, of numbers in MiB}: read up to the line
+    AttributeTooLong,        ///< {attribute, largest count of characters}: read up to the line
+    TextTooLong,             ///< {element, largest count of characters}: read up to the line
+    TooManyCovariances,      ///< {largest count of numbers in a matrix}: read up to the line
     UnknownElement,          ///< {element, element around it}: skipped with all its content
     ParameterUnusable,       ///< {attribute, its text}: the default stands
     PointWithoutId,          ///< {}: skipped

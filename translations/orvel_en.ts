@@ -1116,6 +1116,30 @@ adjust — adjustment by least squares
 l1 — L1 analysis: search for gross errors
 (--run may be repeated, the order is kept)</translation>
     </message>
+    <message>
+        <source>в проекте больше %1 пунктов или секций, он не открыт</source>
+        <translation>the project has more than %1 points or sections and was not opened</translation>
+    </message>
+    <message>
+        <source>элементы вложены глубже %1 уровней, файл не прочитан; проверьте, что это нивелирная сеть</source>
+        <translation>elements are nested deeper than %1 levels, the file was not read; check that it is a levelling network</translation>
+    </message>
+    <message>
+        <source>тег, текст или комментарий больше %1 КиБ (числа ковариаций — %2 МиБ), файл не прочитан; проверьте, закрыты ли кавычки и комментарии</source>
+        <translation>a tag, text or comment is over %1 KiB (numbers of covariances: %2 MiB), the file was not read; check that quotes and comments are closed</translation>
+    </message>
+    <message>
+        <source>значение атрибута %1 длиннее %2 знаков, файл не прочитан; исправьте его</source>
+        <translation>the value of attribute %1 is longer than %2 characters, the file was not read; correct it</translation>
+    </message>
+    <message>
+        <source>текст элемента &lt;%1&gt; длиннее %2 знаков, файл не прочитан; сократите его</source>
+        <translation>the text of element &lt;%1&gt; is longer than %2 characters, the file was not read; shorten it</translation>
+    </message>
+    <message>
+        <source>в &lt;cov-mat&gt; больше %1 чисел, файл не прочитан; разделите измерения на группы &lt;height-differences&gt;</source>
+        <translation>&lt;cov-mat&gt; has more than %1 numbers, the file was not read; split the measurements into several groups &lt;height-differences&gt;</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

@@ -1,13 +1,19 @@
 #include "Orvel/store/COrvel.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/StoredProject.h"
+#include "host/files/CFileException.h"
+#include "host/files/CQtArchive.h"
 #include "levelling/GkfReader.h"
 #include "tests/desk/DeskFixture.h"
 
+#include <QBuffer>
+#include <QCryptographicHash>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 
@@ -40,6 +46,7 @@ private Q_SLOTS:
     void contentNobodyCanComputeWithIsRefused_data();
     void contentNobodyCanComputeWithIsRefused();
     void copiedContentKeepsEverything();
+    void projectWithTooManyItemsIsRefused();
 
 private:
     static levelling::Network readNetwork(const char* sample);
@@ -286,6 +293,39 @@ void TestDocument::copiedContentKeepsEverything()
     QCOMPARE(document->getPoints()[4]->getResult()->height, height);
     QCOMPARE(document->getLevellingClass(), LevellingClass::III);
     QCOMPARE(int(document->getSections().size()), 19);
+}
+
+void TestDocument::projectWithTooManyItemsIsRefused()
+{
+    StoredProject project;
+    project.content.nextId = 0x1122334455667788;
+    QBuffer file;
+    file.open(QIODevice::ReadWrite);
+    storedproject::write(project, file);
+
+    // The count of points follows the next id; the file is given one that no memory could hold, and its sum.
+    file.seek(0);
+    CQtArchive archive(&file, CQtArchive::Load);
+    quint32 signature = 0;
+    quint32 version = 0;
+    QByteArray content;
+    archive >> signature >> version >> content;
+    QByteArray id = QByteArray::fromHex("1122334455667788");
+    if (!content.contains(id))
+        std::reverse(id.begin(), id.end());
+    content.replace(content.indexOf(id) + id.size(), 4, QByteArray(4, '\x7f'));
+    QBuffer changed;
+    changed.open(QIODevice::ReadWrite);
+    CQtArchive(&changed, CQtArchive::Save)
+        << signature << version << content << QCryptographicHash::hash(content, QCryptographicHash::Sha256);
+    changed.seek(0);
+    QString refusal;
+    try {
+        storedproject::read(changed);
+    } catch (const qor::CFileException& error) {
+        refusal = QString::fromStdWString(error.getDescription());
+    }
+    QCOMPARE(refusal, QStringLiteral("в проекте больше 3000000 пунктов или секций, он не открыт"));
 }
 
 QTEST_MAIN(TestDocument)

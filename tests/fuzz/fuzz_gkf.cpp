@@ -1,5 +1,6 @@
 // Network files: what is read is a network as the computations need it, or one failure and nothing else; and
-// small networks can be computed with, whatever their numbers.
+// small networks can be computed with, whatever their numbers. Elements nest anywhere, and deeper than may
+// be.
 
 #include "levelling/Adjustment.h"
 #include "levelling/Components.h"
@@ -57,22 +58,41 @@ void compute(const Network& network)
     analyseL1(network);
 }
 
+GkfResult read(QByteArray content)
+{
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::ReadOnly);
+    GkfResult result = GkfReader::read(buffer);
+    if (result.fatal) {
+        mustHold(result.network.points.empty() && result.network.sections.empty() && result.problems.empty(),
+                 "a failure comes alone");
+    } else {
+        checkNetwork(result.network);
+        checkProblems(result.problems);
+    }
+    return result;
+}
+
+/// Opens elements at a place that the content itself tells, and closes them in half of the cases.
+QByteArray nest(QByteArray content)
+{
+    constexpr int depth = GkfReader::kMaxDepth + 10;
+    const auto first = static_cast<unsigned char>(content[0]);
+    const auto second = static_cast<unsigned char>(content[1]);
+    const int place = (first * 256 + second) % content.size();
+    const QByteArray closing = first % 16 == 0 ? QByteArray("</a>").repeated(depth) : QByteArray();
+    return content.insert(place, QByteArray("<a>").repeated(depth) + closing);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
-    QByteArray content(reinterpret_cast<const char*>(data), static_cast<int>(size));
-    QBuffer buffer(&content);
-    buffer.open(QIODevice::ReadOnly);
-    const GkfResult result = GkfReader::read(buffer);
-    if (result.fatal) {
-        mustHold(result.network.points.empty() && result.network.sections.empty() && result.problems.empty(),
-                 "a failure comes alone");
-        return 0;
-    }
-    checkNetwork(result.network);
-    checkProblems(result.problems);
-    if (result.network.sections.size() <= 30)
+    const QByteArray content(reinterpret_cast<const char*>(data), static_cast<int>(size));
+    if (size > 1 && data[0] % 8 == 0)
+        read(nest(content));
+    const GkfResult result = read(content);
+    if (!result.fatal && result.network.sections.size() <= 30)
         compute(result.network);
     return 0;
 }

@@ -68,6 +68,11 @@ QString describe(const Problem& problem)
         {ProblemKind::FileTooLarge, QStringLiteral("FileTooLarge")},
         {ProblemKind::TooManyEntries, QStringLiteral("TooManyEntries")},
         {ProblemKind::TooManyProblems, QStringLiteral("TooManyProblems")},
+        {ProblemKind::NestedTooDeeply, QStringLiteral("NestedTooDeeply")},
+        {ProblemKind::PieceTooLong, QStringLiteral("PieceTooLong")},
+        {ProblemKind::AttributeTooLong, QStringLiteral("AttributeTooLong")},
+        {ProblemKind::TextTooLong, QStringLiteral("TextTooLong")},
+        {ProblemKind::TooManyCovariances, QStringLiteral("TooManyCovariances")},
         {ProblemKind::UnknownElement, QStringLiteral("UnknownElement")},
         {ProblemKind::ParameterUnusable, QStringLiteral("ParameterUnusable")},
         {ProblemKind::PointWithoutId, QStringLiteral("PointWithoutId")},
@@ -143,7 +148,12 @@ private Q_SLOTS:
     void numbersMayHoldBlanks();
     void numbersDoNotDependOnTheLocale();
     void entityBombIsFatal();
-    void deepNestingIsRead();
+    void nestingUpToTheLimit_data();
+    void nestingUpToTheLimit();
+    void longPieces_data();
+    void longPieces();
+    void covariancesInPieces();
+    void textOfNestedElementsIsTheirs();
     void everyPointIsRead();
 };
 
@@ -572,14 +582,113 @@ void TestGkfReader::entityBombIsFatal()
     QCOMPARE(result.fatal->kind, ProblemKind::MalformedXml);
 }
 
-void TestGkfReader::deepNestingIsRead()
+void TestGkfReader::nestingUpToTheLimit_data()
 {
-    const int depth = 100000;
-    const GkfResult result =
-        readText(points(QByteArray("<a>").repeated(depth) + QByteArray("</a>").repeated(depth)));
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("behind");
+    QTest::addColumn<int>("depth");
+    QTest::addColumn<QString>("fatal");
+    const QByteArray root = "<gama-local><network>\n";
+    const QByteArray end = "</network></gama-local>";
+    const QString message = QStringLiteral("2 fatal NestedTooDeeply (1000)");
+    // The root, the network and the element around count, too.
+    QTest::newRow("description, as deep as may be") << root + "<description>"
+                                                    << "</description>" + end << 997 << QString();
+    QTest::newRow("description, one more") << root + "<description>"
+                                           << "</description>" + end << 998 << message;
+    QTest::newRow("description, far more") << root + "<description>"
+                                           << "</description>" + end << 1000000 << message;
+    const QByteArray differences = root + "<points-observations><height-differences>";
+    const QByteArray differencesEnd = "</height-differences></points-observations>" + end;
+    QTest::newRow("covariances, as deep as may be") << differences + "<cov-mat>"
+                                                    << "</cov-mat>" + differencesEnd << 995 << QString();
+    QTest::newRow("covariances, far more") << differences + "<cov-mat>"
+                                           << "</cov-mat>" + differencesEnd << 1000000 << message;
+    QTest::newRow("section") << differences + "<dh>"
+                             << "</dh>" + differencesEnd << 1000000 << message;
+    QTest::newRow("network") << root << end << 1000000 << message;
+    QTest::newRow("observations") << root + "<points-observations><obs>"
+                                  << "</obs></points-observations>" + end << 1000000 << message;
+}
+
+void TestGkfReader::nestingUpToTheLimit()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, behind);
+    QFETCH(int, depth);
+    QFETCH(QString, fatal);
+    const GkfResult result = readText(before + QByteArray("<a>").repeated(depth) + "1" +
+                                      QByteArray("</a>").repeated(depth) + behind);
+    QCOMPARE(result.fatal ? describe(*result.fatal) : QString(), fatal);
+}
+
+void TestGkfReader::longPieces_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("fatal");
+    const QString piece = QStringLiteral("4 fatal PieceTooLong (256; 16)");
+    QTest::newRow("attribute at the limit")
+        << points("<point id='" + QByteArray(10000, 'x') + "' adj='z'/>") << QString();
+    QTest::newRow("attribute over the limit")
+        << points("<point id='" + QByteArray(10001, 'x') + "' adj='z'/>")
+        << QStringLiteral("4 fatal AttributeTooLong (id; 10000)");
+    QTest::newRow("quotes in an attribute")
+        << points("<point id=\"" + QByteArray(1 << 24, '\'') + "\" adj='z'/>") << piece;
+    QTest::newRow("attribute that never ends") << points("<point id=\"" + QByteArray(1 << 24, 'x')) << piece;
+    QByteArray attributes;
+    for (int i = 0; i < 200000; ++i)
+        attributes += " a" + QByteArray::number(i) + "=''";
+    QTest::newRow("many attributes") << points("<point" + attributes + "/>") << piece;
+    QTest::newRow("comment") << points("<!--" + QByteArray(1 << 24, 'x') + "-->") << piece;
+    QTest::newRow("long comment") << points("<!--" + QByteArray(200000, 'x') + "-->") << QString();
+    QTest::newRow("many comments") << points(QByteArray("<!--" + QByteArray(200000, 'x') + "-->").repeated(9))
+                                   << QString();
+    QTest::newRow("description") << QByteArray("<gama-local><network>\n<description>") +
+                                        QByteArray("<b>" + QByteArray(1000, 'x') + "</b>").repeated(101) +
+                                        "</description></network></gama-local>"
+                                 << QStringLiteral("2 fatal TextTooLong (description; 100000)");
+    QTest::newRow("numbers") << sections("<cov-mat dim='1' band='0'>" + QByteArray("1 ").repeated(9000000) +
+                                         "</cov-mat>")
+                             << QStringLiteral("7 fatal PieceTooLong (256; 16)");
+    QTest::newRow("numbers in a matrix")
+        << sections("<cov-mat dim='1' band='0'>" + QByteArray("1 ").repeated(2000001) + "</cov-mat>")
+        << QStringLiteral("7 fatal TooManyCovariances (2000000)");
+    QTest::newRow("entities") << "<!DOCTYPE gama-local [<!ENTITY e \"" + QByteArray(1000, 'x') +
+                                     "\">]><gama-local><network><description>&e;</description></network>"
+                                     "</gama-local>"
+                              << QStringLiteral(
+                                     "1 fatal MalformedXml (Entity expands to more characters than "
+                                     "the entity expansion limit.)");
+}
+
+void TestGkfReader::longPieces()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, fatal);
+    const GkfResult result = readText(content);
+    QCOMPARE(result.fatal ? describe(*result.fatal) : QString(), fatal);
+}
+
+void TestGkfReader::covariancesInPieces()
+{
+    const GkfResult result = readText(sections("<dh from='R' to='A' val='1' dist='1'/>"
+                                               "<dh from='A' to='B' val='1' dist='1'/>"
+                                               "<dh from='B' to='R' val='1' dist='1'/>"
+                                               "<cov-mat dim='3' band='1'>4<!-- --> 0 <b>1<![CDATA[6]]></b>\n"
+                                               "&#48; 25</cov-mat>"));
     QVERIFY(!result.fatal);
-    QCOMPARE(describeProblems(result),
-             QStringList(QStringLiteral("4 warning UnknownElement (a; points-observations)")));
+    QCOMPARE(describeProblems(result), QStringList());
+    QCOMPARE(result.network.sections[0].sigma, 2.0);
+    QCOMPARE(result.network.sections[1].sigma, 4.0);
+    QCOMPARE(result.network.sections[2].sigma, 5.0);
+}
+
+void TestGkfReader::textOfNestedElementsIsTheirs()
+{
+    const GkfResult result = readText("<gama-local><network><description> a <b>bold<i>er</i></b> "
+                                      "description </description></network></gama-local>");
+    QVERIFY(!result.fatal);
+    QCOMPARE(result.network.description, QStringLiteral("a bolder description"));
 }
 
 void TestGkfReader::everyPointIsRead()

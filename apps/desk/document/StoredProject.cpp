@@ -3,6 +3,7 @@
 #include "apps/desk/Desk.h"
 #include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
+#include "levelling/GkfReader.h"
 
 #include <QBuffer>
 #include <QCryptographicHash>
@@ -97,6 +98,11 @@ std::vector<std::unique_ptr<Item>> readItems(CQtArchive& archive)
 {
     quint32 count = 0;
     archive >> count;
+    if (count > levelling::GkfReader::kMaxEntries)
+        throw qor::CFileException(qor::CFileException::CorruptFile,
+                                  Desk::tr("в проекте больше %1 пунктов или секций, он не открыт")
+                                      .arg(QString::number(levelling::GkfReader::kMaxEntries))
+                                      .toStdWString());
     std::vector<std::unique_ptr<Item>> items;
     for (quint32 i = 0; i < count; ++i) {
         items.push_back(std::make_unique<Item>());
@@ -184,8 +190,10 @@ StoredProject read(QIODevice& device)
             if (checksum == makeChecksum(content))
                 return readContent(content);
         }
-    } catch (const qor::CFileException&) {
-        // The data ends early: a damaged file like any other.
+    } catch (const qor::CFileException& error) {
+        // Without a description the data ends early: a damaged file like any other.
+        if (!error.getDescription().empty())
+            problem = QString::fromStdWString(error.getDescription());
     }
     refuse(problem);
 }

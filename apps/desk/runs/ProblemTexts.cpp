@@ -28,6 +28,24 @@ QString failureReason(const Problem& problem)
     case ProblemKind::TooManyProblems:
         return Desk::tr("замечаний больше %1, файл не прочитан; проверьте, что это нивелирная сеть")
             .arg(argument);
+    case ProblemKind::NestedTooDeeply:
+        return Desk::tr("элементы вложены глубже %1 уровней, файл не прочитан; проверьте, что это "
+                        "нивелирная сеть")
+            .arg(argument);
+    case ProblemKind::PieceTooLong:
+        return Desk::tr("тег, текст или комментарий больше %1 КиБ (числа ковариаций — %2 МиБ), файл не "
+                        "прочитан; проверьте, закрыты ли кавычки и комментарии")
+            .arg(argument, problem.arguments.value(1));
+    case ProblemKind::AttributeTooLong:
+        return Desk::tr("значение атрибута %1 длиннее %2 знаков, файл не прочитан; исправьте его")
+            .arg(argument, problem.arguments.value(1));
+    case ProblemKind::TextTooLong:
+        return Desk::tr("текст элемента <%1> длиннее %2 знаков, файл не прочитан; сократите его")
+            .arg(argument, problem.arguments.value(1));
+    case ProblemKind::TooManyCovariances:
+        return Desk::tr("в <cov-mat> больше %1 чисел, файл не прочитан; разделите измерения на группы "
+                        "<height-differences>")
+            .arg(argument);
     default:
         return Desk::tr("ошибка XML: %1").arg(argument);
     }
@@ -85,6 +103,11 @@ QString sentence(ProblemKind kind)
     case ProblemKind::FileTooLarge:
     case ProblemKind::TooManyEntries:
     case ProblemKind::TooManyProblems:
+    case ProblemKind::NestedTooDeeply:
+    case ProblemKind::PieceTooLong:
+    case ProblemKind::AttributeTooLong:
+    case ProblemKind::TextTooLong:
+    case ProblemKind::TooManyCovariances:
         break;
     }
     return Desk::tr("файл не читается: %1");
