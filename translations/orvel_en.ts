@@ -128,16 +128,8 @@
         <translation>Project saved: %1</translation>
     </message>
     <message>
-        <source>Проект не сохранён</source>
-        <translation>Unsaved project</translation>
-    </message>
-    <message>
         <source>Сохранить изменения в проекте «%1»?</source>
         <translation>Save the changes to the project “%1”?</translation>
-    </message>
-    <message>
-        <source>Без сохранения пропадут результаты и протоколы.</source>
-        <translation>Without saving, results and protocols will be lost.</translation>
     </message>
     <message>
         <source>&amp;Сохранить</source>
@@ -348,24 +340,12 @@
         <translation>Replace the network of the project “%1”?</translation>
     </message>
     <message>
-        <source>Результаты и протоколы обработки прежней сети пропадут.</source>
-        <translation>Results and processing protocols of the present network will be lost.</translation>
-    </message>
-    <message>
         <source>&amp;Заменить</source>
         <translation>&amp;Replace</translation>
     </message>
     <message>
         <source>Идёт обработка</source>
         <translation>Run in progress</translation>
-    </message>
-    <message>
-        <source>Прервать обработку и закрыть окно?</source>
-        <translation>Stop the run and close the window?</translation>
-    </message>
-    <message>
-        <source>&amp;Прервать</source>
-        <translation>&amp;Stop</translation>
     </message>
     <message>
         <source>П&amp;родолжить</source>
@@ -1135,6 +1115,26 @@ l1 — L1 analysis: search for gross errors
     <message>
         <source>текст элемента &lt;%1&gt; длиннее %2 знаков, файл не прочитан; сократите его</source>
         <translation>the text of element &lt;%1&gt; is longer than %2 characters, the file was not read; shorten it</translation>
+    </message>
+    <message>
+        <source>Несохранённые изменения</source>
+        <translation>Unsaved changes</translation>
+    </message>
+    <message>
+        <source>Без сохранения результаты и протоколы будут потеряны.</source>
+        <translation>Unless you save them, the results and protocols will be lost.</translation>
+    </message>
+    <message>
+        <source>Результаты и протоколы обработки прежней сети будут потеряны.</source>
+        <translation>The results and protocols of the current network will be lost.</translation>
+    </message>
+    <message>
+        <source>Остановить обработку и закрыть окно?</source>
+        <translation>Stop the run and close the window?</translation>
+    </message>
+    <message>
+        <source>О&amp;становить</source>
+        <translation>S&amp;top</translation>
     </message>
     <message>
         <source>в &lt;cov-mat&gt; больше %1 чисел, файл не прочитан; разделите измерения на группы &lt;height-differences&gt;</source>

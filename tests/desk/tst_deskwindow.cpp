@@ -21,7 +21,7 @@
 using namespace orvel::desk;
 using namespace orvel::test;
 
-Q_DECLARE_METATYPE(DeskWindow::UriAnswer)
+Q_DECLARE_METATYPE(UriFollower::Answer)
 
 /// What a user does in the window.
 class TestDeskWindow : public QObject
@@ -224,7 +224,7 @@ void TestDeskWindow::importAsksBeforeReplacing()
     window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
     QCOMPARE(answer.getQuestion(),
              QStringLiteral("Заменить сеть проекта «two-benchmarks»? Результаты и протоколы "
-                            "обработки прежней сети пропадут."));
+                            "обработки прежней сети будут потеряны."));
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(int(window->getDocument().getPoints().size()), pointCount);
     // Links name the project, so it keeps its name.
@@ -289,7 +289,7 @@ void TestDeskWindow::closingAsksForUnsavedChanges()
     QCOMPARE(window->close(), isClosed);
     QCOMPARE(answer.getQuestion(),
              QStringLiteral("Сохранить изменения в проекте «two-benchmarks»? Без сохранения "
-                            "пропадут результаты и протоколы."));
+                            "результаты и протоколы будут потеряны."));
     QCOMPARE(window->isVisible(), !isClosed);
     QCOMPARE(readFile(path) != before, isSaved);
 }
@@ -298,7 +298,7 @@ void TestDeskWindow::closingDuringRunAsks_data()
 {
     QTest::addColumn<QString>("button");
     QTest::addColumn<bool>("isClosed");
-    QTest::newRow("stop") << "Прервать" << true;
+    QTest::newRow("stop") << "Остановить" << true;
     QTest::newRow("go on") << "Продолжить" << false;
 }
 
@@ -311,7 +311,7 @@ void TestDeskWindow::closingDuringRunAsks()
     window->getMonitor().setPaused(true);
     const Answer answer(button);
     window->close();
-    QCOMPARE(answer.getQuestion(), QStringLiteral("Прервать обработку и закрыть окно?"));
+    QCOMPARE(answer.getQuestion(), QStringLiteral("Остановить обработку и закрыть окно?"));
     window->getMonitor().setPaused(false);
     window->getMonitor().waitForFinished();
     QCOMPARE(window->getMonitor().wasInterrupted(), isClosed);
@@ -417,10 +417,10 @@ void TestDeskWindow::linkToMissingItemIsExplained()
 void TestDeskWindow::urisAreFollowed_data()
 {
     QTest::addColumn<QString>("address");
-    QTest::addColumn<DeskWindow::UriAnswer>("answer");
-    const auto taken = DeskWindow::UriAnswer::Taken;
-    const auto other = DeskWindow::UriAnswer::OtherProject;
-    const auto not_ = DeskWindow::UriAnswer::NotUnderstood;
+    QTest::addColumn<UriFollower::Answer>("answer");
+    const auto taken = UriFollower::Answer::Taken;
+    const auto other = UriFollower::Answer::OtherProject;
+    const auto not_ = UriFollower::Answer::NotUnderstood;
     const QString project = QStringLiteral("&project=two-benchmarks");
     QTest::newRow("item") << QStringLiteral("orvel://locate-item?type=LevellingPoint&id=1000003") + project
                           << taken;
@@ -444,26 +444,29 @@ void TestDeskWindow::urisAreFollowed_data()
 void TestDeskWindow::urisAreFollowed()
 {
     QFETCH(QString, address);
-    QFETCH(DeskWindow::UriAnswer, answer);
-    QCOMPARE(window->followUri(QUrl(address)), answer);
+    QFETCH(UriFollower::Answer, answer);
+    QCOMPARE(window->getUriFollower().follow(QUrl(address)), answer);
 }
 
 void TestDeskWindow::uriDuringRunWaits()
 {
     QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
-    QCOMPARE(window->followUri(QUrl(uri("generate-protocol", enums::Import))), DeskWindow::UriAnswer::Taken);
+    QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-protocol", enums::Import))),
+             UriFollower::Answer::Taken);
     QCOMPARE(window->getMessageBar().getMessage(),
              QStringLiteral("Идёт обработка. Откройте ссылку ещё раз, когда она закончится."));
     QCOMPARE(desk->opened.getPaths(), QStringList());
     QVERIFY(window->getMonitor().waitForFinished());
-    QCOMPARE(window->followUri(QUrl(uri("generate-protocol", enums::Adjust))), DeskWindow::UriAnswer::Taken);
+    QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-protocol", enums::Adjust))),
+             UriFollower::Answer::Taken);
     QVERIFY(lastPage().contains(QStringLiteral("H = 105.15040 м")));
 }
 
 void TestDeskWindow::reportsAreWritten()
 {
     run("Уравнивание");
-    QCOMPARE(window->followUri(QUrl(uri("generate-report", kHeightCatalogue))), DeskWindow::UriAnswer::Taken);
+    QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-report", kHeightCatalogue))),
+             UriFollower::Answer::Taken);
     QVERIFY(lastPage().contains(QStringLiteral("<tr><td class=\"name\">A</td><td class=\"name\">определяемый "
                                                "пункт</td><td>105.15040</td><td>32.76</td></tr>")));
     QVERIFY(triggerAction(*window, QStringLiteral("Ведомость превышений и поправок")));
@@ -474,7 +477,8 @@ void TestDeskWindow::reportsAreWritten()
 
 void TestDeskWindow::reportNeedsResults()
 {
-    QCOMPARE(window->followUri(QUrl(uri("generate-report", kHeightCatalogue))), DeskWindow::UriAnswer::Taken);
+    QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-report", kHeightCatalogue))),
+             UriFollower::Answer::Taken);
     QCOMPARE(window->getMessageBar().getMessage(),
              QStringLiteral("Ведомости составляются по результатам. Сначала выполните уравнивание."));
     QCOMPARE(desk->opened.getPaths(), QStringList());

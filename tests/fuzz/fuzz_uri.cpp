@@ -47,10 +47,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     Document& document = s_window->getDocument();
     const OpenedUrls pages({QStringLiteral("file"), QStringLiteral("http"), QStringLiteral("https"),
                             QStringLiteral("orvel"), QStringLiteral("mailto")});
-    const DeskWindow::UriAnswer answer = s_window->followUri(url);
-    if (answer != DeskWindow::UriAnswer::Taken) {
+    const UriFollower::Answer answer = s_window->getUriFollower().follow(url);
+    if (answer != UriFollower::Answer::Taken) {
         mustHold(pages.getUrls().isEmpty(), "what is declined opens nothing");
-        s_window->explainUri(url);
+        s_window->getUriFollower().explain(url);
     } else {
         mustHold(url.scheme() == QLatin1String("orvel"), "only links of the program are followed");
         mustHold(QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded) ==

@@ -216,8 +216,8 @@ void TestHostileMarkup::messagesShowLinksFromOutsideAsText()
 {
     QUrl url(QStringLiteral("orvel://locate-item"));
     url.setQuery(QStringLiteral("id=1&project=") + QString::fromLatin1(QUrl::toPercentEncoding(kName)));
-    QCOMPARE(window->followUri(url), DeskWindow::UriAnswer::OtherProject);
-    window->explainUri(url);
+    QCOMPARE(window->getUriFollower().follow(url), UriFollower::Answer::OtherProject);
+    window->getUriFollower().explain(url);
     QVERIFY(window->getMessageBar().getMessage().contains(kName));
     for (const QLabel* label : window->getMessageBar().findChildren<QLabel*>()) {
         if (!label->text().isEmpty())

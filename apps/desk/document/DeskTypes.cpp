@@ -29,9 +29,6 @@ void registerDeskTypes()
     registerType(kPointItemType, "LevellingPoint", Desk::tr("пункт"), Desk::tr("пункты"));
     registerType(kSectionItemType, "LevellingSection", Desk::tr("секция"), Desk::tr("секции"));
     registerType(kGeneralItemType, "Undefined", Desk::tr("общее"), Desk::tr("общие"));
-    registerType(kHeightCatalogue, "HeightCatalogue", Desk::tr("Каталог высот"), Desk::tr("Каталоги высот"));
-    registerType(kResidualList, "ResidualList", Desk::tr("Ведомость превышений и поправок"),
-                 Desk::tr("Ведомости превышений и поправок"));
 
     translateType(enums::Compile, Desk::tr("Предобработка"));
     translateType(enums::Adjust, Desk::tr("Уравнивание"));

@@ -8,7 +8,7 @@ namespace orvel::desk {
 constexpr int kPointItemType = 0x6DCD3700;
 constexpr int kSectionItemType = 0x6DCD3704;
 
-/// Types of the reports that the project's generator makes.
+/// Types of the reports; what else there is to know of them stands in DeskReports.
 constexpr int kHeightCatalogue = 0x2C071401;
 constexpr int kResidualList = 0x2C071402;
 

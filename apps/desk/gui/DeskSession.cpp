@@ -3,21 +3,23 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
+#include "apps/desk/gui/FileDialogs.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "host/app/PluginManager.h"
 #include "host/app/SDIApplication.h"
 #include "host/files/Error.h"
 
-#include <QFileInfo>
-
 namespace orvel::desk {
 
 DeskSession::DeskSession(const PluginManager& pluginManager, const QString& journalPath)
     : plugins(pluginManager)
     , recordPath(journalPath)
-    , uriServer([this](const QUrl& url) { return window->followUri(url) == DeskWindow::UriAnswer::Taken; },
-                [this](const QUrl& url) { window->explainUri(url); })
+    , uriServer(
+          [this](const QUrl& url) {
+              return window->getUriFollower().follow(url) == UriFollower::Answer::Taken;
+          },
+          [this](const QUrl& url) { window->getUriFollower().explain(url); })
 {}
 
 DeskSession::~DeskSession() = default;
@@ -32,8 +34,8 @@ void DeskSession::start(const QString& argument)
         return;
     const QUrl url(argument);
     if (url.scheme() == static_cast<SDIApplication*>(getApplication())->getUriScheme())
-        window->explainUri(url);
-    else if (QFileInfo(argument).suffix().compare(QLatin1String("gkf"), Qt::CaseInsensitive) == 0)
+        window->getUriFollower().explain(url);
+    else if (filedialogs::isNetworkFile(argument))
         window->importFile(argument);
     else
         openProject(argument);

@@ -2,41 +2,37 @@
 
 #include "Orvel/integration/ExceptionCatcher.h"
 #include "Orvel/integration/OrvelGUIExtension.h"
-#include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
+#include "apps/desk/gui/AboutBox.h"
 #include "apps/desk/gui/DeskNavigation.h"
+#include "apps/desk/gui/FileDialogs.h"
 #include "apps/desk/gui/GlyphIcon.h"
 #include "apps/desk/gui/HelpDialog.h"
 #include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/ProtocolList.h"
+#include "apps/desk/gui/Questions.h"
 #include "apps/desk/gui/RecentFiles.h"
+#include "apps/desk/reports/DeskReports.h"
 #include "host/app/Application.h"
-#include "host/app/SDIApplication.h"
 #include "host/files/Error.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QDir>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
-#include <QPushButton>
 #include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QUrl>
-#include <QUrlQuery>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -44,14 +40,6 @@
 namespace orvel::desk {
 
 namespace {
-
-const QString kNetworkSuffix = QStringLiteral("gkf");
-const QString kProjectSuffix = QStringLiteral("orvel");
-
-bool isNetworkFile(const QString& path)
-{
-    return QFileInfo(path).suffix().compare(kNetworkSuffix, Qt::CaseInsensitive) == 0;
-}
 
 /// The file of a drag from a file manager, if it is one that the desk opens.
 QString findDroppedFile(const QMimeData& data)
@@ -63,14 +51,12 @@ QString findDroppedFile(const QMimeData& data)
     return QString();
 }
 
-QString getNetworkFilter()
+bool needsResults(int reportType)
 {
-    return Desk::tr("Нивелирные сети (*.%1)").arg(kNetworkSuffix);
-}
-
-QString getProjectFilter()
-{
-    return Desk::tr("Проекты (*.%1)").arg(kProjectSuffix);
+    const std::vector<deskreports::Report> reports = deskreports::getReports();
+    return std::any_of(reports.begin(), reports.end(), [reportType](const deskreports::Report& report) {
+        return report.type == reportType && report.needsResults;
+    });
 }
 
 } // namespace
@@ -78,15 +64,20 @@ QString getProjectFilter()
 DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     : ProjectWindow(&projectDocument->getModel())
     , document(projectDocument.release())
+    , uriFollower(*this)
+    , actions(new DeskActions(*this, document->getLevellingClass()))
 {
     setWindowIcon(makeApplicationIcon());
     setAcceptDrops(true);
-    createActions();
     setCentralWidget(createCentralWidget());
-    createToolBar();
     createProtocolDock();
     addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
 
+    connect(actions, &DeskActions::triggered, this, &DeskWindow::perform);
+    connect(actions, &DeskActions::classChosen, document, &Document::setLevellingClass);
+    connect(actions, &DeskActions::fileRequested, this, &DeskWindow::openFile);
+    connect(actions, &DeskActions::protocolRequested, this, &DeskWindow::showProtocol);
+    connect(actions, &DeskActions::reportRequested, this, &DeskWindow::showReport);
     connect(document, &Document::modifiedChanged, this, &QWidget::setWindowModified);
     connect(document, &Document::networkReplaced, this, &DeskWindow::updateActions);
     connect(document, &Document::resultsChanged, this, &DeskWindow::updateActions);
@@ -134,7 +125,9 @@ void DeskWindow::setRecordFile(const QString& path)
 
 void DeskWindow::importFile(const QString& path)
 {
-    if (isRunWorking() || !mayReplaceNetwork())
+    if (path.isEmpty() || isRunWorking())
+        return;
+    if (!document->isEmpty() && !questions::mayReplaceNetwork(this, document->getProject().getName()))
         return;
     if (document->isEmpty() && document->getProject().getFilePath().isEmpty()) {
         document->getProject().setName(QFileInfo(path).completeBaseName());
@@ -146,6 +139,8 @@ void DeskWindow::importFile(const QString& path)
 
 void DeskWindow::exportFile(const QString& path)
 {
+    if (path.isEmpty())
+        return;
     start(runs::makeExport(*document, path));
 }
 
@@ -174,24 +169,20 @@ bool DeskWindow::save()
 
 bool DeskWindow::mayBeClosed()
 {
-    if (isRunWorking() && !mayStopRun())
+    if (isRunWorking() && !questions::mayStopRun(this, *monitor))
         return false;
     // A run that still works is stopped first; this is asked again when it is over.
     if (isRunWorking() || !document->isModified())
         return true;
-    QMessageBox box(QMessageBox::Question, Desk::tr("Проект не сохранён"),
-                    Desk::tr("Сохранить изменения в проекте «%1»?").arg(document->getProject().getName()),
-                    QMessageBox::NoButton, this);
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(Desk::tr("Без сохранения пропадут результаты и протоколы."));
-    QPushButton* saveButton = box.addButton(Desk::tr("&Сохранить"), QMessageBox::AcceptRole);
-    QPushButton* discardButton = box.addButton(Desk::tr("&Не сохранять"), QMessageBox::DestructiveRole);
-    box.setEscapeButton(box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole));
-    box.setDefaultButton(saveButton);
-    box.exec();
-    if (box.clickedButton() == saveButton)
+    switch (questions::askForChanges(this, document->getProject().getName())) {
+    case questions::Changes::Save:
         return save();
-    return box.clickedButton() == discardButton;
+    case questions::Changes::Discard:
+        return true;
+    case questions::Changes::Keep:
+        break;
+    }
+    return false;
 }
 
 void DeskWindow::showProtocol(int protocolType)
@@ -202,7 +193,7 @@ void DeskWindow::showProtocol(int protocolType)
 
 void DeskWindow::showReport(int reportType)
 {
-    if (!document->hasResults()) {
+    if (needsResults(reportType) && !document->hasResults()) {
         messageBar->showMessage(
             Desk::tr("Ведомости составляются по результатам. Сначала выполните уравнивание."));
         return;
@@ -229,38 +220,6 @@ void DeskWindow::locateItem(LONGID id)
             return;
         }
     }
-    bringToFront();
-}
-
-DeskWindow::UriAnswer DeskWindow::followUri(const QUrl& url)
-{
-    const QString scheme = static_cast<SDIApplication*>(getApplication())->getUriScheme();
-    if (url.scheme() != scheme)
-        return UriAnswer::NotUnderstood;
-    const QString projectName = QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded);
-    if (projectName != document->getProject().getName())
-        return UriAnswer::OtherProject;
-    // A page would empty the protocol under the run's hands.
-    if (isRunWorking() && url.host() != QLatin1String("locate-item")) {
-        messageBar->showMessage(Desk::tr("Идёт обработка. Откройте ссылку ещё раз, когда она закончится."));
-        bringToFront();
-        return UriAnswer::Taken;
-    }
-    if (!navigate(url))
-        return UriAnswer::NotUnderstood;
-    bringToFront();
-    return UriAnswer::Taken;
-}
-
-void DeskWindow::explainUri(const QUrl& url)
-{
-    const QString projectName = QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded);
-    if (projectName.isEmpty() || projectName == document->getProject().getName())
-        messageBar->showMessage(Desk::tr("Ссылка не понята: %1").arg(url.toDisplayString()));
-    else
-        messageBar->showMessage(
-            Desk::tr("Ссылка ведёт в проект «%1». Откройте этот проект и щёлкните ссылку ещё раз.")
-                .arg(projectName));
     bringToFront();
 }
 
@@ -341,8 +300,7 @@ void DeskWindow::createProtocolDock()
     addDockWidget(Qt::BottomDockWidgetArea, dock);
     resizeDocks({dock}, {150}, Qt::Vertical);
     connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
-    protocolMenu->addSeparator();
-    protocolMenu->addAction(dock->toggleViewAction());
+    actions->addToProtocolMenu(dock->toggleViewAction());
 }
 
 void DeskWindow::restoreLayout()
@@ -361,66 +319,59 @@ void DeskWindow::saveLayout() const
     settings.setValue(QStringLiteral("window/columns"), table->horizontalHeader()->saveState());
 }
 
-void DeskWindow::chooseAndOpen()
+void DeskWindow::perform(DeskActions::Command command)
 {
-    const QString path = QFileDialog::getOpenFileName(
-        this, Desk::tr("Открыть проект или сеть"), recentfiles::getFolder(),
-        Desk::tr("Проекты и нивелирные сети (*.%1 *.%2)").arg(kProjectSuffix, kNetworkSuffix));
-    if (!path.isEmpty())
-        openFile(path);
-}
-
-void DeskWindow::chooseAndImport()
-{
-    const QString path = QFileDialog::getOpenFileName(this, Desk::tr("Импорт нивелирной сети"),
-                                                      recentfiles::getFolder(), getNetworkFilter());
-    if (!path.isEmpty())
-        importFile(path);
-}
-
-void DeskWindow::chooseAndExport()
-{
-    const QString path = QFileDialog::getSaveFileName(
-        this, Desk::tr("Экспорт высот"), suggestPath(QStringLiteral("csv")), Desk::tr("Таблицы CSV (*.csv)"));
-    if (!path.isEmpty())
-        exportFile(path);
-}
-
-QString DeskWindow::suggestPath(const QString& suffix) const
-{
-    return QDir(recentfiles::getFolder())
-        .filePath(document->getProject().getName() + QLatin1Char('.') + suffix);
+    using Command = DeskActions::Command;
+    switch (command) {
+    case Command::New:
+        Q_EMIT newRequested();
+        break;
+    case Command::Open:
+        openFile(filedialogs::chooseFile(this));
+        break;
+    case Command::Save:
+        save();
+        break;
+    case Command::SaveAs:
+        chooseAndSave();
+        break;
+    case Command::Import:
+        importFile(filedialogs::chooseNetwork(this));
+        break;
+    case Command::Export:
+        exportFile(filedialogs::chooseHeightsTarget(this, document->getProject().getName()));
+        break;
+    case Command::Quit:
+        close();
+        break;
+    case Command::Compile:
+        start(runs::makeCompile(*document));
+        break;
+    case Command::Adjust:
+        start(runs::makeAdjust(*document));
+        break;
+    case Command::Analyse:
+        start(runs::makeL1Analysis(*document));
+        break;
+    case Command::ShowMonitor:
+        showMonitor();
+        break;
+    case Command::ShowItemProtocol:
+        showCurrentItemProtocol();
+        break;
+    case Command::ShowHelp:
+        HelpDialog::showOver(this);
+        break;
+    case Command::ShowAbout:
+        showAboutBox(this);
+        break;
+    }
 }
 
 bool DeskWindow::chooseAndSave()
 {
-    QString path = QFileDialog::getSaveFileName(this, Desk::tr("Сохранить проект"),
-                                                suggestPath(kProjectSuffix), getProjectFilter());
-    if (path.isEmpty())
-        return false;
-    if (QFileInfo(path).suffix().isEmpty())
-        path += QLatin1Char('.') + kProjectSuffix;
-    return saveFile(path);
-}
-
-void DeskWindow::saveWithoutAnswer()
-{
-    save();
-}
-
-void DeskWindow::compile()
-{
-    start(runs::makeCompile(*document));
-}
-
-void DeskWindow::adjust()
-{
-    start(runs::makeAdjust(*document));
-}
-
-void DeskWindow::analyse()
-{
-    start(runs::makeL1Analysis(*document));
+    const QString path = filedialogs::chooseProjectTarget(this, document->getProject().getName());
+    return !path.isEmpty() && saveFile(path);
 }
 
 void DeskWindow::showCurrentItemProtocol()
@@ -438,27 +389,6 @@ void DeskWindow::showMonitor()
     getMonitor().activateWindow();
 }
 
-void DeskWindow::showHelp()
-{
-    auto* dialog = new HelpDialog(this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->show();
-}
-
-void DeskWindow::showAbout()
-{
-    auto* box = new QMessageBox(QMessageBox::NoIcon, Desk::tr("О программе"),
-                                Desk::tr("Нивелирный стол %1").arg(QCoreApplication::applicationVersion()),
-                                QMessageBox::NoButton, this);
-    box->setIconPixmap(makeApplicationIcon().pixmap(64, 64));
-    box->setInformativeText(
-        Desk::tr("Обработка нивелирных сетей с протоколами, каждая строка которых ведёт к своим "
-                 "пунктам и секциям."));
-    box->addButton(Desk::tr("&Закрыть"), QMessageBox::RejectRole);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
-}
-
 void DeskWindow::startSearch()
 {
     search->setFocus();
@@ -467,7 +397,9 @@ void DeskWindow::startSearch()
 
 void DeskWindow::openFile(const QString& path)
 {
-    if (isNetworkFile(path))
+    if (path.isEmpty())
+        return;
+    if (filedialogs::isNetworkFile(path))
         importFile(path);
     else
         Q_EMIT openRequested(path);
@@ -495,37 +427,6 @@ void DeskWindow::finishRun()
     }
 }
 
-bool DeskWindow::mayReplaceNetwork()
-{
-    if (document->isEmpty())
-        return true;
-    QMessageBox box(QMessageBox::Question, Desk::tr("Импорт нивелирной сети"),
-                    Desk::tr("Заменить сеть проекта «%1»?").arg(document->getProject().getName()),
-                    QMessageBox::NoButton, this);
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(Desk::tr("Результаты и протоколы обработки прежней сети пропадут."));
-    QPushButton* replaceButton = box.addButton(Desk::tr("&Заменить"), QMessageBox::AcceptRole);
-    QPushButton* cancelButton = box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole);
-    box.setDefaultButton(cancelButton);
-    box.setEscapeButton(cancelButton);
-    box.exec();
-    return box.clickedButton() == replaceButton;
-}
-
-bool DeskWindow::mayStopRun()
-{
-    QMessageBox box(QMessageBox::Question, Desk::tr("Идёт обработка"),
-                    Desk::tr("Прервать обработку и закрыть окно?"), QMessageBox::NoButton, this);
-    QPushButton* stopButton = box.addButton(Desk::tr("&Прервать"), QMessageBox::DestructiveRole);
-    QPushButton* cancelButton = box.addButton(Desk::tr("П&родолжить"), QMessageBox::RejectRole);
-    box.setDefaultButton(cancelButton);
-    box.setEscapeButton(cancelButton);
-    // Nothing to ask any more once the run is over.
-    connect(monitor.get(), &CProcessMonitor::runFinished, &box, [&] { stopButton->click(); });
-    box.exec();
-    return box.clickedButton() == stopButton;
-}
-
 void DeskWindow::updateTitle()
 {
     setWindowTitle(document->getProject().getName() + QStringLiteral("[*]"));
@@ -535,14 +436,7 @@ void DeskWindow::updateTitle()
 void DeskWindow::updateActions()
 {
     const bool isIdle = !isRunWorking();
-    const auto enable = [](const std::vector<QAction*>& actions, bool isEnabled) {
-        for (QAction* action : actions)
-            action->setEnabled(isEnabled);
-    };
-    enable(idleActions, isIdle);
-    enable(networkActions, isIdle && !document->isEmpty());
-    enable(resultActions, isIdle && document->hasResults());
-    itemProtocolAction->setEnabled(isIdle && table->getCurrentItem() != 0);
+    actions->update({!isIdle, !document->isEmpty(), document->hasResults(), table->getCurrentItem() != 0});
     protocols->setEnabled(isIdle);
     table->setProtocolsAvailable(isIdle);
     updateStatus();

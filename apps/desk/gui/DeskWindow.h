@@ -1,15 +1,14 @@
 #pragma once
 
+#include "apps/desk/gui/DeskActions.h"
+#include "apps/desk/gui/UriFollower.h"
 #include "apps/desk/process/JournalRecorder.h"
 #include "apps/desk/process/RunMonitor.h"
 #include "host/window/ProjectWindow.h"
 
 #include <memory>
-#include <vector>
 
-class QAction;
 class QLineEdit;
-class QMenu;
 
 namespace orvel::desk {
 
@@ -24,13 +23,6 @@ class DeskWindow : public ProjectWindow
     Q_OBJECT
 
 public:
-    /// What a window made of a URI.
-    enum class UriAnswer {
-        Taken,        ///< acted upon, or the user was told why not
-        OtherProject, ///< it leads to another project
-        NotUnderstood
-    };
-
     /// A window with a document of its own. Plug-ins extend the window afterwards.
     explicit DeskWindow(std::unique_ptr<Document> projectDocument);
     ~DeskWindow() override;
@@ -61,9 +53,7 @@ public:
     /// Selects the item, or says that there is none.
     void locateItem(LONGID id);
 
-    UriAnswer followUri(const QUrl& url);
-    /// Tells the user why a URI was not followed.
-    void explainUri(const QUrl& url);
+    UriFollower& getUriFollower() { return uriFollower; }
     void bringToFront();
 
 Q_SIGNALS:
@@ -76,43 +66,20 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    QAction* addAction(QMenu* menu, const QString& text, const QIcon& icon, const QKeySequence& shortcut,
-                       void (DeskWindow::*slot)()) const;
-    void createActions();
-    void createFileMenu();
-    void createRunMenu();
-    void createClassMenu(QMenu* menu);
-    void createProtocolMenu();
-    void createReportMenu();
-    void createHelpMenu();
-    void createToolBar();
     QWidget* createCentralWidget();
     void createProtocolDock();
     void restoreLayout();
     void saveLayout() const;
 
-    void chooseAndOpen();
-    void chooseAndImport();
-    void chooseAndExport();
+    void perform(DeskActions::Command command);
     bool chooseAndSave();
-    /// A file named like the project, where the user's files are.
-    QString suggestPath(const QString& suffix) const;
-    void saveWithoutAnswer();
-    void compile();
-    void adjust();
-    void analyse();
     void showCurrentItemProtocol();
     void showMonitor();
-    void showHelp();
-    void showAbout();
-    void fillRecentMenu();
     void startSearch();
     void openFile(const QString& path);
 
     void start(const DeskRun& run);
     void finishRun();
-    bool mayReplaceNetwork();
-    bool mayStopRun();
     void updateTitle();
     void updateActions();
     void updateStatus();
@@ -122,22 +89,12 @@ private:
     std::unique_ptr<RunMonitor> monitor;
     bool closeAfterRun = false;
 
+    UriFollower uriFollower;
+    DeskActions* actions;
     MessageBar* messageBar = nullptr;
     QLineEdit* search = nullptr;
     ItemTable* table = nullptr;
     ProtocolList* protocols = nullptr;
-    QMenu* recentMenu = nullptr;
-    QMenu* protocolMenu = nullptr;
-    QAction* saveAction = nullptr;
-    QAction* importAction = nullptr;
-    QAction* exportAction = nullptr;
-    QAction* compileAction = nullptr;
-    QAction* adjustAction = nullptr;
-    QAction* analyseAction = nullptr;
-    QAction* itemProtocolAction = nullptr;
-    std::vector<QAction*> idleActions;    ///< enabled while no run works
-    std::vector<QAction*> networkActions; ///< enabled with a network while no run works
-    std::vector<QAction*> resultActions;  ///< enabled with an adjusted network while no run works
 };
 
 } // namespace orvel::desk

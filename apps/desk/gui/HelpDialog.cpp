@@ -68,4 +68,11 @@ HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent)
     resize(620, 560);
 }
 
+void HelpDialog::showOver(QWidget* parent)
+{
+    auto* dialog = new HelpDialog(parent);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
 } // namespace orvel::desk

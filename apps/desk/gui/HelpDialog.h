@@ -11,6 +11,9 @@ class HelpDialog : public QDialog
 
 public:
     explicit HelpDialog(QWidget* parent = nullptr);
+
+    /// Shows a dialog that is gone once it is closed.
+    static void showOver(QWidget* parent);
 };
 
 } // namespace orvel::desk

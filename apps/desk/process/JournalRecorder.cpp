@@ -7,6 +7,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/reports/DeskReports.h"
 #include "host/app/SDIApplication.h"
 #include "host/enums/EnumData.h"
 #include "host/model/ItemTypeInfo.h"
@@ -73,16 +74,22 @@ void JournalRecorder::writeHeader()
         Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
         return;
     }
-    for (const int type : {kPointItemType, kSectionItemType, kGeneralItemType, kHeightCatalogue,
-                           kResidualList, int(enums::Compile), int(enums::Adjust), int(enums::L1Analysis),
-                           int(enums::Import), int(enums::Export)})
+    for (const int type : {kPointItemType, kSectionItemType, kGeneralItemType})
+        writeEnum(type);
+    for (const deskreports::Report& report : deskreports::getReports())
+        writeEnum(report.type);
+    for (const auto type : {enums::Compile, enums::Adjust, enums::L1Analysis, enums::Import, enums::Export})
         writeEnum(type);
     write(QStringLiteral("project"), {{QStringLiteral("name"), document.getProject().getName()},
                                       {QStringLiteral("scheme"), getScheme()},
                                       {QStringLiteral("reportGenerator"), true}});
-    write(QStringLiteral("reportTypes"),
-          {{QStringLiteral("type"), int(enums::Adjust)},
-           {QStringLiteral("reports"), QJsonArray{kHeightCatalogue, kResidualList}}});
+    for (const auto& [protocolType, types] : deskreports::getTypesByProtocol()) {
+        QJsonArray reports;
+        for (const int type : types)
+            reports.append(type);
+        write(QStringLiteral("reportTypes"),
+              {{QStringLiteral("type"), protocolType}, {QStringLiteral("reports"), reports}});
+    }
     copyData();
     replaceItems();
 }

@@ -8,6 +8,7 @@
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/reports/ReportPage.h"
 #include "apps/desk/runs/NumberTexts.h"
+#include "host/enums/EnumData.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
 namespace orvel::desk {
@@ -41,8 +42,7 @@ QString optionalNumber(const std::optional<double>& value, QString (*toText)(dou
     return value ? toText(*value) : QStringLiteral("—");
 }
 
-} // namespace
-
+/// Heights of all points with their standard deviations.
 QString makeHeightCatalogue(const Document& document)
 {
     ReportPage page = beginPage(document, Desk::tr("Каталог высот"));
@@ -58,6 +58,7 @@ QString makeHeightCatalogue(const Document& document)
     return page.toHtml();
 }
 
+/// Measured height differences with their residuals.
 QString makeResidualList(const Document& document)
 {
     ReportPage page = beginPage(document, Desk::tr("Ведомость превышений и поправок"));
@@ -84,13 +85,37 @@ QString makeResidualList(const Document& document)
     return page.toHtml();
 }
 
+} // namespace
+
+std::vector<Report> getReports()
+{
+    return {
+        {kHeightCatalogue, enums::Adjust, true, "HeightCatalogue", Desk::tr("Каталог высот"),
+         Desk::tr("Каталоги высот"), makeHeightCatalogue},
+        {kResidualList, enums::Adjust, true, "ResidualList", Desk::tr("Ведомость превышений и поправок"),
+         Desk::tr("Ведомости превышений и поправок"), makeResidualList},
+    };
+}
+
+std::map<int, std::vector<int>> getTypesByProtocol()
+{
+    std::map<int, std::vector<int>> types;
+    for (const Report& report : getReports())
+        types[report.protocolType].push_back(report.type);
+    return types;
+}
+
 void registerReports(Document& document)
 {
     auto& generator = dynamic_cast<reports::ReportsGeneratorItem&>(
         *document.getModel().getFirstItem(reports::kReportsGeneratorType));
-    generator.registerReport(kHeightCatalogue, [&document] { return makeHeightCatalogue(document); });
-    generator.registerReport(kResidualList, [&document] { return makeResidualList(document); });
-    document.getProtocol().addReportTypes(enums::Adjust, {kHeightCatalogue, kResidualList});
+    for (const Report& report : getReports()) {
+        registerEnumData(EnumData(report.type, report.internalName, report.title.toStdString(),
+                                  report.pluralTitle.toStdString()));
+        generator.registerReport(report.type, [&document, make = report.make] { return make(document); });
+    }
+    for (const auto& [protocolType, types] : getTypesByProtocol())
+        document.getProtocol().addReportTypes(protocolType, types);
 }
 
 } // namespace deskreports

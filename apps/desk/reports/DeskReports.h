@@ -2,6 +2,9 @@
 
 #include <QString>
 
+#include <map>
+#include <vector>
+
 namespace orvel::desk {
 
 class Document;
@@ -9,12 +12,25 @@ class Document;
 /// The reports of a project, each a whole HTML document that prints well.
 namespace deskreports {
 
-/// Heights of all points with their standard deviations.
-QString makeHeightCatalogue(const Document& document);
-/// Measured height differences with their residuals.
-QString makeResidualList(const Document& document);
+/// A kind of report: all that menu, pages, recorder and window know of it.
+struct Report
+{
+    int type = 0;         ///< stands in links to the report
+    int protocolType = 0; ///< the run whose page offers the report
+    bool needsResults = false;
+    const char* internalName = "";
+    QString title; ///< in the language that is installed
+    QString pluralTitle;
+    QString (*make)(const Document& document) = nullptr;
+};
 
-/// Has the project's generator make them, and the page of the adjustment offer them.
+/// All reports, in the order of the menu.
+std::vector<Report> getReports();
+
+/// The types of the reports that the page of each protocol type offers.
+std::map<int, std::vector<int>> getTypesByProtocol();
+
+/// Has the project's generator make them, and the pages offer them.
 void registerReports(Document& document);
 
 } // namespace deskreports

@@ -1,0 +1,194 @@
+#include "apps/desk/gui/DeskActions.h"
+
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/gui/GlyphIcon.h"
+#include "apps/desk/gui/RecentFiles.h"
+#include "apps/desk/reports/DeskReports.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QToolBar>
+
+namespace orvel::desk {
+
+DeskActions::DeskActions(QMainWindow& owner, LevellingClass currentClass) : QObject(&owner), window(owner)
+{
+    createFileMenu();
+    createRunMenu();
+    createClassMenu(runMenu, currentClass);
+    createProtocolMenu();
+    createReportMenu();
+    createHelpMenu();
+    createToolBar();
+}
+
+void DeskActions::update(const Situation& situation)
+{
+    for (const auto& [action, need] : needs)
+        action->setEnabled(isMet(need, situation));
+}
+
+void DeskActions::addToProtocolMenu(QAction* action)
+{
+    protocolMenu->addAction(action);
+}
+
+bool DeskActions::isMet(Need need, const Situation& situation)
+{
+    if (need == Need::Nothing)
+        return true;
+    if (situation.isRunWorking)
+        return false;
+    switch (need) {
+    case Need::Network:
+        return situation.hasNetwork;
+    case Need::Results:
+        return situation.hasResults;
+    case Need::Item:
+        return situation.hasCurrentItem;
+    default:
+        return true;
+    }
+}
+
+void DeskActions::createFileMenu()
+{
+    QMenu* menu = window.menuBar()->addMenu(Desk::tr("&Файл"));
+    add(menu, Command::New, Need::Idle, Desk::tr("&Новый проект"), makeIcon(Glyph::New), QKeySequence::New);
+    add(menu, Command::Open, Need::Idle, Desk::tr("&Открыть…"), makeIcon(Glyph::Open), QKeySequence::Open);
+    recentMenu = menu->addMenu(Desk::tr("Н&едавние файлы"));
+    connect(recentMenu, &QMenu::aboutToShow, this, &DeskActions::fillRecentMenu);
+    needs.emplace_back(recentMenu->menuAction(), Need::Idle);
+    menu->addSeparator();
+    add(menu, Command::Save, Need::Idle, Desk::tr("&Сохранить"), makeIcon(Glyph::Save), QKeySequence::Save);
+    add(menu, Command::SaveAs, Need::Idle, Desk::tr("Сохранить &как…"), QIcon(),
+        QKeySequence(QStringLiteral("Ctrl+Shift+S")));
+    menu->addSeparator();
+    add(menu, Command::Import, Need::Idle, Desk::tr("&Импорт сети…"), makeIcon(Glyph::Import),
+        QKeySequence(QStringLiteral("Ctrl+I")))
+        ->setStatusTip(Desk::tr("Прочитать нивелирную сеть из файла .gkf"));
+    add(menu, Command::Export, Need::Results, Desk::tr("&Экспорт высот…"), makeIcon(Glyph::Export),
+        QKeySequence(QStringLiteral("Ctrl+E")))
+        ->setStatusTip(Desk::tr("Записать уравненные высоты и их СКО в файл CSV"));
+    menu->addSeparator();
+    add(menu, Command::Quit, Need::Nothing, Desk::tr("&Выход"), QIcon(),
+        QKeySequence(QStringLiteral("Ctrl+Q")));
+}
+
+void DeskActions::createRunMenu()
+{
+    runMenu = window.menuBar()->addMenu(Desk::tr("&Обработка"));
+    add(runMenu, Command::Compile, Need::Network, Desk::tr("&Предобработка"), makeIcon(Glyph::Compile),
+        QKeySequence(Qt::Key_F5))
+        ->setStatusTip(Desk::tr("Проверить связность сети, повторные измерения и невязки"));
+    add(runMenu, Command::Adjust, Need::Network, Desk::tr("&Уравнивание"), makeIcon(Glyph::Adjust),
+        QKeySequence(Qt::Key_F6))
+        ->setStatusTip(Desk::tr("Вычислить высоты по методу наименьших квадратов"));
+    add(runMenu, Command::Analyse, Need::Network, Desk::tr("&L1-анализ"), makeIcon(Glyph::L1Analysis),
+        QKeySequence(Qt::Key_F7))
+        ->setStatusTip(Desk::tr("Найти грубые ошибки измерений"));
+    runMenu->addSeparator();
+}
+
+void DeskActions::createClassMenu(QMenu* menu, LevellingClass currentClass)
+{
+    QMenu* classMenu = menu->addMenu(Desk::tr("&Класс нивелирования"));
+    classMenu->setStatusTip(Desk::tr("Задаёт допустимые невязки k·√L"));
+    auto* group = new QActionGroup(this);
+    for (const auto levellingClass :
+         {LevellingClass::I, LevellingClass::II, LevellingClass::III, LevellingClass::IV}) {
+        QAction* action = classMenu->addAction(
+            Desk::tr("Класс %1: %2 мм·√L")
+                .arg(getClassName(levellingClass), QString::number(getToleranceFactor(levellingClass))));
+        action->setCheckable(true);
+        action->setChecked(levellingClass == currentClass);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this,
+                [this, levellingClass] { Q_EMIT classChosen(levellingClass); });
+    }
+    needs.emplace_back(classMenu->menuAction(), Need::Idle);
+    menu->addSeparator();
+    add(menu, Command::ShowMonitor, Need::Nothing, Desk::tr("Окно &выполнения"), QIcon(),
+        QKeySequence(QStringLiteral("Ctrl+J")));
+}
+
+void DeskActions::createProtocolMenu()
+{
+    protocolMenu = window.menuBar()->addMenu(Desk::tr("&Протоколы"));
+    int number = 0;
+    for (const int type : {int(enums::Import), int(enums::Compile), int(enums::Adjust),
+                           int(enums::L1Analysis), int(enums::Export)}) {
+        QAction* action = protocolMenu->addAction(makeIcon(Glyph::Protocol), getTypeText(type));
+        action->setShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(++number)));
+        connect(action, &QAction::triggered, this, [this, type] { Q_EMIT protocolRequested(type); });
+        needs.emplace_back(action, Need::Idle);
+    }
+    protocolMenu->addSeparator();
+    add(protocolMenu, Command::ShowItemProtocol, Need::Item, Desk::tr("О &выделенном пункте или секции"),
+        makeIcon(Glyph::Search), QKeySequence(QStringLiteral("Ctrl+P")));
+    protocolMenu->addSeparator();
+}
+
+void DeskActions::createReportMenu()
+{
+    QMenu* menu = window.menuBar()->addMenu(Desk::tr("&Ведомости"));
+    for (const deskreports::Report& report : deskreports::getReports()) {
+        QAction* action = menu->addAction(makeIcon(Glyph::Report), report.title);
+        connect(action, &QAction::triggered, this,
+                [this, type = report.type] { Q_EMIT reportRequested(type); });
+        needs.emplace_back(action, report.needsResults ? Need::Results : Need::Network);
+    }
+}
+
+void DeskActions::createHelpMenu()
+{
+    QMenu* menu = window.menuBar()->addMenu(Desk::tr("&Справка"));
+    add(menu, Command::ShowHelp, Need::Nothing, Desk::tr("&Что делает каждая обработка"),
+        makeIcon(Glyph::Help), QKeySequence::HelpContents);
+    add(menu, Command::ShowAbout, Need::Nothing, Desk::tr("&О программе"), QIcon(), QKeySequence());
+}
+
+void DeskActions::createToolBar()
+{
+    QToolBar* bar = window.addToolBar(Desk::tr("Панель инструментов"));
+    bar->setObjectName(QStringLiteral("toolBar"));
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->addAction(actions[Command::Import]);
+    bar->addSeparator();
+    bar->addActions({actions[Command::Compile], actions[Command::Adjust], actions[Command::Analyse]});
+    bar->addSeparator();
+    bar->addAction(actions[Command::Export]);
+    // On the bar there is no room for dots and mnemonics.
+    actions[Command::Import]->setIconText(Desk::tr("Импорт"));
+    actions[Command::Export]->setIconText(Desk::tr("Экспорт"));
+}
+
+QAction* DeskActions::add(QMenu* menu, Command command, Need need, const QString& text, const QIcon& icon,
+                          const QKeySequence& shortcut)
+{
+    QAction* action = menu->addAction(icon, text);
+    action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, this, [this, command] { Q_EMIT triggered(command); });
+    actions[command] = action;
+    needs.emplace_back(action, need);
+    return action;
+}
+
+void DeskActions::fillRecentMenu()
+{
+    recentMenu->clear();
+    for (const QString& path : recentfiles::get()) {
+        // An ampersand in a menu would be taken for the mark of a mnemonic.
+        QString text = path;
+        QAction* action = recentMenu->addAction(text.replace(QLatin1Char('&'), QLatin1String("&&")));
+        connect(action, &QAction::triggered, this, [this, path] { Q_EMIT fileRequested(path); });
+    }
+    if (recentMenu->isEmpty())
+        recentMenu->addAction(Desk::tr("Пока нет"))->setEnabled(false);
+}
+
+} // namespace orvel::desk

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "apps/desk/document/LevellingClass.h"
+
+#include <QObject>
+
+#include <map>
+#include <vector>
+
+class QAction;
+class QIcon;
+class QKeySequence;
+class QMainWindow;
+class QMenu;
+
+namespace orvel::desk {
+
+/// The commands of a window: its menus and tool bar, and when which command can be given.
+class DeskActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Command {
+        New,
+        Open,
+        Save,
+        SaveAs,
+        Import,
+        Export,
+        Quit,
+        Compile,
+        Adjust,
+        Analyse,
+        ShowMonitor,
+        ShowItemProtocol,
+        ShowHelp,
+        ShowAbout
+    };
+
+    /// What decides which commands can be given.
+    struct Situation
+    {
+        bool isRunWorking = false;
+        bool hasNetwork = false;
+        bool hasResults = false;
+        bool hasCurrentItem = false;
+    };
+
+    /// Adds the menus and the tool bar to the window, which owns the object.
+    DeskActions(QMainWindow& window, LevellingClass currentClass);
+
+    /// Enables the commands that can be given.
+    void update(const Situation& situation);
+    /// Adds a further entry to the menu of the protocols.
+    void addToProtocolMenu(QAction* action);
+
+Q_SIGNALS:
+    void triggered(orvel::desk::DeskActions::Command command);
+    void classChosen(orvel::desk::LevellingClass levellingClass);
+    void fileRequested(const QString& path);
+    void protocolRequested(int protocolType);
+    void reportRequested(int reportType);
+
+private:
+    /// What a command needs. All but the first need that no run works.
+    enum class Need { Nothing, Idle, Network, Results, Item };
+
+    static bool isMet(Need need, const Situation& situation);
+    void createFileMenu();
+    void createRunMenu();
+    void createClassMenu(QMenu* menu, LevellingClass currentClass);
+    void createProtocolMenu();
+    void createReportMenu();
+    void createHelpMenu();
+    void createToolBar();
+    QAction* add(QMenu* menu, Command command, Need need, const QString& text, const QIcon& icon,
+                 const QKeySequence& shortcut);
+    void fillRecentMenu();
+
+    QMainWindow& window;
+    std::map<Command, QAction*> actions;
+    std::vector<std::pair<QAction*, Need>> needs;
+    QMenu* runMenu = nullptr;
+    QMenu* recentMenu = nullptr;
+    QMenu* protocolMenu = nullptr;
+};
+
+} // namespace orvel::desk

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace orvel::desk {
+
+/// Dialogs that let the user choose a file. Each gives an empty path if the user gave up.
+namespace filedialogs {
+
+/// Whether the desk imports the file, by its suffix; it opens others as projects.
+bool isNetworkFile(const QString& path);
+
+/// A project or a network.
+QString chooseFile(QWidget* parent);
+QString chooseNetwork(QWidget* parent);
+/// Where to save the project; with its suffix.
+QString chooseProjectTarget(QWidget* parent, const QString& projectName);
+/// Where to write the heights as CSV.
+QString chooseHeightsTarget(QWidget* parent, const QString& projectName);
+
+} // namespace filedialogs
+
+} // namespace orvel::desk

@@ -1,0 +1,60 @@
+#include "apps/desk/gui/Questions.h"
+
+#include "apps/desk/Desk.h"
+#include "host/process/CProcessMonitor.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace orvel::desk {
+
+namespace questions {
+
+Changes askForChanges(QWidget* parent, const QString& projectName)
+{
+    QMessageBox box(QMessageBox::Question, Desk::tr("Несохранённые изменения"),
+                    Desk::tr("Сохранить изменения в проекте «%1»?").arg(projectName), QMessageBox::NoButton,
+                    parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(Desk::tr("Без сохранения результаты и протоколы будут потеряны."));
+    QPushButton* saveButton = box.addButton(Desk::tr("&Сохранить"), QMessageBox::AcceptRole);
+    QPushButton* discardButton = box.addButton(Desk::tr("&Не сохранять"), QMessageBox::DestructiveRole);
+    box.setEscapeButton(box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole));
+    box.setDefaultButton(saveButton);
+    box.exec();
+    if (box.clickedButton() == saveButton)
+        return Changes::Save;
+    return box.clickedButton() == discardButton ? Changes::Discard : Changes::Keep;
+}
+
+bool mayReplaceNetwork(QWidget* parent, const QString& projectName)
+{
+    QMessageBox box(QMessageBox::Question, Desk::tr("Импорт нивелирной сети"),
+                    Desk::tr("Заменить сеть проекта «%1»?").arg(projectName), QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(Desk::tr("Результаты и протоколы обработки прежней сети будут потеряны."));
+    QPushButton* replaceButton = box.addButton(Desk::tr("&Заменить"), QMessageBox::AcceptRole);
+    QPushButton* cancelButton = box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole);
+    box.setDefaultButton(cancelButton);
+    box.setEscapeButton(cancelButton);
+    box.exec();
+    return box.clickedButton() == replaceButton;
+}
+
+bool mayStopRun(QWidget* parent, CProcessMonitor& monitor)
+{
+    QMessageBox box(QMessageBox::Question, Desk::tr("Идёт обработка"),
+                    Desk::tr("Остановить обработку и закрыть окно?"), QMessageBox::NoButton, parent);
+    QPushButton* stopButton = box.addButton(Desk::tr("О&становить"), QMessageBox::DestructiveRole);
+    QPushButton* cancelButton = box.addButton(Desk::tr("П&родолжить"), QMessageBox::RejectRole);
+    box.setDefaultButton(cancelButton);
+    box.setEscapeButton(cancelButton);
+    // Nothing to ask any more once the run is over.
+    QObject::connect(&monitor, &CProcessMonitor::runFinished, &box, [&] { stopButton->click(); });
+    box.exec();
+    return box.clickedButton() == stopButton;
+}
+
+} // namespace questions
+
+} // namespace orvel::desk

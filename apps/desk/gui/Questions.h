@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+class CProcessMonitor;
+class QWidget;
+
+namespace orvel::desk {
+
+/// Message boxes that ask the user something. Each is shown over the parent and waits for the answer.
+namespace questions {
+
+enum class Changes { Save, Discard, Keep };
+
+/// Whether to save the changes of a project that is about to be closed; Keep leaves it open.
+Changes askForChanges(QWidget* parent, const QString& projectName);
+
+/// Whether another network may replace that of the project.
+bool mayReplaceNetwork(QWidget* parent, const QString& projectName);
+
+/// Whether the run may be stopped; yes, too, when it ends meanwhile.
+bool mayStopRun(QWidget* parent, CProcessMonitor& monitor);
+
+} // namespace questions
+
+} // namespace orvel::desk
