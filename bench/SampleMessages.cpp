@@ -15,7 +15,7 @@ namespace {
 class Point : public CModelElement
 {
 public:
-    int getType() const override { return sample::kPointType; }
+    int getType() const override { return kPointItemType; }
 };
 
 int getPointCount(int lineCount)
@@ -73,7 +73,7 @@ QString getProjectName()
 void registerItemTypes()
 {
     registerEnumData(EnumData(kGeneralItemType, "Undefined", "", ""));
-    registerEnumData(EnumData(kPointType, "Point", "пункт", "пункты"));
+    registerEnumData(EnumData(kPointItemType, "Point", "пункт", "пункты"));
 }
 
 void addPoints(int lineCount, CProjectModel& model)
@@ -128,7 +128,7 @@ MessageStore makeMessages(int protocolType, int count)
         }
         const int from = i % pointCount;
         const std::vector<LONGID> ids{from + 1, (from + 1) % pointCount + 1};
-        messages.emplace_back(protocolType, getKind(i), ids, std::vector<int>{kPointType, kPointType},
+        messages.emplace_back(protocolType, getKind(i), ids, std::vector<int>{kPointItemType, kPointItemType},
                               makeLine(i, pointCount), stage);
     }
     return store;

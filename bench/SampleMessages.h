@@ -15,8 +15,6 @@ namespace orvel::bench::sample {
 
 using MessageStore = std::map<int, std::vector<COVMessage>>;
 
-constexpr int kPointType = 0x6DCD3700;
-
 /// URI scheme of the links.
 QString getScheme();
 QString getProjectName();

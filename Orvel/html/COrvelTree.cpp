@@ -9,7 +9,7 @@ namespace {
 /// Whether the messages of an item type get a node for each item.
 bool hasItemNodes(int itemType)
 {
-    return itemType == 0x6DCD3700 || itemType == 0x6DCD3704;
+    return itemType == kPointItemType || itemType == kSectionItemType;
 }
 
 void appendKind(const COrvel::MessageList& list, COVMessage::MessageType kind, COrvel::MessageList& result)

@@ -12,17 +12,10 @@
 #include "host/app/Application.h"
 #include "host/delegates/ItemDelegateFactory.h"
 #include "host/model/CProjectModel.h"
+#include "host/model/ItemTypes.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QStandardPaths>
-
-namespace {
-
-// Host-wide ids of the property and of the delegate that show whether the protocol mentions an item.
-constexpr int kWarningReportProperty = 0x6DCDDA04;
-constexpr int kReportDelegate = 0x6DCD8F17;
-
-} // namespace
 
 void OrvelSupport::extendModel(CProjectModel* model)
 {
@@ -44,7 +37,7 @@ void OrvelSupport::extendProjectGUI(ProjectGUI* gui)
 bool OrvelSupport::extendApplication(Application* /*app*/)
 {
     if (ItemDelegateFactory* factory = ItemDelegateFactory::instance())
-        factory->registerExtension(kReportDelegate,
+        factory->registerExtension(kWarningReportDelegate,
                                    std::make_unique<CDelegateCreatorImpl<CReportDelegate>>());
 
     COrvel::s_sysTemplateProtocolPath =

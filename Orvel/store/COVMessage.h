@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Orvel/orvel_export.h"
-#include "host/model/ItemTypeInfo.h"
+#include "host/model/ItemTypes.h"
 #include "host/model/LongId.h"
 
 #include <QString>

@@ -14,8 +14,10 @@ constexpr quint32 kMaxIds = 1000000;
 constexpr quint32 kMaxProtocolFiles = 100;
 
 // Item types whose messages get a group of their own on the page.
-constexpr int kGroupedItemTypes[] = {0x6DCD3700, 0x6DCD3703, 0x6DCD3704, 0x6DCD3708,
-                                     0x6DCD3711, 0x6DCD370F, 0x6DCD371B, 0x6DCD371C};
+constexpr int kGroupedItemTypes[] = {
+    kPointItemType, kStationItemType, kSectionItemType, kLineItemType,
+    kLoopItemType,  kMarkItemType,    kStaffItemType,   kInstrumentItemType,
+};
 
 quint32 readCount(CQtArchive& archive, quint32 limit)
 {

@@ -25,8 +25,6 @@ namespace {
 
 using List = std::vector<const COVMessage*>;
 
-constexpr int kStationType = 0x6DCD3704;
-
 void readTemplate(QString& head, QString& tail)
 {
     QFile file(QDir(Application::getTempFolder()).absoluteFilePath(QStringLiteral("protocol.html")));
@@ -294,7 +292,7 @@ void PlainProtocol::appendItemTypeNode(int itemType, const List& list, QString& 
         return;
     html += QStringLiteral("<li class=\"Node ExpandOpen\">\n") + makeExpand();
     html += makeContent(groupName + getCount(list.size()));
-    if (itemType == sample::kPointType || itemType == kStationType)
+    if (itemType == kPointItemType || itemType == kSectionItemType)
         appendItemNodes(itemType, list, html);
     else
         appendList(list, html);

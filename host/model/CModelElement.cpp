@@ -2,7 +2,7 @@
 
 #include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
-#include "host/model/ItemTypeInfo.h"
+#include "host/model/ItemTypes.h"
 
 #include <algorithm>
 #include <iterator>

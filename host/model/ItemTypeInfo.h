@@ -2,9 +2,6 @@
 
 #include <QFlags>
 
-/// Item type of an element that is of no particular type.
-constexpr int kGeneralItemType = 0x65ED7300;
-
 /// What a project model has to know about the items of one type.
 struct ItemTypeInfo
 {

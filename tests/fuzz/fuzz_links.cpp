@@ -41,7 +41,7 @@ void checkIntake(const QString& line)
     mustHold(message.itemIds == ids, "the ids are those of the regular expressions");
     mustHold(message.itemTypes.size() == ids.size(), "every id has a type");
     for (std::size_t i = 0; i < ids.size(); ++i)
-        mustHold(message.itemTypes[i] == (ids[i] == 5 ? itemtype::kPoint : kGeneralItemType),
+        mustHold(message.itemTypes[i] == (ids[i] == 5 ? kPointItemType : kGeneralItemType),
                  "the types are those of the model");
     for (const LONGID id : {LONGID(5), LONGID(0), ids.empty() ? LONGID(1) : ids.front()}) {
         QString linkText;
@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     new QCoreApplication(*argc, *argv);
     s_fixture = new ProtocolFixture;
-    s_fixture->addItem(5, itemtype::kPoint);
+    s_fixture->addItem(5, kPointItemType);
     return 0;
 }
 

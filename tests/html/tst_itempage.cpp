@@ -15,7 +15,7 @@ using Ids = std::vector<LONGID>;
 
 COVMessage makeMessage(int protocolType, int kind, const QString& text, const Ids& ids)
 {
-    return COVMessage(protocolType, kind, ids, std::vector<int>(ids.size(), itemtype::kPoint), text, 0);
+    return COVMessage(protocolType, kind, ids, std::vector<int>(ids.size(), kPointItemType), text, 0);
 }
 
 /// The page's body for the item, from messages in the store; "false" when there is none.

@@ -58,9 +58,9 @@ private slots:
 void TestLinks::itemLinkOfAnElement()
 {
     ProtocolFixture f(QStringLiteral("line"));
-    f.addItem(42, itemtype::kStation);
-    QCOMPARE(itemLink(f.protocol, 42, QStringLiteral("Ст. 42")),
-             QStringLiteral("<a href=\"survey://locate-item?type=Station&id=42&project=line\">Ст. 42</a>"));
+    f.addItem(42, kSectionItemType);
+    QCOMPARE(itemLink(f.protocol, 42, QStringLiteral("Р1 – Р2")),
+             QStringLiteral("<a href=\"survey://locate-item?type=Section&id=42&project=line\">Р1 – Р2</a>"));
 }
 
 void TestLinks::itemLinkOfAManagedItem()
@@ -68,7 +68,7 @@ void TestLinks::itemLinkOfAManagedItem()
     struct Item : tervo::IItem
     {
         LONGID getId() const override { return 9; }
-        qint64 getType() const override { return Q_INT64_C(0x16DCD3703); }
+        qint64 getType() const override { return Q_INT64_C(0x16DCD3704); }
         QString getName() const override { return QString(); }
     };
     ProtocolFixture f(QStringLiteral("line"));
@@ -174,13 +174,13 @@ void TestLinks::partsOfALinkAreNeverExpandedAgain()
 void TestLinks::elementLinkIsThatOfItsId()
 {
     ProtocolFixture f(QStringLiteral("line"));
-    CModelElement* element = f.addItem(42, itemtype::kPoint);
+    CModelElement* element = f.addItem(42, kPointItemType);
     QCOMPARE(f.protocol.GetModelElementLink(element, L"Рп"), f.protocol.GetItemLink(42, L"Рп"));
     QCOMPARE(QString::fromStdWString(f.protocol.GetModelElementLink(element, L"Рп")),
              QStringLiteral("<a href=\"survey://locate-item?type=Point&id=42&project=line\">Рп</a>"));
 
     // The type is the model's, which does not know this one.
-    TypedElement stranger(itemtype::kPoint);
+    TypedElement stranger(kPointItemType);
     stranger.setId(43);
     QCOMPARE(QString::fromStdWString(f.protocol.GetModelElementLink(&stranger, L"Рп")),
              QStringLiteral("<a href=\"survey://locate-item?type=Undefined&id=43&project=line\">Рп</a>"));
@@ -267,7 +267,7 @@ void TestLinks::linkForANegativeId()
 void TestLinks::ownLinkIsFoundInAMessage()
 {
     ProtocolFixture f;
-    f.addItem(42, itemtype::kPoint);
+    f.addItem(42, kPointItemType);
     const QString link = itemLink(f.protocol, 42, QStringLiteral("abc"));
     QString linkText;
     QCOMPARE(COrvel::GetMessageItemLink(QStringLiteral("Невязка в ") + link, 42, linkText), link);

@@ -695,7 +695,7 @@ void TestPage::wholePageInATemplate()
     // A run from its begin to the page, the closing lines of the run included.
     ProtocolFixture f(QStringLiteral("Ход 7"));
     f.writeTemplate("<!DOCTYPE html>\n<body>\n<div id=\"page\">\n</div>\n</body>\n");
-    f.addItem(5, itemtype::kPoint);
+    f.addItem(5, kPointItemType);
     f.protocol.ProtocolBegin(enums::Import);
     const QString link = QString::fromStdWString(f.protocol.GetItemLink(5, L"Рп5"));
     f.protocol.AddMessageRaw(QStringLiteral("Пункт ") + link + QStringLiteral("\nнеизвестен"), enums::Import,

@@ -53,7 +53,7 @@ QString link(int id, const QString& text)
 /// A problem with the link of a point.
 COVMessage pointError(int id, const QString& text)
 {
-    return makeMessage(COVMessage::Error, link(id, text), {id}, {itemtype::kPoint});
+    return makeMessage(COVMessage::Error, link(id, text), {id}, {kPointItemType});
 }
 
 /// The problem block of one item-type node, given what stands inside that node's list of children.
@@ -122,7 +122,7 @@ private slots:
     void messageWithoutItemsIsInNoGroup();
 
     void pointsHaveANodeEach();
-    void stationsHaveANodeEach();
+    void sectionsHaveANodeEach();
     void itemNodesAreOrderedByCaption();
     void itemNodesAreOrderedByCodeUnits();
     void equalCaptionsAreAllKept();
@@ -227,10 +227,10 @@ void TestTree::groupedDataIsAppended()
 void TestTree::problemsAreGroupedByItemType()
 {
     QCOMPARE(grouped({
-                 makeMessage(COVMessage::Error, QStringLiteral("section"), {7}, {itemtype::kSection}),
+                 makeMessage(COVMessage::Error, QStringLiteral("station"), {7}, {kStationItemType}),
                  makeMessage(COVMessage::Warning, QStringLiteral("general")),
-                 makeMessage(COVMessage::Error, link(5, QStringLiteral("Рп5")), {5}, {itemtype::kPoint}),
-                 makeMessage(COVMessage::Warning, QStringLiteral("section too"), {8}, {itemtype::kSection}),
+                 makeMessage(COVMessage::Error, link(5, QStringLiteral("Рп5")), {5}, {kPointItemType}),
+                 makeMessage(COVMessage::Warning, QStringLiteral("station too"), {8}, {kStationItemType}),
              }),
              QStringLiteral(R"(<div class='errorblock'>
 <ul class="Container">
@@ -266,15 +266,15 @@ void TestTree::problemsAreGroupedByItemType()
 </li>
 <li class="Node ExpandOpen">
 <div class="Expand"></div>
-<div class="Content">Секции (2)</div>
+<div class="Content">Станции (2)</div>
 <ul class="Container">
 <li class="Node ExpandLeaf IsLast">
 <div class="Expand"></div>
-<div class="Content error">section</div>
+<div class="Content error">station</div>
 </li>
 <li class="Node ExpandLeaf IsLast">
 <div class="Expand"></div>
-<div class="Content warning">section too</div>
+<div class="Content warning">station too</div>
 </li>
 </ul>
 </li>
@@ -330,7 +330,7 @@ void TestTree::topNodeInsideAStage()
 void TestTree::messagesAreOneFlatBlock()
 {
     QCOMPARE(grouped({
-                 makeMessage(COVMessage::Message, QStringLiteral("b"), {5}, {itemtype::kPoint}),
+                 makeMessage(COVMessage::Message, QStringLiteral("b"), {5}, {kPointItemType}),
                  makeMessage(COVMessage::Title, QStringLiteral("no")),
                  makeMessage(COVMessage::Message, QStringLiteral("a"), {}, {}),
              }),
@@ -384,17 +384,16 @@ void TestTree::problemWithoutAGroupIsCountedOnly()
                                           "</li>\n"
                                           "</ul>\n"
                                           "</div>\n");
-    QCOMPARE(grouped({makeMessage(COVMessage::Error, QStringLiteral("x"), {5}, {itemtype::kForeign})}),
-             wanted);
+    QCOMPARE(grouped({makeMessage(COVMessage::Error, QStringLiteral("x"), {5}, {kForeignItemType})}), wanted);
     // Its record has no text for a heading.
-    QCOMPARE(grouped({makeMessage(COVMessage::Error, QStringLiteral("x"), {5}, {itemtype::kUnnamed})}),
+    QCOMPARE(grouped({makeMessage(COVMessage::Error, QStringLiteral("x"), {5}, {kInstrumentItemType})}),
              wanted);
 }
 
 void TestTree::messageOfSeveralItemTypesIsInEachGroup()
 {
     QCOMPARE(grouped({makeMessage(COVMessage::Error, QStringLiteral("x"), {7, 8, 9},
-                                  {itemtype::kSection, 0x6DCD3708, itemtype::kForeign})}),
+                                  {kStationItemType, kLineItemType, kForeignItemType})}),
              QStringLiteral(R"(<div class='errorblock'>
 <ul class="Container">
 <li class="IsRoot IsLast ExpandOpen">
@@ -403,7 +402,7 @@ void TestTree::messageOfSeveralItemTypesIsInEachGroup()
 <ul class="Container">
 <li class="Node ExpandOpen">
 <div class="Expand"></div>
-<div class="Content">Секции (1)</div>
+<div class="Content">Станции (1)</div>
 <ul class="Container">
 <li class="Node ExpandLeaf IsLast">
 <div class="Expand"></div>
@@ -431,8 +430,8 @@ void TestTree::messageOfSeveralItemTypesIsInEachGroup()
 void TestTree::messageWithoutItemsIsInNoGroup()
 {
     QCOMPARE(grouped({makeMessage(COVMessage::Error, QStringLiteral("x"), {}, {}),
-                      makeMessage(COVMessage::Error, QStringLiteral("y"), {7}, {itemtype::kSection})}),
-             problemBlock(2, QStringLiteral("Секции (1)"),
+                      makeMessage(COVMessage::Error, QStringLiteral("y"), {7}, {kStationItemType})}),
+             problemBlock(2, QStringLiteral("Станции (1)"),
                           QStringLiteral("<li class=\"Node ExpandLeaf IsLast\">\n"
                                          "<div class=\"Expand\"></div>\n"
                                          "<div class=\"Content error\">y</div>\n"
@@ -445,19 +444,19 @@ void TestTree::pointsHaveANodeEach()
     const QString six = link(6, QStringLiteral("Рп6"));
     const QString both = five + QStringLiteral(" - ") + six;
     QCOMPARE(grouped({
-                 makeMessage(COVMessage::Error, five, {5}, {itemtype::kPoint}),
-                 makeMessage(COVMessage::Error, both, {5, 6}, {itemtype::kPoint, itemtype::kPoint}),
-                 makeMessage(COVMessage::Error, six, {6}, {itemtype::kPoint}),
+                 makeMessage(COVMessage::Error, five, {5}, {kPointItemType}),
+                 makeMessage(COVMessage::Error, both, {5, 6}, {kPointItemType, kPointItemType}),
+                 makeMessage(COVMessage::Error, six, {6}, {kPointItemType}),
              }),
              problemBlock(3, QStringLiteral("Пункты (3)"),
                           itemNode(five, {five, both}) + itemNode(six, {both, six})));
 }
 
-void TestTree::stationsHaveANodeEach()
+void TestTree::sectionsHaveANodeEach()
 {
     const QString text = link(5, QStringLiteral("Ст5"));
-    QCOMPARE(grouped({makeMessage(COVMessage::Error, text, {5}, {itemtype::kStation})}),
-             problemBlock(1, QStringLiteral("Станции (1)"), itemNode(text, {text})));
+    QCOMPARE(grouped({makeMessage(COVMessage::Error, text, {5}, {kSectionItemType})}),
+             problemBlock(1, QStringLiteral("Секции (1)"), itemNode(text, {text})));
 }
 
 void TestTree::itemNodesAreOrderedByCaption()
@@ -478,7 +477,7 @@ void TestTree::itemNodesAreOrderedByCodeUnits()
         // All their links begin alike, so that the visible texts decide.
         return makeMessage(COVMessage::Error,
                            QStringLiteral("<a href=\"#\" id=\"\">%1 id=%2</a>").arg(text).arg(id), {id},
-                           {itemtype::kPoint});
+                           {kPointItemType});
     };
     const std::vector<COVMessage> messages = {
         withText(1, QStringLiteral("б")), withText(2, QStringLiteral("Я")), withText(3, QStringLiteral("ё")),
@@ -495,8 +494,8 @@ void TestTree::equalCaptionsAreAllKept()
     const QString text = link(123, QStringLiteral("Рп"));
     const QString more = text + QStringLiteral(" снова");
     QCOMPARE(grouped({
-                 makeMessage(COVMessage::Error, more, {123}, {itemtype::kPoint}),
-                 makeMessage(COVMessage::Error, text, {12}, {itemtype::kPoint}),
+                 makeMessage(COVMessage::Error, more, {123}, {kPointItemType}),
+                 makeMessage(COVMessage::Error, text, {12}, {kPointItemType}),
              }),
              problemBlock(2, QStringLiteral("Пункты (2)"), itemNode(text, {text}) + itemNode(text, {more})));
 }
@@ -506,8 +505,8 @@ void TestTree::itemWithoutALinkHasAnEmptyCaption()
     const QString five = link(5, QStringLiteral("Рп5"));
     const QString bare = QStringLiteral("id=6");
     QCOMPARE(
-        grouped({makeMessage(COVMessage::Error, five, {5}, {itemtype::kPoint}),
-                 makeMessage(COVMessage::Error, bare, {6}, {itemtype::kPoint})}),
+        grouped({makeMessage(COVMessage::Error, five, {5}, {kPointItemType}),
+                 makeMessage(COVMessage::Error, bare, {6}, {kPointItemType})}),
         problemBlock(2, QStringLiteral("Пункты (2)"), itemNode(QString(), {bare}) + itemNode(five, {five})));
 }
 
@@ -516,8 +515,8 @@ void TestTree::captionIsThatOfTheFirstMessage()
     // Errors come first, so the error's link it is.
     const QString old = link(5, QStringLiteral("old name"));
     const QString now = link(5, QStringLiteral("new name"));
-    const QString html = grouped({makeMessage(COVMessage::Warning, old, {5}, {itemtype::kPoint}),
-                                  makeMessage(COVMessage::Error, now, {5}, {itemtype::kPoint})});
+    const QString html = grouped({makeMessage(COVMessage::Warning, old, {5}, {kPointItemType}),
+                                  makeMessage(COVMessage::Error, now, {5}, {kPointItemType})});
     QVERIFY2(html.contains(QStringLiteral("<div class=\"Content\">") + now + QStringLiteral(" (2)</div>\n")),
              qUtf8Printable(html));
 }
@@ -529,8 +528,8 @@ void TestTree::itemNamedUnderAnotherTypeFirstIsLeftOut()
     const QString later = link(5, QStringLiteral("Рп5"));
     // The group of points holds both messages, yet 5 was a section in the first of them.
     QCOMPARE(grouped({
-                 makeMessage(COVMessage::Error, text, {5, 6}, {itemtype::kForeign, itemtype::kPoint}),
-                 makeMessage(COVMessage::Error, later, {5}, {itemtype::kPoint}),
+                 makeMessage(COVMessage::Error, text, {5, 6}, {kForeignItemType, kPointItemType}),
+                 makeMessage(COVMessage::Error, later, {5}, {kPointItemType}),
              }),
              problemBlock(2, QStringLiteral("Пункты (2)"), itemNode(six, {text})));
 }
@@ -539,7 +538,7 @@ void TestTree::itemOfTwoTypesBelongsToTheFirst()
 {
     const QString text = link(5, QStringLiteral("x"));
     const QString html =
-        grouped({makeMessage(COVMessage::Error, text, {5, 5}, {itemtype::kStation, itemtype::kPoint})});
+        grouped({makeMessage(COVMessage::Error, text, {5, 5}, {kSectionItemType, kPointItemType})});
     QCOMPARE(html, QStringLiteral(R"(<div class='errorblock'>
 <ul class="Container">
 <li class="IsRoot IsLast ExpandOpen">
@@ -554,7 +553,7 @@ void TestTree::itemOfTwoTypesBelongsToTheFirst()
 </li>
 <li class="Node ExpandOpen">
 <div class="Expand"></div>
-<div class="Content">Станции (1)</div>
+<div class="Content">Секции (1)</div>
 <ul class="Container">
 <li class="Node ExpandClosed">
 <div class="Expand"></div>
@@ -578,14 +577,14 @@ void TestTree::itemOfTwoTypesBelongsToTheFirst()
 void TestTree::itemsOfListsThatDifferAreLeftOut()
 {
     QCOMPARE(
-        grouped({makeMessage(COVMessage::Error, link(5, QStringLiteral("x")), {5, 6}, {itemtype::kPoint})}),
+        grouped({makeMessage(COVMessage::Error, link(5, QStringLiteral("x")), {5, 6}, {kPointItemType})}),
         problemBlock(1, QStringLiteral("Пункты (1)"), QString()));
 }
 
 void TestTree::messageNamingAnItemTwiceIsShownOnce()
 {
     const QString text = link(5, QStringLiteral("a")) + link(5, QStringLiteral("b"));
-    QCOMPARE(grouped({makeMessage(COVMessage::Error, text, {5, 5}, {itemtype::kPoint, itemtype::kPoint})}),
+    QCOMPARE(grouped({makeMessage(COVMessage::Error, text, {5, 5}, {kPointItemType, kPointItemType})}),
              problemBlock(1, QStringLiteral("Пункты (1)"), itemNode(link(5, QStringLiteral("a")), {text})));
 }
 

@@ -17,15 +17,13 @@
 namespace {
 
 constexpr int kImport = 0x1235B704;
-constexpr int kMentionedProperty = 0x6DCDDA04;
-constexpr int kReportDelegateId = 0x6DCD8F17;
 
 /// The item table of a project whose protocol mentions the items 5 and 7, but not 6.
 struct TableFixture : WindowFixture
 {
     TableFixture()
-        : table(&model, {{QStringLiteral("Отчёт"), CProjectItemModel::Source::Property, kMentionedProperty,
-                          kReportDelegateId}})
+        : table(&model, {{QStringLiteral("Отчёт"), CProjectItemModel::Source::Property,
+                          kWarningReportProperty, kWarningReportDelegate}})
     {
         addProtocol();
         model.setItemMentionedQuery([this](LONGID id) { return mentioned.count(id) != 0; });

@@ -18,8 +18,6 @@
 namespace {
 
 constexpr int kOrvelKey = 0x12355F00;
-constexpr int kMentionedProperty = 0x6DCDDA04;
-constexpr int kReportDelegateId = 0x6DCD8F17;
 
 /// The root as a host gets it.
 QObject* loadRoot()
@@ -226,7 +224,7 @@ void TestOrvelSupport::modelKeepsAnInitializerThatItHas()
     QCOMPARE(fixture.model.getInitializer(kOrvelKey), present);
     fixture.model.initialize();
     QVERIFY(protocolsOf(fixture.model).empty());
-    QCOMPARE(fixture.model.getPropertyStrategies(kMentionedProperty).size(), std::size_t{1});
+    QCOMPARE(fixture.model.getPropertyStrategies(kWarningReportProperty).size(), std::size_t{1});
 }
 
 void TestOrvelSupport::modelExtendedTwiceHasOneInitializer()
@@ -247,7 +245,8 @@ void TestOrvelSupport::modelExtendedTwiceHasTwoStrategies()
     WindowFixture fixture;
     extendModel(fixture.model);
     extendModel(fixture.model);
-    const auto strategies = fixture.model.getPropertyStrategies(kMentionedProperty);
+    const auto strategies = fixture.model.getPropertyStrategies(kWarningReportProperty);
+    QCOMPARE(kWarningReportProperty, 0x6DCDDA04);
     QCOMPARE(strategies.size(), std::size_t{2});
     QVERIFY(strategies[0] != strategies[1]);
     for (const CommonPropertyGetSetIsReadonlyStrategy* strategy : strategies) {
@@ -275,13 +274,13 @@ void TestOrvelSupport::propertyTellsWhetherTheItemIsMentioned()
     extendModel(fixture.model);
     const CModelElement* five = fixture.addItem(5);
     const CModelElement* six = fixture.addItem(6);
-    QCOMPARE(fixture.model.getPropertyValue(*five, kMentionedProperty), QVariant(false));
+    QCOMPARE(fixture.model.getPropertyValue(*five, kWarningReportProperty), QVariant(false));
 
     fixture.model.setItemMentionedQuery([](LONGID id) { return id == 5; });
-    QCOMPARE(fixture.model.getPropertyValue(*five, kMentionedProperty), QVariant(true));
-    QCOMPARE(fixture.model.getPropertyValue(*six, kMentionedProperty), QVariant(false));
-    QCOMPARE(fixture.model.getPropertyValue(*five, kMentionedProperty).userType(), int(QMetaType::Bool));
-    QCOMPARE(fixture.model.getPropertyValue(*five, kMentionedProperty + 1), QVariant());
+    QCOMPARE(fixture.model.getPropertyValue(*five, kWarningReportProperty), QVariant(true));
+    QCOMPARE(fixture.model.getPropertyValue(*six, kWarningReportProperty), QVariant(false));
+    QCOMPARE(fixture.model.getPropertyValue(*five, kWarningReportProperty).userType(), int(QMetaType::Bool));
+    QCOMPARE(fixture.model.getPropertyValue(*five, kWarningReportProperty + 1), QVariant());
 }
 
 void TestOrvelSupport::propertyCannotBeWritten()
@@ -289,14 +288,14 @@ void TestOrvelSupport::propertyCannotBeWritten()
     WindowFixture fixture;
     extendModel(fixture.model);
     CModelElement* item = fixture.addItem(5);
-    auto* strategy = fixture.model.getPropertyStrategies(kMentionedProperty).front();
-    QVERIFY(!strategy->setPropertyValue(&fixture.model, item, kMentionedProperty, true));
-    QCOMPARE(item->getProperty(kMentionedProperty), QVariant());
-    QVERIFY(strategy->isPropertyReadonly(&fixture.model, item, kMentionedProperty));
+    auto* strategy = fixture.model.getPropertyStrategies(kWarningReportProperty).front();
+    QVERIFY(!strategy->setPropertyValue(&fixture.model, item, kWarningReportProperty, true));
+    QCOMPARE(item->getProperty(kWarningReportProperty), QVariant());
+    QVERIFY(strategy->isPropertyReadonly(&fixture.model, item, kWarningReportProperty));
 
-    QVERIFY(fixture.model.isPropertyReadonly(*item, kMentionedProperty));
-    QVERIFY(!fixture.model.setPropertyValue(*item, kMentionedProperty, true));
-    QCOMPARE(fixture.model.getPropertyValue(*item, kMentionedProperty), QVariant(false));
+    QVERIFY(fixture.model.isPropertyReadonly(*item, kWarningReportProperty));
+    QVERIFY(!fixture.model.setPropertyValue(*item, kWarningReportProperty, true));
+    QCOMPARE(fixture.model.getPropertyValue(*item, kWarningReportProperty), QVariant(false));
 }
 
 void TestOrvelSupport::windowGetsItsViewer()
@@ -354,19 +353,23 @@ void TestOrvelSupport::applicationGetsTheReportDelegate()
     WindowFixture fixture;
     const InstalledData data;
     ItemDelegateFactory factory;
-    QVERIFY(!factory.createDelegate(kReportDelegateId, &fixture.model, kMentionedProperty, &fixture.window));
+    QVERIFY(!factory.createDelegate(kWarningReportDelegate, &fixture.model, kWarningReportProperty,
+                                    &fixture.window));
+    QCOMPARE(kWarningReportDelegate, 0x6DCD8F17);
     QVERIFY(extendApplication(fixture.application));
 
     QObject parent;
     const QAbstractItemDelegate* delegate =
-        factory.createDelegate(kReportDelegateId, &fixture.model, kMentionedProperty, &parent);
+        factory.createDelegate(kWarningReportDelegate, &fixture.model, kWarningReportProperty, &parent);
     QVERIFY(dynamic_cast<const CReportDelegate*>(delegate));
     QCOMPARE(delegate->parent(), &parent);
     // Only the parent counts, and every request gives a new one.
-    const QAbstractItemDelegate* another = factory.createDelegate(kReportDelegateId, nullptr, -1, &parent);
+    const QAbstractItemDelegate* another =
+        factory.createDelegate(kWarningReportDelegate, nullptr, -1, &parent);
     QVERIFY(dynamic_cast<const CReportDelegate*>(another));
     QVERIFY(another != delegate);
-    QVERIFY(!factory.createDelegate(kReportDelegateId + 1, &fixture.model, kMentionedProperty, &parent));
+    QVERIFY(
+        !factory.createDelegate(kWarningReportDelegate + 1, &fixture.model, kWarningReportProperty, &parent));
 }
 
 void TestOrvelSupport::applicationWithoutADelegateFactory()
@@ -423,7 +426,7 @@ void TestOrvelSupport::unextendingUndoesNothing()
     loadInterface<IAppExtension>()->unextendApplication(&fixture.application);
 
     QObject parent;
-    QVERIFY(factory.createDelegate(kReportDelegateId, &fixture.model, kMentionedProperty, &parent));
+    QVERIFY(factory.createDelegate(kWarningReportDelegate, &fixture.model, kWarningReportProperty, &parent));
     QCOMPARE(COrvel::s_sysTemplateProtocolPath, data.getTemplateFolder());
     QVERIFY(QFile::exists(fixture.tempPath(QStringLiteral("protocol.html"))));
 }

@@ -208,8 +208,7 @@ void TestDataFile::writesAWholeStore()
     const QByteArray text = written(
         f,
         {
-            COVMessage(enums::Adjust, COVMessage::Error, Ids{12, -3},
-                       Types{itemtype::kPoint, itemtype::kStation},
+            COVMessage(enums::Adjust, COVMessage::Error, Ids{12, -3}, Types{kPointItemType, kSectionItemType},
                        QStringLiteral("Невязка <a href=\"id=12\">Рп 12</a> & больше"), 2),
             COVMessage(enums::Adjust, COVMessage::Title, 0, kGeneralItemType, QStringLiteral("Уравнивание"),
                        0),
@@ -638,7 +637,7 @@ void TestDataFile::truncatedFileIsNoProtocol()
     ProtocolFixture f;
     const QByteArray whole = written(f, {
                                             COVMessage(enums::Compile, COVMessage::Error, Ids{1, 2},
-                                                       Types{itemtype::kPoint, itemtype::kStation},
+                                                       Types{kPointItemType, kSectionItemType},
                                                        QStringLiteral("Невязка ]]> <b>велика</b>"), 1),
                                             makeMessage(enums::Adjust, QString()),
                                             makeMessage(enums::Adjust, QStringLiteral("последняя")),
@@ -730,7 +729,7 @@ void TestDataFile::textSurvives()
 {
     QFETCH(QString, text);
     ProtocolFixture f;
-    const COVMessage nasty(1, COVMessage::Error, 5, itemtype::kPoint, text, 2);
+    const COVMessage nasty(1, COVMessage::Error, 5, kPointItemType, text, 2);
     f.saveMessages(
         {makeMessage(1, QStringLiteral("before")), nasty, makeMessage(1, QStringLiteral("after"))});
     QVERIFY(Access::ReadXML(f.protocol));
@@ -787,8 +786,8 @@ void TestDataFile::everyFieldSurvives()
     std::vector<COVMessage> list;
     for (int kind = 0; kind <= 6; ++kind)
         list.emplace_back(enums::Adjust, kind, Ids{kind, 0, kind},
-                          Types{itemtype::kPoint, kGeneralItemType, kind},
-                          QStringLiteral("kind %1").arg(kind), kind % 3);
+                          Types{kPointItemType, kGeneralItemType, kind}, QStringLiteral("kind %1").arg(kind),
+                          kind % 3);
     f.saveMessages(list);
     QVERIFY(Access::ReadXML(f.protocol));
     QStringList wanted;
@@ -830,7 +829,7 @@ void TestDataFile::aHundredThousandMessagesSurvive()
     std::vector<COVMessage> list;
     list.reserve(100000);
     for (int i = 0; i < 100000; ++i)
-        list.emplace_back(enums::Adjust, COVMessage::Message, i, itemtype::kPoint,
+        list.emplace_back(enums::Adjust, COVMessage::Message, i, kPointItemType,
                           QStringLiteral("line %1").arg(i), 1);
     f.saveMessages(list);
     QVERIFY(Access::ReadXML(f.protocol));

@@ -162,7 +162,7 @@ void TestIntake::lineWithoutALinkRefersToNoItem()
 {
     QFETCH(QString, line);
     ProtocolFixture f;
-    f.addItem(5, itemtype::kPoint);
+    f.addItem(5, kPointItemType);
     const COVMessage message = takenIn(f.protocol, line);
     QCOMPARE(message.itemIds, Ids{0});
     QCOMPARE(message.itemTypes, Types{1710060288});
@@ -297,21 +297,21 @@ void TestIntake::unfinishedLinksAreScannedOnce()
 void TestIntake::typesAreThoseOfTheModelsItems()
 {
     ProtocolFixture f;
-    f.addItem(5, itemtype::kPoint);
-    f.addItem(7, itemtype::kStation);
+    f.addItem(5, kPointItemType);
+    f.addItem(7, kSectionItemType);
     const COVMessage message = takenIn(
         f.protocol, QStringLiteral("<a href=\"id=7\">b</a> <a href=\"id=6\">?</a> <a href=\"id=5\">a</a>"));
     QCOMPARE(message.itemIds, (Ids{7, 6, 5}));
-    QCOMPARE(message.itemTypes, (Types{itemtype::kStation, kGeneralItemType, itemtype::kPoint}));
+    QCOMPARE(message.itemTypes, (Types{kSectionItemType, kGeneralItemType, kPointItemType}));
 }
 
 void TestIntake::typeOfALinkedItemIsTakenOnce()
 {
     ProtocolFixture f;
-    f.addItem(5, itemtype::kPoint);
+    f.addItem(5, kPointItemType);
     takenIn(f.protocol, QStringLiteral("<a href=\"id=5\">a</a>"));
     QVERIFY(f.model.removeItem(5));
-    QCOMPARE(Access::messages(f.protocol).at(enums::Adjust).front().itemTypes, Types{itemtype::kPoint});
+    QCOMPARE(Access::messages(f.protocol).at(enums::Adjust).front().itemTypes, Types{kPointItemType});
     QCOMPARE(takenIn(f.protocol, QStringLiteral("<a href=\"id=5\">a</a>")).itemTypes,
              Types{kGeneralItemType});
 }
@@ -320,12 +320,12 @@ void TestIntake::typeOfAManagedItem()
 {
     ProtocolFixture f;
     auto manager = std::make_unique<tervo::CItemManager>();
-    manager->addItem(std::make_unique<ManagedItem>(31, itemtype::kSection));
+    manager->addItem(std::make_unique<ManagedItem>(31, kStationItemType));
     f.model.setTervoObject(std::move(manager));
-    QCOMPARE(Access::GetItemTypeByID(f.protocol, 31), itemtype::kSection);
+    QCOMPARE(Access::GetItemTypeByID(f.protocol, 31), kStationItemType);
     QCOMPARE(Access::GetItemTypeByID(f.protocol, 32), kGeneralItemType);
     QCOMPARE(takenIn(f.protocol, QStringLiteral("<a href=\"id=31\">a</a>")).itemTypes,
-             Types{itemtype::kSection});
+             Types{kStationItemType});
 }
 
 void TestIntake::typeOfAManagedItemHas32Bits()
@@ -343,10 +343,10 @@ void TestIntake::elementComesBeforeManagedItem()
 {
     ProtocolFixture f;
     auto manager = std::make_unique<tervo::CItemManager>();
-    manager->addItem(std::make_unique<ManagedItem>(31, itemtype::kSection));
+    manager->addItem(std::make_unique<ManagedItem>(31, kStationItemType));
     f.model.setTervoObject(std::move(manager));
-    f.addItem(31, itemtype::kPoint);
-    QCOMPARE(Access::GetItemTypeByID(f.protocol, 31), itemtype::kPoint);
+    f.addItem(31, kPointItemType);
+    QCOMPARE(Access::GetItemTypeByID(f.protocol, 31), kPointItemType);
 }
 
 void TestIntake::typeOfAnUnknownItemIsGeneral()
@@ -368,27 +368,27 @@ void TestIntake::typeIsGeneralInAModelWithoutItemManagers()
 {
     ProtocolFixture f;
     CProjectModel plainModel(&f.project);
-    auto item = std::make_unique<TypedElement>(itemtype::kPoint);
+    auto item = std::make_unique<TypedElement>(kPointItemType);
     item->setId(5);
     plainModel.addItem(std::move(item));
     const COrvel protocol(&plainModel, QStringLiteral("survey"));
-    QCOMPARE(Access::GetItemTypeByID(protocol, 5), itemtype::kPoint);
+    QCOMPARE(Access::GetItemTypeByID(protocol, 5), kPointItemType);
     QCOMPARE(Access::GetItemTypeByID(protocol, 6), kGeneralItemType);
 }
 
 void TestIntake::typeOfASystemItem()
 {
     ProtocolFixture f;
-    auto* item = new TypedElement(itemtype::kForeign);
+    auto* item = new TypedElement(kForeignItemType);
     item->setId(81);
     f.model.addSystemItem(item, {});
-    QCOMPARE(Access::GetItemTypeByID(f.protocol, 81), itemtype::kForeign);
+    QCOMPARE(Access::GetItemTypeByID(f.protocol, 81), kForeignItemType);
 }
 
 void TestIntake::messageIsCopiedToTheEndOfItsType()
 {
     ProtocolFixture f;
-    COVMessage message(enums::Import, COVMessage::Error, 5, itemtype::kPoint, QStringLiteral("first"), 4);
+    COVMessage message(enums::Import, COVMessage::Error, 5, kPointItemType, QStringLiteral("first"), 4);
     Access::AddMessage(f.protocol, message);
     message.text = QStringLiteral("second");
     Access::AddMessage(f.protocol, message);
@@ -495,7 +495,7 @@ void TestIntake::idListHasNoSpareMessages()
 {
     ProtocolFixture f;
     Access::spareMessages(f.protocol)[enums::Import] = {
-        COVMessage(enums::Import, COVMessage::Error, 5, itemtype::kPoint, QString(), 0)};
+        COVMessage(enums::Import, COVMessage::Error, 5, kPointItemType, QString(), 0)};
     f.protocol.UpdateIDList();
     QVERIFY(Access::idList(f.protocol).empty());
 }

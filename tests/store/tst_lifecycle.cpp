@@ -248,8 +248,8 @@ void TestLifecycle::groupsAreNamedAfterTheItemTypes()
 {
     ProtocolFixture f;
     const std::map<int, QString> wanted = {
-        {1842165504, QStringLiteral("Пункты")},   {1842165507, QStringLiteral("Секции")},
-        {1842165508, QStringLiteral("Станции")},  {1842165512, QStringLiteral("Ходы")},
+        {1842165504, QStringLiteral("Пункты")},   {1842165507, QStringLiteral("Станции")},
+        {1842165508, QStringLiteral("Секции")},   {1842165512, QStringLiteral("Ходы")},
         {1842165521, QStringLiteral("Полигоны")}, {1842165519, QStringLiteral("Марки")},
         {1842165531, QStringLiteral("Рейки")},    {1842165532, QString()},
         {1710060288, QStringLiteral("Общие")},
@@ -261,11 +261,11 @@ void TestLifecycle::initRefreshesTheGroupNames()
 {
     ProtocolFixture f;
     Access::itemGroupNames(f.protocol)[kGeneralItemType] = QStringLiteral("?");
-    registerEnumData(EnumData(itemtype::kPoint, "Point", "репер", "реперы"));
-    QCOMPARE(f.protocol.GetItemGroupName(itemtype::kPoint), QStringLiteral("Пункты"));
+    registerEnumData(EnumData(kPointItemType, "Point", "репер", "реперы"));
+    QCOMPARE(f.protocol.GetItemGroupName(kPointItemType), QStringLiteral("Пункты"));
 
     f.protocol.InitProtocol();
-    QCOMPARE(f.protocol.GetItemGroupName(itemtype::kPoint), QStringLiteral("Реперы"));
+    QCOMPARE(f.protocol.GetItemGroupName(kPointItemType), QStringLiteral("Реперы"));
     QCOMPARE(f.protocol.GetItemGroupName(kGeneralItemType), QStringLiteral("Общие"));
 }
 
@@ -424,7 +424,7 @@ void TestLifecycle::endAddsTheClosingLinesAndWritesTheFile()
 void TestLifecycle::endRebuildsTheIds()
 {
     ProtocolFixture f;
-    f.saveMessages({COVMessage(enums::Import, COVMessage::Error, 31, itemtype::kPoint, QString(), 0)});
+    f.saveMessages({COVMessage(enums::Import, COVMessage::Error, 31, kPointItemType, QString(), 0)});
     Access::idList(f.protocol) = {999};
     f.protocol.ProtocolBegin(enums::Adjust);
     f.protocol.AddMessageRaw(QStringLiteral("<a href=\"id=42\">42</a>"), enums::Adjust, COVMessage::Error);
@@ -594,7 +594,7 @@ void TestLifecycle::clearByTypeDropsThatTypeOnly()
 void TestLifecycle::clearKeepsTheMentionedIds()
 {
     ProtocolFixture f;
-    f.addMessages({COVMessage(enums::Adjust, COVMessage::Error, 31, itemtype::kPoint, QString(), 0)});
+    f.addMessages({COVMessage(enums::Adjust, COVMessage::Error, 31, kPointItemType, QString(), 0)});
     f.protocol.UpdateIDList();
     f.protocol.ClearProtocol();
     QVERIFY(f.protocol.IsMessages(31));

@@ -140,7 +140,7 @@ void TestProtocolTypes::titleIsThatOfTheRegistry()
 void TestProtocolTypes::groupNameIsTheStoredOne()
 {
     ProtocolFixture f;
-    QCOMPARE(f.protocol.GetItemGroupName(itemtype::kPoint), QStringLiteral("Пункты"));
+    QCOMPARE(f.protocol.GetItemGroupName(kPointItemType), QStringLiteral("Пункты"));
     QCOMPARE(f.protocol.GetItemGroupName(kGeneralItemType), QStringLiteral("Общие"));
     Access::itemGroupNames(f.protocol)[5] = QStringLiteral("пять");
     QCOMPARE(f.protocol.GetItemGroupName(5), QStringLiteral("пять"));
@@ -151,8 +151,8 @@ void TestProtocolTypes::groupNameOfAnUnknownTypeIsEmpty()
     ProtocolFixture f;
     const std::size_t count = Access::itemGroupNames(f.protocol).size();
     // The registry knows this type; the protocol does not group by it.
-    QCOMPARE(f.protocol.GetItemGroupName(itemtype::kForeign), QString());
-    QCOMPARE(f.protocol.GetItemGroupName(itemtype::kUnnamed), QString());
+    QCOMPARE(f.protocol.GetItemGroupName(kForeignItemType), QString());
+    QCOMPARE(f.protocol.GetItemGroupName(kInstrumentItemType), QString());
     QCOMPARE(f.protocol.GetItemGroupName(0), QString());
     QCOMPARE(Access::itemGroupNames(f.protocol).size(), count);
 }

@@ -206,14 +206,14 @@ void TestSelection::listByKindAndItemType()
 {
     ProtocolFixture f;
     std::vector<COVMessage> messages = {
-        makeMessage(enums::Adjust, COVMessage::Error, {1, 2}, {itemtype::kSection, itemtype::kPoint}),
-        makeMessage(enums::Adjust, COVMessage::Warning, {1}, {itemtype::kPoint}),
-        makeMessage(enums::Adjust, COVMessage::Error, {1}, {itemtype::kSection}),
-        makeMessage(enums::Import, COVMessage::Error, {1, 2}, {itemtype::kPoint, itemtype::kPoint}),
+        makeMessage(enums::Adjust, COVMessage::Error, {1, 2}, {kStationItemType, kPointItemType}),
+        makeMessage(enums::Adjust, COVMessage::Warning, {1}, {kPointItemType}),
+        makeMessage(enums::Adjust, COVMessage::Error, {1}, {kStationItemType}),
+        makeMessage(enums::Import, COVMessage::Error, {1, 2}, {kPointItemType, kPointItemType}),
     };
     const List all = listOf(messages);
     List result;
-    Access::GetMessageList(f.protocol, all, 0, COVMessage::Error, itemtype::kPoint, result);
+    Access::GetMessageList(f.protocol, all, 0, COVMessage::Error, kPointItemType, result);
     QCOMPARE(result, (List{all[0], all[3]}));
 }
 
@@ -221,7 +221,7 @@ void TestSelection::listOfTheGeneralTypeIsByKindAlone()
 {
     ProtocolFixture f;
     std::vector<COVMessage> messages = {
-        makeMessage(enums::Adjust, COVMessage::Error, {1}, {itemtype::kPoint}),
+        makeMessage(enums::Adjust, COVMessage::Error, {1}, {kPointItemType}),
         makeMessage(enums::Adjust, COVMessage::Message),
         makeMessage(enums::Adjust, COVMessage::Error, {}, {}),
         makeMessage(enums::Adjust, COVMessage::Error),
@@ -238,7 +238,7 @@ void TestSelection::listSkipsMessagesWithoutItemTypes()
     std::vector<COVMessage> messages = {makeMessage(enums::Adjust, COVMessage::Error, {}, {}),
                                         makeMessage(enums::Adjust, COVMessage::Error, {1}, {})};
     List result;
-    Access::GetMessageList(f.protocol, listOf(messages), 0, COVMessage::Error, itemtype::kPoint, result);
+    Access::GetMessageList(f.protocol, listOf(messages), 0, COVMessage::Error, kPointItemType, result);
     QCOMPARE(result, List());
 }
 
@@ -294,13 +294,13 @@ void TestSelection::messageThatNamesAnItemTwiceIsGroupedOnce()
 {
     ProtocolFixture f;
     std::vector<COVMessage> messages = {
-        makeMessage(enums::Adjust, 3, {7, 3, 7}, {itemtype::kPoint, itemtype::kStation, itemtype::kPoint})};
+        makeMessage(enums::Adjust, 3, {7, 3, 7}, {kPointItemType, kSectionItemType, kPointItemType})};
     Groups<LONGID> byId;
     Access::GetMessagesByItemId(f.protocol, listOf(messages), byId);
     QCOMPARE(byId, (Groups<LONGID>{{3, {&messages[0]}}, {7, {&messages[0]}}}));
     Groups<int> byType;
     Access::GetMessagesByItemType(f.protocol, listOf(messages), byType);
-    QCOMPARE(byType, (Groups<int>{{itemtype::kPoint, {&messages[0]}}, {itemtype::kStation, {&messages[0]}}}));
+    QCOMPARE(byType, (Groups<int>{{kPointItemType, {&messages[0]}}, {kSectionItemType, {&messages[0]}}}));
 }
 
 void TestSelection::messageWithoutItemsIsInNoGroupOfIds()
@@ -328,18 +328,18 @@ void TestSelection::groupsByItemType()
 {
     ProtocolFixture f;
     std::vector<COVMessage> messages = {
-        makeMessage(enums::Adjust, 3, {1, 2}, {itemtype::kStation, itemtype::kPoint}),
-        makeMessage(enums::Adjust, 3, {3}, {itemtype::kPoint}),
-        makeMessage(enums::Adjust, 3, {4, 5}, {itemtype::kSection, itemtype::kSection}),
+        makeMessage(enums::Adjust, 3, {1, 2}, {kSectionItemType, kPointItemType}),
+        makeMessage(enums::Adjust, 3, {3}, {kPointItemType}),
+        makeMessage(enums::Adjust, 3, {4, 5}, {kStationItemType, kStationItemType}),
         makeMessage(enums::Adjust, 3, {6}, {-4}),
     };
     const List all = listOf(messages);
     Groups<int> groups;
     Access::GetMessagesByItemType(f.protocol, all, groups);
     QCOMPARE(groups, (Groups<int>{{-4, {all[3]}},
-                                  {itemtype::kPoint, {all[0], all[1]}},
-                                  {itemtype::kSection, {all[2]}},
-                                  {itemtype::kStation, {all[0]}}}));
+                                  {kPointItemType, {all[0], all[1]}},
+                                  {kStationItemType, {all[2]}},
+                                  {kSectionItemType, {all[0]}}}));
 }
 
 void TestSelection::messageOfNoItemIsGroupedUnderTheGeneralType()
@@ -355,7 +355,7 @@ void TestSelection::idsAndTypesAreGroupedIndependently()
 {
     // Neither needs the other list to match.
     ProtocolFixture f;
-    std::vector<COVMessage> messages = {makeMessage(enums::Adjust, 3, {1, 2}, {itemtype::kPoint})};
+    std::vector<COVMessage> messages = {makeMessage(enums::Adjust, 3, {1, 2}, {kPointItemType})};
     Groups<LONGID> byId;
     Access::GetMessagesByItemId(f.protocol, listOf(messages), byId);
     QCOMPARE(byId.size(), std::size_t(2));
@@ -434,13 +434,13 @@ void TestSelection::groupingLeavesTheMessagesAlone()
 {
     ProtocolFixture f;
     std::vector<COVMessage> messages = {
-        makeMessage(enums::Adjust, 3, {7, 3, 7}, {itemtype::kStation, itemtype::kPoint, itemtype::kStation})};
+        makeMessage(enums::Adjust, 3, {7, 3, 7}, {kSectionItemType, kPointItemType, kSectionItemType})};
     Groups<LONGID> byId;
     Access::GetMessagesByItemId(f.protocol, listOf(messages), byId);
     Groups<int> byType;
     Access::GetMessagesByItemType(f.protocol, listOf(messages), byType);
     QCOMPARE(messages[0].itemIds, (Ids{7, 3, 7}));
-    QCOMPARE(messages[0].itemTypes, (Types{itemtype::kStation, itemtype::kPoint, itemtype::kStation}));
+    QCOMPARE(messages[0].itemTypes, (Types{kSectionItemType, kPointItemType, kSectionItemType}));
 }
 
 QTEST_GUILESS_MAIN(TestSelection)

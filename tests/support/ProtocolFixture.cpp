@@ -9,19 +9,20 @@
 
 namespace {
 
-/// The records that a host has of its item types. They go in before the protocol takes its headings.
+/// The records that a host has of its item types. They go in before the protocol takes its headings. That of
+/// the instruments has no plural text.
 void registerItemTypes()
 {
     registerEnumData(EnumData(kGeneralItemType, "Undefined", "", ""));
-    registerEnumData(EnumData(itemtype::kPoint, "Point", "пункт", "пункты"));
-    registerEnumData(EnumData(itemtype::kSection, "Section", "секция", "секции"));
-    registerEnumData(EnumData(itemtype::kStation, "Station", "станция", "станции"));
-    registerEnumData(EnumData(0x6DCD3708, "Line", "ход", "ходы"));
-    registerEnumData(EnumData(0x6DCD3711, "Loop", "полигон", "полигоны"));
-    registerEnumData(EnumData(0x6DCD370F, "Mark", "марка", "марки"));
-    registerEnumData(EnumData(0x6DCD371B, "Staff", "рейка", "рейки"));
-    registerEnumData(EnumData(itemtype::kUnnamed, "Unnamed", "", ""));
-    registerEnumData(EnumData(itemtype::kForeign, "Foreign", "прочее", "прочие"));
+    registerEnumData(EnumData(kPointItemType, "Point", "пункт", "пункты"));
+    registerEnumData(EnumData(kStationItemType, "Station", "станция", "станции"));
+    registerEnumData(EnumData(kSectionItemType, "Section", "секция", "секции"));
+    registerEnumData(EnumData(kLineItemType, "Line", "ход", "ходы"));
+    registerEnumData(EnumData(kLoopItemType, "Loop", "полигон", "полигоны"));
+    registerEnumData(EnumData(kMarkItemType, "Mark", "марка", "марки"));
+    registerEnumData(EnumData(kStaffItemType, "Staff", "рейка", "рейки"));
+    registerEnumData(EnumData(kInstrumentItemType, "Instrument", "", ""));
+    registerEnumData(EnumData(kForeignItemType, "Foreign", "прочее", "прочие"));
 }
 
 std::unique_ptr<COrvel> makeProtocol(CProjectModel& model, const QString& scheme)

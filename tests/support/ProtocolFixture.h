@@ -3,6 +3,7 @@
 #include "Orvel/store/COrvel.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
+#include "host/model/ItemTypes.h"
 #include "tests/support/CollectingApplication.h"
 
 #include <QByteArray>
@@ -11,16 +12,8 @@
 #include <memory>
 #include <vector>
 
-/// Item types that the tests use; those with a group have a heading on the page.
-namespace itemtype {
-
-constexpr int kPoint = 0x6DCD3700;   ///< group "Пункты", with a node for each item
-constexpr int kSection = 0x6DCD3703; ///< group "Секции"
-constexpr int kStation = 0x6DCD3704; ///< group "Станции", with a node for each item
-constexpr int kUnnamed = 0x6DCD371C; ///< stands among the grouped types, but its record has no plural text
-constexpr int kForeign = 0x6DCD3799; ///< no group
-
-} // namespace itemtype
+/// An item type that has no group on the page, though it has a record.
+constexpr int kForeignItemType = 0x6DCD3799;
 
 /// An element of a chosen type.
 class TypedElement : public CModelElement

@@ -3,7 +3,6 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/Desk.h"
 #include "host/enums/EnumData.h"
-#include "host/model/ItemTypeInfo.h"
 
 namespace orvel::desk {
 

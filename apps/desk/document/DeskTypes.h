@@ -1,20 +1,18 @@
 #pragma once
 
+#include "host/model/ItemTypes.h"
+
 #include <QString>
 
 namespace orvel::desk {
-
-/// Item types of the desk's items.
-constexpr int kPointItemType = 0x6DCD3700;
-constexpr int kSectionItemType = 0x6DCD3704;
 
 /// Types of the reports; what else there is to know of them stands in DeskReports.
 constexpr int kHeightCatalogue = 0x2C071401;
 constexpr int kResidualList = 0x2C071402;
 
-/// Registers the display texts of the types above and of the protocol types, in the language that is
-/// installed. A protocol takes the names of its groups when it is made, so this comes before the first
-/// project.
+/// Registers the display texts of the desk's items and reports and of the protocol types, in the language
+/// that is installed. A protocol takes the names of its groups when it is made, so this comes before the
+/// first project.
 void registerDeskTypes();
 
 /// The display text of one of these types: "Уравнивание", "секция".

@@ -15,10 +15,6 @@ namespace itemcolumns {
 enum Column { Name, Type, Height, Sigma, Difference, Residual, Lines, Report };
 constexpr int kCount = Report + 1;
 
-/// Property of the report column, and the id of its delegate.
-constexpr int kReportProperty = 0x6DCDDA04;
-constexpr int kReportDelegate = 0x6DCD8F17;
-
 /// The item's LONGID, and the value of a cell for sorting.
 enum Role { ItemIdRole = CProjectItemModel::ItemIdRole, SortRole };
 

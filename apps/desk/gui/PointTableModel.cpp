@@ -4,6 +4,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/gui/ItemColumns.h"
+#include "host/model/ItemTypes.h"
 
 namespace orvel::desk {
 
@@ -19,8 +20,8 @@ QVector<CProjectItemModel::Column> makeColumns()
     }
     CProjectItemModel::Column& report = columns[itemcolumns::Report];
     report.source = CProjectItemModel::Source::Property;
-    report.propertyId = itemcolumns::kReportProperty;
-    report.delegateId = itemcolumns::kReportDelegate;
+    report.propertyId = kWarningReportProperty;
+    report.delegateId = kWarningReportDelegate;
     return columns;
 }
 
@@ -72,7 +73,7 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
     case itemcolumns::Lines:
         return document.getSummary().linesOfItem.value(point.getId());
     case itemcolumns::Report:
-        return getProjectModel()->getPropertyValue(point, itemcolumns::kReportProperty);
+        return getProjectModel()->getPropertyValue(point, kWarningReportProperty);
     default:
         return QVariant();
     }

@@ -7,6 +7,7 @@
 #include "host/delegates/ItemDelegateFactory.h"
 #include "host/model/CModelElement.h"
 #include "host/model/CProjectModel.h"
+#include "host/model/ItemTypes.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QAbstractProxyModel>
@@ -36,7 +37,7 @@ ReportColumnDelegate::ReportColumnDelegate(ProjectWindow* projectWindow, QObject
     : QStyledItemDelegate(parent)
     , window(projectWindow)
     , registeredDelegate(ItemDelegateFactory::instance()->createDelegate(
-          itemcolumns::kReportDelegate, projectWindow->getModel(), itemcolumns::kReportProperty, this))
+          kWarningReportDelegate, projectWindow->getModel(), kWarningReportProperty, this))
 {}
 
 QWidget* ReportColumnDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,

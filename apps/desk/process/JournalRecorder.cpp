@@ -10,7 +10,6 @@
 #include "apps/desk/reports/DeskReports.h"
 #include "host/app/SDIApplication.h"
 #include "host/enums/EnumData.h"
-#include "host/model/ItemTypeInfo.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
 #include "host/model/CModelElement.h"
-#include "host/model/ItemTypeInfo.h"
+#include "host/model/ItemTypes.h"
 #include "tests/host/model/RecordingObserver.h"
 
 #include <QBuffer>

@@ -1,6 +1,7 @@
 #include "host/model/CProject.h"
 #include "host/model/CProjectModel.h"
 #include "host/model/CommonPropertyGetSetIsReadonlyStrategy.h"
+#include "host/model/ItemTypes.h"
 #include "host/model/ModelInitializer.h"
 #include "tests/host/model/RecordingObserver.h"
 #include "tests/host/model/TypedItem.h"
