@@ -1334,6 +1334,10 @@ l1 — L1 analysis: search for gross errors
         <source>строка из %1 знаков показана не целиком, целиком — в протоколе</source>
         <translation>a line of %1 characters is not shown in full; it is in the protocol</translation>
     </message>
+    <message>
+        <source>это ссылка другого пользователя в общей папке</source>
+        <translation>it is a link of another user in a shared folder</translation>
+    </message>
 </context>
 <context>
     <name>Orvel</name>

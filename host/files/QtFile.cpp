@@ -9,6 +9,8 @@
 #include <QSaveFile>
 
 #include <cerrno>
+#include <optional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -61,6 +63,39 @@ protected:
         return written;
     }
 };
+
+/// The descriptor that a path like /dev/stdout stands for. Opened by its name a regular file behind it would
+/// be written from its start, or replaced; this one is written where it stands.
+std::optional<int> findDescriptor(const QString& path)
+{
+    const QString clean = QDir::cleanPath(path);
+    const QStringList streams{QStringLiteral("/dev/stdin"), QStringLiteral("/dev/stdout"),
+                              QStringLiteral("/dev/stderr")};
+    if (streams.contains(clean))
+        return streams.indexOf(clean);
+    for (const auto& folder : {QStringLiteral("/dev/fd/"), QStringLiteral("/proc/self/fd/")}) {
+        bool isNumber = false;
+        const int number = clean.mid(folder.size()).toInt(&isNumber);
+        if (clean.startsWith(folder) && isNumber)
+            return number;
+    }
+    return std::nullopt;
+}
+
+/// Whether the path is a link that somebody else has laid into a folder where everybody may: it could lead
+/// what is written over any file of this user.
+bool isForeignLink(const QString& path)
+{
+    struct stat link = {};
+    struct stat folder = {};
+    if (lstat(QFile::encodeName(path).constData(), &link) != 0 || !S_ISLNK(link.st_mode))
+        return false;
+    const QByteArray folderPath = QFile::encodeName(QFileInfo(path).absolutePath());
+    if (stat(folderPath.constData(), &folder) != 0)
+        return false;
+    const bool isShared = (folder.st_mode & S_ISVTX) != 0 && (folder.st_mode & S_IWOTH) != 0;
+    return isShared && link.st_uid != geteuid() && link.st_uid != folder.st_uid;
+}
 
 } // namespace
 
@@ -115,6 +150,13 @@ void QtFile::openForReading(QIODevice::OpenMode mode)
 
 void QtFile::openForWriting(QIODevice::OpenMode mode)
 {
+    if (const std::optional<int> descriptor = findDescriptor(path)) {
+        openDescriptor(*descriptor, mode);
+        return;
+    }
+    if (isForeignLink(path))
+        fail(qor::CFileException::CannotOpen, path,
+             QCoreApplication::translate("Host", "это ссылка другого пользователя в общей папке"));
     const QFileInfo target(path);
     std::unique_ptr<QFileDevice> writeFile;
     // A device or a pipe must be written to, not replaced by a file.
@@ -125,4 +167,15 @@ void QtFile::openForWriting(QIODevice::OpenMode mode)
     if (!writeFile->open(mode))
         fail(qor::CFileException::CannotOpen, path, writeFile->errorString());
     file = std::move(writeFile);
+}
+
+void QtFile::openDescriptor(int descriptor, QIODevice::OpenMode mode)
+{
+    auto stream = std::make_unique<QFile>();
+    const int own = dup(descriptor);
+    if (own < 0)
+        fail(qor::CFileException::CannotOpen, path, qt_error_string());
+    if (!stream->open(own, mode, QFileDevice::AutoCloseHandle))
+        fail(qor::CFileException::CannotOpen, path, stream->errorString());
+    file = std::move(stream);
 }

@@ -13,7 +13,9 @@ class QFileDevice;
 /// reason.
 ///
 /// What is written goes to a file beside the target, which replaces the target on close(): whatever happens
-/// before, the old file stays whole. Where the path leads to a device or a pipe, it is written directly.
+/// before, the old file stays whole. Where the path leads to a device or a pipe, it is written directly; a
+/// path like /dev/stdout is written where that stream stands. A link that another user has laid into a folder
+/// where everybody may, like /tmp, is not followed for writing.
 class HOST_EXPORT QtFile
 {
 public:
@@ -35,6 +37,7 @@ public:
 private:
     void openForReading(QIODevice::OpenMode mode);
     void openForWriting(QIODevice::OpenMode mode);
+    void openDescriptor(int descriptor, QIODevice::OpenMode mode);
 
     QString path;
     std::unique_ptr<QFileDevice> file;

@@ -43,6 +43,11 @@ private Q_SLOTS:
     void permissionsOfTheOldFileStay();
     void linkStaysAndItsTargetIsReplaced();
     void pipeIsWrittenDirectly();
+    void streamIsWrittenWhereItStands_data();
+    void streamIsWrittenWhereItStands();
+    void closedStreamCannotBeWritten();
+    void linkOfAnotherUserInASharedFolderIsNotFollowed_data();
+    void linkOfAnotherUserInASharedFolderIsNotFollowed();
     void deviceIsThereWhileTheFileIsOpen();
     void closingTwiceDoesNothing();
     void missingFileCannotBeRead();
@@ -218,6 +223,75 @@ void TestQtFile::pipeIsWrittenDirectly()
 
     QCOMPARE(QByteArray(received.data(), static_cast<int>(count)), QByteArrayLiteral("line"));
     QVERIFY(S_ISFIFO(status.st_mode));
+}
+
+void TestQtFile::streamIsWrittenWhereItStands_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::newRow("dev") << QStringLiteral("/dev/fd/%1");
+    QTest::newRow("proc") << QStringLiteral("/proc/self/fd/%1");
+    QTest::newRow("longer way") << QStringLiteral("/dev/../dev/fd//%1");
+}
+
+void TestQtFile::streamIsWrittenWhereItStands()
+{
+    QFETCH(QString, pattern);
+    writeFile(path, "before\n");
+    const int log = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    QtFile file(pattern.arg(log));
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("line\n");
+    file.close();
+    // The stream is still open for others.
+    QCOMPARE(::write(log, "after\n", 6), ssize_t(6));
+    ::close(log);
+
+    QCOMPARE(readFile(path), QByteArrayLiteral("before\nline\nafter\n"));
+}
+
+void TestQtFile::closedStreamCannotBeWritten()
+{
+    const QString stream = QStringLiteral("/dev/fd/987");
+    QtFile file(stream);
+    const FileFailure failure = getFailure([&] { file.open(QIODevice::WriteOnly); });
+
+    QCOMPARE(failure.code, int(CFileException::CannotOpen));
+    QCOMPARE(failure.description, cannotOpen(stream, QStringLiteral("Bad file descriptor")));
+}
+
+void TestQtFile::linkOfAnotherUserInASharedFolderIsNotFollowed_data()
+{
+    QTest::addColumn<int>("folderMode");
+    QTest::addColumn<uint>("linkOwner");
+    QTest::addColumn<bool>("isFollowed");
+    const uint nobody = 65534;
+    QTest::newRow("another user's, shared folder") << 01777 << nobody << false;
+    QTest::newRow("another user's, own folder") << 0755 << nobody << true;
+    QTest::newRow("own, shared folder") << 01777 << uint(::geteuid()) << true;
+}
+
+void TestQtFile::linkOfAnotherUserInASharedFolderIsNotFollowed()
+{
+    QFETCH(int, folderMode);
+    QFETCH(uint, linkOwner);
+    QFETCH(bool, isFollowed);
+    const QString link = folder->filePath(QStringLiteral("link"));
+    writeFile(path, "old");
+    QVERIFY(QFile::link(path, link));
+    if (::lchown(QFile::encodeName(link).constData(), linkOwner, gid_t(-1)) != 0)
+        QSKIP("Only root can give a link away.");
+    QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), mode_t(folderMode)), 0);
+    QtFile file(link);
+    const FileFailure failure = getFailure([&] {
+        file.open(QIODevice::WriteOnly);
+        file.device()->write("new");
+        file.close();
+    });
+
+    QCOMPARE(failure.description,
+             isFollowed ? QString()
+                        : cannotOpen(link, QStringLiteral("это ссылка другого пользователя в общей папке")));
+    QCOMPARE(readFile(path), isFollowed ? QByteArrayLiteral("new") : QByteArrayLiteral("old"));
 }
 
 void TestQtFile::deviceIsThereWhileTheFileIsOpen()
