@@ -2,11 +2,9 @@
 
 #include "host/app/Application.h"
 #include "host/files/Error.h"
-#include "host/files/ExceptionText.h"
 #include "host/files/QtFile.h"
-#include "host/process/JournalBrowser.h"
-#include "host/process/JournalWriter.h"
-#include "host/process/OrderedMonitorProxy.h"
+#include "host/process/JournalPanel.h"
+#include "host/process/RunSession.h"
 #include "host/window/Display.h"
 
 #include <QCloseEvent>
@@ -21,37 +19,13 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScopedValueRollback>
-#include <QTextBrowser>
-#include <QTextDocument>
-#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace {
-
-// How often the window takes what the run has written, and how long it may work on it at a time.
-constexpr std::chrono::milliseconds kBatchInterval{30};
-constexpr std::chrono::milliseconds kDeliveryBudget{12};
-constexpr std::chrono::milliseconds kJournalBudget{10};
-// While lines pour in faster than they can be taken, most of them will never be shown: a few now and then do.
-constexpr std::chrono::milliseconds kBusyJournalBudget{3};
-constexpr std::chrono::milliseconds kBusyJournalInterval{100};
-// A run that is over waits until the journal has shown its last lines, unless more than so many are left.
-constexpr std::size_t kAwaitedLines = 500;
-
-// Colours that can be told from both a light and a dark background carry the marks only; texts keep the
-// colours of the palette.
-const char* const kJournalStyle = "p { margin: 1px 0px 1px 0px; }"
-                                  ".error .mark { color: #d9363e; }"
-                                  ".warning .mark { color: #c77700; }"
-                                  ".message .mark { color: #2f7fd1; }"
-                                  ".error { font-weight: 600; }"
-                                  ".detail { font-style: italic; }";
 
 struct Text
 {
@@ -68,40 +42,11 @@ QString getTimeText(qint64 milliseconds)
     return seconds < 3600 ? tail : QString::number(seconds / 3600) + QLatin1Char(':') + tail;
 }
 
-/// The journal as a page in which nothing is loaded and nothing runs, whatever its lines hold.
-QByteArray makePage(const QTextDocument& journal)
-{
-    QString html = journal.toHtml("utf-8");
-    html.replace(QLatin1String("<head>"),
-                 QLatin1String("<head><meta http-equiv=\"Content-Security-Policy\" "
-                               "content=\"default-src 'none'; style-src 'unsafe-inline'\" />"));
-    return html.toUtf8();
-}
-
-void runInThread(const CProcessMonitor::RunFunction& function, OrderedMonitorProxy& monitor)
-{
-    bool isFailed = false;
-    try {
-        function(monitor);
-    } catch (...) {
-        isFailed = true;
-        // An exception's text is plain, a line is HTML.
-        const std::wstring text = exceptions::getExceptionText(std::current_exception());
-        monitor.writeError(QString::fromStdWString(text).toHtmlEscaped().toStdWString());
-    }
-    monitor.setFinished(isFailed);
-}
-
 } // namespace
 
 CProcessMonitor::CProcessMonitor(QWidget* parent, Qt::WindowFlags flags) : QDialog(parent, flags)
 {
     createWidgets();
-    journalWriter = std::make_unique<JournalWriter>(journal);
-    batchTimer = new QTimer(this);
-    batchTimer->setSingleShot(true);
-    connect(batchTimer, &QTimer::timeout, this, &CProcessMonitor::deliverBatch);
-    connect(this, &CProcessMonitor::runWaits, this, &CProcessMonitor::serveRun, Qt::QueuedConnection);
     stateText = Text::tr("Готово к выполнению");
     showState();
 }
@@ -113,7 +58,8 @@ CProcessMonitor::~CProcessMonitor()
 
 QTextBrowser* CProcessMonitor::getJournal() const
 {
-    return journal;
+    journal->requestAll();
+    return journal->getBrowser();
 }
 
 void CProcessMonitor::start(RunFunction function)
@@ -124,10 +70,11 @@ void CProcessMonitor::start(RunFunction function)
     }
     prepareRun();
     onStarted();
-    proxy = std::make_unique<OrderedMonitorProxy>(silentMode, [this] { Q_EMIT runWaits(QPrivateSignal()); });
-    worker = std::thread(runInThread, std::move(function), std::ref(*proxy));
+    session = std::make_unique<RunSession>(*this, linkSource, silentMode);
+    connect(session.get(), &RunSession::delivered, this, &CProcessMonitor::showDelivered);
+    connect(session.get(), &RunSession::ended, this, &CProcessMonitor::finishRun);
+    session->start(std::move(function));
     showState();
-    batchTimer->start(kBatchInterval);
 }
 
 bool CProcessMonitor::isRunning() const
@@ -149,24 +96,24 @@ bool CProcessMonitor::waitForFinished()
 
 void CProcessMonitor::stop()
 {
-    if (!running || proxy == nullptr || proxy->isStopRequested())
+    if (!running || session == nullptr || session->isStopRequested())
         return;
-    proxy->requestStop();
+    session->requestStop();
     stateText = Text::tr("Останавливается…");
     showState();
 }
 
 void CProcessMonitor::setPaused(bool paused)
 {
-    if (!running || proxy == nullptr)
+    if (!running || session == nullptr)
         return;
-    proxy->setPaused(paused);
+    session->setPaused(paused);
     showState();
 }
 
 bool CProcessMonitor::isPaused() const
 {
-    return running && proxy != nullptr && proxy->isPaused();
+    return running && session != nullptr && session->isPaused();
 }
 
 void CProcessMonitor::setStopQuestion(StopQuestion question)
@@ -214,7 +161,7 @@ void CProcessMonitor::finishProtocolStage()
 
 bool CProcessMonitor::isProcessRunning() const
 {
-    return running && (proxy == nullptr || proxy->isProcessRunning());
+    return running && (session == nullptr || !session->isStopRequested());
 }
 
 void CProcessMonitor::setSilent(bool silent)
@@ -272,7 +219,7 @@ void CProcessMonitor::write(std::wstring text, std::wstring detail)
 
 bool CProcessMonitor::wasErrors() const
 {
-    return errorsShown || (proxy != nullptr && proxy->wasErrors());
+    return errorsShown || (session != nullptr && session->wasErrors());
 }
 
 std::wstring CProcessMonitor::getItemLink(LONGID, const std::wstring& text)
@@ -327,12 +274,11 @@ void CProcessMonitor::onProtocolPushed()
     Application* application = Application::instance();
     if (application == nullptr)
         return;
-    journalWriter->flush(std::chrono::hours(1)); // all that waits
     const QString path = Application::getTmpFileName(QStringLiteral("journal_%1.html"));
     try {
         QtFile file(path);
         file.open(QIODevice::WriteOnly);
-        file.device()->write(makePage(*journal->document()));
+        file.device()->write(journal->makePage());
         file.close();
     } catch (const exceptions::Error& error) {
         Application::warning(QString::fromStdWString(error.getText()), this);
@@ -360,14 +306,16 @@ void CProcessMonitor::closeEvent(QCloseEvent* event)
     QDialog::closeEvent(event);
 }
 
+void CProcessMonitor::setLinkSource(LinkQuestions::LinkSource source)
+{
+    linkSource = std::move(source);
+}
+
 void CProcessMonitor::shutdown()
 {
-    batchTimer->stop();
     delete questionBox;
-    if (proxy != nullptr)
-        proxy->abandon();
-    if (worker.joinable())
-        worker.join();
+    if (session != nullptr)
+        session->abandon();
     if (running)
         interrupted = true;
     running = false;
@@ -389,13 +337,7 @@ void CProcessMonitor::createWidgets()
     progressBar->setRange(0, 100);
     progressBar->setValue(0);
     progressBar->setAccessibleName(Text::tr("Выполнено, в процентах"));
-    journalNote = new QLabel(this);
-    journalNote->setWordWrap(true);
-    journalNote->hide();
-    journal = new JournalBrowser(this);
-    journal->setOpenLinks(false);
-    journal->setAccessibleName(Text::tr("Журнал"));
-    journal->document()->setDefaultStyleSheet(QLatin1String(kJournalStyle));
+    journal = new JournalPanel(this);
 
     auto* stageRow = new QHBoxLayout;
     stageRow->addWidget(stageLabel, 1);
@@ -403,7 +345,6 @@ void CProcessMonitor::createWidgets()
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(stageRow);
     layout->addWidget(progressBar);
-    layout->addWidget(journalNote);
     layout->addWidget(journal, 1);
     layout->addLayout(createButtonRow());
     resize(760, 520);
@@ -439,9 +380,8 @@ QPushButton* CProcessMonitor::createButton(const QString& text)
 
 void CProcessMonitor::prepareRun()
 {
-    batchTimer->stop(); // the journal of the run before may still have been filling
-    proxy.reset();
-    journalWriter->clear();
+    session.reset();
+    journal->clear();
     stages.clear();
     progressBar->setValue(progressBar->minimum());
     stateText = Text::tr("Выполняется…");
@@ -450,74 +390,28 @@ void CProcessMonitor::prepareRun()
     errorsShown = false;
     interrupted = false;
     runTime.start();
-    journalPause.start();
 }
 
 void CProcessMonitor::writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail)
 {
     if (silentMode)
         return;
-    journalWriter->append(kind, text, detail);
-    if (!running && !journalWriter->flush(kJournalBudget))
-        batchTimer->start(0);
+    journal->append(kind, text, detail);
+    if (!running)
+        journal->showLatest();
 }
 
-void CProcessMonitor::serveRun()
+void CProcessMonitor::showDelivered(bool isBusy)
 {
-    if (!running || proxy == nullptr)
-        return;
-    proxy->answerQuestions(*this);
-    if (proxy->isDeliveryUrgent())
-        deliverBatch();
-}
-
-void CProcessMonitor::deliverBatch()
-{
-    if (delivering)
-        return; // an override that runs an event loop of its own
-    if (isRunOver()) {
-        finishRun();
-        return;
-    }
-    bool isDelivered = true;
-    bool isShown = true;
-    {
-        const QScopedValueRollback<bool> guard(delivering, true);
-        if (running)
-            isDelivered = proxy->deliver(*this, kDeliveryBudget);
-        isShown = showLines(isDelivered);
-    }
-    showJournalNote();
+    journal->showNews(isBusy);
     showTime();
-    // What ends the run may take its time, so it comes after the events that came meanwhile.
-    if (!isDelivered || !isShown || isRunOver())
-        batchTimer->start(0);
-    else if (running)
-        batchTimer->start(kBatchInterval);
-}
-
-bool CProcessMonitor::isRunOver() const
-{
-    const std::size_t waitingLines = journalWriter->getWaitingCount();
-    return running && proxy->isDrained() && (waitingLines == 0 || waitingLines > kAwaitedLines);
-}
-
-bool CProcessMonitor::showLines(bool isDelivered)
-{
-    if (!isDelivered && !journalPause.hasExpired(kBusyJournalInterval.count()))
-        return false;
-    const bool isShown = journalWriter->flush(isDelivered ? kJournalBudget : kBusyJournalBudget);
-    journalPause.start();
-    return isShown;
 }
 
 void CProcessMonitor::finishRun()
 {
-    if (journalWriter->getWaitingCount() > 0)
-        batchTimer->start(0);
     delete questionBox;
-    worker.join();
-    interrupted = proxy->isStopRequested() || proxy->isFailed();
+    journal->showLatest();
+    interrupted = session->isInterrupted();
     running = false;
     stages.clear();
     onThreadFinished();
@@ -533,7 +427,7 @@ void CProcessMonitor::askToStop(bool thenClose)
 {
     if (!running)
         return;
-    const bool isStopping = proxy != nullptr && proxy->isStopRequested();
+    const bool isStopping = session != nullptr && session->isStopRequested();
     if (!isStopping && isQuestionWanted()) {
         showStopQuestion(thenClose);
         return;
@@ -577,7 +471,7 @@ bool CProcessMonitor::isQuestionWanted() const
 
 void CProcessMonitor::showState()
 {
-    const bool canStop = running && proxy != nullptr && !proxy->isStopRequested();
+    const bool canStop = running && session != nullptr && !session->isStopRequested();
     stopButton->setEnabled(canStop);
     pauseButton->setEnabled(canStop);
     pauseButton->setText(isPaused() ? Text::tr("Пр&одолжить") : Text::tr("П&ауза"));
@@ -592,23 +486,10 @@ void CProcessMonitor::showState()
     else
         stageLabel->setText(isPaused() ? pausedText : stageText);
     showTime();
-    showJournalNote();
 }
 
 void CProcessMonitor::showTime()
 {
     if (running)
         timeLabel->setText(getTimeText(runTime.elapsed()));
-}
-
-void CProcessMonitor::showJournalNote()
-{
-    const qint64 omitted = journalWriter->getOmittedCount();
-    journalNote->setVisible(omitted > 0);
-    if (omitted > 0) {
-        const QLocale locale;
-        journalNote->setText(
-            Text::tr("Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе.")
-                .arg(locale.toString(JournalWriter::kLineLimit), locale.toString(omitted)));
-    }
 }

@@ -3,6 +3,7 @@
 #include "host/host_export.h"
 #include "host/process/IProcessMonitor.h"
 #include "host/process/JournalWriter.h"
+#include "host/process/LinkQuestions.h"
 #include "host/process/ProgressImplementation.h"
 
 #include <QDialog>
@@ -14,23 +15,22 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <thread>
 
-class OrderedMonitorProxy;
+class JournalPanel;
+class RunSession;
 class QLabel;
 class QLayout;
 class QMessageBox;
 class QProgressBar;
 class QPushButton;
 class QTextBrowser;
-class QTimer;
 
 /// The progress window: shows one processing run with its journal, stage and percentage, lets the user
 /// pause and stop it, and leads to its protocol.
 ///
 /// start() runs a function in a thread of its own. The function never gets the window: it gets an
-/// OrderedMonitorProxy, whose calls arrive here in the GUI thread, in order and in batches. So every
-/// operation of this class, the overrides of derived classes included, runs in the GUI thread only.
+/// OrderedMonitorProxy, whose calls arrive here in the GUI thread, in order and in batches (RunSession). So
+/// every operation of this class, the overrides of derived classes included, runs in the GUI thread only.
 ///
 /// A derived class that overrides one of the QString writers hides the wide ones of the same name; it
 /// brings them back by `using CProcessMonitor::writeError;` and so on.
@@ -79,7 +79,8 @@ public:
     /// Stops a run that still works and waits for it; see the class comment.
     ~CProcessMonitor() override;
 
-    /// The journal. Its links are not followed by itself; connect to its anchorClicked().
+    /// The journal. Its links are not followed by itself; connect to its anchorClicked(). Lines that nobody
+    /// has seen yet are brought into its document when it is asked for, many of them bit by bit.
     QTextBrowser* getJournal() const;
 
     /// Empties the journal, calls onStarted() and runs @p function in a thread of its own. An exception
@@ -131,13 +132,14 @@ public:
     void reject() override;
 
 Q_SIGNALS:
-    /// The run's thread is over and onThreadFinished() has been called. After many lines the journal goes on
-    /// filling for a moment.
+    /// The run's thread is over and onThreadFinished() has been called.
     void runFinished();
-    /// Emitted in the run's thread when the run waits for this window.
-    void runWaits(QPrivateSignal);
 
 protected:
+    /// Tells from where a run may take the links of all items at once, so that it needs not wait for this
+    /// window at each. They must be those of getItemLink(): a class that overrides it gives its own source,
+    /// or an empty one.
+    void setLinkSource(LinkQuestions::LinkSource source);
     /// Stops a run that still works and waits for it. Nothing more is delivered and no virtual function is
     /// called, neither now nor later; runFinished() is not emitted for that run.
     void shutdown();
@@ -150,40 +152,31 @@ private:
     QPushButton* createButton(const QString& text);
     void prepareRun();
     void writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail);
-    void serveRun();
-    void deliverBatch();
-    bool showLines(bool isDelivered);
-    bool isRunOver() const;
+    void showDelivered(bool isBusy);
     void finishRun();
     void askToStop(bool thenClose);
     void showStopQuestion(bool thenClose);
     bool isQuestionWanted() const;
     void showState();
     void showTime();
-    void showJournalNote();
 
     QLabel* stageLabel = nullptr;
     QLabel* timeLabel = nullptr;
     QProgressBar* progressBar = nullptr;
-    QLabel* journalNote = nullptr;
-    QTextBrowser* journal = nullptr;
+    JournalPanel* journal = nullptr;
     QPushButton* stopButton = nullptr;
     QPushButton* pauseButton = nullptr;
     QPushButton* protocolButton = nullptr;
     QPushButton* closeButton = nullptr;
     QPointer<QMessageBox> questionBox;
-    QTimer* batchTimer = nullptr;
 
-    std::unique_ptr<JournalWriter> journalWriter;
-    std::unique_ptr<OrderedMonitorProxy> proxy; // of the latest run
-    std::thread worker;
-    QStringList stages; // open, the outermost first
-    QString stateText;  // shown while no stage is open
+    LinkQuestions::LinkSource linkSource;
+    std::unique_ptr<RunSession> session; // of the latest run
+    QStringList stages;                  // open, the outermost first
+    QString stateText;                   // shown while no stage is open
     QElapsedTimer runTime;
-    QElapsedTimer journalPause; // since lines were shown
     StopQuestion stopQuestion = StopQuestion::OnDisplay;
     bool running = false;
-    bool delivering = false;
     bool closeWanted = false;
     bool silentMode = false;
     bool errorsShown = false;

@@ -64,43 +64,50 @@ JournalWriter::~JournalWriter() = default;
 
 void JournalWriter::clear()
 {
-    waiting.clear();
-    shownBlockCounts.clear();
+    lines.clear();
     omittedCount = 0;
-    journal->clear();
+    emptyDocument();
 }
 
 void JournalWriter::append(Kind kind, const QString& text, const QString& detail)
 {
-    waiting.push_back({kind, getShortened(text), getShortened(detail)});
-    if (waiting.size() <= kLineLimit)
+    lines.push_back({kind, getShortened(text), getShortened(detail)});
+    if (lines.size() <= kLineLimit)
         return;
-    waiting.pop_front();
+    lines.pop_front();
     ++omittedCount;
-    omittedCount += static_cast<qint64>(shownBlockCounts.size());
-    // All that is shown is older than the line just left out.
-    if (!shownBlockCounts.empty()) {
-        shownBlockCounts.clear();
-        journal->clear();
-    }
+    if (getShownEnd() < omittedCount)
+        emptyDocument(); // all that is shown is older than the line just left out
 }
 
-bool JournalWriter::flush(std::chrono::milliseconds budget)
+bool JournalWriter::flush(std::chrono::milliseconds budget, Extent extent)
 {
-    if (waiting.empty())
+    const bool isAllWanted = extent == Extent::All;
+    if (getShownEnd() == getEnd() && (!isAllWanted || isComplete()))
         return true;
 
-    const QTextCursor topLine = journal->cursorForPosition(QPoint(0, 0));
-    const int topLineY = journal->cursorRect(topLine).y();
+    const TimePoint deadline = std::chrono::steady_clock::now() + budget;
+    const bool isFollowed = isAtEnd;
+    const QTextCursor topLine = isFollowed ? QTextCursor() : journal->cursorForPosition(QPoint(0, 0));
+    const int topLineY = isFollowed ? 0 : journal->cursorRect(topLine).y();
 
-    insertLines(std::chrono::steady_clock::now() + budget);
+    if (isFollowed && !isAllWanted)
+        skipToNewest();
     trimDocument();
+    insertNewLines(deadline);
+    if (isAllWanted && getShownEnd() == getEnd())
+        insertEarlierLines(deadline);
 
-    if (!isAtEnd) { // what the user reads stays where it is
+    if (!isFollowed) { // what the user reads stays where it is
         QScrollBar* scrollBar = journal->verticalScrollBar();
         scrollBar->setValue(scrollBar->value() + journal->cursorRect(topLine).y() - topLineY);
     }
-    return waiting.empty();
+    return getShownEnd() == getEnd() && (!isAllWanted || isComplete());
+}
+
+bool JournalWriter::isComplete() const
+{
+    return shownBegin == omittedCount && getShownEnd() == getEnd();
 }
 
 QString JournalWriter::getLineHtml(Kind kind, const QString& text, const QString& detail)
@@ -123,26 +130,53 @@ void JournalWriter::followIfAtEnd()
         journal->verticalScrollBar()->setValue(journal->verticalScrollBar()->maximum());
 }
 
-void JournalWriter::insertLines(std::chrono::steady_clock::time_point deadline)
+void JournalWriter::emptyDocument()
+{
+    shownBegin = omittedCount;
+    if (blockCounts.empty())
+        return;
+    blockCounts.clear();
+    journal->clear();
+}
+
+/// Leaves out, for now, what would scroll through faster than anybody reads.
+void JournalWriter::skipToNewest()
+{
+    if (getEnd() - getShownEnd() <= kNewestCount)
+        return;
+    emptyDocument();
+    shownBegin = getEnd() - kNewestCount;
+}
+
+void JournalWriter::insertNewLines(TimePoint deadline)
 {
     QTextCursor cursor(journal->document());
     cursor.beginEditBlock();
-    do {
-        const Line line = std::move(waiting.front());
-        waiting.pop_front();
-        insertLine(cursor, line);
-    } while (!waiting.empty() && std::chrono::steady_clock::now() < deadline);
+    bool isInTime = true;
+    while (isInTime && getShownEnd() < getEnd()) {
+        insertLast(cursor, getLine(getShownEnd()));
+        isInTime = std::chrono::steady_clock::now() < deadline;
+    }
     cursor.endEditBlock();
 }
 
-void JournalWriter::insertLine(QTextCursor& cursor, const Line& line)
+void JournalWriter::insertEarlierLines(TimePoint deadline)
+{
+    QTextCursor cursor(journal->document());
+    cursor.beginEditBlock();
+    while (shownBegin > omittedCount && std::chrono::steady_clock::now() < deadline)
+        insertFirst(cursor, getLine(shownBegin - 1));
+    cursor.endEditBlock();
+}
+
+void JournalWriter::insertLast(QTextCursor& cursor, const Line& line)
 {
     const QString html = getLineHtml(line.kind, line.text, line.detail);
     const QTextDocument* document = journal->document();
     cursor.movePosition(QTextCursor::End);
-    if (shownBlockCounts.empty()) {
+    if (blockCounts.empty()) {
         cursor.insertHtml(html);
-        shownBlockCounts.push_back(document->blockCount());
+        blockCounts.push_back(document->blockCount());
         return;
     }
     // The first paragraph of inserted HTML takes on the format of the paragraph that it goes into. So a
@@ -152,21 +186,53 @@ void JournalWriter::insertLine(QTextCursor& cursor, const Line& line)
     cursor.insertHtml(QLatin1Char('.') + html);
     cursor.setPosition(endOfLineBefore);
     cursor.deleteChar();
-    shownBlockCounts.push_back(document->blockCount() - blockCountBefore);
+    blockCounts.push_back(document->blockCount() - blockCountBefore);
 }
 
+void JournalWriter::insertFirst(QTextCursor& cursor, const Line& line)
+{
+    const QTextDocument* document = journal->document();
+    const int blockCountBefore = document->blockCount();
+    cursor.setPosition(0);
+    cursor.insertBlock(cursor.blockFormat(), cursor.blockCharFormat());
+    cursor.setPosition(0);
+    cursor.setBlockFormat(QTextBlockFormat());
+    cursor.setBlockCharFormat(QTextCharFormat());
+    // As in insertLast(), a character goes ahead, here into a paragraph of its own. With that paragraph the
+    // format of the line's first one would go, too.
+    cursor.insertHtml(QLatin1Char('.') + getLineHtml(line.kind, line.text, line.detail));
+    const QTextBlock firstBlock = document->firstBlock().next();
+    const QTextBlockFormat blockFormat = firstBlock.blockFormat();
+    const QTextCharFormat charFormat = firstBlock.charFormat();
+    cursor.setPosition(0);
+    cursor.deleteChar();
+    cursor.deleteChar();
+    cursor.setBlockFormat(blockFormat);
+    cursor.setBlockCharFormat(charFormat);
+    blockCounts.push_front(document->blockCount() - blockCountBefore);
+    --shownBegin;
+}
+
+/// Takes out the lines that are not kept any more.
 void JournalWriter::trimDocument()
 {
     int surplus = 0;
-    while (shownBlockCounts.size() > kLineLimit) {
-        surplus += shownBlockCounts.front();
-        shownBlockCounts.pop_front();
-        ++omittedCount;
+    while (shownBegin < omittedCount && !blockCounts.empty()) {
+        surplus += blockCounts.front();
+        blockCounts.pop_front();
+        ++shownBegin;
     }
     if (surplus == 0)
         return;
+    if (blockCounts.empty())
+        return journal->clear();
     // A passing limit takes away the oldest blocks; a lasting one would count blocks, where we count lines.
     QTextDocument* document = journal->document();
     document->setMaximumBlockCount(document->blockCount() - surplus);
     document->setMaximumBlockCount(0);
+}
+
+const JournalWriter::Line& JournalWriter::getLine(qint64 number) const
+{
+    return lines[static_cast<std::size_t>(number - omittedCount)];
 }

@@ -6,7 +6,6 @@
 #include <QString>
 
 #include <chrono>
-#include <cstddef>
 #include <deque>
 
 class QTextBrowser;
@@ -14,8 +13,9 @@ class QTextCursor;
 
 /// Brings lines into a journal without freezing it, however many come.
 ///
-/// Lines wait here and go into the document a few at a time. The journal keeps the newest lines only: what
-/// would scroll off at once never enters the document.
+/// The newest lines are kept as they are; only what flush() is asked for is laid out. The journal begins with
+/// the end: while lines pour in only the last ones enter the document, and the earlier ones follow when
+/// somebody wants to see them all.
 ///
 /// A line is `<p class="K"><span class="mark">M</span> text <span class="detail">detail</span></p>`, with
 /// `error`, `warning`, `message` or `service` for K; a service line has no mark, and without a detail there
@@ -27,8 +27,16 @@ class HOST_EXPORT JournalWriter : public QObject
 public:
     enum class Kind { Error, Warning, Message, Service };
 
+    /// What flush() brings into the document.
+    enum class Extent {
+        Newest, ///< at least the last lines, more than a journal shows at a time
+        All     ///< all that are kept
+    };
+
     /// How many lines a journal keeps.
     static constexpr int kLineLimit = 10000;
+    /// How many lines enter the document before earlier ones do.
+    static constexpr int kNewestCount = 100;
     /// Of a text with more characters only the beginning is shown.
     static constexpr int kLengthLimit = 10000;
 
@@ -36,23 +44,29 @@ public:
     explicit JournalWriter(QTextBrowser* journalBrowser);
     ~JournalWriter() override;
 
-    /// Empties the journal and forgets the lines that wait.
+    /// Empties the journal and forgets all lines.
     void clear();
     /// Appends a line. @p text and @p detail are HTML; the detail, if any, is shown behind the text.
     void append(Kind kind, const QString& text, const QString& detail);
-    /// Shows lines that wait until none is left or @p budget is spent. A journal scrolled to its end stays
-    /// there; one that is scrolled up keeps showing the same lines.
-    /// @return true when no line waits
-    bool flush(std::chrono::milliseconds budget);
-    /// How many lines wait to be shown.
-    std::size_t getWaitingCount() const { return waiting.size(); }
-    /// How many lines the journal no longer shows.
+    /// Brings lines into the document until all of @p extent are there or @p budget is spent. A journal
+    /// scrolled to its end stays there; one that is scrolled up keeps showing the same lines.
+    /// @return true when all of the extent are there
+    bool flush(std::chrono::milliseconds budget, Extent extent = Extent::All);
+    /// Whether the document has all lines that are kept.
+    bool isComplete() const;
+    /// How many lines have come since the document got its last one.
+    qint64 getNewCount() const { return getEnd() - getShownEnd(); }
+    /// How many lines are kept.
+    int getLineCount() const { return static_cast<int>(lines.size()); }
+    /// How many lines were too early to be kept.
     qint64 getOmittedCount() const { return omittedCount; }
 
     /// The mark-up of one line as it goes into the document.
     static QString getLineHtml(Kind kind, const QString& text, const QString& detail);
 
 private:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
     struct Line
     {
         Kind kind;
@@ -60,14 +74,23 @@ private:
         QString detail;
     };
 
+    qint64 getEnd() const { return omittedCount + getLineCount(); }
+    qint64 getShownEnd() const { return shownBegin + static_cast<qint64>(blockCounts.size()); }
     void followIfAtEnd();
-    void insertLines(std::chrono::steady_clock::time_point deadline);
-    void insertLine(QTextCursor& cursor, const Line& line);
+    void emptyDocument();
+    void skipToNewest();
+    void insertNewLines(TimePoint deadline);
+    void insertEarlierLines(TimePoint deadline);
+    void insertLast(QTextCursor& cursor, const Line& line);
+    void insertFirst(QTextCursor& cursor, const Line& line);
     void trimDocument();
+    const Line& getLine(qint64 number) const;
 
     QTextBrowser* journal;
-    std::deque<Line> waiting;
-    std::deque<int> shownBlockCounts; // of each line in the document, oldest first
+    // Lines have numbers, from 0 on as they come.
+    std::deque<Line> lines; // those that are kept, from number `omittedCount` on
     qint64 omittedCount = 0;
-    bool isAtEnd = true; // the journal is scrolled to its end
+    qint64 shownBegin = 0;       // number of the first line in the document
+    std::deque<int> blockCounts; // of each line in the document, the first first
+    bool isAtEnd = true;         // the journal is scrolled to its end
 };

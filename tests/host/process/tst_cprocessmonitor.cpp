@@ -18,6 +18,7 @@
 
 #include <new>
 #include <stdexcept>
+#include <thread>
 
 Q_DECLARE_METATYPE(std::function<void()>)
 

@@ -35,6 +35,8 @@ private Q_SLOTS:
     void newestLinesStay();
     void linesOfSeveralParagraphsCountOnce();
     void floodEmptiesWhatIsOlder();
+    void newestLinesEnterFirst();
+    void earlierLinesEnterAsTheLaterOnes();
     void clearForgetsEverything();
     void overlongLineIsCutWithAWord();
     void journalAtItsEndFollows();
@@ -171,6 +173,57 @@ void TestJournalWriter::floodEmptiesWhatIsOlder()
     QCOMPARE(writer.getOmittedCount(), 110);
     QCOMPARE(journal.document()->blockCount(), JournalWriter::kLineLimit);
     QCOMPARE(journal.document()->firstBlock().text(), QStringLiteral("111"));
+}
+
+void TestJournalWriter::newestLinesEnterFirst()
+{
+    QTextBrowser journal;
+    JournalWriter writer(&journal);
+    appendNumbers(writer, 1, 1000);
+    QVERIFY(writer.flush(kNoLimit, JournalWriter::Extent::Newest));
+    QVERIFY(!writer.isComplete());
+    QCOMPARE(journal.document()->blockCount(), JournalWriter::kNewestCount);
+    QCOMPARE(journal.document()->lastBlock().text(), QStringLiteral("1000"));
+    appendNumbers(writer, 1001, 1002);
+    QVERIFY(writer.flush(kNoLimit, JournalWriter::Extent::Newest));
+    QCOMPARE(journal.document()->blockCount(), JournalWriter::kNewestCount + 2);
+    QVERIFY(writer.flush(kNoLimit));
+    QVERIFY(writer.isComplete());
+    QCOMPARE(journal.document()->blockCount(), 1002);
+    QCOMPARE(journal.document()->firstBlock().text(), QStringLiteral("1"));
+    QCOMPARE(journal.document()->lastBlock().text(), QStringLiteral("1002"));
+}
+
+// The document is the same whether lines enter it from the first to the last or the newest first.
+void TestJournalWriter::earlierLinesEnterAsTheLaterOnes()
+{
+    const auto appendLines = [](JournalWriter& writer) {
+        writer.append(Kind::Error, QStringLiteral("<b>one</b>"), QStringLiteral("net.gkf:3"));
+        writer.append(Kind::Service, QString(), QString());
+        writer.append(Kind::Service, QStringLiteral("<a href=\"x:1\"><b>never closed"), QString());
+        writer.append(Kind::Service, QStringLiteral("<p>x</p><table><tr><td>y</td></tr></table>z"),
+                      QString());
+        writer.append(Kind::Warning, QStringLiteral("<ul><li>u</li><li>v</li></ul>"), QString());
+        writer.append(Kind::Message, QStringLiteral("a\nb <a href=\"x:2\">c</a>"), QString());
+        writer.append(Kind::Service, QStringLiteral("<table><tr><td>y</td></tr></table>"), QString());
+        writer.append(Kind::Service, QStringLiteral("<h1>title</h1>"), QString());
+        appendNumbers(writer, 1, JournalWriter::kNewestCount);
+    };
+    const QString style = QStringLiteral(".error { margin-left: 7px } .error .mark { color: #010203 }");
+    QTextBrowser inOrder;
+    inOrder.document()->setDefaultStyleSheet(style);
+    JournalWriter writerInOrder(&inOrder);
+    appendLines(writerInOrder);
+    QVERIFY(writerInOrder.flush(kNoLimit));
+    QTextBrowser newestFirst;
+    newestFirst.document()->setDefaultStyleSheet(style);
+    JournalWriter writer(&newestFirst);
+    appendLines(writer);
+    QVERIFY(writer.flush(kNoLimit, JournalWriter::Extent::Newest));
+    QVERIFY(!newestFirst.toPlainText().contains(QStringLiteral("title")));
+    QVERIFY(writer.flush(kNoLimit));
+    QCOMPARE(newestFirst.toPlainText(), inOrder.toPlainText());
+    QCOMPARE(newestFirst.toHtml().split(QLatin1Char('\n')), inOrder.toHtml().split(QLatin1Char('\n')));
 }
 
 void TestJournalWriter::clearForgetsEverything()

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "host/host_export.h"
+#include "host/process/JournalWriter.h"
+
+#include <QElapsedTimer>
+#include <QWidget>
+
+class QLabel;
+class QTextBrowser;
+class QTimer;
+
+/// The journal of a progress window: its lines, and a note when the earliest are left out.
+///
+/// A journal that nobody sees lays out nothing, and one that is seen lays out the end. The lines before
+/// follow when somebody turns to the journal: with the mouse or the keyboard, or by requestAll().
+class HOST_EXPORT JournalPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit JournalPanel(QWidget* parent = nullptr);
+    ~JournalPanel() override;
+
+    QTextBrowser* getBrowser() const { return browser; }
+
+    /// Empties the journal.
+    void clear();
+    /// Appends a line, to be shown by one of the operations below.
+    void append(JournalWriter::Kind kind, const QString& text, const QString& detail);
+    /// Shows what has come, as far as somebody sees it.
+    /// @param isBusy  more comes already, so that most of it will never be seen: only now and then
+    void showNews(bool isBusy);
+    /// Shows what has come, now: a journal of a few hundred lines completely, seen or not.
+    void showLatest();
+    /// Fills the journal with all lines that are kept, a large one bit by bit.
+    void requestAll();
+    /// The journal with all lines as a page in which nothing is loaded and nothing runs, whatever they hold.
+    QByteArray makePage();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void fill();
+    void showNote();
+
+    QLabel* note;
+    QTextBrowser* browser;
+    JournalWriter* writer;
+    QTimer* fillTimer;
+    QElapsedTimer sinceShown;
+    bool isAllWanted = false;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "host/host_export.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+
+/// Whether a run goes on: its pause, its stop and its end, known to both threads.
+class HOST_EXPORT RunControl
+{
+public:
+    /// From now on the run should stop, and a paused one goes on. Too late for a run that is over.
+    void requestStop();
+    bool isStopRequested() const { return stopRequested; }
+
+    void setPaused(bool pausedByUser);
+    bool isPaused() const;
+    /// The run's thread waits here while the run is paused.
+    void waitWhilePaused();
+
+    /// Says that the run made its last call; the run's thread calls it as its last act.
+    /// @param runFailed  the run ended by an exception
+    void setFinished(bool runFailed);
+    bool isFinished() const;
+    /// True when the run ended by an exception.
+    bool isFailed() const;
+
+private:
+    mutable std::mutex mutex;
+    std::condition_variable changed;
+    bool paused = false;
+    bool finished = false;
+    bool failed = false;
+    // Asked in the inner loops of a run, hence readable without the mutex.
+    std::atomic<bool> stopRequested{false};
+};
