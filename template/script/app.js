@@ -1,7 +1,9 @@
 import { fragmentOf, readAddress, writeAddress } from "./address.js";
 import { Controls } from "./controls.js";
+import { findMissing } from "./counts.js";
 import { copyText, focusOn, listen, page, runIdle } from "./dom.js";
 import { applyFilters, Filters } from "./filter.js";
+import { keepFolds, restoreFolds } from "./folds.js";
 import { fillHeader } from "./header.js";
 import { highlight } from "./highlight.js";
 import { Ids } from "./ids.js";
@@ -16,6 +18,8 @@ import { Tree } from "./tree.js";
 import { View } from "./view.js";
 
 const pausedSearchLines = 300000;
+const manyMissing = 3;
+const goneTime = 15000;
 const typingPause = 400;
 const leavingPause = 300;
 
@@ -32,14 +36,18 @@ export class App {
     this.model = readModel(lists);
     this.ids = new Ids(this.model.items);
     this.pausesSearch = this.model.lines.length > pausedSearchLines;
-    const bar = page.querySelector("#bar");
-    bar.hidden = false;
+    const bar = page.querySelector("body > #bar");
+    for (const part of [bar, page.querySelector("body > #head")]) part.hidden = false;
     page.setAttribute("lang", language);
     this.run = fillHeader(this.model, (item) => this.reveal(item));
     this.controls = new Controls(this);
     if (this.pausesSearch) this.controls.note(say("many", this.model.lines.length));
 
+    const missing = findMissing(this.model);
+    if (missing.length) this.controls.note(say("linesMissing", missing.slice(0, manyMissing).join("; ")));
+
     this.main = page.querySelector("#protocol");
+    this.main.setAttribute("lang", this.run.language);
     this.view = new View(this.model, this.main, bar);
     this.tree = new Tree(this.model, this.view, {
       changed: (place) => this.draw(place),
@@ -60,11 +68,12 @@ export class App {
     this.filters.set(filters ?? { alike: this.settings.alike });
     if (line) this.ids.finish();
     this.filter();
+    const isRestored = restoreFolds(this.model, (node, isOpen) => this.view.setOpen(node, isOpen));
     this.tree.setCurrent(firstRow(this.model));
     if (!this.view.isPartlyLaidOut) this.draw(null);
     const first = this.model.lines.find((each) => each.kind === "error" && each.shown);
     if (this.goToId(line)) return;
-    if (first) this.tree.goTo(first, { focus: false, middle: true });
+    if (first && !isRestored) this.tree.goTo(first, { focus: false, middle: true });
     else this.draw(null);
   }
 
@@ -72,10 +81,8 @@ export class App {
     const { view } = this;
     listen(page, "keydown", (event) => handleKey(this, event));
     listen(this.main, "click", (event) => this.clicked(event));
-    listen(page, "focusin", ({ target }) => {
-      const item = view.rowOf(target);
-      if (item && item !== this.tree.current) this.tree.setCurrent(item);
-    });
+    listen(page, "focusin", ({ target }) => this.tree.focusCame(target));
+    listen(window, "pagehide", () => keepFolds(this.model));
     listen(page, "beforematch", ({ target }) => this.matched(target), true);
     // By now the page may have written its own address over the one that was gone to.
     listen(window, "hashchange", ({ newURL }) => this.addressChanged(new URL(newURL)));
@@ -255,6 +262,7 @@ export class App {
   goToId(id) {
     const item = id && this.model.items.find((candidate) => candidate.id === id);
     if (item) this.reveal(item);
+    else if (id) this.controls.tell(say("lineGone"), goneTime);
     return Boolean(item);
   }
 

@@ -1,11 +1,11 @@
 import { build, copyText, listen, page, saveFile, writeAttribute } from "./dom.js";
 import { markOf } from "./header.js";
 import { openMenu } from "./menu.js";
-import { kinds } from "./item.js";
+import { kinds, nameOf } from "./item.js";
 import { forms } from "./export.js";
 import { helpRows, say, write } from "./texts.js";
 
-const find = (id) => page.querySelector(`#bar #${id}`);
+const find = (id) => page.querySelector(`body > :is(#head, #bar) #${id}`);
 
 /** A button of the bar. With a mouse it leaves focus where it is, so that filters don't take it off the line. */
 function button(attributes, ...content) {
@@ -76,6 +76,14 @@ export class Controls {
 
   #makeMenus() {
     const { app } = this;
+    // A low window has no room for the strip of stages.
+    const stages = () =>
+      find("stages").offsetParent
+        ? []
+        : app.run.parts.map((part) => ({
+            label: say("toStage", nameOf(part) || "…"),
+            act: () => app.reveal(part),
+          }));
     const branches = () => [
       { label: say("unfoldAll"), act: () => app.tree.foldTo(Infinity) },
       { label: say("foldAll"), act: () => app.tree.foldTo(1) },
@@ -83,6 +91,7 @@ export class Controls {
         label: say("toLevel", level),
         act: () => app.tree.foldTo(level),
       })),
+      ...stages(),
     ];
     const exports = () =>
       ["copyAs", "saveAs"].flatMap((key) =>
@@ -140,8 +149,9 @@ export class Controls {
     find("printed-filters").textContent = text;
   }
 
+  /** Adds a sentence to what the page says about itself. */
   note(text) {
-    this.#setText("note", text);
+    this.#setText("note", `${find("note").textContent} ${text}`.trim());
   }
 
   #setText(id, text) {
@@ -151,11 +161,11 @@ export class Controls {
   }
 
   /** Tells a short word on what has happened. */
-  tell(text) {
+  tell(text, time = 3000) {
     clearTimeout(this.timer);
     const place = find("status");
     place.textContent = text;
-    this.timer = setTimeout(() => (place.textContent = ""), 3000);
+    this.timer = setTimeout(() => (place.textContent = ""), time);
   }
 
   showHelp() {

@@ -19,6 +19,10 @@ export function build(tag, attributes, ...children) {
 
 /** Takes from a part of the page what lines in it could still do; the policy does not keep them from all of it. */
 export function disarm(part) {
+  for (const element of part.querySelectorAll("[autofocus]")) element.removeAttribute("autofocus");
+  // Their text would be that of a control or of nothing, not the line's.
+  for (const element of part.querySelectorAll("textarea, select, iframe, noembed, noframes, xmp"))
+    element.replaceWith(element.textContent);
   for (const meta of part.querySelectorAll("meta")) meta.removeAttribute("http-equiv");
   // The policy blocks images; what stands for one must not trouble a screen reader.
   for (const image of part.querySelectorAll("img")) image.alt ||= "";

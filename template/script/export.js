@@ -27,6 +27,9 @@ function asText(lines) {
   return rows.join("\n") + "\n";
 }
 
+/** A cell that a spreadsheet would take for a formula is told from one by an apostrophe. */
+const guard = (value) => (/^[=+\-@\t\r]/.test(value) && !/^-?\d+$/.test(value) ? `'${value}` : value);
+
 const quote = (value) => (/[",\r\n]/.test(value) ? `"${value.replaceAll('"', '""')}"` : value);
 
 function asCsv(lines) {
@@ -35,7 +38,7 @@ function asCsv(lines) {
     const ids = linkedItems(line).map((item) => item.id);
     rows.push([nameOfKind(line), paths.map(join).join("; "), textOf(line), ids.join(" ")]);
   }
-  return "\ufeff" + rows.map((row) => row.map(quote).join(",") + "\r\n").join("");
+  return "\ufeff" + rows.map((row) => row.map((cell) => quote(guard(cell))).join(",") + "\r\n").join("");
 }
 
 function asJson(lines, run) {

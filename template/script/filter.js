@@ -1,3 +1,4 @@
+import { countShown } from "./counts.js";
 import { foldedOf, maskOf, textOf } from "./item.js";
 import { parseQuery } from "./search.js";
 import { say } from "./texts.js";
@@ -75,6 +76,7 @@ export function applyFilters(model, filters) {
     const item = model.items[at];
     if (item.shown) item.parent.shown = true;
   }
+  countShown(model);
   for (const node of model.branches) {
     node.rows = node.children.filter((child) => child.shown);
     node.ends = null;

@@ -1,6 +1,6 @@
 import { build, listen, page } from "./dom.js";
-import { kinds, linkedItems, nameOf } from "./item.js";
-import { say, write } from "./texts.js";
+import { kinds, linkedItems, nameOf, textOf } from "./item.js";
+import { language, say, write } from "./texts.js";
 
 const datePattern = /^\d{2}\.\d{2}\.\d{4} \d{2}:\d{2}:\d{2}$/;
 const projectPattern = /^(?:Проект|Project): /;
@@ -67,6 +67,13 @@ function verdictOf(counts, total, isFinished) {
   return [state, [errors, warnings, ...(isFinished ? [] : [say("unfinished")])].join(", ")];
 }
 
+/** The verdict in signs, for a window that has no room for its words. */
+function shortVerdict({ error, warning }, total) {
+  if (!total) return "–";
+  const parts = [error && `× ${write(error)}`, warning && `! ${write(warning)}`].filter(Boolean);
+  return parts.join("  ") || "✓";
+}
+
 /** A long service block would push the tree out of sight: what is over the limit unfolds on demand. */
 function foldService() {
   const lines = [...page.querySelectorAll(".serviceinfoblock > p.service:not([hidden])")];
@@ -93,7 +100,7 @@ function foldService() {
 
 /** Fills the header: how the run went, before any scrolling. Answers what the run says about itself. */
 export function fillHeader(model, reveal) {
-  const find = (id) => page.querySelector(`#bar #${id}`);
+  const find = (id) => page.querySelector(`body > :is(#head, #bar) #${id}`);
   const run = readRun();
   const { lines, records, isItemPage } = model;
   const counts = countKinds(records);
@@ -108,11 +115,15 @@ export function fillHeader(model, reveal) {
   const [state, verdict] = verdictOf(counts, records.length, isItemPage || run.date);
   find("verdict").className = state;
   find("verdict").replaceChildren(verdict);
+  find("verdict").dataset.short = shortVerdict(counts, records.length);
 
   const parts = partsOf(model);
   find("stages").hidden = !parts.length;
   find("stages").replaceChildren(...parts.map((part) => stageEntry(part, reveal)));
   find("stages").setAttribute("aria-label", say("stages"));
   foldService();
-  return { ...run, counts };
+  const isRussian = /[а-яё]/i.test([run.title, ...lines.slice(0, 100).map(textOf)].join(" "));
+  run.language = isRussian ? "ru" : language;
+  for (const id of ["title", "facts", "stages"]) find(id).setAttribute("lang", run.language);
+  return { ...run, counts, parts };
 }

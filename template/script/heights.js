@@ -1,5 +1,5 @@
 import { boxOf, build } from "./dom.js";
-import { makeRows } from "./item.js";
+import { makeRows, treeOf } from "./item.js";
 
 const sampledBranchRows = 200;
 const sampledBranches = 40;
@@ -129,12 +129,6 @@ export class Heights {
     for (const tree of this.model.trees) if (tree.rows.length) add(tree, startOf(tree));
     return parts;
   }
-}
-
-function treeOf(item) {
-  let node = item;
-  while (node.parent) node = node.parent;
-  return node;
 }
 
 /** Index of the first end that lies beyond a position. */

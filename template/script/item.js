@@ -16,7 +16,9 @@ const itemsByElement = new Map();
  * `markup`: of a line, what the library wrote as its text; `style`: and as its class;
  * `matches`: a line that the filters let through; `shown`: a row that stands in the tree, open branch or not;
  * `rows`: the children that are shown; `times`: how many alike lines the row stands for;
- * `record`: the first of the lines that show the same record, mostly the line itself.
+ * `record`: the first of the lines that show the same record, mostly the line itself; `repeats`: the others;
+ * `total`: how many records stand below a branch; `count`: how many of them the filters let through; of these are
+ * `errors` and `warnings`; `missing`: how many its caption counts that do not stand there.
  */
 export class Item {
   children = childless;
@@ -30,6 +32,13 @@ export class Item {
   shown = true;
   times = 0;
   record = this;
+  repeats = childless;
+  lastRecord = null;
+  total = 0;
+  count = 0;
+  errors = 0;
+  warnings = 0;
+  missing = 0;
   isNear = false;
   isLarge = false;
   height = 0;
@@ -183,6 +192,13 @@ export function pathOf(item) {
   const path = [];
   for (let at = item.parent; at.element; at = at.parent) path.unshift(nameOf(at));
   return path;
+}
+
+/** The tree in which an item stands. */
+export function treeOf(item) {
+  let node = item;
+  while (node.parent) node = node.parent;
+  return node;
 }
 
 export const linksOf = (item) => [...item.caption.querySelectorAll("a[href]")];

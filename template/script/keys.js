@@ -1,10 +1,19 @@
 const turns = { e: ["error", 1], E: ["error", -1], w: ["warning", 1], W: ["warning", -1] };
+const places = { KeyE: "e", KeyW: "w", KeyF: "f", KeyS: "s", Slash: "/" };
+
+/** The key that is meant: what it writes or, on another layout than a Latin one, what stands at its place. */
+function meantKey({ key, code, shiftKey }) {
+  if (/^[a-z/]$/i.test(key) || key.length > 1) return key;
+  const own = places[code];
+  if (!own || (own === "/" && shiftKey)) return key;
+  return shiftKey ? own.toUpperCase() : own;
+}
 
 /** Carries out a key that means the same all over the page; true when it was one. */
-function command(app, event) {
-  const turn = turns[event.key];
+function command(app, event, key) {
+  const turn = turns[key];
   if (turn && !app.tree.continuesTyping(event)) app.turnTo(...turn);
-  else if (event.key === "/") app.controls.query.select();
+  else if (key === "/") app.controls.query.select();
   else return false;
   return true;
 }
@@ -14,14 +23,15 @@ export function handleKey(app, event) {
   const { query } = app.controls;
   const isField = event.target.matches("input, textarea, dialog *, [role=menu] *");
   const isControlled = event.ctrlKey || event.metaKey;
-  if (event.key === "F3" || (isControlled && event.code === "KeyF")) app.view.spread("find");
-  if (isControlled && event.code === "KeyS") app.view.fill();
+  const key = meantKey(event);
+  if (event.key === "F3" || (isControlled && key === "f")) app.view.spread("find");
+  if (isControlled && key === "s") app.view.fill();
   if (event.target === query && event.key === "Escape" && query.value) {
     event.preventDefault();
     app.setFilters({ search: "" });
   }
   if (isField) return;
-  if (!isControlled && !event.altKey && command(app, event)) {
+  if (!isControlled && !event.altKey && command(app, event, key)) {
     event.preventDefault();
     return;
   }

@@ -57,7 +57,7 @@ export function openMenu(owner, label, entries, back = owner) {
     event.stopPropagation();
   });
   const box = boxOf(owner);
-  owner.closest("header, body").append(list);
+  owner.closest("#bar, body").append(list);
   const width = list.offsetWidth;
   list.style.left = `${Math.max(8, Math.min(box.left, page.clientWidth - width - 8))}px`;
   const below = box.bottom + 4;

@@ -1,3 +1,4 @@
+import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
 import { Item, itemOf, kinds } from "./item.js";
 
@@ -79,6 +80,7 @@ export function readModel(lists) {
   const isItemPage = lines.length > 0 && !page.querySelector(".serviceinfoblock");
   if (!isItemPage) joinRecords(branches);
   const records = lines.filter((line) => !line.isRepeat);
+  countTotals({ branches, records });
   return { items, trees, branches, lines, records, isItemPage };
 }
 
@@ -111,6 +113,7 @@ function joinLines(nodes, kind) {
       counts.set(markup, count + 1);
       if (!records.has(markup)) records.set(markup, []);
       line.record = records.get(markup)[count] ??= line;
+      if (line.isRepeat) line.record.repeats = [...line.record.repeats, line];
     }
   }
 }

@@ -1,9 +1,10 @@
 import { writeAttribute } from "./dom.js";
 import { maskOf } from "./item.js";
+import { say, write } from "./texts.js";
 
 /** What a row tells assistive software and the style: its level and place, whether it is open, how many it is. */
 function writeRowAttributes(item, position, count) {
-  const key = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0}`;
+  const key = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0} ${item.count} ${item.errors} ${item.warnings}`;
   if (item.attributesKey === key) return;
   item.attributesKey = key;
   const { element } = item;
@@ -12,7 +13,17 @@ function writeRowAttributes(item, position, count) {
   element.setAttribute("aria-setsize", count);
   writeAttribute(element, "data-last", position === count ? "" : null);
   writeAttribute(element, "aria-expanded", item.isBranch && !item.isLine ? item.isOpen : null);
+  if (!item.isLine) writeContent(item);
   if (item.times > 1 || element.hasAttribute("data-times")) writeAlikeAttributes(item);
+}
+
+/** What a branch holds: errors, warnings, and how many of its lines are shown. */
+function writeContent({ caption, errors, warnings, count, total, missing }) {
+  const parts = [errors && `× ${write(errors)}`, warnings && `! ${write(warnings)}`].filter(Boolean);
+  if (count < total) parts.push(say("someOf", count, total));
+  else if (missing) parts.push(say("below", total, total + missing));
+  writeAttribute(caption, "data-holds", parts.length ? parts.join("  ") : null);
+  writeAttribute(caption, "data-worst", errors ? "error" : warnings ? "warning" : null);
 }
 
 /** What stays the same. Only the row is a tab stop, and never a link inside. */

@@ -23,7 +23,8 @@ export class Settings {
   }
 
   keep(changes) {
-    Object.assign(this.values, changes);
+    // Another page may have kept something else since.
+    this.values = { ...this.values, ...read(), ...changes };
     try {
       localStorage.setItem(storageKey, JSON.stringify(this.values));
     } catch {

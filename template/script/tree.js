@@ -1,5 +1,5 @@
 import { boxOf, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
-import { foldedOf } from "./item.js";
+import { foldedOf, treeOf } from "./item.js";
 import { firstRow, isInOpen, lastRow, nextRow, previousRow } from "./rows.js";
 
 const wordPause = 700;
@@ -8,6 +8,8 @@ const deepestLevel = 5;
 /** Moves through the rows: one of them is the present one, the only tab stop of all trees. */
 export class Tree {
   current = null;
+  standIn = null;
+  isQuiet = false;
   typed = "";
   typedAt = 0;
 
@@ -18,7 +20,7 @@ export class Tree {
     this.calls = calls;
   }
 
-  /** Makes a row the present one. A tab stop that is not laid out lends its place to the page. */
+  /** Makes a row the present one. While it is not laid out its tree is the tab stop. */
   setCurrent(item) {
     const mark = (tabindex, current) => {
       this.current?.element.setAttribute("tabindex", tabindex);
@@ -32,20 +34,37 @@ export class Tree {
 
   /** After rows were laid out anew: there is a tab stop, and focus is not lost. */
   keepStop() {
-    const { main } = this.view;
-    const isThere = this.current && this.view.isLaidOut(this.current);
-    const hadFocus = focused() === main;
-    writeAttribute(
-      main,
-      "tabindex",
-      this.current && !isThere ? "0" : this.view.isPartlyLaidOut ? "-1" : null,
-    );
-    if (hadFocus && isThere) focusOn(this.current.element);
+    const { current, view } = this;
+    const isThere = current && view.isLaidOut(current);
+    const hadFocus = this.isStandIn(focused());
+    const standIn = current && !isThere ? treeOf(current).lists[0] : null;
+    if (standIn !== this.standIn) {
+      this.standIn?.removeAttribute("tabindex");
+      standIn?.setAttribute("tabindex", "0");
+      this.standIn = standIn;
+    }
+    if (!hadFocus) return;
+    this.isQuiet = true;
+    if (isThere) focusOn(current.element);
+    else if (standIn) focusOn(standIn);
+    this.isQuiet = false;
+  }
+
+  /** Whether an element keeps the focus for a row that is not laid out. */
+  isStandIn(element) {
+    return element === this.view.main || Boolean(element && element === this.standIn);
+  }
+
+  /** Focus has come to an element: its row is the present one, and one that it stands for comes into view. */
+  focusCame(element) {
+    const item = this.view.rowOf(element);
+    if (item && item !== this.current) this.setCurrent(item);
+    if (!item && !this.isQuiet && element === this.standIn) this.goTo(this.current);
   }
 
   get hasFocus() {
     const at = focused();
-    return at === this.view.main || Boolean(at && this.view.rowOf(at));
+    return this.isStandIn(at) || Boolean(at && this.view.rowOf(at));
   }
 
   /** Goes to a row: it becomes the present one, comes into view and takes focus. */

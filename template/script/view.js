@@ -1,9 +1,10 @@
 import { boxOf, elementAt, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
 import { writeBranchAttributes, writeRowsAttributes } from "./rowAttributes.js";
 import { Heights } from "./heights.js";
-import { itemOf, heavyListRows } from "./item.js";
+import { heavyListRows, itemOf, nameOf } from "./item.js";
 import { fillLists, placeRow } from "./lists.js";
 import { rowSelector } from "./model.js";
+import { say } from "./texts.js";
 
 // Beyond this many lines only the rows near the view are laid out; the lists around them are padded with what
 // the other rows would take.
@@ -31,7 +32,12 @@ export class View {
     this.main = main;
     this.bar = bar;
     this.isPartlyLaidOut = model.lines.length > wholeLayoutLines;
-    for (const tree of model.trees) writeAttribute(tree.lists[0], "role", "tree");
+    for (const tree of model.trees) {
+      writeAttribute(tree.lists[0], "role", "tree");
+      const [only, more] = tree.children;
+      const name = only?.isBranch && !more ? nameOf(only) : "";
+      writeAttribute(tree.lists[0], "aria-label", name || say("tree"));
+    }
     this.filling = fillLists(model);
     if (!this.isPartlyLaidOut) {
       this.fill();

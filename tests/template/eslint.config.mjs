@@ -3,7 +3,7 @@ import js from "@eslint/js";
 const names = (text) => Object.fromEntries(text.split(" ").map((name) => [name, "readonly"]));
 
 const browser = names(
-  "window document location history navigator localStorage performance console getComputedStyle " +
+  "window document location history navigator localStorage sessionStorage performance console getComputedStyle " +
     "MutationObserver requestAnimationFrame setTimeout clearTimeout Node NodeFilter Document Highlight CSS ResizeObserver " +
     "URL URLSearchParams Blob Intl Event InputEvent KeyboardEvent MouseEvent DOMException innerHeight innerWidth scrollY",
 );

@@ -1,0 +1,245 @@
+import assert from "node:assert/strict";
+import { after, before, describe, test } from "node:test";
+import { choose, launch, open, settle } from "./browser.mjs";
+import { linkTo, makeLines, makeRun, point, runAround } from "./fixtures.mjs";
+import { fixture, pageOf } from "./pages.mjs";
+
+// What a surveyor runs into with pages of unusual shape, on unusual windows and with unusual texts.
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+/** A run of so many stages. */
+function stagedRun(count) {
+  const stages = Array.from({ length: count }, (_, at) => ({
+    name: `Этап ${at + 1} с довольно длинным названием`,
+    lines: makeLines(6, { seed: at + 1 }),
+  }));
+  return { type: "Adjust", hasReports: true, stages };
+}
+
+describe("the bar", () => {
+  const windows = [
+    [1280, 800],
+    [1024, 600],
+    [768, 800],
+    [640, 400],
+    [390, 844],
+    [320, 568],
+    [320, 256],
+  ];
+  for (const count of [3, 30, 200])
+    test(`stays, in a quarter of the window, with ${count} stages`, async () => {
+      const address = pageOf(`stages-${count}`, stagedRun(count));
+      for (const [width, height] of windows) {
+        const page = await open(browser, address, { viewport: { width, height } });
+        await page.evaluate(() => window.scrollTo(0, 1e6));
+        await settle(page);
+        const box = await page.locator("#bar").boundingBox();
+        assert.ok(box.height <= height / 4, `${box.height} of ${height}, ${width} wide`);
+        assert.equal(box.y, 0, `${width} × ${height}`);
+        const verdict = await page.locator("#verdict").boundingBox();
+        assert.ok(
+          verdict.y >= 0 && verdict.y + verdict.height <= box.height,
+          `verdict at ${width} × ${height}`,
+        );
+        const field = await page.locator("#query").boundingBox();
+        assert.ok(field.y + field.height <= box.height, `field at ${width} × ${height}`);
+        const scrolls = await page.evaluate(
+          () => document.documentElement.scrollWidth > document.documentElement.clientWidth,
+        );
+        assert.equal(scrolls, false, `${width} × ${height}`);
+        await page.context().close();
+      }
+    });
+
+  test("leads to every stage, on a low window from a menu", async () => {
+    const address = pageOf("stages-30", stagedRun(30));
+    const wide = await open(browser, address);
+    await wide.locator("#stages button").nth(27).click();
+    assert.match(await wide.evaluate(() => document.activeElement.textContent), /Этап 28 /);
+    const low = await open(browser, address, { viewport: { width: 640, height: 400 } });
+    await choose(low, "Ветви", "К этапу: Этап 28 с довольно длинным названием");
+    assert.match(await low.evaluate(() => document.activeElement.textContent), /Этап 28 /);
+    await wide.context().close();
+    await low.context().close();
+  });
+
+  test("shows the verdict on a narrow window as it opens", async () => {
+    const page = await open(browser, pageOf("narrow-open", makeRun("staged", 600)), {
+      viewport: { width: 390, height: 844 },
+    });
+    const { y, height } = await page.locator("#verdict").boundingBox();
+    assert.ok(y >= 0 && y + height <= 844);
+    const text = await page.evaluate(
+      () => getComputedStyle(document.querySelector("#verdict"), "::after").content,
+    );
+    assert.match(text, /^"× \d+ {2}! \d+"$/);
+    await page.context().close();
+  });
+});
+
+describe("keys", () => {
+  test("work by their places on a Russian layout", async () => {
+    const page = await open(browser, fixture("staged"));
+    const press = (key, code, shiftKey = false) =>
+      page.evaluate(
+        (init) =>
+          document.activeElement.dispatchEvent(
+            new KeyboardEvent("keydown", { ...init, bubbles: true, cancelable: true }),
+          ),
+        { key, code, shiftKey },
+      );
+    const idsOf = (kind) =>
+      page.evaluate((name) => [...document.querySelectorAll(`li:has(> .${name})`)].map(({ id }) => id), kind);
+    const focused = () => page.evaluate(() => document.activeElement.id);
+    await page.locator('#lines [tabindex="0"]').focus();
+    await page.keyboard.press("Home");
+    const [errors, warnings] = [await idsOf("Content.error"), await idsOf("Content.warning")];
+    await press("у", "KeyE");
+    await press("у", "KeyE");
+    assert.equal(await focused(), errors[1]);
+    await press("У", "KeyE", true);
+    assert.equal(await focused(), errors[0]);
+    await page.keyboard.press("Home");
+    await press("ц", "KeyW");
+    assert.equal(await focused(), warnings[0]);
+    await press(".", "Slash");
+    assert.equal(await focused(), "query");
+    await page.context().close();
+  });
+});
+
+describe("the tree on a long page with reports", () => {
+  test("is one tab stop that is always reached", async () => {
+    const page = await open(browser, pageOf("long-reports", makeRun("grouped", 4000)));
+    await choose(page, "Ветви", "Развернуть всё");
+    await page.locator('#lines [tabindex="0"]:visible').last().focus();
+    await page.keyboard.press("End");
+    const id = await page.evaluate(() => document.activeElement.textContent);
+    await page.locator(".reportsblock a").last().focus();
+    await page.evaluate(() => window.scrollTo(0, 0));
+    await settle(page);
+    await settle(page);
+    await page.keyboard.press("Tab");
+    await settle(page);
+    assert.equal(await page.evaluate(() => document.activeElement.textContent), id);
+    const box = await page.evaluate(() => document.activeElement.getBoundingClientRect().toJSON());
+    assert.ok(box.top > 0 && box.bottom <= 800, JSON.stringify(box));
+    assert.equal(await page.evaluate(() => document.querySelectorAll("main [tabindex='0']").length), 1);
+    await page.keyboard.press("Shift+Tab");
+    assert.equal(await page.evaluate(() => Boolean(document.activeElement.closest(".reportsblock"))), true);
+    await page.context().close();
+  });
+});
+
+test("captions that count more lines than stand below them are told of", async () => {
+  const negative = linkTo({ ...point(5), id: -5 });
+  const lines = [
+    { kind: "error", text: `Невязка ${linkTo(point(3))} равна 3 мм` },
+    { kind: "error", text: `Невязка ${negative} равна 4 мм` },
+    { kind: "error", text: `Невязка ${negative} равна 5 мм` },
+  ];
+  const page = await open(browser, pageOf("negative", makeRun("grouped", 0, lines)));
+  const root = page.locator("li.IsRoot > .Content").first();
+  const told = Number(/\((\d+)\)/.exec(await root.textContent())[1]);
+  const below = await page.locator("li.ExpandLeaf").count();
+  assert.ok(told > below, `${told} of ${below}`);
+  assert.match(await root.getAttribute("data-holds"), new RegExp(`ниже ${below} из ${told}$`));
+  assert.match(await page.locator("#note").textContent(), /считают больше строк, чем стоит ниже/);
+  const whole = await open(browser, fixture("grouped"));
+  assert.equal(await whole.locator("#note").isVisible(), false);
+  await whole.context().close();
+  await page.context().close();
+});
+
+describe("a link", () => {
+  test("to a line that is gone says so", async () => {
+    const page = await open(browser, `${fixture("flat")}#L0gone`);
+    assert.match(await page.locator("#status").textContent(), /больше нет/);
+    await page.context().close();
+  });
+});
+
+describe("two open pages", () => {
+  test("keep each other's settings", async () => {
+    const first = await open(browser, fixture("flat"));
+    const second = await first.context().newPage();
+    await second.goto(fixture("grouped"));
+    await first.getByRole("button", { name: "Вид", exact: true }).click();
+    await first.getByRole("menuitemradio", { name: "Тема: тёмная" }).click();
+    await second.locator("#alike").click();
+    await first.reload();
+    assert.equal(await first.evaluate(() => document.documentElement.dataset.theme), "dark");
+    assert.equal(await first.locator("#alike").getAttribute("aria-pressed"), "true");
+    await first.context().close();
+  });
+});
+
+describe("a reload", () => {
+  const states = (page) =>
+    page.evaluate(() =>
+      [...document.querySelectorAll("#lines [aria-expanded]")].map((row) => row.ariaExpanded).join(),
+    );
+
+  test("keeps what is folded and unfolded", async () => {
+    const page = await open(browser, fixture("staged"));
+    await choose(page, "Ветви", "Развернуть всё");
+    await page.locator("li.IsRoot").nth(1).locator("> .Content").click();
+    const before = await states(page);
+    await page.reload();
+    assert.equal(await states(page), before);
+    await choose(page, "Ветви", "Свернуть всё");
+    await page.goto("about:blank");
+    await page.goBack();
+    assert.doesNotMatch(await states(page), /true/);
+    await page.context().close();
+  });
+});
+
+describe("texts", () => {
+  test("of a Russian protocol are Russian in an English browser", async () => {
+    const page = await open(browser, fixture("flat"), { locale: "en-US" });
+    assert.equal(await page.evaluate(() => document.documentElement.lang), "en");
+    assert.equal(await page.evaluate(() => document.querySelector("main").lang), "ru");
+    assert.equal(await page.evaluate(() => document.querySelector("#title").lang), "ru");
+    await page.context().close();
+  });
+
+  test("name the trees", async () => {
+    const names = async (name) => {
+      const page = await open(browser, fixture(name));
+      const found = await page.evaluate(() =>
+        [...document.querySelectorAll("[role=tree]")].map((tree) => tree.ariaLabel),
+      );
+      await page.context().close();
+      return found;
+    };
+    assert.deepEqual(await names("flat"), ["Строки протокола"]);
+    assert.deepEqual(await names("staged"), [
+      "Состав сети и предварительные высоты",
+      "Результаты уравнивания",
+      "Остаточные поправки",
+    ]);
+  });
+
+  test("with a field that asks for focus do not get it", async () => {
+    const page = await open(browser, pageOf("autofocus", runAround("до <input autofocus> после")));
+    await settle(page);
+    assert.equal(await page.evaluate(() => document.activeElement.localName), "body");
+    await page.context().close();
+  });
+
+  test("of a stage that opens a text field are its caption all the same", async () => {
+    const staged = makeRun("staged", 60);
+    const stages = staged.stages.map((stage) => ({ ...stage, name: `<textarea>${stage.name}` }));
+    const page = await open(browser, pageOf("textarea-stage", { ...staged, stages }));
+    assert.equal(await page.locator("textarea").count(), 0);
+    assert.equal(
+      await page.locator("li.IsRoot > .Content").first().innerText(),
+      "Состав сети и предварительные высоты (18)",
+    );
+    await page.context().close();
+  });
+});
