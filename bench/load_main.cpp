@@ -1,7 +1,6 @@
 // Measures the loading of the plug-in. A program of its own, since the benchmark is linked to the library.
 
 #include "apps/common/OffscreenPlatform.h"
-#include "apps/common/PluginLocation.h"
 #include "bench/Measurement.h"
 #include "host/app/PluginManager.h"
 #include "host/app/SDIApplication.h"
@@ -26,7 +25,7 @@ int main(int argc, char** argv)
     PluginManager plugins;
 
     const Measurement measurement = measureCall([&] {
-        plugins.load(orvel::apps::locatePlugin());
+        plugins.load(PluginManager::locate(QStringLiteral("Orvel")));
         plugins.extendApplication(&application);
         plugins.extendModel(&model);
         model.initialize();

@@ -3,6 +3,9 @@
 include(GenerateExportHeader)
 include(GNUInstallDirs)
 
+# Of both libraries: another number says that programs have to be built anew.
+set(ORVEL_SOVERSION ${PROJECT_VERSION_MAJOR})
+
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -13,13 +16,14 @@ set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTORCC ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
-set(ORVEL_PLUGIN_DIR ${CMAKE_BINARY_DIR}/plugins)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+# The folders of the build tree lie to each other as those of the installation do.
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
+set(ORVEL_PLUGIN_DIR ${PROJECT_BINARY_DIR}/plugins)
 # What is installed as the application's data: the "Protocol" folder of the pages.
-set(ORVEL_DATA_DIR ${CMAKE_BINARY_DIR}/share/orvel)
+set(ORVEL_DATA_DIR ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_DATADIR}/orvel)
 
-option(ORVEL_WERROR "Treat warnings as errors" ON)
+option(ORVEL_WERROR "Treat warnings as errors" OFF)
 set(ORVEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
 
 option(ORVEL_COVERAGE "Count which lines run" OFF)
@@ -55,7 +59,7 @@ function(orvel_add_test NAME)
     add_executable(${NAME} ${NAME}.cpp ${ARG_SOURCES})
     target_link_libraries(${NAME} PRIVATE Orvel::Settings Qt5::Test ${ARG_LIBRARIES})
     target_compile_definitions(${NAME} PRIVATE ${ARG_DEFINITIONS})
-    set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
     add_test(NAME ${NAME} COMMAND ${NAME})
     # What Qt itself does; the files say why.
     set(suppressions

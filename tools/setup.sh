@@ -20,9 +20,12 @@ install_packages() {
     DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
 }
 
-# build_preset PRESET [TARGET]: configures a preset where that was not done yet, and builds it. What is up to
-# date stays as it is.
+# build_preset PRESET [TARGET [OPTION...]]: configures a preset, with the options, where that was not done yet, and
+# builds it. What is up to date stays as it is.
 build_preset() {
-    [ -f "build/$1/build.ninja" ] || cmake --preset "$1"
-    cmake --build --preset "$1" --target "${2:-all}"
+    preset=$1
+    target=${2:-all}
+    shift "$(($# < 2 ? $# : 2))"
+    [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" "$@"
+    cmake --build --preset "$preset" --target "$target"
 }

@@ -1,5 +1,4 @@
 #include "apps/common/OffscreenPlatform.h"
-#include "apps/common/PluginLocation.h"
 #include "apps/common/Version.h"
 #include "apps/desk/CommandLine.h"
 #include "apps/desk/Desk.h"
@@ -47,7 +46,7 @@ class DeskHost
 public:
     DeskHost() : application(QStringLiteral("orvel"))
     {
-        if (plugins.load(orvel::apps::locatePlugin())) {
+        if (plugins.load(PluginManager::locate(QStringLiteral("Orvel")))) {
             plugins.extendApplication(&application);
             return;
         }

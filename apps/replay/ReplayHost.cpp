@@ -2,7 +2,6 @@
 
 #include "Orvel/integration/OrvelProcessMonitor.h"
 #include "Orvel/store/COrvel.h"
-#include "apps/common/PluginLocation.h"
 #include "apps/replay/JournalError.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
@@ -14,7 +13,7 @@ ReplayHost::ReplayHost(const QString& projectName, const QString& scheme, bool h
     , model(&project)
     , window(&model)
 {
-    if (!plugins.load(apps::locatePlugin())) {
+    if (!plugins.load(PluginManager::locate(QStringLiteral("Orvel")))) {
         const PluginManager::LoadFailure failure = plugins.getFailures().constLast();
         throw JournalError(failure.path + QStringLiteral(": ") + failure.reason);
     }

@@ -1,6 +1,5 @@
 #include "bench/tasks/TableTask.h"
 
-#include "apps/common/PluginLocation.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemFilterModel.h"
@@ -42,7 +41,7 @@ class TableTask : public Task
 public:
     explicit TableTask(const TaskRequest& request)
     {
-        if (!plugins.load(apps::locatePlugin()))
+        if (!plugins.load(PluginManager::locate(QStringLiteral("Orvel"))))
             qFatal("%s", qUtf8Printable(plugins.getFailures().constLast().reason));
         plugins.extendApplication(&application);
         document = std::make_unique<desk::Document>(plugins, sample::getProjectName());

@@ -1,5 +1,6 @@
 #include "host/app/Application.h"
 
+#include "host/app/LibraryFolder.h"
 #include "host/files/CFileException.h"
 
 #include <QCoreApplication>
@@ -42,6 +43,7 @@ QStringList getDataFolders()
     if (!overriding.isEmpty())
         folders.append(overriding);
     folders.append(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/") + folderName);
+    folders.append(getLibraryFolder() + QStringLiteral("/" HOST_LIBRARY_DATA_FOLDER));
     folders.append(QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, folderName,
                                              QStandardPaths::LocateDirectory));
     return folders;

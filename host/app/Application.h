@@ -33,9 +33,10 @@ public:
     /// Has the file removed when the application ends. It needn't exist.
     void registerTmpFile(const QString& path);
 
-    /// Absolute path of installed data, or empty. Looked for, in this order, in the folder that the
-    /// environment names, in the share folder beside the folder of the executable (installed and build tree
-    /// alike), and in the system's generic data locations. A file is looked for, or with LocateDirectory a
+    /// Absolute path of installed data, or empty. Looked for, in this order, in the folder that the variable
+    /// `ORVEL_DATA_DIR` of the environment names; in `share/orvel` beside the folder of the executable
+    /// (installed and build tree alike); in the data folder with which this library was installed; and in
+    /// `orvel` in the system's generic data locations. A file is looked for, or with LocateDirectory a
     /// folder.
     static QString locateData(const QString& name,
                               QStandardPaths::LocateOptions options = QStandardPaths::LocateFile);

@@ -2,10 +2,12 @@
 
 #include "host/app/Application.h"
 #include "host/app/IAppExtension.h"
+#include "host/app/LibraryFolder.h"
 #include "host/model/IModelExtension.h"
 #include "host/window/ProjectGUI.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QPluginLoader>
 
@@ -20,6 +22,15 @@ PluginManager::~PluginManager()
         if (extension && plugin.extendedApplication)
             extension->unextendApplication(plugin.extendedApplication);
     });
+}
+
+QString PluginManager::locate(const QString& name)
+{
+    const QDir libraryFolder(getLibraryFolder());
+    const QString fileName = QStringLiteral("lib%1.so." HOST_PLUGIN_VERSION).arg(name);
+    const QString installed = libraryFolder.filePath(fileName);
+    const QString built = libraryFolder.filePath(QStringLiteral(HOST_LIBRARY_PLUGIN_FOLDER "/") + fileName);
+    return QDir::cleanPath(!QFileInfo::exists(installed) && QFileInfo::exists(built) ? built : installed);
 }
 
 bool PluginManager::load(const QString& path)

@@ -30,6 +30,10 @@ public:
     /// Has every plug-in that extended the application undo it, the last one first.
     ~PluginManager();
 
+    /// Absolute path of the plug-in @p name of this library's version, such as "Orvel": beside this library,
+    /// else in the folder `plugins` of its build tree. Where there is none, the path at which it should be.
+    static QString locate(const QString& name);
+
     /// False, and a failure noted, if the file is no plug-in or has none of the extension interfaces. A
     /// plug-in that is loaded already is not taken twice.
     bool load(const QString& path);

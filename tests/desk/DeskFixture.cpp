@@ -1,6 +1,5 @@
 #include "tests/desk/DeskFixture.h"
 
-#include "apps/common/PluginLocation.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 
@@ -49,7 +48,7 @@ TestHome::TestHome()
 
 DeskFixture::DeskFixture()
 {
-    if (!plugins.load(apps::locatePlugin()))
+    if (!plugins.load(PluginManager::locate(QStringLiteral("Orvel"))))
         qFatal("%s", qUtf8Printable(plugins.getFailures().constLast().reason));
     plugins.extendApplication(&application);
 }

@@ -17,6 +17,7 @@ private Q_SLOTS:
 
     void installsTheseFiles();
     void deskRunsFromAnyFolder();
+    void whatLiesElsewhereDoesNotMatter();
     void replayRunsFromAnyFolder();
     void desktopFileTakesLinks();
 
@@ -40,6 +41,7 @@ QString TestInstallation::run(const QString& program, const QStringList& argumen
 {
     QProcessEnvironment environment;
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.insert(QStringLiteral("HOME"), folder.filePath(QStringLiteral("home")));
     // Where the sanitizers are used, they need their settings.
     for (const auto& name : {QStringLiteral("ASAN_OPTIONS"), QStringLiteral("LSAN_OPTIONS"),
                              QStringLiteral("UBSAN_OPTIONS"), QStringLiteral("TSAN_OPTIONS")})
@@ -75,6 +77,23 @@ void TestInstallation::deskRunsFromAnyFolder()
     const QByteArray style =
         readFile(folder.filePath(QStringLiteral("share/orvel/Protocol/protocol.html"))).left(2000);
     QCOMPARE(readFile(folder.filePath(QStringLiteral("pages/Import.html"))).left(2000), style);
+}
+
+void TestInstallation::whatLiesElsewhereDoesNotMatter()
+{
+    // Where the build tree has its plug-in, and where other versions of the data may lie.
+    QDir(folder.path()).mkpath(QStringLiteral("plugins"));
+    for (const auto& name : {QStringLiteral("plugins/libOrvel.so"), QStringLiteral("plugins/libOrvel.so.1")})
+        writeFile(folder.filePath(name), "junk");
+    QDir(folder.path()).mkpath(QStringLiteral("home/.local/share/orvel/Protocol"));
+    writeFile(folder.filePath(QStringLiteral("home/.local/share/orvel/Protocol/protocol.html")), "junk");
+
+    QCOMPARE(run(QStringLiteral("orvel-desk"),
+                 {QStringLiteral("--headless"), QStringLiteral("--language"), QStringLiteral("en"),
+                  QStringLiteral("--import"), QStringLiteral(DESK_SAMPLES "/two-benchmarks.gkf"),
+                  QStringLiteral("--pages"), QStringLiteral("pages")}),
+             QStringLiteral("Import: errors 0, warnings 0, messages 3; pages/Import.html\n"));
+    QVERIFY(!readFile(folder.filePath(QStringLiteral("pages/Import.html"))).contains("junk"));
 }
 
 void TestInstallation::replayRunsFromAnyFolder()

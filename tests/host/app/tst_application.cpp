@@ -47,7 +47,7 @@ QString inTempFolder(const QString& name)
     return Application::getTempFolder() + QLatin1Char('/') + name;
 }
 
-/// A folder tree with the child program in bin, and data with the name of its place in three places.
+/// A folder tree with the child program in bin, its library elsewhere, and room for data in five places.
 class DataFixture
 {
 public:
@@ -55,20 +55,25 @@ public:
     {
         QDir(folder.path()).mkdir(QStringLiteral("bin"));
         QFile::copy(kChild, program());
-        for (const QString& place : {override(), beside(), home(), system()})
+        QDir(folder.path()).mkpath(QStringLiteral("installed/" LIBRARY_FOLDER));
+        QFile::copy(QStringLiteral(HOST_LIBRARY), libraries() + QStringLiteral("/" HOST_LIBRARY_NAME));
+        for (const QString& place : {override(), beside(), installed(), home(), system()})
             QDir().mkpath(place);
     }
 
     QString program() const { return folder.filePath(QStringLiteral("bin/child")); }
     QString override() const { return folder.filePath(QStringLiteral("override")); }
     QString beside() const { return folder.filePath(QStringLiteral("share/orvel")); }
+    QString libraries() const { return folder.filePath(QStringLiteral("installed/" LIBRARY_FOLDER)); }
+    QString installed() const { return folder.filePath(QStringLiteral("installed/share/orvel")); }
     QString home() const { return folder.filePath(QStringLiteral("home/orvel")); }
     QString system() const { return folder.filePath(QStringLiteral("system/orvel")); }
 
     QString locate(const QString& name, const QString& command = QStringLiteral("locate-file")) const
     {
         return runChild({command, name},
-                        {QStringLiteral("ORVEL_DATA_DIR=") + override(),
+                        {QStringLiteral("LD_LIBRARY_PATH=") + libraries(),
+                         QStringLiteral("ORVEL_DATA_DIR=") + override(),
                          QStringLiteral("XDG_DATA_HOME=") + folder.filePath(QStringLiteral("home")),
                          QStringLiteral("XDG_DATA_DIRS=") + folder.filePath(QStringLiteral("system"))},
                         program())
@@ -279,7 +284,7 @@ void TestApplication::dataIsLookedForInOrder()
 {
     const DataFixture data;
     const QString name = QStringLiteral("form.txt");
-    const QStringList places = {data.override(), data.beside(), data.home(), data.system()};
+    const QStringList places = {data.override(), data.beside(), data.installed(), data.home(), data.system()};
     for (const QString& place : places)
         writeFile(place + QLatin1Char('/') + name, "x");
 

@@ -29,6 +29,8 @@ class TestPluginManager : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void locatesAPluginOfTheBuildTree();
+    void missingPluginIsExpectedBesideTheLibrary();
     void loadsAPlugin();
     void missingFileIsAFailure();
     void fileThatIsNoLibraryIsAFailure();
@@ -46,6 +48,17 @@ private Q_SLOTS:
     void modelIsExtendedInTheOrderOfLoading();
     void projectWindowIsExtendedInTheOrderOfLoading();
 };
+
+void TestPluginManager::locatesAPluginOfTheBuildTree()
+{
+    QCOMPARE(PluginManager::locate(QStringLiteral("Orvel")), QStringLiteral(ORVEL_PLUGIN));
+}
+
+void TestPluginManager::missingPluginIsExpectedBesideTheLibrary()
+{
+    QCOMPARE(PluginManager::locate(QStringLiteral("Missing")),
+             QFileInfo(QStringLiteral(HOST_LIBRARY)).path() + QStringLiteral("/libMissing.so.1"));
+}
 
 void TestPluginManager::loadsAPlugin()
 {
