@@ -57,7 +57,11 @@ endif()
 function(orvel_add_test NAME)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;DEFINITIONS;ENVIRONMENT" ${ARGN})
     add_executable(${NAME} ${NAME}.cpp ${ARG_SOURCES})
-    target_link_libraries(${NAME} PRIVATE Orvel::Settings Qt5::Test ${ARG_LIBRARIES})
+    target_link_libraries(${NAME} PRIVATE Orvel::Settings TestSupport ${ARG_LIBRARIES})
+    target_precompile_headers(${NAME} REUSE_FROM TestSupport)
+    # Next to nothing, which takes longer with the headers than without.
+    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${NAME}_autogen/mocs_compilation.cpp PROPERTIES
+        SKIP_PRECOMPILE_HEADERS ON)
     target_compile_definitions(${NAME} PRIVATE ${ARG_DEFINITIONS})
     set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
     add_test(NAME ${NAME} COMMAND ${NAME})
