@@ -21,14 +21,14 @@ namespace {
 const QString kFrom = QStringLiteral("from");
 const QString kTo = QStringLiteral("to");
 
-QTemporaryDir* s_folder = nullptr;
-std::unique_ptr<JournalPlayer> s_player;
-QString s_dataFile;
+QTemporaryDir* folder = nullptr;
+std::unique_ptr<JournalPlayer> player;
+QString dataFile;
 constexpr uint kFileCount = 4;
 
 QString getFile(uint number)
 {
-    return s_folder->filePath(QStringLiteral("file%1").arg(number));
+    return folder->filePath(QStringLiteral("file%1").arg(number));
 }
 
 /// Qt loses a list or an object when a later value of the same object has its name; that leak is none of
@@ -41,7 +41,7 @@ JournalLine parse(const QByteArray& json)
 
 void play(const QByteArray& line)
 {
-    s_player->play(parse(line));
+    player->play(parse(line));
 }
 
 void addItem(const QString& id)
@@ -51,7 +51,7 @@ void addItem(const QString& id)
 
 QByteArray onStart(const char* command)
 {
-    const QString file = s_folder->filePath(QStringLiteral("start"));
+    const QString file = folder->filePath(QStringLiteral("start"));
     return QJsonDocument(
                QJsonObject{{QStringLiteral("do"), QLatin1String(command)}, {kTo, file}, {kFrom, file}})
         .toJson(QJsonDocument::Compact);
@@ -70,15 +70,15 @@ QStringList findDataFiles()
 /// The journal of all inputs has one project, and the inputs' own would be refused.
 void startPlayer()
 {
-    s_player = std::make_unique<JournalPlayer>();
+    player = std::make_unique<JournalPlayer>();
     play(R"({"do":"project","name":"P","reportGenerator":true})");
     addItem(QStringLiteral("5"));
     addItem(QStringLiteral("12"));
     play(R"({"do":"begin","type":305510148})"); // gives the data file its name
     play(R"({"do":"end"})");
     play(onStart("save"));
-    s_dataFile = findDataFiles().constFirst();
-    QFile::remove(s_dataFile);
+    dataFile = findDataFiles().constFirst();
+    QFile::remove(dataFile);
 }
 
 void removeFiles()
@@ -125,7 +125,7 @@ void reset(const std::vector<JournalLine>& played)
         undo(line);
     play(R"({"do":"clear"})");
     play(onStart("load"));
-    QFile::remove(s_dataFile);
+    QFile::remove(dataFile);
 }
 
 bool isPlayed(const JournalLine& line)
@@ -171,7 +171,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     qputenv("ORVEL_DATA_DIR", REPLAY_DATA_DIR);
     new QApplication(*argc, *argv);
-    s_folder = new QTemporaryDir;
+    folder = new QTemporaryDir;
     startPlayer();
     // What "link" and "has" print would fill the disk.
     static_cast<void>(std::freopen("/dev/null", "w", stdout));
@@ -189,7 +189,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         try {
             const JournalLine line = parse(text);
             if (isPlayed(line)) {
-                s_player->play(line.has(kTo) || line.has(kFrom) ? enclose(text) : line);
+                player->play(line.has(kTo) || line.has(kFrom) ? enclose(text) : line);
                 played.push_back(line);
             }
         } catch (const JournalError& error) {

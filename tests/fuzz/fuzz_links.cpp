@@ -10,7 +10,7 @@
 
 namespace {
 
-ProtocolFixture* s_fixture = nullptr;
+ProtocolFixture* fixture = nullptr;
 
 constexpr int kType = 305510145;
 
@@ -26,7 +26,7 @@ QString findLink(const QString& text, LONGID id)
 
 void checkIntake(const QString& line)
 {
-    COrvel& protocol = s_fixture->protocol;
+    COrvel& protocol = fixture->protocol;
     protocol.ClearProtocol();
     protocol.AddMessageRaw(line, kType, COVMessage::Error);
     const COVMessage& message = OrvelTestAccess::messages(protocol)[kType].at(0);
@@ -55,8 +55,8 @@ void checkIntake(const QString& line)
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     new QCoreApplication(*argc, *argv);
-    s_fixture = new ProtocolFixture;
-    s_fixture->addItem(5, kPointItemType);
+    fixture = new ProtocolFixture;
+    fixture->addItem(5, kPointItemType);
     return 0;
 }
 

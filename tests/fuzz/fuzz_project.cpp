@@ -18,8 +18,8 @@ using namespace orvel::test;
 
 namespace {
 
-DeskFixture* s_desk = nullptr;
-Document* s_document = nullptr;
+DeskFixture* desk = nullptr;
+Document* document = nullptr;
 
 QByteArray seal(const QByteArray& content)
 {
@@ -52,10 +52,10 @@ void openProject(const QByteArray& file)
     StoredProject project = read(file);
     const QByteArray written = write(project);
     mustHold(write(read(written)) == written, "a project survives saving and loading");
-    if (!s_document->setContent(std::move(project.content)))
+    if (!document->setContent(std::move(project.content)))
         return;
-    s_document->getSnapshot();
-    s_document->setContent(s_document->copyContent());
+    document->getSnapshot();
+    document->setContent(document->copyContent());
 }
 
 void loadElement(QByteArray state, CModelElement& element)
@@ -71,8 +71,8 @@ void loadElement(QByteArray state, CModelElement& element)
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     new QApplication(*argc, *argv);
-    s_desk = new DeskFixture;
-    s_document = new Document(s_desk->plugins, QStringLiteral("P"));
+    desk = new DeskFixture;
+    document = new Document(desk->plugins, QStringLiteral("P"));
     return 0;
 }
 
@@ -87,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
             openProject(content);
             break;
         case 's':
-            loadElement(content, s_document->getProtocol());
+            loadElement(content, document->getProtocol());
             break;
         case 'e': {
             CModelElement element;

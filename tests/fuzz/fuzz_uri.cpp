@@ -15,8 +15,8 @@ using namespace orvel::test;
 
 namespace {
 
-DeskFixture* s_desk = nullptr;
-DeskWindow* s_window = nullptr;
+DeskFixture* desk = nullptr;
+DeskWindow* window = nullptr;
 
 void checkPages(const OpenedUrls& pages)
 {
@@ -32,25 +32,25 @@ void checkPages(const OpenedUrls& pages)
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     new QApplication(*argc, *argv);
-    s_desk = new DeskFixture;
-    s_window = s_desk->makeWindow(testNetworkPath(QStringLiteral("small.gkf"))).release();
-    triggerAction(*s_window, QStringLiteral("Уравнивание"));
-    s_window->getMonitor().waitForFinished();
-    s_window->getDocument().setModified(false);
-    s_window->hide(); // drawing takes most of the time
+    desk = new DeskFixture;
+    window = desk->makeWindow(testNetworkPath(QStringLiteral("small.gkf"))).release();
+    triggerAction(*window, QStringLiteral("Уравнивание"));
+    window->getMonitor().waitForFinished();
+    window->getDocument().setModified(false);
+    window->hide(); // drawing takes most of the time
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
     const QUrl url(QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<int>(size)));
-    Document& document = s_window->getDocument();
+    Document& document = window->getDocument();
     const OpenedUrls pages({QStringLiteral("file"), QStringLiteral("http"), QStringLiteral("https"),
                             QStringLiteral("orvel"), QStringLiteral("mailto")});
-    const UriFollower::Answer answer = s_window->getUriFollower().follow(url);
+    const UriFollower::Answer answer = window->getUriFollower().follow(url);
     if (answer != UriFollower::Answer::Taken) {
         mustHold(pages.getUrls().isEmpty(), "what is declined opens nothing");
-        s_window->getUriFollower().explain(url);
+        window->getUriFollower().explain(url);
     } else {
         mustHold(url.scheme() == QLatin1String("orvel"), "only links of the program are followed");
         mustHold(QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded) ==
