@@ -36,6 +36,8 @@ CProjectItemModel::CProjectItemModel(CProjectModel* itemsModel, QVector<Column> 
     connect(projectModel, &CProjectModel::itemAboutToBeRemoved, this, &CProjectItemModel::beginRemoval);
     connect(projectModel, &CProjectModel::itemRemoved, this, &CProjectItemModel::endRemoval);
     connect(projectModel, &CProjectModel::itemChanged, this, &CProjectItemModel::showChange);
+    connect(projectModel, &CProjectModel::itemsAboutToBeReplaced, this, &CProjectItemModel::beginReplacement);
+    connect(projectModel, &CProjectModel::itemsReplaced, this, &CProjectItemModel::endReplacement);
     readItems();
 }
 
@@ -117,9 +119,24 @@ Qt::ItemFlags CProjectItemModel::flags(const QModelIndex& index) const
 
 void CProjectItemModel::readItems()
 {
+    items.reserve(projectModel->getTopLevelItems().size());
     for (const auto& item : projectModel->getTopLevelItems())
         collect(*item, items);
     countRows();
+}
+
+void CProjectItemModel::beginReplacement()
+{
+    beginResetModel();
+    items.clear();
+    countedRows.clear();
+    rowShift = 0;
+}
+
+void CProjectItemModel::endReplacement()
+{
+    readItems();
+    endResetModel();
 }
 
 void CProjectItemModel::showAddition(LONGID id)

@@ -60,6 +60,8 @@ public:
 
 private:
     void readItems();
+    void beginReplacement();
+    void endReplacement();
     void showAddition(LONGID id);
     void beginRemoval(LONGID id);
     void endRemoval();

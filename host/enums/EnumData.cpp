@@ -1,5 +1,7 @@
 #include "host/enums/EnumData.h"
 
+#include "host/model/ModelRevision.h"
+
 #include <QString>
 
 #include <mutex>
@@ -55,6 +57,7 @@ void registerEnumData(const EnumData& record)
     Registry& registry = getRegistry();
     const std::lock_guard lock(registry.mutex);
     registry.records.insert_or_assign(record.getValue(), record);
+    modelrevision::advance();
 }
 
 EnumData getEnumData(int value)

@@ -1,5 +1,7 @@
 #include "host/model/CCommonTervoModel.h"
 
+#include "host/model/ModelRevision.h"
+
 CCommonTervoModel::CCommonTervoModel(CProject* ownerProject, QObject* parent)
     : CProjectModel(ownerProject, parent)
 {}
@@ -13,5 +15,13 @@ tervo::IItemManager* CCommonTervoModel::getTervoObject() const
 
 void CCommonTervoModel::setTervoObject(std::unique_ptr<tervo::IItemManager> itemManager)
 {
-    tervoObject = std::move(itemManager);
+    exchangeTervoObject(std::move(itemManager));
+}
+
+std::unique_ptr<tervo::IItemManager>
+CCommonTervoModel::exchangeTervoObject(std::unique_ptr<tervo::IItemManager> itemManager)
+{
+    tervoObject.swap(itemManager);
+    modelrevision::advance();
+    return itemManager;
 }

@@ -19,6 +19,9 @@ public:
     tervo::IItemManager* getTervoObject() const;
     /// Destroys the earlier manager.
     void setTervoObject(std::unique_ptr<tervo::IItemManager> itemManager);
+    /// Gives the earlier manager out.
+    std::unique_ptr<tervo::IItemManager>
+    exchangeTervoObject(std::unique_ptr<tervo::IItemManager> itemManager);
 
 private:
     std::unique_ptr<tervo::IItemManager> tervoObject;

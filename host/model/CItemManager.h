@@ -2,15 +2,15 @@
 
 #include "host/host_export.h"
 #include "host/model/IItemManager.h"
-
-#include <QHash>
+#include "host/model/ItemIndex.h"
 
 #include <memory>
 #include <vector>
 
 namespace tervo {
 
-/// Owns data objects in the order of addition and finds them by id through an index.
+/// Owns data objects in the order of addition and finds them by id through an index. May be filled in any
+/// thread before a model gets it.
 class HOST_EXPORT CItemManager : public IItemManager
 {
 public:
@@ -28,11 +28,13 @@ public:
     /// False if there is no item with that id.
     bool removeItem(LONGID id);
     const Items& getItems() const;
+    /// The types of all items by id, as they are now.
+    const ItemTypeIndex& getTypes() const { return itemsById.getTypes(); }
     void clear();
 
 private:
     Items items;
-    QHash<LONGID, IItem*> itemsById;
+    ItemIndex<IItem> itemsById;
 };
 
 } // namespace tervo

@@ -1,5 +1,7 @@
 #include "host/model/CProject.h"
 
+#include "host/model/ModelRevision.h"
+
 CProject::CProject(const QString& projectName) : name(projectName)
 {}
 
@@ -11,6 +13,7 @@ QString CProject::getName() const
 void CProject::setName(const QString& newName)
 {
     name = newName;
+    modelrevision::advance();
 }
 
 QString CProject::getFilePath() const

@@ -2,40 +2,29 @@
 
 #include "host/model/CommonPropertyGetSetIsReadonlyStrategy.h"
 #include "host/model/ModelInitializer.h"
-
-#include <QSet>
+#include "host/model/ModelRevision.h"
 
 #include <algorithm>
 #include <iterator>
 
 namespace {
 
-void collect(CModelElement& item, std::vector<CModelElement*>& items)
+bool isEarlier(const CItemTree::OrderedItem& left, const CItemTree::OrderedItem& right)
 {
-    items.push_back(&item);
-    for (const auto& child : item.getChildren())
-        collect(*child, items);
-}
-
-/// The item and everything below it, each item before those below it.
-std::vector<CModelElement*> withDescendants(CModelElement& item)
-{
-    std::vector<CModelElement*> items;
-    collect(item, items);
-    return items;
+    return left.order < right.order;
 }
 
 } // namespace
 
-CProjectModel::CProjectModel(CProject* ownerProject, QObject* parent) : QObject(parent), project(ownerProject)
-{}
-
-CProjectModel::~CProjectModel()
+CProjectModel::CProjectModel(CProject* ownerProject, QObject* parent)
+    : QObject(parent)
+    , project(ownerProject)
+    , tree(std::make_unique<CItemTree>())
 {
-    // The items die after the indexes, and may change something in themselves while they do.
-    for (const auto& [subject, entry] : entries)
-        entry.element->detach(this);
+    takeTree();
 }
+
+CProjectModel::~CProjectModel() = default;
 
 CProject* CProjectModel::getProject() const
 {
@@ -44,18 +33,11 @@ CProject* CProjectModel::getProject() const
 
 CModelElement* CProjectModel::addItem(std::unique_ptr<CModelElement> item, CModelElement* parentItem)
 {
-    if (!item || (parentItem && !isTreeItem(parentItem)))
-        return nullptr;
-    const std::vector<CModelElement*> newItems = withDescendants(*item);
-    if (!giveIds(newItems))
-        return nullptr;
-
-    CModelElement* added = parentItem ? parentItem->addChild(std::move(item))
-                                      : topLevelItems.emplace_back(std::move(item)).get();
-    for (CModelElement* newItem : newItems)
-        enterIndexes(*newItem, false, {});
-    for (const CModelElement* newItem : newItems)
-        Q_EMIT itemAdded(newItem->getId());
+    CModelElement* added = tree->addItem(std::move(item), parentItem);
+    if (added) {
+        for (const CModelElement* newItem : CItemTree::getWithDescendants(*added))
+            Q_EMIT itemAdded(newItem->getId());
+    }
     return added;
 }
 
@@ -64,52 +46,79 @@ bool CProjectModel::removeItem(LONGID id)
     CModelElement* item = findItemAnywhere(id);
     if (!item)
         return false;
-    const std::vector<CModelElement*> removedItems = withDescendants(*item);
+    CItemTree& owner = isSystemItem(item) ? systemTree : *tree;
+    const std::vector<CModelElement*> removedItems = CItemTree::getWithDescendants(*item);
     const bool isDeletable =
-        std::none_of(removedItems.begin(), removedItems.end(), [this](const CModelElement* removed) {
-            return entries.at(removed).flags.testFlag(ItemTypeInfo::NotDeletable);
+        std::none_of(removedItems.begin(), removedItems.end(), [&owner](const CModelElement* removed) {
+            return owner.entries.at(removed).flags.testFlag(ItemTypeInfo::NotDeletable);
         });
     if (!isDeletable)
         return false;
     std::for_each(removedItems.rbegin(), removedItems.rend(),
-                  [this](CModelElement* removed) { removeSingleItem(*removed); });
+                  [&](CModelElement* removed) { removeSingleItem(owner, *removed); });
+    return true;
+}
+
+bool CProjectModel::exchangeItems(std::unique_ptr<CItemTree>& items)
+{
+    if (!items || items->hasIdOf(systemTree))
+        return false;
+    Q_EMIT itemsAboutToBeReplaced();
+    tree->neighbour = nullptr;
+    tree->onItemChanged = nullptr;
+    tree.swap(items);
+    takeTree();
+    modelrevision::advance();
+    Q_EMIT itemsReplaced();
     return true;
 }
 
 const CModelElement::Children& CProjectModel::getTopLevelItems() const
 {
-    return topLevelItems;
+    return tree->getTopLevelItems();
 }
 
 CModelElement* CProjectModel::findItemAnywhere(LONGID id) const
 {
-    return itemsById.value(id);
+    CModelElement* item = tree->findItem(id);
+    return item ? item : systemTree.findItem(id);
 }
 
 void CProjectModel::addSystemItem(CModelElement* item, ItemTypeInfo::Flags flags)
 {
-    if (!item || entries.count(item) != 0)
-        return;
-    systemItems.emplace_back(item);
-    for (CModelElement* newItem : withDescendants(*item))
-        enterIndexes(*newItem, true, flags);
+    if (item && !tree->contains(item) && !systemTree.contains(item))
+        systemTree.addAsItIs(std::unique_ptr<CModelElement>(item), flags);
 }
 
 bool CProjectModel::isSystemItem(const CModelElement* item) const
 {
-    const auto found = entries.find(item);
-    return found != entries.end() && found->second.isSystem;
+    return systemTree.contains(item);
 }
 
 CModelElement* CProjectModel::getFirstItem(int type) const
 {
-    const auto found = itemsByType.constFind(type);
-    return found == itemsByType.constEnd() || found->empty() ? nullptr : found->front();
+    const CItemTree::OrderedItems& treeItems = tree->getItems(type);
+    const CItemTree::OrderedItems& systemItems = systemTree.getItems(type);
+    if (treeItems.empty() && systemItems.empty())
+        return nullptr;
+    const bool isInTree =
+        systemItems.empty() || (!treeItems.empty() && isEarlier(treeItems.front(), systemItems.front()));
+    return isInTree ? treeItems.front().item : systemItems.front().item;
 }
 
 std::vector<CModelElement*> CProjectModel::getItems(int type) const
 {
-    return itemsByType.value(type);
+    const CItemTree::OrderedItems& treeItems = tree->getItems(type);
+    const CItemTree::OrderedItems& systemItems = systemTree.getItems(type);
+    CItemTree::OrderedItems merged;
+    merged.reserve(treeItems.size() + systemItems.size());
+    std::merge(treeItems.begin(), treeItems.end(), systemItems.begin(), systemItems.end(),
+               std::back_inserter(merged), isEarlier);
+    std::vector<CModelElement*> items;
+    items.reserve(merged.size());
+    for (const CItemTree::OrderedItem& each : merged)
+        items.push_back(each.item);
+    return items;
 }
 
 ModelInitializer* CProjectModel::getInitializer(int key) const
@@ -202,95 +211,21 @@ bool CProjectModel::isItemMentioned(LONGID id) const
     return itemMentionedQuery && itemMentionedQuery(id);
 }
 
-void CProjectModel::subjectChanged(const ISubject& subject)
+void CProjectModel::takeTree()
 {
-    Entry& entry = entries.at(&subject);
-    const LONGID id = entry.element->getId();
-    if (id != entry.indexedId) {
-        itemsById.remove(entry.indexedId);
-        indexId(entry);
-    }
-    if (!entry.isSystem)
-        Q_EMIT itemChanged(id);
-}
-
-/// Gives the items without an id a free one. False, and nothing changed, if the others' ids are taken.
-bool CProjectModel::giveIds(const std::vector<CModelElement*>& items)
-{
-    QSet<LONGID> newIds;
-    for (const CModelElement* item : items) {
-        const LONGID id = item->getId();
-        if (id == 0)
-            continue;
-        if (itemsById.contains(id) || newIds.contains(id))
-            return false;
-        newIds.insert(id);
-    }
-    for (CModelElement* item : items) {
-        if (item->getId() != 0)
-            continue;
-        do
-            ++lastFreeId;
-        while (itemsById.contains(lastFreeId) || newIds.contains(lastFreeId));
-        item->setId(lastFreeId);
-    }
-    return true;
-}
-
-bool CProjectModel::isTreeItem(const CModelElement* item) const
-{
-    const auto found = entries.find(item);
-    return found != entries.end() && !found->second.isSystem;
-}
-
-void CProjectModel::enterIndexes(CModelElement& item, bool isSystem, ItemTypeInfo::Flags flags)
-{
-    Entry& entry = entries[&item];
-    entry.element = &item;
-    entry.isSystem = isSystem;
-    entry.flags = flags;
-    indexId(entry);
-    itemsByType[item.getType()].push_back(&item);
-    item.attach(this);
-}
-
-void CProjectModel::leaveIndexes(CModelElement& item)
-{
-    item.detach(this);
-    const auto found = entries.find(&item);
-    itemsById.remove(found->second.indexedId);
-    std::vector<CModelElement*>& sameType = itemsByType[item.getType()];
-    // From the end: of a large subtree the last items are removed first.
-    sameType.erase(std::prev(std::find(sameType.rbegin(), sameType.rend(), &item).base()));
-    entries.erase(found);
-}
-
-/// Makes the item of the entry known by its id, unless that is 0 or another item's.
-void CProjectModel::indexId(Entry& entry)
-{
-    const LONGID id = entry.element->getId();
-    entry.indexedId = id == 0 || itemsById.contains(id) ? 0 : id;
-    if (entry.indexedId != 0)
-        itemsById.insert(id, entry.element);
+    tree->neighbour = &systemTree;
+    systemTree.neighbour = tree.get();
+    tree->onItemChanged = [this](const CModelElement& item) { Q_EMIT itemChanged(item.getId()); };
 }
 
 /// Removes an item that has nothing below it.
-void CProjectModel::removeSingleItem(CModelElement& item)
+void CProjectModel::removeSingleItem(CItemTree& owner, CModelElement& item)
 {
     const LONGID id = item.getId();
-    const bool isSystem = isSystemItem(&item);
-    if (!isSystem)
+    const bool isTold = &owner == tree.get();
+    if (isTold)
         Q_EMIT itemAboutToBeRemoved(id);
-
-    leaveIndexes(item);
-    if (item.getParent()) {
-        item.getParent()->takeChild(&item);
-    } else {
-        CModelElement::Children& owners = isSystem ? systemItems : topLevelItems;
-        const auto found = std::find_if(owners.rbegin(), owners.rend(), // from the end here, too
-                                        [&item](const auto& owner) { return owner.get() == &item; });
-        owners.erase(std::prev(found.base()));
-    }
-    if (!isSystem)
+    owner.removeLeaf(item);
+    if (isTold)
         Q_EMIT itemRemoved(id);
 }

@@ -1,17 +1,16 @@
 #pragma once
 
 #include "host/host_export.h"
+#include "host/model/CItemTree.h"
 #include "host/model/CModelElement.h"
 #include "host/model/ItemTypeInfo.h"
 
-#include <QHash>
 #include <QObject>
 #include <QPointer>
 
 #include <functional>
 #include <map>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 class CProject;
@@ -21,8 +20,9 @@ class ModelInitializer;
 /// The items of one project: a tree of elements, and system items beside it. Items are found by id and by
 /// type through indexes, so that models of some 100,000 items work without stalls. Belongs to one thread.
 ///
-/// The signals tell of the items of the tree, one signal per item; system items come, change and go without.
-class HOST_EXPORT CProjectModel : public QObject, private IObserver
+/// The signals tell of the items of the tree: one signal per item, or one for all when they are exchanged.
+/// System items come, change and go without.
+class HOST_EXPORT CProjectModel : public QObject
 {
     Q_OBJECT
 
@@ -43,11 +43,19 @@ public:
     /// there is none with that id, or if the item or one below it is not deletable. Must not be called from
     /// slots of the model's own signals.
     bool removeItem(LONGID id);
+    /// Puts a tree that was made elsewhere into the place of the one that the model has, and gives that one
+    /// out, in a time that does not depend on the number of items.
+    /// @return false, and nothing changed, if an item has the id of a system item
+    bool exchangeItems(std::unique_ptr<CItemTree>& items);
     /// The top level items in the order of addition.
     const CModelElement::Children& getTopLevelItems() const;
 
     /// The item of the tree or the system item with that id; null for an unknown one and for 0.
     CModelElement* findItemAnywhere(LONGID id) const;
+    /// The types of the items of the tree by id, as they are now.
+    const ItemTypeIndex& getTreeItemTypes() const { return tree->getTypes(); }
+    /// The same of the system items.
+    const ItemTypeIndex& getSystemItemTypes() const { return systemTree.getTypes(); }
 
     /// Adds an item beside the tree and takes ownership. It keeps the id that it has, which is 0 in general;
     /// one whose id is taken is not found by it. Null, and an item that the model has already, are ignored.
@@ -92,33 +100,17 @@ Q_SIGNALS:
     void itemRemoved(LONGID id);
     /// Name, id or a property of the item has changed.
     void itemChanged(LONGID id);
+    void itemsAboutToBeReplaced();
+    /// All items of the tree are others.
+    void itemsReplaced();
 
 private:
-    /// What the model knows of an item in it.
-    struct Entry
-    {
-        CModelElement* element = nullptr;
-        LONGID indexedId = 0; ///< The id under which the item stands in itemsById; 0 if it doesn't.
-        bool isSystem = false;
-        ItemTypeInfo::Flags flags;
-    };
-
-    void subjectChanged(const ISubject& subject) override;
-
-    bool giveIds(const std::vector<CModelElement*>& items);
-    bool isTreeItem(const CModelElement* item) const;
-    void enterIndexes(CModelElement& item, bool isSystem, ItemTypeInfo::Flags flags);
-    void leaveIndexes(CModelElement& item);
-    void indexId(Entry& entry);
-    void removeSingleItem(CModelElement& item);
+    void takeTree();
+    void removeSingleItem(CItemTree& owner, CModelElement& item);
 
     CProject* project;
-    CModelElement::Children topLevelItems;
-    CModelElement::Children systemItems;
-    std::unordered_map<const ISubject*, Entry> entries;
-    QHash<LONGID, CModelElement*> itemsById;
-    QHash<int, std::vector<CModelElement*>> itemsByType;
-    LONGID lastFreeId = 0;
+    CItemTree systemTree;
+    std::unique_ptr<CItemTree> tree;
     std::map<int, QPointer<ModelInitializer>> initializers;
     std::map<int, std::vector<QPointer<CommonPropertyGetSetIsReadonlyStrategy>>> propertyStrategies;
     ItemQuery itemMentionedQuery;

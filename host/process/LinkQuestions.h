@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/host_export.h"
-#include "host/process/IItemLinks.h"
+#include "host/model/IItemLinks.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <chrono>

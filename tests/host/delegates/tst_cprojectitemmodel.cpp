@@ -71,6 +71,7 @@ private Q_SLOTS:
     void followsAdditions();
     void followsSubtrees();
     void followsRemovals();
+    void followsAnExchangeOfAllItems();
     void followsChanges();
     void followsManyRandomChanges();
     void indexLeadsToTheItemAndBack();
@@ -177,6 +178,26 @@ void TestCProjectItemModel::followsRemovals()
     QCOMPARE(getShownIds(table), (QList<LONGID>{1, 3, 4}));
     QCOMPARE(fourth.row(), 2);
     QVERIFY(!table.getIndex(2).isValid());
+}
+
+void TestCProjectItemModel::followsAnExchangeOfAllItems()
+{
+    model->addItem(makePoint(1));
+    CProjectItemModel table(model.get(), columns);
+    const QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy reset(&table, &QAbstractItemModel::modelReset);
+    QSignalSpy inserted(&table, &QAbstractItemModel::rowsInserted);
+    auto items = std::make_unique<CItemTree>();
+    for (LONGID id = 2; id <= 4; ++id)
+        items->addItem(makePoint(id));
+    QVERIFY(model->exchangeItems(items));
+    QCOMPARE(reset.count(), 1);
+    QCOMPARE(inserted.count(), 0);
+    QCOMPARE(getShownIds(table), (QList<LONGID>{2, 3, 4}));
+    QCOMPARE(table.getIndex(3).row(), 1);
+    QVERIFY(!table.getIndex(1).isValid());
+    model->addItem(makePoint(5));
+    QCOMPARE(getShownIds(table), (QList<LONGID>{2, 3, 4, 5}));
 }
 
 void TestCProjectItemModel::followsChanges()

@@ -3,6 +3,7 @@
 #include "host/model/CommonPropertyGetSetIsReadonlyStrategy.h"
 #include "host/model/ItemTypes.h"
 #include "host/model/ModelInitializer.h"
+#include "host/model/ModelRevision.h"
 #include "tests/host/model/RecordingObserver.h"
 #include "tests/host/model/TypedItem.h"
 
@@ -44,6 +45,8 @@ public:
         record(model, &CProjectModel::itemAboutToBeRemoved, QStringLiteral("about to be removed"));
         record(model, &CProjectModel::itemRemoved, QStringLiteral("removed"));
         record(model, &CProjectModel::itemChanged, QStringLiteral("changed"));
+        record(model, &CProjectModel::itemsAboutToBeReplaced, QStringLiteral("about to be replaced"));
+        record(model, &CProjectModel::itemsReplaced, QStringLiteral("replaced"));
     }
 
     QStringList take() { return std::exchange(lines, QStringList()); }
@@ -54,6 +57,11 @@ private:
         QObject::connect(&model, signal, &context, [this, word](LONGID id) {
             lines.append(QStringLiteral("%1 %2").arg(word).arg(id));
         });
+    }
+
+    void record(const CProjectModel& model, void (CProjectModel::*signal)(), const QString& words)
+    {
+        QObject::connect(&model, signal, &context, [this, words] { lines.append(words); });
     }
 
     QObject context;
@@ -160,6 +168,12 @@ private Q_SLOTS:
     void itemsOfATypeStandInTheOrderOfAddition();
     void firstItemIsTheEarliestOfItsType();
     void signalsTellOfEveryItemOfTheTree();
+    void itemsAreExchangedAtOnce();
+    void exchangedItemsAreTheModelsOwn();
+    void itemsGoBackAsTheyWere();
+    void exchangeIsRefusedOverTheIdOfASystemItem();
+    void exchangeTakesNoLongerForManyItems();
+    void revisionGrowsWithEveryChangeOfTheItems();
     void signalsAreSilentAboutSystemItems();
     void removalIsAnnouncedWhileTheItemIsThere();
     void changesOfAnItemAreTold();
@@ -545,6 +559,124 @@ void TestCProjectModel::signalsTellOfEveryItemOfTheTree()
 
     QCOMPARE(log.take(), QStringList({QStringLiteral("added 5"), QStringLiteral("added 1"),
                                       QStringLiteral("about to be removed 5"), QStringLiteral("removed 5")}));
+}
+
+void TestCProjectModel::itemsAreExchangedAtOnce()
+{
+    CProjectModel model(nullptr);
+    model.addItem(makeItem(kPoint, 5));
+    auto* systemItem = new TypedItem(kPoint, 77);
+    model.addSystemItem(systemItem, {});
+    auto items = std::make_unique<CItemTree>();
+    CModelElement* first = items->addItem(makeItem(kPoint, 5));
+    CModelElement* second = items->addItem(makeItem(kPoint, 6), first);
+    SignalLog log(model);
+
+    QVERIFY(model.exchangeItems(items));
+    QCOMPARE(log.take(), QStringList({QStringLiteral("about to be replaced"), QStringLiteral("replaced")}));
+    QCOMPARE(model.getTopLevelItems().size(), std::size_t(1));
+    QCOMPARE(model.findItemAnywhere(5), first);
+    QCOMPARE(model.findItemAnywhere(6), second);
+    QCOMPARE(model.findItemAnywhere(77), systemItem);
+    QCOMPARE(model.getItems(kPoint), Items({systemItem, first, second}));
+    QCOMPARE(items->getTopLevelItems().size(), std::size_t(1));
+    QVERIFY(items->findItem(5) != first);
+}
+
+void TestCProjectModel::exchangedItemsAreTheModelsOwn()
+{
+    CProjectModel model(nullptr);
+    CModelElement* old = model.addItem(makeItem(kPoint, 5));
+    auto items = std::make_unique<CItemTree>();
+    CModelElement* item = items->addItem(makeItem(kPoint, 6));
+    QVERIFY(model.exchangeItems(items));
+    SignalLog log(model);
+
+    item->setName(QStringLiteral("A"));
+    item->setId(7);
+    old->setName(QStringLiteral("B"));
+    QVERIFY(model.addItem(makeItem(kPoint, 8), item) != nullptr);
+    QCOMPARE(model.addItem(makeItem(kPoint, 9), old), kNoItem);
+    QVERIFY(model.removeItem(7));
+    QCOMPARE(log.take(),
+             QStringList({QStringLiteral("changed 6"), QStringLiteral("changed 7"), QStringLiteral("added 8"),
+                          QStringLiteral("about to be removed 8"), QStringLiteral("removed 8"),
+                          QStringLiteral("about to be removed 7"), QStringLiteral("removed 7")}));
+}
+
+void TestCProjectModel::itemsGoBackAsTheyWere()
+{
+    CProjectModel model(nullptr);
+    CModelElement* item = model.addItem(makeItem(kPoint, 5));
+    auto items = std::make_unique<CItemTree>();
+    items->addItem(makeItem(kPoint, 6));
+
+    QVERIFY(model.exchangeItems(items));
+    QVERIFY(model.exchangeItems(items));
+    QCOMPARE(model.findItemAnywhere(5), item);
+    QCOMPARE(model.findItemAnywhere(6), kNoItem);
+    SignalLog log(model);
+    item->setName(QStringLiteral("A"));
+    QCOMPARE(log.take(), QStringList(QStringLiteral("changed 5")));
+}
+
+void TestCProjectModel::exchangeIsRefusedOverTheIdOfASystemItem()
+{
+    CProjectModel model(nullptr);
+    CModelElement* old = model.addItem(makeItem(kPoint, 5));
+    model.addSystemItem(new TypedItem(kProtocol, 77), {});
+    auto items = std::make_unique<CItemTree>();
+    items->addItem(makeItem(kPoint, 77));
+    SignalLog log(model);
+
+    QVERIFY(!model.exchangeItems(items));
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(model.getTopLevelItems().front().get(), old);
+    QVERIFY(items->findItem(77) != nullptr);
+    std::unique_ptr<CItemTree> none;
+    QVERIFY(!model.exchangeItems(none));
+}
+
+void TestCProjectModel::exchangeTakesNoLongerForManyItems()
+{
+    CProjectModel model(nullptr);
+    auto items = std::make_unique<CItemTree>();
+    for (LONGID id = 1; id <= kManyItems; ++id)
+        items->addItem(makeItem(kPoint, id));
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 1001; ++i)
+        QVERIFY(model.exchangeItems(items));
+    QVERIFY2(timer.elapsed() < 1000, QByteArray::number(timer.elapsed()).constData());
+    QCOMPARE(model.getTopLevelItems().size(), std::size_t(kManyItems));
+}
+
+void TestCProjectModel::revisionGrowsWithEveryChangeOfTheItems()
+{
+    CProject project(QStringLiteral("A"));
+    CProjectModel model(&project);
+    quint64 before = modelrevision::get();
+    const auto hasGrown = [&before] { return std::exchange(before, modelrevision::get()) < before; };
+    CModelElement* item = model.addItem(makeItem(kPoint, 5));
+    QVERIFY(hasGrown());
+    QCOMPARE(model.getTreeItemTypes().find(5), std::optional<int>(kPoint));
+    const ItemTypeIndex types = model.getTreeItemTypes();
+    item->setId(6);
+    QVERIFY(hasGrown());
+    QCOMPARE(types.find(5), std::optional<int>(kPoint));
+    QCOMPARE(types.find(6), std::optional<int>());
+    QCOMPARE(model.getTreeItemTypes().find(6), std::optional<int>(kPoint));
+    model.addSystemItem(new TypedItem(kProtocol, 77), {});
+    QVERIFY(hasGrown());
+    QCOMPARE(model.getSystemItemTypes().find(77), std::optional<int>(kProtocol));
+    model.removeItem(6);
+    QVERIFY(hasGrown());
+    project.setName(QStringLiteral("B"));
+    QVERIFY(hasGrown());
+    auto items = std::make_unique<CItemTree>();
+    model.exchangeItems(items);
+    QVERIFY(hasGrown());
+    QVERIFY(!hasGrown());
 }
 
 void TestCProjectModel::signalsAreSilentAboutSystemItems()
