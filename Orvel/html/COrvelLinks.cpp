@@ -1,3 +1,4 @@
+#include "Orvel/html/ProjectItemLinks.h"
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/LinkScanner.h"
 #include "host/enums/EnumData.h"
@@ -9,9 +10,14 @@
 std::wstring COrvel::GetItemLink(LONGID itemId, const std::wstring& text) const
 {
     const QString type = QString::fromStdString(getEnumData(GetItemTypeByID(itemId)).getTextInternal());
-    return QStringLiteral("<a href=\"%1://locate-item?type=%2&id=%3&project=%4\">%5</a>")
-        .arg(uriScheme, type, QString::number(itemId), GetEncodedProjectName(), QString::fromStdWString(text))
+    return orvel::makeItemLink(uriScheme, type, itemId, GetEncodedProjectName(),
+                               QString::fromStdWString(text))
         .toStdWString();
+}
+
+qor::ItemLinksPtr COrvel::GetItemLinks() const
+{
+    return orvel::ProjectItemLinks::make(*model, uriScheme, GetEncodedProjectName());
 }
 
 std::wstring COrvel::GetModelElementLink(CModelElement* element, const std::wstring& text) const

@@ -37,6 +37,10 @@ OrvelProcessMonitor::OrvelProcessMonitor(ProjectWindow* window, QWidget* parent,
     connect(
         getJournal(), &QTextBrowser::anchorClicked, getJournal(),
         [this](const QUrl& url) { followJournalLink(url); }, Qt::DirectConnection);
+    setLinkSource([this] {
+        const COrvel* protocol = getOrvel();
+        return protocol ? protocol->GetItemLinks() : nullptr;
+    });
     applyJournalStyle();
     connectViewer(*window);
 }

@@ -4,6 +4,7 @@
 #include "Orvel/store/COVMessage.h"
 #include "Orvel/store/ProtocolTypes.h"
 #include "host/model/CModelElement.h"
+#include "host/model/IItemLinks.h"
 
 #include <map>
 #include <set>
@@ -103,6 +104,8 @@ public:
 
     /// Link that leads to the item in the application; `text` is inserted as it is.
     std::wstring GetItemLink(LONGID id, const std::wstring& text) const;
+    /// The same links as they are now, for use in any thread. Null where they can't be taken over.
+    qor::ItemLinksPtr GetItemLinks() const;
     /// Link to the element, or just `text` when there is none.
     std::wstring GetModelElementLink(CModelElement* element, const std::wstring& text) const;
     /// The first link in `messageText` whose mark-up holds "id=" and the id; empty when there is none. Its

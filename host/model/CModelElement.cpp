@@ -3,6 +3,7 @@
 #include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
 #include "host/model/ItemTypes.h"
+#include "host/model/ModelRevision.h"
 
 #include <algorithm>
 #include <iterator>
@@ -36,6 +37,7 @@ CModelElement& CModelElement::operator=(const CModelElement& other)
     id = other.id;
     name = other.name;
     properties = other.properties;
+    modelrevision::advance();
     notify();
     return *this;
 }

@@ -6,16 +6,20 @@
 
 #include <QtTest>
 
+#include <functional>
 #include <limits>
 
 using Access = OrvelTestAccess;
 
 namespace {
 
-/// The item link for `id` as a QString.
+/// The item link for `id`; a word about it when the links for other threads are not the same.
 QString itemLink(const COrvel& protocol, LONGID id, const QString& text)
 {
-    return QString::fromStdWString(protocol.GetItemLink(id, text.toStdWString()));
+    const std::wstring link = protocol.GetItemLink(id, text.toStdWString());
+    const std::wstring sameLink = protocol.GetItemLinks()->makeLink(id, text.toStdWString());
+    return link == sameLink ? QString::fromStdWString(link)
+                            : QStringLiteral("differs: ") + QString::fromStdWString(sameLink);
 }
 
 /// What lies in `linkText` where the operation doesn't touch it.
@@ -43,6 +47,8 @@ private slots:
     void itemLinkTakesTheTextAsItIs_data();
     void itemLinkTakesTheTextAsItIs();
     void partsOfALinkAreNeverExpandedAgain();
+    void takenLinksKnowWhenTheyAreOutOfDate();
+    void linksOfAnUnknownManagerCannotBeTaken();
 
     void elementLinkIsThatOfItsId();
     void elementLinkOfNothingIsTheText();
@@ -169,6 +175,44 @@ void TestLinks::partsOfALinkAreNeverExpandedAgain()
     f.addItem(5, 0x11223355);
     QCOMPARE(itemLink(f.protocol, 5, QStringLiteral("%1%5")),
              QStringLiteral("<a href=\"s%2://locate-item?type=T%3%4&id=5&project=%255\">%1%5</a>"));
+}
+
+void TestLinks::takenLinksKnowWhenTheyAreOutOfDate()
+{
+    ProtocolFixture f(QStringLiteral("line"));
+    qor::ItemLinksPtr links;
+    const auto areCurrentAfter = [&](const std::function<void()>& change) {
+        links = f.protocol.GetItemLinks();
+        change();
+        return links->isCurrent();
+    };
+    QVERIFY(areCurrentAfter([] {}));
+    QVERIFY(areCurrentAfter(
+        [&] { f.protocol.AddMessageRaw(QStringLiteral("line"), enums::Adjust, COVMessage::Error); }));
+    QVERIFY(!areCurrentAfter([&] { f.addItem(42, kSectionItemType); }));
+    QVERIFY(!areCurrentAfter([&] { f.model.findItemAnywhere(42)->setId(43); }));
+    QVERIFY(!areCurrentAfter([&] { f.model.removeItem(43); }));
+    QVERIFY(!areCurrentAfter([&] { f.project.setName(QStringLiteral("other")); }));
+    QVERIFY(!areCurrentAfter([&] { f.model.setTervoObject(std::make_unique<tervo::CItemManager>()); }));
+    QVERIFY(!areCurrentAfter([] { registerEnumData(EnumData(0x11223355, "a", "b", "c")); }));
+    QVERIFY(!areCurrentAfter([&] {
+        const COrvel other(&f.model, QStringLiteral("geodesy"));
+        f.protocol = other;
+    }));
+    QCOMPARE(itemLink(f.protocol, 1, QStringLiteral("x")),
+             QStringLiteral("<a href=\"geodesy://locate-item?type=Undefined&id=1&project=other\">x</a>"));
+}
+
+void TestLinks::linksOfAnUnknownManagerCannotBeTaken()
+{
+    struct Manager : tervo::IItemManager
+    {
+        tervo::IItem* findItem(LONGID /*id*/) const override { return nullptr; }
+    };
+    ProtocolFixture f(QStringLiteral("line"));
+    QVERIFY(f.protocol.GetItemLinks() != nullptr);
+    f.model.setTervoObject(std::make_unique<Manager>());
+    QVERIFY(f.protocol.GetItemLinks() == nullptr);
 }
 
 void TestLinks::elementLinkIsThatOfItsId()

@@ -1,5 +1,6 @@
 #include "Orvel/integration/OrvelGUIExtension.h"
 #include "Orvel/integration/OrvelProcessMonitor.h"
+#include "host/enums/EnumData.h"
 #include "tests/integration/MethodText.h"
 #include "tests/integration/WindowFixture.h"
 #include "tests/support/MessageText.h"
@@ -135,6 +136,8 @@ private slots:
     void failedRunLeavesTheProtocolOpen();
     void runDestroyedWithItsWindowLeavesTheProtocolOpen();
     void runIsOverBeforeTheHandlerIsDestroyed();
+    void linksOfARunAreRightAtEachMoment();
+    void linksOfADerivedMonitorAreItsOwn();
     void linesOfAWorkerThreadEndInTheDataFileInOrder();
 };
 
@@ -632,6 +635,77 @@ void TestOrvelProcessMonitor::runIsOverBeforeTheHandlerIsDestroyed()
     });
     monitor.reset();
     QCOMPARE(states, QStringList{QStringLiteral("over")});
+}
+
+void TestOrvelProcessMonitor::linksOfARunAreRightAtEachMoment()
+{
+    struct Point : CModelElement
+    {
+        Point() { setId(12); }
+        int getType() const override { return 0x11223366; }
+    };
+    registerEnumData(EnumData(0x11223366, "MonitoredPoint", "", ""));
+    MonitorFixture fixture;
+    fixture.model.addItem(std::make_unique<Point>());
+    OrvelProcessMonitor monitor(&fixture.window);
+    std::vector<std::wstring> links;
+    std::vector<std::wstring> expected;
+    std::atomic<int> step{0};
+    monitor.start([&](qor::IProcessMonitor& run) {
+        for (int i = 0; i < 4; ++i) {
+            links.push_back(run.getItemLink(12, L"Р"));
+            ++step;
+            while (step == 2 * i + 1)
+                QTest::qSleep(1);
+        }
+    });
+    const auto awaitStep = [&step](int number) {
+        while (step != number)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    };
+    const auto takeExpected = [&] { expected.push_back(fixture.protocol.GetItemLink(12, L"Р")); };
+    awaitStep(1);
+    takeExpected();
+    fixture.project.setName(QStringLiteral("Другой проект"));
+    ++step;
+    awaitStep(3);
+    takeExpected();
+    fixture.model.removeItem(12);
+    ++step;
+    awaitStep(5);
+    takeExpected();
+    fixture.model.addItem(std::make_unique<Point>());
+    ++step;
+    awaitStep(7);
+    takeExpected();
+    ++step;
+    QVERIFY(monitor.waitForFinished());
+    QCOMPARE(links, expected);
+    QVERIFY(links[0] != links[1]);
+    QVERIFY(links[1] != links[2]);
+}
+
+void TestOrvelProcessMonitor::linksOfADerivedMonitorAreItsOwn()
+{
+    class OwnLinks : public OrvelProcessMonitor
+    {
+    public:
+        using OrvelProcessMonitor::OrvelProcessMonitor;
+        std::wstring getItemLink(LONGID id, const std::wstring& text) override
+        {
+            return L"(" + OrvelProcessMonitor::getItemLink(id, text) + L")";
+        }
+    };
+    MonitorFixture fixture;
+    OwnLinks monitor(&fixture.window);
+    std::vector<std::wstring> links;
+    monitor.start([&](qor::IProcessMonitor& run) {
+        for (LONGID id = 1; id <= 3; ++id)
+            links.push_back(run.getItemLink(id, L"Р"));
+    });
+    QVERIFY(monitor.waitForFinished());
+    for (std::size_t i = 0; i < links.size(); ++i)
+        QCOMPARE(links[i], L"(" + fixture.protocol.GetItemLink(static_cast<LONGID>(i) + 1, L"Р") + L")");
 }
 
 void TestOrvelProcessMonitor::linesOfAWorkerThreadEndInTheDataFileInOrder()
