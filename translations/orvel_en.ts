@@ -504,14 +504,6 @@
         <translation>A double click or Enter shows the protocol’s page</translation>
     </message>
     <message>
-        <source>%1: папка не создаётся</source>
-        <translation>%1: the folder cannot be created</translation>
-    </message>
-    <message>
-        <source>%1: страница не записывается</source>
-        <translation>%1: the page cannot be written</translation>
-    </message>
-    <message>
         <source>%1: ошибок %2, предупреждений %3, сообщений %4</source>
         <translation>%1: errors %2, warnings %3, messages %4</translation>
     </message>
@@ -779,10 +771,6 @@
     <message>
         <source>Ход</source>
         <translation>Line</translation>
-    </message>
-    <message>
-        <source>Выводить нечего: сеть не уравнена. Сначала выполните уравнивание.</source>
-        <translation>Nothing to export: the network is not adjusted. Run the adjustment first.</translation>
     </message>
     <message>
         <source>Пункт %1 не выведен: его высота не определена</source>
@@ -1053,10 +1041,6 @@
         <translation>surplus argument %1</translation>
     </message>
     <message>
-        <source>для --import, --open, --run, --export, --pages, --data и --save нужен --headless</source>
-        <translation>--import, --open, --run, --export, --pages, --data and --save require --headless</translation>
-    </message>
-    <message>
         <source>--import и --open вместе не действуют</source>
         <translation>--import and --open cannot be used together</translation>
     </message>
@@ -1081,10 +1065,6 @@
     <message>
         <source>Параметры обработки без окна:</source>
         <translation>Options without a window:</translation>
-    </message>
-    <message>
-        <source>Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.</source>
-        <translation>Exit code: 0: all done; 2: wrong options or an unreadable file.</translation>
     </message>
     <message>
         <source>compile — предобработка: связность, повторные измерения, невязки
@@ -1139,6 +1119,70 @@ l1 — L1 analysis: search for gross errors
     <message>
         <source>в &lt;cov-mat&gt; больше %1 чисел, файл не прочитан; разделите измерения на группы &lt;height-differences&gt;</source>
         <translation>&lt;cov-mat&gt; has more than %1 numbers, the file was not read; split the measurements into several groups &lt;height-differences&gt;</translation>
+    </message>
+    <message>
+        <source>error, warning: код завершения 1, если в протоколах есть
+ошибки (или предупреждения)</source>
+        <translation>error, warning: exit code 1 if the protocols have
+errors (or warnings)</translation>
+    </message>
+    <message>
+        <source>%1 не принимает «-»</source>
+        <translation>%1 does not take &quot;-&quot;</translation>
+    </message>
+    <message>
+        <source>неизвестный уровень «%1»: --fail-on error или warning</source>
+        <translation>unknown level &quot;%1&quot;: --fail-on error or warning</translation>
+    </message>
+    <message>
+        <source>для --import, --open, --run, --export, --pages, --data, --save и --fail-on нужен --headless</source>
+        <translation>--import, --open, --run, --export, --pages, --data, --save and --fail-on require --headless</translation>
+    </message>
+    <message>
+        <source>стандартный вывод принимает что-то одно: --export или --data</source>
+        <translation>the standard output takes only one: --export or --data</translation>
+    </message>
+    <message>
+        <source>FILE может быть и адресом file://, а у --import, --export и --data — знаком «-»:
+стандартный ввод или вывод.
+Код завершения: 0 — всё выполнено; 1 — обработка не дала результата или достигнут
+уровень --fail-on; 2 — неверные параметры, нечитаемый файл или неудавшаяся запись.</source>
+        <translation>FILE may be a file:// URL, and with --import, --export and --data the sign &quot;-&quot;:
+the standard input or output.
+Exit code: 0: all done; 1: a run gave no result, or the level of --fail-on was
+reached; 2: wrong options, an unreadable file or failed output.</translation>
+    </message>
+    <message>
+        <source>стандартный ввод</source>
+        <translation>standard input</translation>
+    </message>
+    <message>
+        <source>стандартный вывод</source>
+        <translation>standard output</translation>
+    </message>
+    <message>
+        <source>не удалось создать папку «%1»: %2</source>
+        <translation>the folder &quot;%1&quot; could not be made: %2</translation>
+    </message>
+    <message>
+        <source>не удалось записать страницу «%1»</source>
+        <translation>the page &quot;%1&quot; could not be written</translation>
+    </message>
+    <message>
+        <source>в проекте нет протоколов, копировать в «%1» нечего</source>
+        <translation>the project has no protocols, there is nothing to copy to &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>достигнут уровень --fail-on: ошибок %1, предупреждений %2</source>
+        <translation>the level of --fail-on was reached: errors %1, warnings %2</translation>
+    </message>
+    <message>
+        <source>Экспортировать нечего: уравнивание не дало высот, причина в его протоколе.</source>
+        <translation>Nothing to export: the adjustment gave no heights, its protocol tells why.</translation>
+    </message>
+    <message>
+        <source>Экспортировать нечего: сеть не уравнена. Сначала выполните уравнивание.</source>
+        <translation>Nothing to export: the network is not adjusted. Run the adjustment first.</translation>
     </message>
 </context>
 <context>

@@ -1,8 +1,10 @@
 #include "apps/desk/CommandLine.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/StandardStreams.h"
 
 #include <QCommandLineParser>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -53,6 +55,10 @@ std::vector<Option> getHeadlessOptions()
          QStringLiteral("FILE.xml"),
          Desk::tr("записать копию файла данных протокола")},
         {{QStringLiteral("save")}, QStringLiteral("FILE"), Desk::tr("сохранить проект")},
+        {{QStringLiteral("fail-on")},
+         QStringLiteral("LEVEL"),
+         Desk::tr("error, warning: код завершения 1, если в протоколах есть\n"
+                  "ошибки (или предупреждения)")},
     };
 }
 
@@ -83,6 +89,14 @@ QString describe(const std::vector<Option>& options)
         text += line + description + QLatin1Char('\n');
     }
     return text;
+}
+
+/// The path that a file URL stands for; anything else as it is.
+QString toPath(const QString& text)
+{
+    const QUrl url(text);
+    const bool isHere = url.host().isEmpty() || url.host() == QLatin1String("localhost");
+    return url.isLocalFile() && isHere ? url.path() : text;
 }
 
 /// Has QCommandLineParser read the arguments and makes a CommandLine of what they say. The sentences about
@@ -163,14 +177,15 @@ private:
         takeClass();
         for (const QString& name : parser.values(QStringLiteral("run")))
             takeRun(name);
-        result.importFile = parser.value(QStringLiteral("import"));
-        result.projectFile = parser.value(QStringLiteral("open"));
-        result.exportFile = parser.value(QStringLiteral("export"));
-        result.pagesFolder = parser.value(QStringLiteral("pages"));
-        result.dataFile = parser.value(QStringLiteral("data"));
-        result.saveFile = parser.value(QStringLiteral("save"));
-        result.recordFile = parser.value(QStringLiteral("record"));
-        result.argument = parser.positionalArguments().value(0);
+        takeFailLevel();
+        result.importFile = toPath(parser.value(QStringLiteral("import")));
+        result.projectFile = takeFile(QStringLiteral("open"));
+        result.exportFile = toPath(parser.value(QStringLiteral("export")));
+        result.pagesFolder = takeFile(QStringLiteral("pages"));
+        result.dataFile = toPath(parser.value(QStringLiteral("data")));
+        result.saveFile = takeFile(QStringLiteral("save"));
+        result.recordFile = takeFile(QStringLiteral("record"));
+        result.argument = toPath(parser.positionalArguments().value(0));
         checkTogether();
     }
 
@@ -200,6 +215,26 @@ private:
             fail(Desk::tr("неизвестный класс нивелирования «%1»: --class I, II, III или IV").arg(name));
     }
 
+    /// A file that no stream can stand for.
+    QString takeFile(const QString& name)
+    {
+        const QString value = parser.value(name);
+        if (standardstreams::isStream(value))
+            fail(Desk::tr("%1 не принимает «-»").arg(withDashes(name)));
+        return toPath(value);
+    }
+
+    void takeFailLevel()
+    {
+        const QString name = parser.value(QStringLiteral("fail-on"));
+        if (name == QLatin1String("error"))
+            result.failLevel = CommandLine::FailLevel::Error;
+        else if (name == QLatin1String("warning"))
+            result.failLevel = CommandLine::FailLevel::Warning;
+        else if (!name.isEmpty())
+            fail(Desk::tr("неизвестный уровень «%1»: --fail-on error или warning").arg(name));
+    }
+
     void takeRun(const QString& name)
     {
         if (name == QLatin1String("compile"))
@@ -219,18 +254,20 @@ private:
         const bool hasInput = !result.importFile.isEmpty() || !result.projectFile.isEmpty();
         const bool hasHeadlessTask = hasInput || !result.runs.empty() || !result.exportFile.isEmpty() ||
                                      !result.pagesFolder.isEmpty() || !result.dataFile.isEmpty() ||
-                                     !result.saveFile.isEmpty();
+                                     !result.saveFile.isEmpty() || parser.isSet(QStringLiteral("fail-on"));
         const int filesTaken = result.isHeadless ? 0 : 1;
         const QStringList files = parser.positionalArguments();
         if (files.size() > filesTaken)
             fail(Desk::tr("лишний аргумент %1").arg(files[filesTaken]));
         else if (hasHeadlessTask && !result.isHeadless)
-            fail(
-                Desk::tr("для --import, --open, --run, --export, --pages, --data и --save нужен --headless"));
+            fail(Desk::tr("для --import, --open, --run, --export, --pages, --data, --save и --fail-on нужен "
+                          "--headless"));
         else if (result.isHeadless && !hasInput)
             fail(Desk::tr("с --headless нужен --import FILE или --open FILE"));
         else if (!result.importFile.isEmpty() && !result.projectFile.isEmpty())
             fail(Desk::tr("--import и --open вместе не действуют"));
+        else if (standardstreams::isStream(result.exportFile) && standardstreams::isStream(result.dataFile))
+            fail(Desk::tr("стандартный вывод принимает что-то одно: --export или --data"));
     }
 
     QCommandLineParser parser;
@@ -255,7 +292,10 @@ QString CommandLine::getHelp()
            QLatin1Char('\n') + Desk::tr("Параметры:") + QLatin1Char('\n') + describe(getGeneralOptions()) +
            QLatin1Char('\n') + Desk::tr("Параметры обработки без окна:") + QLatin1Char('\n') +
            describe(getHeadlessOptions()) + QLatin1Char('\n') +
-           Desk::tr("Код завершения: 0 — всё выполнено; 2 — неверные параметры или нечитаемый файл.") +
+           Desk::tr("FILE может быть и адресом file://, а у --import, --export и --data — знаком «-»:\n"
+                    "стандартный ввод или вывод.\n"
+                    "Код завершения: 0 — всё выполнено; 1 — обработка не дала результата или достигнут\n"
+                    "уровень --fail-on; 2 — неверные параметры, нечитаемый файл или неудавшаяся запись.") +
            QLatin1Char('\n');
 }
 

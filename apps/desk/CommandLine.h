@@ -10,10 +10,13 @@
 
 namespace orvel::desk {
 
-/// What the command line asks for.
+/// What the command line asks for. Files are paths, whether they were given as such or as file URLs; "-" is
+/// the standard input or output.
 struct CommandLine
 {
     enum class Run { Compile, Adjust, L1Analysis };
+    /// Which lines of the runs make the program fail.
+    enum class FailLevel { Never, Error, Warning };
 
     bool isHeadless = false;
     bool wantsHelp = false;
@@ -28,7 +31,8 @@ struct CommandLine
     QString dataFile;    ///< copy of the protocol's data file
     QString saveFile;    ///< project to save
     QString recordFile;  ///< journal of the runs to record
-    QString argument;    ///< file or URI for the window
+    FailLevel failLevel = FailLevel::Never;
+    QString argument; ///< file or URI for the window
 
     /// Why the arguments cannot be followed: one sentence; empty if they can.
     QString error;

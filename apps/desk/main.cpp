@@ -5,6 +5,7 @@
 #include "apps/desk/Translation.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/gui/DeskSession.h"
 #include "apps/desk/gui/UriServer.h"
 #include "apps/desk/headless/Headless.h"
@@ -12,24 +13,47 @@
 #include "host/app/SDIApplication.h"
 #include "host/delegates/ItemDelegateFactory.h"
 #include "host/files/Error.h"
+#include "host/files/StringUtils.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QApplication>
 #include <QTextStream>
 #include <QUrl>
 
+#include <csignal>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 using namespace orvel::desk;
 
 namespace {
 
-constexpr int kFailed = 2;
+void complain(const QString& text)
+{
+    QTextStream(stderr) << QStringLiteral("orvel-desk: ") << utils::escapeControls(text) << '\n';
+}
 
 int fail(const QString& text)
 {
-    QTextStream(stderr) << QStringLiteral("orvel-desk: ") << text.simplified() << '\n';
-    return kFailed;
+    complain(text);
+    return Headless::Refused;
+}
+
+int print(const QString& text)
+{
+    standardstreams::write(QStringLiteral("-"), text.toLocal8Bit());
+    return Headless::Done;
+}
+
+/// Has something stand where a standard stream is closed: the next file that is opened would take its place,
+/// and what is meant for the stream would go into that file. What cannot be written is noticed.
+void occupyStandardStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) == -1)
+            open("/dev/null", O_RDONLY);
+    }
 }
 
 QStringList getArguments(int argc, char* argv[])
@@ -69,13 +93,9 @@ int runHeadless(const DeskHost& host, const CommandLine& commandLine)
     Document document(host.getPlugins(), Desk::tr("Новый проект"));
     ProjectWindow window(&document.getModel());
     host.getPlugins().extendProjectGUI(&window);
-    try {
-        QTextStream output(stdout);
-        Headless(document, window, output).execute(commandLine);
-    } catch (const exceptions::Error& error) {
-        return fail(QString::fromStdWString(error.getText()));
-    }
-    return 0;
+    // A reader who goes away early must not cost what is still to be written.
+    std::signal(SIGPIPE, SIG_IGN);
+    return Headless(document, window, complain).execute(commandLine);
 }
 
 int runWindow(const DeskHost& host, const CommandLine& commandLine)
@@ -96,12 +116,10 @@ int run(const CommandLine& commandLine)
 {
     if (!commandLine.error.isEmpty())
         return fail(commandLine.error);
-    if (commandLine.wantsHelp || commandLine.wantsVersion) {
-        QTextStream(stdout) << (commandLine.wantsHelp
-                                    ? CommandLine::getHelp()
-                                    : QStringLiteral("orvel-desk %1\n").arg(orvel::apps::getVersion()));
-        return 0;
-    }
+    if (commandLine.wantsHelp)
+        return print(CommandLine::getHelp());
+    if (commandLine.wantsVersion)
+        return print(QStringLiteral("orvel-desk %1\n").arg(orvel::apps::getVersion()));
     if (!commandLine.isHeadless && handOver(commandLine.argument))
         return 0;
     const DeskHost host;
@@ -114,6 +132,7 @@ int run(const CommandLine& commandLine)
 
 int main(int argc, char* argv[])
 {
+    occupyStandardStreams();
     const QStringList arguments = getArguments(argc, argv);
     // What needs no window must not look for a display.
     const CommandLine preview = CommandLine::parse(arguments);
@@ -131,5 +150,9 @@ int main(int argc, char* argv[])
     installLanguage(preview.language);
     QGuiApplication::setApplicationDisplayName(Desk::tr("Нивелирный стол"));
     registerDeskTypes();
-    return run(CommandLine::parse(arguments));
+    try {
+        return run(CommandLine::parse(arguments));
+    } catch (const exceptions::Error& error) {
+        return fail(QString::fromStdWString(error.getText()));
+    }
 }

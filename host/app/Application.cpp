@@ -2,6 +2,7 @@
 
 #include "host/app/LibraryFolder.h"
 #include "host/files/CFileException.h"
+#include "host/files/StringUtils.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -51,7 +52,7 @@ QStringList getDataFolders()
 
 void writeLine(const QString& message)
 {
-    std::fputs((message.toLocal8Bit() + '\n').constData(), stderr);
+    std::fputs((utils::escapeControls(message).toLocal8Bit() + '\n').constData(), stderr);
 }
 
 } // namespace

@@ -4,9 +4,12 @@
 #include "tests/support/TestFiles.h"
 
 #include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 using namespace orvel::test;
 
@@ -41,6 +44,19 @@ private Q_SLOTS:
     void helpAndVersion();
     void optionsTakeEveryForm_data();
     void optionsTakeEveryForm();
+    void exitCodeTellsHowItWent_data();
+    void exitCodeTellsHowItWent();
+    void failedExportKeepsTheRest_data();
+    void failedExportKeepsTheRest();
+    void failedOutputsAreEachTold();
+    void unwritableOutputIsAFailure_data();
+    void unwritableOutputIsAFailure();
+    void streamsAreReadAndWritten();
+    void logIsNotEmptied();
+    void fileUrlsAreTaken();
+    void namesOnStderrShowControlCharacters();
+    void formulasAreGuarded();
+    void projectNameHasNoMarkUp();
 
 private:
     QString path(const QString& name) const { return folder->filePath(name); }
@@ -287,9 +303,13 @@ void TestHeadless::badUsageIsRefused_data()
                            << "неизвестный класс нивелирования «V»: --class I, II, III или IV";
     QTest::newRow("language") << "--import small.gkf --language de"
                               << "неизвестный язык «de»: --language ru или en";
-    QTest::newRow("export before adjustment")
-        << "--import small.gkf --export out.csv"
-        << "Выводить нечего: сеть не уравнена. Сначала выполните уравнивание.";
+    QTest::newRow("level") << "--import small.gkf --fail-on message"
+                           << "неизвестный уровень «message»: --fail-on error или warning";
+    QTest::newRow("project from a stream") << "--open -"
+                                           << "--open не принимает «-»";
+    QTest::newRow("two files to one stream")
+        << "--import small.gkf --export - --data -"
+        << "стандартный вывод принимает что-то одно: --export или --data";
 }
 
 void TestHeadless::badUsageIsRefused()
@@ -326,7 +346,7 @@ void TestHeadless::badInputIsRefused()
     const DeskProcess desk = run(words("--language en --import bad.gkf --run adjust --save a.orvel"));
     QCOMPARE(desk.errors, QStringLiteral("orvel-desk: %1\n").arg(error));
     QCOMPARE(desk.exitCode, 2);
-    QCOMPARE(desk.output, QString());
+    QCOMPARE(desk.output, QStringLiteral("Import: errors 1, warnings 0, messages 0\n"));
     QVERIFY(!QFile::exists(path(QStringLiteral("a.orvel"))));
 }
 
@@ -420,6 +440,252 @@ void TestHeadless::optionsTakeEveryForm()
     QCOMPARE(desk.output, QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3\n"
                                          "Уравнивание: ошибок 1, предупреждений 1, сообщений 15\n"));
     QCOMPARE(desk.exitCode, 0);
+}
+
+namespace {
+
+/// A network without a benchmark.
+QByteArray makeFreeNetwork()
+{
+    return "<gama-local><network><points-observations><point id=\"A\" adj=\"z\"/><point id=\"B\" adj=\"z\"/>"
+           "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"1\"/></height-differences>"
+           "</points-observations></network></gama-local>";
+}
+
+/// Two benchmarks, and a point of that name between them.
+QByteArray makeNetwork(const char* name)
+{
+    return QByteArray("<gama-local><network><points-observations><point id=\"R1\" z=\"1\" fix=\"z\"/>"
+                      "<point id=\"R2\" z=\"3\" fix=\"z\"/><point id=\"NAME\" adj=\"z\"/><height-differences>"
+                      "<dh from=\"R1\" to=\"NAME\" val=\"1\" dist=\"1\"/>"
+                      "<dh from=\"NAME\" to=\"R2\" val=\"1\" dist=\"1\"/>"
+                      "</height-differences></points-observations></network></gama-local>")
+        .replace("NAME", name);
+}
+
+/// Runs a shell command in which "$DESK" is the program. Its exit code.
+int runShell(const QString& folder, const QString& command)
+{
+    QProcess shell;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DESK"), QStringLiteral(DESK_PROGRAM " --headless"));
+    environment.insert(QStringLiteral("ORVEL_DATA_DIR"), QStringLiteral(DESK_TEST_DATA));
+    shell.setProcessEnvironment(environment);
+    shell.setWorkingDirectory(folder);
+    shell.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), command});
+    return shell.waitForFinished(120000) && shell.exitStatus() == QProcess::NormalExit ? shell.exitCode()
+                                                                                       : -1;
+}
+
+} // namespace
+
+void TestHeadless::exitCodeTellsHowItWent_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("error");
+    const QString nothing =
+        QStringLiteral("ни одна секция не ведёт от исходного репера к определяемому пункту");
+    QTest::newRow("errors in a protocol") << "--import blunder.gkf --run adjust" << 0 << QString();
+    QTest::newRow("errors are a failure") << "--import blunder.gkf --run adjust --fail-on error" << 1
+                                          << "достигнут уровень --fail-on: ошибок 11, предупреждений 4";
+    QTest::newRow("no errors") << "--import two-benchmarks.gkf --fail-on warning" << 0 << QString();
+    QTest::newRow("only of the runs at hand") << "--open adjusted.orvel --run compile --fail-on error" << 1
+                                              << "достигнут уровень --fail-on: ошибок 3, предупреждений 0";
+    QTest::newRow("warnings are no errors")
+        << "--open adjusted.orvel --export a.csv --fail-on error" << 0 << QString();
+    QTest::newRow("no datum") << "--import free.gkf --run adjust" << 1
+                              << QStringLiteral("Уравнивать нечего: ") + nothing;
+    QTest::newRow("no datum for L1") << "--import free.gkf --run l1" << 1
+                                     << QStringLiteral("Анализировать нечего: ") + nothing;
+    QTest::newRow("wrong order") << "--import free.gkf --export a.csv" << 2
+                                 << "Экспортировать нечего: сеть не уравнена. Сначала выполните уравнивание.";
+}
+
+void TestHeadless::exitCodeTellsHowItWent()
+{
+    QFETCH(QString, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, error);
+    writeFile(path(QStringLiteral("free.gkf")), makeFreeNetwork());
+    QCOMPARE(run(words("--import blunder.gkf --run adjust --save adjusted.orvel")).exitCode, 0);
+    const DeskProcess desk = run(arguments.split(QLatin1Char(' ')));
+    QCOMPARE(desk.errors, error.isEmpty() ? QString() : QStringLiteral("orvel-desk: %1\n").arg(error));
+    QCOMPARE(desk.exitCode, exitCode);
+}
+
+void TestHeadless::failedExportKeepsTheRest_data()
+{
+    QTest::addColumn<QString>("network");
+    QTest::addColumn<QString>("exportFile");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("errors");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("file cannot be written")
+        << "two-benchmarks.gkf"
+        << "/no/such/folder.csv"
+        << "Импорт: ошибок 0, предупреждений 0, сообщений 3; pages/Import.html\n"
+           "Уравнивание: ошибок 8, предупреждений 1, сообщений 12; pages/Adjust.html\n"
+           "Экспорт: ошибок 1, предупреждений 0, сообщений 0; pages/Export.html\n"
+        << "orvel-desk: Не удалось открыть файл «/no/such/folder.csv»: No such file or directory.\n"
+        << 2;
+    QTest::newRow("nothing to export")
+        << "free.gkf"
+        << "out.csv"
+        << "Импорт: ошибок 0, предупреждений 0, сообщений 2; pages/Import.html\n"
+           "Уравнивание: ошибок 3, предупреждений 0, сообщений 1; pages/Adjust.html\n"
+           "Экспорт: ошибок 1, предупреждений 0, сообщений 0; pages/Export.html\n"
+        << "orvel-desk: Уравнивать нечего: ни одна секция не ведёт от исходного репера к определяемому "
+           "пункту\n"
+           "orvel-desk: Экспортировать нечего: уравнивание не дало высот, причина в его протоколе.\n"
+        << 1;
+}
+
+void TestHeadless::failedExportKeepsTheRest()
+{
+    QFETCH(QString, network);
+    QFETCH(QString, exportFile);
+    QFETCH(QString, output);
+    QFETCH(QString, errors);
+    QFETCH(int, exitCode);
+    writeFile(path(QStringLiteral("free.gkf")), makeFreeNetwork());
+    const DeskProcess desk = run(words("--run adjust --pages pages --data data.xml --save a.orvel --import") +
+                                 QStringList{network, QStringLiteral("--export"), exportFile});
+    QCOMPARE(desk.output, output);
+    QCOMPARE(desk.errors, errors);
+    QCOMPARE(desk.exitCode, exitCode);
+    QVERIFY(text(QStringLiteral("pages/Adjust.html")).contains(QStringLiteral("<h1>Уравнивание</h1>")));
+    QVERIFY(text(QStringLiteral("data.xml")).contains(QStringLiteral("</messagelist>")));
+    QCOMPARE(run(words("--open a.orvel --run compile")).exitCode, 0);
+    QVERIFY(!QFile::exists(path(QStringLiteral("out.csv"))));
+}
+
+void TestHeadless::failedOutputsAreEachTold()
+{
+    writeFile(path(QStringLiteral("file")), "");
+    const DeskProcess desk =
+        run(words("--import small.gkf --pages file/pages --data file/data.xml --save file/a.orvel"));
+    QCOMPARE(desk.output, QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3; "
+                                         "file/pages/Import.html\n"));
+    QCOMPARE(desk.errors,
+             QStringLiteral("orvel-desk: не удалось создать папку «file/pages»: Not a directory\n"
+                            "orvel-desk: Не удалось открыть файл «file/data.xml»: Not a directory.\n"
+                            "orvel-desk: Не удалось открыть файл «file/a.orvel»: Not a directory.\n"));
+    QCOMPARE(desk.exitCode, 2);
+}
+
+void TestHeadless::unwritableOutputIsAFailure_data()
+{
+    QTest::addColumn<QString>("redirection");
+    QTest::newRow("full") << ">/dev/full";
+    QTest::newRow("closed") << ">&-";
+    QTest::newRow("nobody reads") << "| true";
+}
+
+void TestHeadless::unwritableOutputIsAFailure()
+{
+    QFETCH(QString, redirection);
+    const QString command = QStringLiteral("( sleep 0.3; $DESK --import small.gkf --save a.orvel 2>errors; "
+                                           "echo $? >code ) %1");
+    QCOMPARE(runShell(folder->path(), command.arg(redirection)), 0);
+    QTRY_COMPARE(text(QStringLiteral("code")), QStringLiteral("2\n"));
+    QVERIFY(
+        text(QStringLiteral("errors")).startsWith(QStringLiteral("orvel-desk: Не удалось записать файл ")));
+    QCOMPARE(text(QStringLiteral("errors")).count(QLatin1Char('\n')), 1);
+    QVERIFY(QFile::exists(path(QStringLiteral("a.orvel"))));
+    // So is that of the help.
+    QCOMPARE(runShell(folder->path(), QStringLiteral(DESK_PROGRAM " --help 2>errors >/dev/full")), 2);
+}
+
+void TestHeadless::streamsAreReadAndWritten()
+{
+    QCOMPARE(
+        runShell(folder->path(), QStringLiteral("cat small.gkf | $DESK --import - --run adjust --export - "
+                                                ">out.csv 2>errors")),
+        0);
+    QCOMPARE(run(words("--import small.gkf --run adjust --export expected.csv --data expected.xml")).exitCode,
+             0);
+    QCOMPARE(text(QStringLiteral("out.csv")), text(QStringLiteral("expected.csv")));
+    QCOMPARE(text(QStringLiteral("errors")),
+             QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3\n"
+                            "Уравнивание: ошибок 1, предупреждений 1, сообщений 15\n"
+                            "Экспорт: ошибок 0, предупреждений 1, сообщений 1\n"));
+    QCOMPARE(runShell(folder->path(), QStringLiteral("$DESK --import small.gkf --data - >data.xml 2>errors")),
+             0);
+    QCOMPARE(withoutDates(text(QStringLiteral("data.xml"))),
+             QString::fromUtf8(readFile(QStringLiteral(DESK_EXPECTED "/data.xml"))));
+    QVERIFY(!QFile::exists(path(QStringLiteral("-"))));
+    QCOMPARE(
+        runShell(folder->path(), QStringLiteral("$DESK --language en --import - </dev/null 2>errors >out")),
+        2);
+    QCOMPARE(text(QStringLiteral("errors")),
+             QStringLiteral("orvel-desk: standard input, line 1: XML error: Premature end of document.\n"));
+}
+
+void TestHeadless::logIsNotEmptied()
+{
+    writeFile(path(QStringLiteral("log")), "before\n");
+    QCOMPARE(runShell(folder->path(), QStringLiteral("$DESK --import two-benchmarks.gkf --run adjust "
+                                                     "--export /dev/stdout >>log")),
+             0);
+    QVERIFY(text(QStringLiteral("log")).startsWith(QStringLiteral("before\npoint,height_m,sigma_mm\n")));
+    QVERIFY(text(QStringLiteral("log"))
+                .endsWith(QStringLiteral("Экспорт: ошибок 0, предупреждений 0, сообщений 1\n")));
+}
+
+void TestHeadless::fileUrlsAreTaken()
+{
+    QVERIFY(QFile::rename(path(QStringLiteral("small.gkf")), path(QStringLiteral("a b.gkf"))));
+    const auto url = [this](const char* name) {
+        return QString::fromLatin1(QUrl::fromLocalFile(path(QString::fromUtf8(name))).toEncoded());
+    };
+    const DeskProcess desk =
+        run({QStringLiteral("--import"), url("a b.gkf"), QStringLiteral("--run"), QStringLiteral("adjust"),
+             QStringLiteral("--export"), url("é 1.csv"), QStringLiteral("--pages"), url("pages"),
+             QStringLiteral("--data"), url("data.xml"), QStringLiteral("--save"),
+             url("a.orvel").replace(QLatin1String("file://"), QLatin1String("file://localhost"))});
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.exitCode, 0);
+    for (const char* name : {"é 1.csv", "pages/Import.html", "data.xml", "a.orvel"})
+        QVERIFY2(QFile::exists(path(QString::fromUtf8(name))), name);
+    QCOMPARE(
+        run({QStringLiteral("--open"), url("a.orvel"), QStringLiteral("--run"), QStringLiteral("compile")})
+            .exitCode,
+        0);
+}
+
+void TestHeadless::namesOnStderrShowControlCharacters()
+{
+    const DeskProcess desk = run({QStringLiteral("--import"), QStringLiteral("a\x1b[31m\nb\u202e.gkf")});
+    QCOMPARE(desk.errors, QStringLiteral("orvel-desk: a\\x1b[31m\\nb\\u202e.gkf: файл не читается: "
+                                         "No such file or directory\n"));
+}
+
+void TestHeadless::formulasAreGuarded()
+{
+    for (const char* name : {"=1+2", "+1+2", "-cmd", "@x"}) {
+        writeFile(path(QStringLiteral("formula.gkf")), makeNetwork(name));
+        QCOMPARE(run(words("--import formula.gkf --run adjust --export out.csv")).exitCode, 0);
+        QCOMPARE(text(QStringLiteral("out.csv")), QStringLiteral("point,height_m,sigma_mm\nR1,1.00000,0.000\n"
+                                                                 "R2,3.00000,0.000\n'%1,2.00000,0.000\n")
+                                                      .arg(QLatin1String(name)));
+    }
+    // Numbers are none.
+    writeFile(path(QStringLiteral("formula.gkf")), makeNetwork("-12"));
+    QCOMPARE(run(words("--import formula.gkf --run adjust --export out.csv")).exitCode, 0);
+    QVERIFY(text(QStringLiteral("out.csv")).endsWith(QStringLiteral("\n-12,2.00000,0.000\n")));
+}
+
+void TestHeadless::projectNameHasNoMarkUp()
+{
+    const QString name = QStringLiteral("<meta http-equiv=refresh>.gkf");
+    QVERIFY(QFile::rename(path(QStringLiteral("small.gkf")), path(name)));
+    QCOMPARE(
+        run({QStringLiteral("--import"), name, QStringLiteral("--pages"), QStringLiteral("pages")}).exitCode,
+        0);
+    const QString page = text(QStringLiteral("pages/Import.html"));
+    QVERIFY(!page.contains(QStringLiteral("<meta http-equiv=refresh")));
+    QVERIFY(page.contains(QStringLiteral("‹meta http-equiv=refresh›")));
 }
 
 QTEST_GUILESS_MAIN(TestHeadless)

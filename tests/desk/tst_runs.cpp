@@ -216,7 +216,7 @@ void TestRuns::exportQuotesNames()
                        {{QStringLiteral("a,b"), 1, 1.5, 0.5},
                         {QStringLiteral("say \"x\""), 2, -1.0, 2.0},
                         {QStringLiteral("none"), 3, std::nullopt, 0.0}},
-                       path),
+                       true, path),
              QString());
     QCOMPARE(readFile(path), QByteArray("point,height_m,sigma_mm\n"
                                         "\"a,b\",1.50000,0.500\n"
@@ -227,7 +227,7 @@ void TestRuns::exportQuotesNames()
 void TestRuns::exportToMissingFolder()
 {
     const QString failure =
-        runExport(monitor, {{QStringLiteral("A"), 1, 1.5, 0.5}}, QStringLiteral("/no/such/folder.csv"));
+        runExport(monitor, {{QStringLiteral("A"), 1, 1.5, 0.5}}, true, QStringLiteral("/no/such/folder.csv"));
     QVERIFY(failure.contains(QStringLiteral("/no/such/folder.csv")));
     QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
 }

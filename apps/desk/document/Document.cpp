@@ -30,6 +30,11 @@ QString makeSectionName(const QString& from, const QString& to)
     return from + QStringLiteral(" – ") + to;
 }
 
+QString withoutMarkUp(QString name)
+{
+    return name.replace(QLatin1Char('<'), QChar(0x2039)).replace(QLatin1Char('>'), QChar(0x203A));
+}
+
 /// Names that are all different: a section measured again gets its number behind its name.
 class UniqueNames
 {
@@ -96,7 +101,7 @@ bool isConsistent(const Document::Content& content)
 
 Document::Document(const PluginManager& plugins, const QString& projectName, QObject* parent)
     : QObject(parent)
-    , project(projectName)
+    , project(withoutMarkUp(projectName))
     , model(&project)
     , sectionManager(nullptr)
     , nextId(kFirstId)
@@ -116,6 +121,11 @@ Document::~Document() = default;
 COrvel& Document::getProtocol() const
 {
     return dynamic_cast<COrvel&>(*model.getFirstItem(kOrvelItemType));
+}
+
+void Document::setProjectName(const QString& name)
+{
+    project.setName(withoutMarkUp(name));
 }
 
 void Document::setLevellingClass(LevellingClass newClass)

@@ -46,6 +46,9 @@ public:
     ~Document() override;
 
     CProject& getProject() { return project; }
+    /// Names the project. The protocol puts the name into its pages as it is, so angle brackets, which would
+    /// begin mark-up, become others.
+    void setProjectName(const QString& name);
     const CProject& getProject() const { return project; }
     CCommonTervoModel& getModel() { return model; }
     COrvel& getProtocol() const;

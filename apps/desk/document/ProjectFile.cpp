@@ -90,7 +90,7 @@ void load(Document& document, const QString& path)
     const apps::ProtocolState protocol = restoreProtocol(stored);
     if (!document.setContent(std::move(stored.content)))
         refuse(path, Desk::tr("файл проекта повреждён или обрезан"));
-    document.getProject().setName(stored.name);
+    document.setProjectName(stored.name);
     document.getProject().setFilePath(path);
     apps::writeProtocolState(document.getProtocol(), protocol);
     document.updateSummary();

@@ -18,6 +18,10 @@ constexpr quint32 kVersion = 1;
 constexpr quint32 kMaxIds = 1000000;
 constexpr quint32 kMaxPages = 100;
 
+/// The file is sound, but holds more than can be worked with.
+struct TooManyItems
+{};
+
 [[noreturn]] void refuse(const QString& reason)
 {
     throw qor::CFileException(qor::CFileException::CorruptFile, reason.toStdWString());
@@ -99,10 +103,7 @@ std::vector<std::unique_ptr<Item>> readItems(CQtArchive& archive)
     quint32 count = 0;
     archive >> count;
     if (count > levelling::GkfReader::kMaxEntries)
-        throw qor::CFileException(qor::CFileException::CorruptFile,
-                                  Desk::tr("в проекте больше %1 пунктов или секций, он не открыт")
-                                      .arg(QString::number(levelling::GkfReader::kMaxEntries))
-                                      .toStdWString());
+        throw TooManyItems();
     std::vector<std::unique_ptr<Item>> items;
     for (quint32 i = 0; i < count; ++i) {
         items.push_back(std::make_unique<Item>());
@@ -190,10 +191,11 @@ StoredProject read(QIODevice& device)
             if (checksum == makeChecksum(content))
                 return readContent(content);
         }
-    } catch (const qor::CFileException& error) {
-        // Without a description the data ends early: a damaged file like any other.
-        if (!error.getDescription().empty())
-            problem = QString::fromStdWString(error.getDescription());
+    } catch (const TooManyItems&) {
+        problem = Desk::tr("в проекте больше %1 пунктов или секций, он не открыт")
+                      .arg(QString::number(levelling::GkfReader::kMaxEntries));
+    } catch (const qor::CFileException&) {
+        // The data ends early: a damaged file like any other.
     }
     refuse(problem);
 }

@@ -130,7 +130,7 @@ void DeskWindow::importFile(const QString& path)
     if (!document->isEmpty() && !questions::mayReplaceNetwork(this, document->getProject().getName()))
         return;
     if (document->isEmpty() && document->getProject().getFilePath().isEmpty()) {
-        document->getProject().setName(QFileInfo(path).completeBaseName());
+        document->setProjectName(QFileInfo(path).completeBaseName());
         updateTitle();
     }
     recentfiles::add(path);

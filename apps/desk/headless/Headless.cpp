@@ -6,23 +6,21 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
+#include "apps/desk/document/StandardStreams.h"
 #include "host/enums/EnumData.h"
 #include "host/files/Error.h"
 #include "host/files/QtFile.h"
+#include "host/files/StringUtils.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace orvel::desk {
 
 namespace {
-
-[[noreturn]] void fail(const QString& text)
-{
-    throw exceptions::Error(text.toStdWString());
-}
 
 DeskRun makeRun(CommandLine::Run kind, Document& document)
 {
@@ -45,89 +43,170 @@ QString makePagePath(const QString& folder, int protocolType)
 
 } // namespace
 
-Headless::Headless(Document& openDocument, ProjectWindow& projectWindow, QTextStream& outputStream)
+Headless::Headless(Document& openDocument, ProjectWindow& projectWindow, Complain complainFunction)
     : document(openDocument)
-    , output(outputStream)
+    , complain(std::move(complainFunction))
     , monitor(&projectWindow)
 {}
 
-void Headless::execute(const CommandLine& commandLine)
+int Headless::execute(const CommandLine& commandLine)
 {
-    if (!commandLine.projectFile.isEmpty())
-        projectfile::load(document, commandLine.projectFile);
+    if (!commandLine.projectFile.isEmpty() && !load(commandLine))
+        return exitCode;
     if (commandLine.levellingClass)
         document.setLevellingClass(*commandLine.levellingClass);
-    if (!commandLine.recordFile.isEmpty()) {
-        recorder = std::make_unique<JournalRecorder>(commandLine.recordFile, document);
-        QObject::connect(recorder.get(), &JournalRecorder::failed,
-                         [](const QString& reason) { fail(reason); });
-        monitor.setRecorder(recorder.get());
-    }
+    if (!commandLine.recordFile.isEmpty())
+        startRecording(commandLine.recordFile);
+
+    bool hasInput = true;
     if (!commandLine.importFile.isEmpty()) {
-        document.getProject().setName(QFileInfo(commandLine.importFile).completeBaseName());
-        perform(runs::makeImport(document, commandLine.importFile));
+        if (!standardstreams::isStream(commandLine.importFile))
+            document.setProjectName(QFileInfo(commandLine.importFile).completeBaseName());
+        hasInput = perform(runs::makeImport(document, commandLine.importFile));
     }
-    for (const CommandLine::Run kind : commandLine.runs)
-        perform(makeRun(kind, document));
-    if (!commandLine.exportFile.isEmpty())
-        perform(runs::makeExport(document, commandLine.exportFile));
+    if (hasInput) {
+        for (const CommandLine::Run kind : commandLine.runs)
+            perform(makeRun(kind, document));
+        if (!commandLine.exportFile.isEmpty())
+            perform(runs::makeExport(document, commandLine.exportFile));
+    }
 
     if (!commandLine.pagesFolder.isEmpty())
         writePages(commandLine.pagesFolder);
-    report(commandLine.pagesFolder);
     if (!commandLine.dataFile.isEmpty())
         copyData(commandLine.dataFile);
-    if (!commandLine.saveFile.isEmpty())
-        projectfile::save(document, commandLine.saveFile);
+    // Without a network there is no project, and an earlier one of that name is worth more.
+    if (!commandLine.saveFile.isEmpty() && hasInput)
+        save(commandLine.saveFile);
+    report(commandLine);
+    judge(commandLine.failLevel);
+    return exitCode;
 }
 
-void Headless::perform(const DeskRun& run)
+bool Headless::load(const CommandLine& commandLine)
+{
+    try {
+        projectfile::load(document, commandLine.projectFile);
+    } catch (const exceptions::Error& error) {
+        fail(Refused, QString::fromStdWString(error.getText()));
+        return false;
+    }
+    return true;
+}
+
+void Headless::startRecording(const QString& path)
+{
+    recorder = std::make_unique<JournalRecorder>(path, document);
+    QObject::connect(recorder.get(), &JournalRecorder::failed,
+                     [this](const QString& reason) { fail(Refused, reason); });
+    monitor.setRecorder(recorder.get());
+}
+
+/// Whether the run did what it is for.
+bool Headless::perform(const DeskRun& run)
 {
     monitor.startRun(run);
     monitor.waitForFinished();
-    if (!run.failure->isEmpty())
-        fail(*run.failure);
+    document.updateSummary();
     if (std::find(performedTypes.begin(), performedTypes.end(), run.protocolType) == performedTypes.end())
         performedTypes.push_back(run.protocolType);
+    if (run.failure->kind == RunFailure::Kind::None)
+        return true;
+    fail(run.failure->kind == RunFailure::Kind::NoResult ? NoResult : Refused, run.failure->text);
+    return false;
 }
 
 void Headless::writePages(const QString& folder)
 {
-    if (!QDir().mkpath(folder))
-        fail(Desk::tr("%1: папка не создаётся").arg(folder));
+    if (!QDir().mkpath(folder)) {
+        fail(Refused, Desk::tr("не удалось создать папку «%1»: %2").arg(folder, qt_error_string()));
+        return;
+    }
     for (const int type : performedTypes) {
         const QString path = makePagePath(folder, type);
         if (!document.getProtocol().CreateProtocolFile(type, path))
-            fail(Desk::tr("%1: страница не записывается").arg(path));
+            fail(Refused, Desk::tr("не удалось записать страницу «%1»").arg(path));
     }
-}
-
-void Headless::report(const QString& pagesFolder)
-{
-    document.updateSummary();
-    const ProtocolSummary& summary = document.getSummary();
-    for (const int type : performedTypes) {
-        const auto found = summary.types.find(type);
-        const ProtocolSummary::Counts counts =
-            found == summary.types.end() ? ProtocolSummary::Counts() : found->second;
-        output << Desk::tr("%1: ошибок %2, предупреждений %3, сообщений %4")
-                      .arg(getTypeText(type), QString::number(counts.errors),
-                           QString::number(counts.warnings), QString::number(counts.messages));
-        if (!pagesFolder.isEmpty())
-            output << QStringLiteral("; ") << makePagePath(pagesFolder, type);
-        output << '\n';
-    }
-    output.flush();
 }
 
 void Headless::copyData(const QString& filePath)
 {
-    QtFile source(apps::readProtocolState(document.getProtocol()).dataFilePath);
-    source.open(QIODevice::ReadOnly);
-    QtFile target(filePath);
-    target.open(QIODevice::WriteOnly);
-    target.device()->write(source.device()->readAll());
-    target.close();
+    const QString source = apps::readProtocolState(document.getProtocol()).dataFilePath;
+    if (source.isEmpty()) {
+        fail(Refused, Desk::tr("в проекте нет протоколов, копировать в «%1» нечего").arg(filePath));
+        return;
+    }
+    try {
+        QtFile file(source);
+        file.open(QIODevice::ReadOnly);
+        const QByteArray bytes = file.device()->readAll();
+        file.close();
+        standardstreams::write(filePath, bytes);
+    } catch (const exceptions::Error& error) {
+        fail(Refused, QString::fromStdWString(error.getText()));
+    }
+}
+
+void Headless::save(const QString& filePath)
+{
+    try {
+        projectfile::save(document, filePath);
+    } catch (const exceptions::Error& error) {
+        fail(Refused, QString::fromStdWString(error.getText()));
+    }
+}
+
+void Headless::report(const CommandLine& commandLine)
+{
+    QString text;
+    for (const int type : performedTypes) {
+        const ProtocolSummary::Counts counts = getCounts(type);
+        text += Desk::tr("%1: ошибок %2, предупреждений %3, сообщений %4")
+                    .arg(getTypeText(type), QString::number(counts.errors), QString::number(counts.warnings),
+                         QString::number(counts.messages));
+        if (!commandLine.pagesFolder.isEmpty())
+            text += QStringLiteral("; ") + utils::escapeControls(makePagePath(commandLine.pagesFolder, type));
+        text += QLatin1Char('\n');
+    }
+    if (text.isEmpty())
+        return;
+    // What was sent to the standard output has it for itself.
+    const bool isOutputTaken =
+        standardstreams::isStream(commandLine.exportFile) || standardstreams::isStream(commandLine.dataFile);
+    const QString stream = isOutputTaken ? QStringLiteral("/dev/stderr") : QStringLiteral("/dev/stdout");
+    try {
+        standardstreams::write(stream, text.toLocal8Bit());
+    } catch (const exceptions::Error& error) {
+        fail(Refused, QString::fromStdWString(error.getText()));
+    }
+}
+
+void Headless::judge(CommandLine::FailLevel level)
+{
+    ProtocolSummary::Counts all;
+    for (const int type : performedTypes) {
+        const ProtocolSummary::Counts counts = getCounts(type);
+        all.errors += counts.errors;
+        all.warnings += counts.warnings;
+    }
+    const bool isReached = (level != CommandLine::FailLevel::Never && all.errors > 0) ||
+                           (level == CommandLine::FailLevel::Warning && all.warnings > 0);
+    if (isReached)
+        fail(NoResult, Desk::tr("достигнут уровень --fail-on: ошибок %1, предупреждений %2")
+                           .arg(QString::number(all.errors), QString::number(all.warnings)));
+}
+
+ProtocolSummary::Counts Headless::getCounts(int protocolType) const
+{
+    const auto& types = document.getSummary().types;
+    const auto found = types.find(protocolType);
+    return found == types.end() ? ProtocolSummary::Counts() : found->second;
+}
+
+void Headless::fail(ExitCode code, const QString& text)
+{
+    complain(text);
+    exitCode = std::max(exitCode, static_cast<int>(code));
 }
 
 } // namespace orvel::desk

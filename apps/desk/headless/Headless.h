@@ -1,11 +1,11 @@
 #pragma once
 
 #include "apps/desk/CommandLine.h"
+#include "apps/desk/document/ProtocolSummary.h"
 #include "apps/desk/process/JournalRecorder.h"
 #include "apps/desk/process/RunMonitor.h"
 
-#include <QTextStream>
-
+#include <functional>
 #include <memory>
 
 class ProjectWindow;
@@ -16,24 +16,41 @@ class Document;
 
 /// Does what the command line asks for without a display.
 ///
-/// Writes one line per run: its counts of errors, warnings and messages, and where its page lies.
+/// What was done is written and reported whatever fails before or after: pages, data file, project, and one
+/// line per run with its counts of errors, warnings and messages, and where its page lies.
 class Headless
 {
 public:
-    /// The window is not shown. All outlive the object.
-    Headless(Document& openDocument, ProjectWindow& projectWindow, QTextStream& outputStream);
+    enum ExitCode {
+        Done = 0,
+        NoResult = 1, ///< a run could not produce its result, or the level of --fail-on was reached
+        Refused = 2   ///< wrong use, unreadable input or failed output
+    };
 
-    /// Throws exceptions::Error when something cannot be done.
-    void execute(const CommandLine& commandLine);
+    /// Tells the user in one sentence why something was not done.
+    using Complain = std::function<void(const QString& text)>;
+
+    /// The window is not shown. All outlive the object.
+    Headless(Document& openDocument, ProjectWindow& projectWindow, Complain complainFunction);
+
+    /// @return the gravest ExitCode of all that was asked for
+    int execute(const CommandLine& commandLine);
 
 private:
-    void perform(const DeskRun& run);
+    bool load(const CommandLine& commandLine);
+    void startRecording(const QString& path);
+    bool perform(const DeskRun& run);
     void writePages(const QString& folder);
-    void report(const QString& pagesFolder);
     void copyData(const QString& filePath);
+    void save(const QString& filePath);
+    void report(const CommandLine& commandLine);
+    void judge(CommandLine::FailLevel level);
+    ProtocolSummary::Counts getCounts(int protocolType) const;
+    void fail(ExitCode code, const QString& text);
 
     Document& document;
-    QTextStream& output;
+    Complain complain;
+    int exitCode = Done;
     std::unique_ptr<JournalRecorder> recorder;
     RunMonitor monitor;
     std::vector<int> performedTypes; // in the order of the runs, each once

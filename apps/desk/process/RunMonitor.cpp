@@ -28,7 +28,8 @@ void RunMonitor::startRun(const DeskRun& deskRun)
         try {
             function(monitor);
         } catch (...) {
-            *failure = QString::fromStdWString(exceptions::getExceptionText(std::current_exception()));
+            *failure = {RunFailure::Kind::NoResult,
+                        QString::fromStdWString(exceptions::getExceptionText(std::current_exception()))};
             throw;
         }
     });

@@ -1,6 +1,7 @@
 #include "apps/desk/reports/ReportPage.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/SpreadsheetText.h"
 
 #include <QCryptographicHash>
 #include <QVector>
@@ -64,7 +65,8 @@ QString ReportPage::makeRow(const QStringList& cells, const QString& element) co
         const bool isName = column < nameColumns && element == QLatin1String("td");
         html += QLatin1Char('<') + element +
                 (isName ? QStringLiteral(" class=\"name\">") : QStringLiteral(">")) +
-                cells[column].toHtmlEscaped() + QStringLiteral("</") + element + QLatin1Char('>');
+                (isName ? spreadsheet::guard(cells[column]) : cells[column]).toHtmlEscaped() +
+                QStringLiteral("</") + element + QLatin1Char('>');
     }
     return html + QStringLiteral("</tr>\n");
 }

@@ -75,14 +75,9 @@ private:
     void writeComposition(const levelling::Adjustment& adjustment)
     {
         startStage(Desk::tr("Состав сети и приближённые высоты"));
-        if (adjustment.status == AdjustmentStatus::NothingToAdjust)
-            lines.error(
-                Desk::tr("Уравнивать нечего: ни одна секция не ведёт от исходного репера к определяемому "
-                         "пункту"));
-        if (adjustment.status == AdjustmentStatus::Singular)
-            lines.error(
-                Desk::tr("Система нормальных уравнений не решается: веса измерений различаются слишком "
-                         "сильно, проверьте СКО и длины секций"));
+        const QString failure = describeFailure(adjustment.status);
+        if (!failure.isEmpty())
+            lines.error(failure);
         for (const levelling::UndeterminedPoint& undetermined : adjustment.undetermined)
             writeUndetermined(undetermined);
         lines.message(Desk::tr("Пунктов: %1, секций: %2, неизвестных: %3, не определяется пунктов: %4")
@@ -293,6 +288,21 @@ private:
 std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot)
 {
     return AdjustmentReport(monitor, snapshot).run();
+}
+
+QString describeFailure(AdjustmentStatus status)
+{
+    switch (status) {
+    case AdjustmentStatus::NothingToAdjust:
+        return Desk::tr("Уравнивать нечего: ни одна секция не ведёт от исходного репера к определяемому "
+                        "пункту");
+    case AdjustmentStatus::Singular:
+        return Desk::tr("Система нормальных уравнений не решается: веса измерений различаются слишком "
+                        "сильно, проверьте СКО и длины секций");
+    case AdjustmentStatus::Ok:
+        break;
+    }
+    return QString();
 }
 
 } // namespace orvel::desk

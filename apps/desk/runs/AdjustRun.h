@@ -4,6 +4,8 @@
 #include "host/process/IProcessMonitor.h"
 #include "levelling/Adjustment.h"
 
+#include <QString>
+
 #include <optional>
 
 namespace orvel::desk {
@@ -12,5 +14,8 @@ namespace orvel::desk {
 /// protocol. Nothing if the run was stopped.
 std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor,
                                                const NetworkSnapshot& snapshot);
+
+/// Why an adjustment of that status has no results, as plain text; empty if it has.
+QString describeFailure(levelling::AdjustmentStatus status);
 
 } // namespace orvel::desk

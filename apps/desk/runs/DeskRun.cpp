@@ -29,7 +29,7 @@ DeskRun makeImport(Document& document, const QString& filePath)
                 snapshot = document.getSnapshot();
             });
         };
-        *failure = runImport(monitor, filePath, takeNetwork);
+        *failure = RunFailure::make(RunFailure::Kind::Refused, runImport(monitor, filePath, takeNetwork));
     };
     run.discardResults = [&document, replaced] {
         if (*replaced)
@@ -52,8 +52,11 @@ DeskRun makeAdjust(Document& document)
     DeskRun run;
     run.protocolType = enums::Adjust;
     const auto adjustment = std::make_shared<std::optional<levelling::Adjustment>>();
-    run.function = [snapshot = document.getSnapshot(), adjustment](qor::IProcessMonitor& monitor) {
+    run.function = [snapshot = document.getSnapshot(), adjustment,
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
         *adjustment = runAdjust(monitor, snapshot);
+        if (*adjustment)
+            *failure = RunFailure::make(RunFailure::Kind::NoResult, describeFailure((*adjustment)->status));
     };
     run.takeResults = [&document, adjustment] {
         if (*adjustment)
@@ -66,8 +69,8 @@ DeskRun makeL1Analysis(const Document& document)
 {
     DeskRun run;
     run.protocolType = enums::L1Analysis;
-    run.function = [snapshot = document.getSnapshot()](qor::IProcessMonitor& monitor) {
-        runL1Analysis(monitor, snapshot);
+    run.function = [snapshot = document.getSnapshot(), failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure = RunFailure::make(RunFailure::Kind::NoResult, runL1Analysis(monitor, snapshot));
     };
     return run;
 }
@@ -85,8 +88,13 @@ DeskRun makeExport(const Document& document, const QString& filePath)
     }
     DeskRun run;
     run.protocolType = enums::Export;
-    run.function = [heights, filePath, failure = run.failure](qor::IProcessMonitor& monitor) {
-        *failure = runExport(monitor, heights, filePath);
+    // An adjustment that gave no heights is no fault of the one who asks for them.
+    const bool wasAdjusted = document.getSummary().types.count(enums::Adjust) != 0;
+    const auto kind =
+        wasAdjusted && !document.hasResults() ? RunFailure::Kind::NoResult : RunFailure::Kind::Refused;
+    run.function = [heights, wasAdjusted, kind, filePath,
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure = RunFailure::make(kind, runExport(monitor, heights, wasAdjusted, filePath));
     };
     return run;
 }

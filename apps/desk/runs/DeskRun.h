@@ -11,6 +11,25 @@ namespace orvel::desk {
 
 class Document;
 
+/// Why a run did not do what it is for.
+struct RunFailure
+{
+    enum class Kind {
+        None,
+        NoResult, ///< the network gives none
+        Refused   ///< a file, or the order of the runs, is at fault
+    };
+
+    Kind kind = Kind::None;
+    QString text; ///< one sentence of plain text
+
+    /// A failure of that kind, or none if there is no text.
+    static RunFailure make(Kind kind, const QString& text)
+    {
+        return text.isEmpty() ? RunFailure() : RunFailure{kind, text};
+    }
+};
+
 /// A processing run of the desk, ready to be started.
 struct DeskRun
 {
@@ -21,8 +40,8 @@ struct DeskRun
     std::function<void()> takeResults;
     /// Takes back what the work changed; called in the window's thread when the run was interrupted.
     std::function<void()> discardResults;
-    /// Why the run gave nothing, as plain text; empty if it did its work. To be read after the run.
-    std::shared_ptr<QString> failure = std::make_shared<QString>();
+    /// To be read after the run.
+    std::shared_ptr<RunFailure> failure = std::make_shared<RunFailure>();
 };
 
 /// Makes runs on the document as it is at this moment. The document outlives them.

@@ -1,10 +1,11 @@
 #include "apps/desk/runs/ExportRun.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/SpreadsheetText.h"
+#include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/RunLines.h"
 #include "host/files/CFileException.h"
-#include "host/files/QtFile.h"
 
 #include <algorithm>
 
@@ -32,23 +33,15 @@ QByteArray toCsv(const std::vector<ExportedHeight>& heights)
     for (const ExportedHeight& height : heights) {
         if (height.height)
             csv += QStringLiteral("%1,%2,%3\n")
-                       .arg(toField(height.point), numbers::height(*height.height),
+                       .arg(toField(spreadsheet::guard(height.point)), numbers::height(*height.height),
                             numbers::fixed(height.sigma, 3));
     }
     return csv.toUtf8();
 }
 
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QtFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.device()->write(bytes);
-    file.close();
-}
-
 } // namespace
 
-QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeight>& heights,
+QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeight>& heights, bool wasAdjusted,
                   const QString& filePath)
 {
     const NetworkSnapshot noNetwork;
@@ -56,12 +49,15 @@ QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeigh
     const auto count = std::count_if(heights.begin(), heights.end(),
                                      [](const ExportedHeight& height) { return height.height.has_value(); });
     if (count == 0) {
-        const QString failure = Desk::tr("Выводить нечего: сеть не уравнена. Сначала выполните уравнивание.");
+        const QString failure =
+            wasAdjusted
+                ? Desk::tr("Экспортировать нечего: уравнивание не дало высот, причина в его протоколе.")
+                : Desk::tr("Экспортировать нечего: сеть не уравнена. Сначала выполните уравнивание.");
         lines.error(failure);
         return failure;
     }
     try {
-        writeFile(filePath, toCsv(heights));
+        standardstreams::write(filePath, toCsv(heights));
     } catch (const qor::CFileException& error) {
         const QString failure = QString::fromStdWString(error.getText());
         lines.error(RunLines::escape(failure));
@@ -73,7 +69,9 @@ QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeigh
                               .arg(QString::fromStdWString(monitor.getItemLink(
                                   height.id, RunLines::escape(height.point).toStdWString()))));
     }
-    lines.message(Desk::tr("Файл: %1, высот: %2").arg(RunLines::escape(filePath), QString::number(count)));
+    lines.message(
+        Desk::tr("Файл: %1, высот: %2")
+            .arg(RunLines::escape(standardstreams::describeOutput(filePath)), QString::number(count)));
     monitor.setPercentage(100);
     return QString();
 }

@@ -21,8 +21,10 @@ struct ExportedHeight
 
 /// Writes adjusted heights as CSV (UTF-8) with the header "point,height_m,sigma_mm".
 ///
-/// Returns why there is no file, as plain text; empty if there is one or if the run was stopped.
-QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeight>& heights,
+/// @param wasAdjusted  whether an adjustment has run: it decides what is said when there are no heights
+/// @param filePath     "-" is the standard output
+/// @return why nothing was written, as plain text; empty if it was or if the run was stopped
+QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeight>& heights, bool wasAdjusted,
                   const QString& filePath);
 
 } // namespace orvel::desk

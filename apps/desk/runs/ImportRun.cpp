@@ -1,14 +1,17 @@
 #include "apps/desk/runs/ImportRun.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/ProblemTexts.h"
 #include "apps/desk/runs/RunLines.h"
 #include "levelling/GkfReader.h"
 
+#include <QFile>
 #include <QHash>
 
 #include <algorithm>
+#include <unistd.h>
 
 namespace orvel::desk {
 
@@ -78,6 +81,15 @@ private:
     QHash<QString, int> indexOfPoint;
 };
 
+levelling::GkfResult readNetwork(const QString& filePath)
+{
+    if (!standardstreams::isStream(filePath))
+        return levelling::GkfReader::readFile(filePath);
+    QFile input;
+    input.open(STDIN_FILENO, QIODevice::ReadOnly);
+    return levelling::GkfReader::read(input);
+}
+
 void describeNetwork(RunLines& lines, const levelling::Network& network)
 {
     const auto fixedPoints = std::count_if(network.points.begin(), network.points.end(),
@@ -100,12 +112,13 @@ QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const 
     NetworkSnapshot snapshot;
     RunLines lines(monitor, snapshot);
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
-    const levelling::GkfResult file = levelling::GkfReader::readFile(filePath);
+    const levelling::GkfResult file = readNetwork(filePath);
     monitor.finishCurrentStage();
-    const QString fileLine = Desk::tr("Файл: %1").arg(RunLines::escape(filePath));
+    const QString fileName = standardstreams::describeInput(filePath);
+    const QString fileLine = Desk::tr("Файл: %1").arg(RunLines::escape(fileName));
     if (file.fatal) {
         lines.service(fileLine);
-        const QString failure = problems::describeFailure(filePath, *file.fatal);
+        const QString failure = problems::describeFailure(fileName, *file.fatal);
         lines.error(RunLines::escape(failure));
         return failure;
     }

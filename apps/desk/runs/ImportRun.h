@@ -16,7 +16,8 @@ using NetworkTaker = std::function<bool(const levelling::Network& network, Netwo
 /// Reads a levelling network from a file (.gkf) and has the project take it. Every part of the file that was
 /// not used as it stands becomes a line that names the line number.
 ///
-/// Returns why the file gave no network, as plain text; empty if it did or if the run was stopped.
+/// @param filePath  "-" is the standard input
+/// @return why the file gave no network, as plain text; empty if it did or if the run was stopped
 QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork);
 
 } // namespace orvel::desk

@@ -26,7 +26,7 @@ public:
         , lines(runMonitor, snapshot)
     {}
 
-    void run()
+    QString run()
     {
         lines.service(Desk::tr("Минимум суммы Σ|v|/σ, вес измерения 1/σ, v — поправка, σ — априорная СКО "
                                "измерения; грубой считается ошибка с |v|/σ больше %1")
@@ -36,16 +36,28 @@ public:
             levelling::analyseL1(network, kGrossLimit, [this] { return !lines.isRunning(); });
         monitor.finishCurrentStage();
         writeUndetermined(analysis);
-        if (analysis.status == L1Status::NothingToAdjust)
-            lines.error(Desk::tr("Анализировать нечего: ни одна секция не ведёт от исходного репера к "
-                                 "определяемому пункту"));
-        else if (analysis.status == L1Status::TooLarge)
-            lines.error(Desk::tr("Невязки слишком велики для анализа, проверьте отметки и превышения"));
-        else if (analysis.status == L1Status::Ok)
+        if (analysis.status == L1Status::Ok)
             writeSolution(analysis);
+        const QString failure = describeFailure(analysis.status);
+        if (!failure.isEmpty())
+            lines.error(failure);
+        return failure;
     }
 
 private:
+    static QString describeFailure(L1Status status)
+    {
+        switch (status) {
+        case L1Status::NothingToAdjust:
+            return Desk::tr("Анализировать нечего: ни одна секция не ведёт от исходного репера к "
+                            "определяемому пункту");
+        case L1Status::TooLarge:
+            return Desk::tr("Невязки слишком велики для анализа, проверьте отметки и превышения");
+        default:
+            return QString();
+        }
+    }
+
     void writeUndetermined(const levelling::L1Analysis& analysis)
     {
         for (const levelling::UndeterminedPoint& undetermined : analysis.undetermined)
@@ -136,9 +148,9 @@ private:
 
 } // namespace
 
-void runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot)
+QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot)
 {
-    L1Report(monitor, snapshot).run();
+    return L1Report(monitor, snapshot).run();
 }
 
 } // namespace orvel::desk

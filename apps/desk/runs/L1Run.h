@@ -3,9 +3,13 @@
 #include "apps/desk/document/NetworkSnapshot.h"
 #include "host/process/IProcessMonitor.h"
 
+#include <QString>
+
 namespace orvel::desk {
 
 /// Isolates gross errors: the minimum of the weighted sum of absolute residuals.
-void runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot);
+///
+/// @return why there is no solution, as plain text; empty if there is one or if the run was stopped
+QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot);
 
 } // namespace orvel::desk

@@ -9,6 +9,8 @@ class TestStringUtils : public QObject
 private Q_SLOTS:
     void firstCharacterBecomesUpperCase_data();
     void firstCharacterBecomesUpperCase();
+    void controlsBecomeVisible_data();
+    void controlsBecomeVisible();
 };
 
 void TestStringUtils::firstCharacterBecomesUpperCase_data()
@@ -38,6 +40,26 @@ void TestStringUtils::firstCharacterBecomesUpperCase()
     QFETCH(const QString, expected);
 
     QCOMPARE(utils::toUpperFirst(text), expected);
+}
+
+void TestStringUtils::controlsBecomeVisible_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("empty") << QString() << QString();
+    QTest::newRow("plain") << QStringLiteral("a  б \U0001F4D0") << QStringLiteral("a  б \U0001F4D0");
+    QTest::newRow("line break and tab") << QStringLiteral("a\nb\tc\r") << QStringLiteral("a\\nb\\tc\\x0d");
+    QTest::newRow("terminal") << QStringLiteral("\x1b[2J\x7f") << QStringLiteral("\\x1b[2J\\x7f");
+    QTest::newRow("eight bits") << QString(QChar(0x9b)) << QStringLiteral("\\x9b");
+    QTest::newRow("direction") << QStringLiteral("a\u202eb\u2028") << QStringLiteral("a\\u202eb\\u2028");
+}
+
+void TestStringUtils::controlsBecomeVisible()
+{
+    QFETCH(const QString, text);
+    QFETCH(const QString, expected);
+
+    QCOMPARE(utils::escapeControls(text), expected);
 }
 
 QTEST_APPLESS_MAIN(TestStringUtils)

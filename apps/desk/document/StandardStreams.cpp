@@ -1,0 +1,35 @@
+#include "apps/desk/document/StandardStreams.h"
+
+#include "apps/desk/Desk.h"
+#include "host/files/QtFile.h"
+
+namespace orvel::desk {
+
+namespace standardstreams {
+
+bool isStream(const QString& path)
+{
+    return path == QLatin1String("-");
+}
+
+QString describeInput(const QString& path)
+{
+    return isStream(path) ? Desk::tr("стандартный ввод") : path;
+}
+
+QString describeOutput(const QString& path)
+{
+    return isStream(path) ? Desk::tr("стандартный вывод") : path;
+}
+
+void write(const QString& path, const QByteArray& bytes)
+{
+    QtFile file(isStream(path) ? QStringLiteral("/dev/stdout") : path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write(bytes);
+    file.close();
+}
+
+} // namespace standardstreams
+
+} // namespace orvel::desk
