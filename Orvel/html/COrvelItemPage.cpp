@@ -3,6 +3,8 @@
 
 #include <QCoreApplication>
 
+namespace tree = orvel::tree;
+
 bool COrvel::CreateItemHtml(LONGID itemId, QString& html)
 {
     html.clear();
@@ -15,7 +17,7 @@ bool COrvel::CreateItemHtml(LONGID itemId, QString& html)
     return true;
 }
 
-bool COrvel::GetHtmlItemData(LONGID itemId, const HtmlOutput& html)
+bool COrvel::GetHtmlItemData(LONGID itemId, QString& text)
 {
     MessageGroups<int> byProtocolType;
     for (auto& [protocolType, list] : messages) {
@@ -27,6 +29,7 @@ bool COrvel::GetHtmlItemData(LONGID itemId, const HtmlOutput& html)
     if (byProtocolType.empty())
         return false;
 
+    orvel::HtmlOutput html(text);
     html << QLatin1String("<div class='errorblock'>\n");
     tree::openContainer(html);
     tree::openNode(QLatin1String("IsRoot IsLast ExpandOpen"), html);

@@ -2,7 +2,6 @@
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/LinkScanner.h"
 #include "host/enums/EnumData.h"
-#include "host/model/CProject.h"
 #include "host/model/CProjectModel.h"
 
 #include <QUrl>
@@ -27,7 +26,7 @@ std::wstring COrvel::GetModelElementLink(CModelElement* element, const std::wstr
 
 QString COrvel::GetMessageItemLink(const QString& messageText, LONGID itemId, QString& linkText)
 {
-    const QString anchor = links::getItemAnchor(messageText, itemId).toString();
+    const QString anchor = orvel::links::getItemAnchor(messageText, itemId).toString();
     // From the last but one character on, so that the end of "</a>" does not count.
     const int textBegin = anchor.lastIndexOf(QLatin1Char('>'), anchor.size() - 2);
     if (textBegin >= 0)
@@ -70,5 +69,5 @@ QString COrvel::GetReportLink(int type, const QString& text) const
 
 QString COrvel::GetEncodedProjectName() const
 {
-    return QString::fromLatin1(QUrl::toPercentEncoding(model->getProject()->getName()));
+    return QString::fromLatin1(QUrl::toPercentEncoding(GetProjectName()));
 }

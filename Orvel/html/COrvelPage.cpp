@@ -17,6 +17,9 @@
 
 namespace {
 
+namespace tree = orvel::tree;
+using orvel::HtmlOutput;
+
 // The stage of an adjustment that holds its results: the one stage that is shown open.
 constexpr int kResultStage = 2;
 
@@ -33,7 +36,12 @@ bool hasReportGenerator(const CProjectModel& model)
 bool COrvel::CreateProtocolHtml(int type, QString& html)
 {
     html.clear();
-    AppendProtocolPage(type, html);
+    QString tail;
+    ParseHtmlTemplate(html, tail);
+    ReadXML();
+    GetHtmlProtocolData(type, html);
+    html += tail;
+    WriteXML();
     return true;
 }
 
@@ -41,12 +49,28 @@ bool COrvel::CreateProtocolFile(int type, const QString& path)
 {
     if (path.isEmpty())
         return false;
+    ReadXML();
+    // Written back before the page takes room on the disk.
+    const std::optional<QString> failure = dataFilePath.isEmpty() ? std::nullopt : SaveMessages();
+    const bool isWritten = WriteProtocolFile(type, path);
+    messages.clear();
+    if (failure)
+        Application::warning(*failure, nullptr);
+    return isWritten;
+}
+
+bool COrvel::WriteProtocolFile(int type, const QString& path)
+{
+    QString head;
+    QString tail;
+    ParseHtmlTemplate(head, tail);
     try {
         QtFile file(path);
-        OpenPageFile(file);
-        QString piece;
-        const HtmlOutput html(piece, *file.device());
-        AppendProtocolPage(type, html);
+        file.open(QIODevice::WriteOnly);
+        HtmlOutput html(*file.device());
+        html << head;
+        GetHtmlProtocolData(type, html);
+        html << tail;
         html.flush();
         protocolFiles[type] = path;
         file.close();
@@ -54,30 +78,6 @@ bool COrvel::CreateProtocolFile(int type, const QString& path)
     } catch (const exceptions::Error&) {
         return false;
     }
-}
-
-void COrvel::OpenPageFile(QtFile& file)
-{
-    try {
-        file.open(QIODevice::WriteOnly);
-    } catch (const exceptions::Error&) {
-        // The data file is read and written back for every page, also for one that cannot be written.
-        ReadXML();
-        WriteXML();
-        throw;
-    }
-}
-
-void COrvel::AppendProtocolPage(int type, const HtmlOutput& html)
-{
-    QString head;
-    QString tail;
-    ParseHtmlTemplate(head, tail);
-    html << head;
-    ReadXML();
-    GetHtmlProtocolData(type, html);
-    html << tail;
-    WriteXML();
 }
 
 void COrvel::ParseHtmlTemplate(QString& head, QString& tail) const
@@ -97,7 +97,13 @@ void COrvel::ParseHtmlTemplate(QString& head, QString& tail) const
     }
 }
 
-bool COrvel::GetHtmlProtocolData(int type, const HtmlOutput& html)
+bool COrvel::GetHtmlProtocolData(int type, QString& html)
+{
+    HtmlOutput output(html);
+    return GetHtmlProtocolData(type, output);
+}
+
+bool COrvel::GetHtmlProtocolData(int type, HtmlOutput& html)
 {
     MessageList list;
     GetProtocolMessages(type, list, {});
@@ -127,7 +133,7 @@ bool COrvel::GetHtmlProtocolData(int type, const HtmlOutput& html)
     }
 }
 
-void COrvel::AppendServiceBlock(int type, const MessageList& list, const HtmlOutput& html) const
+void COrvel::AppendServiceBlock(int type, const MessageList& list, HtmlOutput& html) const
 {
     html << QLatin1String("<div class='serviceinfoblock'>\n");
     for (const COVMessage* message : list) {
@@ -143,7 +149,7 @@ void COrvel::AppendServiceBlock(int type, const MessageList& list, const HtmlOut
     html << QLatin1String("</div>\n");
 }
 
-void COrvel::AppendReportLinks(const std::vector<int>& reports, const HtmlOutput& html) const
+void COrvel::AppendReportLinks(const std::vector<int>& reports, HtmlOutput& html) const
 {
     html << QLatin1String("<div class='reportsblock'>\n");
     html << QStringLiteral("<p class='%1'>%2</p>")
@@ -158,7 +164,7 @@ void COrvel::AppendReportLinks(const std::vector<int>& reports, const HtmlOutput
                           "</div>\n");
 }
 
-void COrvel::AppendStageBlocks(const MessageList& list, const HtmlOutput& html)
+void COrvel::AppendStageBlocks(const MessageList& list, HtmlOutput& html)
 {
     std::map<int, QString> captions;
     for (const COVMessage* message : list) {

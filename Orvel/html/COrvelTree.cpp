@@ -6,6 +6,9 @@
 
 namespace {
 
+namespace tree = orvel::tree;
+using orvel::HtmlOutput;
+
 /// Whether the messages of an item type get a node for each item.
 bool hasItemNodes(int itemType)
 {
@@ -22,7 +25,7 @@ void appendKind(const COrvel::MessageList& list, COVMessage::MessageType kind, C
 
 /// Opens a block with its top node and the caption of that, ready for the node's children.
 void openBlock(QLatin1String blockClass, bool asRoot, const QString& caption, std::size_t count,
-               const HtmlOutput& html)
+               HtmlOutput& html)
 {
     html << QLatin1String("<div class='") << blockClass << QLatin1String("'>\n");
     tree::openContainer(html);
@@ -31,7 +34,7 @@ void openBlock(QLatin1String blockClass, bool asRoot, const QString& caption, st
     tree::appendCaption(caption, count, html);
 }
 
-void closeBlock(const HtmlOutput& html)
+void closeBlock(HtmlOutput& html)
 {
     tree::closeNode(html);
     tree::closeContainer(html);
@@ -40,7 +43,13 @@ void closeBlock(const HtmlOutput& html)
 
 } // namespace
 
-bool COrvel::GetHtmlList(const MessageList& list, const HtmlOutput& html)
+bool COrvel::GetHtmlList(const MessageList& list, QString& html)
+{
+    HtmlOutput output(html);
+    return GetHtmlList(list, output);
+}
+
+bool COrvel::GetHtmlList(const MessageList& list, HtmlOutput& html)
 {
     if (list.empty())
         return false;
@@ -51,7 +60,13 @@ bool COrvel::GetHtmlList(const MessageList& list, const HtmlOutput& html)
     return true;
 }
 
-bool COrvel::GetHtmlGroupedData(const MessageList& list, const HtmlOutput& html, bool asRoot)
+bool COrvel::GetHtmlGroupedData(const MessageList& list, QString& html, bool asRoot)
+{
+    HtmlOutput output(html);
+    return GetHtmlGroupedData(list, output, asRoot);
+}
+
+bool COrvel::GetHtmlGroupedData(const MessageList& list, HtmlOutput& html, bool asRoot)
 {
     MessageList problems;
     appendKind(list, COVMessage::Error, problems);
@@ -79,7 +94,7 @@ bool COrvel::GetHtmlGroupedData(const MessageList& list, const HtmlOutput& html,
     return true;
 }
 
-void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, const HtmlOutput& html)
+void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, HtmlOutput& html)
 {
     // A type without a heading is left out by design, messages and all.
     const QString groupName = GetItemGroupName(itemType);
@@ -94,7 +109,7 @@ void COrvel::AppendItemTypeNode(int itemType, const MessageList& list, const Htm
     tree::closeNode(html);
 }
 
-void COrvel::AppendItemNodes(int itemType, const MessageList& list, const HtmlOutput& html)
+void COrvel::AppendItemNodes(int itemType, const MessageList& list, HtmlOutput& html)
 {
     MessageGroups<LONGID> byItem;
     GetMessagesByItemId(list, byItem);
@@ -103,7 +118,7 @@ void COrvel::AppendItemNodes(int itemType, const MessageList& list, const HtmlOu
     for (const auto& [itemId, group] : byItem) {
         const COVMessage& first = *group.front();
         if (first.GetItemTypeByID(itemId) == itemType)
-            byCaption.emplace(links::getItemAnchor(first.text, itemId), &group);
+            byCaption.emplace(orvel::links::getItemAnchor(first.text, itemId), &group);
     }
 
     tree::openContainer(html);

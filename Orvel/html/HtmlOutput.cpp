@@ -1,38 +1,59 @@
 #include "Orvel/html/HtmlOutput.h"
 
-#include "Orvel/html/PageEncoding.h"
+#include <QIODevice>
+#include <QTextCodec>
+
+#include <algorithm>
+
+namespace orvel {
 
 namespace {
 
 constexpr int kPieceSize = 1 << 15;
 
+QTextEncoder* makeEncoder()
+{
+    return QTextCodec::codecForName("UTF-8")->makeEncoder(QTextCodec::IgnoreHeader);
+}
+
 } // namespace
 
-const HtmlOutput& HtmlOutput::operator<<(QLatin1String html) const
+HtmlOutput::HtmlOutput(QString& text) : target(text), device(nullptr)
+{}
+
+HtmlOutput::HtmlOutput(QIODevice& file) : target(piece), device(&file), encoder(makeEncoder())
+{}
+
+HtmlOutput& HtmlOutput::operator<<(QLatin1String html)
 {
-    buffer.append(html);
-    flushPiece();
+    target.append(html);
+    if (device && target.size() >= kPieceSize)
+        flush();
     return *this;
 }
 
-const HtmlOutput& HtmlOutput::operator<<(QStringView html) const
+HtmlOutput& HtmlOutput::operator<<(QStringView html)
 {
-    buffer.append(html.data(), static_cast<int>(html.size()));
-    flushPiece();
+    if (!device) {
+        target.append(html.data(), static_cast<int>(html.size()));
+        return *this;
+    }
+    while (!html.isEmpty()) {
+        const auto count = std::min<qsizetype>(html.size(), kPieceSize - target.size());
+        target.append(html.data(), static_cast<int>(count));
+        html = html.mid(count);
+        if (target.size() >= kPieceSize)
+            flush();
+    }
     return *this;
 }
 
-void HtmlOutput::flush() const
+void HtmlOutput::flush()
 {
     if (!device)
         return;
-    writeUtf8(buffer, *device);
-    buffer.resize(0);
+    device->write(encoder->fromUnicode(target));
+    target.resize(0);
 }
 
-void HtmlOutput::flushPiece() const
-{
-    // A surrogate pair must stay together.
-    if (device && buffer.size() >= kPieceSize && !buffer.at(buffer.size() - 1).isHighSurrogate())
-        flush();
-}
+} // namespace orvel

@@ -3,33 +3,33 @@
 #include "Orvel/html/HtmlOutput.h"
 
 /// The mark-up of the collapsible tree. The page's style sheet and script know these tags by heart.
-namespace tree {
+namespace orvel::tree {
 
-inline void openContainer(const HtmlOutput& html)
+inline void openContainer(HtmlOutput& html)
 {
     html << QLatin1String("<ul class=\"Container\">\n");
 }
 
-inline void closeContainer(const HtmlOutput& html)
+inline void closeContainer(HtmlOutput& html)
 {
     html << QLatin1String("</ul>\n");
 }
 
 /// Opens a node with its toggle; `classes` are the node's state classes.
-inline void openNode(QLatin1String classes, const HtmlOutput& html)
+inline void openNode(QLatin1String classes, HtmlOutput& html)
 {
     html << QLatin1String("<li class=\"") << classes
          << QLatin1String("\">\n"
                           "<div class=\"Expand\"></div>\n");
 }
 
-inline void closeNode(const HtmlOutput& html)
+inline void closeNode(HtmlOutput& html)
 {
     html << QLatin1String("</li>\n");
 }
 
 /// A caption with the number of lines below it in parentheses; no number for an empty group.
-inline void appendCaption(QStringView caption, std::size_t count, const HtmlOutput& html)
+inline void appendCaption(QStringView caption, std::size_t count, HtmlOutput& html)
 {
     html << QLatin1String("<div class=\"Content\">") << caption;
     if (count != 0)
@@ -38,7 +38,7 @@ inline void appendCaption(QStringView caption, std::size_t count, const HtmlOutp
 }
 
 /// A whole node without children. Every leaf is marked as the last one; the style sheet relies on it.
-inline void appendLeaf(const QString& styleClass, const QString& text, const HtmlOutput& html)
+inline void appendLeaf(const QString& styleClass, const QString& text, HtmlOutput& html)
 {
     html << QLatin1String("<li class=\"Node ExpandLeaf IsLast\">\n"
                           "<div class=\"Expand\"></div>\n"
@@ -48,4 +48,4 @@ inline void appendLeaf(const QString& styleClass, const QString& text, const Htm
                           "</li>\n");
 }
 
-} // namespace tree
+} // namespace orvel::tree

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace orvel {
+
 void ExceptionCatcher::addErrorHandler(ErrorHandler handler)
 {
     errorHandlers.push_back(std::move(handler));
@@ -31,3 +33,5 @@ QString ExceptionCatcher::getMessage(const std::exception_ptr& error)
 {
     return QString::fromStdWString(exceptions::getExceptionText(error));
 }
+
+} // namespace orvel

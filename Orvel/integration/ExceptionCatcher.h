@@ -8,6 +8,8 @@
 #include <functional>
 #include <vector>
 
+namespace orvel {
+
 /// Runs an action of the user and turns an exception that leaves it into a message.
 class ORVEL_EXPORT ExceptionCatcher
 {
@@ -30,3 +32,5 @@ private:
     std::vector<ErrorHandler> errorHandlers;
     std::vector<AfterErrorHandler> afterErrorHandlers;
 };
+
+} // namespace orvel

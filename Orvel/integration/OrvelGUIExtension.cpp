@@ -1,6 +1,6 @@
 #include "Orvel/integration/OrvelGUIExtension.h"
 
-#include "Orvel/html/PageEncoding.h"
+#include "Orvel/html/HtmlOutput.h"
 #include "Orvel/integration/ExceptionCatcher.h"
 #include "Orvel/integration/ProjectProtocol.h"
 #include "Orvel/integration/ProtocolTemplate.h"
@@ -24,7 +24,9 @@ void writePage(const QString& path, const QString& html)
 {
     QtFile file(path);
     file.open(QIODevice::WriteOnly);
-    writeUtf8(html, *file.device());
+    orvel::HtmlOutput output(*file.device());
+    output << html;
+    output.flush();
     file.close();
 }
 
@@ -50,7 +52,7 @@ OrvelGUIExtension* OrvelGUIExtension::find(const ProjectGUI& gui)
 
 COrvel* OrvelGUIExtension::getOrvel() const
 {
-    return findProjectProtocol(getModel());
+    return orvel::findProjectProtocol(getModel());
 }
 
 void OrvelGUIExtension::showItemOrvel(CModelElement* pEl)
@@ -58,7 +60,7 @@ void OrvelGUIExtension::showItemOrvel(CModelElement* pEl)
     COrvel* protocol = getOrvel();
     if (!protocol || !pEl)
         return;
-    copyProtocolTemplate();
+    orvel::copyProtocolTemplate();
     // Only the text decides whether there is a page to show.
     QString html;
     protocol->CreateItemHtml(pEl->getId(), html);
@@ -66,7 +68,7 @@ void OrvelGUIExtension::showItemOrvel(CModelElement* pEl)
         return;
     const QString path = makePageFileName();
 
-    ExceptionCatcher catcher;
+    orvel::ExceptionCatcher catcher;
     catcher.addErrorHandler([this](const QString& message) { Application::warning(message, this); });
     catcher.run([&] {
         writePage(path, html);
@@ -79,7 +81,7 @@ void OrvelGUIExtension::showOrvel(int protocolType)
     COrvel* protocol = getOrvel();
     if (!protocol)
         return;
-    copyProtocolTemplate();
+    orvel::copyProtocolTemplate();
     const QString path = makePageFileName();
     if (!protocol->CreateProtocolFile(protocolType, path))
         return;

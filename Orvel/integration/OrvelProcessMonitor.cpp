@@ -72,7 +72,7 @@ void OrvelProcessMonitor::setUseSystemProtocolViewer(bool use)
 
 COrvel* OrvelProcessMonitor::getOrvel() const
 {
-    return findProjectProtocol(model);
+    return orvel::findProjectProtocol(model);
 }
 
 void OrvelProcessMonitor::startProtocolStage(std::wstring name)

@@ -4,7 +4,7 @@
 #include "Orvel/integration/CReportDelegate.h"
 #include "Orvel/integration/ModelInitializerImpl.h"
 #include "Orvel/integration/OrvelGUIExtension.h"
-#include "Orvel/integration/ProtocolNavigation.h"
+#include "Orvel/integration/ProtocolLinkHandler.h"
 #include "Orvel/integration/ProtocolTemplate.h"
 #include "Orvel/integration/UriNavigationHandlerFuncImpl.h"
 #include "Orvel/integration/WarningReportGetStrategy.h"
@@ -31,7 +31,8 @@ void OrvelSupport::extendProjectGUI(ProjectGUI* gui)
     auto* viewer = new OrvelGUIExtension(window, window);
     window->addExtension(kOrvelItemType, viewer);
     window->addUriNavigationHandler(
-        std::make_unique<UriNavigationHandlerFuncImpl<ProtocolNavigation>>(ProtocolNavigation{viewer}));
+        std::make_unique<UriNavigationHandlerFuncImpl<orvel::ProtocolLinkHandler>>(
+            orvel::ProtocolLinkHandler{viewer}));
 }
 
 bool OrvelSupport::extendApplication(Application* /*app*/)
@@ -42,7 +43,7 @@ bool OrvelSupport::extendApplication(Application* /*app*/)
 
     COrvel::s_sysTemplateProtocolPath =
         Application::locateData(QStringLiteral("Protocol"), QStandardPaths::LocateDirectory);
-    copyProtocolTemplate();
+    orvel::copyProtocolTemplate();
     return true;
 }
 

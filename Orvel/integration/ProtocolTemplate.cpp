@@ -4,6 +4,8 @@
 #include "host/app/Application.h"
 #include "host/files/CDirCopier.h"
 
+namespace orvel {
+
 namespace {
 
 // Overwrite what is older or different.
@@ -17,3 +19,5 @@ void copyProtocolTemplate()
     copier.setCopyOption(kOverwriteChanged);
     copier.copyDir(COrvel::s_sysTemplateProtocolPath, Application::getTempFolder());
 }
+
+} // namespace orvel

@@ -7,14 +7,17 @@
 #include "host/model/IItemLinks.h"
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 class CProjectModel;
 class CQtArchive;
+
+namespace orvel {
 class HtmlOutput;
-class QtFile;
+}
 
 /// The protocol of one project: every line that its processing runs wrote, by protocol type.
 ///
@@ -130,6 +133,7 @@ private:
     // Data file
     bool ReadXML();
     bool WriteXML();
+    std::optional<QString> SaveMessages() const;
     QString GetProtocolFilePath(int type);
 
     // Selection and grouping: results are appended to what the output holds
@@ -145,26 +149,29 @@ private:
     // Protocol types
     QString GetProtocolTitle(int protocolType);
 
-    // Pages: html is appended to the output, for which a text may stand
-    void AppendProtocolPage(int type, const HtmlOutput& html);
-    void OpenPageFile(QtFile& file);
+    // Pages: html is appended
     void ParseHtmlTemplate(QString& head, QString& tail) const;
-    bool GetHtmlProtocolData(int type, const HtmlOutput& html);
-    void AppendServiceBlock(int type, const MessageList& list, const HtmlOutput& html) const;
-    void AppendReportLinks(const std::vector<int>& reports, const HtmlOutput& html) const;
-    void AppendStageBlocks(const MessageList& list, const HtmlOutput& html);
-    bool GetHtmlItemData(LONGID id, const HtmlOutput& html);
+    bool GetHtmlProtocolData(int type, QString& html);
+    bool GetHtmlProtocolData(int type, orvel::HtmlOutput& html);
+    void AppendServiceBlock(int type, const MessageList& list, orvel::HtmlOutput& html) const;
+    void AppendReportLinks(const std::vector<int>& reports, orvel::HtmlOutput& html) const;
+    void AppendStageBlocks(const MessageList& list, orvel::HtmlOutput& html);
+    bool WriteProtocolFile(int type, const QString& path);
+    bool GetHtmlItemData(LONGID id, QString& html);
 
     // Tree
-    bool GetHtmlList(const MessageList& list, const HtmlOutput& html);
-    bool GetHtmlGroupedData(const MessageList& list, const HtmlOutput& html, bool asRoot);
-    void AppendItemTypeNode(int itemType, const MessageList& list, const HtmlOutput& html);
-    void AppendItemNodes(int itemType, const MessageList& list, const HtmlOutput& html);
+    bool GetHtmlList(const MessageList& list, QString& html);
+    bool GetHtmlList(const MessageList& list, orvel::HtmlOutput& html);
+    bool GetHtmlGroupedData(const MessageList& list, QString& html, bool asRoot);
+    bool GetHtmlGroupedData(const MessageList& list, orvel::HtmlOutput& html, bool asRoot);
+    void AppendItemTypeNode(int itemType, const MessageList& list, orvel::HtmlOutput& html);
+    void AppendItemNodes(int itemType, const MessageList& list, orvel::HtmlOutput& html);
 
     // Links
     QString GetProtocolLink(int type, const QString& text) const;
     QString GetReportLink(int type, const QString& text) const;
     QString GetEncodedProjectName() const;
+    QString GetProjectName() const;
 
     std::map<int, std::vector<int>> reportTypes;
     std::map<int, QString> itemGroupNames;

@@ -9,20 +9,25 @@
 
 bool COrvel::WriteXML()
 {
-    const QString path = dataFilePath;
-    if (path.isEmpty())
+    if (dataFilePath.isEmpty())
         return false;
+    const std::optional<QString> failure = SaveMessages();
+    messages.clear();
+    if (failure)
+        Application::warning(*failure, nullptr);
+    return !failure;
+}
+
+std::optional<QString> COrvel::SaveMessages() const
+{
     try {
-        QtFile file(path);
+        QtFile file(dataFilePath);
         file.open(QIODevice::WriteOnly);
-        datafile::write(messages, *file.device());
+        orvel::datafile::write(messages, *file.device());
         file.close();
-        messages.clear();
-        return true;
+        return std::nullopt;
     } catch (const qor::CFileException& error) {
-        messages.clear();
-        Application::warning(QString::fromStdWString(error.getDescription()), nullptr);
-        return false;
+        return QString::fromStdWString(error.getDescription());
     }
 }
 
@@ -35,10 +40,10 @@ bool COrvel::ReadXML()
     try {
         QtFile file(path);
         file.open(QIODevice::ReadOnly);
-        std::optional<datafile::Messages> list = datafile::readOwnForm(*file.device());
+        std::optional<orvel::datafile::Messages> list = orvel::datafile::readCanonical(*file.device());
         if (!list) {
             file.device()->seek(0);
-            list = datafile::readAnyForm(*file.device());
+            list = orvel::datafile::readXml(*file.device());
         }
         file.close();
         if (!list)

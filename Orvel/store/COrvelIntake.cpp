@@ -19,21 +19,21 @@ using Ids = QVarLengthArray<LONGID, 8>; // on the stack: few lines link more ite
 /// The ids in the links of `html`, in their order; nothing when there is no link at all.
 std::optional<Ids> findLinkedIds(QStringView html)
 {
-    auto anchor = links::findAnchor(html, 0);
+    auto anchor = orvel::links::findAnchor(html, 0);
     if (!anchor)
         return std::nullopt;
     Ids ids;
-    for (; anchor; anchor = links::findAnchor(html, anchor->end)) {
+    for (; anchor; anchor = orvel::links::findAnchor(html, anchor->end)) {
         const QStringView link = html.mid(anchor->begin, anchor->end - anchor->begin);
-        for (auto digits = links::findIdDigits(link, 0); digits;
-             digits = links::findIdDigits(link, digits->end))
+        for (auto digits = orvel::links::findIdDigits(link, 0); digits;
+             digits = orvel::links::findIdDigits(link, digits->end))
             ids.append(link.mid(digits->begin, digits->end - digits->begin).toLongLong());
     }
     return ids;
 }
 
 /// `text` with "<br>" for its line breaks. Linear, which QString::replace is not; and most lines have none.
-QString getLineBreaksShown(const QString& text)
+QString convertLineBreaks(const QString& text)
 {
     const QLatin1Char lineBreak('\n');
     return text.contains(lineBreak) ? text.split(lineBreak).join(QLatin1String("<br>")) : text;
@@ -43,7 +43,7 @@ QString getLineBreaksShown(const QString& text)
 
 void COrvel::AddMessageRaw(const QString& text, int protocolType, COVMessage::MessageType type)
 {
-    const QString html = getLineBreaksShown(text);
+    const QString html = convertLineBreaks(text);
     COVMessage message(protocolType, type, std::vector<LONGID>(), std::vector<int>(), html, currentStage);
     if (const std::optional<Ids> ids = findLinkedIds(html)) {
         // A text with links but without a single id in them refers to nothing, not even to "no item".
@@ -79,8 +79,8 @@ void COrvel::AddTitleInfo(int protocolType)
         addLine(COVMessage::Title, title);
     addLine(COVMessage::Service,
             QDateTime::currentDateTime().toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")));
-    addLine(COVMessage::Service, QCoreApplication::translate("Orvel", "Проект: %1")
-                                     .arg(model->getProject()->getName(), 0, QLatin1Char(' ')));
+    addLine(COVMessage::Service,
+            QCoreApplication::translate("Orvel", "Проект: %1").arg(GetProjectName(), 0, QLatin1Char(' ')));
 }
 
 void COrvel::UpdateIDList()
@@ -94,6 +94,12 @@ void COrvel::UpdateIDList()
     std::sort(ids.begin(), ids.end());
     ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
     idList = std::set<LONGID>(ids.begin(), ids.end());
+}
+
+QString COrvel::GetProjectName() const
+{
+    const CProject* project = model->getProject();
+    return project ? project->getName() : QString();
 }
 
 int COrvel::GetItemTypeByID(LONGID itemId) const

@@ -57,9 +57,9 @@ std::optional<COVMessage> readMessage(const QDomElement& li)
 
 } // namespace
 
-namespace datafile {
+namespace orvel::datafile {
 
-std::optional<Messages> readAnyForm(QIODevice& device)
+std::optional<Messages> readXml(QIODevice& device)
 {
     const qint64 begin = device.pos();
     if (isDeeperThan(kLargestDepth, device))
@@ -88,4 +88,4 @@ std::optional<Messages> readAnyForm(QIODevice& device)
     return messages;
 }
 
-} // namespace datafile
+} // namespace orvel::datafile

@@ -11,7 +11,7 @@
 ///     section = sectionBegin TEXT sectionEnd
 ///
 /// NUMBER is a decimal without leading zeros or "-0", TEXT is UTF-8 that does not hold sectionEnd.
-namespace datafile::form {
+namespace orvel::datafile::form {
 
 constexpr char head[] = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
                         "<!DOCTYPE zarnik_vok_protocol>\n";
@@ -52,4 +52,4 @@ inline const char* findSectionEnd(const char* begin, const char* end)
     return nullptr;
 }
 
-} // namespace datafile::form
+} // namespace orvel::datafile::form

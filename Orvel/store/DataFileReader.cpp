@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace datafile;
+using namespace orvel::datafile;
 
 constexpr std::size_t kPieceSize = 1 << 18;
 // Enough for a small file at once.
@@ -154,14 +154,14 @@ private:
     // Of the message at hand; they keep their memory from one to the next.
     std::vector<LONGID> itemIds;
     std::vector<int> itemTypes;
-    Utf8Decoder decoder;
+    orvel::Utf8Decoder decoder;
 };
 
 } // namespace
 
-namespace datafile {
+namespace orvel::datafile {
 
-std::optional<Messages> readOwnForm(QIODevice& device)
+std::optional<Messages> readCanonical(QIODevice& device)
 {
     Messages messages;
     if (!Parser(device).readFile(messages))
@@ -169,4 +169,4 @@ std::optional<Messages> readOwnForm(QIODevice& device)
     return messages;
 }
 
-} // namespace datafile
+} // namespace orvel::datafile

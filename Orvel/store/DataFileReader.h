@@ -9,17 +9,17 @@
 
 class QIODevice;
 
-namespace datafile {
+namespace orvel::datafile {
 
 /// By protocol type, in the order of the file.
 using Messages = std::map<int, std::vector<COVMessage>>;
 
 /// The messages of a data file in exactly the form that `write` gives it; nothing for any other file, also
 /// for one that means the same. Of the file it has no more in memory than a piece.
-ORVEL_EXPORT std::optional<Messages> readOwnForm(QIODevice& device);
+ORVEL_EXPORT std::optional<Messages> readCanonical(QIODevice& device);
 
 /// The messages of any XML file that holds a protocol; nothing when it does not parse, holds something else,
 /// or nests elements a thousand deep. The device must be seekable. Never returns when an "li" is damaged.
-std::optional<Messages> readAnyForm(QIODevice& device);
+std::optional<Messages> readXml(QIODevice& device);
 
-} // namespace datafile
+} // namespace orvel::datafile

@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace datafile;
+using namespace orvel::datafile;
 
 constexpr int kPieceSize = 1 << 20;
 
@@ -119,7 +119,7 @@ void appendMessage(const COVMessage& message, Output& output)
 
 } // namespace
 
-namespace datafile {
+namespace orvel::datafile {
 
 void write(const std::map<int, std::vector<COVMessage>>& messages, QIODevice& device)
 {
@@ -142,4 +142,4 @@ void write(const std::map<int, std::vector<COVMessage>>& messages, QIODevice& de
     output.flush();
 }
 
-} // namespace datafile
+} // namespace orvel::datafile

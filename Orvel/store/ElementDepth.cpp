@@ -41,7 +41,7 @@ private:
 
 } // namespace
 
-namespace datafile {
+namespace orvel::datafile {
 
 bool isDeeperThan(int limit, QIODevice& device)
 {
@@ -55,6 +55,6 @@ bool isDeeperThan(int limit, QIODevice& device)
     return handler.isExceeded();
 }
 
-} // namespace datafile
+} // namespace orvel::datafile
 
 QT_WARNING_POP

@@ -22,7 +22,7 @@ int find(QStringView in, QStringView text, int rare, int from)
 
 } // namespace
 
-namespace links {
+namespace orvel::links {
 
 std::optional<Range> findAnchor(QStringView text, int from)
 {
@@ -62,4 +62,4 @@ std::optional<Range> findIdDigits(QStringView text, int from)
     return std::nullopt;
 }
 
-} // namespace links
+} // namespace orvel::links

@@ -10,7 +10,7 @@
 ///
 /// A link is what lies between "<a" and the first "</a>" behind it, both included and in lower case; an id is
 /// the run of digits behind "id=". The search is linear in the text, whatever it holds.
-namespace links {
+namespace orvel::links {
 
 /// The part of a text from `begin` up to, not including, `end`.
 struct Range
@@ -29,4 +29,4 @@ QStringView getItemAnchor(QStringView text, LONGID id);
 /// Digits of the first "id=" in `text` at `from` or later that digits follow.
 std::optional<Range> findIdDigits(QStringView text, int from);
 
-} // namespace links
+} // namespace orvel::links

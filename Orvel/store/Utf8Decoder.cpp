@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace orvel {
+
 namespace {
 
 constexpr int kBlockSize = 16;
@@ -103,3 +105,5 @@ bool Utf8Decoder::decode(const char* begin, const char* end, QString& text)
     text = QString(units.data(), static_cast<int>(to - units.data()));
     return true;
 }
+
+} // namespace orvel

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace orvel {
+
 /// Decodes UTF-8 strictly, and many short texts fast: it reserves memory once for all of them, and for each
 /// result exactly what that needs.
 class Utf8Decoder
@@ -17,3 +19,5 @@ public:
 private:
     std::vector<QChar> units;
 };
+
+} // namespace orvel

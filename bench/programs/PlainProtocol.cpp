@@ -138,7 +138,7 @@ void PlainProtocol::readDataFile()
     messages.clear();
     QtFile file(dataFilePath);
     file.open(QIODevice::ReadOnly);
-    messages = *datafile::readAnyForm(*file.device());
+    messages = *orvel::datafile::readXml(*file.device());
     file.close();
 }
 

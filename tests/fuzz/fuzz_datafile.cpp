@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <tuple>
 
-using datafile::Messages;
+using orvel::datafile::Messages;
 
 namespace {
 
@@ -92,7 +92,7 @@ QByteArray write(const Messages& messages)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    datafile::write(messages, buffer);
+    orvel::datafile::write(messages, buffer);
     return buffer.data();
 }
 
@@ -101,19 +101,19 @@ QByteArray write(const Messages& messages)
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
 {
     const QByteArray content(reinterpret_cast<const char*>(data), static_cast<int>(size));
-    const std::optional<Messages> own = read<QBuffer>(datafile::readOwnForm, content);
-    const std::optional<Messages> inPieces = read<ShortReads>(datafile::readOwnForm, content);
+    const std::optional<Messages> own = read<QBuffer>(orvel::datafile::readCanonical, content);
+    const std::optional<Messages> inPieces = read<ShortReads>(orvel::datafile::readCanonical, content);
     if (inPieces)
         mustHold(own && isSame(*own, *inPieces), "pieces make no difference");
     if (!own && !isForTheDom(content))
         return 0;
-    const std::optional<Messages> dom = read<QBuffer>(datafile::readAnyForm, content);
+    const std::optional<Messages> dom = read<QBuffer>(orvel::datafile::readXml, content);
     if (own) {
         mustHold(dom.has_value(), "the DOM reads what the fast reader reads");
         mustHold(isSame(*own, *dom), "both readers read the same");
     }
     if (dom) {
-        const std::optional<Messages> again = read<QBuffer>(datafile::readOwnForm, write(*dom));
+        const std::optional<Messages> again = read<QBuffer>(orvel::datafile::readCanonical, write(*dom));
         mustHold(again.has_value(), "what was written is read by the fast reader");
         mustHold(isSame(*again, carried(*dom)), "what was written reads back the same");
     }

@@ -14,6 +14,8 @@
 
 Q_DECLARE_METATYPE(std::function<void()>)
 
+using orvel::ExceptionCatcher;
+
 namespace {
 
 using exceptions::err_info::MessageTag;

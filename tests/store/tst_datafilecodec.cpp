@@ -10,7 +10,7 @@
 #include <limits>
 #include <tuple>
 
-using datafile::Messages;
+using orvel::datafile::Messages;
 using reference::MessageStore;
 
 bool operator==(const COVMessage& a, const COVMessage& b)
@@ -156,7 +156,7 @@ QByteArray write(const MessageStore& store)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    datafile::write(store, buffer);
+    orvel::datafile::write(store, buffer);
     return buffer.data();
 }
 
@@ -168,18 +168,18 @@ QByteArray writeByDom(const MessageStore& store)
     return buffer.data();
 }
 
-std::optional<Messages> readOwnForm(QByteArray content)
+std::optional<Messages> readCanonical(QByteArray content)
 {
     QBuffer buffer(&content);
     buffer.open(QIODevice::ReadOnly);
-    return datafile::readOwnForm(buffer);
+    return orvel::datafile::readCanonical(buffer);
 }
 
 std::optional<Messages> readByDom(QByteArray content)
 {
     QBuffer buffer(&content);
     buffer.open(QIODevice::ReadOnly);
-    return datafile::readAnyForm(buffer);
+    return orvel::datafile::readXml(buffer);
 }
 
 /// The DOM's writer puts attributes in the order of a hash.
@@ -226,7 +226,7 @@ void TestDataFileCodec::readsItsOwnFormAsTheDomDoes()
     for (int i = 0; i < 3000; ++i) {
         const MessageStore store = generator.makeStore();
         const QByteArray file = write(store);
-        const std::optional<Messages> own = readOwnForm(file);
+        const std::optional<Messages> own = readCanonical(file);
         QVERIFY2(own, file.constData());
         QCOMPARE(own->size(), store.size());
         const std::optional<Messages> dom = readByDom(file);
@@ -244,7 +244,7 @@ void TestDataFileCodec::everyCodeUnitReadsBackAsTheDomReadsIt()
         store[kType].emplace_back(kType, COVMessage::Message, 0, 0,
                                   QLatin1Char('a') + QString(c) + QLatin1Char('b'), 0);
     }
-    const std::optional<Messages> own = readOwnForm(write(store));
+    const std::optional<Messages> own = readCanonical(write(store));
     QVERIFY(own);
     const std::optional<Messages> dom = readByDom(write(store));
     QVERIFY(dom);
@@ -271,7 +271,7 @@ void TestDataFileCodec::readsMessagesWhereverThePiecesOfTheFileEnd()
         MessageStore store;
         store[kType].emplace_back(kType, COVMessage::Error, 5, 7, QString(length, QLatin1Char('x')), 2);
         store[kType].emplace_back(kType, COVMessage::Error, 6, 7, QStringLiteral("Невязка ]]> 😀"), 3);
-        const std::optional<Messages> own = readOwnForm(write(store));
+        const std::optional<Messages> own = readCanonical(write(store));
         QVERIFY2(own && *own == store, QByteArray::number(length).constData());
     }
 }
@@ -285,12 +285,12 @@ void TestDataFileCodec::readsMessagesOfAnyLength()
                                       0);
     }
     QByteArray file = write(store);
-    const std::optional<Messages> own = readOwnForm(file);
+    const std::optional<Messages> own = readCanonical(file);
     QVERIFY(own && *own == store);
     file.chop(1);
-    QVERIFY(!readOwnForm(file));
+    QVERIFY(!readCanonical(file));
     file.append("\n ");
-    QVERIFY(!readOwnForm(file));
+    QVERIFY(!readCanonical(file));
 }
 
 void TestDataFileCodec::aChangedFileIsDeclinedOrReadAsTheDomReadsIt()
@@ -300,7 +300,7 @@ void TestDataFileCodec::aChangedFileIsDeclinedOrReadAsTheDomReadsIt()
     int declined = 0;
     for (int i = 0; i < 30000; ++i) {
         const QByteArray file = generator.mutate(write(generator.makeStore()));
-        const std::optional<Messages> own = readOwnForm(file);
+        const std::optional<Messages> own = readCanonical(file);
         if (!own) {
             ++declined;
             continue;
@@ -321,9 +321,9 @@ void TestDataFileCodec::aTruncatedFileIsDeclined()
     store[kType].emplace_back(kType, COVMessage::Error, 5, 7, QStringLiteral("Невязка ]]> 5"), 2);
     store[kType].emplace_back(kType, COVMessage::Stage, 0, 7, QString(), 0);
     const QByteArray file = write(store);
-    QVERIFY(readOwnForm(file));
+    QVERIFY(readCanonical(file));
     for (int size = 0; size < file.size(); ++size)
-        QVERIFY2(!readOwnForm(file.left(size)), QByteArray::number(size).constData());
+        QVERIFY2(!readCanonical(file.left(size)), QByteArray::number(size).constData());
 }
 
 void TestDataFileCodec::otherFormsAreDeclined_data()
@@ -381,11 +381,11 @@ void TestDataFileCodec::otherFormsAreDeclined()
     MessageStore store;
     store[kType].emplace_back(kType, COVMessage::Error, 5, 7, QStringLiteral("line"), 2);
     QByteArray file = write(store);
-    QVERIFY(readOwnForm(file));
+    QVERIFY(readCanonical(file));
     const int at = file.indexOf(from);
     QVERIFY(at >= 0);
     file.replace(at, from.size(), to);
-    QVERIFY(!readOwnForm(file));
+    QVERIFY(!readCanonical(file));
 }
 
 QTEST_APPLESS_MAIN(TestDataFileCodec)

@@ -5,7 +5,7 @@
 
 #include <random>
 
-using links::Range;
+using orvel::links::Range;
 
 namespace {
 
@@ -145,17 +145,17 @@ void TestLinkScanner::anchorOfAText()
 {
     QFETCH(QString, text);
     QFETCH(QString, found);
-    QCOMPARE(toText(links::findAnchor(text, 0)), found);
+    QCOMPARE(toText(orvel::links::findAnchor(text, 0)), found);
 }
 
 void TestLinkScanner::anchorAtOrBehindAPosition()
 {
     const QString text = QStringLiteral("<a>1</a><a>2</a>");
-    QCOMPARE(toText(links::findAnchor(text, 0)), QStringLiteral("0..8"));
-    QCOMPARE(toText(links::findAnchor(text, 1)), QStringLiteral("8..16"));
-    QCOMPARE(toText(links::findAnchor(text, 8)), QStringLiteral("8..16"));
-    QCOMPARE(toText(links::findAnchor(text, 9)), QStringLiteral("-"));
-    QCOMPARE(toText(links::findAnchor(text, 16)), QStringLiteral("-"));
+    QCOMPARE(toText(orvel::links::findAnchor(text, 0)), QStringLiteral("0..8"));
+    QCOMPARE(toText(orvel::links::findAnchor(text, 1)), QStringLiteral("8..16"));
+    QCOMPARE(toText(orvel::links::findAnchor(text, 8)), QStringLiteral("8..16"));
+    QCOMPARE(toText(orvel::links::findAnchor(text, 9)), QStringLiteral("-"));
+    QCOMPARE(toText(orvel::links::findAnchor(text, 16)), QStringLiteral("-"));
 }
 
 void TestLinkScanner::idDigitsOfAText_data()
@@ -193,16 +193,16 @@ void TestLinkScanner::idDigitsOfAText()
 {
     QFETCH(QString, text);
     QFETCH(QString, found);
-    QCOMPARE(toText(links::findIdDigits(text, 0)), found);
+    QCOMPARE(toText(orvel::links::findIdDigits(text, 0)), found);
 }
 
 void TestLinkScanner::idDigitsAtOrBehindAPosition()
 {
     const QString text = QStringLiteral("id=12&id=3");
-    QCOMPARE(toText(links::findIdDigits(text, 0)), QStringLiteral("3..5"));
-    QCOMPARE(toText(links::findIdDigits(text, 1)), QStringLiteral("9..10"));
-    QCOMPARE(toText(links::findIdDigits(text, 5)), QStringLiteral("9..10"));
-    QCOMPARE(toText(links::findIdDigits(text, 10)), QStringLiteral("-"));
+    QCOMPARE(toText(orvel::links::findIdDigits(text, 0)), QStringLiteral("3..5"));
+    QCOMPARE(toText(orvel::links::findIdDigits(text, 1)), QStringLiteral("9..10"));
+    QCOMPARE(toText(orvel::links::findIdDigits(text, 5)), QStringLiteral("9..10"));
+    QCOMPARE(toText(orvel::links::findIdDigits(text, 10)), QStringLiteral("-"));
 }
 
 void TestLinkScanner::findsWhatTheRegularExpressionsFind()
@@ -218,8 +218,8 @@ void TestLinkScanner::findsWhatTheRegularExpressionsFind()
         anchors += wantedAnchor == QLatin1String("-") ? 0 : 1;
         ids += wantedDigits == QLatin1String("-") ? 0 : 1;
         const QString where = QStringLiteral(" from %1 in %2").arg(from).arg(text);
-        QCOMPARE(toText(links::findAnchor(text, from)) + where, wantedAnchor + where);
-        QCOMPARE(toText(links::findIdDigits(text, from)) + where, wantedDigits + where);
+        QCOMPARE(toText(orvel::links::findAnchor(text, from)) + where, wantedAnchor + where);
+        QCOMPARE(toText(orvel::links::findIdDigits(text, from)) + where, wantedDigits + where);
     }
     // The texts must be worth the comparison.
     QVERIFY(anchors > 5000);
@@ -230,9 +230,9 @@ void TestLinkScanner::unfinishedLinksAreScannedOnce()
 {
     // Where each "<a" is followed to the end of the text, this takes hours instead of milliseconds.
     const QString text = QStringLiteral("<a ").repeated(2000000);
-    QCOMPARE(toText(links::findAnchor(text, 0)), QStringLiteral("-"));
+    QCOMPARE(toText(orvel::links::findAnchor(text, 0)), QStringLiteral("-"));
     const QString ids = QStringLiteral("id=").repeated(2000000);
-    QCOMPARE(toText(links::findIdDigits(ids, 0)), QStringLiteral("-"));
+    QCOMPARE(toText(orvel::links::findIdDigits(ids, 0)), QStringLiteral("-"));
 }
 
 QTEST_GUILESS_MAIN(TestLinkScanner)

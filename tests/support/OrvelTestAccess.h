@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Orvel/html/HtmlOutput.h"
 #include "Orvel/store/COrvel.h"
 
 #include <map>

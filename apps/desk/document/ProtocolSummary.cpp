@@ -1,7 +1,6 @@
 #include "apps/desk/document/ProtocolSummary.h"
 
-#include "Orvel/store/COVMessage.h"
-#include "Orvel/store/DataFileReader.h"
+#include "Orvel/Toolkit.h"
 
 #include <QFile>
 #include <QSet>
@@ -92,7 +91,7 @@ ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
     QFile file(dataFilePath);
     if (!file.open(QIODevice::ReadOnly))
         return ProtocolSummary();
-    if (const auto messages = datafile::readOwnForm(file))
+    if (const auto messages = datafile::readCanonical(file))
         return count(*messages);
     file.seek(0);
     return countForeign(file);

@@ -1,6 +1,6 @@
 #include "apps/desk/gui/DeskWindow.h"
 
-#include "Orvel/integration/ExceptionCatcher.h"
+#include "Orvel/Toolkit.h"
 #include "Orvel/integration/OrvelGUIExtension.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"

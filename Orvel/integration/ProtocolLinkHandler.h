@@ -3,8 +3,10 @@
 class OrvelGUIExtension;
 class QUrl;
 
+namespace orvel {
+
 /// Follows "generate-protocol" links: shows the page of the protocol type that the link names.
-struct ProtocolNavigation
+struct ProtocolLinkHandler
 {
     OrvelGUIExtension* viewer;
 
@@ -12,3 +14,5 @@ struct ProtocolNavigation
     /// each project window has a handler of its own.
     bool operator()(const QUrl& url) const;
 };
+
+} // namespace orvel

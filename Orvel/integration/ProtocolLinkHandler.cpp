@@ -1,11 +1,13 @@
-#include "Orvel/integration/ProtocolNavigation.h"
+#include "Orvel/integration/ProtocolLinkHandler.h"
 
 #include "Orvel/integration/OrvelGUIExtension.h"
 
 #include <QUrl>
 #include <QUrlQuery>
 
-bool ProtocolNavigation::operator()(const QUrl& url) const
+namespace orvel {
+
+bool ProtocolLinkHandler::operator()(const QUrl& url) const
 {
     if (url.host(QUrl::FullyDecoded) != QLatin1String("generate-protocol"))
         return false;
@@ -19,3 +21,5 @@ bool ProtocolNavigation::operator()(const QUrl& url) const
     viewer->showOrvel(protocolType);
     return true;
 }
+
+} // namespace orvel
