@@ -21,7 +21,12 @@ install(DIRECTORY host DESTINATION ${headerFolder} COMPONENT Development
     PATTERN "app/LibraryFolder.h" EXCLUDE
     PATTERN "process/JournalBrowser.h" EXCLUDE
     PATTERN "window/Display.h" EXCLUDE)
-install(FILES Orvel/store/COrvel.h Orvel/store/COVMessage.h Orvel/store/ProtocolTypes.h
+install(FILES Orvel/Toolkit.h DESTINATION ${headerFolder}/Orvel COMPONENT Development)
+install(FILES
+    Orvel/store/COrvel.h
+    Orvel/store/COVMessage.h
+    Orvel/store/DataFileReader.h
+    Orvel/store/ProtocolTypes.h
     DESTINATION ${headerFolder}/Orvel/store COMPONENT Development)
 install(FILES
     Orvel/integration/CReportDelegate.h

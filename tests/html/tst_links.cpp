@@ -40,6 +40,7 @@ private slots:
     void itemLinkOfAManagedItem();
     void itemLinkOfAnUnknownItem();
     void itemLinkOfATypeWithoutARecord();
+    void modelWithoutAProjectHasAnEmptyName();
     void itemIdIsASignedDecimal_data();
     void itemIdIsASignedDecimal();
     void projectNameIsPercentEncoded_data();
@@ -98,6 +99,18 @@ void TestLinks::itemLinkOfATypeWithoutARecord()
     f.addItem(5, 0x11223344);
     QCOMPARE(itemLink(f.protocol, 5, QStringLiteral("x")),
              QStringLiteral("<a href=\"survey://locate-item?type=&id=5&project=line\">x</a>"));
+}
+
+void TestLinks::modelWithoutAProjectHasAnEmptyName()
+{
+    ProtocolFixture f(QStringLiteral("line"));
+    CCommonTervoModel model(nullptr);
+    COrvel protocol(&model, QStringLiteral("survey"));
+    QCOMPARE(itemLink(protocol, 404, QStringLiteral("?")),
+             QStringLiteral("<a href=\"survey://locate-item?type=Undefined&id=404&project=\">?</a>"));
+
+    Access::AddTitleInfo(protocol, enums::Import);
+    QCOMPARE(Access::messages(protocol).at(enums::Import).back().text, QStringLiteral("Проект: "));
 }
 
 void TestLinks::itemIdIsASignedDecimal_data()

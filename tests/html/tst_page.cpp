@@ -10,6 +10,9 @@
 #include <QDir>
 #include <QtTest>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 using Access = OrvelTestAccess;
 
 namespace {
@@ -29,6 +32,29 @@ COVMessage adjustMessage(int kind, const QString& text, int stage)
 {
     return makeMessage(enums::Adjust, kind, text, stage);
 }
+
+/// Leaves the process one file that it can have open at a time, while the object lives.
+class OneFileAtATime
+{
+public:
+    OneFileAtATime()
+    {
+        getrlimit(RLIMIT_NOFILE, &oldLimit);
+        const int lowestFree = dup(STDIN_FILENO);
+        close(lowestFree);
+        rlimit limit = oldLimit;
+        limit.rlim_cur = static_cast<rlim_t>(lowestFree) + 1;
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+
+    OneFileAtATime(const OneFileAtATime&) = delete;
+    OneFileAtATime& operator=(const OneFileAtATime&) = delete;
+
+    ~OneFileAtATime() { setrlimit(RLIMIT_NOFILE, &oldLimit); }
+
+private:
+    rlimit oldLimit{};
+};
 
 /// The content of the page of `type`, without a template, from messages in the store.
 QString content(ProtocolFixture& f, int type, const std::vector<COVMessage>& messages = {})
@@ -124,6 +150,7 @@ private slots:
     void unwritablePathGivesFalse_data();
     void unwritablePathGivesFalse();
     void fullDiskGivesFalseAndKeepsTheOldPage();
+    void dataFileIsClosedBeforeThePageIsOpened();
 };
 
 void TestPage::initTestCase()
@@ -904,6 +931,24 @@ void TestPage::fullDiskGivesFalseAndKeepsTheOldPage()
     QCOMPARE(readFile(path), QByteArray("old"));
     // The path was stored behind the write call, whose own result does not count.
     QCOMPARE(Access::protocolFiles(f.protocol), (std::map<int, QString>{{enums::Import, path}}));
+}
+
+void TestPage::dataFileIsClosedBeforeThePageIsOpened()
+{
+    ProtocolFixture f;
+    f.writeTemplate("<div></div>");
+    f.saveMessages({makeMessage(enums::Import, COVMessage::Title, QStringLiteral("filed"))});
+    const QByteArray data = readFile(Access::dataFilePath(f.protocol));
+    const QString path = f.tempPath(QStringLiteral("page.html"));
+    bool result = false;
+    {
+        const OneFileAtATime limit;
+        result = f.protocol.CreateProtocolFile(enums::Import, path);
+    }
+    QCOMPARE(f.application.getWarnings(), QStringList());
+    QVERIFY(result);
+    QVERIFY(readFile(path).contains("<h1>filed</h1>"));
+    QCOMPARE(readFile(Access::dataFilePath(f.protocol)), data);
 }
 
 QTEST_GUILESS_MAIN(TestPage)
