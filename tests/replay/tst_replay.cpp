@@ -1,3 +1,6 @@
+#include "tests/support/ExpectedFile.h"
+#include "tests/support/TestFiles.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
@@ -15,21 +18,6 @@ const char kJournal[] = "journal.jsonl";
 QString getTestPath(const QString& name)
 {
     return QStringLiteral(REPLAY_TEST_DIR "/") + name;
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("Cannot read %s", qUtf8Printable(path));
-    return file.readAll();
-}
-
-void writeFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("Cannot write %s", qUtf8Printable(path));
 }
 
 /// The content with every date made "DATE".
@@ -69,7 +57,8 @@ public:
             .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     }
 
-    Result run(const QStringList& arguments, const QString& program = QStringLiteral(REPLAY_PROGRAM)) const
+    /// Libraries in the given folder, if any, go before those of the program.
+    Result run(const QStringList& arguments, const QString& libraryFolder = QString()) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
@@ -77,10 +66,11 @@ public:
         environment.insert(QStringLiteral("ORVEL_DATA_DIR"), getTestPath(QStringLiteral("data")));
         environment.insert(QStringLiteral("TMPDIR"), folder.filePath(QStringLiteral("tmp")));
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder.path());
+        environment.insert(QStringLiteral("LD_LIBRARY_PATH"), libraryFolder);
         QProcess process;
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(getPath());
-        process.start(program, arguments);
+        process.start(QStringLiteral(REPLAY_PROGRAM), arguments);
         if (!process.waitForFinished(kPatience) || process.exitStatus() != QProcess::NormalExit) {
             process.kill();
             process.waitForFinished();
@@ -123,10 +113,15 @@ QStringList getExpectedFiles(const QString& name)
     return files;
 }
 
-QString readExpected(const QString& name, const QString& fileName)
+QString getExpectedPath(const QString& name, const QString& fileName)
 {
-    const QString path = getTestPath(QStringLiteral("expected/%1/%2").arg(name, fileName));
-    return QFile::exists(path) ? QString::fromUtf8(readFile(path)) : QString();
+    return getTestPath(QStringLiteral("expected/%1/%2").arg(name, fileName));
+}
+
+/// What tells a text from what is expected of a file, if anything.
+QString compare(const QString& text, const QString& name, const QString& fileName)
+{
+    return orvel::test::compareWithFile(text, getExpectedPath(name, fileName));
 }
 
 } // namespace
@@ -181,13 +176,13 @@ void TestReplay::playsAJournal()
     const Result result = workplace.playStored(name);
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.output, readExpected(name, QStringLiteral("stdout.txt")));
+    QCOMPARE(compare(result.output, name, QStringLiteral("stdout.txt")), QString());
 
     QStringList files = workplace.getFiles();
     files.removeOne(QStringLiteral("protocol.state"));
-    QCOMPARE(files, getExpectedFiles(name));
     for (const QString& file : qAsConst(files))
-        QCOMPARE(readNormalized(workplace.getPath(file)), readExpected(name, file));
+        QCOMPARE(compare(readNormalized(workplace.getPath(file)), name, file), QString());
+    QCOMPARE(files, getExpectedFiles(name));
     QCOMPARE(workplace.getTemporaryFiles(), QStringList());
 }
 
@@ -202,9 +197,9 @@ void TestReplay::playsCarriageReturnsAndBlankLines()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitCode, 0);
     const QString name = QStringLiteral("adjust");
-    QCOMPARE(result.output, readExpected(name, QStringLiteral("stdout.txt")));
+    QCOMPARE(compare(result.output, name, QStringLiteral("stdout.txt")), QString());
     for (const QString& file : getExpectedFiles(name))
-        QCOMPARE(readNormalized(workplace.getPath(file)), readExpected(name, file));
+        QCOMPARE(compare(readNormalized(workplace.getPath(file)), name, file), QString());
 }
 
 void TestReplay::playsAnEmptyJournal()
@@ -258,18 +253,18 @@ void TestReplay::playsALongJournal()
 void TestReplay::playsOnWithTheDataOfAnotherProcess()
 {
     const QString name = QStringLiteral("adjust");
-    const QString data = readExpected(name, QStringLiteral("data.xml"));
+    const QByteArray data = readFile(getExpectedPath(name, QStringLiteral("data.xml")));
     const Workplace workplace;
-    writeFile(workplace.getPath(QStringLiteral("data.xml")), data.toUtf8());
+    writeFile(workplace.getPath(QStringLiteral("data.xml")), data);
 
     const Result result = workplace.playStored(QStringLiteral("load-data"));
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitCode, 0);
     // The ids came with the next run.
     QCOMPARE(result.output, QStringLiteral("false\ntrue\n"));
-    QCOMPARE(readNormalized(workplace.getPath(QStringLiteral("data-copy.xml"))), data);
+    QCOMPARE(readNormalized(workplace.getPath(QStringLiteral("data-copy.xml"))), QString::fromUtf8(data));
     for (const QString& file : {QStringLiteral("adjust.html"), QStringLiteral("section-after.html")})
-        QCOMPARE(readNormalized(workplace.getPath(file)), readExpected(name, file));
+        QCOMPARE(compare(readNormalized(workplace.getPath(file)), name, file), QString());
     QCOMPARE(workplace.getTemporaryFiles(), QStringList());
 }
 
@@ -679,16 +674,16 @@ void TestReplay::refusesAJournalThatCannotBeRead()
 
 void TestReplay::saysWhichPluginIsMissing()
 {
-    // A program that was taken away from its plug-in.
+    // The host's library alone, away from its plug-in.
     const Workplace workplace;
-    QVERIFY(QDir(workplace.getPath()).mkdir(QStringLiteral("bin")));
-    const QString program = workplace.getPath(QStringLiteral("bin/orvel-replay"));
-    QVERIFY(QFile::copy(QStringLiteral(REPLAY_PROGRAM), program));
+    const QString libraries = workplace.getPath(QStringLiteral("lib"));
+    QVERIFY(QDir().mkdir(libraries));
+    QVERIFY(QFile::copy(QStringLiteral(HOST_LIBRARY), libraries + QStringLiteral("/" HOST_LIBRARY_NAME)));
     writeFile(workplace.getPath(QString::fromLatin1(kJournal)), R"({"do": "project", "name": "Сеть"})");
 
-    const Result result = workplace.run({QString::fromLatin1(kJournal)}, program);
-    const QString plugin = workplace.getPath(QStringLiteral(REPLAY_INSTALLED_PLUGIN));
-    QCOMPARE(result.errors, QStringLiteral("journal.jsonl:1: %1: Файл не найден.\n").arg(plugin));
+    const Result result = workplace.run({QString::fromLatin1(kJournal)}, libraries);
+    QCOMPARE(result.errors,
+             QStringLiteral("journal.jsonl:1: %1/" PLUGIN_NAME ": Файл не найден.\n").arg(libraries));
     QCOMPARE(result.output, QString());
     QCOMPARE(result.exitCode, 2);
 }
