@@ -8,12 +8,12 @@
 #include "host/app/PluginManager.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
-#include <QHash>
 #include <QSet>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace orvel::desk {
 
@@ -25,29 +25,10 @@ constexpr LONGID kFirstId = 1000001;
 // Far from where counting on would end.
 constexpr LONGID kLastId = std::numeric_limits<LONGID>::max() / 2;
 
-QString makeSectionName(const QString& from, const QString& to)
-{
-    return from + QStringLiteral(" – ") + to;
-}
-
 QString withoutMarkUp(QString name)
 {
     return name.replace(QLatin1Char('<'), QChar(0x2039)).replace(QLatin1Char('>'), QChar(0x203A));
 }
-
-/// Names that are all different: a section measured again gets its number behind its name.
-class UniqueNames
-{
-public:
-    QString make(const QString& name)
-    {
-        const int count = ++counts[name];
-        return count == 1 ? name : QStringLiteral("%1 (%2)").arg(name, QString::number(count));
-    }
-
-private:
-    QHash<QString, int> counts;
-};
 
 bool isPositive(double number)
 {
@@ -104,6 +85,7 @@ Document::Document(const PluginManager& plugins, const QString& projectName, QOb
     , project(withoutMarkUp(projectName))
     , model(&project)
     , sectionManager(nullptr)
+    , snapshot(std::make_shared<const NetworkSnapshot>())
     , nextId(kFirstId)
 {
     auto manager = std::make_unique<tervo::CItemManager>();
@@ -168,35 +150,28 @@ bool Document::hasResults() const
 
 void Document::setNetwork(const levelling::Network& network)
 {
-    QHash<QString, LONGID> pointIds;
-    for (const LevellingPoint* point : getPoints())
-        pointIds.insert(point->getName(), point->getId());
-    QHash<QString, LONGID> sectionIds;
-    for (const LevellingSection* section : getSections())
-        sectionIds.insert(section->getName(), section->getId());
-    const auto findId = [this](const QHash<QString, LONGID>& ids, const QString& name) {
-        const LONGID known = ids.value(name);
-        return known != 0 ? known : nextId++;
-    };
+    NetworkItems items = NetworkItems::make(network, *snapshot, nextId);
+    takeNetwork(items);
+}
 
-    Content content;
-    content.description = network.description;
-    content.parameters = network.parameters;
-    content.levellingClass = levellingClass;
-    for (const levelling::Point& point : network.points)
-        content.points.push_back(std::make_unique<LevellingPoint>(findId(pointIds, point.id), point));
-    UniqueNames sectionNames;
-    for (const levelling::Section& section : network.sections) {
-        const QString name =
-            sectionNames.make(makeSectionName(network.points[static_cast<std::size_t>(section.from)].id,
-                                              network.points[static_cast<std::size_t>(section.to)].id));
-        content.sections.push_back(
-            std::make_unique<LevellingSection>(findId(sectionIds, name), section, name));
-    }
-    content.nextId = nextId;
-    replaceItems(std::move(content));
+void Document::takeNetwork(NetworkItems& items)
+{
+    exchangeItems(items);
     for (const int type : getProcessingTypes())
         getProtocol().ClearProtocolByType(type);
+}
+
+void Document::exchangeItems(NetworkItems& items)
+{
+    Q_EMIT networkAboutToBeReplaced();
+    model.exchangeItems(items.points);
+    tervo::CItemManager* oldSections = std::exchange(sectionManager, items.sections.get());
+    model.exchangeTervoObject(std::move(items.sections)).release();
+    items.sections.reset(oldSections);
+    snapshot.swap(items.snapshot);
+    std::swap(nextId, items.nextId);
+    Q_EMIT networkReplaced();
+    setModified(true);
 }
 
 std::vector<int> Document::getProcessingTypes()
@@ -208,15 +183,21 @@ bool Document::setContent(Content content)
 {
     if (!isConsistent(content))
         return false;
-    replaceItems(std::move(content));
+    levelling::Network network;
+    network.description = content.description;
+    network.parameters = content.parameters;
+    NetworkItems items = NetworkItems::make(std::move(network), std::move(content.points),
+                                            std::move(content.sections), content.nextId);
+    levellingClass = content.levellingClass;
+    exchangeItems(items);
     return true;
 }
 
 Document::Content Document::copyContent() const
 {
     Content content;
-    content.description = description;
-    content.parameters = parameters;
+    content.description = getDescription();
+    content.parameters = getParameters();
     content.levellingClass = levellingClass;
     for (const LevellingPoint* point : getPoints())
         content.points.push_back(std::make_unique<LevellingPoint>(*point));
@@ -224,23 +205,6 @@ Document::Content Document::copyContent() const
         content.sections.push_back(std::make_unique<LevellingSection>(*section));
     content.nextId = nextId;
     return content;
-}
-
-NetworkSnapshot Document::getSnapshot() const
-{
-    NetworkSnapshot snapshot;
-    snapshot.network.description = description;
-    snapshot.network.parameters = parameters;
-    for (const LevellingPoint* point : getPoints()) {
-        snapshot.network.points.push_back(point->getPoint());
-        snapshot.pointIds.push_back(point->getId());
-    }
-    for (const LevellingSection* section : getSections()) {
-        snapshot.network.sections.push_back(section->getSection());
-        snapshot.sectionIds.push_back(section->getId());
-        snapshot.sectionNames.append(section->getName());
-    }
-    return snapshot;
 }
 
 void Document::updateSummary()
@@ -279,26 +243,6 @@ void Document::setAdjustment(const levelling::Adjustment& adjustment)
         ++index;
     }
     Q_EMIT resultsChanged();
-    setModified(true);
-}
-
-void Document::replaceItems(Content content)
-{
-    Q_EMIT networkAboutToBeReplaced();
-    std::vector<LevellingPoint*> oldPoints = getPoints();
-    std::for_each(oldPoints.rbegin(), oldPoints.rend(),
-                  [this](const LevellingPoint* point) { model.removeItem(point->getId()); });
-    sectionManager->clear();
-
-    description = content.description;
-    parameters = content.parameters;
-    levellingClass = content.levellingClass;
-    nextId = content.nextId;
-    for (auto& point : content.points)
-        model.addItem(std::move(point));
-    for (auto& section : content.sections)
-        sectionManager->addItem(std::move(section));
-    Q_EMIT networkReplaced();
     setModified(true);
 }
 

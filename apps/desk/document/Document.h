@@ -1,12 +1,9 @@
 #pragma once
 
 #include "apps/desk/document/LevellingClass.h"
-#include "apps/desk/document/LevellingPoint.h"
-#include "apps/desk/document/LevellingSection.h"
-#include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/NetworkItems.h"
 #include "apps/desk/document/ProtocolSummary.h"
 #include "host/model/CCommonTervoModel.h"
-#include "host/model/CItemManager.h"
 #include "host/model/CProject.h"
 #include "levelling/Adjustment.h"
 
@@ -53,8 +50,8 @@ public:
     CCommonTervoModel& getModel() { return model; }
     COrvel& getProtocol() const;
 
-    const QString& getDescription() const { return description; }
-    const levelling::Parameters& getParameters() const { return parameters; }
+    const QString& getDescription() const { return snapshot->network.description; }
+    const levelling::Parameters& getParameters() const { return snapshot->network.parameters; }
     LevellingClass getLevellingClass() const { return levellingClass; }
     void setLevellingClass(LevellingClass newClass);
     std::vector<LevellingPoint*> getPoints() const;
@@ -68,6 +65,13 @@ public:
     /// network: nobody shall take them for those of the new one. To be called during a run, when the protocol
     /// has its lines in memory.
     void setNetwork(const levelling::Network& network);
+    /// The same with items that are made already, from this network's snapshot and getNextId(). Gives the old
+    /// network out. Takes a time that does not depend on the number of items.
+    void takeNetwork(NetworkItems& items);
+    /// Puts one network into the other's place, the protocols left as they are.
+    void exchangeItems(NetworkItems& items);
+    /// The next new item's id.
+    LONGID getNextId() const { return nextId; }
     /// The protocol types that setNetwork() clears.
     static std::vector<int> getProcessingTypes();
     /// Replaces the network by items that have ids. False, and nothing changed, if these are not unique, a
@@ -75,7 +79,10 @@ public:
     bool setContent(Content content);
     /// A copy of the network with its ids and results, for setContent().
     Content copyContent() const;
-    NetworkSnapshot getSnapshot() const;
+    /// The network with its ids. It never changes; another network has another snapshot.
+    const NetworkSnapshot& getSnapshot() const { return *snapshot; }
+    /// The same for a run, which may keep it.
+    std::shared_ptr<const NetworkSnapshot> shareSnapshot() const { return snapshot; }
 
     /// Counts the lines of the protocols anew, after a run and after loading.
     void updateSummary();
@@ -99,13 +106,10 @@ Q_SIGNALS:
     void modifiedChanged(bool isModified);
 
 private:
-    void replaceItems(Content content);
-
     CProject project;
     CCommonTervoModel model;
-    tervo::CItemManager* sectionManager; // owned by the model
-    QString description;
-    levelling::Parameters parameters;
+    tervo::CItemManager* sectionManager;             // owned by the model
+    std::shared_ptr<const NetworkSnapshot> snapshot; // of the items
     LevellingClass levellingClass = LevellingClass::IV;
     LONGID nextId;
     ProtocolSummary summary;

@@ -10,30 +10,53 @@
 #include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/ThreadCall.h"
 
+#include <QThreadPool>
+
+#include <optional>
+
 namespace orvel::desk {
 
 namespace runs {
+
+namespace {
+
+/// Destroys a network that the window's thread would take too long for.
+void destroyElsewhere(std::optional<NetworkItems>& items)
+{
+    if (!items)
+        return;
+    // A function may be copied, items may not.
+    const auto condemned = std::make_shared<NetworkItems>(std::move(*items));
+    items.reset();
+    QThreadPool::globalInstance()->start([condemned] { *condemned = NetworkItems(); });
+}
+
+} // namespace
 
 DeskRun makeImport(Document& document, const QString& filePath)
 {
     DeskRun run;
     run.protocolType = enums::Import;
-    const auto replaced = std::make_shared<std::optional<Document::Content>>();
+    const auto replaced = std::make_shared<std::optional<NetworkItems>>();
     const auto windowThread = std::make_shared<ThreadCall>();
-    run.function = [&document, filePath, replaced, windowThread,
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
-        const NetworkTaker takeNetwork = [&](const levelling::Network& network, NetworkSnapshot& snapshot) {
-            return windowThread->call(monitor, [&] {
-                *replaced = document.copyContent();
-                document.setNetwork(network);
-                snapshot = document.getSnapshot();
+    run.function = [&document, filePath, replaced, windowThread, known = document.shareSnapshot(),
+                    nextId = document.getNextId(), failure = run.failure](qor::IProcessMonitor& monitor) {
+        const NetworkTaker takeNetwork = [&](const levelling::Network& network) {
+            NetworkItems items = NetworkItems::make(network, *known, nextId);
+            std::shared_ptr<const NetworkSnapshot> snapshot = items.snapshot;
+            const bool isTaken = windowThread->call(monitor, [&] {
+                document.takeNetwork(items);
+                replaced->emplace(std::move(items));
             });
+            return isTaken ? snapshot : nullptr;
         };
         *failure = RunFailure::make(RunFailure::Kind::Refused, runImport(monitor, filePath, takeNetwork));
     };
+    run.takeResults = [replaced] { destroyElsewhere(*replaced); };
     run.discardResults = [&document, replaced] {
         if (*replaced)
-            document.setContent(std::move(**replaced));
+            document.exchangeItems(**replaced);
+        destroyElsewhere(*replaced);
     };
     return run;
 }
@@ -42,8 +65,8 @@ DeskRun makeCompile(const Document& document)
 {
     DeskRun run;
     run.protocolType = enums::Compile;
-    run.function = [snapshot = document.getSnapshot(), levellingClass = document.getLevellingClass()](
-                       qor::IProcessMonitor& monitor) { runCompile(monitor, snapshot, levellingClass); };
+    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass()](
+                       qor::IProcessMonitor& monitor) { runCompile(monitor, *snapshot, levellingClass); };
     return run;
 }
 
@@ -52,9 +75,9 @@ DeskRun makeAdjust(Document& document)
     DeskRun run;
     run.protocolType = enums::Adjust;
     const auto adjustment = std::make_shared<std::optional<levelling::Adjustment>>();
-    run.function = [snapshot = document.getSnapshot(), adjustment,
+    run.function = [snapshot = document.shareSnapshot(), adjustment,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
-        *adjustment = runAdjust(monitor, snapshot);
+        *adjustment = runAdjust(monitor, *snapshot);
         if (*adjustment)
             *failure = RunFailure::make(RunFailure::Kind::NoResult, describeFailure((*adjustment)->status));
     };
@@ -69,8 +92,9 @@ DeskRun makeL1Analysis(const Document& document)
 {
     DeskRun run;
     run.protocolType = enums::L1Analysis;
-    run.function = [snapshot = document.getSnapshot(), failure = run.failure](qor::IProcessMonitor& monitor) {
-        *failure = RunFailure::make(RunFailure::Kind::NoResult, runL1Analysis(monitor, snapshot));
+    run.function = [snapshot = document.shareSnapshot(),
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure = RunFailure::make(RunFailure::Kind::NoResult, runL1Analysis(monitor, *snapshot));
     };
     return run;
 }

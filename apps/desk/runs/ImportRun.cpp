@@ -109,25 +109,27 @@ void describeNetwork(RunLines& lines, const levelling::Network& network)
 
 QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork)
 {
-    NetworkSnapshot snapshot;
-    RunLines lines(monitor, snapshot);
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
     const levelling::GkfResult file = readNetwork(filePath);
     monitor.finishCurrentStage();
     const QString fileName = standardstreams::describeInput(filePath);
     const QString fileLine = Desk::tr("Файл: %1").arg(RunLines::escape(fileName));
     if (file.fatal) {
+        const NetworkSnapshot nothing;
+        RunLines lines(monitor, nothing);
         lines.service(fileLine);
         const QString failure = problems::describeFailure(fileName, *file.fatal);
         lines.error(RunLines::escape(failure));
         return failure;
     }
     // The items must be there before lines link to them.
-    if (!takeNetwork(file.network, snapshot))
+    const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(file.network);
+    if (!snapshot)
         return QString();
 
+    RunLines lines(monitor, *snapshot);
     lines.service(fileLine);
-    ProblemWriter problemWriter(lines, snapshot.network);
+    ProblemWriter problemWriter(lines, snapshot->network);
     std::size_t done = 0;
     for (const Problem& problem : file.problems) {
         if (!lines.isRunning())
@@ -135,7 +137,7 @@ QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const 
         problemWriter.write(problem);
         lines.setProgress(++done, file.problems.size());
     }
-    describeNetwork(lines, snapshot.network);
+    describeNetwork(lines, snapshot->network);
     monitor.setPercentage(100);
     return QString();
 }

@@ -6,12 +6,12 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 namespace orvel::desk {
 
-/// Puts a network into the project, in the window's thread, and gives its snapshot; false if the run was
-/// stopped before.
-using NetworkTaker = std::function<bool(const levelling::Network& network, NetworkSnapshot& snapshot)>;
+/// Puts a network into the project and gives its snapshot; null if the run was stopped before.
+using NetworkTaker = std::function<std::shared_ptr<const NetworkSnapshot>(const levelling::Network& network)>;
 
 /// Reads a levelling network from a file (.gkf) and has the project take it. Every part of the file that was
 /// not used as it stands becomes a line that names the line number.

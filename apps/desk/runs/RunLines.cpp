@@ -90,7 +90,7 @@ void RunLines::setProgress(std::size_t done, std::size_t all)
 
 QString RunLines::link(LONGID id, const QString& text)
 {
-    // Asking for a link makes the run wait for the window, and most items stand in several lines.
+    // Most items stand in several lines.
     const auto known = links.constFind(id);
     if (known != links.constEnd())
         return *known;

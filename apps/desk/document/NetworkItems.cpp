@@ -1,0 +1,109 @@
+#include "apps/desk/document/NetworkItems.h"
+
+#include <QHash>
+
+#include <utility>
+
+namespace orvel::desk {
+
+namespace {
+
+QString makeSectionName(const QString& from, const QString& to)
+{
+    return from + QStringLiteral(" – ") + to;
+}
+
+/// Names that are all different: a section measured again gets its number behind its name.
+class UniqueNames
+{
+public:
+    QString make(const QString& name)
+    {
+        const int count = ++counts[name];
+        return count == 1 ? name : QStringLiteral("%1 (%2)").arg(name, QString::number(count));
+    }
+
+private:
+    QHash<QString, int> counts;
+};
+
+/// Gives items that are known by name the ids that they have, the others new ones.
+class IdFinder
+{
+public:
+    explicit IdFinder(LONGID& firstNewId) : nextId(firstNewId) {}
+
+    void add(const QString& name, LONGID id) { ids.insert(name, id); }
+
+    LONGID find(const QString& name)
+    {
+        const LONGID known = ids.value(name);
+        return known != 0 ? known : nextId++;
+    }
+
+private:
+    QHash<QString, LONGID> ids;
+    LONGID& nextId;
+};
+
+} // namespace
+
+NetworkItems::NetworkItems()
+    : points(std::make_unique<CItemTree>())
+    , sections(std::make_unique<tervo::CItemManager>())
+    , snapshot(std::make_shared<NetworkSnapshot>())
+{}
+
+NetworkItems NetworkItems::make(const levelling::Network& network, const NetworkSnapshot& known,
+                                LONGID nextId)
+{
+    IdFinder pointIds(nextId);
+    for (std::size_t i = 0; i < known.pointIds.size(); ++i)
+        pointIds.add(known.network.points[i].id, known.pointIds[i]);
+    IdFinder sectionIds(nextId);
+    for (std::size_t i = 0; i < known.sectionIds.size(); ++i)
+        sectionIds.add(known.sectionNames[static_cast<int>(i)], known.sectionIds[i]);
+
+    std::vector<std::unique_ptr<LevellingPoint>> points;
+    points.reserve(network.points.size());
+    for (const levelling::Point& point : network.points)
+        points.push_back(std::make_unique<LevellingPoint>(pointIds.find(point.id), point));
+    std::vector<std::unique_ptr<LevellingSection>> sections;
+    sections.reserve(network.sections.size());
+    UniqueNames sectionNames;
+    for (const levelling::Section& section : network.sections) {
+        const QString name =
+            sectionNames.make(makeSectionName(network.points[static_cast<std::size_t>(section.from)].id,
+                                              network.points[static_cast<std::size_t>(section.to)].id));
+        sections.push_back(std::make_unique<LevellingSection>(sectionIds.find(name), section, name));
+    }
+    levelling::Network rest;
+    rest.description = network.description;
+    rest.parameters = network.parameters;
+    return make(std::move(rest), std::move(points), std::move(sections), nextId);
+}
+
+NetworkItems NetworkItems::make(levelling::Network network,
+                                std::vector<std::unique_ptr<LevellingPoint>> points,
+                                std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId)
+{
+    NetworkSnapshot snapshot;
+    snapshot.network = std::move(network);
+    NetworkItems items;
+    items.nextId = nextId;
+    for (auto& point : points) {
+        snapshot.network.points.push_back(point->getPoint());
+        snapshot.pointIds.push_back(point->getId());
+        items.points->addItem(std::move(point));
+    }
+    for (auto& section : sections) {
+        snapshot.network.sections.push_back(section->getSection());
+        snapshot.sectionIds.push_back(section->getId());
+        snapshot.sectionNames.append(section->getName());
+        items.sections->addItem(std::move(section));
+    }
+    items.snapshot = std::make_shared<const NetworkSnapshot>(std::move(snapshot));
+    return items;
+}
+
+} // namespace orvel::desk
