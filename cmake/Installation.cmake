@@ -15,12 +15,11 @@ install(TARGETS Host Orvel EXPORT OrvelTargets
 
 install(DIRECTORY ${ORVEL_DATA_DIR}/Protocol DESTINATION ${CMAKE_INSTALL_DATADIR}/orvel COMPONENT Runtime)
 
-# Headers of which no published one knows stay here.
+# Headers with nothing in them for other libraries stay here.
 install(DIRECTORY host DESTINATION ${headerFolder} COMPONENT Development
     FILES_MATCHING PATTERN "*.h"
     PATTERN "app/LibraryFolder.h" EXCLUDE
-    PATTERN "process/JournalBrowser.h" EXCLUDE
-    PATTERN "window/Display.h" EXCLUDE)
+    PATTERN "process/JournalBrowser.h" EXCLUDE)
 install(FILES Orvel/Toolkit.h DESTINATION ${headerFolder}/Orvel COMPONENT Development)
 install(FILES
     Orvel/store/COrvel.h

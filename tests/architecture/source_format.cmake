@@ -8,6 +8,7 @@ file(GLOB_RECURSE sources
     "${ROOT}/Orvel/*.h" "${ROOT}/Orvel/*.cpp"
     "${ROOT}/apps/*.h" "${ROOT}/apps/*.cpp"
     "${ROOT}/bench/*.h" "${ROOT}/bench/*.cpp"
+    "${ROOT}/examples/*.h" "${ROOT}/examples/*.cpp"
     "${ROOT}/template/*.h" "${ROOT}/template/*.cpp"
     "${ROOT}/tests/*.h" "${ROOT}/tests/*.cpp")
 list(FILTER sources EXCLUDE REGEX "/node_modules/")
