@@ -26,6 +26,7 @@ install(FILES
     Orvel/store/COVMessage.h
     Orvel/store/DataFileReader.h
     Orvel/store/ProtocolTypes.h
+    Orvel/store/SavedProtocol.h
     DESTINATION ${headerFolder}/Orvel/store COMPONENT Development)
 install(FILES
     Orvel/integration/CReportDelegate.h

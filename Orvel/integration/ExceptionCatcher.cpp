@@ -1,10 +1,41 @@
 #include "Orvel/integration/ExceptionCatcher.h"
 
-#include "host/files/ExceptionText.h"
+#include "host/files/CTranslater.h"
+#include "host/files/Error.h"
+#include "host/files/ErrorMessageProcessor.h"
 
+#include <boost/exception/exception.hpp>
+#include <boost/exception/get_error_info.hpp>
+
+#include <new>
+#include <string>
 #include <utility>
 
 namespace orvel {
+
+namespace {
+
+std::wstring getText(const std::exception_ptr& exception)
+{
+    // The order decides: the host's errors are standard exceptions, and may be Boost's as well.
+    try {
+        std::rethrow_exception(exception);
+    } catch (const exceptions::Error& error) {
+        return error.getText();
+    } catch (const std::bad_alloc&) {
+        return qor::ErrorMessageProcessor::getBadAllocText();
+    } catch (const std::exception& error) {
+        return qor::ErrorMessageProcessor::processMessage(std::string(error.what()));
+    } catch (const boost::exception& error) {
+        if (const std::wstring* text = boost::get_error_info<exceptions::err_info::MessageTag>(error))
+            return qor::ErrorMessageProcessor::processMessage(*text);
+        return CTranslater::GetInstance().translate("ExceptionCatcher", "Ошибка boost");
+    } catch (...) {
+        return CTranslater::GetInstance().translate("ExceptionCatcher", "Системная ошибка");
+    }
+}
+
+} // namespace
 
 void ExceptionCatcher::addErrorHandler(ErrorHandler handler)
 {
@@ -31,7 +62,7 @@ void ExceptionCatcher::run(const std::function<void()>& action) const
 
 QString ExceptionCatcher::getMessage(const std::exception_ptr& error)
 {
-    return QString::fromStdWString(exceptions::getExceptionText(error));
+    return QString::fromStdWString(getText(error));
 }
 
 } // namespace orvel

@@ -10,7 +10,9 @@
 
 namespace orvel {
 
-/// Runs an action of the user and turns an exception that leaves it into a message.
+/// Runs an action of the user and turns an exception that leaves it into a message: an `exceptions::Error`'s
+/// own text; for `std::bad_alloc` the host's text for missing memory; a `std::exception`'s `what()`; a Boost
+/// exception's message tag, or that there is none; for any other that something failed.
 class ORVEL_EXPORT ExceptionCatcher
 {
 public:

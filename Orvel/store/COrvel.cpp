@@ -1,8 +1,8 @@
 #include "Orvel/store/COrvel.h"
 
+#include "Orvel/store/ProtocolArchive.h"
 #include "host/app/Application.h"
 #include "host/enums/EnumData.h"
-#include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
 #include "host/files/StringUtils.h"
 
@@ -10,60 +10,11 @@
 
 namespace {
 
-constexpr quint32 kMaxIds = 1000000;
-constexpr quint32 kMaxProtocolFiles = 100;
-
 // Item types whose messages get a group of their own on the page.
 constexpr int kGroupedItemTypes[] = {
     kPointItemType, kStationItemType, kSectionItemType, kLineItemType,
     kLoopItemType,  kMarkItemType,    kStaffItemType,   kInstrumentItemType,
 };
-
-quint32 readCount(CQtArchive& archive, quint32 limit)
-{
-    quint32 count = 0;
-    archive >> count;
-    if (count > limit)
-        throw qor::CFileException(1, std::wstring());
-    return count;
-}
-
-void saveIds(CQtArchive& archive, const std::set<LONGID>& ids)
-{
-    archive << static_cast<quint32>(ids.size());
-    for (const LONGID id : ids)
-        archive << id;
-}
-
-void loadIds(CQtArchive& archive, std::set<LONGID>& ids)
-{
-    ids.clear();
-    const quint32 count = readCount(archive, kMaxIds);
-    for (quint32 i = 0; i < count; ++i) {
-        LONGID id = 0;
-        archive >> id;
-        ids.insert(ids.end(), id);
-    }
-}
-
-void savePaths(CQtArchive& archive, const std::map<int, QString>& paths)
-{
-    archive << static_cast<quint32>(paths.size());
-    for (const auto& [protocolType, path] : paths)
-        archive << protocolType << path;
-}
-
-void loadPaths(CQtArchive& archive, std::map<int, QString>& paths)
-{
-    paths.clear();
-    const quint32 count = readCount(archive, kMaxProtocolFiles);
-    for (quint32 i = 0; i < count; ++i) {
-        int protocolType = 0;
-        QString path;
-        archive >> protocolType >> path;
-        paths.emplace(protocolType, path);
-    }
-}
 
 } // namespace
 
@@ -90,12 +41,12 @@ int COrvel::getType() const
 void COrvel::serialize(CQtArchive& archive)
 {
     if (archive.isSaving()) {
-        saveIds(archive, idList);
-        savePaths(archive, protocolFiles);
+        orvel::protocolarchive::saveIds(archive, idList);
+        orvel::protocolarchive::savePaths(archive, protocolFiles);
         archive << dataFilePath;
     } else {
-        loadIds(archive, idList);
-        loadPaths(archive, protocolFiles);
+        orvel::protocolarchive::loadIds(archive, idList);
+        orvel::protocolarchive::loadPaths(archive, protocolFiles);
         archive >> dataFilePath;
     }
 }

@@ -2,7 +2,7 @@
 
 #include "Orvel/integration/OrvelProcessMonitor.h"
 #include "Orvel/store/COrvel.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/replay/JournalError.h"
 #include "apps/replay/ReplayHost.h"
 #include "apps/replay/ReplayRun.h"
@@ -250,7 +250,7 @@ void JournalPlayer::makeItemPage(const JournalLine& line)
 
 void JournalPlayer::copyData(const JournalLine& line)
 {
-    const QString dataFile = apps::readProtocolState(getProtocol()).dataFilePath;
+    const QString dataFile = ProtocolState::read(getProtocol()).dataFilePath;
     if (!QFile::exists(dataFile))
         throw JournalError(QStringLiteral("there is no data file yet"));
     writeFile(line.getText(QStringLiteral("to")), readFile(dataFile));
@@ -260,11 +260,11 @@ void JournalPlayer::loadData(const JournalLine& line)
 {
     const QByteArray content = readFile(line.getText(QStringLiteral("from")));
     // Always to a file of this instance: the path of a loaded state may lead to one that has long ended.
-    apps::ProtocolState state = apps::readProtocolState(getProtocol());
+    ProtocolState state = ProtocolState::read(getProtocol());
     state.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
     Application::instance()->registerTmpFile(state.dataFilePath);
     writeFile(state.dataFilePath, content);
-    apps::writeProtocolState(getProtocol(), state);
+    state.write(getProtocol());
 }
 
 void JournalPlayer::clear(const JournalLine& line)

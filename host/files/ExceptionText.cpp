@@ -1,6 +1,5 @@
 #include "host/files/ExceptionText.h"
 
-#include "host/files/CTranslater.h"
 #include "host/files/Error.h"
 #include "host/files/ErrorMessageProcessor.h"
 
@@ -25,10 +24,10 @@ std::wstring getExceptionText(const std::exception_ptr& exception)
     } catch (const boost::exception& error) {
         if (const std::wstring* text = boost::get_error_info<err_info::MessageTag>(error))
             return qor::ErrorMessageProcessor::processMessage(*text);
-        return CTranslater::GetInstance().translate("ExceptionCatcher", "Ошибка boost");
     } catch (...) {
-        return CTranslater::GetInstance().translate("ExceptionCatcher", "Системная ошибка");
+        // Says nothing of itself.
     }
+    return qor::ErrorMessageProcessor::processMessage(std::wstring());
 }
 
 } // namespace exceptions

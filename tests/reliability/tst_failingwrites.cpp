@@ -1,6 +1,6 @@
 #include "Orvel/integration/OrvelGUIExtension.h"
 #include "Orvel/store/COrvel.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/gui/MessageBar.h"
@@ -118,7 +118,7 @@ QStringList TestFailingWrites::takeMessages()
 
 QString TestFailingWrites::dataFile() const
 {
-    return orvel::apps::readProtocolState(window->getDocument().getProtocol()).dataFilePath;
+    return orvel::ProtocolState::read(window->getDocument().getProtocol()).dataFilePath;
 }
 
 QByteArray TestFailingWrites::tempFolder() const

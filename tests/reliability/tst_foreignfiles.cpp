@@ -1,6 +1,6 @@
 #include "Orvel/integration/OrvelGUIExtension.h"
 #include "Orvel/store/COrvel.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StoredProject.h"
@@ -58,8 +58,7 @@ void writeProject(DeskFixture& desk, const QString& path, const Change& change)
     StoredProject project;
     project.name = document.getProject().getName();
     project.content = document.copyContent();
-    project.protocol = orvel::apps::readProtocolState(document.getProtocol());
-    project.protocolData = readFile(project.protocol.dataFilePath);
+    project.protocol = orvel::SavedProtocol::take(document.getProtocol());
     change(project);
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -82,7 +81,7 @@ void TestForeignFiles::linkLaidInThePlaceOfADataFileIsNotFollowed()
     writeFile(prey, "precious");
     Document document(desk.plugins, QStringLiteral("P"));
     document.getProtocol().ProtocolBegin(enums::Import);
-    const QString first = orvel::apps::readProtocolState(document.getProtocol()).dataFilePath;
+    const QString first = orvel::ProtocolState::read(document.getProtocol()).dataFilePath;
 
     // The next names, as far as anybody could guess them.
     const QString number = QFileInfo(first).baseName().section(QLatin1Char('_'), -1);
@@ -95,7 +94,7 @@ void TestForeignFiles::linkLaidInThePlaceOfADataFileIsNotFollowed()
     Document other(desk.plugins, QStringLiteral("Q"));
     other.getProtocol().ProtocolBegin(enums::Import);
     other.getProtocol().ProtocolEnd(enums::Import);
-    const QString second = orvel::apps::readProtocolState(other.getProtocol()).dataFilePath;
+    const QString second = orvel::ProtocolState::read(other.getProtocol()).dataFilePath;
     QVERIFY(!QFileInfo(second).isSymLink());
     QVERIFY(QFileInfo(second).isFile());
     QCOMPARE(readFile(prey), QByteArray("precious"));
@@ -160,7 +159,8 @@ void TestForeignFiles::pagesThatAProjectNamesAreNotLinked()
 {
     QFETCH(QString, page);
     const QString path = desk.path(QStringLiteral("foreign.orvel"));
-    writeProject(desk, path, [&](StoredProject& project) { project.protocol.pages[enums::Adjust] = page; });
+    writeProject(desk, path,
+                 [&](StoredProject& project) { project.protocol.state.pages[enums::Adjust] = page; });
     Document document(desk.plugins, QStringLiteral("empty"));
     projectfile::load(document, path);
     QString html;
@@ -175,12 +175,12 @@ void TestForeignFiles::aProjectDoesNotSayWhereTheDataFileLies()
     const QString path = desk.path(QStringLiteral("foreign.orvel"));
     const QString prey = desk.path(QStringLiteral("prey3"));
     writeFile(prey, "precious");
-    writeProject(desk, path, [&](StoredProject& project) { project.protocol.dataFilePath = prey; });
+    writeProject(desk, path, [&](StoredProject& project) { project.protocol.state.dataFilePath = prey; });
     Document document(desk.plugins, QStringLiteral("empty"));
     projectfile::load(document, path);
     document.getProtocol().ProtocolBegin(enums::Import);
     document.getProtocol().ProtocolEnd(enums::Import);
-    QCOMPARE(QFileInfo(orvel::apps::readProtocolState(document.getProtocol()).dataFilePath).path(),
+    QCOMPARE(QFileInfo(orvel::ProtocolState::read(document.getProtocol()).dataFilePath).path(),
              Application::getTempFolder());
     QCOMPARE(readFile(prey), QByteArray("precious"));
 }
@@ -199,7 +199,7 @@ void TestForeignFiles::projectThatCannotBeComputedWithIsRefused()
     QCOMPARE(reason, path + QStringLiteral(": файл проекта повреждён или обрезан"));
     QCOMPARE(document.getProject().getName(), QStringLiteral("empty"));
     QVERIFY(document.isEmpty());
-    QCOMPARE(orvel::apps::readProtocolState(document.getProtocol()).dataFilePath, QString());
+    QCOMPARE(orvel::ProtocolState::read(document.getProtocol()).dataFilePath, QString());
 }
 
 void TestForeignFiles::projectNameIsNoPath()

@@ -1,5 +1,5 @@
 #include "Orvel/store/COrvel.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "levelling/GkfReader.h"
@@ -79,7 +79,7 @@ int readNumber(const PluginManager& plugins, const QString& path)
         return -1;
     }
     const int number = document.getProject().getName().toInt();
-    const QString dataFile = orvel::apps::readProtocolState(document.getProtocol()).dataFilePath;
+    const QString dataFile = orvel::ProtocolState::read(document.getProtocol()).dataFilePath;
     return readNumber(readFile(dataFile)) == number && document.getPoints().size() == 12 ? number : -1;
 }
 
@@ -90,9 +90,9 @@ int readNumber(const PluginManager& plugins, const QString& path)
     Document document(desk.plugins, QString());
     document.setNetwork(levelling::GkfReader::readFile(samplePath(QStringLiteral("blunder.gkf"))).network);
     COrvel& protocol = document.getProtocol();
-    orvel::apps::ProtocolState state;
+    orvel::ProtocolState state;
     state.dataFilePath = dataFileIn(folder);
-    orvel::apps::writeProtocolState(protocol, state);
+    state.write(protocol);
     for (;; ++number) {
         protocol.ProtocolBegin(enums::Adjust);
         for (int i = 0; i < kLines; ++i)

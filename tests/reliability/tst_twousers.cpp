@@ -1,6 +1,6 @@
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/ProtocolTypes.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/gui/DeskSession.h"
 #include "apps/desk/gui/ItemTable.h"
@@ -155,7 +155,7 @@ void TestTwoUsers::filesAreOutOfReachOfTheOtherUser()
     work();
     const QString folder = Application::getTempFolder();
     const QString page = desk->opened.getPaths().constFirst();
-    const QString data = orvel::apps::readProtocolState(window().getDocument().getProtocol()).dataFilePath;
+    const QString data = orvel::ProtocolState::read(window().getDocument().getProtocol()).dataFilePath;
     const QDir runtimeFolder(qEnvironmentVariable("XDG_RUNTIME_DIR"));
     const QString socketPath = runtimeFolder.filePath(runtimeFolder.entryList(QDir::System).constFirst());
     QVERIFY(canOpen(page) && canOpen(data));

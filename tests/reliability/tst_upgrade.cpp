@@ -1,4 +1,4 @@
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "tests/desk/DeskFixture.h"
@@ -65,9 +65,9 @@ void TestUpgrade::dataFileIsRead()
 {
     QFETCH(QString, folder);
     Document document(desk.plugins, QStringLiteral("P"));
-    orvel::apps::ProtocolState state;
+    orvel::ProtocolState state;
     state.dataFilePath = folder + QStringLiteral("/data.xml");
-    orvel::apps::writeProtocolState(document.getProtocol(), state);
+    state.write(document.getProtocol());
     QCOMPARE(readProtocol(document.getProtocol()), expectedLines(folder));
 }
 

@@ -1,7 +1,7 @@
 #include "apps/desk/document/Document.h"
 
 #include "Orvel/store/COrvel.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/reports/DeskReports.h"
@@ -209,7 +209,7 @@ Document::Content Document::copyContent() const
 
 void Document::updateSummary()
 {
-    summary = ProtocolSummary::read(apps::readProtocolState(getProtocol()).dataFilePath);
+    summary = ProtocolSummary::read(ProtocolState::read(getProtocol()).dataFilePath);
     Q_EMIT summaryChanged();
 }
 

@@ -2,11 +2,8 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StoredProject.h"
-#include "host/app/Application.h"
 #include "host/files/CFileException.h"
 #include "host/files/QtFile.h"
-
-#include <QFile>
 
 namespace orvel::desk {
 
@@ -20,25 +17,6 @@ namespace {
     throw qor::CFileException(qor::CFileException::CorruptFile, text.toStdWString());
 }
 
-QByteArray readBytes(const QString& path)
-{
-    if (!QFile::exists(path))
-        return QByteArray();
-    QtFile file(path);
-    file.open(QIODevice::ReadOnly);
-    const QByteArray bytes = file.device()->readAll();
-    file.close();
-    return bytes;
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes)
-{
-    QtFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.device()->write(bytes);
-    file.close();
-}
-
 StoredProject readProject(const QString& path)
 {
     QtFile file(path);
@@ -50,21 +28,6 @@ StoredProject readProject(const QString& path)
     }
 }
 
-/// The saved state of the protocol, with a data file of this program's own that holds the saved lines.
-apps::ProtocolState restoreProtocol(const StoredProject& stored)
-{
-    apps::ProtocolState state = stored.protocol;
-    // Pages are made anew when they are asked for: a project from elsewhere could name any file as one, and
-    // the item's page would lead there.
-    state.pages.clear();
-    if (!stored.protocolData.isEmpty()) {
-        state.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
-        Application::instance()->registerTmpFile(state.dataFilePath);
-        writeBytes(state.dataFilePath, stored.protocolData);
-    }
-    return state;
-}
-
 } // namespace
 
 void save(Document& document, const QString& path)
@@ -72,8 +35,7 @@ void save(Document& document, const QString& path)
     StoredProject project;
     project.name = document.getProject().getName();
     project.content = document.copyContent();
-    project.protocol = apps::readProtocolState(document.getProtocol());
-    project.protocolData = readBytes(project.protocol.dataFilePath);
+    project.protocol = SavedProtocol::take(document.getProtocol());
 
     QtFile file(path);
     file.open(QIODevice::WriteOnly);
@@ -87,12 +49,12 @@ void load(Document& document, const QString& path)
 {
     StoredProject stored = readProject(path);
     // First what can fail.
-    const apps::ProtocolState protocol = restoreProtocol(stored);
+    const ProtocolState protocol = stored.protocol.unpack();
     if (!document.setContent(std::move(stored.content)))
         refuse(path, Desk::tr("файл проекта повреждён или обрезан"));
     document.setProjectName(stored.name);
     document.getProject().setFilePath(path);
-    apps::writeProtocolState(document.getProtocol(), protocol);
+    protocol.write(document.getProtocol());
     document.updateSummary();
     document.setModified(false);
 }

@@ -14,9 +14,6 @@ namespace {
 
 constexpr quint32 kSignature = 0x4F525650; // "ORVP"
 constexpr quint32 kVersion = 1;
-// What a protocol takes at most.
-constexpr quint32 kMaxIds = 1000000;
-constexpr quint32 kMaxPages = 100;
 
 /// The file is sound, but holds more than can be worked with.
 struct TooManyItems
@@ -49,44 +46,6 @@ LevellingClass readClass(CQtArchive& archive)
     if (number < static_cast<qint32>(LevellingClass::I) || number > static_cast<qint32>(LevellingClass::IV))
         throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
     return static_cast<LevellingClass>(number);
-}
-
-void writeProtocol(CQtArchive& archive, const apps::ProtocolState& state)
-{
-    archive << static_cast<quint32>(state.ids.size());
-    for (const LONGID id : state.ids)
-        archive << id;
-    archive << static_cast<quint32>(state.pages.size());
-    for (const auto& [type, page] : state.pages)
-        archive << type << page;
-}
-
-quint32 readCount(CQtArchive& archive, quint32 limit)
-{
-    quint32 count = 0;
-    archive >> count;
-    if (count > limit)
-        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
-    return count;
-}
-
-apps::ProtocolState readProtocol(CQtArchive& archive)
-{
-    apps::ProtocolState state;
-    const quint32 idCount = readCount(archive, kMaxIds);
-    for (quint32 i = 0; i < idCount; ++i) {
-        LONGID id = 0;
-        archive >> id;
-        state.ids.insert(id);
-    }
-    const quint32 pageCount = readCount(archive, kMaxPages);
-    for (quint32 i = 0; i < pageCount; ++i) {
-        int type = 0;
-        QString page;
-        archive >> type >> page;
-        state.pages.emplace(type, page);
-    }
-    return state;
 }
 
 template<typename Item>
@@ -123,8 +82,7 @@ QByteArray writeContent(const StoredProject& project)
     archive << static_cast<qint32>(content.levellingClass) << content.nextId;
     writeItems(archive, content.points);
     writeItems(archive, content.sections);
-    writeProtocol(archive, project.protocol);
-    archive << project.protocolData;
+    project.protocol.save(archive);
     return buffer.data();
 }
 
@@ -140,8 +98,7 @@ StoredProject readContent(QByteArray bytes)
     archive >> project.content.nextId;
     project.content.points = readItems<LevellingPoint>(archive);
     project.content.sections = readItems<LevellingSection>(archive);
-    project.protocol = readProtocol(archive);
-    archive >> project.protocolData;
+    project.protocol = SavedProtocol::load(archive);
     return project;
 }
 

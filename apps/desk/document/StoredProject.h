@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/Document.h"
 
 #include <QByteArray>
@@ -15,8 +15,7 @@ struct StoredProject
 {
     QString name;
     Document::Content content;
-    apps::ProtocolState protocol; ///< without the data file's path
-    QByteArray protocolData;      ///< the data file's bytes; empty before the first run
+    SavedProtocol protocol;
 };
 
 namespace storedproject {

@@ -1,7 +1,7 @@
 #include "apps/desk/headless/Headless.h"
 
 #include "Orvel/store/COrvel.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
@@ -131,7 +131,7 @@ void Headless::writePages(const QString& folder)
 
 void Headless::copyData(const QString& filePath)
 {
-    const QString source = apps::readProtocolState(document.getProtocol()).dataFilePath;
+    const QString source = ProtocolState::read(document.getProtocol()).dataFilePath;
     if (source.isEmpty()) {
         fail(Refused, Desk::tr("в проекте нет протоколов, копировать в «%1» нечего").arg(filePath));
         return;

@@ -1,7 +1,7 @@
 #include "apps/desk/process/JournalRecorder.h"
 
 #include "Orvel/store/ProtocolTypes.h"
-#include "apps/common/ProtocolState.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
@@ -106,7 +106,7 @@ void JournalRecorder::writeEnum(int value)
 /// Lays what the protocol holds already beside the journal.
 void JournalRecorder::copyData()
 {
-    const QString dataFile = apps::readProtocolState(document.getProtocol()).dataFilePath;
+    const QString dataFile = ProtocolState::read(document.getProtocol()).dataFilePath;
     if (!QFile::exists(dataFile))
         return;
     const QString copy = file.fileName() + QStringLiteral(".xml");

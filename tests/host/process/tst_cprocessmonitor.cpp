@@ -321,9 +321,9 @@ void TestCProcessMonitor::exceptionBecomesAnErrorLine_data()
         [] { throw BoostFailure() << exceptions::err_info::MessageTag(std::wstring(L"нет опоры")); },
         QStringLiteral("error нет опоры"));
     addRow(
-        "boost without text", [] { throw BoostFailure(); }, QStringLiteral("error Ошибка boost"));
+        "boost without text", [] { throw BoostFailure(); }, QStringLiteral("error Неизвестная ошибка."));
     addRow(
-        "anything else", [] { throw 5; }, QStringLiteral("error Системная ошибка"));
+        "anything else", [] { throw 5; }, QStringLiteral("error Неизвестная ошибка."));
 }
 
 void TestCProcessMonitor::exceptionBecomesAnErrorLine()
