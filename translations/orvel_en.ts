@@ -1184,6 +1184,30 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>Экспортировать нечего: сеть не уравнена. Сначала выполните уравнивание.</source>
         <translation>Nothing to export: the network is not adjusted. Run the adjustment first.</translation>
     </message>
+    <message>
+        <source>Файл «%1» открыт в другом окне: %2, процесс %3, компьютер %4.</source>
+        <translation>The file &quot;%1&quot; is open in another window: %2, process %3, computer %4.</translation>
+    </message>
+    <message>
+        <source>Файл изменён</source>
+        <translation>Changed file</translation>
+    </message>
+    <message>
+        <source>Другая программа изменила файл «%1» после того, как он был открыт. Записать поверх?</source>
+        <translation>Another program has changed the file &quot;%1&quot; since it was opened. Overwrite it?</translation>
+    </message>
+    <message>
+        <source>То, что она записала, будет потеряно.</source>
+        <translation>What it has written will be lost.</translation>
+    </message>
+    <message>
+        <source>&amp;Записать поверх</source>
+        <translation>&amp;Overwrite</translation>
+    </message>
+    <message>
+        <source>Проект «%1» не сохранён: другая программа изменила его тем временем.</source>
+        <translation>The project &quot;%1&quot; was not saved: another program has changed it meanwhile.</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

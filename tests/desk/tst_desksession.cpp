@@ -1,10 +1,13 @@
 #include "Orvel/store/COrvel.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/gui/DeskSession.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/RecentFiles.h"
+#include "apps/desk/headless/Headless.h"
 #include "tests/desk/DeskFixture.h"
+#include "tests/desk/DeskProcess.h"
 #include "tests/support/TestFiles.h"
 
 #include <QDir>
@@ -35,6 +38,11 @@ private Q_SLOTS:
     void openedProjectReplacesWindow();
     void openingAsksForUnsavedChanges();
     void damagedProjectChangesNothing();
+    void projectOpenElsewhereIsNotOpened();
+    void lockOfCrashedInstanceIsRemoved();
+    void lockGoesWithItsProject();
+    void scriptLeavesProjectThatIsOpen();
+    void scriptLeavesProjectThatOthersChanged();
     void newProjectIsEmpty();
     void savedProjectShowsSamePages();
     void missingPagesAreForgotten();
@@ -46,6 +54,8 @@ private:
     DeskWindow& window() { return session->getWindow(); }
     void finishRun();
     void adjust();
+    /// Shows an empty project; the window of the one before is gone.
+    void closeProject();
     QString page(int protocolType);
     /// Starts the program a second time with a URI and lets this one answer. Its exit code.
     int startAgain(const QString& uri);
@@ -77,6 +87,12 @@ void TestDeskSession::adjust()
     finishRun();
     QVERIFY(triggerAction(window(), QStringLiteral("Уравнивание")));
     finishRun();
+}
+
+void TestDeskSession::closeProject()
+{
+    session->newProject();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 QString TestDeskSession::page(int protocolType)
@@ -169,6 +185,104 @@ void TestDeskSession::damagedProjectChangesNothing()
         QStringList(QStringLiteral("Проект не открыт. %1: файл проекта повреждён или обрезан").arg(damaged)));
     QCOMPARE(&window(), old);
     QVERIFY(window().getDocument().hasResults());
+}
+
+void TestDeskSession::projectOpenElsewhereIsNotOpened()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    closeProject();
+    const auto lock = ProjectLock::take(path);
+    const DeskWindow* old = &window();
+    session->openProject(path);
+    const QStringList warnings = desk->application.takeWarnings();
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY(warnings[0].startsWith(
+        QStringLiteral(
+            "Проект не открыт. Файл «%1» открыт в другом окне: tst_desksession, процесс %2, компьютер ")
+            .arg(path, QString::number(QCoreApplication::applicationPid()))));
+    QCOMPARE(&window(), old);
+}
+
+void TestDeskSession::lockOfCrashedInstanceIsRemoved()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    closeProject();
+    QProcess ended;
+    ended.start(QStringLiteral("true"), QStringList());
+    QVERIFY(ended.waitForStarted());
+    const qint64 process = ended.processId();
+    QVERIFY(ended.waitForFinished());
+    writeFile(desk->path(QStringLiteral(".project.orvel.lock")),
+              QStringLiteral("%1\norvel-desk\n%2\n").arg(process).arg(QSysInfo::machineHostName()).toUtf8());
+    session->openProject(path);
+    QCOMPARE(desk->application.takeWarnings(), QStringList());
+    QCOMPARE(window().getDocument().getProject().getFilePath(), path);
+}
+
+void TestDeskSession::lockGoesWithItsProject()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    const QString lock = desk->path(QStringLiteral(".project.orvel.lock"));
+    QVERIFY(window().saveFile(path));
+    QVERIFY(QFile::exists(lock));
+    // Opened again it is still locked, also when the old window is gone.
+    session->openProject(path);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(QFile::exists(lock));
+    QVERIFY(window().saveFile(desk->path(QStringLiteral("other.orvel"))));
+    QVERIFY(!QFile::exists(lock));
+    session.reset();
+    QCOMPARE(QDir(desk->folder.path()).entryList({QStringLiteral("*.lock")}, QDir::Files | QDir::Hidden),
+             QStringList());
+}
+
+void TestDeskSession::scriptLeavesProjectThatIsOpen()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    const QByteArray saved = readFile(path);
+    const DeskProcess script = DeskProcess::run(
+        desk->folder.path(), toList("--open|project.orvel|--run|compile|--save|project.orvel"));
+    QCOMPARE(script.exitCode, 2);
+    QVERIFY(script.errors.startsWith(
+        QStringLiteral("orvel-desk: Файл «project.orvel» открыт в другом окне: tst_desksession, процесс %1, ")
+            .arg(QCoreApplication::applicationPid())));
+    QCOMPARE(script.output, QString());
+    QCOMPARE(readFile(path), saved);
+    // Read it may be.
+    QCOMPARE(
+        DeskProcess::run(desk->folder.path(), toList("--open|project.orvel|--run|compile|--save|other.orvel"))
+            .exitCode,
+        0);
+}
+
+void TestDeskSession::scriptLeavesProjectThatOthersChanged()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    session.reset();
+    Document document(desk->plugins, QStringLiteral("script"));
+    ProjectWindow scriptWindow(&document.getModel());
+    desk->plugins.extendProjectGUI(&scriptWindow);
+    connect(&document, &Document::resultsChanged, this, [&] { writeFile(path, "somebody else's work"); });
+    QStringList complaints;
+    Headless headless(document, scriptWindow, [&](const QString& text) { complaints.append(text); });
+    QCOMPARE(headless.execute(CommandLine::parse({QString(), QStringLiteral("--headless"),
+                                                  QStringLiteral("--open"), path, QStringLiteral("--run"),
+                                                  QStringLiteral("adjust"), QStringLiteral("--save"), path})),
+             2);
+    QCOMPARE(
+        complaints,
+        QStringList(QStringLiteral("Проект «%1» не сохранён: другая программа изменила его тем временем.")
+                        .arg(path)));
+    QCOMPARE(readFile(path), QByteArray("somebody else's work"));
 }
 
 void TestDeskSession::newProjectIsEmpty()

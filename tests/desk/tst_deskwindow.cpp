@@ -1,11 +1,13 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/ProtocolList.h"
 #include "apps/desk/gui/RecentFiles.h"
+#include "host/files/CFileException.h"
 #include "tests/desk/DeskFixture.h"
 #include "tests/support/TestFiles.h"
 
@@ -44,6 +46,11 @@ private Q_SLOTS:
     void importAsksBeforeReplacing();
     void reimportKeepsIdsAndDropsOldProtocols();
     void stoppedImportGivesNetworkBack();
+    void importIntoSavedProjectStartsAnother();
+    void failedImportLeavesSavedProject();
+    void changedFileIsNotWrittenOverUnasked_data();
+    void changedFileIsNotWrittenOverUnasked();
+    void lockedFileIsNotWritten();
     void closingAsksForUnsavedChanges_data();
     void closingAsksForUnsavedChanges();
     void closingDuringRunAsks_data();
@@ -261,6 +268,77 @@ void TestDeskWindow::stoppedImportGivesNetworkBack()
     QCOMPARE(window->getDocument().getPoints()[2]->getId(), pointId);
     QVERIFY(window->getDocument().hasResults());
     QCOMPARE(window->getDocument().getSummary().types.at(enums::Adjust).errors, 8);
+}
+
+void TestDeskWindow::importIntoSavedProjectStartsAnother()
+{
+    run("Уравнивание");
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window->saveFile(path));
+    const QByteArray saved = readFile(path);
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(int(window->getDocument().getPoints().size()), 8);
+    QCOMPARE(window->getDocument().getProject().getFilePath(), QString());
+    QCOMPARE(window->windowTitle(), QStringLiteral("one-benchmark[*]"));
+    QVERIFY(window->isWindowModified());
+    QCOMPARE(readFile(path), saved);
+    // The file is free for others.
+    QVERIFY(ProjectLock::take(path));
+}
+
+void TestDeskWindow::failedImportLeavesSavedProject()
+{
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window->saveFile(path));
+    window->importFile(QStringLiteral("/no/such/network.gkf"));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->getDocument().getProject().getFilePath(), path);
+    QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*]"));
+    QVERIFY_EXCEPTION_THROWN(ProjectLock::take(path), qor::CFileException);
+}
+
+void TestDeskWindow::changedFileIsNotWrittenOverUnasked_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<bool>("isSaved");
+    QTest::newRow("overwrite") << "Записать поверх" << true;
+    QTest::newRow("cancel") << "Отмена" << false;
+}
+
+void TestDeskWindow::changedFileIsNotWrittenOverUnasked()
+{
+    QFETCH(QString, button);
+    QFETCH(bool, isSaved);
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window->saveFile(path));
+    // Saved twice by this window nobody else is asked for.
+    run("Предобработка");
+    QVERIFY(window->save());
+    run("Уравнивание");
+    writeFile(path, "somebody else's work");
+    const Answer answer(button);
+    QCOMPARE(window->save(), isSaved);
+    QCOMPARE(
+        answer.getQuestion(),
+        QStringLiteral("Другая программа изменила файл «%1» после того, как он был открыт. Записать поверх? "
+                       "То, что она записала, будет потеряно.")
+            .arg(path));
+    QCOMPARE(readFile(path) == "somebody else's work", !isSaved);
+    QCOMPARE(window->isWindowModified(), !isSaved);
+}
+
+void TestDeskWindow::lockedFileIsNotWritten()
+{
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    const auto lock = ProjectLock::take(path);
+    QVERIFY(!window->saveFile(path));
+    const QStringList warnings = desk->application.takeWarnings();
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY(
+        warnings[0].contains(QStringLiteral("открыт в другом окне: tst_deskwindow, процесс %1, компьютер ")
+                                 .arg(QCoreApplication::applicationPid())));
+    QVERIFY(!QFile::exists(path));
 }
 
 void TestDeskWindow::closingAsksForUnsavedChanges_data()

@@ -105,9 +105,24 @@ COrvel& Document::getProtocol() const
     return dynamic_cast<COrvel&>(*model.getFirstItem(kOrvelItemType));
 }
 
-void Document::setProjectName(const QString& name)
+Document::Origin Document::getOrigin() const
 {
-    project.setName(withoutMarkUp(name));
+    return {project.getName(), project.getFilePath(), fileState, lock};
+}
+
+void Document::setOrigin(const Origin& newOrigin)
+{
+    project.setName(withoutMarkUp(newOrigin.name));
+    project.setFilePath(newOrigin.filePath);
+    fileState = newOrigin.fileState;
+    lock = newOrigin.lock;
+    Q_EMIT originChanged();
+}
+
+bool Document::isFileChanged() const
+{
+    const FileState now = FileState::of(project.getFilePath());
+    return now.exists && now != fileState;
 }
 
 void Document::setLevellingClass(LevellingClass newClass)

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "apps/desk/document/FileState.h"
 #include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkItems.h"
+#include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/document/ProtocolSummary.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
@@ -38,14 +40,28 @@ public:
         LONGID nextId = 0;
     };
 
+    /// Where the project comes from: its name, and the file that it was loaded from or saved to, if any.
+    struct Origin
+    {
+        QString name;
+        QString filePath;
+        FileState fileState;               ///< as the project was read or written
+        std::shared_ptr<ProjectLock> lock; ///< of the file
+    };
+
     /// An empty project. The plug-ins, which extend its model, must give it a protocol.
     Document(const PluginManager& plugins, const QString& projectName, QObject* parent = nullptr);
     ~Document() override;
 
     CProject& getProject() { return project; }
-    /// Names the project. The protocol puts the name into its pages as it is, so angle brackets, which would
-    /// begin mark-up, become others.
-    void setProjectName(const QString& name);
+    Origin getOrigin() const;
+    /// Names the project, and the file that it is saved to from now on. The protocol puts the name into its
+    /// pages as it is, so angle brackets, which would begin mark-up, become others.
+    void setOrigin(const Origin& newOrigin);
+    /// A project of that name without a file.
+    void setProjectName(const QString& name) { setOrigin({name, {}, {}, {}}); }
+    /// Whether anybody has written the project's file since it was read or saved.
+    bool isFileChanged() const;
     const CProject& getProject() const { return project; }
     CCommonTervoModel& getModel() { return model; }
     COrvel& getProtocol() const;
@@ -104,9 +120,13 @@ Q_SIGNALS:
     /// The protocols have other lines now.
     void summaryChanged();
     void modifiedChanged(bool isModified);
+    /// The project has another name or file.
+    void originChanged();
 
 private:
     CProject project;
+    FileState fileState;
+    std::shared_ptr<ProjectLock> lock;
     CCommonTervoModel model;
     tervo::CItemManager* sectionManager;             // owned by the model
     std::shared_ptr<const NetworkSnapshot> snapshot; // of the items

@@ -30,7 +30,13 @@ StoredProject readProject(const QString& path)
 
 } // namespace
 
-void save(Document& document, const QString& path)
+std::shared_ptr<ProjectLock> takeLock(const Document& document, const QString& path)
+{
+    const std::shared_ptr<ProjectLock> own = document.getOrigin().lock;
+    return own && own->isOf(path) ? own : ProjectLock::take(path);
+}
+
+void save(Document& document, const QString& path, const std::shared_ptr<ProjectLock>& lock)
 {
     StoredProject project;
     project.name = document.getProject().getName();
@@ -41,19 +47,20 @@ void save(Document& document, const QString& path)
     file.open(QIODevice::WriteOnly);
     storedproject::write(project, *file.device());
     file.close();
-    document.getProject().setFilePath(path);
+    document.setOrigin({project.name, path, FileState::of(path), lock});
     document.setModified(false);
 }
 
-void load(Document& document, const QString& path)
+void load(Document& document, const QString& path, const std::shared_ptr<ProjectLock>& lock)
 {
+    // Before reading: what is written meanwhile counts as a change.
+    const FileState fileState = FileState::of(path);
     StoredProject stored = readProject(path);
     // First what can fail.
     const ProtocolState protocol = stored.protocol.unpack();
     if (!document.setContent(std::move(stored.content)))
         refuse(path, Desk::tr("файл проекта повреждён или обрезан"));
-    document.setProjectName(stored.name);
-    document.getProject().setFilePath(path);
+    document.setOrigin({stored.name, path, fileState, lock});
     protocol.write(document.getProtocol());
     document.updateSummary();
     document.setModified(false);

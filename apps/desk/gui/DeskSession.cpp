@@ -46,7 +46,10 @@ void DeskSession::openProject(const QString& path)
     if (!window->mayBeClosed())
         return;
     try {
-        showDocument(loadDocument(path));
+        const std::shared_ptr<ProjectLock> lock = projectfile::takeLock(window->getDocument(), path);
+        std::unique_ptr<Document> document = makeDocument();
+        projectfile::load(*document, path, lock);
+        showDocument(std::move(document));
         recentfiles::add(path);
     } catch (const exceptions::Error& error) {
         Application::warning(Desk::tr("Проект не открыт. %1").arg(QString::fromStdWString(error.getText())),
@@ -63,13 +66,6 @@ void DeskSession::newProject()
 std::unique_ptr<Document> DeskSession::makeDocument() const
 {
     return std::make_unique<Document>(plugins, Desk::tr("Новый проект"));
-}
-
-std::unique_ptr<Document> DeskSession::loadDocument(const QString& path) const
-{
-    std::unique_ptr<Document> document = makeDocument();
-    projectfile::load(*document, path);
-    return document;
 }
 
 void DeskSession::showDocument(std::unique_ptr<Document> document)

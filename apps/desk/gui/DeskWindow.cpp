@@ -79,6 +79,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     connect(actions, &DeskActions::protocolRequested, this, &DeskWindow::showProtocol);
     connect(actions, &DeskActions::reportRequested, this, &DeskWindow::showReport);
     connect(document, &Document::modifiedChanged, this, &QWidget::setWindowModified);
+    connect(document, &Document::originChanged, this, &DeskWindow::updateTitle);
     connect(document, &Document::networkReplaced, this, &DeskWindow::updateActions);
     connect(document, &Document::resultsChanged, this, &DeskWindow::updateActions);
     connect(document, &Document::summaryChanged, this,
@@ -127,14 +128,13 @@ void DeskWindow::importFile(const QString& path)
 {
     if (path.isEmpty() || isRunWorking())
         return;
-    if (!document->isEmpty() && !questions::mayReplaceNetwork(this, document->getProject().getName()))
+    // A saved project stays what it is in its file: another network makes another project.
+    const bool isSaved = !document->getProject().getFilePath().isEmpty();
+    if (isSaved ? !mayLoseChanges() : !mayReplaceNetwork())
         return;
-    if (document->isEmpty() && document->getProject().getFilePath().isEmpty()) {
-        document->setProjectName(QFileInfo(path).completeBaseName());
-        updateTitle();
-    }
     recentfiles::add(path);
-    start(runs::makeImport(*document, path));
+    start(runs::makeImport(*document, path,
+                           isSaved || document->isEmpty() ? QFileInfo(path).completeBaseName() : QString()));
 }
 
 void DeskWindow::exportFile(const QString& path)
@@ -147,7 +147,7 @@ void DeskWindow::exportFile(const QString& path)
 bool DeskWindow::saveFile(const QString& path)
 {
     try {
-        projectfile::save(*document, path);
+        projectfile::save(*document, path, projectfile::takeLock(*document, path));
     } catch (const exceptions::Error& error) {
         Application::warning(
             Desk::tr("Проект не сохранён. %1 Выберите другое место командой «Сохранить как».")
@@ -156,7 +156,6 @@ bool DeskWindow::saveFile(const QString& path)
         return false;
     }
     recentfiles::add(path);
-    updateTitle();
     statusBar()->showMessage(Desk::tr("Проект сохранён: %1").arg(path), 5000);
     return true;
 }
@@ -164,7 +163,19 @@ bool DeskWindow::saveFile(const QString& path)
 bool DeskWindow::save()
 {
     const QString path = document->getProject().getFilePath();
-    return path.isEmpty() ? chooseAndSave() : saveFile(path);
+    if (path.isEmpty())
+        return chooseAndSave();
+    if (!document->isFileChanged())
+        return saveFile(path);
+    switch (questions::askToOverwrite(this, path)) {
+    case questions::Overwrite::Yes:
+        return saveFile(path);
+    case questions::Overwrite::Elsewhere:
+        return chooseAndSave();
+    case questions::Overwrite::No:
+        break;
+    }
+    return false;
 }
 
 bool DeskWindow::mayBeClosed()
@@ -172,7 +183,17 @@ bool DeskWindow::mayBeClosed()
     if (isRunWorking() && !questions::mayStopRun(this, *monitor))
         return false;
     // A run that still works is stopped first; this is asked again when it is over.
-    if (isRunWorking() || !document->isModified())
+    return isRunWorking() || mayLoseChanges();
+}
+
+bool DeskWindow::mayReplaceNetwork()
+{
+    return document->isEmpty() || questions::mayReplaceNetwork(this, document->getProject().getName());
+}
+
+bool DeskWindow::mayLoseChanges()
+{
+    if (!document->isModified())
         return true;
     switch (questions::askForChanges(this, document->getProject().getName())) {
     case questions::Changes::Save:

@@ -80,6 +80,9 @@ private:
 
     void start(const DeskRun& run);
     void finishRun();
+    bool mayReplaceNetwork();
+    /// True if nothing is unsaved, or after it was saved or given up.
+    bool mayLoseChanges();
     void updateTitle();
     void updateActions();
     void updateStatus();

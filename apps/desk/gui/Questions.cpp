@@ -27,6 +27,26 @@ Changes askForChanges(QWidget* parent, const QString& projectName)
     return box.clickedButton() == discardButton ? Changes::Discard : Changes::Keep;
 }
 
+Overwrite askToOverwrite(QWidget* parent, const QString& path)
+{
+    QMessageBox box(
+        QMessageBox::Warning, Desk::tr("Файл изменён"),
+        Desk::tr("Другая программа изменила файл «%1» после того, как он был открыт. Записать поверх?")
+            .arg(path),
+        QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(Desk::tr("То, что она записала, будет потеряно."));
+    QPushButton* overwriteButton = box.addButton(Desk::tr("&Записать поверх"), QMessageBox::DestructiveRole);
+    QPushButton* elsewhereButton = box.addButton(Desk::tr("Сохранить &как…"), QMessageBox::AcceptRole);
+    QPushButton* cancelButton = box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole);
+    box.setDefaultButton(elsewhereButton);
+    box.setEscapeButton(cancelButton);
+    box.exec();
+    if (box.clickedButton() == overwriteButton)
+        return Overwrite::Yes;
+    return box.clickedButton() == elsewhereButton ? Overwrite::Elsewhere : Overwrite::No;
+}
+
 bool mayReplaceNetwork(QWidget* parent, const QString& projectName)
 {
     QMessageBox box(QMessageBox::Question, Desk::tr("Импорт нивелирной сети"),

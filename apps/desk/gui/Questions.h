@@ -15,6 +15,11 @@ enum class Changes { Save, Discard, Keep };
 /// Whether to save the changes of a project that is about to be closed; Keep leaves it open.
 Changes askForChanges(QWidget* parent, const QString& projectName);
 
+enum class Overwrite { Yes, Elsewhere, No };
+
+/// Whether to save over a file that somebody has changed.
+Overwrite askToOverwrite(QWidget* parent, const QString& path);
+
 /// Whether another network may replace that of the project.
 bool mayReplaceNetwork(QWidget* parent, const QString& projectName);
 

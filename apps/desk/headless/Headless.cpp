@@ -51,7 +51,7 @@ Headless::Headless(Document& openDocument, ProjectWindow& projectWindow, Complai
 
 int Headless::execute(const CommandLine& commandLine)
 {
-    if (!commandLine.projectFile.isEmpty() && !load(commandLine))
+    if (!load(commandLine))
         return exitCode;
     if (commandLine.levellingClass)
         document.setLevellingClass(*commandLine.levellingClass);
@@ -60,9 +60,10 @@ int Headless::execute(const CommandLine& commandLine)
 
     bool hasInput = true;
     if (!commandLine.importFile.isEmpty()) {
-        if (!standardstreams::isStream(commandLine.importFile))
-            document.setProjectName(QFileInfo(commandLine.importFile).completeBaseName());
-        hasInput = perform(runs::makeImport(document, commandLine.importFile));
+        const QString name = standardstreams::isStream(commandLine.importFile)
+                                 ? QString()
+                                 : QFileInfo(commandLine.importFile).completeBaseName();
+        hasInput = perform(runs::makeImport(document, commandLine.importFile, name));
     }
     if (hasInput) {
         for (const CommandLine::Run kind : commandLine.runs)
@@ -86,7 +87,11 @@ int Headless::execute(const CommandLine& commandLine)
 bool Headless::load(const CommandLine& commandLine)
 {
     try {
-        projectfile::load(document, commandLine.projectFile);
+        // A project that is only read may be open elsewhere: it is always whole.
+        if (!commandLine.saveFile.isEmpty())
+            lock = ProjectLock::take(commandLine.saveFile);
+        if (!commandLine.projectFile.isEmpty())
+            projectfile::load(document, commandLine.projectFile);
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
         return false;
@@ -150,7 +155,12 @@ void Headless::copyData(const QString& filePath)
 void Headless::save(const QString& filePath)
 {
     try {
-        projectfile::save(document, filePath);
+        if (lock->isOf(document.getProject().getFilePath()) && document.isFileChanged())
+            throw exceptions::Error(
+                Desk::tr("Проект «%1» не сохранён: другая программа изменила его тем временем.")
+                    .arg(filePath)
+                    .toStdWString());
+        projectfile::save(document, filePath, lock);
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
     }

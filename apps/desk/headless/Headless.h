@@ -13,6 +13,7 @@ class ProjectWindow;
 namespace orvel::desk {
 
 class Document;
+class ProjectLock;
 
 /// Does what the command line asks for without a display.
 ///
@@ -50,6 +51,7 @@ private:
 
     Document& document;
     Complain complain;
+    std::shared_ptr<ProjectLock> lock; // of the project to be saved
     int exitCode = Done;
     std::unique_ptr<JournalRecorder> recorder;
     RunMonitor monitor;

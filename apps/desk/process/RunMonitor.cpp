@@ -84,6 +84,10 @@ void RunMonitor::onThreadFinished()
     const std::function<void()>& settle = getInterrupted() ? run.discardResults : run.takeResults;
     if (settle)
         settle();
+    // What the run kept of the project as it was is not needed any more.
+    run.function = nullptr;
+    run.takeResults = nullptr;
+    run.discardResults = nullptr;
     if (recorder)
         recorder->endRun(getInterrupted());
     OrvelProcessMonitor::onThreadFinished();

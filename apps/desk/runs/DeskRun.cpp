@@ -33,7 +33,7 @@ void destroyElsewhere(std::optional<NetworkItems>& items)
 
 } // namespace
 
-DeskRun makeImport(Document& document, const QString& filePath)
+DeskRun makeImport(Document& document, const QString& filePath, const QString& projectName)
 {
     DeskRun run;
     run.protocolType = enums::Import;
@@ -52,11 +52,20 @@ DeskRun makeImport(Document& document, const QString& filePath)
         };
         *failure = RunFailure::make(RunFailure::Kind::Refused, runImport(monitor, filePath, takeNetwork));
     };
-    run.takeResults = [replaced] { destroyElsewhere(*replaced); };
-    run.discardResults = [&document, replaced] {
+    // The links of the run's lines name the project.
+    const Document::Origin origin = document.getOrigin();
+    if (!projectName.isEmpty())
+        document.setProjectName(projectName);
+    run.takeResults = [&document, replaced, origin, failure = run.failure] {
+        destroyElsewhere(*replaced);
+        if (failure->kind != RunFailure::Kind::None)
+            document.setOrigin(origin);
+    };
+    run.discardResults = [&document, replaced, origin] {
         if (*replaced)
             document.exchangeItems(**replaced);
         destroyElsewhere(*replaced);
+        document.setOrigin(origin);
     };
     return run;
 }

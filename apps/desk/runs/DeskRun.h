@@ -47,7 +47,9 @@ struct DeskRun
 /// Makes runs on the document as it is at this moment. The document outlives them.
 namespace runs {
 
-DeskRun makeImport(Document& document, const QString& filePath);
+/// Import of a network. The project that it makes gets the name, and has no file yet; with an empty name it
+/// is still the project that it was, with another network. If there is no network, nothing changes.
+DeskRun makeImport(Document& document, const QString& filePath, const QString& projectName);
 DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);
