@@ -212,7 +212,7 @@ void TestForeignFiles::projectNameIsNoPath()
     const QStringList before = QDir(Application::getTempFolder()).entryList(QDir::Files);
     const std::wstring link = document.getProtocol().GetItemLink(5, L"t");
     QVERIFY(QString::fromStdWString(link).endsWith(
-        QStringLiteral("&project=..%2F..%2Fx%2F%251%22%3Cb%3E\">t</a>")));
+        QStringLiteral("&project=..%2F..%2Fx%2F%251%22%E2%80%B9b%E2%80%BA\">t</a>")));
     document.getProtocol().ProtocolBegin(enums::Import);
     document.getProtocol().ProtocolEnd(enums::Import);
     // Nothing but what it had anyway.
