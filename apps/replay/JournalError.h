@@ -10,9 +10,12 @@ namespace orvel::replay {
 class JournalError : public std::runtime_error
 {
 public:
-    explicit JournalError(const QString& reason) : std::runtime_error(reason.toStdString()) {}
+    explicit JournalError(const QString& text) : std::runtime_error(text.toStdString()), reason(text) {}
 
-    QString getReason() const { return QString::fromUtf8(what()); }
+    QString getReason() const { return reason; }
+
+private:
+    QString reason;
 };
 
 } // namespace orvel::replay

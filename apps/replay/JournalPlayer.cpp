@@ -65,7 +65,9 @@ void printLine(const QString& text)
 
 } // namespace
 
-JournalPlayer::JournalPlayer() = default;
+JournalPlayer::JournalPlayer(const JournalFolder& journalFolder) : folder(journalFolder)
+{}
+
 JournalPlayer::~JournalPlayer() = default;
 
 JournalPlayer::Command JournalPlayer::findCommand(const QString& name)
@@ -129,6 +131,11 @@ ReplayRun& JournalPlayer::getRun()
     if (!run)
         throw JournalError(QStringLiteral("no run is going on"));
     return *run;
+}
+
+QString JournalPlayer::getPath(const JournalLine& line, const char* key) const
+{
+    return folder.locate(line.getText(QString::fromLatin1(key)));
 }
 
 void JournalPlayer::registerEnum(const JournalLine& line)
@@ -229,7 +236,7 @@ void JournalPlayer::setReportTypes(const JournalLine& line)
 
 void JournalPlayer::makePage(const JournalLine& line)
 {
-    const QString path = line.getText(QStringLiteral("to"));
+    const QString path = getPath(line, "to");
     if (!getProtocol().CreateProtocolFile(typeOf(line), path))
         throw JournalError(QStringLiteral("the page can't be written to \"%1\"").arg(path));
 }
@@ -238,14 +245,14 @@ void JournalPlayer::makePageHtml(const JournalLine& line)
 {
     QString html;
     getProtocol().CreateProtocolHtml(typeOf(line), html);
-    writeFile(line.getText(QStringLiteral("to")), html.toUtf8());
+    writeFile(getPath(line, "to"), html.toUtf8());
 }
 
 void JournalPlayer::makeItemPage(const JournalLine& line)
 {
     QString html;
     getProtocol().CreateItemHtml(line.getId(QStringLiteral("id")), html);
-    writeFile(line.getText(QStringLiteral("to")), html.toUtf8());
+    writeFile(getPath(line, "to"), html.toUtf8());
 }
 
 void JournalPlayer::copyData(const JournalLine& line)
@@ -253,13 +260,12 @@ void JournalPlayer::copyData(const JournalLine& line)
     const QString dataFile = ProtocolState::read(getProtocol()).dataFilePath;
     if (!QFile::exists(dataFile))
         throw JournalError(QStringLiteral("there is no data file yet"));
-    writeFile(line.getText(QStringLiteral("to")), readFile(dataFile));
+    writeFile(getPath(line, "to"), readFile(dataFile));
 }
 
 void JournalPlayer::loadData(const JournalLine& line)
 {
-    const QByteArray content = readFile(line.getText(QStringLiteral("from")));
-    // Always to a file of this instance: the path of a loaded state may lead to one that has long ended.
+    const QByteArray content = readFile(getPath(line, "from"));
     ProtocolState state = ProtocolState::read(getProtocol());
     state.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
     Application::instance()->registerTmpFile(state.dataFilePath);
@@ -289,7 +295,7 @@ void JournalPlayer::printHas(const JournalLine& line)
 
 void JournalPlayer::saveState(const JournalLine& line)
 {
-    QtFile file(line.getText(QStringLiteral("to")));
+    QtFile file(getPath(line, "to"));
     file.open(QIODevice::WriteOnly);
     CQtArchive archive(file.device(), CQtArchive::Save);
     getProtocol().serialize(archive);
@@ -298,10 +304,21 @@ void JournalPlayer::saveState(const JournalLine& line)
 
 void JournalPlayer::loadState(const JournalLine& line)
 {
-    QtFile file(line.getText(QStringLiteral("from")));
+    COrvel& protocol = getProtocol();
+    QtFile file(getPath(line, "from"));
     file.open(QIODevice::ReadOnly);
     CQtArchive archive(file.device(), CQtArchive::Load);
-    getProtocol().serialize(archive);
+    const ProtocolState before = ProtocolState::read(protocol);
+    try {
+        protocol.serialize(archive);
+    } catch (const exceptions::Error&) {
+        before.write(protocol);
+        throw;
+    }
+    // The next run would write the file whose path stands in the state, whatever that is.
+    ProtocolState state = ProtocolState::read(protocol);
+    state.dataFilePath = before.dataFilePath;
+    state.write(protocol);
 }
 
 } // namespace orvel::replay

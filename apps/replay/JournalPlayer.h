@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/replay/JournalFolder.h"
 #include "apps/replay/JournalLine.h"
 
 #include <QString>
@@ -17,7 +18,8 @@ class ReplayRun;
 class JournalPlayer
 {
 public:
-    JournalPlayer();
+    /// @param journalFolder where the files are that the lines name
+    explicit JournalPlayer(const JournalFolder& journalFolder);
     ~JournalPlayer();
     JournalPlayer(const JournalPlayer&) = delete;
     JournalPlayer& operator=(const JournalPlayer&) = delete;
@@ -32,6 +34,8 @@ private:
     ReplayHost& getHost();
     COrvel& getProtocol();
     ReplayRun& getRun();
+    /// The file that the line names by that key.
+    QString getPath(const JournalLine& line, const char* key) const;
 
     void registerEnum(const JournalLine& line);
     void makeProject(const JournalLine& line);
@@ -59,6 +63,7 @@ private:
     void saveState(const JournalLine& line);
     void loadState(const JournalLine& line);
 
+    JournalFolder folder;
     std::unique_ptr<ReplayHost> host;
     std::unique_ptr<ReplayRun> run;
 };

@@ -2,9 +2,11 @@
 #include "apps/common/Version.h"
 #include "apps/replay/JournalError.h"
 #include "apps/replay/JournalPlayer.h"
+#include "host/files/StringUtils.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFile>
 
 #include <cstdio>
@@ -13,7 +15,8 @@ using namespace orvel::replay;
 
 namespace {
 
-constexpr int kBadUsage = 2;
+/// Wrong use, a journal that cannot be played on, output that cannot be written.
+constexpr int kFailed = 2;
 
 const char kName[] = "orvel-replay";
 
@@ -23,20 +26,27 @@ void print(const QString& text)
 }
 
 /// Says why in one line and gives the exit code.
-int fail(QString message)
+int fail(const QString& message)
 {
-    message.replace(QLatin1Char('\n'), QLatin1Char(' '));
-    std::fprintf(stderr, "%s\n", qUtf8Printable(message));
-    return kBadUsage;
+    std::fprintf(stderr, "%s\n", qUtf8Printable(utils::escapeControls(message)));
+    return kFailed;
 }
 
-int playJournal(const QString& path)
+/// What was printed has gone out, or the exit code that says it has not.
+int finishOutput()
+{
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+        return 0;
+    return fail(QStringLiteral("%1: the standard output can't be written").arg(QString::fromLatin1(kName)));
+}
+
+int playJournal(const QString& path, const JournalFolder& folder)
 {
     QFile journal(path);
     if (!journal.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("%1: %2").arg(path, journal.errorString()));
 
-    JournalPlayer player;
+    JournalPlayer player(folder);
     int lineNumber = 0;
     try {
         while (!journal.atEnd()) {
@@ -48,7 +58,7 @@ int playJournal(const QString& path)
     } catch (const JournalError& error) {
         return fail(QStringLiteral("%1:%2: %3").arg(path).arg(lineNumber).arg(error.getReason()));
     }
-    return 0;
+    return finishOutput();
 }
 
 int run(const QStringList& arguments)
@@ -59,22 +69,31 @@ int run(const QStringList& arguments)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Plays a recorded journal through the plug-in."));
     parser.addOption(help);
+    const QCommandLineOption out(
+        QStringLiteral("out"),
+        QStringLiteral("Reads and writes the files of the journal in DIR, which is made where it is missing, "
+                       "instead of in the present folder."),
+        QStringLiteral("DIR"));
+    parser.addOption(out);
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("JOURNAL.jsonl"), QStringLiteral("The journal to play."));
     if (!parser.parse(arguments))
         return fail(QStringLiteral("%1: %2").arg(name, parser.errorText()));
     if (parser.isSet(help)) {
         print(parser.helpText());
-        return 0;
+        return finishOutput();
     }
     if (parser.isSet(version)) {
         print(QStringLiteral("%1 %2\n").arg(name, orvel::apps::getVersion()));
-        return 0;
+        return finishOutput();
     }
     const QStringList journals = parser.positionalArguments();
     if (journals.size() != 1)
         return fail(QStringLiteral("usage: %1 [options] JOURNAL.jsonl").arg(name));
-    return playJournal(journals.constFirst());
+    const QString folder = parser.value(out);
+    if (parser.isSet(out) && (folder.isEmpty() || !QDir().mkpath(folder)))
+        return fail(QStringLiteral("%1: \"%2\" is no folder and can't be made one").arg(name, folder));
+    return playJournal(journals.constFirst(), JournalFolder(folder));
 }
 
 } // namespace

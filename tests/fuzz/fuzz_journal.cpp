@@ -1,11 +1,12 @@
-// Replay journals: any line is played, or refused with a reason. Files are written to a folder of the
-// target's own only, whatever names the journal gives.
+// Replay journals: any line is played, or refused with a reason, and no file appears or changes outside the
+// folder that the journal is given, whatever names and links lead there.
 
 #include "apps/replay/JournalError.h"
 #include "apps/replay/JournalPlayer.h"
 #include "host/app/Application.h"
 #include "host/process/CProcessMonitor.h"
 #include "tests/fuzz/Finding.h"
+#include "tests/support/TestFiles.h"
 
 #include <QApplication>
 #include <QDir>
@@ -21,14 +22,48 @@ namespace {
 const QString kFrom = QStringLiteral("from");
 const QString kTo = QStringLiteral("to");
 
-QTemporaryDir* folder = nullptr;
+/// What the journal must leave as it is; its own folder is "out" therein.
+QTemporaryDir* top = nullptr;
 std::unique_ptr<JournalPlayer> player;
-QString dataFile;
-constexpr uint kFileCount = 4;
+/// The state of the protocol before the first input.
+QByteArray startState;
+const QByteArray kSecret = "secret";
 
-QString getFile(uint number)
+QString getFolder()
 {
-    return folder->filePath(QStringLiteral("file%1").arg(number));
+    return top->filePath(QStringLiteral("out"));
+}
+
+/// The journal's folder, with links that lead out of it.
+void makeFolder()
+{
+    QDir(getFolder()).removeRecursively();
+    QDir().mkpath(getFolder() + QStringLiteral("/sub"));
+    QFile::link(top->filePath(QStringLiteral("other")), getFolder() + QStringLiteral("/away"));
+    QFile::link(top->filePath(QStringLiteral("other/secret")), getFolder() + QStringLiteral("/file"));
+    QFile::link(top->filePath(QStringLiteral("other/missing")), getFolder() + QStringLiteral("/dangling"));
+    writeFile(getFolder() + QStringLiteral("/start"), startState);
+}
+
+void makePlace()
+{
+    top = new QTemporaryDir;
+    QDir().mkpath(top->filePath(QStringLiteral("other")));
+    writeFile(top->filePath(QStringLiteral("other/secret")), kSecret);
+    makeFolder();
+}
+
+void checkNothingIsOutside()
+{
+    const auto list = [](const QString& path) {
+        return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    };
+    mustHold(list(top->path()) == QStringList({QStringLiteral("other"), QStringLiteral("out")}),
+             "no file appears above the journal's folder");
+    mustHold(list(top->filePath(QStringLiteral("other"))) == QStringList(QStringLiteral("secret")),
+             "no file appears in a folder that a link leads to");
+    mustHold(readFile(top->filePath(QStringLiteral("other/secret"))) == kSecret,
+             "a file that a link leads to stays as it is");
 }
 
 /// Qt loses a list or an object when a later value of the same object has its name; that leak is none of
@@ -51,42 +86,32 @@ void addItem(const QString& id)
 
 QByteArray onStart(const char* command)
 {
-    const QString file = folder->filePath(QStringLiteral("start"));
+    const QString file = QStringLiteral("start");
     return QJsonDocument(
                QJsonObject{{QStringLiteral("do"), QLatin1String(command)}, {kTo, file}, {kFrom, file}})
         .toJson(QJsonDocument::Compact);
 }
 
-QStringList findDataFiles()
+void removeDataFiles()
 {
-    QStringList files;
     for (const QFileInfo& file : QDir(Application::getTempFolder()).entryInfoList(QDir::Files)) {
         if (file.fileName().startsWith(QLatin1String("protocoldata_")))
-            files.append(file.filePath());
+            QFile::remove(file.filePath());
     }
-    return files;
 }
 
 /// The journal of all inputs has one project, and the inputs' own would be refused.
 void startPlayer()
 {
-    player = std::make_unique<JournalPlayer>();
+    player = std::make_unique<JournalPlayer>(JournalFolder(getFolder()));
     play(R"({"do":"project","name":"P","reportGenerator":true})");
     addItem(QStringLiteral("5"));
     addItem(QStringLiteral("12"));
     play(R"({"do":"begin","type":305510148})"); // gives the data file its name
     play(R"({"do":"end"})");
     play(onStart("save"));
-    dataFile = findDataFiles().constFirst();
-    QFile::remove(dataFile);
-}
-
-void removeFiles()
-{
-    for (uint number = 0; number < kFileCount; ++number)
-        QFile::remove(getFile(number));
-    for (const QString& file : findDataFiles())
-        QFile::remove(file);
+    startState = readFile(getFolder() + QStringLiteral("/start"));
+    removeDataFiles();
 }
 
 /// Takes back what the line did beyond the protocol's state.
@@ -97,8 +122,6 @@ void undo(const JournalLine& line)
     else if (line.getCommand() == QLatin1String("reportTypes"))
         play(R"({"do":"reportTypes","reports":[],"type":)" +
              QByteArray::number(line.getNumber(QStringLiteral("type"))) + '}');
-    else if (line.has(kTo) || line.has(kFrom))
-        removeFiles();
 }
 
 bool isRunOpen(const std::vector<JournalLine>& played)
@@ -125,30 +148,14 @@ void reset(const std::vector<JournalLine>& played)
         undo(line);
     play(R"({"do":"clear"})");
     play(onStart("load"));
-    QFile::remove(dataFile);
+    removeDataFiles();
 }
 
 bool isPlayed(const JournalLine& line)
 {
     const QString command = line.getCommand();
-    // An "item" for each of a million inputs would fill the memory, and a state may name any data file.
-    return command != QLatin1String("item") && command != QLatin1String("enum") &&
-           command != QLatin1String("load");
-}
-
-/// The line with its files in the target's folder.
-JournalLine enclose(const QByteArray& json)
-{
-    QJsonObject object;
-    {
-        const __lsan::ScopedDisabler leaksAllowed; // as in parse()
-        object = QJsonDocument::fromJson(json).object();
-    }
-    for (const QString& key : {kTo, kFrom}) {
-        if (object.value(key).isString())
-            object.insert(key, getFile(qHash(object.value(key).toString()) % kFileCount));
-    }
-    return parse(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    // An "item" for each of a million inputs would fill the memory.
+    return command != QLatin1String("item") && command != QLatin1String("enum");
 }
 
 /// The lines in the journal of a progress window, as far as they hold a text.
@@ -171,7 +178,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     qputenv("ORVEL_DATA_DIR", REPLAY_DATA_DIR);
     new QApplication(*argc, *argv);
-    folder = new QTemporaryDir;
+    makePlace();
     startPlayer();
     // What "link" and "has" print would fill the disk.
     static_cast<void>(std::freopen("/dev/null", "w", stdout));
@@ -182,6 +189,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
 {
     const QByteArray journal(reinterpret_cast<const char*>(data), static_cast<int>(size));
     std::vector<JournalLine> played;
+    bool hasFiles = false;
     int count = 0;
     for (const QByteArray& text : journal.split('\n')) {
         if (++count > 20)
@@ -189,12 +197,17 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         try {
             const JournalLine line = parse(text);
             if (isPlayed(line)) {
-                player->play(line.has(kTo) || line.has(kFrom) ? enclose(text) : line);
+                hasFiles = hasFiles || line.has(kTo) || line.has(kFrom);
+                player->play(line);
                 played.push_back(line);
             }
         } catch (const JournalError& error) {
             mustHold(!error.getReason().isEmpty(), "a refusal has a reason");
         }
+    }
+    if (hasFiles) {
+        checkNothingIsOutside();
+        makeFolder();
     }
     reset(played);
     // A window takes as long as a hundred inputs.

@@ -1,7 +1,10 @@
 #include "tests/support/ExpectedFile.h"
 #include "tests/support/TestFiles.h"
 
+#include <QDataStream>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -57,8 +60,10 @@ public:
             .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     }
 
-    /// Libraries in the given folder, if any, go before those of the program.
-    Result run(const QStringList& arguments, const QString& libraryFolder = QString()) const
+    /// Libraries in the given folder, if any, go before those of the program. What it prints goes to the
+    /// given file, if any.
+    Result run(const QStringList& arguments, const QString& libraryFolder = QString(),
+               const QString& outputFile = QString()) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
@@ -70,6 +75,8 @@ public:
         QProcess process;
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(getPath());
+        if (!outputFile.isEmpty())
+            process.setStandardOutputFile(outputFile);
         process.start(QStringLiteral(REPLAY_PROGRAM), arguments);
         if (!process.waitForFinished(kPatience) || process.exitStatus() != QProcess::NormalExit) {
             process.kill();
@@ -139,7 +146,11 @@ private slots:
     void playsALongJournal();
     void playsOnWithTheDataOfAnotherProcess();
     void playsOnWithStateAndDataOfAnotherProcess();
-    void pathsMayLeadAnywhere();
+    void writesBelowItsFolderOnly_data();
+    void writesBelowItsFolderOnly();
+    void writesToTheGivenFolder();
+    void makesTheGivenFolder();
+    void followsNoPathOfALoadedState();
 
     void refusesALine_data();
     void refusesALine();
@@ -157,6 +168,8 @@ private slots:
     void takesOptions_data();
     void takesOptions();
     void helpNamesTheOptions();
+    void saysWhenItsOutputCannotBeWritten_data();
+    void saysWhenItsOutputCannotBeWritten();
     void refusesAJournalThatCannotBeRead();
     void saysWhichPluginIsMissing();
 };
@@ -286,24 +299,131 @@ void TestReplay::playsOnWithStateAndDataOfAnotherProcess()
     QCOMPARE(read("section-loaded.html"), read("section-after.html"));
 }
 
-void TestReplay::pathsMayLeadAnywhere()
+void TestReplay::writesBelowItsFolderOnly_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("above") << QStringLiteral("../1.html") << QStringLiteral("has a \"..\"");
+    QTest::newRow("down and up") << QStringLiteral("sub/../../1.html") << QStringLiteral("has a \"..\"");
+    QTest::newRow("up at the end") << QStringLiteral("sub/..") << QStringLiteral("has a \"..\"");
+    QTest::newRow("absolute") << QStringLiteral("/tmp/1.html") << QStringLiteral("is not relative");
+    QTest::newRow("nothing") << QString() << QStringLiteral("is no name of a file");
+    QTest::newRow("a zero") << QString::fromUtf8("1.html\0", 7) << QStringLiteral("is no name of a file");
+    const QString link = QStringLiteral("leads through a symbolic link");
+    QTest::newRow("folder linked to") << QStringLiteral("folder/1.html") << link;
+    QTest::newRow("folder above linked to") << QStringLiteral("up/other/1.html") << link;
+    QTest::newRow("file linked to") << QStringLiteral("file") << link;
+    QTest::newRow("link to nothing") << QStringLiteral("dangling") << link;
+}
+
+void TestReplay::writesBelowItsFolderOnly()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    const Workplace workplace;
+    const QDir work(workplace.getPath());
+    QVERIFY(work.mkpath(QStringLiteral("out/sub")));
+    QVERIFY(work.mkdir(QStringLiteral("other")));
+    writeFile(workplace.getPath(QStringLiteral("other/secret")), "secret");
+    const auto link = [&](const char* target, const char* linkName) {
+        return QFile::link(QString::fromLatin1(target),
+                           workplace.getPath(QStringLiteral("out/") + QString::fromLatin1(linkName)));
+    };
+    QVERIFY(link("../other", "folder") && link("..", "up") && link("../other/secret", "file") &&
+            link("../other/missing", "dangling"));
+
+    const QByteArray quoted =
+        QJsonDocument(QJsonArray{name}).toJson(QJsonDocument::Compact).mid(1).chopped(1);
+    for (const QByteArray& line :
+         {QByteArray(R"("page", "type": 1, "to": )"), QByteArray(R"("pageHtml", "type": 1, "to": )"),
+          QByteArray(R"("itemPage", "id": "1", "to": )"), QByteArray(R"("data", "to": )"),
+          QByteArray(R"("save", "to": )"), QByteArray(R"("loadData", "from": )"),
+          QByteArray(R"("load", "from": )")}) {
+        writeFile(workplace.getPath(QString::fromLatin1(kJournal)),
+                  "{\"do\": \"project\", \"name\": \"\"}\n{\"do\": \"begin\", \"type\": 1}\n{\"do\": "
+                  "\"end\"}\n{\"do\": " +
+                      line + quoted + "}\n");
+        const Result result =
+            workplace.run({QStringLiteral("--out"), QStringLiteral("out"), QString::fromLatin1(kJournal)});
+        const QString shown = QString(name).replace(QChar(0), QStringLiteral("\\x00"));
+        QCOMPARE(result.errors, QStringLiteral("journal.jsonl:4: \"%1\" %2\n").arg(shown, reason));
+        QCOMPARE(result.exitCode, 2);
+    }
+    QCOMPARE(work.entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList({QStringLiteral("journal.jsonl"), QStringLiteral("other"), QStringLiteral("out")}));
+    QCOMPARE(QDir(workplace.getPath(QStringLiteral("other"))).entryList(QDir::Files),
+             QStringList(QStringLiteral("secret")));
+    QCOMPARE(readFile(workplace.getPath(QStringLiteral("other/secret"))), QByteArray("secret"));
+}
+
+void TestReplay::writesToTheGivenFolder()
+{
+    const QByteArray journal = R"({"do": "project", "name": "Сеть"})"
+                               "\n"
+                               R"({"do": "page", "type": 1, "to": "страницы/1.html"})";
+    const Workplace workplace;
+    QVERIFY(QDir(workplace.getPath()).mkpath(QStringLiteral("новая/папка/страницы")));
+    writeFile(workplace.getPath(QString::fromLatin1(kJournal)), journal);
+    const QString out = QStringLiteral("новая/папка");
+    for (const QString& folder : {out, workplace.getPath(out)}) {
+        const Result result =
+            workplace.run({QStringLiteral("--out=") + folder, QString::fromLatin1(kJournal)});
+        QCOMPARE(result.errors, QString());
+        QCOMPARE(result.exitCode, 0);
+        const QString page = workplace.getPath(QStringLiteral("новая/папка/страницы/1.html"));
+        QCOMPARE(readNormalized(page),
+                 QStringLiteral("<!DOCTYPE html>\n<html>\n<body>\n<div id=\"protocol\">\n"
+                                "<div class='serviceinfoblock'>\n"
+                                "</div>\n</body>\n</html>\n"));
+        QVERIFY(QFile::remove(page));
+    }
+
+    const Result impossible = workplace.run(
+        {QStringLiteral("--out"), QStringLiteral("journal.jsonl"), QString::fromLatin1(kJournal)});
+    QCOMPARE(impossible.errors,
+             QStringLiteral("orvel-replay: \"journal.jsonl\" is no folder and can't be made one\n"));
+    QCOMPARE(impossible.exitCode, 2);
+}
+
+void TestReplay::makesTheGivenFolder()
 {
     const Workplace workplace;
-    QVERIFY(QDir(workplace.getPath()).mkpath(QStringLiteral("страницы/из журнала")));
-    const QString absolute = workplace.getPath(QStringLiteral("absolute.html"));
-    const QByteArray project = R"({"do": "project", "name": "Сеть"})";
+    writeFile(workplace.getPath(QString::fromLatin1(kJournal)), R"({"do": "project", "name": "Сеть"})"
+                                                                "\n"
+                                                                R"({"do": "save", "to": "1.state"})");
     const Result result =
-        workplace.play(project + "\n" +
-                       R"({"do": "page", "type": 1, "to": "страницы/из журнала/1.html"})"
-                       "\n" +
-                       R"({"do": "page", "type": 1, "to": ")" + absolute.toUtf8() + "\"}\n");
+        workplace.run({QStringLiteral("--out"), QStringLiteral("a/b"), QString::fromLatin1(kJournal)});
     QCOMPARE(result.errors, QString());
-    QCOMPARE(result.exitCode, 0);
-    const QString page = QStringLiteral("<!DOCTYPE html>\n<html>\n<body>\n<div id=\"protocol\">\n"
-                                        "<div class='serviceinfoblock'>\n"
-                                        "</div>\n</body>\n</html>\n");
-    QCOMPARE(readNormalized(absolute), page);
-    QCOMPARE(readNormalized(workplace.getPath(QStringLiteral("страницы/из журнала/1.html"))), page);
+    QVERIFY(QFile::exists(workplace.getPath(QStringLiteral("a/b/1.state"))));
+}
+
+void TestReplay::followsNoPathOfALoadedState()
+{
+    const Workplace workplace;
+    const QString victim = workplace.getPath(QStringLiteral("victim"));
+    writeFile(victim, "secret");
+    // No ids, no pages, and the path of the data file.
+    QByteArray state;
+    QDataStream stream(&state, QIODevice::WriteOnly);
+    stream << quint32(0) << quint32(0) << victim;
+    writeFile(workplace.getPath(QStringLiteral("1.state")), state);
+
+    const Result result = workplace.play(R"({"do": "project", "name": "Сеть"})"
+                                         "\n"
+                                         R"({"do": "load", "from": "1.state"})"
+                                         "\n"
+                                         R"({"do": "begin", "type": 1})"
+                                         "\n"
+                                         R"({"do": "end"})"
+                                         "\n"
+                                         R"({"do": "page", "type": 1, "to": "1.html"})"
+                                         "\n"
+                                         R"({"do": "load", "from": "1.state"})"
+                                         "\n"
+                                         R"({"do": "data", "to": "copy"})");
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(readFile(victim), QByteArray("secret"));
+    QVERIFY(!readFile(workplace.getPath(QStringLiteral("copy"))).contains("secret"));
 }
 
 void TestReplay::refusesALine_data()
@@ -407,7 +527,7 @@ void TestReplay::refusesALine_data()
 
     row("page: no type", R"({"do": "page", "to": "1.html"})", R"("type" is missing)");
     row("page: no path", R"({"do": "page", "type": 1})", R"("to" is missing)");
-    row("page: empty path", R"({"do": "page", "type": 1, "to": ""})", R"(the page can't be written to "")");
+    row("page: empty path", R"({"do": "page", "type": 1, "to": ""})", R"("" is no name of a file)");
     row("page: no such folder", R"({"do": "page", "type": 1, "to": "no/such/1.html"})",
         R"(the page can't be written to "no/such/1.html")");
     row("pageHtml: no such folder", R"({"do": "pageHtml", "type": 1, "to": "no/such/1.html"})",
@@ -644,18 +764,42 @@ void TestReplay::helpNamesTheOptions()
         const Workplace workplace;
         const Result result = workplace.run({QString::fromLatin1(option)});
         QCOMPARE(result.errors, QString());
-        QCOMPARE(result.output, QStringLiteral("Usage: " REPLAY_PROGRAM " [options] JOURNAL.jsonl\n"
-                                               "Plays a recorded journal through the plug-in.\n"
-                                               "\n"
-                                               "Options:\n"
-                                               "  -h, --help     Shows this help.\n"
-                                               "  -v, --version  Displays version information.\n"
-                                               "\n"
-                                               "Arguments:\n"
-                                               "  JOURNAL.jsonl  The journal to play.\n"));
+        QCOMPARE(result.output,
+                 QStringLiteral("Usage: " REPLAY_PROGRAM " [options] JOURNAL.jsonl\n"
+                                "Plays a recorded journal through the plug-in.\n"
+                                "\n"
+                                "Options:\n"
+                                "  -h, --help     Shows this help.\n"
+                                "  --out <DIR>    Reads and writes the files of the journal in "
+                                "DIR, which is\n"
+                                "                 made where it is missing, instead of in the "
+                                "present folder.\n"
+                                "  -v, --version  Displays version information.\n"
+                                "\n"
+                                "Arguments:\n"
+                                "  JOURNAL.jsonl  The journal to play.\n"));
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(workplace.getTemporaryFiles(), QStringList());
     }
+}
+
+void TestReplay::saysWhenItsOutputCannotBeWritten_data()
+{
+    QTest::addColumn<QString>("argument");
+    for (const char* argument : {"journal.jsonl", "--version", "--help"})
+        QTest::newRow(argument) << QString::fromLatin1(argument);
+}
+
+void TestReplay::saysWhenItsOutputCannotBeWritten()
+{
+    QFETCH(QString, argument);
+    const Workplace workplace;
+    writeFile(workplace.getPath(QString::fromLatin1(kJournal)), R"({"do": "project", "name": "Сеть"})"
+                                                                "\n"
+                                                                R"({"do": "has", "id": "1"})");
+    const Result result = workplace.run({argument}, QString(), QStringLiteral("/dev/full"));
+    QCOMPARE(result.errors, QStringLiteral("orvel-replay: the standard output can't be written\n"));
+    QCOMPARE(result.exitCode, 2);
 }
 
 void TestReplay::refusesAJournalThatCannotBeRead()

@@ -112,7 +112,7 @@ void JournalRecorder::copyData()
     const QString copy = file.fileName() + QStringLiteral(".xml");
     QFile::remove(copy);
     if (QFile::copy(dataFile, copy))
-        write(QStringLiteral("loadData"), {{QStringLiteral("from"), copy}});
+        write(QStringLiteral("loadData"), {{QStringLiteral("from"), QFileInfo(copy).fileName()}});
 }
 
 void JournalRecorder::replaceItems()
