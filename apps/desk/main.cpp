@@ -146,7 +146,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("Orvel"));
     QCoreApplication::setApplicationName(QStringLiteral("orvel-desk"));
     QCoreApplication::setApplicationVersion(orvel::apps::getVersion());
-    QGuiApplication::setDesktopFileName(QStringLiteral("orvel-desk"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.orvel.Desk"));
     installLanguage(preview.language);
     QGuiApplication::setApplicationDisplayName(Desk::tr("Нивелирный стол"));
     registerDeskTypes();

@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,7 +18,7 @@ private Q_SLOTS:
     void deskRunsFromAnyFolder();
     void whatLiesElsewhereDoesNotMatter();
     void replayRunsFromAnyFolder();
-    void desktopFileTakesLinks();
+    void desktopFileTakesLinksAndFiles();
 
 private:
     /// Runs an installed program with no other environment than a program needs. Its output.
@@ -61,8 +60,14 @@ void TestInstallation::installsTheseFiles()
     for (const auto& name :
          {QStringLiteral("orvel/Protocol/protocol.html"),
           QStringLiteral("orvel/Protocol/protocol_file/monitor.css"),
-          QStringLiteral("orvel/translations/orvel_en.qm"), QStringLiteral("applications/orvel-desk.desktop"),
-          QStringLiteral("icons/hicolor/scalable/apps/orvel-desk.svg")})
+          QStringLiteral("orvel/translations/orvel_en.qm"),
+          QStringLiteral("applications/org.orvel.Desk.desktop"),
+          QStringLiteral("icons/hicolor/scalable/apps/org.orvel.Desk.svg"),
+          QStringLiteral("icons/hicolor/16x16/apps/org.orvel.Desk.png"),
+          QStringLiteral("icons/hicolor/256x256/apps/org.orvel.Desk.png"),
+          QStringLiteral("metainfo/org.orvel.Desk.metainfo.xml"),
+          QStringLiteral("mime/packages/org.orvel.Desk.xml"), QStringLiteral("man/man1/orvel-desk.1.gz"),
+          QStringLiteral("man/man1/orvel-replay.1.gz")})
         QVERIFY2(QFile::exists(shared.filePath(name)), qPrintable(name));
 }
 
@@ -104,14 +109,14 @@ void TestInstallation::replayRunsFromAnyFolder()
              QStringLiteral("false\n"));
 }
 
-void TestInstallation::desktopFileTakesLinks()
+void TestInstallation::desktopFileTakesLinksAndFiles()
 {
-    QSettings desktop(folder.filePath(QStringLiteral("share/applications/orvel-desk.desktop")),
-                      QSettings::IniFormat);
-    desktop.beginGroup(QStringLiteral("Desktop Entry"));
-    QCOMPARE(desktop.value(QStringLiteral("Exec")).toString(), QStringLiteral("orvel-desk %u"));
-    QCOMPARE(desktop.value(QStringLiteral("Icon")).toString(), QStringLiteral("orvel-desk"));
-    QCOMPARE(desktop.value(QStringLiteral("MimeType")).toString(), QStringLiteral("x-scheme-handler/orvel"));
+    const QByteArray desktop =
+        readFile(folder.filePath(QStringLiteral("share/applications/org.orvel.Desk.desktop")));
+    QVERIFY(desktop.contains("\nExec=orvel-desk %u\n"));
+    QVERIFY(desktop.contains("\nIcon=org.orvel.Desk\n"));
+    QVERIFY(desktop.contains("\nMimeType=application/x-orvel-project;application/x-gama-local+xml;"
+                             "x-scheme-handler/orvel;\n"));
 }
 
 QTEST_GUILESS_MAIN(TestInstallation)
