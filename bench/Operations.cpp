@@ -2,6 +2,7 @@
 
 #include "Orvel/store/ProtocolTypes.h"
 #include "bench/tasks/DataFileTasks.h"
+#include "bench/tasks/DeskRunTasks.h"
 #include "bench/tasks/IntakeTasks.h"
 #include "bench/tasks/PageTasks.h"
 #include "bench/tasks/TableTask.h"
@@ -37,8 +38,14 @@ std::vector<Operation> makeOperations()
     const QStringList hostiles = makeNames({"orvel", "dom", "qregularexpression"});
     const QStringList runs = makeNames({"orvel", "bare"});
     const QStringList orvel = makeNames({"orvel"});
+    const QStringList deskRuns = makeNames({"orvel", "bare", "window", "busy"});
+    const QStringList imports = makeNames({"orvel", "window"});
+    const std::vector<int> networks{22500, 100000};
+    const int quickNetwork = 2500;
     const int compile = enums::Compile;
     return {
+        {QStringLiteral("desk_run"), deskRuns, networks, quickNetwork, 0, 0, makeDeskRunTask},
+        {QStringLiteral("import"), imports, {62500, 250000}, quickNetwork, 0, 0, makeImportTask},
         {QStringLiteral("intake"), intakes, sizes, quick, sizes.back(), 0, makeIntakeTask},
         {QStringLiteral("hostile"), hostiles, {48000, 96000}, hostileQuick, hostileLimit, 0, makeHostileTask},
         {QStringLiteral("write"), codecs, sizes, quick, domLimit, compile, makeWriteTask},

@@ -33,16 +33,36 @@ QString makeNumber(double number, int decimals)
     return QString::number(number, 'f', decimals);
 }
 
+/// Whether nothing can be faster than the program of that row.
+bool isBound(const QString& program)
+{
+    return program == QLatin1String("limit") || program == QLatin1String("bare");
+}
+
+/// Whether that is the library with more to do: with a window, or beside busy programs.
+bool isBurdened(const QString& program)
+{
+    return program == QLatin1String("window") || program == QLatin1String("busy");
+}
+
+/// What the program takes of the time of another, by both clocks.
+QString makeShare(const Series& series, const Series& other)
+{
+    return QStringLiteral("%1 takes %2 of %3 (cpu %4)")
+        .arg(series.program, makeNumber(series.getMedianSeconds() / other.getMedianSeconds(), 2),
+             other.program, makeNumber(series.getMedianCpuSeconds() / other.getMedianCpuSeconds(), 2));
+}
+
 /// How the library stands against the program of the row, by both clocks.
 QString makeRatio(const Series& series, const Series& orvel)
 {
-    const double ratio = series.getMedianSeconds() / orvel.getMedianSeconds();
-    const double cpuRatio = series.getMedianCpuSeconds() / orvel.getMedianCpuSeconds();
-    const bool isBound = series.program == QLatin1String("limit") || series.program == QLatin1String("bare");
-    return isBound ? QStringLiteral("orvel takes %1 of it (cpu %2)")
-                         .arg(makeNumber(1 / ratio, 2), makeNumber(1 / cpuRatio, 2))
-                   : QStringLiteral("orvel is %1 times faster (cpu %2)")
-                         .arg(makeNumber(ratio, 2), makeNumber(cpuRatio, 2));
+    if (isBound(series.program))
+        return makeShare(orvel, series);
+    if (isBurdened(series.program))
+        return makeShare(series, orvel);
+    return QStringLiteral("orvel is %1 times faster (cpu %2)")
+        .arg(makeNumber(series.getMedianSeconds() / orvel.getMedianSeconds(), 2),
+             makeNumber(series.getMedianCpuSeconds() / orvel.getMedianCpuSeconds(), 2));
 }
 
 QString makeMemory(const Series& series)
@@ -79,7 +99,7 @@ QString makeRow(const Series& series, const Series* orvel)
                       .arg(makeNumber(seconds / series.size * 1e6, 3), 7)
                       .arg(makeMemory(series));
     if (orvel && orvel != &series)
-        row += makeRatio(series, *orvel);
+        row += makeRatio(series, *orvel) + QStringLiteral("  ");
     row += makeStalls(series);
     return row.trimmed() + QLatin1Char('\n');
 }

@@ -1,15 +1,10 @@
 #include "bench/tasks/TableTask.h"
 
-#include "apps/desk/document/Document.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "bench/Clocks.h"
-#include "bench/SampleMessages.h"
-#include "host/app/PluginManager.h"
-#include "host/app/SDIApplication.h"
-#include "host/delegates/ItemDelegateFactory.h"
-#include "host/window/ProjectWindow.h"
+#include "bench/DeskHost.h"
 #include "tests/levelling/SyntheticNetwork.h"
 
 #include <QCoreApplication>
@@ -41,21 +36,16 @@ class TableTask : public Task
 public:
     explicit TableTask(const TaskRequest& request)
     {
-        if (!plugins.load(PluginManager::locate(QStringLiteral("Orvel"))))
-            qFatal("%s", qUtf8Printable(plugins.getFailures().constLast().reason));
-        plugins.extendApplication(&application);
-        document = std::make_unique<desk::Document>(plugins, sample::getProjectName());
-        window = std::make_unique<ProjectWindow>(&document->getModel());
         const int pointCount = request.size * 2 / 5;
         const levelling::Network network = test::networks::synthetic(pointCount, request.size - pointCount);
-        document->setNetwork(network);
-        document->setAdjustment(makeAdjustment(network));
+        host.document->setNetwork(network);
+        host.document->setAdjustment(makeAdjustment(network));
     }
 
     void run() override
     {
         runStep(QStringLiteral("open"), [this] {
-            table = std::make_unique<desk::ItemTable>(*document, window.get());
+            table = std::make_unique<desk::ItemTable>(*host.document, host.window.get());
             table->show();
         });
         runSort(QStringLiteral("sort_names"), desk::itemcolumns::Name);
@@ -90,11 +80,7 @@ private:
         stalls.push_back({name, clocks::getSteady() - start, clocks::getThreadCpu() - cpuStart});
     }
 
-    SDIApplication application{sample::getScheme()};
-    ItemDelegateFactory delegateFactory;
-    PluginManager plugins;
-    std::unique_ptr<desk::Document> document;
-    std::unique_ptr<ProjectWindow> window;
+    DeskHost host;
     std::unique_ptr<desk::ItemTable> table;
     std::vector<Stall> stalls;
 };

@@ -94,12 +94,12 @@ public:
         stalls.push_back(stallWatch.stop(QStringLiteral("run")));
     }
 
-    /// The journal goes on filling.
+    /// Somebody turns to the journal, and all its lines come.
     void runOn() override
     {
         const int shownLines = std::min(static_cast<int>(lines.size()), JournalWriter::kLineLimit);
-        const QTextDocument& journal = *monitor.getJournal()->document();
         stallWatch.start();
+        const QTextDocument& journal = *monitor.getJournal()->document();
         while (journal.blockCount() < shownLines)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         stalls.push_back(stallWatch.stop(QStringLiteral("journal")));

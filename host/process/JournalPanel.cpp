@@ -143,13 +143,14 @@ bool JournalPanel::eventFilter(QObject* watched, QEvent* event)
 
 void JournalPanel::fill()
 {
-    const bool isShown =
-        writer->flush(kBudget, isAllWanted ? JournalWriter::Extent::All : JournalWriter::Extent::Newest);
+    const JournalWriter::Extent extent =
+        isAllWanted ? JournalWriter::Extent::All : JournalWriter::Extent::Newest;
+    isAllWanted = false; // until that is wanted again, maybe by a listener
+    const bool isShown = writer->flush(kBudget, extent);
+    isAllWanted = isAllWanted || (!isShown && extent == JournalWriter::Extent::All);
     showNote();
-    if (!isShown)
+    if (!isShown || isAllWanted)
         fillTimer->start(0);
-    else
-        isAllWanted = false;
 }
 
 void JournalPanel::showNote()

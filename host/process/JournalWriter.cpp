@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -85,6 +86,9 @@ bool JournalWriter::flush(std::chrono::milliseconds budget, Extent extent)
     const bool isAllWanted = extent == Extent::All;
     if (getShownEnd() == getEnd() && (!isAllWanted || isComplete()))
         return true;
+    if (flushing)
+        return false; // somebody who listens to the document looks at the journal
+    const QScopedValueRollback<bool> guard(flushing, true);
 
     const TimePoint deadline = std::chrono::steady_clock::now() + budget;
     const bool isFollowed = isAtEnd;

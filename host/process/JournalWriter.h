@@ -93,4 +93,5 @@ private:
     qint64 shownBegin = 0;       // number of the first line in the document
     std::deque<int> blockCounts; // of each line in the document, the first first
     bool isAtEnd = true;         // the journal is scrolled to its end
+    bool flushing = false;
 };

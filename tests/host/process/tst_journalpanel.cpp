@@ -38,6 +38,7 @@ private Q_SLOTS:
     void journalFillsWhenSomebodyTurnsToIt_data();
     void journalFillsWhenSomebodyTurnsToIt();
     void floodIsShownNowAndThen();
+    void listenerMayAskForAllLines();
     void pageHasAllLines();
 };
 
@@ -122,6 +123,15 @@ void TestJournalPanel::floodIsShownNowAndThen()
     QTest::qSleep(101);
     panel.showNews(true);
     QCOMPARE(countShown(panel), JournalWriter::kNewestCount);
+}
+
+void TestJournalPanel::listenerMayAskForAllLines()
+{
+    JournalPanel panel;
+    connect(panel.getBrowser(), &QTextBrowser::textChanged, &panel, &JournalPanel::requestAll);
+    appendNumbers(panel, 1, kMany);
+    panel.show();
+    QTRY_COMPARE(countShown(panel), kMany);
 }
 
 void TestJournalPanel::pageHasAllLines()
