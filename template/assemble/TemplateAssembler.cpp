@@ -106,7 +106,8 @@ QString TemplateAssembler::asciiMarkup(const QString& text)
 
 QString TemplateAssembler::policy(const QString& style, const QString& script)
 {
-    return QStringLiteral("default-src 'none'; script-src %1; style-src %2; img-src data:; base-uri 'none'; "
+    return QStringLiteral("default-src 'none'; script-src %1; worker-src blob:; style-src %2; img-src data:; "
+                          "base-uri 'none'; "
                           "form-action 'none'")
         .arg(hashSource(script), hashSource(style));
 }

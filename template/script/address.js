@@ -1,4 +1,5 @@
 import { kinds } from "./item.js";
+import { orders } from "./order.js";
 
 const pause = 250;
 let timer = 0;
@@ -14,18 +15,22 @@ export function readAddress({ hash } = location) {
       search: values.get("q") ?? "",
       hidden: (values.get("hide") ?? "").split(",").filter((kind) => kinds.includes(kind)),
       alike: values.has("alike"),
+      order: orders.includes(values.get("sort")) ? values.get("sort") : "page",
+      flat: values.has("list"),
     },
   };
 }
 
 /** The fragment that names a line and filters; of a line alone it is the line's id. */
-export function fragmentOf(line, { search, hidden, alike }) {
-  if (!search && !hidden.length && !alike) return line ? `#${line}` : "";
+export function fragmentOf(line, { search, hidden, alike, order, flat }) {
+  if (!search && !hidden.length && !alike && order === "page" && !flat) return line ? `#${line}` : "";
   const values = new URLSearchParams();
   if (line) values.set("line", line);
   if (search) values.set("q", search);
   if (hidden.length) values.set("hide", hidden.join(","));
   if (alike) values.set("alike", "1");
+  if (order !== "page") values.set("sort", order);
+  if (flat) values.set("list", "1");
   return `#${values}`;
 }
 

@@ -1,17 +1,22 @@
 import { fragmentOf, readAddress, writeAddress } from "./address.js";
+import { savedFolds, saveFolds } from "./content.js";
 import { Controls } from "./controls.js";
 import { findMissing } from "./counts.js";
 import { copyText, focusOn, listen, page, runIdle } from "./dom.js";
 import { applyFilters, Filters } from "./filter.js";
-import { keepFolds, restoreFolds } from "./folds.js";
+import { foldsOf, keepFolds, keptFolds, restoreFolds } from "./folds.js";
 import { fillHeader } from "./header.js";
 import { highlight } from "./highlight.js";
 import { Ids } from "./ids.js";
 import { handleKey } from "./keys.js";
-import { foldedOf, linksOf } from "./item.js";
+import { matchApart } from "./expressions.js";
+import { foldedOf, kinds, linksOf, textOf, treeOf } from "./item.js";
+import { numbersOf, sizesOf } from "./numbers.js";
+import { makeFlatModel, sortRows } from "./order.js";
 import { readModel } from "./model.js";
 import { RowMenu } from "./rowmenu.js";
 import { firstRow, isInOpen, nearestRow } from "./rows.js";
+import { selectedText } from "./selection.js";
 import { Settings } from "./settings.js";
 import { language, say } from "./texts.js";
 import { Tree } from "./tree.js";
@@ -34,6 +39,8 @@ export class App {
   constructor(lists) {
     this.settings.showTheme();
     this.model = readModel(lists);
+    /** The rows as they were written; `model` may hold the same lines in one list. */
+    this.written = this.model;
     this.ids = new Ids(this.model.items);
     this.pausesSearch = this.model.lines.length > pausedSearchLines;
     const bar = page.querySelector("body > #bar");
@@ -68,7 +75,8 @@ export class App {
     this.filters.set(filters ?? { alike: this.settings.alike });
     if (line) this.ids.finish();
     this.filter();
-    const isRestored = restoreFolds(this.model, (node, isOpen) => this.view.setOpen(node, isOpen));
+    this.matchApart();
+    const isRestored = this.restoreFolds();
     this.tree.setCurrent(firstRow(this.model));
     if (!this.view.isPartlyLaidOut) this.draw(null);
     const first = this.model.lines.find((each) => each.kind === "error" && each.shown);
@@ -77,12 +85,18 @@ export class App {
     else this.draw(null);
   }
 
+  restoreFolds() {
+    const folds = keptFolds() ?? savedFolds;
+    return folds && restoreFolds(this.written, folds, (node, isOpen) => this.view.setOpen(node, isOpen));
+  }
+
   listenToAll() {
     const { view } = this;
     listen(page, "keydown", (event) => handleKey(this, event));
     listen(this.main, "click", (event) => this.clicked(event));
     listen(page, "focusin", ({ target }) => this.tree.focusCame(target));
-    listen(window, "pagehide", () => keepFolds(this.model));
+    listen(window, "pagehide", () => keepFolds(this.written));
+    listen(page, "copy", (event) => this.copied(event));
     listen(page, "beforematch", ({ target }) => this.matched(target), true);
     // By now the page may have written its own address over the one that was gone to.
     listen(window, "hashchange", ({ newURL }) => this.addressChanged(new URL(newURL)));
@@ -106,7 +120,7 @@ export class App {
     const { model, view } = this;
     const prepare = function* () {
       for (const line of model.lines) yield foldedOf(line);
-      if (view.isPartlyLaidOut) yield* view.prepare();
+      for (const line of model.lines) yield numbersOf(line);
     };
     const made = () => {
       this.remember();
@@ -122,9 +136,33 @@ export class App {
   // Filters
 
   filter() {
-    applyFilters(this.model, this.filters);
+    this.arrange();
+    applyFilters(this.model, this.filters, this.written.branches);
     this.controls.show(this.filters, this.counts());
     this.controls.printFilters(this.filtersInWords());
+  }
+
+  /** Puts the lines into their order, in branches or in one list. */
+  arrange() {
+    const { order, flat } = this.filters;
+    const wanted = flat ? (this.flat ??= makeFlatModel(this.written)) : this.written;
+    if (wanted !== this.model) this.turnToModel(wanted);
+    if ((this.model.order ?? "page") === order) return;
+    this.model.order = order;
+    sortRows(this.model, order);
+  }
+
+  turnToModel(model) {
+    const { tree, view } = this;
+    const { current } = tree;
+    if (model.isFlat) this.ids.finish();
+    if (current) tree.setCurrent(null);
+    this.model = tree.model = model;
+    view.turnTo(model);
+    const line = model.isFlat
+      ? model.records.find(({ origin }) => origin === current?.record)
+      : current?.origin;
+    tree.current = line ?? null;
   }
 
   /** How many records are shown, of how many, and in how many places of the tree they stand. */
@@ -144,9 +182,10 @@ export class App {
     const place = before && view.placeOf(before);
     const hadFocus = tree.hasFocus;
     this.filter();
-    if (place && !place.item.shown) place.item = nearestRow(model, place.item);
+    if (place && this.model !== model) place.item = tree.current;
+    if (place?.item && !place.item.shown) place.item = nearestRow(this.model, place.item);
     if (!tree.current?.shown)
-      tree.setCurrent(tree.current ? nearestRow(model, tree.current) : firstRow(model));
+      tree.setCurrent(tree.current ? nearestRow(this.model, tree.current) : firstRow(this.model));
     this.draw(place?.item ? place : null, { hold: true });
     if (hadFocus && tree.current && view.isLaidOut(tree.current)) focusOn(tree.current.element);
     this.remember();
@@ -162,6 +201,19 @@ export class App {
   setFilters(changes) {
     this.filters.set(changes);
     this.refilter();
+    this.matchApart();
+  }
+
+  /** Runs the expressions that might take too long apart from the page, and filters by what they answer. */
+  async matchApart() {
+    const { query } = this.filters;
+    const { lines } = this.model;
+    if (query.state !== "waiting") return;
+    const texts = lines.map(textOf);
+    const answers = await Promise.all(query.apart.map(({ apart }) => matchApart(apart, texts)));
+    if (query !== this.filters.query) return;
+    query.answer(answers, lines);
+    this.refilter();
   }
 
   toggleKind(kind) {
@@ -169,6 +221,22 @@ export class App {
     this.setFilters({
       hidden: hidden.includes(kind) ? hidden.filter((other) => other !== kind) : [...hidden, kind],
     });
+  }
+
+  toggleErrorsOnly() {
+    this.setFilters({ hidden: this.filters.isErrorsOnly ? [] : kinds.filter((kind) => kind !== "error") });
+  }
+
+  /** All lines in one list, what is farthest over its limit first; where nothing has a limit, what is largest. */
+  toggleWorstFirst() {
+    const hasRatios = this.written.records.some((line) => sizesOf(line).ratio >= 0);
+    this.setFilters(
+      this.filters.isWorstFirst
+        ? { order: "page", flat: false }
+        : { order: hasRatios ? "ratio" : "size", flat: true },
+    );
+    this.isMoved = true;
+    this.tree.goTo(this.filters.isWorstFirst ? firstRow(this.model) : this.tree.current, { middle: true });
   }
 
   toggleAlike() {
@@ -187,7 +255,8 @@ export class App {
   /** The lines that the filters let through, in folded branches too. */
   visibleLines() {
     this.ids.finish();
-    return this.model.lines.filter((line) => line.matches);
+    const lines = this.model.lines.filter((line) => line.matches);
+    return this.model.isFlat ? lines.flatMap(({ origin }) => [origin, ...origin.repeats]) : lines;
   }
 
   /** What the run and the page say about these lines. */
@@ -201,6 +270,7 @@ export class App {
 
   draw(place, options) {
     this.view.draw(place, options);
+    saveFolds(foldsOf(this.written));
     this.drawDetails();
   }
 
@@ -250,6 +320,7 @@ export class App {
 
   /** Goes to a row even when the filters hide it. */
   reveal(item) {
+    if (!this.model.trees.includes(treeOf(item))) this.setFilters({ flat: false });
     if (!item.shown) {
       const isFiltered = !item.matches || !item.isLine;
       this.filters.set({ alike: false, ...(isFiltered && { search: "", hidden: [] }) });
@@ -260,7 +331,8 @@ export class App {
   }
 
   goToId(id) {
-    const item = id && this.model.items.find((candidate) => candidate.id === id);
+    const find = ({ items }) => items.find((candidate) => candidate.id === id);
+    const item = id && (find(this.model) ?? find(this.written));
     if (item) this.reveal(item);
     else if (id) this.controls.tell(say("lineGone"), goneTime);
     return Boolean(item);
@@ -275,7 +347,9 @@ export class App {
 
   turnTo(kind, step) {
     this.isMoved = true;
-    if (!this.tree.turnTo(kind, step)) this.controls.tell(say("noneOf"));
+    const turned = this.tree.turnTo(kind, step);
+    if (!turned) this.controls.tell(say("noneOf"));
+    else this.controls.tell(say(turned.key, say(`${kind}One`), turned.at, turned.count));
   }
 
   /** What Enter and a click do: follow the link, choose among several, unfold. */
@@ -297,6 +371,16 @@ export class App {
   linkTo(item) {
     this.ids.finish();
     return location.href.replace(/#.*$/s, "") + fragmentOf(item.id, this.filters);
+  }
+
+  /** The browser copies what is laid out; of a longer selection the page copies all. */
+  copied(event) {
+    if (event.target.matches?.("input, textarea")) return;
+    const text = selectedText(this.view, this.model, window.getSelection());
+    if (text === null) return;
+    event.clipboardData.setData("text/plain", text);
+    event.preventDefault();
+    this.controls.tell(say("copied"));
   }
 
   async copy(text) {

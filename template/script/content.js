@@ -10,23 +10,25 @@ const named = /(<(div|h1|p)(?: class=(?:"Content"|'service'))?)>([^]{0,4000}?)(<
 export const plainLink = /<a href="([^"<>]*)">([^<]*)<\/a>/g;
 const foreignTag = /<(?!\/?(?:div|h1|p|ul|li|a)[\s>])/g;
 
-// A browser that saves the page writes its elements as they are then, with what the script has added to them.
-const isSaved = page.hasAttribute("data-texts");
-const withoutTraces = (text) =>
-  text
-    .replace(/<button type="button" class="more">.*?<\/button>/g, "")
-    .replace(/<(?:ul|li|div|h1|p|a)\b[^>]*>/g, (tag) => tag.replace(/ (?!class|href)[-\w]+="[^"]*"/g, ""))
-    .replace(/(<\/?)plaintext/g, "$1pre");
+// A list of so many branches of lines gets its rows as they are looked at.
+const manyBranches = 100;
+const branchStart = '<li class="Node ExpandClosed">\n<div class="Expand"></div>\n<div class="Content">';
+const branchList = `<ul class="Container">\n${branchStart}`;
 
+// Keeps what the library wrote. Whichever way a browser saves the page, this goes along, and the script of the saved
+// page reads it instead of the rows that were there.
+let keeper = page.querySelector("#written");
+const isSaved = Boolean(keeper);
+/** The folds of a page that was saved. */
+export const savedFolds = keeper?.dataset.folds;
 let holder;
-let written = "";
 const held = [];
 const watcher = new MutationObserver(takeHeld);
 
 function takeHeld() {
   holder ??= page.querySelector("plaintext");
   if (!holder) return;
-  held.push(holder.textContent);
+  if (!isSaved) held.push(holder.textContent);
   // What arrives next is added to the text, and to lengthen a long one the browser copies it.
   holder.textContent = "";
 }
@@ -40,6 +42,19 @@ export function holdContent() {
   document.write("<plaintext hidden>");
 }
 
+function readWritten() {
+  takeHeld();
+  watcher.disconnect();
+  if (!keeper) {
+    const text = held.splice(0).join("");
+    keeper = build("pre", { id: "written" });
+    // The first character is one that a browser keeps when it reads the element again.
+    keeper.textContent = text.slice(text.indexOf(">"), text.lastIndexOf("</div>"));
+    page.querySelector("main > script").before(keeper);
+  }
+  return keeper.textContent.slice(1);
+}
+
 /** The text of markup that is but text and whole links, and so can't reach beyond its element; else null. */
 export function plainText(markup) {
   const text = markup.replace(plainLink, "$2");
@@ -47,29 +62,53 @@ export function plainText(markup) {
 }
 
 /**
- * Puts the content into the page without the lines. Answers the markup of the lines of each list. What else runs
- * and items have named goes into its element by itself, since it may hold a tag that has no end; between these
- * elements there are no tags but the library's. In a page that a browser has saved all tags have their ends, and
- * all lines are put into the page at once.
+ * Takes long lists of branches out of a text from which the lines have been taken. `pieces` are the lists' lines;
+ * answers the rest, in which `mark` stands for a list of branches, each with its caption and lines.
+ */
+function takeBranches(text, key, pieces, mark) {
+  const caption = '((?:[^<&\n]|<a href="[^"<>]*">[^<&\n]*</a>)*)';
+  const list = `<ul class="Container" ${key}="(\\d+)">\n</ul>\n</li>\n`;
+  const branch = new RegExp(`${branchStart}${caption}</div>\n${list}`, "y");
+  const rest = [];
+  let from = 0;
+  for (let at = text.indexOf(branchList); at >= 0; at = text.indexOf(branchList, at + 1)) {
+    const first = at + branchList.length - branchStart.length;
+    const branches = [];
+    branch.lastIndex = first;
+    let end = first;
+    for (let found = branch.exec(text); found; found = branch.exec(text)) {
+      branches.push({ caption: found[1], lines: pieces[found[2]] });
+      end = branch.lastIndex;
+    }
+    if (branches.length < manyBranches) continue;
+    rest.push(text.slice(from, at), `<ul class="Container"${mark({ branches })}>\n`);
+    from = at = end;
+  }
+  rest.push(text.slice(from));
+  return rest.join("");
+}
+
+/**
+ * Puts the content into the page without the lines and long lists of branches. Answers the markup of the lines of
+ * each list, or its branches. What else runs and items have named goes into its element by itself, since it may hold
+ * a tag that has no end; between these elements there are no tags but the library's.
  */
 export function placeContent() {
-  takeHeld();
-  watcher.disconnect();
-  const text = held.splice(0).join("");
-  written = text.slice(text.indexOf(">") + 1, text.lastIndexOf("</div>"));
+  const written = readWritten();
   // No line can know it.
   const key = `data-${Math.random().toString(36).slice(2)}`;
   const pieces = [];
   const mark = (piece) => ` ${key}="${pieces.push(piece) - 1}"`;
   const content = build("div", { id: "lines" });
-  content.innerHTML = isSaved
-    ? withoutTraces(written)
-    : written
-        .replace(lineLists, (_, start, lines) => `${start}${mark(lines.split(`${rowEnd}\n${rowStart}`))}>`)
-        .replace(named, (whole, start, _, part, end) =>
-          plainText(part) === null ? `${start}${mark(part)}>${end}` : whole,
-        )
-        .replace(foreignTag, "&lt;");
+  const withoutLines = written.replace(
+    lineLists,
+    (_, start, lines) => `${start}${mark(lines.split(`${rowEnd}\n${rowStart}`))}>`,
+  );
+  content.innerHTML = takeBranches(withoutLines, key, pieces, mark)
+    .replace(named, (whole, start, _, part, end) =>
+      plainText(part) === null ? `${start}${mark(part)}>${end}` : whole,
+    )
+    .replace(foreignTag, "&lt;");
   const lists = new Map();
   for (const element of content.querySelectorAll(`[${key}]`)) {
     const piece = pieces[element.getAttribute(key)];
@@ -82,10 +121,17 @@ export function placeContent() {
   return lists;
 }
 
+/** Has the folds go along with the page when it is saved. */
+export function saveFolds(folds) {
+  keeper.dataset.folds = folds;
+}
+
 /** Puts the whole content into the page as it was written, for a browser in which the script fails. */
 export function placeAsWritten() {
-  const content = page.querySelector("#lines");
-  content.innerHTML = written;
+  const content = build("div", { id: "lines" });
+  content.innerHTML = readWritten();
   disarm(content);
-  delete content.parentElement.dataset.long;
+  const before = holder.isConnected ? holder : page.querySelector("#lines");
+  delete before.parentElement.dataset.long;
+  before.replaceWith(content);
 }

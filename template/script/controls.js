@@ -3,6 +3,7 @@ import { markOf } from "./header.js";
 import { openMenu } from "./menu.js";
 import { kinds, nameOf } from "./item.js";
 import { forms } from "./export.js";
+import { orders } from "./order.js";
 import { helpRows, say, write } from "./texts.js";
 
 const find = (id) => page.querySelector(`body > :is(#head, #bar) #${id}`);
@@ -36,6 +37,7 @@ export class Controls {
     this.query.setAttribute("aria-label", say("field"));
     this.query.setAttribute("aria-describedby", "problem");
     listen(this.query, "input", () => app.typed());
+    this.#setText("note", "");
     find("kinds").setAttribute("aria-label", say("kinds"));
     this.#makeKinds();
     this.#makeMenus();
@@ -71,7 +73,17 @@ export class Controls {
       },
       say("alike"),
     );
-    find("kinds").append(this.alike);
+    this.worst = button(
+      {
+        class: "toggle",
+        id: "worst",
+        title: say("worstHint"),
+        "aria-pressed": "false",
+        click: () => app.toggleWorstFirst(),
+      },
+      say("worst"),
+    );
+    find("kinds").append(this.alike, this.worst);
   }
 
   #makeMenus() {
@@ -110,6 +122,14 @@ export class Controls {
           isChoice: true,
         };
       }),
+      ...orders.map((order) => ({
+        label: say(`order${order}`),
+        act: () => app.setFilters({ order }),
+        isOn: app.filters.order === order,
+        isChoice: true,
+      })),
+      { label: say("flat"), act: () => app.setFilters({ flat: !app.filters.flat }), isOn: app.filters.flat },
+      { label: say("errorsOnly"), act: () => app.toggleErrorsOnly(), isOn: app.filters.isErrorsOnly },
       { label: say("foldAlike"), act: () => app.toggleAlike(), isOn: app.filters.alike },
       { label: say("print"), act: () => window.print() },
       { label: say("help"), act: () => this.showHelp() },
@@ -133,15 +153,17 @@ export class Controls {
   }
 
   /** Shows the state of the filters and what they let through. */
-  show({ search, hidden, alike, query }, { shown, total, places, hasRepeats }) {
+  show({ search, hidden, alike, query, isWorstFirst }, { shown, total, places, hasRepeats }) {
     if (this.query.value !== search) this.query.value = search;
     for (const toggle of this.toggles)
       toggle.setAttribute("aria-pressed", String(!hidden.includes(toggle.dataset.kind)));
     this.alike.setAttribute("aria-pressed", String(alike));
+    this.worst.setAttribute("aria-pressed", String(isWorstFirst));
     find("shown").textContent = say("shown", shown, total);
     this.#setText("places", hasRepeats ? say("places", places) : "");
-    writeAttribute(this.query, "aria-invalid", query.wrong ? "true" : null);
-    this.#setText("problem", query.wrong ? say("badPattern") : "");
+    const isWrong = query.state === "wrong" || query.state === "slow";
+    writeAttribute(this.query, "aria-invalid", isWrong ? "true" : null);
+    this.#setText("problem", isWrong ? say(query.state === "slow" ? "slowPattern" : "badPattern") : "");
   }
 
   /** Tells the filters in words, for paper. */

@@ -44,7 +44,7 @@ export function missingBelow(node) {
 /** The branches whose captions count more lines than stand below them, each with its name. */
 export function findMissing({ items }) {
   return items
-    .filter((item) => !item.isLine && item.lists.length)
+    .filter((item) => item.isBranch || item.lists.length)
     .map((item) => ({ item, missing: (item.missing = missingBelow(item)) }))
     .filter(({ missing }) => missing)
     .map(({ item, missing }) => `${nameOf(item)}: ${missing}`);

@@ -1,22 +1,34 @@
 import { countShown } from "./counts.js";
-import { foldedOf, maskOf, textOf } from "./item.js";
-import { parseQuery } from "./search.js";
+import { kinds, maskOf } from "./item.js";
+import { isWorse } from "./numbers.js";
+import { Query } from "./search.js";
 import { say } from "./texts.js";
 
 /**
  * What the user lets through: the text of a search, the kinds that are hidden, and whether alike lines are
- * folded; `unfolded` are the heads of alike lines that are unfolded all the same.
+ * folded, the order of the lines, and whether all stand in one list; `unfolded` are the heads of alike lines that are unfolded all the same.
  */
 export class Filters {
   search = "";
   hidden = [];
   alike = false;
+  order = "page";
+  flat = false;
   unfolded = new Set();
-  query = parseQuery("");
+  query = new Query("");
 
   set(changes) {
+    const { search } = this;
     Object.assign(this, changes);
-    this.query = parseQuery(this.search);
+    if (this.search !== search) this.query = new Query(this.search);
+  }
+
+  get isWorstFirst() {
+    return this.flat && (this.order === "ratio" || this.order === "size");
+  }
+
+  get isErrorsOnly() {
+    return !this.hidden.includes("error") && this.hidden.length === kinds.length - 1;
   }
 
   /** Whether lines may be hidden. */
@@ -30,43 +42,49 @@ export class Filters {
     if (this.hidden.length)
       parts.push(say("hiddenKinds", this.hidden.map((kind) => say(kind).toLowerCase()).join(", ")));
     if (!this.query.isEmpty) parts.push(say("searched", this.search));
+    if (this.order !== "page") parts.push(say(`order${this.order}`).toLowerCase());
     if (this.alike) parts.push(say("folded"));
     return parts;
   }
 }
 
-function matchLines(model, { hidden, query }) {
-  for (const line of model.lines) {
-    line.matches = !hidden.includes(line.kind);
-    if (!line.matches || query.isEmpty) continue;
-    foldedOf(line);
-    textOf(line);
-    line.matches = query.test(line);
-  }
+function matchLines(model, { hidden, query }, branches) {
+  const matchKinds = () => {
+    for (const line of model.lines) line.matches = !hidden.includes(line.kind);
+  };
+  matchKinds();
+  if (query.isEmpty) return;
+  query.match(model.lines, branches);
+  if (query.isEmpty) matchKinds();
 }
 
-/** Of the lines of one branch that are alike, the first stands for all. */
+/** Of the lines of one branch that are alike, the worst stands for all. */
 function foldAlike(model, unfolded) {
-  const heads = new Map();
+  const groups = new Map();
   for (const line of model.lines) {
     if (!line.matches || line.isBranch) continue;
     const key = `${line.parent.index} ${line.kind} ${maskOf(line)}`;
-    const head = heads.get(key);
-    if (!head) heads.set(key, line);
-    else if (!unfolded.has(head)) {
-      line.shown = false;
-      line.times = 0;
-      ++head.times;
+    const group = groups.get(key);
+    if (group) group.push(line);
+    else groups.set(key, [line]);
+  }
+  for (const group of groups.values()) {
+    if (group.length < 2 || group.some((line) => unfolded.has(line))) continue;
+    const head = group.reduce((worst, line) => (isWorse(line, worst) ? line : worst));
+    for (const line of group) {
+      line.shown = line === head;
+      line.times = line === head ? group.length : 0;
     }
+    head.alike = group;
   }
 }
 
 /**
  * Works out which lines match and which rows are shown. A branch is shown when something in it is; one that never
- * held a line is shown as long as nothing is filtered.
+ * held a line is shown as long as nothing is filtered. `branches` are those whose captions are searched.
  */
-export function applyFilters(model, filters) {
-  matchLines(model, filters);
+export function applyFilters(model, filters, branches = model.branches) {
+  matchLines(model, filters, branches);
   for (const item of model.items) {
     item.shown = item.isLine ? item.matches : !filters.isActive && !item.isBranch;
     item.times = item.isLine && item.matches ? 1 : 0;

@@ -1,11 +1,11 @@
-// Which branches are open, kept for a reload of the same page.
+// Which branches are open, kept for a reload of the page and in what a browser saves of it.
 
 const keyOf = () => `orvel-folds ${location.pathname}`;
 const isReload = () => /^(?:reload|back_forward)$/.test(performance.getEntriesByType("navigation")[0]?.type);
 const foldable = ({ branches }) => branches.filter((node) => node.parent && !node.isLine);
 
-/** Keeps the branches' states as the lengths of runs of equal ones, the first of open ones. */
-export function keepFolds(model) {
+/** The branches' states as the lengths of runs of equal ones, the first of open ones. */
+export function foldsOf(model) {
   const runs = [0];
   let wasOpen = true;
   for (const { isOpen } of foldable(model)) {
@@ -13,21 +13,29 @@ export function keepFolds(model) {
     ++runs[runs.length - 1];
     wasOpen = isOpen;
   }
+  return JSON.stringify({ rows: model.items.length, runs });
+}
+
+export function keepFolds(model) {
   try {
-    sessionStorage.setItem(keyOf(), JSON.stringify({ rows: model.items.length, runs }));
+    sessionStorage.setItem(keyOf(), foldsOf(model));
   } catch {
     // Without storage a page opens as it did first.
   }
 }
 
-/** After a reload: has every branch opened or folded as it was kept; false when nothing was kept for these rows. */
-export function restoreFolds(model, setOpen) {
-  let kept = null;
+/** What was kept before a reload. */
+export function keptFolds() {
   try {
-    if (isReload()) kept = JSON.parse(sessionStorage.getItem(keyOf()));
+    return isReload() ? sessionStorage.getItem(keyOf()) : null;
   } catch {
-    // As above.
+    return null;
   }
+}
+
+/** Has every branch opened or folded as told; false when it is not told of these rows. */
+export function restoreFolds(model, folds, setOpen) {
+  const kept = JSON.parse(folds);
   if (kept?.rows !== model.items.length) return false;
   const nodes = foldable(model);
   let at = 0;

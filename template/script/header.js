@@ -1,5 +1,5 @@
 import { build, listen, page } from "./dom.js";
-import { kinds, linkedItems, nameOf, textOf } from "./item.js";
+import { kinds, linkedItems, nameOf } from "./item.js";
 import { language, say, write } from "./texts.js";
 
 const datePattern = /^\d{2}\.\d{2}\.\d{4} \d{2}:\d{2}:\d{2}$/;
@@ -122,7 +122,7 @@ export function fillHeader(model, reveal) {
   find("stages").replaceChildren(...parts.map((part) => stageEntry(part, reveal)));
   find("stages").setAttribute("aria-label", say("stages"));
   foldService();
-  const isRussian = /[а-яё]/i.test([run.title, ...lines.slice(0, 100).map(textOf)].join(" "));
+  const isRussian = /[а-яё]/i.test([run.title, ...lines.slice(0, 100).map(({ markup }) => markup)].join(" "));
   run.language = isRussian ? "ru" : language;
   for (const id of ["title", "facts", "stages"]) find(id).setAttribute("lang", run.language);
   return { ...run, counts, parts };

@@ -92,7 +92,7 @@ export class Heights {
   #depthOf(item) {
     const { parent } = item;
     const above = this.endsOf(parent)[parent.rows.indexOf(item) - 1] ?? 0;
-    return above + (parent.element ? this.#depthOf(parent) + this.of(parent) : 0);
+    return above + (parent.parent ? this.#depthOf(parent) + this.of(parent) : 0);
   }
 
   /** Where in the window a row stands, or would. */

@@ -7,16 +7,18 @@ export const kinds = ["error", "warning", "message", "other"];
 export const heavyListRows = 1000;
 
 const childless = [];
-const itemsByElement = new Map();
+const itemsByElement = new WeakMap();
 
 /**
  * A row of the tree, or (without an element) one of the page's trees, which is the parent of its top rows.
  *
  * `lists`: the page's lists that hold its children; `folds`: what folds away with the branch;
- * `markup`: of a line, what the library wrote as its text; `style`: and as its class;
+ * `markup`: of a row that is built when it is looked at, what the library wrote as its text; `style`: and, of a line,
+ * as its class;
  * `matches`: a line that the filters let through; `shown`: a row that stands in the tree, open branch or not;
  * `rows`: the children that are shown; `times`: how many alike lines the row stands for;
  * `record`: the first of the lines that show the same record, mostly the line itself; `repeats`: the others;
+ * `origin`: of a line in the list of all lines, the line in its branch; `number`: its place in the page as written;
  * `total`: how many records stand below a branch; `count`: how many of them the filters let through; of these are
  * `errors` and `warnings`; `missing`: how many its caption counts that do not stand there.
  */
@@ -32,6 +34,7 @@ export class Item {
   shown = true;
   times = 0;
   record = this;
+  origin = this;
   repeats = childless;
   lastRecord = null;
   total = 0;
@@ -40,7 +43,6 @@ export class Item {
   warnings = 0;
   missing = 0;
   isNear = false;
-  isLarge = false;
   height = 0;
   ends = null;
   attributesKey = "";
@@ -61,6 +63,12 @@ export class Item {
     this.kind = kinds.includes(style) ? style : "other";
   }
 
+  /** Makes it a folded branch with this caption. */
+  setBranch(markup) {
+    this.isOpen = false;
+    this.markup = markup;
+  }
+
   add(child) {
     if (this.children === childless) this.children = [];
     child.place = this.children.push(child) - 1;
@@ -74,19 +82,24 @@ export class Item {
     if (!this.folds.includes(block)) this.folds = [...this.folds, block];
   }
 
-  /** The row's element; a line's is built when it is asked for. */
+  /** The row's element; it is built when it is asked for, unless the library wrote it. */
   get element() {
-    if (isHollow(this)) buildRows([this]);
+    if (!this.built) buildRows([this]);
     return this.built;
   }
 
   get caption() {
-    return (this.foundCaption ??= captionOf(this.element));
+    return captionOf(this.element);
   }
 
-  /** The text of a line whose markup is but text and whole links; of another row null. */
+  /** Whether the row is built from its markup, and can be built again. */
+  get isMade() {
+    return this.markup !== undefined;
+  }
+
+  /** The text of a row whose markup is but text and whole links; of another row null. */
   get plain() {
-    if (this.foundPlain === undefined) this.foundPlain = this.isLine ? plainText(this.markup) : null;
+    if (this.foundPlain === undefined) this.foundPlain = this.isMade ? plainText(this.markup) : null;
     return this.foundPlain;
   }
 
@@ -108,17 +121,24 @@ function captionOf(element) {
   return element.querySelector(":scope > .Content") ?? element;
 }
 
-function rowMarkup({ parent, style, markup, plain }) {
-  const isShort = parent.children.length < heavyListRows;
+const rowStartOf = ({ isLine, isOpen, style }) =>
+  isLine
+    ? `${rowStart}${style}">`
+    : `<li class="Node ${isOpen ? "ExpandOpen" : "ExpandClosed"}">\n<div class="Expand"></div>\n<div class="Content">`;
+
+const rowEndOf = ({ isLine }) => (isLine ? rowEnd : '</div>\n<ul class="Container"></ul>\n</li>');
+
+function rowMarkup(item) {
+  const isShort = item.parent.children.length < heavyListRows;
   const tags = (text) => (isShort ? text : text.replaceAll("\n", ""));
-  return `${tags(`\n${rowStart}`)}${style}">${plain === null ? "" : markup}${tags(rowEnd)}`;
+  return `${tags(`\n${rowStartOf(item)}`)}${item.plain === null ? "" : item.markup}${tags(rowEndOf(item))}`;
 }
 
-/** A new row for each line, in a list of their own. When there are several lines, each must be plain. */
-export function makeRows(lines) {
+/** A new row for each item, in a list of their own. When there are several items, each must be plain. */
+export function makeRows(items) {
   const list = makeElement("ul");
-  list.innerHTML = lines.map(rowMarkup).join("");
-  const [first] = lines;
+  list.innerHTML = items.map(rowMarkup).join("");
+  const [first] = items;
   if (first?.plain === null) {
     // By itself it can't reach beyond its row.
     list.querySelector(".Content").innerHTML = first.markup;
@@ -127,32 +147,27 @@ export function makeRows(lines) {
   return list;
 }
 
-/** Whether a line has no row yet, or an empty one. */
-export const isHollow = ({ isLine, built }) => isLine && !built?.firstChild;
-
-/**
- * Makes empty rows for lines. A browser walks through all rows of a list for every change of one, and rows that are
- * made one after the other stand close together in its memory.
- */
-export function makeHollowRows(lines) {
-  const row = makeRows(lines.slice(0, 1)).firstElementChild;
-  for (const line of lines) setRow(line, row.cloneNode());
-}
-
-function setRow(line, row) {
-  line.built = row;
-  if (line.id) row.id = line.id;
-  itemsByElement.set(row, line);
-}
-
-/** Builds the rows of lines, in a list of their own. When there are several lines, each must be plain. */
-export function buildRows(lines) {
-  let row = makeRows(lines).firstElementChild;
-  for (const line of lines) {
-    if (line.built) line.built.append(...row.childNodes);
-    else setRow(line, row);
+/** Builds the rows of items, in a list of their own. When there are several items, each must be plain. */
+export function buildRows(items) {
+  let row = makeRows(items).firstElementChild;
+  for (const item of items) {
+    item.built = row;
+    if (item.id) row.id = item.id;
+    itemsByElement.set(row, item);
+    if (!item.isLine) item.lists = item.folds = [row.lastElementChild];
     row = row.nextElementSibling;
   }
+}
+
+/** Takes a row that was built from its markup out of the page; it is built anew when it is asked for. */
+export function dropRow(item) {
+  const { previousSibling } = item.built;
+  if (previousSibling?.nodeType === Node.TEXT_NODE) previousSibling.remove();
+  item.built.remove();
+  item.built = null;
+  item.attributesKey = "";
+  item.hasLastingAttributes = false;
+  if (!item.isLine) item.lists = item.folds = childless;
 }
 
 function readText(item) {
@@ -190,7 +205,7 @@ export function maskOf(item) {
 /** The names of the branches around an item, outermost first. */
 export function pathOf(item) {
   const path = [];
-  for (let at = item.parent; at.element; at = at.parent) path.unshift(nameOf(at));
+  for (let at = item.parent; at.parent; at = at.parent) path.unshift(nameOf(at));
   return path;
 }
 

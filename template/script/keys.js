@@ -1,5 +1,5 @@
 const turns = { e: ["error", 1], E: ["error", -1], w: ["warning", 1], W: ["warning", -1] };
-const places = { KeyE: "e", KeyW: "w", KeyF: "f", KeyS: "s", Slash: "/" };
+const places = { KeyE: "e", KeyW: "w", KeyF: "f", KeyS: "s", KeyX: "x", Slash: "/" };
 
 /** The key that is meant: what it writes or, on another layout than a Latin one, what stands at its place. */
 function meantKey({ key, code, shiftKey }) {
@@ -13,6 +13,8 @@ function meantKey({ key, code, shiftKey }) {
 function command(app, event, key) {
   const turn = turns[key];
   if (turn && !app.tree.continuesTyping(event)) app.turnTo(...turn);
+  else if (key === "s" && !app.tree.continuesTyping(event)) app.toggleWorstFirst();
+  else if (key === "x" && !app.tree.continuesTyping(event)) app.toggleErrorsOnly();
   else if (key === "/") app.controls.query.select();
   else return false;
   return true;
@@ -25,7 +27,6 @@ export function handleKey(app, event) {
   const isControlled = event.ctrlKey || event.metaKey;
   const key = meantKey(event);
   if (event.key === "F3" || (isControlled && key === "f")) app.view.spread("find");
-  if (isControlled && key === "s") app.view.fill();
   if (event.target === query && event.key === "Escape" && query.value) {
     event.preventDefault();
     app.setFilters({ search: "" });

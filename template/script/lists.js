@@ -1,17 +1,19 @@
-import { buildRows, isHollow, heavyListRows, makeHollowRows } from "./item.js";
+import { buildRows } from "./item.js";
 
-const atOnce = 200;
+const atOnce = 500;
 
 const isPlaced = ({ built }) => Boolean(built?.isConnected);
 
-/** Puts lines that follow each other in a branch into its list, behind what is there before them. */
-function placeRows(lines) {
-  const [first] = lines;
-  if (isHollow(first)) buildRows(lines);
-  const { children, lists } = first.parent;
+/** Puts rows that follow each other in a branch into its list, behind what is there before them. */
+function placeRows(rows) {
+  const [first] = rows;
+  const { parent } = first;
+  if (parent.parent) placeRow(parent);
+  if (!first.built) buildRows(rows);
+  const { children, lists } = parent;
   let before = first.place - 1;
   while (before >= 0 && !isPlaced(children[before])) --before;
-  const made = first.built.parentNode?.childNodes ?? lines.map((line) => line.built);
+  const made = first.built.parentNode?.childNodes ?? [first.built];
   if (before < 0) lists[0].prepend(...made);
   else children[before].built.after(...made);
 }
@@ -21,19 +23,16 @@ export function placeRow(row) {
   if (!isPlaced(row)) placeRows([row]);
 }
 
-/** Puts all rows that are not there yet into their lists, some at each step. */
-export function* fillLists({ branches }) {
-  const isFresh = (row) => row && isHollow(row) && row.plain !== null;
+/** Puts all rows that are not there yet into their lists. */
+export function fillLists({ branches }) {
+  const canBeBuilt = (row) => row && !row.built && row.plain !== null;
   for (const { children } of branches) {
-    if (children.length >= heavyListRows)
-      makeHollowRows(children.filter((row) => !row.built && isFresh(row)));
     let at = 0;
     while (at < children.length) {
       const from = at;
-      while (at < from + atOnce && isFresh(children[at])) ++at;
+      while (at < from + atOnce && canBeBuilt(children[at])) ++at;
       if (at > from) placeRows(children.slice(from, at));
       else placeRow(children[at++]);
-      yield;
     }
   }
 }

@@ -1,6 +1,6 @@
 import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
-import { Item, itemOf, kinds } from "./item.js";
+import { Item, itemOf, kinds, treeOf } from "./item.js";
 
 export const rowSelector = "li.Node, li.IsRoot";
 
@@ -44,37 +44,53 @@ class Reader {
     return owner;
   }
 
-  #add(list, element) {
-    const item = new Item(this.#ownerOf(list), element);
-    item.index = this.items.push(item) - 1;
+  #add(owner, element) {
+    const item = new Item(owner, element);
+    item.index = item.number = this.items.push(item) - 1;
     item.parent.add(item);
     return item;
   }
 
   readRow(element) {
-    const item = this.#add(listOf(element), element);
+    const item = this.#add(this.#ownerOf(listOf(element)), element);
     const { className } = element;
     if (className.includes("ExpandLeaf"))
       item.setLine(item.caption.className.replace("Content ", ""), item.caption.innerHTML);
     else item.isOpen = !className.includes("ExpandClosed");
   }
 
+  /** What the page's list holds whose rows are not there: lines, or branches of lines. */
+  readList(list, content) {
+    const owner = this.#ownerOf(list);
+    if (!content.branches) {
+      this.#readLines(owner, content);
+      return;
+    }
+    for (const { caption, lines } of content.branches) {
+      const branch = this.#add(owner);
+      branch.setBranch(caption);
+      this.#readLines(branch, lines);
+    }
+  }
+
   /** A line's markup begins inside the class of its caption. */
-  readLines(list, lines) {
+  #readLines(owner, lines) {
     for (const line of lines) {
-      const [style] = line.split('">', 1);
-      this.#add(list).setLine(style, line.slice(style.length + 2));
+      const end = line.indexOf('">');
+      this.#add(owner).setLine(line.slice(0, end), line.slice(end + 2));
     }
   }
 }
 
-/** Reads the page's rows. `lists`: the lines that are not in the page's lists yet. */
+/** Reads the page's rows. `lists`: the content of the page's lists whose rows are not there. */
 export function readModel(lists) {
   const reader = new Reader();
   for (const element of page.querySelectorAll(`${rowSelector}, #lines ul`))
     if (element.localName === "li") reader.readRow(element);
-    else reader.readLines(element, lists.get(element) ?? []);
+    else if (lists.has(element)) reader.readList(element, lists.get(element));
   const { items, trees } = reader;
+  let stage = 0;
+  for (const tree of trees) if (tree.lists[0].closest(".stageblock")) tree.stage = ++stage;
   const branches = [...trees, ...items.filter((item) => item.isBranch)];
   const lines = items.filter((item) => item.isLine);
   const isItemPage = lines.length > 0 && !page.querySelector(".serviceinfoblock");
@@ -91,7 +107,7 @@ export function readModel(lists) {
 function joinRecords(branches) {
   const stages = new Map();
   for (const node of branches) {
-    const stage = node.lists[0].closest(".stageblock");
+    const stage = treeOf(node).lists[0].closest(".stageblock");
     if (!stages.has(stage)) stages.set(stage, []);
     stages.get(stage).push(node);
   }

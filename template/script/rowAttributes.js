@@ -1,5 +1,6 @@
 import { writeAttribute } from "./dom.js";
-import { maskOf } from "./item.js";
+import { textOf } from "./item.js";
+import { rangeOf } from "./numbers.js";
 import { say, write } from "./texts.js";
 
 /** What a row tells assistive software and the style: its level and place, whether it is open, how many it is. */
@@ -37,15 +38,14 @@ function writeLastingAttributes(item) {
   if (item.isBranch) writeBranchAttributes(item);
 }
 
-/** A row that stands for alike lines shows what they have in common, and how many they are. */
+/** A row that stands for alike lines is the worst of them; it tells how many they are, and between what they lie. */
 function writeAlikeAttributes(item) {
   const { element, caption } = item;
-  const mask = item.times > 1 ? maskOf(item) : null;
-  const times = mask && `×${item.times}`;
-  writeAttribute(element, "data-times", times);
-  writeAttribute(element.firstElementChild, "data-times", times);
-  writeAttribute(element, "aria-label", mask && `${times}: ${mask}`);
-  writeAttribute(caption, "data-alike", mask);
+  const times =
+    item.times > 1 ? [`×${write(item.times)}`, rangeOf(item.alike)].filter(Boolean).join("  ") : null;
+  writeAttribute(element, "data-times", times && `×${item.times}`);
+  writeAttribute(caption, "data-alike", times);
+  writeAttribute(element, "aria-label", times && `${times}: ${textOf(item)}`);
   item.height = 0;
 }
 

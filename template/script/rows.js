@@ -1,7 +1,7 @@
 // The order in which the shown rows of open branches are seen.
 
 export function isInOpen(item) {
-  for (let node = item.parent; node.element; node = node.parent) if (!node.isOpen) return false;
+  for (let node = item.parent; node.parent; node = node.parent) if (!node.isOpen) return false;
   return true;
 }
 
@@ -26,7 +26,7 @@ export function nextRow(model, item) {
 export function previousRow(model, item) {
   const before = beside(model, item, -1);
   if (before) return lastWithin(before);
-  return item.parent.element ? item.parent : null;
+  return item.parent.parent ? item.parent : null;
 }
 
 /** The shown line in open branches that is nearest to an item, by the order of the page. */
@@ -48,7 +48,7 @@ function lastWithin(node) {
 function beside({ trees }, item, step) {
   const siblings = item.parent.children;
   for (let at = item.place + step; siblings[at]; at += step) if (siblings[at].shown) return siblings[at];
-  if (item.parent.element) return null;
+  if (item.parent.parent) return null;
   for (let at = trees.indexOf(item.parent) + step; trees[at]; at += step)
     if (trees[at].rows.length) return trees[at].rows.at(step > 0 ? 0 : -1);
   return null;

@@ -22,14 +22,14 @@ export class Tree {
 
   /** Makes a row the present one. While it is not laid out its tree is the tab stop. */
   setCurrent(item) {
-    const mark = (tabindex, current) => {
-      this.current?.element.setAttribute("tabindex", tabindex);
-      if (this.current) writeAttribute(this.current.caption, "data-current", current);
-    };
-    mark("-1", null);
+    if (this.current?.built) this.#mark(this.current, "-1", null);
     this.current = item;
-    mark("0", "");
     this.keepStop();
+  }
+
+  #mark(item, tabindex, isCurrent) {
+    writeAttribute(item.element, "tabindex", tabindex);
+    writeAttribute(item.caption, "data-current", isCurrent);
   }
 
   /** After rows were laid out anew: there is a tab stop, and focus is not lost. */
@@ -43,6 +43,7 @@ export class Tree {
       standIn?.setAttribute("tabindex", "0");
       this.standIn = standIn;
     }
+    if (isThere) this.#mark(current, "0", "");
     if (!hadFocus) return;
     this.isQuiet = true;
     if (isThere) focusOn(current.element);
@@ -101,18 +102,20 @@ export class Tree {
     else if (box.bottom > height - 8) scrollDown(Math.min(box.bottom - height + 8, box.top - top - 4));
   }
 
-  /** The next shown line of a kind from the present row on, or the previous one, around the page's end. */
+  /**
+   * Goes to the next shown line of a kind from the present row on, or the previous one, around the page's end. Answers
+   * which of how many it is, and the key of the text that says so; null when there is none.
+   */
   turnTo(kind, step) {
-    const { items } = this.model;
-    const from = this.current ? this.current.index : step > 0 ? -1 : items.length;
-    for (let count = 1; count <= items.length; ++count) {
-      const item = items[(from + step * count + items.length * 2) % items.length];
-      if (item.shown && item.kind === kind) {
-        this.goTo(item);
-        return true;
-      }
-    }
-    return false;
+    const own = this.model.items.filter((item) => item.shown && item.kind === kind);
+    if (!own.length) return null;
+    const from = this.current?.index ?? -1;
+    const next =
+      step > 0 ? own.findIndex(({ index }) => index > from) : own.findLastIndex(({ index }) => index < from);
+    const at = next >= 0 ? next : step > 0 ? 0 : own.length - 1;
+    this.goTo(own[at]);
+    const key = next >= 0 ? "turned" : step > 0 ? "wentRound" : "wentBack";
+    return { key, at: at + 1, count: own.length };
   }
 
   setOpen(nodes, isOpen) {
@@ -130,9 +133,9 @@ export class Tree {
   /** Opens the branches above a level and folds those from it on. */
   foldTo(level) {
     for (const node of this.model.branches)
-      if (node.element && !node.isLine) this.view.setOpen(node, node.level < level);
+      if (node.parent && !node.isLine) this.view.setOpen(node, node.level < level);
     let { current } = this;
-    for (let node = current; node?.element; node = node.parent) if (!isInOpen(node)) current = node.parent;
+    for (let node = current; node?.parent; node = node.parent) if (!isInOpen(node)) current = node.parent;
     if (current !== this.current) this.setCurrent(current);
     this.calls.changed(null);
   }
@@ -169,7 +172,7 @@ export class Tree {
         return true;
       case "ArrowLeft":
         if (isBranch && item.isOpen) this.setOpen([item], false);
-        else if (item.parent.element) this.goTo(item.parent);
+        else if (item.parent.parent) this.goTo(item.parent);
         return true;
       case "*":
         this.setOpen(
@@ -197,7 +200,7 @@ export class Tree {
 
   /** The rows beside an item, itself among them; at the top those of all trees. */
   #besides(item) {
-    return item.parent.element ? item.parent.rows : this.model.trees.flatMap((tree) => tree.rows);
+    return item.parent.parent ? item.parent.rows : this.model.trees.flatMap((tree) => tree.rows);
   }
 
   #isTyping(now) {

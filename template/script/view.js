@@ -1,7 +1,7 @@
-import { boxOf, elementAt, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
+import { boxOf, elementAt, focused, focusOn, page, scrollDown, writeAttribute } from "./dom.js";
 import { writeBranchAttributes, writeRowsAttributes } from "./rowAttributes.js";
 import { Heights } from "./heights.js";
-import { heavyListRows, itemOf, nameOf } from "./item.js";
+import { dropRow, itemOf, nameOf } from "./item.js";
 import { fillLists, placeRow } from "./lists.js";
 import { rowSelector } from "./model.js";
 import { say } from "./texts.js";
@@ -28,9 +28,14 @@ export class View {
   above = 0;
 
   constructor(model, main, bar) {
-    this.model = model;
     this.main = main;
     this.bar = bar;
+    this.#take(model);
+  }
+
+  #take(model) {
+    const { main } = this;
+    this.model = model;
     this.isPartlyLaidOut = model.lines.length > wholeLayoutLines;
     for (const tree of model.trees) {
       writeAttribute(tree.lists[0], "role", "tree");
@@ -38,7 +43,6 @@ export class View {
       const name = only?.isBranch && !more ? nameOf(only) : "";
       writeAttribute(tree.lists[0], "aria-label", name || say("tree"));
     }
-    this.filling = fillLists(model);
     if (!this.isPartlyLaidOut) {
       this.fill();
       return;
@@ -47,6 +51,16 @@ export class View {
     main.tabIndex = -1;
     this.heights = new Heights(model, main);
     this.width = main.clientWidth;
+  }
+
+  /** Shows the rows of another model, and puts away those of the one before. */
+  turnTo(model) {
+    if (this.isPartlyLaidOut) this.#leaveSpread();
+    for (const item of this.near) this.#setNear(item, false);
+    this.near = new Set();
+    for (const { lists } of this.model.trees) lists[0].setAttribute("hidden", "");
+    for (const item of this.model.items) if (item.isMade && item.built) dropRow(item);
+    this.#take(model);
   }
 
   /** Where the view of the page begins, below the bar that stays. */
@@ -64,13 +78,15 @@ export class View {
     if (!node.isBranch || node.isOpen === isOpen) return;
     node.isOpen = isOpen;
     const [was, is] = isOpen ? ["ExpandClosed", "ExpandOpen"] : ["ExpandOpen", "ExpandClosed"];
-    node.element.classList.replace(was, is);
-    writeBranchAttributes(node);
+    if (node.built) {
+      node.built.classList.replace(was, is);
+      writeBranchAttributes(node);
+    }
     this.heights?.forgetAround(node);
   }
 
   openAround(item) {
-    for (let node = item.parent; node.element; node = node.parent) this.setOpen(node, true);
+    for (let node = item.parent; node.parent; node = node.parent) this.setOpen(node, true);
   }
 
   // Rows and their places
@@ -127,7 +143,9 @@ export class View {
     scrollDown(offBy());
     const rest = offBy();
     if (!hold || Math.abs(rest) < 1) return;
-    this.#setRoom(Math.max(0, -rest), Math.max(0, rest));
+    // A page that does not fill the window gets room to fill it first.
+    const gap = Math.max(0, this.height - boxOf(page).height);
+    this.#setRoom(Math.max(0, -rest), rest > 0 ? rest + gap : 0);
     scrollDown(offBy());
   }
 
@@ -195,28 +213,12 @@ export class View {
   #setNear(item, isNear) {
     if (isNear) placeRow(item);
     item.isNear = isNear;
-    writeAttribute(item.element, "data-near", isNear ? "" : null);
-    if (item.isLarge) writeAttribute(item.element, "aria-hidden", isNear ? null : "true");
+    if (item.built) writeAttribute(item.built, "data-near", isNear ? "" : null);
   }
 
-  /** Puts the rows that are not in the page yet into their lists, at once. */
+  /** Puts the rows that are not in the page yet into their lists. */
   fill() {
-    while (!this.filling.next().done);
-  }
-
-  /** Fills the lists, and has the browser style the long ones before they are looked at. */
-  *prepare() {
-    yield* this.filling;
-    for (const node of this.model.branches) {
-      if (node.children.length < heavyListRows) continue;
-      for (let at = node; at; at = at.parent) {
-        (at.element ?? at.lists[0]).dataset.large = "";
-        at.isLarge = true;
-        if (at.element) this.#setNear(at, at.isNear);
-      }
-      boxOf(this.main);
-      yield;
-    }
+    fillLists(this.model);
   }
 
   /** Gives the lists the room that their rows out of the window would take. */
@@ -240,10 +242,7 @@ export class View {
       for (const list of node.lists) list.style.removeProperty("padding");
       if (mode === "print") writeRowsAttributes(node);
     }
-    for (const { element, shown } of this.model.items) {
-      if (!shown) element.setAttribute("hidden", "");
-      element.removeAttribute("aria-hidden");
-    }
+    for (const { element, shown } of this.model.items) if (!shown) element.setAttribute("hidden", "");
     if (mode === "find") for (const tree of this.model.trees) this.#leaveToSearch(tree);
     this.#setMode(mode);
     // Before printing, the browser lays all rows out for paper only.
@@ -263,7 +262,7 @@ export class View {
     this.openAround(item);
     if (this.mode === "all") this.draw();
     if (this.mode !== "find") return;
-    for (let node = item; node.element; node = node.parent) {
+    for (let node = item; node.parent; node = node.parent) {
       const at = node.parent.rows.indexOf(node);
       const [first, last] = [
         Math.max(0, at - foundAround),
@@ -283,10 +282,12 @@ export class View {
     this.draw(place);
   }
 
+  /** The rows that were only built for it go: a browser walks through all that it has. */
   #leaveSpread() {
     for (const item of this.model.items) {
-      writeAttribute(item.element, "hidden", null);
-      if (item.isLarge) this.#setNear(item, item.isNear);
+      if (!item.built) continue;
+      if (item.isMade && !item.isNear) dropRow(item);
+      else writeAttribute(item.built, "hidden", null);
     }
     this.#setMode("near");
   }

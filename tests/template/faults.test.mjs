@@ -1,8 +1,8 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, launch, open, settle } from "./browser.mjs";
+import { choose, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point, runAround } from "./fixtures.mjs";
-import { fixture, pageOf } from "./pages.mjs";
+import { bodyOf, fixture, pageOf } from "./pages.mjs";
 
 // What a surveyor runs into with pages of unusual shape, on unusual windows and with unusual texts.
 
@@ -240,6 +240,98 @@ describe("texts", () => {
       await page.locator("li.IsRoot > .Content").first().innerText(),
       "Состав сети и предварительные высоты (18)",
     );
+    await page.context().close();
+  });
+});
+
+describe("what is selected on a long page", () => {
+  test("is copied whole, with the rows that are not laid out", async () => {
+    const run = makeRun("grouped", 4000);
+    const page = await open(browser, pageOf("copied-long", run), {
+      permissions: ["clipboard-read", "clipboard-write"],
+    });
+    await choose(page, "Ветви", "Развернуть всё");
+    await page.locator('#lines [tabindex="0"]:visible').last().focus();
+    await page.keyboard.press("Control+a");
+    await page.keyboard.press("Control+c");
+    const text = await page.evaluate(() => navigator.clipboard.readText());
+    const lines = text.split("\n");
+    const count = (words) => lines.filter((line) => line.includes(words)).length;
+    const written = bodyOf("copied-long")
+      .replace(/<[^>]*>/g, "")
+      .split("\n");
+    for (const words of ["Невязка хода", "получена один раз", "Прочитано превышений", "СКО"])
+      assert.equal(count(words), written.filter((line) => line.includes(words)).length, words);
+    await page.context().close();
+  });
+
+  test("is cut where the selection begins and ends", async () => {
+    const page = await open(browser, pageOf("copied-part", makeRun("flat", 4000)), {
+      permissions: ["clipboard-read", "clipboard-write"],
+    });
+    const [first, last] = await page.evaluate(async () => {
+      const at = (row) => row.querySelector(".Content").firstChild;
+      window.scrollTo(0, 0);
+      await new Promise((done) => setTimeout(done, 300));
+      const start = document.querySelectorAll("li[data-near]")[3];
+      const range = document.createRange();
+      range.setStart(at(start), 4);
+      window.scrollTo(0, 60000);
+      await new Promise((done) => setTimeout(done, 300));
+      const end = [...document.querySelectorAll("li[data-near]")].at(-1);
+      range.setEnd(at(end), 5);
+      window.getSelection().removeAllRanges();
+      window.getSelection().addRange(range);
+      return [start.textContent.trim().slice(4), at(end).data.slice(0, 5)];
+    });
+    await page.keyboard.press("Control+c");
+    const lines = (await page.evaluate(() => navigator.clipboard.readText())).split("\n");
+    assert.equal(lines[0], first.split("\n")[0]);
+    assert.equal(lines.at(-1), last);
+    assert.ok(lines.length > 1000);
+    await page.context().close();
+  });
+});
+
+describe("expressions", () => {
+  test("that would not end in good time are given up, and the page says so", async () => {
+    const run = makeRun("flat", 0, [
+      { kind: "error", text: `${"a".repeat(60)}!` },
+      { kind: "error", text: "aaa" },
+    ]);
+    const page = await open(browser, pageOf("slow-expression", run));
+    const before = Date.now();
+    await search(page, "/(a+)+$/");
+    await page.locator("#problem", { hasText: "слишком долго" }).waitFor();
+    assert.ok(Date.now() - before < 8000);
+    assert.deepEqual(await shown(page), [2, 2]);
+    assert.equal(await page.locator("#query").getAttribute("aria-invalid"), "true");
+    await search(page, "/^(a|aa){3}$/");
+    await page.waitForFunction(() => /: 1 /.test(document.querySelector("#shown").textContent));
+    assert.deepEqual(await visibleLines(page), ["aaa"]);
+    await page.context().close();
+  });
+
+  test("know Cyrillic words, and take flags", async () => {
+    const texts = ["ход длинный", "поход короткий", "Ход обратный", "линия\nХОД"];
+    const run = makeRun(
+      "flat",
+      0,
+      texts.map((text) => ({ kind: "error", text })),
+    );
+    const page = await open(browser, pageOf("words", run));
+    const found = async (query) => {
+      await search(page, query);
+      assert.equal(await page.locator("#query").getAttribute("aria-invalid"), null, query);
+      return (await shown(page))[0];
+    };
+    assert.equal(await found("/\\bход\\b/"), 3);
+    assert.equal(await found("/\\bход\\b/i"), 3);
+    assert.equal(await found("/\\Bход/"), 1);
+    assert.equal(await found("/^\\w+ \\w+$/"), 3);
+    assert.equal(await found("/линия.ход/s"), 1);
+    await search(page, "/ход/y5");
+    assert.equal(await page.locator("#query").getAttribute("aria-invalid"), "true");
     await page.context().close();
   });
 });

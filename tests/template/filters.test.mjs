@@ -173,26 +173,43 @@ describe("alike lines", () => {
         .filter((line) => line.checkVisibility() && line.offsetHeight)
         .map((line) => ({
           times: Number(line.dataset.times?.slice(1) ?? 1),
-          mask: line.querySelector(".Content").dataset.alike ?? null,
+          alike: line.querySelector(".Content").dataset.alike ?? null,
           text: line.querySelector(".Content").textContent,
         })),
     );
 
-  test("fold as ×n with their numbers masked; the sum is the number of visible lines", async () => {
+  const mask = (text) => text.replace(/[-+−]?\d+(?:[.,]\d+)*/g, "#").replace(/\s/g, "");
+
+  test("fold as ×n to the worst of them; the sum is the number of visible lines", async () => {
     const page = await openUnfolded("flat");
     await toggle(page, "warning");
+    const all = await rows(page);
     await page.locator("#alike").click();
     const folded = await rows(page);
     const sum = folded.reduce((total, { times }) => total + times, 0);
     assert.equal(sum, (await shown(page))[0]);
     assert.ok(folded.length < sum);
-    for (const { times, mask, text } of folded) {
-      assert.equal(times > 1, mask !== null);
-      if (mask)
-        assert.equal(mask.replace(/\s/g, ""), text.replace(/[-+−]?\d+(?:[.,]\d+)*/g, "#").replace(/\s/g, ""));
+    const sizeOf = ({ text }) => {
+      const [value, limit] = [...text.matchAll(/([\d.]+) мм/g)].map(([, number]) => Number(number));
+      return limit && /допуск/.test(text) ? value / limit : (value ?? -1);
+    };
+    for (const { times, alike, text } of folded) {
+      const group = all.filter((line) => mask(line.text) === mask(text));
+      assert.equal(times, group.length);
+      assert.equal(times > 1, alike !== null);
+      const own = sizeOf({ text });
+      assert.ok(
+        group.every((line) => sizeOf(line) <= own),
+        text,
+      );
+      const values = group.map((line) => Number(/([\d.]+) мм/.exec(line.text)?.[1] ?? NaN));
+      if (times > 1 && !values.includes(NaN)) {
+        const write = (value) => new Intl.NumberFormat("ru").format(value);
+        const [low, high] = [Math.min(...values), Math.max(...values)];
+        assert.equal(alike, `×${times}  ${write(low)} … ${write(high)}\u00a0мм`);
+      }
     }
-    const masks = folded.map(({ mask, text }) => mask ?? text);
-    assert.equal(new Set(masks).size, masks.length);
+    assert.equal(new Set(folded.map(({ text }) => mask(text))).size, folded.length);
     await page.context().close();
   });
 

@@ -70,11 +70,12 @@ void TestTemplateAssembler::assemblesOneFile()
     const QByteArray page =
         TemplateAssembler::assemble(kMarkup, QStringLiteral("a{b:c}\n"), QStringLiteral("f(1);\n"));
 
-    QCOMPARE(QString::fromLatin1(page),
-             QStringLiteral("<meta content=\"default-src 'none'; script-src %1; style-src %2; img-src data:; "
-                            "base-uri 'none'; form-action 'none'\">\n<style>a{b:c}</style>\n"
-                            "<script>f(1);</script>\n<body><div></div></body>\n")
-                 .arg(hashOf("f(1);"), hashOf("a{b:c}")));
+    QCOMPARE(
+        QString::fromLatin1(page),
+        QStringLiteral("<meta content=\"default-src 'none'; script-src %1; worker-src blob:; style-src %2; "
+                       "img-src data:; base-uri 'none'; form-action 'none'\">\n<style>a{b:c}</style>\n"
+                       "<script>f(1);</script>\n<body><div></div></body>\n")
+            .arg(hashOf("f(1);"), hashOf("a{b:c}")));
 }
 
 void TestTemplateAssembler::escapesWhatIsNotAscii()

@@ -1,0 +1,68 @@
+// The order of the lines within their branches, and all lines of the page in one list.
+
+import { build, page } from "./dom.js";
+import { foldedOf, Item } from "./item.js";
+import { sizesOf } from "./numbers.js";
+
+export const orders = ["page", "text", "size", "ratio"];
+
+/** What is larger comes first; a branch is as large as the largest line in it. */
+function keyOf(item, name) {
+  if (item.isLine) return sizesOf(item.origin)[name];
+  return item.children.reduce((largest, child) => Math.max(largest, keyOf(child, name)), -1);
+}
+
+const collator = new Intl.Collator(undefined, { numeric: true });
+
+function sorted(items, order) {
+  if (order === "page") return items.toSorted((a, b) => a.number - b.number);
+  if (order === "text") {
+    return items.toSorted((a, b) => collator.compare(foldedOf(a), foldedOf(b)) || a.number - b.number);
+  }
+  const keys = new Map(items.map((item) => [item, keyOf(item, order)]));
+  return items.toSorted((a, b) => keys.get(b) - keys.get(a) || a.number - b.number);
+}
+
+/** Puts the rows that are in the page into the order of their items. */
+function moveRows({ children, lists }) {
+  const rows = children.map(({ built }) => built).filter((row) => row?.isConnected);
+  if (rows.length > 1) lists[0].append(...rows);
+}
+
+function collect(item, items) {
+  if (item.parent) item.index = items.push(item) - 1;
+  for (const child of item.children) collect(child, items);
+}
+
+/** Sorts the rows of each branch, each row among those of its list. */
+export function sortRows(model, order) {
+  for (const node of model.branches) {
+    if (node.lists.length > 1 || node.children.length < 2) continue;
+    node.children = sorted(node.children, order);
+    node.children.forEach((child, place) => (child.place = place));
+    moveRows(node);
+  }
+  model.items = [];
+  for (const tree of model.trees) collect(tree, model.items);
+  model.lines = model.items.filter((item) => item.isLine);
+}
+
+/** The same records in one list, each once. */
+export function makeFlatModel({ records, isItemPage }) {
+  const list = build("ul", { class: "Container" });
+  page.querySelector("#lines").append(list);
+  const tree = new Item(null);
+  tree.addList(list);
+  tree.index = -1;
+  const lines = records.map((record, index) => {
+    const line = new Item(tree);
+    line.setLine(record.style, record.markup);
+    for (const name of ["kind", "id", "text", "folded", "numbers", "sizes"]) line[name] = record[name];
+    line.origin = record;
+    line.number = line.index = index;
+    tree.add(line);
+    return line;
+  });
+  tree.total = lines.length;
+  return { items: lines, trees: [tree], branches: [tree], lines, records: lines, isItemPage, isFlat: true };
+}

@@ -1,0 +1,42 @@
+import { makeRange } from "./dom.js";
+import { textOf } from "./item.js";
+import { firstRow, lastRow, nextRow } from "./rows.js";
+
+/** The row at an end of a selection; outside the trees the first row behind it, or the last one before it. */
+function rowAt(view, model, container, offset, isEnd) {
+  const child = container.nodeType === Node.ELEMENT_NODE && container.childNodes[isEnd ? offset - 1 : offset];
+  const row = view.rowOf(child) ?? view.rowOf(container.parentElement) ?? view.rowOf(container);
+  if (row) return row;
+  const first = firstRow(model);
+  if (!first) return null;
+  const isBehind = (item) =>
+    Boolean(item.element.compareDocumentPosition(child || container) & Node.DOCUMENT_POSITION_FOLLOWING);
+  if (isEnd) return isBehind(first) ? lastRow(model) : null;
+  return isBehind(first) ? null : first;
+}
+
+/** What is selected of a row: all of it, or up to where the selection ends in it. */
+function textWithin(item, { startContainer, startOffset, endContainer, endOffset }) {
+  const { caption } = item;
+  const part = makeRange();
+  part.selectNodeContents(caption);
+  if (caption.contains(startContainer)) part.setStart(startContainer, startOffset);
+  if (caption.contains(endContainer)) part.setEnd(endContainer, endOffset);
+  return part.toString();
+}
+
+/** The text of the selected rows when some of them are not laid out; else null: the browser copies all that is. */
+export function selectedText(view, model, selection) {
+  if (selection.isCollapsed || !selection.rangeCount) return null;
+  const range = selection.getRangeAt(0);
+  const from = rowAt(view, model, range.startContainer, range.startOffset, false);
+  const to = rowAt(view, model, range.endContainer, range.endOffset, true);
+  if (!from || !to || from === to) return null;
+  const texts = [];
+  let isWhole = true;
+  for (let row = from; row; row = row === to ? null : nextRow(model, row)) {
+    isWhole &&= view.isLaidOut(row);
+    texts.push(row === from || row === to ? textWithin(row, range) : textOf(row));
+  }
+  return isWhole ? null : texts.join("\n");
+}

@@ -1,0 +1,293 @@
+// The way to the one bad measurement: numbers, order, counts, what is searched.
+
+import assert from "node:assert/strict";
+import { after, before, describe, test } from "node:test";
+import { addressHolds, choose, launch, open, search, shown, visibleLines } from "./browser.mjs";
+import { linkTo, makeLines, makeRun, point, runs, section } from "./fixtures.mjs";
+import { fixture, pageOf } from "./pages.mjs";
+
+let browser;
+before(async () => (browser = await launch()));
+after(() => browser.close());
+
+const measured = [
+  "Невязка хода 1 равна 80,5 мм, допуск 20 мм",
+  "Невязка хода 2 равна −95 мм, допуск ±50 мм",
+  "Невязка хода 3 равна 7 мм, допуск 10 мм",
+  "Длина хода 12\u202f345 м",
+  "Расхождение 0.4 см",
+  "Нормированная поправка v = 3.2, предел 3",
+  "Пункт М2-15 не найден",
+  "Обработка начата",
+];
+const measuredRun = makeRun(
+  "flat",
+  0,
+  measured.map((text) => ({ kind: "error", text })),
+);
+const press = async (page, ...keys) => {
+  for (const key of keys) await page.keyboard.press(key);
+};
+
+describe("numbers", () => {
+  const cases = {
+    ">80": [0, 3],
+    "<-90": [1],
+    "=7": [2],
+    "=80.5": [0],
+    "=-95": [1],
+    ">=12345": [3],
+    "12..15": [6],
+    "3..3,2": [2, 5],
+    "мм>80": [0],
+    "мм=50": [1],
+    "допуск>20": [1],
+    "допуск=10..20": [0, 2],
+    "v>3": [5],
+    "см<1": [4],
+    "ratio>1": [0, 1, 5],
+    "отношение>1,5 -v": [0, 1],
+    "отношение=0,5..1": [2],
+    "хода >80": [0, 3],
+    "-мм>0": [3, 4, 5, 6, 7],
+  };
+  for (const [query, expected] of Object.entries(cases))
+    test(`${query} finds lines by them`, async () => {
+      const page = await open(browser, pageOf("measured", measuredRun));
+      await search(page, query);
+      assert.deepEqual(
+        await visibleLines(page),
+        expected.map((at) => measured[at]),
+      );
+      await page.context().close();
+    });
+
+  test("that are not typed to the end hide nothing", async () => {
+    const page = await open(browser, pageOf("measured", measuredRun));
+    for (const query of [">", "мм>", "12..", "v="]) {
+      await search(page, query);
+      assert.deepEqual(await shown(page), [measured.length, measured.length], query);
+    }
+    await page.context().close();
+  });
+});
+
+describe("the search", () => {
+  test("finds captions and the ids of items", async () => {
+    const page = await open(browser, fixture("staged"));
+    await search(page, "остаточные");
+    assert.deepEqual(await shown(page), [18, 60]);
+    await search(page, "-остаточные");
+    assert.deepEqual(await shown(page), [60, 60]);
+    const lines = [
+      { kind: "error", text: `Невязка через ${linkTo({ ...point(4711), name: "А" })}` },
+      { kind: "error", text: `Невязка через ${linkTo({ ...point(471), name: "Б" })}` },
+    ];
+    const other = await open(browser, pageOf("ids", makeRun("flat", 0, lines)));
+    await search(other, "471");
+    assert.deepEqual(await visibleLines(other), ["Невязка через Б"]);
+    await page.context().close();
+    await other.context().close();
+  });
+
+  test("takes kinds, stages and items", async () => {
+    const page = await open(browser, fixture("staged"));
+    const count = async (query) => {
+      await search(page, query);
+      return (await shown(page))[0];
+    };
+    assert.equal(await count("kind:error"), 8);
+    assert.equal(await count("вид:ошибка"), 8);
+    assert.equal(await count("-kind:error"), 52);
+    assert.equal(await count("stage:2"), 24);
+    assert.equal(
+      await count("этап:2 kind:message"),
+      (await count("stage:2")) - (await count("stage:2 -kind:message")),
+    );
+    const id = await page.evaluate(() => /id=(\d+)/.exec(document.querySelector(".error a").href)[1]);
+    const own = runs.staged.stages
+      .flatMap(({ lines }) => lines)
+      .filter(({ text }) => text.includes(`id=${id}&`)).length;
+    assert.equal(await count(`item:${id}`), own);
+    assert.equal(await count("item:99999999"), 0);
+    await page.context().close();
+  });
+
+  test("takes quoted words whole", async () => {
+    const texts = ["Рп 1 найден", "Рп 12 найден", "у Рп 1", "Рп 1б"];
+    const run = makeRun(
+      "flat",
+      0,
+      texts.map((text) => ({ kind: "error", text })),
+    );
+    const page = await open(browser, pageOf("whole-words", run));
+    await search(page, '"Рп 1"');
+    assert.deepEqual(await visibleLines(page), [texts[0], texts[2]]);
+    await page.context().close();
+  });
+});
+
+describe("the order of the lines", () => {
+  const order = (page, name) =>
+    page
+      .getByRole("button", { name: "Вид", exact: true })
+      .click()
+      .then(() => page.getByRole("menuitemradio", { name }).click());
+
+  test("is by text, by size or by the ratio to the limit, within a branch", async () => {
+    const page = await open(browser, pageOf("measured", measuredRun));
+    await order(page, "Порядок: по величине");
+    assert.deepEqual(
+      (await visibleLines(page)).slice(0, 5),
+      [3, 1, 0, 2, 4].map((at) => measured[at]),
+    );
+    await order(page, "Порядок: по отношению к допуску");
+    assert.deepEqual(
+      (await visibleLines(page)).slice(0, 4),
+      [0, 1, 5, 2].map((at) => measured[at]),
+    );
+    await order(page, "Порядок: по тексту");
+    const collator = new Intl.Collator("ru", { numeric: true });
+    assert.deepEqual(
+      await visibleLines(page),
+      measured.toSorted((a, b) => collator.compare(a.toLowerCase(), b.toLowerCase())),
+    );
+    await order(page, "Порядок: как в протоколе");
+    assert.deepEqual(await visibleLines(page), measured);
+    await page.context().close();
+  });
+
+  test("puts the worst first in one list, by one key, and back", async () => {
+    const page = await open(browser, fixture("grouped"));
+    await choose(page, "Ветви", "Развернуть всё");
+    const before = await visibleLines(page);
+    const [, total] = await shown(page);
+    await page.locator('#lines [tabindex="0"]').focus();
+    await press(page, "s");
+    const lines = await visibleLines(page);
+    assert.equal(lines.length, total);
+    const ratio = (text) => {
+      const [, value, limit] = /равна ([\d.]+) мм, допуск ([\d.]+)/.exec(text) ?? [];
+      return value ? value / limit : -1;
+    };
+    const ratios = lines.map(ratio);
+    assert.deepEqual(
+      ratios,
+      ratios.toSorted((a, b) => b - a),
+    );
+    assert.equal(await page.evaluate(() => document.activeElement.textContent.trim()), lines[0]);
+    assert.equal(await page.locator("#worst").getAttribute("aria-pressed"), "true");
+    await addressHolds(page, "sort=ratio&list=1");
+    await page.reload();
+    assert.deepEqual(await visibleLines(page), lines);
+    await press(page, "s");
+    await choose(page, "Ветви", "Развернуть всё");
+    assert.deepEqual((await visibleLines(page)).toSorted(), before.toSorted());
+    assert.deepEqual(await visibleLines(page), before);
+    await page.context().close();
+  });
+
+  test("of a long page is right where the view is", async () => {
+    const page = await open(browser, pageOf("long-order", makeRun("staged", 6000)));
+    await press(page, "s");
+    const ratios = (await visibleLines(page)).map((text) => {
+      const [, value, limit] = /равна ([\d.]+) мм, допуск ([\d.]+)/.exec(text);
+      return value / limit;
+    });
+    assert.ok(ratios.length > 10);
+    assert.deepEqual(
+      ratios,
+      ratios.toSorted((a, b) => b - a),
+    );
+    await press(page, "End");
+    assert.match(
+      await page.evaluate(() => document.activeElement.textContent),
+      /Прочитано|пропущена|получена/,
+    );
+    await search(page, "stage:2 невязка");
+    assert.ok((await shown(page))[0] > 100);
+    await press(page, "Escape");
+    await page.locator("#worst").click();
+    assert.ok((await page.locator("[aria-expanded]").count()) > 0);
+    await page.context().close();
+  });
+});
+
+describe("errors", () => {
+  test("are counted as e goes through them, and told when it goes round", async () => {
+    const page = await open(browser, fixture("staged"));
+    const count = await page.locator("li:has(> .error)").count();
+    const told = () => page.locator("#status").textContent();
+    await page.locator('#lines [tabindex="0"]').focus();
+    await press(page, "Home", "e");
+    assert.equal(await told(), `ошибка 1 из ${count}`);
+    await press(page, "e");
+    assert.equal(await told(), `ошибка 2 из ${count}`);
+    await press(page, "E", "E");
+    assert.equal(await told(), `ошибка ${count} из ${count}, снова с конца`);
+    await press(page, "e");
+    assert.equal(await told(), `ошибка 1 из ${count}, снова с начала`);
+    await page.context().close();
+  });
+
+  test("alone are shown by one key, which stands in the address", async () => {
+    const page = await open(browser, fixture("staged"));
+    await press(page, "x");
+    assert.deepEqual(await shown(page), [8, 60]);
+    await addressHolds(page, "hide=warning%2Cmessage%2Cother");
+    await press(page, "x");
+    assert.deepEqual(await shown(page), [60, 60]);
+    await page.context().close();
+  });
+});
+
+describe("branches", () => {
+  test("tell the errors and warnings in them, and how many lines the filters let through", async () => {
+    const page = await open(browser, fixture("grouped"));
+    const root = page.locator("li.IsRoot > .Content").first();
+    const whole = Number(/\((\d+)\)/.exec(await root.textContent())[1]);
+    const errors = Number(await page.locator("[data-kind=error] b").textContent());
+    const warnings = Number(await page.locator("[data-kind=warning] b").textContent());
+    assert.equal(whole, errors + warnings);
+    assert.equal(await root.getAttribute("data-holds"), `× ${errors}  ! ${warnings}`);
+    await search(page, "невязка");
+    const [found] = await shown(page);
+    assert.equal(await root.getAttribute("data-holds"), `× ${found}  ${found} из ${whole}`);
+    await page.context().close();
+  });
+});
+
+test("alike lines fold over branches in one list", async () => {
+  const lines = Array.from({ length: 30 }, (_, at) => ({
+    kind: "error",
+    text: `Секция ${linkTo(section(at + 1))}: расхождение ${at + 1},5 мм`,
+  }));
+  const page = await open(browser, pageOf("alike-branches", makeRun("grouped", 0, lines)));
+  await press(page, "s");
+  await page.locator("#alike").click();
+  assert.equal((await visibleLines(page)).length, 1);
+  assert.equal((await visibleLines(page))[0], "Секция 30–31: расхождение 30,5 мм");
+  assert.equal(await page.locator("[data-alike]").getAttribute("data-alike"), "×30  1,5 … 30,5\u00a0мм");
+  await page.context().close();
+});
+
+test("lines in one list are exported with their branches, in the order shown", async () => {
+  const page = await open(
+    browser,
+    pageOf("flat-export", makeRun("grouped", 0, makeLines(40, { items: 5 }))),
+    {
+      permissions: ["clipboard-read", "clipboard-write"],
+    },
+  );
+  await press(page, "s");
+  const lines = await visibleLines(page);
+  await choose(page, "Экспорт", "Копировать как JSON");
+  await page.waitForFunction(() => document.querySelector("#status").textContent === "Скопировано");
+  const { lines: records } = JSON.parse(await page.evaluate(() => navigator.clipboard.readText()));
+  assert.deepEqual(
+    records.map(({ text }) => text.replace(/\n/g, "")),
+    lines,
+  );
+  assert.ok(records.every(({ paths }) => paths.every((path) => path.length > 0)));
+  await page.context().close();
+});
