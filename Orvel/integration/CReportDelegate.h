@@ -8,6 +8,7 @@
 class ORVEL_EXPORT CReportDelegate : public CItemDelegate
 {
 public:
+    /// Has no state of its own; @p parent owns it.
     explicit CReportDelegate(QObject* parent = nullptr);
 
     /// Shows the protocol of the row's item if there is one. Always null.

@@ -16,13 +16,13 @@ namespace orvel {
 class ORVEL_EXPORT ExceptionCatcher
 {
 public:
-    using ErrorHandler = std::function<void(const QString& message)>;
-    using AfterErrorHandler = std::function<void()>;
+    using ErrorHandler = std::function<void(const QString& message)>; ///< Gets the text for the user.
+    using AfterErrorHandler = std::function<void()>; ///< Gets to know that an action has failed.
 
     /// Handlers are called in the order in which they were added, after-error handlers after all of the
     /// others.
     void addErrorHandler(ErrorHandler handler);
-    void addAfterErrorHandler(AfterErrorHandler handler);
+    void addAfterErrorHandler(AfterErrorHandler handler); ///< Called when all error handlers have been.
 
     /// Runs `action`. An exception goes to the handlers and no further.
     void run(const std::function<void()>& action) const;

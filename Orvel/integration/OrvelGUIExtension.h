@@ -15,6 +15,7 @@ class ORVEL_EXPORT OrvelGUIExtension : public ProjectWindowGUIExtension
     Q_OBJECT
 
 public:
+    /// The viewer of @p window, which outlives it; @p parent owns it.
     OrvelGUIExtension(ProjectWindow* window, QObject* parent);
 
     /// The first viewer that `gui` holds; null when there is none.

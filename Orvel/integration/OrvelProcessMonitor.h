@@ -31,7 +31,7 @@ public:
 
     /// Set it before the run starts: lines and the end of the run go to the type of that moment.
     void setProtocolType(int type);
-    int getProtocolType() const;
+    int getProtocolType() const; ///< The type under which lines are filed; `UndefProtocol` at first.
 
     /// With true the protocol button keeps the base dialog's behaviour.
     void setUseSystemProtocolViewer(bool use);

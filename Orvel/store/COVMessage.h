@@ -14,6 +14,7 @@
 /// A plain value. `itemIds` and `itemTypes` are parallel: entry i of one belongs to entry i of the other.
 struct ORVEL_EXPORT COVMessage
 {
+    /// The kinds of line; their numbers stand in data files.
     enum MessageType : int {
         Title = 0,      ///< title line that closes a run
         Service = 1,    ///< date and project lines; what a run writes without a kind
@@ -36,13 +37,13 @@ struct ORVEL_EXPORT COVMessage
     /// two lists do not match.
     int GetItemTypeByID(LONGID id) const;
 
-    bool IsItemMessage(LONGID id) const;
+    bool IsItemMessage(LONGID id) const; ///< Whether the message refers to the item.
 
     /// Adds every id of this message to `ids`, the id 0 of a message without items included.
     void GetItemsID(std::set<LONGID>& ids) const;
 
-    int protocolType;
-    MessageType messageType;
+    int protocolType;            ///< the run's, of `enums::OrvelType`
+    MessageType messageType;     ///< kind of the line
     int stage;                   ///< stage open when the line arose; 0 when none was
     std::vector<LONGID> itemIds; ///< in the order of the links in the text
     std::vector<int> itemTypes;  ///< as they were when the line arose

@@ -38,9 +38,10 @@ public:
 
     /// The protocol of `projectModel`, which must outlive it. `applicationScheme` is the scheme of its links.
     COrvel(CProjectModel* projectModel, const QString& applicationScheme);
+    /// Takes over all that @p other has; both share the model and the data file.
     COrvel(const COrvel& other) = default;
-    COrvel& operator=(const COrvel& other) = default;
-    ~COrvel() override;
+    COrvel& operator=(const COrvel& other) = default; ///< As the copy constructor.
+    ~COrvel() override;                               ///< The data file stays for the application to remove.
 
     /// Always `kOrvelItemType`.
     int getType() const override;
@@ -61,11 +62,11 @@ public:
 
     /// Opens the next stage and writes its heading. Stages do not nest: ignored while one is open.
     void startProtocolStage(const QString& text, int protocolType);
-    void finishProtocolStage();
+    void finishProtocolStage(); ///< Closes the open stage, if there is one.
 
     /// Drops all messages and page paths; the set of mentioned ids stays until it is rebuilt.
     void ClearProtocol();
-    void ClearProtocolByType(int protocolType);
+    void ClearProtocolByType(int protocolType); ///< Drops the messages and the page path of one type.
 
     /// Sets the report types that the page of `protocolType` offers, replacing those it had.
     void addReportTypes(int protocolType, const std::vector<int>& types);
@@ -80,7 +81,7 @@ public:
     /// Files a line under `protocolType` with the open stage. Line breaks become "<br>"; the items are taken
     /// from the links in the text.
     void AddMessageRaw(const QString& text, int protocolType, COVMessage::MessageType type);
-    void UpdateIDList();
+    void UpdateIDList(); ///< Rebuilds the set of mentioned ids from the messages in memory.
     /// @}
 
     /// \name Protocol types

@@ -18,9 +18,10 @@ class QObject;
 class HOST_EXPORT PluginManager
 {
 public:
+    /// A file that is no plug-in for this application, or one that refused to extend it.
     struct LoadFailure
     {
-        QString path;
+        QString path;   ///< As it was given to load().
         QString reason; ///< A sentence for the user.
     };
 
@@ -37,12 +38,14 @@ public:
     /// False, and a failure noted, if the file is no plug-in or has none of the extension interfaces. A
     /// plug-in that is loaded already is not taken twice.
     bool load(const QString& path);
+    /// In the order of loading; valid until the next call of another operation.
     const QVector<LoadFailure>& getFailures() const;
 
     /// A plug-in that answers false is noted as a failure.
     void extendApplication(Application* app);
+    /// Has the plug-ins extend a new model; to be called before it is initialised.
     void extendModel(CProjectModel* model) const;
-    void extendProjectGUI(ProjectGUI* gui) const;
+    void extendProjectGUI(ProjectGUI* gui) const; ///< Has the plug-ins extend a new project window.
 
 private:
     struct Plugin

@@ -12,9 +12,11 @@ class HOST_EXPORT SDIApplication : public Application
 
 public:
     /// @param scheme  the URI scheme of the application's links, without a colon
+    /// @param parent  owns the application, if there is one
     explicit SDIApplication(const QString& scheme, QObject* parent = nullptr);
     ~SDIApplication() override;
 
+    /// Without a colon.
     QString getUriScheme() const { return uriScheme; }
 
 protected:

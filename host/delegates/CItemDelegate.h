@@ -10,6 +10,7 @@ class HOST_EXPORT CItemDelegate : public QStyledItemDelegate
     Q_OBJECT
 
 public:
+    /// @p parent owns the delegate.
     explicit CItemDelegate(QObject* parent = nullptr);
     ~CItemDelegate() override;
 
@@ -29,12 +30,16 @@ public:
     /// The role under which values are read for editing and written back.
     virtual int getDataRole() const;
 
+    /// Writes getValue() under getDataRole(), if it differs from what is there.
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    /// Reads what is under getDataRole() into the editor.
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    /// Shows getToolTipText() if isShowToolTip().
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
 protected:
+    /// Aligns as the model says, else by getDefaultAlign().
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
 private:

@@ -24,12 +24,13 @@ public:
     /// What a column shows of an item.
     enum class Source { Name, Type, Property };
 
+    /// What stands in a column and how.
     struct Column
     {
-        QString title = {};
-        Source source = Source::Name;
-        int propertyId = 0; ///< of Source::Property
-        int delegateId = 0; ///< for the ItemDelegateFactory; 0: the view's own delegate
+        QString title = {};           ///< heading
+        Source source = Source::Name; ///< what the cells show
+        int propertyId = 0;           ///< of Source::Property
+        int delegateId = 0;           ///< for the ItemDelegateFactory; 0: the view's own delegate
     };
 
     /// Beside the usual roles.
@@ -38,21 +39,26 @@ public:
     };
 
     /// @param itemsModel  the project model, not owned, outlives the table
+    /// @param tableColumns  in their order
+    /// @param parent  owns the table, if there is one
     CProjectItemModel(CProjectModel* itemsModel, QVector<Column> tableColumns, QObject* parent = nullptr);
     ~CProjectItemModel() override;
 
     /// The item that @p index stands for; null for an index that isn't of this model.
     CModelElement* getItem(const QModelIndex& index) const;
-    CProjectModel* getProjectModel() const;
+    CProjectModel* getProjectModel() const; ///< The model whose items the rows are.
+    /// In the order of the table.
     const QVector<Column>& getColumns() const { return columns; }
     /// The cell of item @p id in @p column; invalid for an item without a row.
     QModelIndex getIndex(LONGID id, int column = 0) const;
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    int columnCount(const QModelIndex& parent = {}) const override;
+    int rowCount(const QModelIndex& parent = {}) const override; ///< As many as there are items in the tree.
+    int columnCount(const QModelIndex& parent = {}) const override; ///< As many as there are columns.
     /// Property values come as the model gives them, under Qt::DisplayRole and Qt::EditRole alike.
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    /// Writes a property; false for a cell that shows no property, or one that nobody takes.
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    /// The titles of the columns.
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     /// A property can be edited if the model lets it be written or if the column has a delegate of its
     /// own: a delegate may turn an attempt to edit into an action.

@@ -14,6 +14,7 @@ class HOST_EXPORT ItemDelegateFactory : public QObject
     Q_OBJECT
 
 public:
+    /// The application's factory from now on; @p parent owns it.
     explicit ItemDelegateFactory(QObject* parent = nullptr);
     ~ItemDelegateFactory() override;
 

@@ -12,11 +12,11 @@ public:
     EnumData(int enumValue, const std::string& internal, const std::string& singular,
              const std::string& plural);
 
-    int getValue() const;
+    int getValue() const; ///< The value of the enumeration.
     /// Internal name, UTF-8.
     std::string getTextInternal() const;
-    std::wstring getTextSingular() const;
-    std::wstring getTextPlural() const;
+    std::wstring getTextSingular() const; ///< Name of one such thing, as the user reads it.
+    std::wstring getTextPlural() const;   ///< Name of several, as the user reads it.
 
 private:
     int value;

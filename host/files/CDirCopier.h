@@ -10,17 +10,21 @@ class QFileInfo;
 class HOST_EXPORT CDirCopier
 {
 public:
+    /// What of the source folder is copied.
     enum Mode {
         FolderContents = 0, ///< What is in the source folder goes straight into the target folder.
         WholeFolder = 1,    ///< The target folder gets a folder named as the source.
     };
+    /// What becomes of files that the target has.
     enum CopyOption {
         KeepExisting = 0,      ///< A file that the target has stays as it is.
         OverwriteOutdated = 4, ///< A file of the target that is older or different is replaced.
     };
 
+    /// @param copyMode  one of Mode
     explicit CDirCopier(int copyMode);
 
+    /// @param option  one of CopyOption
     void setCopyOption(int option);
 
     /// Copies files and folders, recursively. Missing folders are made. Every file appears in the target at

@@ -9,6 +9,7 @@ namespace qor {
 class HOST_EXPORT CFileException : public exceptions::Error
 {
 public:
+    /// What went wrong.
     enum Code {
         CorruptFile = 1, ///< The content cannot be right: it ends early, or a count in it is over its limit.
         CannotOpen = 2,
@@ -20,7 +21,7 @@ public:
     /// The description is what getText() says; where it is empty, getText() has a sentence for the code.
     CFileException(int errorCode, const std::wstring& errorDescription);
 
-    int getCode() const;
+    int getCode() const; ///< One of Code.
     /// The description as it was given.
     std::wstring getDescription() const;
 

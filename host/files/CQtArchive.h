@@ -20,6 +20,7 @@ class QIODevice;
 class HOST_EXPORT CQtArchive
 {
 public:
+    /// Which way the values go.
     enum Mode { Save, Load };
 
     /// The device is not owned and must be open.
@@ -27,8 +28,11 @@ public:
     CQtArchive(const CQtArchive&) = delete;
     CQtArchive& operator=(const CQtArchive&) = delete;
 
-    bool isSaving() const;
+    bool isSaving() const; ///< True for an archive that was made to save.
 
+    /// @{
+    /// Saves a value.
+    /// @throws qor::CFileException when the device does not take it
     CQtArchive& operator<<(quint32 value);
     CQtArchive& operator<<(qint32 value);
     CQtArchive& operator<<(LONGID value);
@@ -37,10 +41,14 @@ public:
     CQtArchive& operator<<(const QString& value);
     CQtArchive& operator<<(const QByteArray& value);
     CQtArchive& operator<<(const QVariant& value);
+    /// @}
     /// A pointer would be saved as a bool.
     template<class T>
     CQtArchive& operator<<(const T* value) = delete;
 
+    /// @{
+    /// Loads a value.
+    /// @throws qor::CFileException when the data ends early or makes no sense
     CQtArchive& operator>>(quint32& value);
     CQtArchive& operator>>(qint32& value);
     CQtArchive& operator>>(LONGID& value);
@@ -49,6 +57,7 @@ public:
     CQtArchive& operator>>(QString& value);
     CQtArchive& operator>>(QByteArray& value);
     CQtArchive& operator>>(QVariant& value);
+    /// @}
 
 private:
     template<class T>

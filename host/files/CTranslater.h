@@ -10,7 +10,7 @@ class QString;
 class HOST_EXPORT CTranslater
 {
 public:
-    static CTranslater& GetInstance();
+    static CTranslater& GetInstance(); ///< The one that the whole application uses.
 
     CTranslater(const CTranslater&) = delete;
     CTranslater& operator=(const CTranslater&) = delete;

@@ -14,12 +14,13 @@ namespace exceptions {
 class HOST_EXPORT Error : public std::exception, public boost::exception
 {
 public:
+    /// @param errorText  for the user, plain
     explicit Error(std::wstring errorText);
-    Error(const Error& other);
-    Error& operator=(const Error& other);
+    Error(const Error& other);            ///< Takes over the text.
+    Error& operator=(const Error& other); ///< Takes over the text.
     ~Error() override;
 
-    virtual std::wstring getText() const;
+    virtual std::wstring getText() const; ///< For the user, plain.
     /// The text in UTF-8.
     const char* what() const noexcept override;
 

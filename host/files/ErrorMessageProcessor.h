@@ -14,7 +14,7 @@ struct HOST_EXPORT ErrorMessageProcessor
     /// The message (UTF-8, else the encoding of the locale) without white space around it, and a general
     /// sentence in place of an empty one.
     static std::wstring processMessage(const std::string& message);
-    static std::wstring processMessage(const std::wstring& message);
+    static std::wstring processMessage(const std::wstring& message); ///< As above.
 };
 
 } // namespace qor

@@ -19,6 +19,7 @@ class QFileDevice;
 class HOST_EXPORT QtFile
 {
 public:
+    /// The file @p filePath, which is not touched before open().
     explicit QtFile(const QString& filePath);
     QtFile(const QtFile&) = delete;
     QtFile& operator=(const QtFile&) = delete;

@@ -12,6 +12,7 @@ class HOST_EXPORT CCommonTervoModel : public CProjectModel
     Q_OBJECT
 
 public:
+    /// The project is not owned and outlives the model; @p parent owns it.
     explicit CCommonTervoModel(CProject* ownerProject, QObject* parent = nullptr);
     ~CCommonTervoModel() override;
 

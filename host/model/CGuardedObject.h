@@ -12,8 +12,8 @@ class HOST_EXPORT CGuardedObject
 {
 public:
     CGuardedObject();
-    CGuardedObject(const CGuardedObject& other);
-    CGuardedObject& operator=(const CGuardedObject& other);
+    CGuardedObject(const CGuardedObject& other);            ///< The copy has no guards.
+    CGuardedObject& operator=(const CGuardedObject& other); ///< The guards stay with their objects.
     virtual ~CGuardedObject();
 
 private:
@@ -33,15 +33,20 @@ class CGuardedPtr
 public:
     CGuardedPtr() = default;
 
+    /// Points to @p guardedObject, which may be null.
     CGuardedPtr(T* guardedObject)
         : object(guardedObject)
         , aliveFlag(guardedObject ? guardedObject->getAliveFlag() : nullptr)
     {}
 
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the flag tells whether the object lives.
+    /// Null once the object is destroyed.
     T* get() const { return aliveFlag && *aliveFlag ? object : nullptr; }
+    /// As get().
     T* operator->() const { return get(); }
+    /// The object must be there.
     T& operator*() const { return *get(); }
+    /// Whether the object is there.
     explicit operator bool() const { return get() != nullptr; }
 
 private:

@@ -14,7 +14,7 @@ namespace tervo {
 class HOST_EXPORT CItemManager : public IItemManager
 {
 public:
-    using Items = std::vector<std::unique_ptr<IItem>>;
+    using Items = std::vector<std::unique_ptr<IItem>>; ///< Owned, in the order of addition.
 
     CItemManager();
     CItemManager(const CItemManager&) = delete;
@@ -27,10 +27,10 @@ public:
     IItem* addItem(std::unique_ptr<IItem> item);
     /// False if there is no item with that id.
     bool removeItem(LONGID id);
-    const Items& getItems() const;
+    const Items& getItems() const; ///< All items, in the order of addition.
     /// The types of all items by id, as they are now.
     const ItemTypeIndex& getTypes() const { return itemsById.getTypes(); }
-    void clear();
+    void clear(); ///< Destroys all items.
 
 private:
     Items items;

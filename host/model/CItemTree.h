@@ -22,10 +22,10 @@ public:
     /// An item beside its place in the order in which items came into trees, whichever.
     struct OrderedItem
     {
-        CModelElement* item;
-        quint64 order;
+        CModelElement* item; ///< the item, never null
+        quint64 order;       ///< place in the order of addition
     };
-    using OrderedItems = std::vector<OrderedItem>;
+    using OrderedItems = std::vector<OrderedItem>; ///< By the order of addition.
 
     CItemTree();
     CItemTree(const CItemTree&) = delete;
@@ -44,7 +44,7 @@ public:
     CModelElement* findItem(LONGID id) const { return itemsById.find(id); }
     /// All items of the type in the order of addition.
     const OrderedItems& getItems(int type) const;
-    bool contains(const CModelElement* item) const;
+    bool contains(const CModelElement* item) const; ///< Whether the item is in the tree.
     /// The types of all items by id, as they are now.
     const ItemTypeIndex& getTypes() const { return itemsById.getTypes(); }
 

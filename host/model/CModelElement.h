@@ -25,7 +25,7 @@ class HOST_EXPORT CModelElement : public ISubject,
                                   public Property::IPropertyHolder
 {
 public:
-    using Children = std::vector<std::unique_ptr<CModelElement>>;
+    using Children = std::vector<std::unique_ptr<CModelElement>>; ///< Owned, in the order of addition.
 
     /// With a parent the element becomes its last child and is owned by it, so that it has to come from
     /// `new`.
@@ -43,17 +43,17 @@ public:
     /// count is over 10000, and whatever the archive throws; the element is unchanged then.
     virtual void serialize(CQtArchive& archive);
 
-    LONGID getId() const override;
+    LONGID getId() const override; ///< 0 for an element without one.
     QVariant getProperty(int propertyId) const override;
     bool setProperty(int propertyId, const QVariant& value) override;
 
-    void setId(LONGID newId);
-    QString getName() const;
-    void setName(const QString& newName);
+    void setId(LONGID newId);             ///< Tells the observers if it is another.
+    QString getName() const;              ///< As the user reads it.
+    void setName(const QString& newName); ///< Tells the observers if it is another.
 
     /// Null for an element that stands alone, and for the top level items of a model.
     CModelElement* getParent() const;
-    const Children& getChildren() const;
+    const Children& getChildren() const; ///< In the order of addition.
     /// Appends the child and returns it. Null is ignored.
     CModelElement* addChild(std::unique_ptr<CModelElement> child);
     /// Gives the child out of the tree; null if it is no child of this element.

@@ -8,15 +8,17 @@
 class HOST_EXPORT CProject
 {
 public:
+    /// @param projectName  as the user reads it
     explicit CProject(const QString& projectName);
     CProject(const CProject&) = delete;
     CProject& operator=(const CProject&) = delete;
 
-    QString getName() const;
-    void setName(const QString& newName);
+    QString getName() const;              ///< As the user reads it.
+    void setName(const QString& newName); ///< Pages that exist keep the old name.
 
     /// Empty for a project that has not been saved yet.
     QString getFilePath() const;
+    /// @param path  absolute; empty for a project without a file
     void setFilePath(const QString& path);
 
 private:

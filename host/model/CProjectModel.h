@@ -27,13 +27,13 @@ class HOST_EXPORT CProjectModel : public QObject
     Q_OBJECT
 
 public:
-    using ItemQuery = std::function<bool(LONGID)>;
+    using ItemQuery = std::function<bool(LONGID)>; ///< Answers a question about the item with that id.
 
     /// The project is not owned and outlives the model. It may be null.
     explicit CProjectModel(CProject* ownerProject, QObject* parent = nullptr);
     ~CProjectModel() override;
 
-    CProject* getProject() const;
+    CProject* getProject() const; ///< Null for a model without one.
 
     /// Adds an item, with everything below it, as the last child of a tree item, or as the last top level
     /// item. Items with id 0 get a free id. Returns the item; null if it was refused (and destroyed) because
@@ -68,7 +68,7 @@ public:
     /// All items of the type, in the same order.
     std::vector<CModelElement*> getItems(int type) const;
 
-    ModelInitializer* getInitializer(int key) const;
+    ModelInitializer* getInitializer(int key) const; ///< Null when there is none under the key.
     /// Takes ownership. An earlier initializer under the same key is destroyed.
     void addInitializer(int key, ModelInitializer* initializer);
     /// Fills a new model: every initializer's initSystemItems() in the order of the keys, then every
@@ -78,6 +78,7 @@ public:
     /// Adds a strategy for the property and takes ownership. A property may have several, which are asked in
     /// the order of registration.
     void registerPropertyStrategy(int propertyId, CommonPropertyGetSetIsReadonlyStrategy* strategy);
+    /// In the order of registration.
     std::vector<CommonPropertyGetSetIsReadonlyStrategy*> getPropertyStrategies(int propertyId) const;
 
     /// The first valid value that a strategy gives, else the element's own property.
@@ -94,13 +95,13 @@ public:
     bool isItemMentioned(LONGID id) const;
 
 Q_SIGNALS:
-    void itemAdded(LONGID id);
-    void itemAboutToBeRemoved(LONGID id);
+    void itemAdded(LONGID id);            ///< The item is in the tree.
+    void itemAboutToBeRemoved(LONGID id); ///< The item is still there.
     /// The item is destroyed.
     void itemRemoved(LONGID id);
     /// Name, id or a property of the item has changed.
     void itemChanged(LONGID id);
-    void itemsAboutToBeReplaced();
+    void itemsAboutToBeReplaced(); ///< All items are still there.
     /// All items of the tree are others.
     void itemsReplaced();
 

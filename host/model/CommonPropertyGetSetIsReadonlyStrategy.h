@@ -15,6 +15,7 @@ class HOST_EXPORT CommonPropertyGetSetIsReadonlyStrategy : public QObject
     Q_OBJECT
 
 public:
+    /// @p parent owns the strategy.
     explicit CommonPropertyGetSetIsReadonlyStrategy(QObject* parent);
     ~CommonPropertyGetSetIsReadonlyStrategy() override;
 
@@ -25,6 +26,7 @@ public:
     /// The value, or an invalid one if the strategy has none for the element.
     virtual QVariant getPropertyValue(const CProjectModel* model, const CModelElement* element,
                                       int propertyId) const;
+    /// Whether the property cannot be written.
     virtual bool isPropertyReadonly(const CProjectModel* model, const CModelElement* element,
                                     int propertyId) const;
 };

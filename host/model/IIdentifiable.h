@@ -10,7 +10,7 @@ struct HOST_EXPORT IIdentifiable
 {
     virtual ~IIdentifiable() = default;
 
-    virtual LONGID getId() const = 0;
+    virtual LONGID getId() const = 0; ///< Unique in a project; 0 for none.
 };
 
 } // namespace qor

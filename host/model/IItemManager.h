@@ -12,9 +12,9 @@ struct HOST_EXPORT IItem
 {
     virtual ~IItem() = default;
 
-    virtual LONGID getId() const = 0;
-    virtual qint64 getType() const = 0;
-    virtual QString getName() const = 0;
+    virtual LONGID getId() const = 0;    ///< Unique in the project.
+    virtual qint64 getType() const = 0;  ///< Item type of the enumeration registry.
+    virtual QString getName() const = 0; ///< As the user reads it.
 };
 
 /// Finds data objects that are no elements of a project model.

@@ -45,11 +45,16 @@ public:
         const auto found = types.entries.constFind(id);
         return found == types.entries.constEnd() ? nullptr : static_cast<Item*>(found->item);
     }
+    /// Whether the id is taken.
     bool contains(LONGID id) const { return types.entries.contains(id); }
+    /// The types that occur.
     const ItemTypeIndex& getTypes() const { return types; }
 
+    /// The id must be free; the item is not owned.
     void insert(LONGID id, Item* item, int type) { types.entries.insert(id, {item, type}); }
+    /// An unknown id is ignored.
     void remove(LONGID id) { types.entries.remove(id); }
+    /// Forgets all items.
     void clear() { types.entries.clear(); }
 
 private:

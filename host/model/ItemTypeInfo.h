@@ -5,6 +5,7 @@
 /// What a project model has to know about the items of one type.
 struct ItemTypeInfo
 {
+    /// What may be done with an item.
     enum Flag {
         NotDeletable = 1, ///< CProjectModel::removeItem() refuses the item.
     };

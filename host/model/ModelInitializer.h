@@ -16,7 +16,7 @@ public:
     explicit ModelInitializer(CProjectModel* projectModel);
     ~ModelInitializer() override;
 
-    CProjectModel* getModel() const;
+    CProjectModel* getModel() const; ///< The model that it was made for.
 
     /// Adds the subsystem's system items.
     virtual void initSystemItems();

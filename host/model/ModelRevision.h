@@ -11,7 +11,7 @@
 /// One number serves all projects: to take something over anew is cheap, and a change rare. In any thread.
 namespace modelrevision {
 
-HOST_EXPORT quint64 get();
+HOST_EXPORT quint64 get(); ///< The number of the newest change.
 /// To be called when the change is made, before anybody is told of it.
 HOST_EXPORT void advance();
 

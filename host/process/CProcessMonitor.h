@@ -66,6 +66,7 @@ protected:
     Q_SLOT virtual void onProtocolPushed();
 
 public:
+    /// A run; it gets its monitor in its own thread.
     using RunFunction = std::function<void(qor::IProcessMonitor&)>;
 
     /// When the user is asked before a run is stopped.
@@ -75,6 +76,7 @@ public:
         Never
     };
 
+    /// A window in which no run works; @p parent owns it.
     explicit CProcessMonitor(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
     /// Stops a run that still works and waits for it; see the class comment.
     ~CProcessMonitor() override;
@@ -97,8 +99,9 @@ public:
     void stop();
     /// Pauses the run or lets it go on. A paused run waits at its next checkpoint.
     void setPaused(bool paused);
-    bool isPaused() const;
+    bool isPaused() const; ///< Whether the run is to wait at its next checkpoint.
 
+    /// When the user is asked; StopQuestion::OnDisplay at first.
     void setStopQuestion(StopQuestion question);
 
     void setPercentage(int percentage) override;
@@ -112,16 +115,20 @@ public:
     void finishProtocolStage() override;
     bool isProcessRunning() const override;
     void setSilent(bool silent) override;
-    bool getSilent() const override;
+    bool getSilent() const override; ///< Whether lines are not shown.
     /// Nothing to wait for in the GUI thread; the run's own checkpoints are the proxy's.
     void pause() override;
-    void writeError(std::wstring text) override;
+    void writeError(std::wstring text) override; ///< Shows an error line, HTML.
+    /// Shows an error line with a detail, both HTML.
     void writeError(std::wstring text, std::wstring detail) override;
-    void writeWarning(std::wstring text) override;
+    void writeWarning(std::wstring text) override; ///< Shows a warning line, HTML.
+    /// Shows a warning line with a detail, both HTML.
     void writeWarning(std::wstring text, std::wstring detail) override;
-    void writeMessage(std::wstring text) override;
+    void writeMessage(std::wstring text) override; ///< Shows a message line, HTML.
+    /// Shows a message line with a detail, both HTML.
     void writeMessage(std::wstring text, std::wstring detail) override;
     void write(std::wstring text) override;
+    /// Shows a service line with a detail, both HTML.
     void write(std::wstring text, std::wstring detail) override;
     /// Whether a run, or somebody else since its start, wrote an error.
     bool wasErrors() const override;
@@ -144,7 +151,7 @@ protected:
     /// called, neither now nor later; runFinished() is not emitted for that run.
     void shutdown();
 
-    void closeEvent(QCloseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override; ///< As reject().
 
 private:
     void createWidgets();

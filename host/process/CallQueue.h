@@ -15,7 +15,7 @@
 class HOST_EXPORT CallQueue
 {
 public:
-    using Calls = std::vector<MonitorCall>;
+    using Calls = std::vector<MonitorCall>; ///< The oldest first.
 
     /// How many calls may wait: enough for the GUI thread to have work until it comes again.
     static constexpr std::size_t kCallLimit = 20000;
@@ -30,7 +30,7 @@ public:
 
     /// Whether the run waits for room.
     bool isAwaited() const;
-    bool isEmpty() const;
+    bool isEmpty() const; ///< Whether no call waits.
     /// All that waits; room for as much again.
     Calls take();
     /// Drops what waits and all that comes.

@@ -29,19 +29,22 @@ struct HOST_EXPORT IProcessMonitor
     virtual bool isProcessRunning() const = 0;
     /// A silent monitor shows no lines; they still count and are still recorded.
     virtual void setSilent(bool silent) = 0;
-    virtual bool getSilent() const = 0;
+    virtual bool getSilent() const = 0; ///< Whether lines are not shown.
     /// A checkpoint: waits here while the user has paused the run.
     virtual void pause() = 0;
 
-    virtual void writeError(std::wstring text) = 0;
+    virtual void writeError(std::wstring text) = 0; ///< Writes an error line.
+    /// Writes an error line with a detail.
     virtual void writeError(std::wstring text, std::wstring detail) = 0;
-    virtual void writeWarning(std::wstring text) = 0;
+    virtual void writeWarning(std::wstring text) = 0; ///< Writes a warning line.
+    /// Writes a warning line with a detail.
     virtual void writeWarning(std::wstring text, std::wstring detail) = 0;
-    virtual void writeMessage(std::wstring text) = 0;
+    virtual void writeMessage(std::wstring text) = 0; ///< Writes a message line.
+    /// Writes a message line with a detail.
     virtual void writeMessage(std::wstring text, std::wstring detail) = 0;
     /// Writes a service line: one that is neither of the above.
     virtual void write(std::wstring text) = 0;
-    virtual void write(std::wstring text, std::wstring detail) = 0;
+    virtual void write(std::wstring text, std::wstring detail) = 0; ///< Writes a service line with a detail.
 
     /// Whether an error line was written since the run began.
     virtual bool wasErrors() const = 0;

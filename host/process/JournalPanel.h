@@ -19,9 +19,11 @@ class HOST_EXPORT JournalPanel : public QWidget
     Q_OBJECT
 
 public:
+    /// An empty journal; @p parent owns it.
     explicit JournalPanel(QWidget* parent = nullptr);
     ~JournalPanel() override;
 
+    /// Where the lines are shown.
     QTextBrowser* getBrowser() const { return browser; }
 
     /// Empties the journal.
@@ -39,8 +41,9 @@ public:
     QByteArray makePage();
 
 protected:
-    void showEvent(QShowEvent* event) override;
-    void enterEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override; ///< Shows the lines that came meanwhile.
+    void enterEvent(QEvent* event) override;    ///< The pointer comes in.
+    /// Looks at what the user does in the browser.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -25,6 +25,7 @@ class HOST_EXPORT JournalWriter : public QObject
     Q_OBJECT
 
 public:
+    /// The kinds of line.
     enum class Kind { Error, Warning, Message, Service };
 
     /// What flush() brings into the document.

@@ -11,39 +11,45 @@
 /// What a run tells its monitor, as values that can wait until somebody makes the call.
 namespace monitorcalls {
 
+/// IProcessMonitor::setPercentage().
 struct SetPercentage
 {
-    int percentage;
+    int percentage; ///< 0 to 100
 };
 
+/// IProcessMonitor::startStage().
 struct StartStage
 {
-    std::wstring name;
+    std::wstring name; ///< of the stage
 };
 
 struct FinishStage
 {};
 
+/// IProcessMonitor::startProtocolStage().
 struct StartProtocolStage
 {
-    std::wstring name;
+    std::wstring name; ///< of the stage
 };
 
 struct FinishProtocolStage
 {};
 
+/// IProcessMonitor::setSilent().
 struct SetSilent
 {
-    bool silent;
+    bool silent; ///< whether lines are not shown
 };
 
+/// The kinds of line.
 enum class LineKind { Error, Warning, Message, Service };
 
+/// One of the writers.
 struct WriteLine
 {
-    LineKind kind;
-    std::wstring text;
-    std::optional<std::wstring> detail;
+    LineKind kind;                      ///< which writer
+    std::wstring text;                  ///< HTML
+    std::optional<std::wstring> detail; ///< HTML; nothing for a line without
 };
 
 } // namespace monitorcalls

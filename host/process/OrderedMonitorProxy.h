@@ -20,6 +20,9 @@ class HOST_EXPORT OrderedMonitorProxy final : public qor::IProcessMonitor
 {
 public:
     /// What is handed in is not owned and outlives the run.
+    /// @param callQueue  takes the calls
+    /// @param linkQuestions  makes the links
+    /// @param runControl  knows whether the run goes on
     /// @param silent  what getSilent() answers until the run says otherwise
     OrderedMonitorProxy(CallQueue& callQueue, LinkQuestions& linkQuestions, RunControl& runControl,
                         bool silent);
@@ -32,16 +35,18 @@ public:
     void finishProtocolStage() override;
     bool isProcessRunning() const override;
     void setSilent(bool silent) override;
-    bool getSilent() const override;
+    bool getSilent() const override; ///< What the run itself has said last.
     void pause() override;
-    void writeError(std::wstring text) override;
-    void writeError(std::wstring text, std::wstring detail) override;
-    void writeWarning(std::wstring text) override;
+    void writeError(std::wstring text) override;                      ///< Queues an error line.
+    void writeError(std::wstring text, std::wstring detail) override; ///< Queues an error line with a detail.
+    void writeWarning(std::wstring text) override;                    ///< Queues a warning line.
+    /// Queues a warning line with a detail.
     void writeWarning(std::wstring text, std::wstring detail) override;
-    void writeMessage(std::wstring text) override;
+    void writeMessage(std::wstring text) override; ///< Queues a message line.
+    /// Queues a message line with a detail.
     void writeMessage(std::wstring text, std::wstring detail) override;
     void write(std::wstring text) override;
-    void write(std::wstring text, std::wstring detail) override;
+    void write(std::wstring text, std::wstring detail) override; ///< Queues a service line with a detail.
     /// Counts every error written so far, delivered or not.
     bool wasErrors() const override;
     std::wstring getItemLink(LONGID id, const std::wstring& text) override;

@@ -12,17 +12,18 @@ class HOST_EXPORT RunControl
 public:
     /// From now on the run should stop, and a paused one goes on. Too late for a run that is over.
     void requestStop();
+    /// Whether the user wants the run to end.
     bool isStopRequested() const { return stopRequested; }
 
-    void setPaused(bool pausedByUser);
-    bool isPaused() const;
+    void setPaused(bool pausedByUser); ///< A paused run waits at its next checkpoint.
+    bool isPaused() const;             ///< Whether the run is to wait.
     /// The run's thread waits here while the run is paused.
     void waitWhilePaused();
 
     /// Says that the run made its last call; the run's thread calls it as its last act.
     /// @param runFailed  the run ended by an exception
     void setFinished(bool runFailed);
-    bool isFinished() const;
+    bool isFinished() const; ///< Whether the run is over.
     /// True when the run ended by an exception.
     bool isFailed() const;
 

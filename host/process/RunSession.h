@@ -22,6 +22,7 @@ class HOST_EXPORT RunSession : public QObject
     Q_OBJECT
 
 public:
+    /// A run; it gets its monitor in its own thread.
     using RunFunction = std::function<void(qor::IProcessMonitor&)>;
 
     /// @param monitor     gets the calls and the questions; not owned, outlives the session
@@ -34,9 +35,13 @@ public:
     /// Runs the function in a thread of its own. An exception that leaves it becomes an error line.
     void start(RunFunction function);
 
+    /// The run ends at its next look at isProcessRunning().
     void requestStop() { control.requestStop(); }
+    /// Whether the run was asked to end.
     bool isStopRequested() const { return control.isStopRequested(); }
+    /// A paused run waits at its next checkpoint.
     void setPaused(bool paused) { control.setPaused(paused); }
+    /// Whether the run is to wait.
     bool isPaused() const { return control.isPaused(); }
     /// Whether the run wrote an error, delivered or not.
     bool wasErrors() const { return proxy.wasErrors(); }

@@ -17,7 +17,7 @@ public:
     GUIExtension(ProjectGUI* gui, QObject* parent);
     ~GUIExtension() override;
 
-    CProjectModel* getModel() const;
+    CProjectModel* getModel() const; ///< Of the project whose user interface it extends.
 
 private:
     ProjectGUI* projectGui;

@@ -31,7 +31,7 @@ public:
     /// Destroys the extensions.
     virtual ~ProjectGUI();
 
-    CProjectModel* getModel() const;
+    CProjectModel* getModel() const; ///< The items that are shown.
 
     /// Adds an extension and takes ownership; a key may have several.
     void addExtension(int key, GUIExtension* extension);

@@ -13,6 +13,7 @@ class HOST_EXPORT ProjectWindowGUIExtension : public GUIExtension
     Q_OBJECT
 
 public:
+    /// @p projectWindow outlives the extension; @p parent owns it.
     ProjectWindowGUIExtension(ProjectWindow* projectWindow, QObject* parent);
     ~ProjectWindowGUIExtension() override;
 
