@@ -1406,6 +1406,14 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>это ссылка другого пользователя в общей папке</source>
         <translation>it is a link of another user in a shared folder</translation>
     </message>
+    <message>
+        <source>С этим проектом уже работает другая обработка. Повторите, когда она закончится.</source>
+        <translation>Another run is working on this project. Try again when it is over.</translation>
+    </message>
+    <message>
+        <source>Идёт обработка. Откройте ссылку ещё раз, когда она закончится.</source>
+        <translation>A run is working. Open the link again when it is over.</translation>
+    </message>
 </context>
 <context>
     <name>Orvel</name>

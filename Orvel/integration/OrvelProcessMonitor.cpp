@@ -5,6 +5,7 @@
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/ProtocolTypes.h"
 #include "host/app/Application.h"
+#include "host/model/CProjectModel.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QDesktopServices>
@@ -37,6 +38,7 @@ OrvelProcessMonitor::OrvelProcessMonitor(ProjectWindow* window, QWidget* parent,
     connect(
         getJournal(), &QTextBrowser::anchorClicked, getJournal(),
         [this](const QUrl& url) { followJournalLink(url); }, Qt::DirectConnection);
+    setProject(model->getProject());
     setLinkSource([this] {
         const COrvel* protocol = getOrvel();
         return protocol ? protocol->GetItemLinks() : nullptr;

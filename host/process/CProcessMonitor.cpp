@@ -4,6 +4,7 @@
 #include "host/files/Error.h"
 #include "host/files/QtFile.h"
 #include "host/process/JournalPanel.h"
+#include "host/process/ProjectRun.h"
 #include "host/process/RunSession.h"
 #include "host/window/Display.h"
 
@@ -68,6 +69,10 @@ void CProcessMonitor::start(RunFunction function)
         qWarning("CProcessMonitor::start: a run is working already");
         return;
     }
+    if (declineDuringRun())
+        return;
+    if (project != nullptr)
+        projectRun = ProjectRun::begin(project);
     prepareRun();
     onStarted();
     session = std::make_unique<RunSession>(*this, linkSource, silentMode);
@@ -306,6 +311,11 @@ void CProcessMonitor::closeEvent(QCloseEvent* event)
     QDialog::closeEvent(event);
 }
 
+void CProcessMonitor::setProject(const CProject* runProject)
+{
+    project = runProject;
+}
+
 void CProcessMonitor::setLinkSource(LinkQuestions::LinkSource source)
 {
     linkSource = std::move(source);
@@ -319,6 +329,7 @@ void CProcessMonitor::shutdown()
     if (running)
         interrupted = true;
     running = false;
+    projectRun.reset();
 }
 
 void CProcessMonitor::createWidgets()
@@ -359,7 +370,7 @@ QLayout* CProcessMonitor::createButtonRow()
     protocolButton->setToolTip(Text::tr("Показать протокол выполнения"));
     connect(stopButton, &QPushButton::clicked, this, [this] { askToStop(false); });
     connect(pauseButton, &QPushButton::clicked, this, [this] { setPaused(!isPaused()); });
-    connect(protocolButton, &QPushButton::clicked, this, &CProcessMonitor::onProtocolPushed);
+    connect(protocolButton, &QPushButton::clicked, this, &CProcessMonitor::pushProtocol);
     connect(closeButton, &QPushButton::clicked, this, &QWidget::close);
 
     auto* row = new QHBoxLayout;
@@ -376,6 +387,23 @@ QPushButton* CProcessMonitor::createButton(const QString& text)
     auto* button = new QPushButton(text, this);
     button->setAutoDefault(false); // Enter in the journal must not stop a run
     return button;
+}
+
+/// Whether another run works on the project; the user has been told then.
+bool CProcessMonitor::declineDuringRun()
+{
+    if (!ProjectRun::isWorking(project))
+        return false;
+    Application::warning(
+        Text::tr("С этим проектом уже работает другая обработка. Повторите, когда она закончится."), this);
+    return true;
+}
+
+void CProcessMonitor::pushProtocol()
+{
+    // A page would take away the lines that the other run has in hand.
+    if (!declineDuringRun())
+        onProtocolPushed();
 }
 
 void CProcessMonitor::prepareRun()
@@ -415,6 +443,7 @@ void CProcessMonitor::finishRun()
     running = false;
     stages.clear();
     onThreadFinished();
+    projectRun.reset();
     showState();
 
     const QPointer<CProcessMonitor> self = this;

@@ -16,7 +16,9 @@
 #include <memory>
 #include <string>
 
+class CProject;
 class JournalPanel;
+class ProjectRun;
 class RunSession;
 class QLabel;
 class QLayout;
@@ -87,7 +89,8 @@ public:
 
     /// Empties the journal, calls onStarted() and runs @p function in a thread of its own. An exception
     /// that leaves the function becomes an error line and ends the run as an interrupted one.
-    /// One run at a time: while one works the call is refused with a warning on stderr.
+    /// One run at a time: while one works the call is refused with a warning on stderr, and while another
+    /// monitor's run works on the same project with a word to the user.
     void start(RunFunction function);
     /// True from start() until the run's thread is joined and its last line delivered.
     bool isRunning() const;
@@ -143,6 +146,8 @@ Q_SIGNALS:
     void runFinished();
 
 protected:
+    /// Names the project that the runs work on. Without one the monitor knows of no other's runs.
+    void setProject(const CProject* runProject);
     /// Tells from where a run may take the links of all items at once, so that it needs not wait for this
     /// window at each. They must be those of getItemLink(): a class that overrides it gives its own source,
     /// or an empty one.
@@ -155,6 +160,8 @@ protected:
 
 private:
     void createWidgets();
+    bool declineDuringRun();
+    void pushProtocol();
     QLayout* createButtonRow();
     QPushButton* createButton(const QString& text);
     void prepareRun();
@@ -179,8 +186,10 @@ private:
 
     LinkQuestions::LinkSource linkSource;
     std::unique_ptr<RunSession> session; // of the latest run
-    QStringList stages;                  // open, the outermost first
-    QString stateText;                   // shown while no stage is open
+    const CProject* project = nullptr;
+    std::unique_ptr<ProjectRun> projectRun; // while a run works on the project
+    QStringList stages;                     // open, the outermost first
+    QString stateText;                      // shown while no stage is open
     QElapsedTimer runTime;
     StopQuestion stopQuestion = StopQuestion::OnDisplay;
     bool running = false;

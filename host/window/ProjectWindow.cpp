@@ -1,7 +1,9 @@
 #include "host/window/ProjectWindow.h"
 
+#include "host/app/Application.h"
 #include "host/model/CProject.h"
 #include "host/model/CProjectModel.h"
+#include "host/process/ProjectRun.h"
 
 #include <QApplication>
 #include <QUrl>
@@ -39,6 +41,17 @@ void ProjectWindow::addUriNavigationHandler(std::unique_ptr<IUriNavigationHandle
 
 bool ProjectWindow::navigate(const QUrl& url)
 {
-    return std::any_of(uriNavigationHandlers.begin(), uriNavigationHandlers.end(),
-                       [&url](const auto& handler) { return handler->navigate(url); });
+    const bool isRunWorking = ProjectRun::isWorking(getModel()->getProject());
+    const auto mayNavigate = [&](const auto& handler) {
+        return !isRunWorking || handler->isAllowedDuringRun(url);
+    };
+    if (std::any_of(uriNavigationHandlers.begin(), uriNavigationHandlers.end(),
+                    [&](const auto& handler) { return mayNavigate(handler) && handler->navigate(url); }))
+        return true;
+    if (std::all_of(uriNavigationHandlers.begin(), uriNavigationHandlers.end(), mayNavigate))
+        return false;
+    Application::warning(
+        QCoreApplication::translate("Host", "Идёт обработка. Откройте ссылку ещё раз, когда она закончится."),
+        this);
+    return true;
 }

@@ -138,6 +138,7 @@ private slots:
     void runIsOverBeforeTheHandlerIsDestroyed();
     void linksOfARunAreRightAtEachMoment();
     void linksOfADerivedMonitorAreItsOwn();
+    void secondRunOnTheProjectIsRefused();
     void linesOfAWorkerThreadEndInTheDataFileInOrder();
 };
 
@@ -749,6 +750,38 @@ void TestOrvelProcessMonitor::linesOfAWorkerThreadEndInTheDataFileInOrder()
     QCOMPARE(readDataFile(fixture.protocol), expected);
     QVERIFY(fixture.protocol.IsMessages(12));
     QVERIFY(!fixture.protocol.IsMessages(13));
+}
+
+void TestOrvelProcessMonitor::secondRunOnTheProjectIsRefused()
+{
+    const QString word =
+        QStringLiteral("С этим проектом уже работает другая обработка. Повторите, когда она закончится.");
+    MonitorFixture fixture;
+    OrvelProcessMonitor first(&fixture.window);
+    first.setProtocolType(kAdjust);
+    OrvelProcessMonitor second(&fixture.window);
+    second.setProtocolType(kImport);
+    std::atomic_bool mayEnd{false};
+    first.start([&](qor::IProcessMonitor& run) {
+        run.writeMessage(L"строка");
+        while (!mayEnd)
+            std::this_thread::yield();
+    });
+    bool hasRun = false;
+    second.start([&](qor::IProcessMonitor&) { hasRun = true; });
+    QVERIFY(!second.isRunning());
+    QCOMPARE(fixture.application.getWarnings(), QStringList(word));
+    // A page would take the first run's lines.
+    getProtocolButton(second)->click();
+    QCOMPARE(fixture.application.getWarnings(), (QStringList{word, word}));
+    QCOMPARE(fixture.opened.getPaths(), QStringList());
+    mayEnd = true;
+    QVERIFY(first.waitForFinished());
+    QVERIFY(readDataFile(fixture.protocol).contains(QStringLiteral("305510146 5 - [0] строка")));
+
+    second.start([&](qor::IProcessMonitor&) { hasRun = true; });
+    QVERIFY(second.waitForFinished());
+    QVERIFY(hasRun);
 }
 
 QTEST_MAIN(TestOrvelProcessMonitor)

@@ -23,4 +23,9 @@ bool DeskNavigation::navigate(const QUrl& url)
     return isNumber;
 }
 
+bool DeskNavigation::isAllowedDuringRun(const QUrl& url) const
+{
+    return url.host() == QLatin1String("locate-item");
+}
+
 } // namespace orvel::desk

@@ -14,6 +14,7 @@ public:
     explicit DeskNavigation(DeskWindow& deskWindow) : window(deskWindow) {}
 
     bool navigate(const QUrl& url) override;
+    bool isAllowedDuringRun(const QUrl& url) const override;
 
 private:
     DeskWindow& window;

@@ -1,5 +1,7 @@
+#include "host/app/Application.h"
 #include "host/model/CProject.h"
 #include "host/model/CProjectModel.h"
+#include "host/process/ProjectRun.h"
 #include "host/window/ProjectWindow.h"
 #include "host/window/ProjectWindowGUIExtension.h"
 
@@ -20,9 +22,24 @@ public:
         return url.host() == name;
     }
 
+    bool isAllowedDuringRun(const QUrl& /*url*/) const override { return name == QLatin1String("harmless"); }
+
 private:
     QString name;
     QStringList* asked;
+};
+
+/// Keeps its warnings.
+class WarningCollector : public Application
+{
+public:
+    const QStringList& getWarnings() const { return warnings; }
+
+protected:
+    void showWarning(const QString& message, QObject* /*parent*/) override { warnings.append(message); }
+
+private:
+    QStringList warnings;
 };
 
 } // namespace
@@ -37,6 +54,7 @@ private Q_SLOTS:
     void handlersAreAskedInOrder();
     void nobodyTakesTheUrl();
     void missingHandlerIsIgnored();
+    void urlWaitsForTheRun();
     void extensionKnowsItsWindow();
     void extensionsGoWithTheWindow();
 
@@ -92,6 +110,28 @@ void TestProjectWindow::missingHandlerIsIgnored()
     ProjectWindow window(&model);
     window.addUriNavigationHandler(nullptr);
     QVERIFY(!window.navigate(QUrl(QStringLiteral("survey://first"))));
+}
+
+void TestProjectWindow::urlWaitsForTheRun()
+{
+    QStringList asked;
+    ProjectWindow window(&model);
+    for (const char* name : {"page", "harmless"})
+        window.addUriNavigationHandler(std::make_unique<Handler>(QLatin1String(name), &asked));
+    std::unique_ptr<ProjectRun> run = ProjectRun::begin(&project);
+    QVERIFY(run);
+    QVERIFY(!ProjectRun::begin(&project));
+    QVERIFY(window.navigate(QUrl(QStringLiteral("survey://harmless"))));
+    QCOMPARE(asked, QStringList(QStringLiteral("harmless")));
+    const WarningCollector application;
+    QVERIFY(window.navigate(QUrl(QStringLiteral("survey://page"))));
+    QCOMPARE(application.getWarnings(),
+             QStringList(QStringLiteral("Идёт обработка. Откройте ссылку ещё раз, когда она "
+                                        "закончится.")));
+    QCOMPARE(asked, (QStringList{QStringLiteral("harmless"), QStringLiteral("harmless")}));
+    run.reset();
+    QVERIFY(window.navigate(QUrl(QStringLiteral("survey://page"))));
+    QCOMPARE(asked.size(), 3);
 }
 
 void TestProjectWindow::extensionKnowsItsWindow()
