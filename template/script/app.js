@@ -1,5 +1,6 @@
 import { fragmentOf, readAddress, writeAddress } from "./address.js";
 import { savedFolds, saveFolds } from "./content.js";
+import { makeChart } from "./chart.js";
 import { Controls } from "./controls.js";
 import { findMissing } from "./counts.js";
 import { copyText, focusOn, listen, page, runIdle } from "./dom.js";
@@ -122,6 +123,11 @@ export class App {
       for (const line of model.lines) yield foldedOf(line);
       for (const line of model.lines) yield numbersOf(line);
     };
+    makeChart(
+      model.records,
+      (search) => this.setFilters({ search }),
+      (chart) => this.showChart(chart),
+    );
     const made = () => {
       this.remember();
       runIdle(prepare(), () => {});
@@ -131,6 +137,13 @@ export class App {
       this.ids.finish();
       made();
     }
+  }
+
+  /** Puts the histogram above the tree and leaves what is seen where it is. */
+  showChart(chart) {
+    const place = window.scrollY > 0 ? this.view.placeOf(this.view.topRow()) : null;
+    page.querySelector("main > #lines").before(chart);
+    this.draw(place);
   }
 
   // Filters
@@ -155,7 +168,6 @@ export class App {
   turnToModel(model) {
     const { tree, view } = this;
     const { current } = tree;
-    if (model.isFlat) this.ids.finish();
     if (current) tree.setCurrent(null);
     this.model = tree.model = model;
     view.turnTo(model);
@@ -315,7 +327,7 @@ export class App {
   /** Brings the address up to date, once the ids are made. */
   remember() {
     if (this.ids.areMade)
-      writeAddress(() => fragmentOf(this.isMoved ? this.tree.current?.id : "", this.filters));
+      writeAddress(() => fragmentOf(this.isMoved ? this.tree.current?.origin.id : "", this.filters));
   }
 
   /** Goes to a row even when the filters hide it. */
@@ -331,7 +343,7 @@ export class App {
   }
 
   goToId(id) {
-    const find = ({ items }) => items.find((candidate) => candidate.id === id);
+    const find = ({ items }) => items.find(({ origin }) => origin.id === id);
     const item = id && (find(this.model) ?? find(this.written));
     if (item) this.reveal(item);
     else if (id) this.controls.tell(say("lineGone"), goneTime);
@@ -370,7 +382,7 @@ export class App {
 
   linkTo(item) {
     this.ids.finish();
-    return location.href.replace(/#.*$/s, "") + fragmentOf(item.id, this.filters);
+    return location.href.replace(/#.*$/s, "") + fragmentOf(item.origin.id, this.filters);
   }
 
   /** The browser copies what is laid out; of a longer selection the page copies all. */

@@ -55,10 +55,12 @@ function readWritten() {
   return keeper.textContent.slice(1);
 }
 
-/** The text of markup that is but text and whole links, and so can't reach beyond its element; else null. */
+/** The text of markup that is but text, line breaks and whole links, and so can't reach beyond its element; else null. */
 export function plainText(markup) {
-  const text = markup.replace(plainLink, "$2");
-  return /[<&]/.test(text) ? null : text;
+  let text = markup;
+  if (text.includes("<a")) text = text.replace(plainLink, "$2");
+  if (text.includes("<br>")) text = text.replaceAll("<br>", "\n");
+  return text.includes("<") || text.includes("&") ? null : text;
 }
 
 /**

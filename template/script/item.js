@@ -152,7 +152,7 @@ export function buildRows(items) {
   let row = makeRows(items).firstElementChild;
   for (const item of items) {
     item.built = row;
-    if (item.id) row.id = item.id;
+    if (item.origin.id) row.id = item.origin.id;
     itemsByElement.set(row, item);
     if (!item.isLine) item.lists = item.folds = [row.lastElementChild];
     row = row.nextElementSibling;

@@ -23,16 +23,21 @@ export function placeRow(row) {
   if (!isPlaced(row)) placeRows([row]);
 }
 
+const canBeBuilt = (row) => row && !row.built && row.plain !== null;
+
+/** Puts rows of one branch into its list, those that follow each other together. */
+export function placeAll(rows) {
+  let at = 0;
+  while (at < rows.length) {
+    const from = at;
+    while (at < from + atOnce && canBeBuilt(rows[at]) && rows[at].place === rows[from].place + at - from)
+      ++at;
+    if (at > from) placeRows(rows.slice(from, at));
+    else placeRow(rows[at++]);
+  }
+}
+
 /** Puts all rows that are not there yet into their lists. */
 export function fillLists({ branches }) {
-  const canBeBuilt = (row) => row && !row.built && row.plain !== null;
-  for (const { children } of branches) {
-    let at = 0;
-    while (at < children.length) {
-      const from = at;
-      while (at < from + atOnce && canBeBuilt(children[at])) ++at;
-      if (at > from) placeRows(children.slice(from, at));
-      else placeRow(children[at++]);
-    }
-  }
+  for (const { children } of branches) placeAll(children);
 }

@@ -4,12 +4,13 @@ import { fold, textOf } from "./item.js";
 import { write } from "./texts.js";
 
 // A sign or a digit right behind a letter or a digit belongs to a name; thin spaces part thousands.
-const pattern =
-  /(?<![\p{L}\p{N}_.,])[-+\u2212]?(?:\d{1,3}(?:[\u2009\u202f\u00a0]\d{3})+(?!\d)|\d+)(?:[.,]\d+)?/gu;
-const unitBehind = /^[\s±]?([^\s\d.,;:()<>=]+)/u;
+const number =
+  "(?<![\\p{L}\\p{N}_.,])[-+\\u2212]?(?:\\d{1,3}(?:[\\u2009\\u202f\\u00a0]\\d{3})+(?!\\d)|\\d+)(?:[.,]\\d+)?";
+const pattern = new RegExp(number, "gu");
+const unitBehind = /[\s±]?([^\s\d.,;:()<>=]+)/uy;
 const nameBefore = /([^\s\d.,;:()<>=±]+)[\s:=≈±]*$/u;
 const longestName = 40;
-const limitWord = /(?:допус[кт]|предел|limit|toleran)[^\d]{0,40}$/i;
+const limitPattern = new RegExp(`(?:допус[кт]|предел|limit|toleran)[^\\d]{0,40}?(${number})`, "iu");
 // How many millimetres, seconds of arc and so on the units have.
 const units = new Map(
   Object.entries({
@@ -35,46 +36,75 @@ const units = new Map(
     gon: 1e3,
   }),
 );
+const sizedPattern = new RegExp(`(${number})[\\s±]?(${[...units.keys()].join("|")})(?![\\p{L}\\p{N}])`, "u");
 
-export const valueOf = (text) =>
-  Number(
+export function valueOf(text) {
+  const value = Number(text);
+  if (!Number.isNaN(value)) return value;
+  return Number(
     text
-      .replace(/[\u2009\u202f\u00a0+]/g, "")
+      .replace(/[\u2009\u202f\u00a0]/g, "")
       .replace("\u2212", "-")
       .replace(",", "."),
   );
+}
+
+function* foundIn(text) {
+  pattern.lastIndex = 0;
+  for (let found = pattern.exec(text); found; found = pattern.exec(text)) {
+    const end = pattern.lastIndex;
+    yield { value: valueOf(found[0]), index: found.index, end };
+    pattern.lastIndex = end;
+  }
+}
+
+function readNumbers(text) {
+  const values = [];
+  pattern.lastIndex = 0;
+  for (let found = pattern.exec(text); found; found = pattern.exec(text)) values.push(valueOf(found[0]));
+  return values;
+}
 
 /** The values of a line's numbers. */
 export function numbersOf(line) {
-  return (line.numbers ??= Array.from(textOf(line).matchAll(pattern), ([number]) => valueOf(number)));
+  return (line.numbers ??= readNumbers(textOf(line)));
 }
 
-/** The numbers of a line: value, unit and name (the words behind and before), and whether it is a limit. */
+function unitAt(text, end) {
+  unitBehind.lastIndex = end;
+  return fold(unitBehind.exec(text)?.[1] ?? "");
+}
+
+/** The numbers of a line with their units and names, the words behind and before them. */
 export function measuresOf(line) {
   const text = textOf(line);
-  return Array.from(text.matchAll(pattern), ({ 0: number, index }) => {
-    const before = text.slice(Math.max(0, index - longestName), index);
-    const end = index + number.length;
-    return {
-      value: valueOf(number),
-      unit: fold(unitBehind.exec(text.slice(end, end + longestName))?.[1] ?? ""),
-      name: fold(nameBefore.exec(before)?.[1] ?? ""),
-      isLimit: limitWord.test(before),
-    };
-  });
+  return Array.from(foundIn(text), ({ value, index, end }) => ({
+    value,
+    unit: unitAt(text, end),
+    name: fold(nameBefore.exec(text.slice(Math.max(0, index - longestName), index))?.[1] ?? ""),
+  }));
+}
+
+/** The ratio of a value to its limit: the last number before the limit in its unit, or the first one behind it. */
+function readRatio(text) {
+  const found = limitPattern.exec(text);
+  const limit = found && valueOf(found[1]);
+  if (!limit) return -1;
+  const end = found.index + found[0].length;
+  const unit = unitAt(text, end);
+  let before = null;
+  for (const each of foundIn(text)) {
+    if (each.end === end || unitAt(text, each.end) !== unit) continue;
+    if (each.end < end) before = each;
+    else return Math.abs((before ?? each).value / limit);
+  }
+  return before ? Math.abs(before.value / limit) : -1;
 }
 
 function readSizes(line) {
-  const measures = measuresOf(line);
-  const sized = measures.find(({ unit }) => units.has(unit));
-  const at = measures.findIndex(({ isLimit, value }) => isLimit && value);
-  const limit = measures[at];
-  const isLike = ({ unit, isLimit }) => !isLimit && unit === limit.unit;
-  const own = limit && (measures.slice(0, at).findLast(isLike) ?? measures.slice(at).find(isLike));
-  return {
-    size: sized ? Math.abs(sized.value) * units.get(sized.unit) : -1,
-    ratio: own ? Math.abs(own.value / limit.value) : -1,
-  };
+  const text = textOf(line);
+  const sized = sizedPattern.exec(text);
+  return { size: sized ? Math.abs(valueOf(sized[1])) * units.get(sized[2]) : -1, ratio: readRatio(text) };
 }
 
 /**

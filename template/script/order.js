@@ -57,7 +57,7 @@ export function makeFlatModel({ records, isItemPage }) {
   const lines = records.map((record, index) => {
     const line = new Item(tree);
     line.setLine(record.style, record.markup);
-    for (const name of ["kind", "id", "text", "folded", "numbers", "sizes"]) line[name] = record[name];
+    for (const name of ["kind", "text", "folded", "numbers", "sizes"]) line[name] = record[name];
     line.origin = record;
     line.number = line.index = index;
     tree.add(line);

@@ -2,7 +2,7 @@ import { boxOf, elementAt, focused, focusOn, page, scrollDown, writeAttribute } 
 import { writeBranchAttributes, writeRowsAttributes } from "./rowAttributes.js";
 import { Heights } from "./heights.js";
 import { dropRow, itemOf, nameOf } from "./item.js";
-import { fillLists, placeRow } from "./lists.js";
+import { fillLists, placeAll } from "./lists.js";
 import { rowSelector } from "./model.js";
 import { say } from "./texts.js";
 
@@ -204,6 +204,7 @@ export class View {
     // A row that is put away would take focus along; the page keeps it for the keys.
     if (holder && !near.has(holder)) focusOn(this.main);
     for (const item of this.near) if (!near.has(item)) this.#setNear(item, false);
+    for (const { branch, first, last } of parts) placeAll(branch.rows.slice(first, last));
     for (const item of near) if (!item.isNear) this.#setNear(item, true);
     this.near = near;
     for (const { branch, first, last } of parts) writeRowsAttributes(branch, first, last);
@@ -211,7 +212,6 @@ export class View {
   }
 
   #setNear(item, isNear) {
-    if (isNear) placeRow(item);
     item.isNear = isNear;
     if (item.built) writeAttribute(item.built, "data-near", isNear ? "" : null);
   }

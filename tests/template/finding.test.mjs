@@ -291,3 +291,47 @@ test("lines in one list are exported with their branches, in the order shown", a
   assert.ok(records.every(({ paths }) => paths.every((path) => path.length > 0)));
   await page.context().close();
 });
+
+describe("the histogram", () => {
+  const bars = (page) =>
+    page.evaluate(() =>
+      [...document.querySelectorAll("#chart g")].map((bar) => [bar.ariaLabel, bar.getAttribute("class")]),
+    );
+
+  test("shows how the values lie to their limits, and filters", async () => {
+    const page = await open(browser, pageOf("measured", measuredRun));
+    await page.locator("#chart").waitFor();
+    assert.deepEqual(
+      (await bars(page)).map(([label, kind]) => [label.replace(/.*: /, ""), kind]),
+      [0, 0, 1, 0, 1, 0, 0, 1, 1].map((count, at) => [String(count), at < 4 ? null : "over"]),
+    );
+    assert.equal(await page.locator("#chart b").textContent(), "Сверх допуска: 3 из 4");
+    await page.locator("#chart g").last().click();
+    assert.deepEqual(await visibleLines(page), [measured[0]]);
+    assert.equal(await page.locator("#query").inputValue(), "отношение>=2");
+    await page.locator("#chart g").nth(4).focus();
+    await press(page, "Enter");
+    assert.deepEqual(await visibleLines(page), [measured[5]]);
+    await page.context().close();
+  });
+
+  test("is not there where no line has a value and a limit", async () => {
+    const page = await open(browser, fixture("clean"));
+    await page.waitForTimeout(300);
+    assert.equal(await page.locator("#chart").count(), 0);
+    await page.context().close();
+  });
+
+  test("comes above the tree and leaves the view where it is", async () => {
+    const page = await open(browser, pageOf("long-chart", makeRun("grouped", 6000)));
+    await page.locator("#chart").waitFor();
+    const [chart, tree, bar, line] = await page.evaluate(() =>
+      ["#chart", "[role=tree]", "#bar", "li:has(> .error)"].map((selector) =>
+        document.querySelector(selector).getBoundingClientRect().toJSON(),
+      ),
+    );
+    assert.ok(chart.bottom <= tree.top);
+    assert.ok(line.top >= bar.bottom && line.bottom <= 800);
+    await page.context().close();
+  });
+});

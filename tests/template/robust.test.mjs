@@ -186,15 +186,17 @@ describe("looks", () => {
         [...document.querySelectorAll("[role=menu] button")].map((entry) => [entry.role, entry.ariaChecked]),
       );
     };
-    const themes = ["true", "false", "false"].map((isOn) => ["menuitemradio", isOn]);
+    const choices = (...states) => states.map((isOn) => ["menuitemradio", String(isOn)]);
+    const switches = (...states) => states.map((isOn) => ["menuitemcheckbox", String(isOn)]);
     const actions = [
       ["menuitem", null],
       ["menuitem", null],
     ];
-    assert.deepEqual(await entries(), [...themes, ["menuitemcheckbox", "false"], ...actions]);
+    const themesAndOrders = choices(true, false, false, true, false, false, false);
+    assert.deepEqual(await entries(), [...themesAndOrders, ...switches(false, false, false), ...actions]);
     await page.getByRole("menuitemcheckbox", { name: "Свернуть похожие" }).click();
     assert.equal(await page.locator("#alike").getAttribute("aria-pressed"), "true");
-    assert.deepEqual(await entries(), [...themes, ["menuitemcheckbox", "true"], ...actions]);
+    assert.deepEqual(await entries(), [...themesAndOrders, ...switches(false, false, true), ...actions]);
     await page.context().close();
   });
 

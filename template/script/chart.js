@@ -1,0 +1,73 @@
+// A histogram of how the values of the run's lines lie to their limits.
+
+import { build, listen, runIdle } from "./dom.js";
+import { sizesOf } from "./numbers.js";
+import { say, write } from "./texts.js";
+
+const step = 0.25;
+// The last bar holds all from twice the limit on.
+const bars = 9;
+const [barWidth, gap, heading, height, footing] = [44, 4, 16, 60, 18];
+
+/** The search that finds the lines of a bar. */
+function searchOf(at) {
+  const from = `${say("ratio")}>=${write(at * step)}`;
+  return at < bars - 1 ? `${from} ${say("ratio")}<${write((at + 1) * step)}` : from;
+}
+
+function barMarkup(count, at, largest) {
+  const size = count ? Math.max(2, Math.round((count / largest) * height)) : 0;
+  const x = at * (barWidth + gap);
+  const [from, to] = [write(at * step), write((at + 1) * step)];
+  const label = say(at < bars - 1 ? "chartPart" : "chartRest", from, to, write(count));
+  const isOver = at * step >= 1;
+  return (
+    `<g role="button" tabindex="${count ? 0 : -1}" aria-disabled="${!count}" aria-label="${label}" data-bar="${at}"` +
+    `${isOver ? ' class="over"' : ""}><title>${label}</title>` +
+    `<rect class="ground" x="${x}" y="0" width="${barWidth}" height="${height}"></rect>` +
+    `<rect class="bar" x="${x}" y="${height - size}" width="${barWidth}" height="${size}"></rect>` +
+    `<text x="${x + barWidth / 2}" y="${height - size - 4}">${count ? write(count) : ""}</text></g>` +
+    `<text x="${x}" y="${height + footing - 3}">${from}</text>`
+  );
+}
+
+function draw(counts, search) {
+  const total = counts.reduce((sum, count) => sum + count, 0);
+  const over = counts.slice(1 / step).reduce((sum, count) => sum + count, 0);
+  const largest = Math.max(...counts);
+  const width = bars * (barWidth + gap);
+  const limit = (barWidth + gap) / step - gap / 2;
+  const figure = build("figure", { id: "chart" });
+  figure.innerHTML =
+    `<figcaption>${say("chart")} <b>${say("chartTold", over, total)}</b></figcaption>` +
+    `<svg viewBox="-14 -${heading} ${width + 14} ${heading + height + footing}" width="${width + 14}" role="group"` +
+    ` aria-label="${say("chart")}">${counts.map((count, at) => barMarkup(count, at, largest)).join("")}` +
+    `<line x1="${limit}" x2="${limit}" y1="-${heading}" y2="${height}"></line></svg>`;
+  const choose = ({ target }) => {
+    const at = target.closest("[data-bar]")?.dataset.bar;
+    if (at !== undefined && counts[at]) search(searchOf(Number(at)));
+  };
+  listen(figure, "click", choose);
+  listen(figure, "keydown", (event) => {
+    if (event.key !== "Enter" && event.key !== " ") return;
+    event.preventDefault();
+    event.stopPropagation();
+    choose(event);
+  });
+  return figure;
+}
+
+/** Makes the histogram while nothing else is to do; where no line has a value and a limit there is none. */
+export function makeChart(records, search, made) {
+  const counts = Array(bars).fill(0);
+  const read = function* () {
+    for (const line of records) {
+      const { ratio } = sizesOf(line);
+      if (ratio >= 0) ++counts[Math.min(bars - 1, Math.floor(ratio / step))];
+      yield;
+    }
+  };
+  runIdle(read(), () => {
+    if (counts.some(Boolean)) made(draw(counts, search));
+  });
+}
