@@ -9,9 +9,11 @@
 #include <atomic>
 #include <chrono>
 #include <thread>
+#include <vector>
 
-/// Runs that write, open stages, ask for links and are stopped, all at random: nothing overtakes, and nothing
-/// that was written before the stop is lost.
+/// Runs that write, open stages, ask for links from several threads and are stopped, all at random, while the
+/// project changes its name: nothing overtakes, nothing that was written before the stop is lost, and each
+/// link is right at the moment.
 class TestThreads : public QObject
 {
     Q_OBJECT
@@ -42,6 +44,78 @@ struct Deeds
 {
     std::atomic<int> lines{0}; ///< given away completely
     std::atomic<bool> ended{false};
+};
+
+/// The name of the project, "v" and a number that grows while runs ask for links, which show it.
+class ProjectVersion
+{
+public:
+    explicit ProjectVersion(CProject& versionedProject) : project(versionedProject) { advance(); }
+
+    void advance()
+    {
+        const int next = ++begun;
+        project.setName(QStringLiteral("v%1").arg(next));
+        completed = next;
+    }
+    int getBegun() const { return begun; }
+    int getCompleted() const { return completed; }
+
+private:
+    CProject& project;
+    std::atomic<int> begun{0};
+    std::atomic<int> completed{0};
+};
+
+/// Threads of a run that ask for links as long as they live.
+class LinkAskers
+{
+public:
+    LinkAskers(qor::IProcessMonitor& runMonitor, const ProjectVersion& projectVersion,
+               std::atomic<int>& errors)
+        : monitor(runMonitor)
+        , version(projectVersion)
+        , mistakes(errors)
+    {
+        for (int i = 0; i < 3; ++i)
+            threads.emplace_back([this, i] { ask(i); });
+    }
+    ~LinkAskers()
+    {
+        isOver = true;
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+
+private:
+    void ask(int first)
+    {
+        for (int number = first; !isOver && monitor.isProcessRunning(); number += 3) {
+            const int earliest = version.getCompleted();
+            const QString link = QString::fromStdWString(monitor.getItemLink(number, L"item"));
+            const int latest = version.getBegun();
+            if (!isRight(link, number, earliest, latest) && monitor.isProcessRunning())
+                ++mistakes;
+        }
+    }
+
+    /// Whether it is the link as it was at some moment while it was asked for.
+    static bool isRight(const QString& link, int id, int earliest, int latest)
+    {
+        for (int each = earliest; each <= latest; ++each) {
+            if (link == QStringLiteral("<a href=\"survey://locate-item?type=&id=%1&project=v%2\">item</a>")
+                            .arg(id)
+                            .arg(each))
+                return true;
+        }
+        return false;
+    }
+
+    qor::IProcessMonitor& monitor;
+    const ProjectVersion& version;
+    std::atomic<int>& mistakes;
+    std::atomic<bool> isOver{false};
+    std::vector<std::thread> threads;
 };
 
 /// Writes numbered lines, "N" plain or "N <link>" with the link of item N, with stages between them.
@@ -126,6 +200,8 @@ void TestThreads::linesKeepTheirOrderAndNoneIsLost()
 {
     WindowFixture f;
     f.addProtocol();
+    ProjectVersion version(f.project);
+    std::atomic<int> mistakenLinks{0};
     QRandomGenerator random(7);
     int stopped = 0;
     for (int run = 0; run < runs; ++run) {
@@ -133,10 +209,17 @@ void TestThreads::linesKeepTheirOrderAndNoneIsLost()
         monitor.setProtocolType(kType);
         Deeds deeds;
         const quint32 seed = random.generate();
-        monitor.start([seed, &deeds](qor::IProcessMonitor& proxy) { work(proxy, seed, deeds); });
+        monitor.start([&, seed](qor::IProcessMonitor& proxy) {
+            const LinkAskers askers(proxy, version, mistakenLinks);
+            work(proxy, seed, deeds);
+        });
 
         int writtenBeforeStop = 0;
         const bool isStopped = random.bounded(2) == 0;
+        if (run % 2 == 0) {
+            QTest::qWait(random.bounded(3));
+            version.advance();
+        }
         if (isStopped) {
             QTest::qWait(random.bounded(8));
             writtenBeforeStop = deeds.lines;
@@ -145,6 +228,7 @@ void TestThreads::linesKeepTheirOrderAndNoneIsLost()
         if (monitor.isRunning())
             QVERIFY(monitor.waitForFinished());
         QVERIFY(deeds.ended);
+        QCOMPARE(mistakenLinks.load(), 0);
 
         // An interrupted run leaves its lines in memory, a finished one in the data file.
         COrvel& protocol = *monitor.getOrvel();
