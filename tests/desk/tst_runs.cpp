@@ -289,13 +289,13 @@ void TestRuns::everyProblemHasItsSentence()
                                    "</height-differences></points-observations></network></gama-local>\n")
                         .arg(xml)
                         .toUtf8());
-    const QString failure =
-        runImport(monitor, path, [](const levelling::Network& network, NetworkSnapshot& taken) {
-            taken.network = network;
-            for (std::size_t i = 0; i < network.points.size(); ++i)
-                taken.pointIds.push_back(static_cast<LONGID>(i) + 1);
-            return true;
-        });
+    const QString failure = runImport(monitor, path, [](const levelling::Network& network) {
+        const auto taken = std::make_shared<NetworkSnapshot>();
+        taken->network = network;
+        for (std::size_t i = 0; i < network.points.size(); ++i)
+            taken->pointIds.push_back(static_cast<LONGID>(i) + 1);
+        return taken;
+    });
     QCOMPARE(failure, QString());
     QVERIFY2(monitor.lines.contains(line), qUtf8Printable(monitor.lines.join(QLatin1Char('\n'))));
 }
