@@ -72,6 +72,17 @@ QStringList getExportedNames(const QString& library)
     return QStringList(names.begin(), names.end());
 }
 
+/// Runs the example where it lies, without a display and whatever the system has installed.
+Outcome runExample(const QString& program)
+{
+    const QTemporaryDir runtimeFolder;
+    return runProgram(program, {}, QFileInfo(program).path(),
+                      {QStringLiteral("QT_QPA_PLATFORM=offscreen"),
+                       QStringLiteral("XDG_DATA_DIRS=") + runtimeFolder.path(),
+                       QStringLiteral("XDG_DATA_HOME=") + runtimeFolder.path(),
+                       QStringLiteral("XDG_RUNTIME_DIR=") + runtimeFolder.path()});
+}
+
 } // namespace
 
 /// A host's developer finds all that a host is built with, wherever the installation lies.
@@ -94,6 +105,7 @@ private Q_SLOTS:
     void readmeShowsTheExample();
     void exampleBuiltWithCMakeMakesItsPage();
     void exampleBuiltWithPkgConfigMakesItsPage();
+    void withoutItsDataTheExampleMakesAPlainPage();
 
     void insideAnotherProjectTheLibrariesAreBuilt();
     void uninstallingLeavesNothing();
@@ -127,10 +139,7 @@ void TestPackage::configureAndBuild(const QString& sources, const QString& build
 void TestPackage::checkPage(const QString& program)
 {
     const QString folder = QFileInfo(program).path();
-    const QTemporaryDir runtimeFolder;
-    const Outcome outcome = runProgram(program, {}, folder,
-                                       {QStringLiteral("QT_QPA_PLATFORM=offscreen"),
-                                        QStringLiteral("XDG_RUNTIME_DIR=") + runtimeFolder.path()});
+    const Outcome outcome = runExample(program);
     QVERIFY2(outcome.exitCode == 0, outcome.output.constData());
     QCOMPARE(QString::fromUtf8(outcome.output), QString());
 
@@ -240,6 +249,20 @@ void TestPackage::exampleBuiltWithPkgConfigMakesItsPage()
         {QStringLiteral("PKG_CONFIG_PATH=") + tree->path(QStringLiteral(LIBRARY_FOLDER "/pkgconfig"))});
     QVERIFY2(built.exitCode == 0, built.output.constData());
     checkPage(tree->work(QStringLiteral("pkg-config/minimal-host")));
+}
+
+void TestPackage::withoutItsDataTheExampleMakesAPlainPage()
+{
+    const QString program = tree->work(QStringLiteral("pkg-config/minimal-host"));
+    QVERIFY2(QFile::exists(program), "the example is not built");
+    const QString data = tree->path(QStringLiteral("share/orvel"));
+    QVERIFY(QDir().rename(data, data + QStringLiteral(".away")));
+    const Outcome outcome = runExample(program);
+    QVERIFY(QDir().rename(data + QStringLiteral(".away"), data));
+    QCOMPARE(outcome.exitCode, 0);
+    const QString page = readText(tree->work(QStringLiteral("pkg-config/adjust.html")));
+    QVERIFY2(page.startsWith(QStringLiteral("<h1>Уравнивание</h1>")), qPrintable(page.left(200)));
+    QVERIFY(page.contains(QStringLiteral(">R12</a>: 41 mm, limit 20 mm")));
 }
 
 void TestPackage::insideAnotherProjectTheLibrariesAreBuilt()
