@@ -240,7 +240,7 @@ void TestPackage::exampleBuiltWithPkgConfigMakesItsPage()
 {
     QDir().mkpath(tree->work(QStringLiteral("pkg-config")));
     const QString command =
-        QStringLiteral(CXX_COMPILER " -std=c++17 %1main.cpp -o minimal-host "
+        QStringLiteral(CXX_COMPILER " -std=c++17 -fPIC %1main.cpp -o minimal-host "
                                     "$(" PKG_CONFIG_PROGRAM " --cflags --libs orvel) "
                                     "-Wl,-rpath,$(" PKG_CONFIG_PROGRAM " --variable=libdir orvel)")
             .arg(kExample);
