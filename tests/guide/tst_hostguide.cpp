@@ -4,11 +4,17 @@
 namespace {
 
 /// What a host sees that leaves nothing out.
-const QStringList kAll = {QStringLiteral("protocol: yes"),      QStringLiteral("template: yes"),
-                          QStringLiteral("title: Adjustment"),  QStringLiteral("line: yes"),
-                          QStringLiteral("grouped: yes"),       QStringLiteral("mark-up of its own: no"),
-                          QStringLiteral("mentioned: yes"),     QStringLiteral("delegate: yes"),
-                          QStringLiteral("link followed: yes"), QStringLiteral("button opens a page: yes"),
+const QStringList kAll = {QStringLiteral("protocol: yes"),
+                          QStringLiteral("second run: no"),
+                          QStringLiteral("template: yes"),
+                          QStringLiteral("title: Adjustment"),
+                          QStringLiteral("line: yes"),
+                          QStringLiteral("grouped: yes"),
+                          QStringLiteral("mark-up of its own: no"),
+                          QStringLiteral("mentioned: yes"),
+                          QStringLiteral("delegate: yes"),
+                          QStringLiteral("link followed: yes"),
+                          QStringLiteral("button opens a page: yes"),
                           QStringLiteral("saved: yes")};
 
 } // namespace
