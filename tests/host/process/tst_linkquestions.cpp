@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int kThreadCount = 4;
+
 /// Makes links in its own way, and counts how often it is asked.
 class LinkingMonitor : public RecordingMonitor
 {
@@ -154,17 +156,16 @@ void TestLinkQuestions::linksThatDifferAreNotUsed()
 
 void TestLinkQuestions::everyThreadGetsItsOwnLinks()
 {
-    const int threadCount = 4;
     LinkingMonitor target;
-    std::vector<int> mistakes(threadCount);
+    std::vector<int> mistakes(kThreadCount);
     {
         ThreadedRun run([&](OrderedMonitorProxy& monitor) {
             std::vector<std::thread> threads;
-            threads.reserve(threadCount);
-            for (int thread = 0; thread < threadCount; ++thread) {
-                threads.emplace_back([&mistakes, &monitor, thread, threadCount] {
+            threads.reserve(kThreadCount);
+            for (int thread = 0; thread < kThreadCount; ++thread) {
+                threads.emplace_back([&mistakes, &monitor, thread] {
                     for (int i = 0; i < 100; ++i) {
-                        const int id = i * threadCount + thread;
+                        const int id = i * kThreadCount + thread;
                         if (monitor.getItemLink(id, getText(id)) !=
                             LinkingMonitor::makeLink(1, id, getText(id)))
                             ++mistakes[static_cast<std::size_t>(thread)];
@@ -176,8 +177,8 @@ void TestLinkQuestions::everyThreadGetsItsOwnLinks()
         });
         run.serveAll(target);
     }
-    QCOMPARE(mistakes, std::vector<int>(threadCount));
-    QCOMPARE(target.questionCount, 100 * threadCount);
+    QCOMPARE(mistakes, std::vector<int>(kThreadCount));
+    QCOMPARE(target.questionCount, 100 * kThreadCount);
 }
 
 void TestLinkQuestions::failureToMakeALinkReachesTheRun()
