@@ -19,6 +19,8 @@ install(DIRECTORY ${ORVEL_DATA_DIR}/Protocol DESTINATION ${CMAKE_INSTALL_DATADIR
 install(DIRECTORY host DESTINATION ${headerFolder} COMPONENT Development
     FILES_MATCHING PATTERN "*.h"
     PATTERN "app/LibraryFolder.h" EXCLUDE
+    PATTERN "files/RandomName.h" EXCLUDE
+    PATTERN "files/UnfinishedFile.h" EXCLUDE
     PATTERN "process/JournalBrowser.h" EXCLUDE)
 install(FILES Orvel/Toolkit.h DESTINATION ${headerFolder}/Orvel COMPONENT Development)
 install(FILES

@@ -1,8 +1,8 @@
 #include "host/app/Application.h"
 
 #include "host/app/LibraryFolder.h"
-#include "host/files/CFileException.h"
 #include "host/files/StringUtils.h"
+#include "host/files/UnfinishedFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -12,29 +12,6 @@
 #include <cstdio>
 
 namespace {
-
-[[noreturn]] void failTempFolder(const QString& folder, const QString& reason)
-{
-    throw qor::CFileException(
-        qor::CFileException::CannotCreateFolder,
-        QCoreApplication::translate("Host", "Не удалось создать временную папку в «%1»: %2.")
-            .arg(QDir::toNativeSeparators(folder), reason)
-            .toStdWString());
-}
-
-QString makeTempFolderTemplate()
-{
-    // Empty when TMPDIR names a folder that does not exist; the template would lead to the file system's
-    // root.
-    const QString systemFolder = QDir::tempPath();
-    if (systemFolder.isEmpty()) {
-        failTempFolder(qEnvironmentVariable("TMPDIR"),
-                       QCoreApplication::translate("Host", "такой папки нет"));
-    }
-    QString applicationName = QCoreApplication::applicationName();
-    applicationName.replace(QLatin1Char('/'), QLatin1Char('_'));
-    return systemFolder + QLatin1Char('/') + applicationName + QStringLiteral("-XXXXXXXXXXXX");
-}
 
 QStringList getDataFolders()
 {
@@ -59,18 +36,18 @@ void writeLine(const QString& message)
 
 Application* Application::s_instance = nullptr;
 
-Application::Application(QObject* parent) : QObject(parent), tempDir(makeTempFolderTemplate())
+Application::Application(QObject* parent) : QObject(parent), tempFolder(QCoreApplication::applicationName())
 {
     Q_ASSERT_X(!s_instance, "Application", "there may be only one application object");
-    if (!tempDir.isValid())
-        failTempFolder(QDir::tempPath(), tempDir.errorString());
     s_instance = this;
+    UnfinishedFile::noteIn(tempFolder.getPath());
 }
 
 Application::~Application()
 {
     for (const QString& path : qAsConst(tmpFiles))
         QFile::remove(path);
+    UnfinishedFile::noteIn(QString());
     s_instance = nullptr;
 }
 
@@ -81,7 +58,7 @@ Application* Application::instance()
 
 QString Application::getTempFolder()
 {
-    return s_instance ? s_instance->tempDir.path() : QString();
+    return s_instance ? s_instance->tempFolder.getPath() : QString();
 }
 
 QString Application::getTmpFileName(const QString& pattern)
@@ -96,7 +73,7 @@ QString Application::getTmpFileName(const QString& pattern)
     do {
         QString name = namePattern;
         name.replace(marker, QString::number(++s_instance->lastTmpFileNumber));
-        path = s_instance->tempDir.filePath(name);
+        path = s_instance->tempFolder.filePath(name);
     } while (s_instance->givenFileNames.contains(path) || QFileInfo(path).isSymLink() ||
              QFileInfo::exists(path));
     s_instance->givenFileNames.insert(path);

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "host/app/TempFolder.h"
 #include "host/host_export.h"
 
 #include <QObject>
 #include <QSet>
 #include <QStandardPaths>
 #include <QStringList>
-#include <QTemporaryDir>
 
 /// The application: its temporary files, its installed data and its warnings. At most one exists at a time,
 /// and it needs a QCoreApplication.
@@ -23,8 +23,8 @@ public:
     /// Null when there is no application object.
     static Application* instance();
 
-    /// Absolute path of this instance's own folder, readable by its user only and removed at the end. Empty
-    /// without an application object.
+    /// Absolute path of this instance's own folder, readable by its user only and removed at the end, or by
+    /// the next start when this instance is killed. Empty without an application object.
     static QString getTempFolder();
     /// A path in the temporary folder that no file has and that was not given before: the pattern's file name
     /// with a number for "%1", or with a number and "_" before it when it has no "%1". The file is not made.
@@ -52,7 +52,7 @@ protected:
 private:
     static Application* s_instance;
 
-    QTemporaryDir tempDir;
+    TempFolder tempFolder;
     int lastTmpFileNumber = 0;
     QSet<QString> givenFileNames;
     QStringList tmpFiles;

@@ -1,14 +1,13 @@
 #include "host/files/QtFile.h"
 
 #include "host/files/CFileException.h"
+#include "host/files/UnfinishedFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
-#include <cerrno>
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,38 +30,6 @@ namespace {
     }
     throw qor::CFileException(code, text.arg(QDir::toNativeSeparators(path), reason).toStdWString());
 }
-
-/// A file for which a write that stops half-way, as on a full disk, is a failed write: Qt reports only one
-/// that writes nothing at all.
-class CompleteSaveFile : public QSaveFile
-{
-public:
-    using QSaveFile::QSaveFile;
-
-    /// Whether what was written has reached the disk. Qt does not look when it puts the file into place, and
-    /// the old file would be lost for a new one that is not there after a power cut.
-    bool sync()
-    {
-        // Some file systems cannot; there is nothing to wait for then.
-        if (fsync(handle()) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS)
-            return true;
-        setErrorString(qt_error_string());
-        return false;
-    }
-
-protected:
-    qint64 writeData(const char* data, qint64 size) override
-    {
-        qint64 written = 0;
-        while (written < size) {
-            const qint64 count = QSaveFile::writeData(data + written, size - written);
-            if (count <= 0)
-                return -1;
-            written += count;
-        }
-        return written;
-    }
-};
 
 /// The descriptor that a path like /dev/stdout stands for. Opened by its name a regular file behind it would
 /// be written from its start, or replaced; this one is written where it stands.
@@ -135,7 +102,7 @@ void QtFile::close()
     // Before anything else: closing forgets an earlier failure.
     if (!closing->flush() || closing->error() != QFileDevice::NoError)
         fail(code, path, closing->errorString());
-    auto* saveFile = dynamic_cast<CompleteSaveFile*>(closing.get());
+    auto* saveFile = dynamic_cast<UnfinishedFile*>(closing.get());
     if (saveFile && (!saveFile->sync() || !saveFile->commit()))
         fail(code, path, saveFile->errorString());
 }
@@ -163,7 +130,7 @@ void QtFile::openForWriting(QIODevice::OpenMode mode)
     if (target.exists() && !target.isFile() && !target.isDir())
         writeFile = std::make_unique<QFile>(path);
     else
-        writeFile = std::make_unique<CompleteSaveFile>(path);
+        writeFile = std::make_unique<UnfinishedFile>(path);
     if (!writeFile->open(mode))
         fail(qor::CFileException::CannotOpen, path, writeFile->errorString());
     file = std::move(writeFile);

@@ -2,6 +2,7 @@
 
 #include "host/app/Application.h"
 #include "host/files/CFileException.h"
+#include "host/files/QtFile.h"
 
 #include <QCoreApplication>
 
@@ -18,6 +19,18 @@ QString locate(const QString& command, const QString& name)
     return command == QLatin1String("locate-folder")
                ? Application::locateData(name, QStandardPaths::LocateDirectory)
                : Application::locateData(name);
+}
+
+/// Begins to write a file and says where the temporary folder is; then waits until it is told to go on.
+void writeOn(const QString& path)
+{
+    QtFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.device()->write("new");
+    std::puts(qUtf8Printable(Application::getTempFolder()));
+    std::fflush(stdout);
+    std::getchar();
+    file.close();
 }
 
 } // namespace
@@ -43,6 +56,8 @@ int main(int argc, char* argv[])
         Application::warning(argument, nullptr);
     else if (command == QLatin1String("temp-folder"))
         std::fputs(qUtf8Printable(Application::getTempFolder()), stdout);
+    else if (command == QLatin1String("write-on"))
+        writeOn(argument);
     else if (command.startsWith(QLatin1String("locate")))
         std::fputs(qUtf8Printable(locate(command, argument)), stdout);
     else

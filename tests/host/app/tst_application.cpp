@@ -84,6 +84,39 @@ private:
     QTemporaryDir folder;
 };
 
+/// An instance in the middle of writing a file.
+class WritingChild
+{
+public:
+    explicit WritingChild(const QString& path)
+    {
+        process.start(kChild, {QStringLiteral("write-on"), path});
+        process.waitForReadyRead();
+        tempFolder = QString::fromUtf8(process.readLine()).trimmed();
+    }
+
+    const QString& getTempFolder() const { return tempFolder; }
+    void kill()
+    {
+        process.kill();
+        process.waitForFinished();
+    }
+    void finish()
+    {
+        process.closeWriteChannel();
+        process.waitForFinished();
+    }
+
+private:
+    QProcess process;
+    QString tempFolder;
+};
+
+QStringList getFiles(const QTemporaryDir& folder)
+{
+    return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
 } // namespace
 
 class TestApplication : public QObject
@@ -97,6 +130,9 @@ private Q_SLOTS:
     void slashInTheApplicationNameDoesNoHarm();
     void tempFolderGoesWithTheApplication();
     void tempFolderGoesWhenTheProgramEnds();
+    void whatAKilledInstanceLeftIsRemovedByTheNext();
+    void whatALivingInstanceUsesStays();
+    void whatIsNoLeftOverStays();
     void missingSystemTempFolderIsAnError();
     void tmpFileNameHasANumberInPlaceOfTheMarker();
     void tmpFileNameWithoutAMarkerStartsWithTheNumber();
@@ -138,7 +174,7 @@ void TestApplication::tempFolderIsForItsUserOnly()
 
 void TestApplication::tempFolderHasAnUnguessableName()
 {
-    const QRegularExpression form(QStringLiteral("^%1/tst_application-[A-Za-z]{12}$")
+    const QRegularExpression form(QStringLiteral("^%1/tst_application-[a-z0-9]{16}$")
                                       .arg(QRegularExpression::escape(QDir::tempPath())));
     QStringList folders;
     for (int i = 0; i < 2; ++i) {
@@ -177,6 +213,61 @@ void TestApplication::tempFolderGoesWhenTheProgramEnds()
     QCOMPARE(outcome.exitCode, 0);
     QVERIFY(outcome.output.startsWith(QDir::tempPath() + QStringLiteral("/applicationchild-")));
     QVERIFY(!QFileInfo::exists(outcome.output));
+}
+
+void TestApplication::whatAKilledInstanceLeftIsRemovedByTheNext()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("page.html"));
+    writeFile(path, "old");
+    WritingChild child(path);
+    child.kill();
+    QVERIFY(QFileInfo::exists(child.getTempFolder()));
+    QCOMPARE(getFiles(folder).size(), 2);
+
+    QCOMPARE(runChild({QStringLiteral("temp-folder")}).exitCode, 0);
+    QVERIFY(!QFileInfo::exists(child.getTempFolder()));
+    QCOMPARE(getFiles(folder), QStringList(QStringLiteral("page.html")));
+    QCOMPARE(readFile(path), QByteArray("old"));
+}
+
+void TestApplication::whatALivingInstanceUsesStays()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("page.html"));
+    WritingChild child(path);
+    QCOMPARE(runChild({QStringLiteral("temp-folder")}).exitCode, 0);
+    QVERIFY(QFileInfo::exists(child.getTempFolder()));
+    child.finish();
+    QVERIFY(!QFileInfo::exists(child.getTempFolder()));
+    QCOMPARE(getFiles(folder), QStringList(QStringLiteral("page.html")));
+    QCOMPARE(readFile(path), QByteArray("new"));
+}
+
+void TestApplication::whatIsNoLeftOverStays()
+{
+    const QTemporaryDir system;
+    const QDir folder(system.path());
+    const QString target = QStringLiteral("target");
+    const QString link = QStringLiteral("applicationchild-aaaaaaaaaaaaaaaa");
+    // Of an earlier version, which locks nothing; of another program; a link.
+    const QStringList others{QStringLiteral("applicationchild-AbCdEfGhIjKl"),
+                             QStringLiteral("otherchild-aaaaaaaaaaaaaaaa"), target};
+    for (const QString& name : others)
+        QVERIFY(folder.mkdir(name));
+    QVERIFY(QFile::link(folder.filePath(target), folder.filePath(link)));
+    // A note may be of anything, but only files that were being written are removed.
+    const QString leftOver = QStringLiteral("applicationchild-bbbbbbbbbbbbbbbb");
+    const QString precious = folder.filePath(QStringLiteral("precious.html"));
+    QVERIFY(folder.mkdir(leftOver));
+    writeFile(precious, "x");
+    QVERIFY(QFile::link(precious, folder.filePath(leftOver + QStringLiteral("/unfinished-1"))));
+
+    const QString variable = QStringLiteral("TMPDIR=") + system.path();
+    QCOMPARE(runChild({QStringLiteral("temp-folder")}, {variable}).exitCode, 0);
+    QCOMPARE(folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name),
+             QStringList({others[0], link, others[1], target}));
+    QVERIFY(QFileInfo::exists(precious));
 }
 
 void TestApplication::missingSystemTempFolderIsAnError()

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/host_export.h"
+
+#include <QString>
+
+/// A folder of this instance's own below the system's folder for temporary files. Only its user can reach it,
+/// and its name cannot be guessed. It is removed at the end; of an instance that is killed, by the next one
+/// of that name.
+class HOST_EXPORT TempFolder
+{
+public:
+    /// Removes what killed instances have left, then makes the folder.
+    /// @param name of the program
+    /// @throws qor::CFileException if the folder cannot be made
+    explicit TempFolder(const QString& name);
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    const QString& getPath() const { return path; }
+    QString filePath(const QString& fileName) const;
+
+private:
+    bool make(const QString& candidate);
+    void unlock();
+
+    QString path;
+    int lock = -1;
+};
