@@ -1,13 +1,20 @@
 #include "apps/common/OffscreenPlatform.h"
 
+#include "host/files/CFileException.h"
+
 namespace orvel::apps {
 
 OffscreenPlatform::OffscreenPlatform()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
-        runtimeFolder = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_RUNTIME_DIR", runtimeFolder->path().toLocal8Bit());
+    if (qEnvironmentVariableIsSet("XDG_RUNTIME_DIR"))
+        return;
+    try {
+        runtimeFolder = std::make_unique<TempFolder>(QStringLiteral("orvel-runtime"));
+        qputenv("XDG_RUNTIME_DIR", runtimeFolder->getPath().toLocal8Bit());
+    } catch (const qor::CFileException&) {
+        // The application needs a folder, too, and says what is wrong.
+        runtimeFolder.reset();
     }
 }
 

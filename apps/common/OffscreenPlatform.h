@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QTemporaryDir>
+#include "host/app/TempFolder.h"
 
 #include <memory>
 
@@ -15,7 +15,7 @@ public:
 
 private:
     // Qt complains on stderr where the system has given the user no runtime folder, as in a bare container.
-    std::unique_ptr<QTemporaryDir> runtimeFolder;
+    std::unique_ptr<TempFolder> runtimeFolder;
 };
 
 } // namespace orvel::apps

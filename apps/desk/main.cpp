@@ -1,4 +1,5 @@
 #include "apps/common/OffscreenPlatform.h"
+#include "apps/common/TerminationSignals.h"
 #include "apps/common/Version.h"
 #include "apps/desk/CommandLine.h"
 #include "apps/desk/Desk.h"
@@ -102,7 +103,7 @@ int runWindow(const DeskHost& host, const CommandLine& commandLine)
 {
     DeskSession session(host.getPlugins(), commandLine.recordFile);
     session.start(commandLine.argument);
-    return QApplication::exec();
+    return orvel::apps::TerminationSignals::hasCome() ? 0 : QApplication::exec();
 }
 
 /// Hands a URI to an instance that runs already.
@@ -133,6 +134,7 @@ int run(const CommandLine& commandLine)
 int main(int argc, char* argv[])
 {
     occupyStandardStreams();
+    orvel::apps::TerminationSignals termination;
     const QStringList arguments = getArguments(argc, argv);
     // What needs no window must not look for a display.
     const CommandLine preview = CommandLine::parse(arguments);
@@ -143,6 +145,7 @@ int main(int argc, char* argv[])
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
+    termination.watch();
     QCoreApplication::setOrganizationName(QStringLiteral("Orvel"));
     QCoreApplication::setApplicationName(QStringLiteral("orvel-desk"));
     QCoreApplication::setApplicationVersion(orvel::apps::getVersion());
@@ -151,7 +154,7 @@ int main(int argc, char* argv[])
     QGuiApplication::setApplicationDisplayName(Desk::tr("Нивелирный стол"));
     registerDeskTypes();
     try {
-        return run(CommandLine::parse(arguments));
+        return orvel::apps::TerminationSignals::getExitCode(run(CommandLine::parse(arguments)));
     } catch (const exceptions::Error& error) {
         return fail(QString::fromStdWString(error.getText()));
     }

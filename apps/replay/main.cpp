@@ -1,4 +1,5 @@
 #include "apps/common/OffscreenPlatform.h"
+#include "apps/common/TerminationSignals.h"
 #include "apps/common/Version.h"
 #include "apps/replay/JournalError.h"
 #include "apps/replay/JournalPlayer.h"
@@ -49,7 +50,7 @@ int playJournal(const QString& path, const JournalFolder& folder)
     JournalPlayer player(folder);
     int lineNumber = 0;
     try {
-        while (!journal.atEnd()) {
+        while (!journal.atEnd() && !orvel::apps::TerminationSignals::hasCome()) {
             ++lineNumber;
             const QByteArray text = journal.readLine().trimmed();
             if (!text.isEmpty())
@@ -100,7 +101,9 @@ int run(const QStringList& arguments)
 
 int main(int argc, char* argv[])
 {
+    orvel::apps::TerminationSignals termination;
     const orvel::apps::OffscreenPlatform platform;
     const QApplication application(argc, argv);
-    return run(QCoreApplication::arguments());
+    termination.watch();
+    return orvel::apps::TerminationSignals::getExitCode(run(QCoreApplication::arguments()));
 }

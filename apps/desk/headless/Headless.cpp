@@ -2,6 +2,7 @@
 
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/SavedProtocol.h"
+#include "apps/common/TerminationSignals.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
@@ -72,6 +73,9 @@ int Headless::execute(const CommandLine& commandLine)
             perform(runs::makeExport(document, commandLine.exportFile));
     }
 
+    // What an interrupted run has done is no result to be kept.
+    if (apps::TerminationSignals::hasCome())
+        return exitCode;
     if (!commandLine.pagesFolder.isEmpty())
         writePages(commandLine.pagesFolder);
     if (!commandLine.dataFile.isEmpty())
@@ -110,6 +114,8 @@ void Headless::startRecording(const QString& path)
 /// Whether the run did what it is for.
 bool Headless::perform(const DeskRun& run)
 {
+    if (apps::TerminationSignals::hasCome())
+        return false;
     monitor.startRun(run);
     monitor.waitForFinished();
     document.updateSummary();

@@ -11,6 +11,7 @@
 #include "host/app/SDIApplication.h"
 #include "host/enums/EnumData.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 

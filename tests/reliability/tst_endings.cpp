@@ -1,0 +1,245 @@
+#include "tests/desk/DeskFixture.h"
+#include "tests/levelling/SyntheticNetwork.h"
+#include "tests/support/TestFiles.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+using namespace orvel::test;
+
+/// However a program is ended, at any moment: a signal that asks for it leaves nothing, and what a kill
+/// leaves is removed by the next start.
+class TestEndings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void signalEndsInOrder_data();
+    void signalEndsInOrder();
+    void signalEndsAWindowInOrder_data();
+    void signalEndsAWindowInOrder();
+    void signalEndsTheReplayInOrder_data();
+    void signalEndsTheReplayInOrder();
+    void ignoredSignalStaysIgnored();
+    void nextStartRemovesWhatAKillLeft();
+
+private:
+    int kills = 6;
+    int signalCount = 2;
+};
+
+namespace {
+
+constexpr int kPatience = 60000;
+
+/// What the desk is killed in: a network that takes it a while, and folders that are looked at afterwards.
+class Place
+{
+public:
+    Place()
+    {
+        for (const char* name : {"tmp", "out", "run"})
+            QDir(folder.path()).mkdir(QString::fromLatin1(name));
+        QFile::setPermissions(path("run"),
+                              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        writeFile(path("large.gkf"), networks::toGkf(networks::synthetic(2000, 5000)));
+        writeFile(path("small.gkf"), networks::toGkf(networks::synthetic(20, 30)));
+        QByteArray journal = R"({"do": "project", "name": "P"})"
+                             "\n";
+        for (int i = 0; i < 2000; ++i)
+            journal += "{\"do\": \"begin\", \"type\": 1}\n{\"do\": \"write\", \"text\": \"x\"}\n{\"do\": "
+                       "\"end\"}\n{\"do\": \"page\", \"type\": 1, \"to\": \"1.html\"}\n";
+        writeFile(path("long.jsonl"), journal);
+    }
+
+    QString path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
+    QStringList list(const char* name) const
+    {
+        return QDir(path(name))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    }
+    /// Names of files that were being written.
+    QStringList findUnfinished() const
+    {
+        return list("out").filter(QRegularExpression(QStringLiteral("\\.[A-Za-z0-9]{6,}$")));
+    }
+
+    /// @param runtimeFolder the one that the session gives the user; none for a program without a window
+    void start(QProcess& process, const QString& program, const QStringList& arguments,
+               const QString& runtimeFolder = QString()) const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+        if (!runtimeFolder.isEmpty())
+            environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtimeFolder);
+        environment.insert(QStringLiteral("TMPDIR"), path("tmp"));
+        environment.insert(QStringLiteral("HOME"), folder.path());
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(path("out"));
+        process.start(program, arguments);
+        process.waitForStarted();
+    }
+
+private:
+    QTemporaryDir folder;
+};
+
+QStringList makeHeadlessArguments(const char* network)
+{
+    return {QStringLiteral("--headless"), QStringLiteral("--import"), QString::fromLatin1(network),
+            QStringLiteral("--run"),      QStringLiteral("compile"),  QStringLiteral("--run"),
+            QStringLiteral("adjust"),     QStringLiteral("--pages"),  QStringLiteral("."),
+            QStringLiteral("--export"),   QStringLiteral("h.csv"),    QStringLiteral("--data"),
+            QStringLiteral("d.xml"),      QStringLiteral("--save"),   QStringLiteral("p.orvel")};
+}
+
+void addSignals()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("TERM") << SIGTERM;
+    QTest::newRow("INT") << SIGINT;
+    QTest::newRow("HUP") << SIGHUP;
+}
+
+void sleepAtMost(QRandomGenerator& random, int milliseconds)
+{
+    std::this_thread::sleep_for(std::chrono::microseconds(random.bounded(1000 * milliseconds)));
+}
+
+/// Whether the program has made its temporary folder, so that it is past its start.
+bool waitForTempFolder(const Place& place)
+{
+    return QTest::qWaitFor([&place] { return !place.list("tmp").isEmpty(); }, kPatience);
+}
+
+} // namespace
+
+void TestEndings::initTestCase()
+{
+    if (qEnvironmentVariableIsSet("RELIABILITY_KILLS"))
+        kills = qEnvironmentVariableIntValue("RELIABILITY_KILLS");
+    if (qEnvironmentVariableIsSet("RELIABILITY_SIGNALS"))
+        signalCount = qEnvironmentVariableIntValue("RELIABILITY_SIGNALS");
+}
+
+void TestEndings::signalEndsInOrder_data()
+{
+    addSignals();
+}
+
+void TestEndings::signalEndsInOrder()
+{
+    QFETCH(int, number);
+    const Place place;
+    QRandomGenerator random(static_cast<quint32>(number));
+    for (int i = 0; i < signalCount; ++i) {
+        QProcess desk;
+        place.start(desk, QStringLiteral(DESK_PROGRAM), makeHeadlessArguments("../large.gkf"));
+        QVERIFY(waitForTempFolder(place));
+        sleepAtMost(random, 300);
+        ::kill(static_cast<pid_t>(desk.processId()), number);
+        QVERIFY(desk.waitForFinished(kPatience));
+        QCOMPARE(desk.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(desk.exitCode(), 128 + number);
+        QCOMPARE(place.list("tmp"), QStringList());
+        QCOMPARE(place.findUnfinished(), QStringList());
+    }
+}
+
+void TestEndings::signalEndsAWindowInOrder_data()
+{
+    addSignals();
+}
+
+void TestEndings::signalEndsAWindowInOrder()
+{
+    QFETCH(int, number);
+    const Place place;
+    QRandomGenerator random(static_cast<quint32>(number));
+    for (int i = 0; i < signalCount; ++i) {
+        QProcess desk;
+        place.start(desk, QStringLiteral(DESK_PROGRAM),
+                    {QStringLiteral("-platform"), QStringLiteral("offscreen"), place.path("large.gkf")},
+                    place.path("run"));
+        QVERIFY(waitForTempFolder(place));
+        sleepAtMost(random, 500);
+        ::kill(static_cast<pid_t>(desk.processId()), number);
+        QVERIFY(desk.waitForFinished(kPatience));
+        QCOMPARE(desk.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(desk.exitCode(), 128 + number);
+        QCOMPARE(place.list("tmp"), QStringList());
+    }
+}
+
+void TestEndings::signalEndsTheReplayInOrder_data()
+{
+    addSignals();
+}
+
+void TestEndings::signalEndsTheReplayInOrder()
+{
+    QFETCH(int, number);
+    const Place place;
+    QRandomGenerator random(static_cast<quint32>(number));
+    for (int i = 0; i < signalCount; ++i) {
+        QProcess replay;
+        place.start(replay, QStringLiteral(REPLAY_PROGRAM), {QStringLiteral("../long.jsonl")});
+        QVERIFY(waitForTempFolder(place));
+        sleepAtMost(random, 300);
+        ::kill(static_cast<pid_t>(replay.processId()), number);
+        QVERIFY(replay.waitForFinished(kPatience));
+        QCOMPARE(replay.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(replay.exitCode(), 128 + number);
+        QCOMPARE(place.list("tmp"), QStringList());
+        QCOMPARE(place.findUnfinished(), QStringList());
+    }
+}
+
+void TestEndings::ignoredSignalStaysIgnored()
+{
+    const Place place;
+    QProcess desk;
+    place.start(desk, QStringLiteral("nohup"),
+                QStringList(QStringLiteral(DESK_PROGRAM)) + makeHeadlessArguments("../small.gkf"));
+    QVERIFY(waitForTempFolder(place));
+    ::kill(static_cast<pid_t>(desk.processId()), SIGHUP);
+    QVERIFY(desk.waitForFinished(kPatience));
+    QCOMPARE(desk.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(desk.exitCode(), 0);
+}
+
+void TestEndings::nextStartRemovesWhatAKillLeft()
+{
+    const Place place;
+    QRandomGenerator random(20240601);
+    int leftFolders = 0;
+    int leftFiles = 0;
+    for (int i = 0; i < kills; ++i) {
+        QProcess desk;
+        place.start(desk, QStringLiteral(DESK_PROGRAM), makeHeadlessArguments("../large.gkf"));
+        sleepAtMost(random, 1500);
+        desk.kill();
+        QVERIFY(desk.waitForFinished(kPatience));
+        leftFolders += place.list("tmp").size();
+        leftFiles += place.findUnfinished().size();
+
+        QProcess next;
+        place.start(next, QStringLiteral(DESK_PROGRAM), makeHeadlessArguments("../small.gkf"));
+        QVERIFY(next.waitForFinished(kPatience));
+        QCOMPARE(next.exitCode(), 0);
+        QCOMPARE(place.list("tmp"), QStringList());
+        QCOMPARE(place.findUnfinished(), QStringList());
+    }
+    qInfo("%d kills left %d folders and %d unfinished files, all removed", kills, leftFolders, leftFiles);
+}
+
+QTEST_GUILESS_MAIN(TestEndings)
+#include "tst_endings.moc"
