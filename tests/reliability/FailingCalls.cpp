@@ -102,6 +102,7 @@ QByteArray FailingCalls::getFailedCall() const
 
 extern "C" {
 
+// Qt opens by this one, the host by the next.
 __attribute__((visibility("default"))) int open64(const char* path, int flags, ...)
 {
     va_list arguments;
@@ -112,6 +113,15 @@ __attribute__((visibility("default"))) int open64(const char* path, int flags, .
         return -1;
     static const auto next = findNext<int (*)(const char*, int, ...)>("open64");
     return next(path, flags, mode);
+}
+
+__attribute__((visibility("default"))) int open(const char* path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return open64(path, flags, mode);
 }
 
 __attribute__((visibility("default"))) ssize_t write(int file, const void* data, size_t size)
