@@ -1208,6 +1208,10 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>Проект «%1» не сохранён: другая программа изменила его тем временем.</source>
         <translation>The project &quot;%1&quot; was not saved: another program has changed it meanwhile.</translation>
     </message>
+    <message>
+        <source>Открытое окно программы не отвечает. Закройте его или подождите и щёлкните ссылку ещё раз.</source>
+        <translation>The window of the program that is open does not answer. Close it, or wait and click the link again.</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

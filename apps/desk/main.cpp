@@ -15,9 +15,11 @@
 #include "host/delegates/ItemDelegateFactory.h"
 #include "host/files/Error.h"
 #include "host/files/StringUtils.h"
+#include "host/window/Display.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QTextStream>
 #include <QUrl>
 
@@ -107,10 +109,21 @@ int runWindow(const DeskHost& host, const CommandLine& commandLine)
 }
 
 /// Hands a URI to an instance that runs already.
-bool handOver(const QString& argument)
+uriclient::Answer handOver(const QString& argument)
 {
     const QUrl url(argument);
-    return url.scheme() == QLatin1String("orvel") && uriclient::handOver(url);
+    return url.scheme() == QLatin1String("orvel") ? uriclient::handOver(url) : uriclient::Answer::Nobody;
+}
+
+/// A second window would show another project than the one that the URI leads to.
+int tellOfSilence()
+{
+    const QString text =
+        Desk::tr("Открытое окно программы не отвечает. Закройте его или подождите и щёлкните "
+                 "ссылку ещё раз.");
+    if (hasDisplay())
+        QMessageBox::warning(nullptr, QGuiApplication::applicationDisplayName(), text);
+    return fail(text);
 }
 
 int run(const CommandLine& commandLine)
@@ -121,8 +134,11 @@ int run(const CommandLine& commandLine)
         return print(CommandLine::getHelp());
     if (commandLine.wantsVersion)
         return print(QStringLiteral("orvel-desk %1\n").arg(orvel::apps::getVersion()));
-    if (!commandLine.isHeadless && handOver(commandLine.argument))
-        return 0;
+    const auto answer = commandLine.isHeadless ? uriclient::Answer::Nobody : handOver(commandLine.argument);
+    if (answer == uriclient::Answer::Taken)
+        return Headless::Done;
+    if (answer == uriclient::Answer::Silent)
+        return tellOfSilence();
     const DeskHost host;
     if (!host.getError().isEmpty())
         return fail(host.getError());

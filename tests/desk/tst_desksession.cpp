@@ -11,8 +11,11 @@
 #include "tests/support/TestFiles.h"
 
 #include <QDir>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QPointer>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <sys/socket.h>
@@ -49,11 +52,16 @@ private Q_SLOTS:
     void secondStartSelectsItem();
     void secondStartWithOtherProjectIsDeclined();
     void socketOfCrashedInstanceIsRemoved();
+    void silentInstanceIsToldOf();
+    void endlessRequestIsCutOff();
+    void connectionsAreBounded();
 
 private:
     DeskWindow& window() { return session->getWindow(); }
     void finishRun();
     void adjust();
+    /// Where this instance listens.
+    static QString findSocket();
     /// Shows an empty project; the window of the one before is gone.
     void closeProject();
     QString page(int protocolType);
@@ -87,6 +95,13 @@ void TestDeskSession::adjust()
     finishRun();
     QVERIFY(triggerAction(window(), QStringLiteral("Уравнивание")));
     finishRun();
+}
+
+QString TestDeskSession::findSocket()
+{
+    return QStringLiteral("%1/orvel-desk-%2.socket")
+        .arg(qEnvironmentVariable("XDG_RUNTIME_DIR"))
+        .arg(QCoreApplication::applicationPid());
 }
 
 void TestDeskSession::closeProject()
@@ -382,6 +397,56 @@ void TestDeskSession::socketOfCrashedInstanceIsRemoved()
     QCOMPARE(startAgain(QStringLiteral("orvel://locate-item?id=%1&project=two-benchmarks").arg(id)), 0);
     QCOMPARE(window().getTable().getCurrentItem(), id);
     QVERIFY(!QFileInfo::exists(stale));
+}
+
+void TestDeskSession::silentInstanceIsToldOf()
+{
+    QLocalServer silent;
+    QVERIFY(silent.listen(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/orvel-desk-1.socket")));
+    const DeskProcess start = DeskProcess::runPlain(
+        desk->folder.path(),
+        toList("-platform|offscreen|orvel://locate-item?id=1000001&project=two-benchmarks"));
+    QCOMPARE(start.errors, QStringLiteral("orvel-desk: Открытое окно программы не отвечает. Закройте его или "
+                                          "подождите и щёлкните ссылку ещё раз.\n"));
+    QCOMPARE(start.exitCode, 2);
+}
+
+void TestDeskSession::endlessRequestIsCutOff()
+{
+    session->start(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    finishRun();
+    QLocalSocket sender;
+    sender.connectToServer(findSocket());
+    QVERIFY(sender.waitForConnected());
+    QSignalSpy disconnected(&sender, &QLocalSocket::disconnected);
+    for (int i = 0; i < 100 && disconnected.isEmpty(); ++i) {
+        sender.write(QByteArray(65536, 'a'));
+        QTest::qWait(10);
+    }
+    QCOMPARE(disconnected.size(), 1);
+    // Others are still answered.
+    const LONGID id = window().getDocument().getPoints()[1]->getId();
+    QCOMPARE(startAgain(QStringLiteral("orvel://locate-item?id=%1&project=two-benchmarks").arg(id)), 0);
+    QCOMPARE(window().getTable().getCurrentItem(), id);
+}
+
+void TestDeskSession::connectionsAreBounded()
+{
+    session->start(QString());
+    std::vector<std::unique_ptr<QLocalSocket>> senders;
+    for (int i = 0; i < 60; ++i) {
+        senders.push_back(std::make_unique<QLocalSocket>());
+        senders.back()->connectToServer(findSocket());
+        QTest::qWait(1);
+    }
+    const auto countConnected = [&] {
+        return std::count_if(senders.begin(), senders.end(), [](const std::unique_ptr<QLocalSocket>& sender) {
+            return sender->state() == QLocalSocket::ConnectedState;
+        });
+    };
+    QTRY_COMPARE(int(countConnected()), 32);
+    // Who says nothing is sent away.
+    QTRY_COMPARE_WITH_TIMEOUT(int(countConnected()), 0, 10000);
 }
 
 QTEST_MAIN(TestDeskSession)

@@ -11,6 +11,7 @@
 #include "tests/desk/DeskFixture.h"
 #include "tests/support/TestFiles.h"
 
+#include <QDir>
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -65,6 +66,9 @@ private Q_SLOTS:
     void urisAreFollowed_data();
     void urisAreFollowed();
     void uriDuringRunWaits();
+    void equalUrisAreOne();
+    void pageIsReusedWhileItsLinesAreTheSame();
+    void uriOfAnotherTypeSelectsNothing();
     void reportsAreWritten();
     void reportNeedsResults();
     void classChangesTolerance();
@@ -509,6 +513,9 @@ void TestDeskWindow::urisAreFollowed_data()
                             << taken;
     QTest::newRow("another project") << "orvel://locate-item?id=1000003&project=Other" << other;
     QTest::newRow("no project") << "orvel://locate-item?id=1000003" << other;
+    QTest::newRow("no such protocol")
+        << QStringLiteral("orvel://generate-protocol?id=%1").arg(int(enums::CalcTacheometry)) + project
+        << not_;
     QTest::newRow("no id") << QStringLiteral("orvel://locate-item?type=LevellingPoint") + project << not_;
     QTest::newRow("id is no number") << QStringLiteral("orvel://generate-protocol?id=abc") + project << not_;
     QTest::newRow("report beyond 32 bits")
@@ -538,6 +545,61 @@ void TestDeskWindow::uriDuringRunWaits()
     QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-protocol", enums::Adjust))),
              UriFollower::Answer::Taken);
     QVERIFY(lastPage().contains(QStringLiteral("H = 105.15040 м")));
+}
+
+void TestDeskWindow::equalUrisAreOne()
+{
+    const auto countPages = [] {
+        return QDir(Application::getTempFolder()).entryList({QStringLiteral("protocol_*.html")}).size();
+    };
+    const int before = countPages();
+    for (int i = 0; i < 500; ++i) {
+        const QString address = uri("generate-protocol", enums::Import) + QStringLiteral("&n=%1").arg(i);
+        QCOMPARE(window->getUriFollower().follow(QUrl(address)), UriFollower::Answer::Taken);
+    }
+    QCOMPARE(desk->opened.getPaths().size(), 1);
+    QCOMPARE(countPages(), before + 1);
+    // Another one is another, and after a while it is a new one.
+    QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-protocol", enums::Adjust))),
+             UriFollower::Answer::Taken);
+    QCOMPARE(desk->opened.getPaths().size(), 2);
+    QTest::qWait(2100);
+    window->getUriFollower().follow(QUrl(uri("generate-protocol", enums::Import)));
+    QCOMPARE(desk->opened.getPaths().size(), 3);
+    QCOMPARE(desk->opened.getPaths()[2], desk->opened.getPaths()[0]);
+}
+
+void TestDeskWindow::pageIsReusedWhileItsLinesAreTheSame()
+{
+    run("Уравнивание");
+    window->showProtocol(enums::Adjust);
+    window->showProtocol(enums::Adjust);
+    QCOMPARE(desk->opened.getPaths().size(), 2);
+    QCOMPARE(desk->opened.getPaths()[1], desk->opened.getPaths()[0]);
+    run("Уравнивание");
+    window->showProtocol(enums::Adjust);
+    QVERIFY(desk->opened.getPaths()[2] != desk->opened.getPaths()[0]);
+    // One that somebody removed is made anew.
+    QVERIFY(QFile::remove(desk->opened.getPaths()[2]));
+    window->showProtocol(enums::Adjust);
+    QVERIFY(QFile::exists(desk->opened.getPaths()[3]));
+}
+
+void TestDeskWindow::uriOfAnotherTypeSelectsNothing()
+{
+    const LONGID point = window->getDocument().getPoints()[3]->getId();
+    const LONGID section = window->getDocument().getSections()[1]->getId();
+    const auto follow = [this](LONGID id, const char* type) {
+        window->getUriFollower().follow(
+            QUrl(uri("locate-item", id) + QStringLiteral("&type=%1").arg(QLatin1String(type))));
+    };
+    follow(section, "LevellingSection");
+    QCOMPARE(window->getTable().getCurrentItem(), section);
+    QCOMPARE(window->getMessageBar().getMessage(), QString());
+    follow(point, "LevellingSection");
+    QCOMPARE(window->getTable().getCurrentItem(), section);
+    QCOMPARE(window->getMessageBar().getMessage(),
+             QStringLiteral("Этого пункта или этой секции в проекте больше нет."));
 }
 
 void TestDeskWindow::reportsAreWritten()

@@ -250,7 +250,7 @@ void TestTwoUsers::linkIsNotGivenToTheOtherUsersSocket()
         QVERIFY(server.listen(folder + QStringLiteral("/orvel-desk-1.socket")));
     }
     QVERIFY(giveTo(geteuid(), folder));
-    QVERIFY(!uriclient::handOver(QUrl(linkTo(1))));
+    QVERIFY(uriclient::handOver(QUrl(linkTo(1))) == uriclient::Answer::Nobody);
     QVERIFY(server.waitForNewConnection(1000));
     const QLocalSocket* connection = server.nextPendingConnection();
     QTRY_COMPARE(connection->state(), QLocalSocket::UnconnectedState);
@@ -268,9 +268,9 @@ void TestTwoUsers::linkIsNotGivenToSocketsInTheWorkingFolder()
     QVERIFY(QDir::setCurrent(shared->path()));
     QLocalServer server;
     QVERIFY(server.listen(shared->filePath(QStringLiteral("orvel-desk-1.socket"))));
-    const bool isTaken = uriclient::handOver(QUrl(linkTo(1)));
+    const uriclient::Answer answer = uriclient::handOver(QUrl(linkTo(1)));
     QDir::setCurrent(before);
-    QVERIFY(!isTaken);
+    QVERIFY(answer == uriclient::Answer::Nobody);
     QVERIFY(!server.waitForNewConnection(1000));
     session->start(QString());
     QCOMPARE(

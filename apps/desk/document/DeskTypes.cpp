@@ -36,6 +36,11 @@ void registerDeskTypes()
     translateType(enums::Export, Desk::tr("Экспорт"));
 }
 
+std::vector<int> getProtocolTypes()
+{
+    return {enums::Import, enums::Compile, enums::Adjust, enums::L1Analysis, enums::Export};
+}
+
 QString getTypeText(int type)
 {
     return QString::fromStdWString(getEnumData(type).getTextSingular());

@@ -4,11 +4,16 @@
 
 #include <QString>
 
+#include <vector>
+
 namespace orvel::desk {
 
 /// Types of the reports; what else there is to know of them stands in DeskReports.
 constexpr int kHeightCatalogue = 0x2C071401;
 constexpr int kResidualList = 0x2C071402;
+
+/// The protocol types of the desk's runs, in the order of its menus.
+std::vector<int> getProtocolTypes();
 
 /// Registers the display texts of the desk's items and reports and of the protocol types, in the language
 /// that is installed. A protocol takes the names of its groups when it is made, so this comes before the

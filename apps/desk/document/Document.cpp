@@ -6,6 +6,7 @@
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "host/app/PluginManager.h"
+#include "host/enums/EnumData.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
 #include <QSet>
@@ -149,6 +150,16 @@ std::vector<LevellingSection*> Document::getSections() const
     for (const auto& item : sectionManager->getItems())
         sections.push_back(static_cast<LevellingSection*>(item.get()));
     return sections;
+}
+
+QString Document::findTypeName(LONGID id) const
+{
+    std::optional<qint64> type;
+    if (const CModelElement* point = model.findItemAnywhere(id))
+        type = point->getType();
+    else if (const tervo::IItem* section = sectionManager->findItem(id))
+        type = section->getType();
+    return type ? QString::fromStdString(getEnumData(static_cast<int>(*type)).getTextInternal()) : QString();
 }
 
 bool Document::isEmpty() const

@@ -72,6 +72,8 @@ public:
     void setLevellingClass(LevellingClass newClass);
     std::vector<LevellingPoint*> getPoints() const;
     std::vector<LevellingSection*> getSections() const;
+    /// The internal name of an item's type, as links have it; empty if there is no such item.
+    QString findTypeName(LONGID id) const;
     bool isEmpty() const;
     /// Some point has an adjusted height.
     bool hasResults() const;

@@ -1,6 +1,5 @@
 #include "apps/desk/gui/DeskActions.h"
 
-#include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/gui/GlyphIcon.h"
@@ -120,8 +119,7 @@ void DeskActions::createProtocolMenu()
 {
     protocolMenu = window.menuBar()->addMenu(Desk::tr("&Протоколы"));
     int number = 0;
-    for (const int type : {int(enums::Import), int(enums::Compile), int(enums::Adjust),
-                           int(enums::L1Analysis), int(enums::Export)}) {
+    for (const int type : getProtocolTypes()) {
         QAction* action = protocolMenu->addAction(makeIcon(Glyph::Protocol), getTypeText(type));
         action->setShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(++number)));
         connect(action, &QAction::triggered, this, [this, type] { Q_EMIT protocolRequested(type); });

@@ -1,20 +1,36 @@
 #include "apps/desk/gui/DeskNavigation.h"
 
+#include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/gui/DeskWindow.h"
 
 #include <QUrl>
 #include <QUrlQuery>
 
+#include <algorithm>
+
 namespace orvel::desk {
+
+bool DeskNavigation::isUnknownProtocol(const QUrl& url)
+{
+    const int type = QUrlQuery(url).queryItemValue(QStringLiteral("id")).toInt();
+    const std::vector<int> types = getProtocolTypes();
+    return url.host() == QLatin1String("generate-protocol") &&
+           std::find(types.begin(), types.end(), type) == types.end();
+}
 
 bool DeskNavigation::navigate(const QUrl& url)
 {
-    const QString id = QUrlQuery(url).queryItemValue(QStringLiteral("id"));
+    const QUrlQuery query(url);
+    const QString id = query.queryItemValue(QStringLiteral("id"));
     bool isNumber = false;
     if (url.host() == QLatin1String("locate-item")) {
         const LONGID itemId = id.toLongLong(&isNumber);
         if (isNumber)
-            window.locateItem(itemId);
+            window.locateItem(itemId, query.queryItemValue(QStringLiteral("type")));
+    } else if (url.host() == QLatin1String("generate-protocol")) {
+        const int protocolType = id.toInt(&isNumber);
+        if (isNumber)
+            window.showProtocol(protocolType);
     } else if (url.host() == QLatin1String("generate-report")) {
         const int reportType = id.toInt(&isNumber);
         if (isNumber)

@@ -2,6 +2,7 @@
 
 #include "Orvel/Toolkit.h"
 #include "Orvel/integration/OrvelGUIExtension.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
@@ -24,6 +25,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -82,8 +84,10 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     connect(document, &Document::originChanged, this, &DeskWindow::updateTitle);
     connect(document, &Document::networkReplaced, this, &DeskWindow::updateActions);
     connect(document, &Document::resultsChanged, this, &DeskWindow::updateActions);
-    connect(document, &Document::summaryChanged, this,
-            [this] { protocols->setSummary(document->getSummary()); });
+    connect(document, &Document::summaryChanged, this, [this] {
+        pages.clear();
+        protocols->setSummary(document->getSummary());
+    });
     protocols->setSummary(document->getSummary());
     setWindowModified(document->isModified());
     updateTitle();
@@ -208,8 +212,16 @@ bool DeskWindow::mayLoseChanges()
 
 void DeskWindow::showProtocol(int protocolType)
 {
-    if (OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this))
-        viewer->showOrvel(protocolType);
+    const QString page = pages[protocolType];
+    if (QFileInfo::exists(page)) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(page));
+        return;
+    }
+    OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this);
+    if (!viewer)
+        return;
+    viewer->showOrvel(protocolType);
+    pages[protocolType] = ProtocolState::read(document->getProtocol()).pages[protocolType];
 }
 
 void DeskWindow::showReport(int reportType)
@@ -231,12 +243,13 @@ void DeskWindow::showReport(int reportType)
     });
 }
 
-void DeskWindow::locateItem(LONGID id)
+void DeskWindow::locateItem(LONGID id, const QString& typeName)
 {
-    if (!table->selectItem(id)) {
+    const bool isMeant = typeName.isEmpty() || typeName == document->findTypeName(id);
+    if (!isMeant || !table->selectItem(id)) {
         // The search may hide it.
         search->clear();
-        if (!table->selectItem(id)) {
+        if (!isMeant || !table->selectItem(id)) {
             messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
             return;
         }

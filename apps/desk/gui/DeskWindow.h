@@ -6,6 +6,7 @@
 #include "apps/desk/process/RunMonitor.h"
 #include "host/window/ProjectWindow.h"
 
+#include <map>
 #include <memory>
 
 class QLineEdit;
@@ -48,10 +49,12 @@ public:
     /// which the user gave up.
     bool mayBeClosed();
 
+    /// Opens the page of a protocol; while its lines are the same, the page that there is.
     void showProtocol(int protocolType);
     void showReport(int reportType);
-    /// Selects the item, or says that there is none.
-    void locateItem(LONGID id);
+    /// Selects the item, or says that there is none. With the internal name of a type only an item of that
+    /// type is meant: another project of the same name has other items under the same ids.
+    void locateItem(LONGID id, const QString& typeName = {});
 
     UriFollower& getUriFollower() { return uriFollower; }
     void bringToFront();
@@ -91,6 +94,7 @@ private:
     std::unique_ptr<JournalRecorder> recorder;
     std::unique_ptr<RunMonitor> monitor;
     bool closeAfterRun = false;
+    std::map<int, QString> pages; ///< made of the lines as they are, by protocol type
 
     UriFollower uriFollower;
     DeskActions* actions;

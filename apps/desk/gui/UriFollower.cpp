@@ -2,11 +2,14 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/gui/DeskNavigation.h"
 #include "apps/desk/gui/DeskWindow.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "host/app/SDIApplication.h"
 
 #include <QUrlQuery>
+
+#include <iterator>
 
 namespace orvel::desk {
 
@@ -17,7 +20,16 @@ QString findProjectName(const QUrl& url)
     return QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded);
 }
 
+// Requests that come sooner after an equal one are that one, ms.
+constexpr qint64 kRepetition = 2000;
+constexpr int kLongestShownUri = 200;
+
 } // namespace
+
+UriFollower::UriFollower(DeskWindow& deskWindow) : window(deskWindow)
+{
+    clock.start();
+}
 
 UriFollower::Answer UriFollower::follow(const QUrl& url)
 {
@@ -25,6 +37,10 @@ UriFollower::Answer UriFollower::follow(const QUrl& url)
         return Answer::NotUnderstood;
     if (findProjectName(url) != getProjectName())
         return Answer::OtherProject;
+    if (DeskNavigation::isUnknownProtocol(url))
+        return Answer::NotUnderstood;
+    if (isRepeated(url))
+        return Answer::Taken;
     // A page would empty the protocol under the run's hands.
     if (window.isRunWorking() && url.host() != QLatin1String("locate-item"))
         window.getMessageBar().showMessage(
@@ -40,10 +56,24 @@ void UriFollower::explain(const QUrl& url)
     const QString projectName = findProjectName(url);
     window.getMessageBar().showMessage(
         projectName.isEmpty() || projectName == getProjectName()
-            ? Desk::tr("Ссылка не понята: %1").arg(url.toDisplayString())
+            ? Desk::tr("Ссылка не понята: %1").arg(url.toDisplayString().left(kLongestShownUri))
             : Desk::tr("Ссылка ведёт в проект «%1». Откройте этот проект и щёлкните ссылку ещё раз.")
-                  .arg(projectName));
+                  .arg(projectName.left(kLongestShownUri)));
     window.bringToFront();
+}
+
+bool UriFollower::isRepeated(const QUrl& url)
+{
+    const qint64 now = clock.elapsed();
+    for (auto request = latestRequests.begin(); request != latestRequests.end();)
+        request = now - request.value() < kRepetition ? std::next(request) : latestRequests.erase(request);
+    // What else stands in a URI changes nothing of what it asks for.
+    const QString request = url.host() + QLatin1Char(' ') +
+                            QString::number(QUrlQuery(url).queryItemValue(QStringLiteral("id")).toLongLong());
+    if (latestRequests.contains(request))
+        return true;
+    latestRequests.insert(request, now);
+    return false;
 }
 
 QString UriFollower::getProjectName() const

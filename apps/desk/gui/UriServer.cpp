@@ -2,8 +2,10 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -18,7 +20,10 @@ const QByteArray kFollow = QByteArrayLiteral("follow ");
 const QByteArray kExplain = QByteArrayLiteral("explain ");
 const QByteArray kTaken = QByteArrayLiteral("taken\n");
 const QByteArray kDeclined = QByteArrayLiteral("declined\n");
-constexpr int kTimeout = 5000; // ms
+constexpr int kTimeout = 5000;            // ms
+constexpr qint64 kLongestRequest = 65536; // bytes
+constexpr qint64 kLongestAnswer = 64;     // bytes
+constexpr int kMaxConnections = 32;
 
 /// Each instance listens on a socket of its own in the user's folder. Empty when somebody else owns what goes
 /// by that name.
@@ -41,23 +46,32 @@ bool isOfThisUser(const QLocalSocket& socket)
     return getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
 }
 
-/// The answer of the instance that listens there; empty if there is none.
-QByteArray ask(const QString& path, const QByteArray& request)
+enum class Reply { Taken, Declined, Silent, Nobody };
+
+/// What the instance that listens there says.
+Reply ask(const QString& path, const QByteArray& request)
 {
+    QElapsedTimer clock;
+    clock.start();
+    const auto remaining = [&clock] { return qMax(0, kTimeout - static_cast<int>(clock.elapsed())); };
     QLocalSocket socket;
+    socket.setReadBufferSize(kLongestAnswer);
     socket.connectToServer(path);
-    if (!socket.waitForConnected(kTimeout)) {
+    if (!socket.waitForConnected(remaining())) {
         // Left behind by an instance that ended badly.
         if (socket.error() == QLocalSocket::ConnectionRefusedError)
             QLocalServer::removeServer(path);
-        return QByteArray();
+        return Reply::Nobody;
     }
     if (!isOfThisUser(socket))
-        return QByteArray();
+        return Reply::Nobody;
     socket.write(request + '\n');
-    while (!socket.canReadLine() && socket.waitForReadyRead(kTimeout)) {
+    while (!socket.canReadLine() && remaining() > 0 && socket.waitForReadyRead(remaining())) {
     }
-    return socket.readLine();
+    const QByteArray line = socket.readLine(kLongestAnswer);
+    if (line == kTaken)
+        return Reply::Taken;
+    return line == kDeclined ? Reply::Declined : Reply::Silent;
 }
 
 } // namespace
@@ -86,16 +100,24 @@ void UriServer::acceptConnection()
 {
     while (QLocalSocket* socket = server.nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        if (server.findChildren<QLocalSocket*>().size() > kMaxConnections) {
+            socket->abort();
+            continue;
+        }
+        socket->setReadBufferSize(kLongestRequest);
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
             if (socket->canReadLine())
                 answer(*socket);
+            else if (socket->bytesAvailable() >= kLongestRequest)
+                socket->abort();
         });
+        QTimer::singleShot(kTimeout, socket, &QLocalSocket::abort);
     }
 }
 
 void UriServer::answer(QLocalSocket& socket) const
 {
-    const QByteArray request = socket.readLine().trimmed();
+    const QByteArray request = socket.readLine(kLongestRequest).trimmed();
     const auto urlBehind = [&request](const QByteArray& word) {
         return QUrl(QString::fromUtf8(request.mid(word.size())));
     };
@@ -110,25 +132,29 @@ void UriServer::answer(QLocalSocket& socket) const
     socket.flush();
 }
 
-bool uriclient::handOver(const QUrl& url)
+uriclient::Answer uriclient::handOver(const QUrl& url)
 {
     const QString folderPath = getFolder();
     if (folderPath.isEmpty())
-        return false;
+        return Answer::Nobody;
     const QByteArray text = url.toEncoded();
     QString firstInstance;
+    bool isAnySilent = false;
     const QDir folder(folderPath);
     const QStringList names =
         folder.entryList({getNamePattern().arg(QLatin1Char('*'))}, QDir::System | QDir::Files);
     for (const QString& name : names) {
         const QString path = folder.filePath(name);
-        const QByteArray answer = ask(path, kFollow + text);
-        if (answer == kTaken)
-            return true;
-        if (answer == kDeclined && firstInstance.isEmpty())
+        const Reply reply = ask(path, kFollow + text);
+        if (reply == Reply::Taken)
+            return Answer::Taken;
+        isAnySilent = isAnySilent || reply == Reply::Silent;
+        if (reply == Reply::Declined && firstInstance.isEmpty())
             firstInstance = path;
     }
-    return !firstInstance.isEmpty() && ask(firstInstance, kExplain + text) == kTaken;
+    if (!firstInstance.isEmpty() && ask(firstInstance, kExplain + text) == Reply::Taken)
+        return Answer::Taken;
+    return isAnySilent ? Answer::Silent : Answer::Nobody;
 }
 
 } // namespace orvel::desk

@@ -7,7 +7,8 @@
 
 namespace orvel::desk {
 
-/// Takes URIs from later starts of the program by the same user.
+/// Takes URIs from later starts of the program by the same user. What a sender may occupy is bounded: the
+/// length of a request, the time until its end, and the number of those that wait.
 class UriServer : public QObject
 {
     Q_OBJECT
@@ -34,9 +35,15 @@ private:
 
 namespace uriclient {
 
+enum class Answer {
+    Taken,  ///< an instance acted upon the URI, or told the user why it did not
+    Silent, ///< an instance runs, but does not answer
+    Nobody  ///< no instance runs
+};
+
 /// Hands a URI to the running instances of this user until one acts upon it; if none does, the first tells
-/// the user why. False if none runs.
-bool handOver(const QUrl& url);
+/// the user why.
+Answer handOver(const QUrl& url);
 
 } // namespace uriclient
 
