@@ -10,9 +10,11 @@ namespace orvel::desk {
 
 void installLanguage(const QString& language)
 {
-    if (!language.isEmpty())
+    if (language == QLatin1String("ru") || language == QLatin1String("en"))
         QLocale::setDefault(QLocale(language));
-    if (QLocale().language() == QLocale::English) {
+    // A system that names no language at all has the language of the texts themselves.
+    const QLocale::Language used = QLocale().language();
+    if (used != QLocale::Russian && used != QLocale::C) {
         CTranslater::GetInstance().loadTranslation(
             Application::locateData(QStringLiteral("translations/orvel_en.qm")));
         return;

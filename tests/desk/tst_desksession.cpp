@@ -1,5 +1,6 @@
 #include "Orvel/store/COrvel.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/gui/DeskSession.h"
 #include "apps/desk/gui/ItemTable.h"
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void startsWithUriOfNoProject();
     void openedProjectReplacesWindow();
     void openingAsksForUnsavedChanges();
+    void changesSavedOnOpeningAreOpened();
     void damagedProjectChangesNothing();
     void projectOpenElsewhereIsNotOpened();
     void lockOfCrashedInstanceIsRemoved();
@@ -148,7 +150,7 @@ void TestDeskSession::startsWithProject()
     QVERIFY(window().saveFile(path));
     session = std::make_unique<DeskSession>(desk->plugins, QString());
     session->start(path);
-    QCOMPARE(window().windowTitle(), QStringLiteral("two-benchmarks[*]"));
+    QCOMPARE(window().windowTitle(), QStringLiteral("two-benchmarks[*] (project.orvel)"));
     QVERIFY(window().getDocument().hasResults());
     QVERIFY(!window().isWindowModified());
     QCOMPARE(recentfiles::get().constFirst(), path);
@@ -177,11 +179,29 @@ void TestDeskSession::openedProjectReplacesWindow()
 void TestDeskSession::openingAsksForUnsavedChanges()
 {
     adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    projectfile::save(window().getDocument(), path);
+    window().getDocument().setModified(true);
     const DeskWindow* old = &window();
+    // Nothing is asked for a file that cannot be opened anyway.
+    session->openProject(desk->path(QStringLiteral("missing.orvel")));
+    QCOMPARE(desk->application.takeWarnings().size(), 1);
     const Answer answer(QStringLiteral("Отмена"));
-    session->openProject(desk->path(QStringLiteral("project.orvel")));
+    session->openProject(path);
     QVERIFY(answer.getQuestion().startsWith(QStringLiteral("Сохранить изменения")));
     QCOMPARE(&window(), old);
+}
+
+void TestDeskSession::changesSavedOnOpeningAreOpened()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    window().getDocument().setLevellingClass(LevellingClass::I);
+    const Answer answer(QStringLiteral("Сохранить"));
+    session->openProject(path);
+    QVERIFY(!answer.getQuestion().isEmpty());
+    QCOMPARE(window().getDocument().getLevellingClass(), LevellingClass::I);
 }
 
 void TestDeskSession::damagedProjectChangesNothing()

@@ -13,10 +13,12 @@
 
 #include <QDir>
 #include <QDropEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTest>
 #include <QTextBrowser>
 #include <QUrlQuery>
@@ -72,6 +74,8 @@ private Q_SLOTS:
     void reportsAreWritten();
     void reportNeedsResults();
     void classChangesTolerance();
+    void countsOutliveOtherWords();
+    void failedImportChangesNothing();
     void helpTellsOfEveryRun();
     void everythingHasAccessibleName();
     void layoutIsKept();
@@ -298,7 +302,7 @@ void TestDeskWindow::failedImportLeavesSavedProject()
     window->importFile(QStringLiteral("/no/such/network.gkf"));
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(window->getDocument().getProject().getFilePath(), path);
-    QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*]"));
+    QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*] (project.orvel)"));
     QVERIFY_EXCEPTION_THROWN(ProjectLock::take(path), qor::CFileException);
 }
 
@@ -633,6 +637,33 @@ void TestDeskWindow::classChangesTolerance()
     QVERIFY(window->getMonitor().getJournal()->toPlainText().contains(
         QStringLiteral("Допустимая невязка: 3 мм·√L (класс I)")));
     QCOMPARE(window->getDocument().getSummary().types.at(enums::Compile).errors, 4);
+}
+
+void TestDeskWindow::countsOutliveOtherWords()
+{
+    const auto findStatus = [this] {
+        for (const QLabel* label : window->statusBar()->findChildren<QLabel*>()) {
+            if (label->isVisible())
+                return label->text();
+        }
+        return QString();
+    };
+    const QString counts = QStringLiteral("Пунктов: 5, секций: 7, показано: 12");
+    QCOMPARE(findStatus(), counts);
+    // As the explanation of a menu's entry does.
+    window->statusBar()->showMessage(QStringLiteral("explanation"));
+    QCOMPARE(findStatus(), QString());
+    window->statusBar()->clearMessage();
+    QCOMPARE(findStatus(), counts);
+}
+
+void TestDeskWindow::failedImportChangesNothing()
+{
+    window = desk->makeWindow();
+    window->importFile(QStringLiteral("/no/such/network.gkf"));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->windowTitle(), QStringLiteral("Новый проект[*]"));
+    QVERIFY(!window->isWindowModified());
 }
 
 void TestDeskWindow::helpTellsOfEveryRun()

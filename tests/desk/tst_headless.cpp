@@ -58,6 +58,7 @@ private Q_SLOTS:
     void namesOnStderrShowControlCharacters();
     void formulasAreGuarded();
     void projectNameHasNoMarkUp();
+    void otherLanguagesGetEnglish();
 
 private:
     QString path(const QString& name) const { return folder->filePath(name); }
@@ -689,6 +690,12 @@ void TestHeadless::projectNameHasNoMarkUp()
     const QString page = text(QStringLiteral("pages/Import.html"));
     QVERIFY(!page.contains(QStringLiteral("<meta http-equiv=refresh")));
     QVERIFY(page.contains(QStringLiteral("‹meta http-equiv=refresh›")));
+}
+
+void TestHeadless::otherLanguagesGetEnglish()
+{
+    QCOMPARE(runShell(folder->path(), QStringLiteral("LC_ALL=de_DE.UTF-8 $DESK --import small.gkf >out")), 0);
+    QCOMPARE(text(QStringLiteral("out")), QStringLiteral("Import: errors 1, warnings 1, messages 3\n"));
 }
 
 QTEST_GUILESS_MAIN(TestHeadless)

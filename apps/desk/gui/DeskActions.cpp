@@ -127,7 +127,7 @@ void DeskActions::createProtocolMenu()
     }
     protocolMenu->addSeparator();
     add(protocolMenu, Command::ShowItemProtocol, Need::Item, Desk::tr("О &выделенном пункте или секции"),
-        makeIcon(Glyph::Search), QKeySequence(QStringLiteral("Ctrl+P")));
+        makeIcon(Glyph::Search), QKeySequence(QStringLiteral("Ctrl+L")));
     protocolMenu->addSeparator();
 }
 

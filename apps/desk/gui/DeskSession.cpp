@@ -43,12 +43,14 @@ void DeskSession::start(const QString& argument)
 
 void DeskSession::openProject(const QString& path)
 {
-    if (!window->mayBeClosed())
-        return;
     try {
-        const std::shared_ptr<ProjectLock> lock = projectfile::takeLock(window->getDocument(), path);
-        std::unique_ptr<Document> document = makeDocument();
-        projectfile::load(*document, path, lock);
+        std::unique_ptr<Document> document = loadDocument(path);
+        // Asked when there is something to show in place of the present project.
+        if (!window->mayBeClosed())
+            return;
+        // Saved just now, if it is the same project.
+        if (document->isFileChanged())
+            document = loadDocument(path);
         showDocument(std::move(document));
         recentfiles::add(path);
     } catch (const exceptions::Error& error) {
@@ -66,6 +68,14 @@ void DeskSession::newProject()
 std::unique_ptr<Document> DeskSession::makeDocument() const
 {
     return std::make_unique<Document>(plugins, Desk::tr("Новый проект"));
+}
+
+std::unique_ptr<Document> DeskSession::loadDocument(const QString& path) const
+{
+    const std::shared_ptr<ProjectLock> lock = projectfile::takeLock(window->getDocument(), path);
+    std::unique_ptr<Document> document = makeDocument();
+    projectfile::load(*document, path, lock);
+    return document;
 }
 
 void DeskSession::showDocument(std::unique_ptr<Document> document)

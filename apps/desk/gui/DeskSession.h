@@ -32,6 +32,7 @@ public:
 
 private:
     std::unique_ptr<Document> makeDocument() const;
+    std::unique_ptr<Document> loadDocument(const QString& path) const;
     void showDocument(std::unique_ptr<Document> document);
 
     const PluginManager& plugins;

@@ -29,6 +29,7 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QScreen>
@@ -68,11 +69,14 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     , document(projectDocument.release())
     , uriFollower(*this)
     , actions(new DeskActions(*this, document->getLevellingClass()))
+    , status(new QLabel)
 {
     setWindowIcon(makeApplicationIcon());
     setAcceptDrops(true);
     setCentralWidget(createCentralWidget());
     createProtocolDock();
+    // Stands again when a word that hid it is over.
+    statusBar()->addWidget(status);
     addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
 
     connect(actions, &DeskActions::triggered, this, &DeskWindow::perform);
@@ -451,7 +455,8 @@ void DeskWindow::start(const DeskRun& run)
 
 void DeskWindow::finishRun()
 {
-    if (!monitor->wasInterrupted())
+    // A file that could not be read, or written, changes nothing of the project.
+    if (!monitor->wasInterrupted() && monitor->getRun().failure->kind != RunFailure::Kind::Refused)
         document->setModified(true);
     document->updateSummary();
     updateActions();
@@ -463,8 +468,10 @@ void DeskWindow::finishRun()
 
 void DeskWindow::updateTitle()
 {
-    setWindowTitle(document->getProject().getName() + QStringLiteral("[*]"));
-    setWindowFilePath(document->getProject().getFilePath());
+    const QString path = document->getProject().getFilePath();
+    const QString file = path.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(QFileInfo(path).fileName());
+    setWindowTitle(document->getProject().getName() + QStringLiteral("[*]") + file);
+    setWindowFilePath(path);
 }
 
 void DeskWindow::updateActions()
@@ -479,15 +486,15 @@ void DeskWindow::updateActions()
 void DeskWindow::updateStatus()
 {
     if (document->isEmpty()) {
-        statusBar()->showMessage(Desk::tr("Импортируйте нивелирную сеть (.gkf) или откройте проект"));
+        status->setText(Desk::tr("Импортируйте нивелирную сеть (.gkf) или откройте проект"));
         table->setEmptyText(Desk::tr("Перетащите сюда файл нивелирной сети (.gkf) или нажмите Ctrl+I"));
         return;
     }
     table->setEmptyText(Desk::tr("Поиск не нашёл ни пунктов, ни секций"));
-    statusBar()->showMessage(Desk::tr("Пунктов: %1, секций: %2, показано: %3")
-                                 .arg(QString::number(document->getPoints().size()),
-                                      QString::number(document->getSections().size()),
-                                      QString::number(table->model()->rowCount())));
+    status->setText(Desk::tr("Пунктов: %1, секций: %2, показано: %3")
+                        .arg(QString::number(document->getPoints().size()),
+                             QString::number(document->getSections().size()),
+                             QString::number(table->model()->rowCount())));
 }
 
 } // namespace orvel::desk

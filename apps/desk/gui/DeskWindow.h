@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 
+class QLabel;
 class QLineEdit;
 
 namespace orvel::desk {
@@ -102,6 +103,7 @@ private:
     QLineEdit* search = nullptr;
     ItemTable* table = nullptr;
     ProtocolList* protocols = nullptr;
+    QLabel* status;
 };
 
 } // namespace orvel::desk

@@ -1,5 +1,6 @@
 #include "apps/desk/gui/RecentFiles.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
@@ -37,8 +38,11 @@ void add(const QString& path)
 QString getFolder()
 {
     const QStringList paths = get();
-    return paths.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                           : QFileInfo(paths.constFirst()).path();
+    if (!paths.isEmpty())
+        return QFileInfo(paths.constFirst()).path();
+    // A dialog takes a folder that is not there for the name of a file.
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo::exists(documents) ? documents : QDir::homePath();
 }
 
 } // namespace recentfiles

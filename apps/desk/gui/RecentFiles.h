@@ -10,7 +10,7 @@ namespace recentfiles {
 /// Those that still exist.
 QStringList get();
 void add(const QString& path);
-/// The folder of the newest one, or that of the user's documents: where to look for the next.
+/// The folder of the newest one, or that of the user's documents, or the user's: where to look for the next.
 QString getFolder();
 
 } // namespace recentfiles
