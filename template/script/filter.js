@@ -50,7 +50,8 @@ export class Filters {
 
 function matchLines(model, { hidden, query }, branches) {
   const matchKinds = () => {
-    for (const line of model.lines) line.matches = !hidden.includes(line.kind);
+    const isHidden = hidden.length ? ({ kind }) => hidden.includes(kind) : () => false;
+    for (const line of model.lines) line.matches = !isHidden(line);
   };
   matchKinds();
   if (query.isEmpty) return;

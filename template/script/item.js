@@ -126,7 +126,11 @@ const rowStartOf = ({ isLine, isOpen, style }) =>
     ? `${rowStart}${style}">`
     : `<li class="Node ${isOpen ? "ExpandOpen" : "ExpandClosed"}">\n<div class="Expand"></div>\n<div class="Content">`;
 
-const rowEndOf = ({ isLine }) => (isLine ? rowEnd : '</div>\n<ul class="Container"></ul>\n</li>');
+// What is folded is left to the browser's own search.
+const rowEndOf = ({ isLine, isOpen }) =>
+  isLine
+    ? rowEnd
+    : `</div>\n<ul class="Container" role="group"${isOpen ? "" : ' hidden="until-found"'}></ul>\n</li>`;
 
 function rowMarkup(item) {
   const isShort = item.parent.children.length < heavyListRows;

@@ -8,8 +8,6 @@ const number =
   "(?<![\\p{L}\\p{N}_.,])[-+\\u2212]?(?:\\d{1,3}(?:[\\u2009\\u202f\\u00a0]\\d{3})+(?!\\d)|\\d+)(?:[.,]\\d+)?";
 const pattern = new RegExp(number, "gu");
 const unitBehind = /[\s±]?([^\s\d.,;:()<>=]+)/uy;
-const nameBefore = /([^\s\d.,;:()<>=±]+)[\s:=≈±]*$/u;
-const longestName = 40;
 const limitPattern = new RegExp(`(?:допус[кт]|предел|limit|toleran)[^\\d]{0,40}?(${number})`, "iu");
 // How many millimetres, seconds of arc and so on the units have.
 const units = new Map(
@@ -75,14 +73,14 @@ function unitAt(text, end) {
   return fold(unitBehind.exec(text)?.[1] ?? "");
 }
 
-/** The numbers of a line with their units and names, the words behind and before them. */
-export function measuresOf(line) {
-  const text = textOf(line);
-  return Array.from(foundIn(text), ({ value, index, end }) => ({
-    value,
-    unit: unitAt(text, end),
-    name: fold(nameBefore.exec(text.slice(Math.max(0, index - longestName), index))?.[1] ?? ""),
-  }));
+/** Reads the numbers that stand right before a unit or right behind a name. */
+export function numbersBesideOf(label) {
+  const beside = new RegExp(
+    `(${number})[\\s±]?${label}(?![\\p{L}\\p{N}])|(?<![\\p{L}\\p{N}])${label}[\\s:=≈±]*(${number})`,
+    "giu",
+  );
+  return (line) =>
+    Array.from(textOf(line).matchAll(beside), ([, before, behind]) => valueOf(before ?? behind));
 }
 
 /** The ratio of a value to its limit: the last number before the limit in its unit, or the first one behind it. */
@@ -126,13 +124,13 @@ export function rangeOf(lines) {
   const rows = lines.map(numbersOf);
   const differing = rows[0].map((_, at) => at).filter((at) => rows.some((row) => row[at] !== rows[0][at]));
   if (!differing.length) return "";
-  const measures = measuresOf(lines[0]);
-  const at = differing.find((place) => units.has(measures[place].unit)) ?? differing[0];
+  const text = textOf(lines[0]);
+  const unitOf = Array.from(foundIn(text), ({ end }) => unitAt(text, end));
+  const at = differing.find((place) => units.has(unitOf[place])) ?? differing[0];
   let [low, high] = [Infinity, -Infinity];
   for (const row of rows) {
     low = Math.min(low, row[at]);
     high = Math.max(high, row[at]);
   }
-  const { unit } = measures[at];
-  return `${write(low)} … ${write(high)}${units.has(unit) ? `\u00a0${unit}` : ""}`;
+  return `${write(low)} … ${write(high)}${units.has(unitOf[at]) ? `\u00a0${unitOf[at]}` : ""}`;
 }

@@ -1,6 +1,6 @@
 import { compile, isQuick } from "./expressions.js";
 import { fold, foldedOf, kinds, nameOf, treeOf } from "./item.js";
-import { measuresOf, numbersOf, sizesOf, valueOf } from "./numbers.js";
+import { numbersBesideOf, numbersOf, sizesOf, valueOf } from "./numbers.js";
 
 const number = "[-+\u2212]?\\d+(?:[.,]\\d+)?";
 const termPattern = new RegExp(
@@ -71,8 +71,8 @@ function numberTest({ label, compare, bound, low, high }) {
   if (/^(?:ratio|отношение)$/i.test(label))
     return (line) => sizesOf(line).ratio >= 0 && holds(sizesOf(line).ratio);
   const own = fold(label);
-  const isOwn = ({ unit, name, value }) => (unit === own || name === own) && holds(value);
-  return (line) => line.folded.includes(own) && measuresOf(line).some(isOwn);
+  const numbersBeside = numbersBesideOf(escapePattern(label));
+  return (line) => line.folded.includes(own) && numbersBeside(line).some(holds);
 }
 
 /**

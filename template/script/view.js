@@ -270,7 +270,12 @@ export class View {
       ];
       for (const { element } of node.parent.rows.slice(first, last)) writeAttribute(element, "hidden", null);
       writeRowsAttributes(node.parent, first, last);
+    }
+    // What is found may stand anywhere in it.
+    const nodes = [item];
+    for (const node of nodes) {
       writeRowsAttributes(node);
+      nodes.push(...node.rows.filter((row) => row.isBranch));
     }
   }
 

@@ -91,12 +91,6 @@ export async function addressHolds(page, text) {
   }
 }
 
-/** Waits until the rows of so many lines are in the page. */
-export const filled = (page, count) =>
-  page.waitForFunction((all) => document.querySelectorAll("li.ExpandLeaf").length === all, count, {
-    polling: 200,
-  });
-
 /** Waits until the browser has drawn two frames. */
 export const settle = (page) =>
   page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));

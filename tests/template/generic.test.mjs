@@ -105,6 +105,14 @@ for (const { name, address, counts } of pages)
           return violations.map(({ id, nodes }) => [id, ...nodes.map((node) => node.html)].join("\n"));
         }, rules);
         assert.deepEqual(found, []);
+        for (const button of await page.locator("#menus button").all()) {
+          await button.click();
+          const inMenu = await page.evaluate(async () => {
+            const { violations } = await window.axe.run("[role=menu]");
+            return violations.map(({ id, nodes }) => [id, ...nodes.map((node) => node.html)].join("\n"));
+          });
+          assert.deepEqual(inMenu, []);
+        }
         await page.context().close();
       });
   });
