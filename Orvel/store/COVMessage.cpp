@@ -2,24 +2,24 @@
 
 #include <algorithm>
 
-COVMessage::COVMessage(int protocolType_, int messageType_, LONGID itemId, int itemType, const QString& text_,
-                       int stage_)
-    : protocolType(protocolType_)
-    , messageType(static_cast<MessageType>(messageType_))
-    , stage(stage_)
+COVMessage::COVMessage(int givenProtocolType, int givenMessageType, LONGID itemId, int itemType,
+                       const QString& givenText, int givenStage)
+    : protocolType(givenProtocolType)
+    , messageType(static_cast<MessageType>(givenMessageType))
+    , stage(givenStage)
     , itemIds{itemId}
     , itemTypes{itemType}
-    , text(text_)
+    , text(givenText)
 {}
 
-COVMessage::COVMessage(int protocolType_, int messageType_, const std::vector<LONGID>& itemIds_,
-                       const std::vector<int>& itemTypes_, const QString& text_, int stage_)
-    : protocolType(protocolType_)
-    , messageType(static_cast<MessageType>(messageType_))
-    , stage(stage_)
-    , itemIds(itemIds_)
-    , itemTypes(itemTypes_)
-    , text(text_)
+COVMessage::COVMessage(int givenProtocolType, int givenMessageType, const std::vector<LONGID>& givenItemIds,
+                       const std::vector<int>& givenItemTypes, const QString& givenText, int givenStage)
+    : protocolType(givenProtocolType)
+    , messageType(static_cast<MessageType>(givenMessageType))
+    , stage(givenStage)
+    , itemIds(givenItemIds)
+    , itemTypes(givenItemTypes)
+    , text(givenText)
 {}
 
 int COVMessage::GetItemTypeByID(LONGID id) const

@@ -28,18 +28,18 @@ public:
 
     bool readFile(Messages& messages)
     {
-        if (!takeNextPiece() || !take(form::head))
+        if (!takeNextPiece() || !take(form::kHead))
             return false;
-        if (take(form::emptyList))
+        if (take(form::kEmptyList))
             return isAtEnd();
-        if (!take(form::listBegin))
+        if (!take(form::kListBegin))
             return false;
         do {
             if (!readMessage(messages))
                 return false;
             if (end - at < kLookAhead)
                 takeNextPiece();
-        } while (!take(form::listEnd));
+        } while (!take(form::kListEnd));
         return isAtEnd();
     }
 
@@ -60,25 +60,25 @@ private:
     {
         int protocolType = 0;
         int messageType = 0;
-        if (!take(form::messageBegin) || !takeNumber(protocolType) || !take(form::messageKind) ||
-            !takeNumber(messageType) || !take(form::messageAttributesEnd))
+        if (!take(form::kMessageBegin) || !takeNumber(protocolType) || !take(form::kMessageKind) ||
+            !takeNumber(messageType) || !take(form::kMessageAttributesEnd))
             return false;
 
         itemIds.clear();
         itemTypes.clear();
-        while (take(form::itemBegin)) {
-            if (!takeNumber(itemIds.emplace_back()) || !take(form::itemType) ||
-                !takeNumber(itemTypes.emplace_back()) || !take(form::itemEnd))
+        while (take(form::kItemBegin)) {
+            if (!takeNumber(itemIds.emplace_back()) || !take(form::kItemType) ||
+                !takeNumber(itemTypes.emplace_back()) || !take(form::kItemEnd))
                 return false;
         }
 
         int stage = 0;
         QString text;
-        if (!take(form::textBegin))
+        if (!take(form::kTextBegin))
             return false;
-        if (take(form::stageBegin) && (!takeNumber(stage) || stage == 0 || !take(form::stageEnd)))
+        if (take(form::kStageBegin) && (!takeNumber(stage) || stage == 0 || !take(form::kStageEnd)))
             return false;
-        if (!take(form::textAttributesEnd) || !readText(text) || !take(form::messageEnd))
+        if (!take(form::kTextAttributesEnd) || !readText(text) || !take(form::kMessageEnd))
             return false;
         messages[protocolType].emplace_back(protocolType, messageType, itemIds, itemTypes, text, stage);
         return true;
@@ -86,10 +86,10 @@ private:
 
     bool readText(QString& text)
     {
-        if (!take(form::sectionBegin) || !readSectionRest(text))
+        if (!take(form::kSectionBegin) || !readSectionRest(text))
             return false;
         QString next;
-        while (take(form::sectionBegin)) {
+        while (take(form::kSectionBegin)) {
             if (!readSectionRest(next))
                 return false;
             text += next;
@@ -103,7 +103,7 @@ private:
         if (!sectionEnd || !decoder.decode(at, sectionEnd, text))
             return false;
         at = sectionEnd;
-        return take(form::sectionEnd);
+        return take(form::kSectionEnd);
     }
 
     template<std::size_t N>

@@ -64,15 +64,15 @@ public:
         const QByteArray utf8 = toXmlText(text).toUtf8();
         const char* begin = utf8.constData();
         const char* const end = begin + utf8.size();
-        append(form::sectionBegin);
+        append(form::kSectionBegin);
         while (const char* const sectionEnd = form::findSectionEnd(begin, end)) {
             buffer.append(begin, static_cast<int>(sectionEnd + 2 - begin));
-            append(form::sectionEnd);
-            append(form::sectionBegin);
+            append(form::kSectionEnd);
+            append(form::kSectionBegin);
             begin = sectionEnd + 2;
         }
         buffer.append(begin, static_cast<int>(end - begin));
-        append(form::sectionEnd);
+        append(form::kSectionEnd);
     }
 
     void flushPiece()
@@ -94,27 +94,27 @@ private:
 
 void appendMessage(const COVMessage& message, Output& output)
 {
-    output.append(form::messageBegin);
+    output.append(form::kMessageBegin);
     output.appendNumber(message.protocolType);
-    output.append(form::messageKind);
+    output.append(form::kMessageKind);
     output.appendNumber(message.messageType);
-    output.append(form::messageAttributesEnd);
+    output.append(form::kMessageAttributesEnd);
     for (std::size_t i = 0; i < message.itemIds.size(); ++i) {
-        output.append(form::itemBegin);
+        output.append(form::kItemBegin);
         output.appendNumber(message.itemIds[i]);
-        output.append(form::itemType);
+        output.append(form::kItemType);
         output.appendNumber(message.itemTypes[i]);
-        output.append(form::itemEnd);
+        output.append(form::kItemEnd);
     }
-    output.append(form::textBegin);
+    output.append(form::kTextBegin);
     if (message.stage != 0) {
-        output.append(form::stageBegin);
+        output.append(form::kStageBegin);
         output.appendNumber(message.stage);
-        output.append(form::stageEnd);
+        output.append(form::kStageEnd);
     }
-    output.append(form::textAttributesEnd);
+    output.append(form::kTextAttributesEnd);
     output.appendText(message.text);
-    output.append(form::messageEnd);
+    output.append(form::kMessageEnd);
 }
 
 } // namespace
@@ -124,20 +124,20 @@ namespace orvel::datafile {
 void write(const std::map<int, std::vector<COVMessage>>& messages, QIODevice& device)
 {
     Output output(device);
-    output.append(form::head);
+    output.append(form::kHead);
     const bool isEmpty =
         std::all_of(messages.begin(), messages.end(), [](const auto& entry) { return entry.second.empty(); });
     if (isEmpty) {
-        output.append(form::emptyList);
+        output.append(form::kEmptyList);
     } else {
-        output.append(form::listBegin);
+        output.append(form::kListBegin);
         for (const auto& [protocolType, list] : messages) {
             for (const COVMessage& message : list) {
                 appendMessage(message, output);
                 output.flushPiece();
             }
         }
-        output.append(form::listEnd);
+        output.append(form::kListEnd);
     }
     output.flush();
 }

@@ -6,10 +6,10 @@
 
 namespace {
 
-bool s_registered = false;
+bool registered = false;
 
 // The types must be known before the host makes the first protocol, so loading the library is enough.
-[[maybe_unused]] const bool s_registeredAtLoad = (enums::initEnumData_Orvel(), true);
+[[maybe_unused]] const bool kRegisteredAtLoad = (enums::initEnumData_Orvel(), true);
 
 } // namespace
 
@@ -17,9 +17,9 @@ namespace enums {
 
 void initEnumData_Orvel()
 {
-    if (s_registered)
+    if (registered)
         return;
-    s_registered = true;
+    registered = true;
 
     registerEnumData(EnumData(kOrvelItemType, "Orvel", "", ""));
 

@@ -161,7 +161,7 @@ void TestDeskWindow::newUserFindsWorstMeasurement()
     const LONGID worst = window->getDocument().getSections()[2]->getId();
     QVERIFY(html.contains(QStringLiteral("id=%1&amp;").arg(worst)));
 
-    emit journal->anchorClicked(QUrl(uri("locate-item", worst)));
+    Q_EMIT journal->anchorClicked(QUrl(uri("locate-item", worst)));
     QCOMPARE(window->getTable().currentIndex().data().toString(), QStringLiteral("BMY – C"));
     QCOMPARE(desk->opened.getPaths(), QStringList());
 }
@@ -196,7 +196,7 @@ void TestDeskWindow::protocolListOpensPage()
     QCOMPARE(item->text(1), QStringLiteral("4"));
     QCOMPARE(item->text(2), QStringLiteral("0"));
     list->setCurrentItem(list->topLevelItem(0));
-    emit list->itemActivated(list->topLevelItem(0), 0);
+    Q_EMIT list->itemActivated(list->topLevelItem(0), 0);
     QVERIFY(lastPage().contains(QStringLiteral("<h1>L1-анализ</h1>")));
 }
 
@@ -474,7 +474,7 @@ void TestDeskWindow::recentFilesAreOffered()
     connect(window.get(), &DeskWindow::openRequested, this,
             [&](const QString& file) { requested.append(file); });
     for (auto* menu : window->findChildren<QMenu*>())
-        emit menu->aboutToShow();
+        Q_EMIT menu->aboutToShow();
     QString text = path;
     QVERIFY(triggerAction(*window, text.remove(QLatin1Char('&'))));
     QCOMPARE(requested, QStringList(path));

@@ -9,7 +9,7 @@ class TestHtmlOutput : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void appendsToAText();
     void writesToAFileAsUtf8();
     void keepsASurrogatePairTogether();

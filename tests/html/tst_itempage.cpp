@@ -75,7 +75,7 @@ class TestItemPage : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void itemWithoutMessagesHasNoBody();
     void bodyOfOneType();
     void everyKindIsListed();

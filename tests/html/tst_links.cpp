@@ -35,7 +35,7 @@ class TestLinks : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void itemLinkOfAnElement();
     void itemLinkOfAManagedItem();
     void itemLinkOfAnUnknownItem();

@@ -90,7 +90,7 @@ class TestPage : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
 
     // The template

@@ -103,7 +103,7 @@ class TestTree : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void leafListOfNothing();
     void leafListShowsWhateverItIsGiven();
     void leafListIsAppended();

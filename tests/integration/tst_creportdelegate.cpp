@@ -54,7 +54,7 @@ class TestCReportDelegate : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void hasNoMetaObjectOfItsOwn();
     void editingShowsTheProtocolOfAnItemThatIsMentioned();
     void editingDoesNothingForAnItemThatIsNotMentioned();

@@ -74,7 +74,7 @@ class TestExceptionCatcher : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void actionThatSucceedsCallsNoHandler();
     void messageByKind_data();
     void messageByKind();

@@ -93,7 +93,7 @@ class TestOrvelGUIExtension : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void slotsStandInTheirOrder();
     void knowsItsWindowAndItsModel();
     void protocolIsLookedUpAfresh();

@@ -100,7 +100,7 @@ class TestOrvelProcessMonitor : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void methodsStandInTheirOrder();
     void startsWithItsDefaults();
 
@@ -338,7 +338,7 @@ void TestOrvelProcessMonitor::followsAJournalLink()
     monitor.setOnItemClicked([&](LONGID itemId) { clicked.append(itemId); });
 
     const QUrl url(link);
-    emit monitor.getJournal()->anchorClicked(url);
+    Q_EMIT monitor.getJournal()->anchorClicked(url);
     QCOMPARE(clicked, id == 0 ? QList<LONGID>() : QList<LONGID>{id});
     QCOMPARE(opened.getUrls(), id == 0 ? QList<QUrl>{url} : QList<QUrl>());
 }
@@ -349,7 +349,7 @@ void TestOrvelProcessMonitor::opensLinksWithoutAHandler()
     const OpenedUrls opened({QStringLiteral("survey")});
     const OrvelProcessMonitor monitor(&fixture.window);
     const QUrl url(QStringLiteral("survey://locate-item?id=12"));
-    emit monitor.getJournal()->anchorClicked(url);
+    Q_EMIT monitor.getJournal()->anchorClicked(url);
     QCOMPARE(opened.getUrls(), QList<QUrl>{url});
 }
 
@@ -363,13 +363,13 @@ void TestOrvelProcessMonitor::opensLinksAgainWhenTheHandlerIsTakenAway()
     QList<LONGID> second;
     monitor.setOnItemClicked([&](LONGID id) { first.append(id); });
     monitor.setOnItemClicked([&](LONGID id) { second.append(id); });
-    emit monitor.getJournal()->anchorClicked(url);
+    Q_EMIT monitor.getJournal()->anchorClicked(url);
     QCOMPARE(first, QList<LONGID>());
     QCOMPARE(second, QList<LONGID>{12});
     QCOMPARE(opened.getUrls(), QList<QUrl>());
 
     monitor.setOnItemClicked({});
-    emit monitor.getJournal()->anchorClicked(url);
+    Q_EMIT monitor.getJournal()->anchorClicked(url);
     QCOMPARE(second, QList<LONGID>{12});
     QCOMPARE(opened.getUrls(), QList<QUrl>{url});
 }
@@ -501,7 +501,7 @@ void TestOrvelProcessMonitor::usesTheFirstViewerOfItsWindow()
     fixture.addViewer();
     fixture.addViewer();
     OrvelProcessMonitor monitor(&fixture.window);
-    emit monitor.showOrvel(kImport);
+    Q_EMIT monitor.showOrvel(kImport);
     QCOMPARE(fixture.opened.getUrls().size(), 1);
 }
 
@@ -509,7 +509,7 @@ void TestOrvelProcessMonitor::reachesTheViewerFromAnotherThread()
 {
     MonitorFixture fixture;
     OrvelProcessMonitor monitor(&fixture.window);
-    std::thread([&] { emit monitor.showOrvel(kImport); }).join();
+    std::thread([&] { Q_EMIT monitor.showOrvel(kImport); }).join();
     // Not made in that thread, but when the window's own thread comes to it.
     QCOMPARE(fixture.getPages(), QStringList());
     QCOMPARE(fixture.opened.getUrls(), QList<QUrl>());

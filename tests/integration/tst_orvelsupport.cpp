@@ -92,7 +92,7 @@ class TestOrvelSupport : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void metaObjectAddsNothing();
     void basesStandInTheirOrder();
     void castsByClassName();

@@ -79,7 +79,7 @@ class TestPluginFile : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void loadingRegistersTheProtocolTypes();
     void metadataHoldsTheInterfaceAndTheClassOnly();
     void metadataIsWhatTheEntryPointAnswers();

@@ -30,7 +30,7 @@ class TestUriNavigation : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void showsThePageThatTheLinkNames();
     void followsALink_data();
     void followsALink();

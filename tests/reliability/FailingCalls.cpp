@@ -16,18 +16,18 @@
 namespace {
 
 // What the system's calls look at before anything of C++ may be there.
-std::atomic<bool> s_isArmed{false};
-std::array<char, PATH_MAX> s_folder{};
-std::atomic<int> s_count{0};
-std::atomic<int> s_failingNumber{0};
-std::atomic<int> s_error{0};
-std::atomic<const char*> s_failedCall{nullptr};
+std::atomic<bool> isArmed{false};
+std::array<char, PATH_MAX> watchedFolder{};
+std::atomic<int> callCount{0};
+std::atomic<int> failingNumber{0};
+std::atomic<int> failureError{0};
+std::atomic<const char*> failedCall{nullptr};
 
 /// The folder itself counts as well: a file without a name is opened so.
 bool isBelow(const char* path)
 {
-    const std::size_t size = std::strlen(s_folder.data());
-    return std::strncmp(path, s_folder.data(), size) == 0 && (path[size] == '/' || path[size] == '\0');
+    const std::size_t size = std::strlen(watchedFolder.data());
+    return std::strncmp(path, watchedFolder.data(), size) == 0 && (path[size] == '/' || path[size] == '\0');
 }
 
 bool isBelow(int file)
@@ -43,15 +43,15 @@ bool isBelow(int file)
 template<typename File>
 bool isToFail(const char* call, File file)
 {
-    if (!s_isArmed)
+    if (!isArmed)
         return false;
     const int oldError = errno;
-    const bool isMeant = isBelow(file) && ++s_count == s_failingNumber;
+    const bool isMeant = isBelow(file) && ++callCount == failingNumber;
     errno = oldError;
     if (!isMeant)
         return false;
-    s_failedCall = call;
-    errno = s_error;
+    failedCall = call;
+    errno = failureError;
     return true;
 }
 
@@ -70,32 +70,32 @@ bool opensForWriting(int flags)
 
 FailingCalls::FailingCalls(const QByteArray& folder, int number, int error)
 {
-    std::snprintf(s_folder.data(), s_folder.size(), "%s", folder.constData());
-    s_count = 0;
-    s_failingNumber = number;
-    s_error = error;
-    s_failedCall = nullptr;
-    s_isArmed = true;
+    std::snprintf(watchedFolder.data(), watchedFolder.size(), "%s", folder.constData());
+    callCount = 0;
+    failingNumber = number;
+    failureError = error;
+    failedCall = nullptr;
+    isArmed = true;
 }
 
 FailingCalls::~FailingCalls()
 {
-    s_isArmed = false;
+    isArmed = false;
 }
 
 int FailingCalls::getCount() const
 {
-    return s_count;
+    return callCount;
 }
 
 bool FailingCalls::hasFailed() const
 {
-    return s_failedCall != nullptr;
+    return failedCall != nullptr;
 }
 
 QByteArray FailingCalls::getFailedCall() const
 {
-    return QByteArray(s_failedCall);
+    return QByteArray(failedCall);
 }
 
 // The calls themselves. Each passes on to the system's what is not to fail.

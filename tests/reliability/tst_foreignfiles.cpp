@@ -26,7 +26,7 @@ class TestForeignFiles : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void linkLaidInThePlaceOfADataFileIsNotFollowed();
     void linkLaidInThePlaceOfAPageIsNotFollowed();
     void filesOfTheApplicationAreForItsUserOnly();

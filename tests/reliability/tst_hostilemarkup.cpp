@@ -25,7 +25,7 @@ class TestHostileMarkup : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void init();
     void cleanup();
 

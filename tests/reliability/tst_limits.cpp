@@ -17,7 +17,7 @@ class TestLimits : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void aMillionIdsAndOneMore();
     void aHundredPagePathsAndOneMore();
     void aLineOfAHundredMegabytes();

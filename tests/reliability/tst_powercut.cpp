@@ -24,7 +24,7 @@ class TestPowerCut : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void filesAreOldOrNewAtAnyMoment();
 

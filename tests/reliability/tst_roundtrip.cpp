@@ -13,7 +13,7 @@ class TestRoundTrip : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void anyMessagesSurvive();
     void anyLinesOfARunSurvive();

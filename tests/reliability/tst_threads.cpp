@@ -18,7 +18,7 @@ class TestThreads : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void linesKeepTheirOrderAndNoneIsLost();
 

@@ -18,7 +18,7 @@ class TestUpgrade : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void dataFileIsRead_data();
     void dataFileIsRead();
     void projectIsRead_data();

@@ -138,7 +138,7 @@ class TestReplay : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void playsAJournal_data();
     void playsAJournal();
     void playsCarriageReturnsAndBlankLines();

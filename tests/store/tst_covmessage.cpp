@@ -28,7 +28,7 @@ class TestCOVMessage : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void isAPlainValue();
     void fieldsStandInTheirOrder();
     void kindsHaveTheirValues();

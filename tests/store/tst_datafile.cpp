@@ -125,7 +125,7 @@ class TestDataFile : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     // Writing
     void writesAnEmptyStore();
     void writesAWholeStore();

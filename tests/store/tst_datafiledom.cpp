@@ -207,7 +207,7 @@ class TestDataFileDom : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void readsWhatTheDomWrites();
     void readsDamagedFilesAsTheDomDoes();
 };

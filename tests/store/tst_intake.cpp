@@ -47,7 +47,7 @@ class TestIntake : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void lineBreaksBecomeHtml_data();
     void lineBreaksBecomeHtml();
     void lineIsFiledUnderItsTypeAndKind();

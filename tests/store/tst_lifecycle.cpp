@@ -122,7 +122,7 @@ class TestLifecycle : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void templateFolderIsEmptyAtLoad();
 
     void aNewProtocolIsEmpty();

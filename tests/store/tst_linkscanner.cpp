@@ -93,7 +93,7 @@ class TestLinkScanner : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void anchorOfAText_data();
     void anchorOfAText();
     void anchorAtOrBehindAPosition();

@@ -11,7 +11,7 @@ class TestProtocolTypes : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void recordIsRegisteredAtLoad_data();
     void recordIsRegisteredAtLoad();
     void membersHaveTheirValues();

@@ -44,7 +44,7 @@ class TestSelection : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void messagesOfAType();
     void messagesOfATypeByKind();
     void messagesOfATypeAreAppended();
