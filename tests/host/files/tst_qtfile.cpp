@@ -279,7 +279,7 @@ void TestQtFile::linkOfAnotherUserInASharedFolderIsNotFollowed()
     writeFile(path, "old");
     QVERIFY(QFile::link(path, link));
     if (::lchown(QFile::encodeName(link).constData(), linkOwner, gid_t(-1)) != 0)
-        QSKIP("Only root can give a link away.");
+        QSKIP("only root can give a link away", 0);
     QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), mode_t(folderMode)), 0);
     QtFile file(link);
     const FileFailure failure = getFailure([&] {
