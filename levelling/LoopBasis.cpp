@@ -85,11 +85,15 @@ Loop toLoop(const SectionGraph& graph, const std::vector<int>& cycle)
     loop.length = 0.0;
     double sum = 0.0;
     double variance = 0.0;
+    const LoopSection& first = loop.sections.front();
+    const Section& firstSection = network.sections[static_cast<std::size_t>(first.section)];
+    const int startIndex = first.forward ? firstSection.from : firstSection.to;
+    int endIndex = startIndex;
+    loop.points.push_back(startIndex);
     for (const LoopSection& step : loop.sections) {
         const Section& section = network.sections[static_cast<std::size_t>(step.section)];
-        if (loop.points.empty())
-            loop.points.push_back(step.forward ? section.from : section.to);
-        loop.points.push_back(step.forward ? section.to : section.from);
+        endIndex = step.forward ? section.to : section.from;
+        loop.points.push_back(endIndex);
         sum += step.forward ? section.difference : -section.difference;
         variance += section.sigma * section.sigma;
         if (!section.distance)
@@ -97,8 +101,8 @@ Loop toLoop(const SectionGraph& graph, const std::vector<int>& cycle)
         else if (loop.length)
             *loop.length += *section.distance;
     }
-    const Point& start = network.points[static_cast<std::size_t>(loop.points.front())];
-    const Point& end = network.points[static_cast<std::size_t>(loop.points.back())];
+    const Point& start = network.points[static_cast<std::size_t>(startIndex)];
+    const Point& end = network.points[static_cast<std::size_t>(endIndex)];
     const double given = start.fixed ? *end.height - *start.height : 0.0;
     loop.misclosure = (sum - given) * 1000.0;
     loop.sigma = std::sqrt(variance);
