@@ -21,12 +21,13 @@ function barMarkup(count, at, largest) {
   const [from, to] = [write(at * step), write((at + 1) * step)];
   const label = say(at < bars - 1 ? "chartPart" : "chartRest", from, to, write(count));
   const isOver = at * step >= 1;
+  // A link of the drawing is reached by the keyboard as any other.
+  const tag = count ? `a href="#" role="button" aria-label="${label}"` : "g";
   return (
-    `<g role="button" tabindex="${count ? 0 : -1}" aria-disabled="${!count}" aria-label="${label}" data-bar="${at}"` +
-    `${isOver ? ' class="over"' : ""}><title>${label}</title>` +
+    `<${tag} data-bar="${at}"${isOver ? ' class="over"' : ""}><title>${label}</title>` +
     `<rect class="ground" x="${x}" y="0" width="${barWidth}" height="${height}"></rect>` +
     `<rect class="bar" x="${x}" y="${height - size}" width="${barWidth}" height="${size}"></rect>` +
-    `<text x="${x + barWidth / 2}" y="${height - size - 4}">${count ? write(count) : ""}</text></g>` +
+    `<text x="${x + barWidth / 2}" y="${height - size - 4}">${count ? write(count) : ""}</text></${tag[0]}>` +
     `<text x="${x}" y="${height + footing - 3}">${from}</text>`
   );
 }
@@ -43,16 +44,11 @@ function draw(counts, search) {
     `<svg viewBox="-14 -${heading} ${width + 14} ${heading + height + footing}" width="${width + 14}" role="group"` +
     ` aria-label="${say("chart")}">${counts.map((count, at) => barMarkup(count, at, largest)).join("")}` +
     `<line x1="${limit}" x2="${limit}" y1="-${heading}" y2="${height}"></line></svg>`;
-  const choose = ({ target }) => {
-    const at = target.closest("[data-bar]")?.dataset.bar;
-    if (at !== undefined && counts[at]) search(searchOf(Number(at)));
-  };
-  listen(figure, "click", choose);
-  listen(figure, "keydown", (event) => {
-    if (event.key !== "Enter" && event.key !== " ") return;
+  listen(figure, "click", (event) => {
+    const bar = event.target.closest("a[data-bar]");
+    if (!bar) return;
     event.preventDefault();
-    event.stopPropagation();
-    choose(event);
+    search(searchOf(Number(bar.dataset.bar)));
   });
   return figure;
 }

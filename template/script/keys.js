@@ -36,7 +36,8 @@ export function handleKey(app, event) {
     event.preventDefault();
     return;
   }
-  if (!app.main.contains(event.target)) return;
+  const isBesideTree = !app.view.rowOf(event.target) && event.target.closest("a, button");
+  if (!app.main.contains(event.target) || isBesideTree) return;
   app.isMoved = true;
   if (app.tree.keyDown(event)) event.preventDefault();
 }

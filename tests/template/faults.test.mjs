@@ -130,6 +130,13 @@ describe("the tree on a long page with reports", () => {
     assert.equal(await page.evaluate(() => document.querySelectorAll("main [tabindex='0']").length), 1);
     await page.keyboard.press("Shift+Tab");
     assert.equal(await page.evaluate(() => Boolean(document.activeElement.closest(".reportsblock"))), true);
+    // The keys of a link there are its own.
+    const isLeft = await page.evaluate(() =>
+      document.activeElement.dispatchEvent(
+        new KeyboardEvent("keydown", { key: "Enter", bubbles: true, cancelable: true }),
+      ),
+    );
+    assert.equal(isLeft, true);
     await page.context().close();
   });
 });

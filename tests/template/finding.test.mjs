@@ -295,7 +295,10 @@ test("lines in one list are exported with their branches, in the order shown", a
 describe("the histogram", () => {
   const bars = (page) =>
     page.evaluate(() =>
-      [...document.querySelectorAll("#chart g")].map((bar) => [bar.ariaLabel, bar.getAttribute("class")]),
+      [...document.querySelectorAll("#chart [data-bar]")].map((bar) => [
+        bar.querySelector("title").textContent,
+        bar.getAttribute("class"),
+      ]),
     );
 
   test("shows how the values lie to their limits, and filters", async () => {
@@ -306,10 +309,10 @@ describe("the histogram", () => {
       [0, 0, 1, 0, 1, 0, 0, 1, 1].map((count, at) => [String(count), at < 4 ? null : "over"]),
     );
     assert.equal(await page.locator("#chart b").textContent(), "Сверх допуска: 3 из 4");
-    await page.locator("#chart g").last().click();
+    await page.locator("#chart [data-bar]").last().click();
     assert.deepEqual(await visibleLines(page), [measured[0]]);
     assert.equal(await page.locator("#query").inputValue(), "отношение>=2");
-    await page.locator("#chart g").nth(4).focus();
+    await page.locator("#chart [data-bar]").nth(4).focus();
     await press(page, "Enter");
     assert.deepEqual(await visibleLines(page), [measured[5]]);
     await page.context().close();
