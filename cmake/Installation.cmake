@@ -21,6 +21,8 @@ install(DIRECTORY host DESTINATION ${headerFolder} COMPONENT Development
     PATTERN "app/LibraryFolder.h" EXCLUDE
     PATTERN "files/RandomName.h" EXCLUDE
     PATTERN "files/UnfinishedFile.h" EXCLUDE
+    PATTERN "files/RandomName.h" EXCLUDE
+    PATTERN "files/UnfinishedFile.h" EXCLUDE
     PATTERN "process/JournalBrowser.h" EXCLUDE)
 install(FILES Orvel/Toolkit.h DESTINATION ${headerFolder}/Orvel COMPONENT Development)
 install(FILES

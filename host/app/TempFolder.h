@@ -18,8 +18,8 @@ public:
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    const QString& getPath() const { return path; }
-    QString filePath(const QString& fileName) const;
+    const QString& getPath() const { return path; }  ///< Absolute.
+    QString filePath(const QString& fileName) const; ///< Absolute path of a file in the folder.
 
 private:
     bool make(const QString& candidate);
