@@ -2,6 +2,7 @@
 
 #include "host/files/RandomName.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -60,6 +61,12 @@ bool isOwnRegularFile(const QString& path)
            status.st_uid == geteuid();
 }
 
+/// A sentence of Qt's own, in the words of Qt's translations.
+QString getQtText(const char* text)
+{
+    return QCoreApplication::translate(QSaveFile::staticMetaObject.className(), text);
+}
+
 } // namespace
 
 UnfinishedFile::UnfinishedFile(const QString& targetPath) : target(targetPath)
@@ -77,9 +84,9 @@ bool UnfinishedFile::open(OpenMode mode)
 {
     const QFileInfo existing(target);
     if (existing.isDir())
-        return fail(QSaveFile::tr("Filename refers to a directory"));
+        return fail(getQtText("Filename refers to a directory"));
     if (existing.exists() && !existing.isWritable())
-        return fail(QSaveFile::tr("Existing file %1 is not writable").arg(target));
+        return fail(getQtText("Existing file %1 is not writable").arg(target));
     // A link stays, and what it leads to is replaced.
     if (existing.isSymLink())
         target = existing.exists() ? existing.canonicalFilePath() : existing.symLinkTarget();

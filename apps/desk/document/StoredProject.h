@@ -20,12 +20,14 @@ struct StoredProject
 
 namespace storedproject {
 
-/// Writes the project as a file: signature, version, content, and the content's checksum. Throws
-/// qor::CFileException.
+/// Writes the project as a file: signature, version, content, and the content's checksum.
+///
+/// @throws qor::CFileException
 void write(const StoredProject& project, QIODevice& device);
 
-/// Reads what write() wrote. Throws qor::CFileException, whose description says what is wrong with the file.
-/// That the network makes sense is for Document::setContent() to find out.
+/// Reads what write() wrote. That the network makes sense is for Document::setContent() to find out.
+///
+/// @throws qor::CFileException  its description says what is wrong with the file
 StoredProject read(QIODevice& device);
 
 } // namespace storedproject
