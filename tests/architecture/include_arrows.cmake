@@ -10,7 +10,9 @@ set(arrows
     "Orvel/integration:host Orvel/store Orvel/html"
     "apps/common:host Orvel"
     "apps/replay:host Orvel apps/common"
-    "apps/desk:host Orvel levelling apps/common")
+    "apps/desk:host Orvel levelling apps/common"
+    "bench:host Orvel levelling apps tests"
+    "examples:host Orvel")
 
 # Headers that the build generates stand at the top of the library that they belong to.
 set(generated "Orvel/orvel_export.h")
