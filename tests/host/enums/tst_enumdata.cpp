@@ -8,7 +8,7 @@
 namespace {
 
 /// Registered before main(), as other libraries do.
-const bool isEarlyRecordRegistered = [] {
+const bool kIsEarlyRecordRegistered = [] {
     registerEnumData(EnumData(100, "Early", "ранняя", "ранние"));
     return true;
 }();
@@ -63,7 +63,7 @@ void TestEnumData::registeredRecordIsFound()
 
 void TestEnumData::recordOfAStaticInitializerIsFound()
 {
-    QVERIFY(isEarlyRecordRegistered);
+    QVERIFY(kIsEarlyRecordRegistered);
     QCOMPARE(getEnumData(100).getTextSingular(), std::wstring(L"ранняя"));
 }
 
