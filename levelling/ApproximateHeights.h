@@ -7,8 +7,10 @@
 
 namespace levelling {
 
-/// Heights of all points in m, carried from the fixed points over as few sections as possible. Points that
-/// no fixed point can reach have none.
-std::vector<std::optional<double>> approximateHeights(const SectionGraph& graph);
+/// Heights of all points in m, carried from the held points over as few sections as possible. Points that no
+/// held point can reach have none.
+/// @param avoided by index of the section, or empty: what carries heights only where nothing else does
+std::vector<std::optional<double>> approximateHeights(const SectionGraph& graph,
+                                                      const std::vector<bool>& avoided = {});
 
 } // namespace levelling

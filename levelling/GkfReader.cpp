@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <Eigen/Dense>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -13,6 +15,8 @@ namespace {
 // Far beyond everything on Earth and still harmless when squared and summed.
 constexpr double kLargestNumber = 1e9;
 constexpr double kSmallestPositive = 1e-9;
+// Their matrix is full: each height more takes memory and time for all others.
+constexpr std::size_t kMostObservedHeights = 2000;
 
 template<typename Text>
 std::optional<double> toNumber(const Text& text)
@@ -71,7 +75,7 @@ public:
     BandPlace(qint64 matrixDim, qint64 matrixBand) : dim(matrixDim), band(matrixBand) {}
 
     qint64 getRow() const { return row; }
-    bool isDiagonal() const { return offset == 0; }
+    qint64 getColumn() const { return row + offset; }
     /// Behind the last number.
     bool isEnd() const { return row >= dim; }
 
@@ -150,6 +154,7 @@ void GkfReader::readDocument()
     if (!xml.hasError()) {
         completeSigmas();
         checkPoints();
+        completeObservedHeights();
     }
     if (xml.hasError() || limitProblem) {
         const Problem malformed{
@@ -265,6 +270,13 @@ void GkfReader::readParameters()
     if (const auto tolerance = parameter(QLatin1String("tol-abs")))
         parameters.toleranceAbsolute = *tolerance;
 
+    if (const auto confidence = parameter(QLatin1String("conf-pr"))) {
+        if (*confidence < 1.0)
+            parameters.confidence = *confidence;
+        else
+            addProblem(ProblemKind::ParameterUnusable, Severity::Warning, xml.lineNumber(),
+                       {QStringLiteral("conf-pr"), attribute(QLatin1String("conf-pr"))});
+    }
     const QString sigmaAct = attribute(QLatin1String("sigma-act"));
     if (sigmaAct == QLatin1String("apriori"))
         parameters.sigmaAct = SigmaAct::Apriori;
@@ -283,8 +295,9 @@ void GkfReader::readPointsObservations()
             readPoint();
         else if (xml.name() == QLatin1String("height-differences"))
             readHeightDifferences();
-        else if (xml.name() == QLatin1String("obs") || xml.name() == QLatin1String("vectors") ||
-                 xml.name() == QLatin1String("coordinates"))
+        else if (xml.name() == QLatin1String("coordinates"))
+            readCoordinates();
+        else if (xml.name() == QLatin1String("obs") || xml.name() == QLatin1String("vectors"))
             readOtherObservations();
         else
             skipUnknownElement(QStringLiteral("points-observations"));
@@ -313,11 +326,14 @@ void GkfReader::readPoint()
         addProblem(ProblemKind::HeightUnusable, Severity::Error, line, {id, heightText});
 
     const bool fixed = namesHeight(attribute(QLatin1String("fix")));
-    const bool adjusted = namesHeight(attribute(QLatin1String("adj")));
+    const QString adjustedText = attribute(QLatin1String("adj"));
+    const bool adjusted = namesHeight(adjustedText);
     if (fixed && adjusted)
         addProblem(ProblemKind::PointFixedAndAdjusted, Severity::Warning, line, {id});
     if (fixed || adjusted) {
         point.fixed = fixed;
+        // A capital letter marks what carries the datum of a free network.
+        point.constrained = !fixed && adjustedText.contains(QLatin1Char('Z'));
         pointsWithRole.insert(id);
     }
     skipContent();
@@ -356,37 +372,48 @@ GkfReader::PendingSection GkfReader::readSection()
     return section;
 }
 
-void GkfReader::readCovariance(std::vector<PendingSection>& sections)
+GkfReader::Covariance GkfReader::readMatrix(qint64 size,
+                                            const std::function<void(qint64, qint64, const QString&)>& take)
 {
-    const qint64 line = xml.lineNumber();
-    const QString dimText = attribute(QLatin1String("dim"));
-    const QString bandText = attribute(QLatin1String("band"));
+    Covariance covariance;
+    covariance.line = xml.lineNumber();
+    covariance.dimText = attribute(QLatin1String("dim"));
+    covariance.bandText = attribute(QLatin1String("band"));
     bool dimOk = false;
     bool bandOk = false;
-    const qint64 dim = dimText.toInt(&dimOk);
-    const qint64 band = bandText.toInt(&bandOk);
-    const auto count = static_cast<qint64>(sections.size());
+    const qint64 dim = covariance.dimText.toInt(&dimOk);
+    const qint64 band = covariance.bandText.toInt(&bandOk);
 
-    QStringList variances;
-    qint64 correlations = 0;
     qint64 numbers = 0;
-    BandPlace place(count, band);
+    BandPlace place(size, band);
     NumberFields fields([&](const QString& field) {
         if (++numbers > kMaxCovariances)
             stop(ProblemKind::TooManyCovariances, kMaxCovariances);
-        if (place.isDiagonal() && !place.isEnd())
-            variances.append(field);
-        else if (toNumber(field) != 0.0)
-            ++correlations;
+        if (!place.isEnd())
+            take(place.getRow(), place.getColumn(), field);
         place.advance();
     });
     readText([&](const QStringRef& piece) { fields.add(piece); });
     fields.finish();
+    covariance.isComplete = dimOk && bandOk && dim == size && band >= 0 && band < dim &&
+                            numbers == dim * (band + 1) - band * (band + 1) / 2;
+    return covariance;
+}
 
-    if (!dimOk || !bandOk || dim != count || band < 0 || band >= dim ||
-        numbers != dim * (band + 1) - band * (band + 1) / 2) {
-        addProblem(ProblemKind::CovarianceUnusable, Severity::Error, line,
-                   {dimText, bandText, QString::number(count)});
+void GkfReader::readCovariance(std::vector<PendingSection>& sections)
+{
+    QStringList variances;
+    qint64 correlations = 0;
+    const auto take = [&](qint64 row, qint64 column, const QString& field) {
+        if (row == column)
+            variances.append(field);
+        else if (toNumber(field) != 0.0)
+            ++correlations;
+    };
+    const Covariance covariance = readMatrix(static_cast<qint64>(sections.size()), take);
+    if (!covariance.isComplete) {
+        addProblem(ProblemKind::CovarianceUnusable, Severity::Error, covariance.line,
+                   {covariance.dimText, covariance.bandText, QString::number(sections.size())});
         return;
     }
     for (std::size_t row = 0; row < sections.size(); ++row) {
@@ -398,8 +425,149 @@ void GkfReader::readCovariance(std::vector<PendingSection>& sections)
                        {section.from, section.to, text});
     }
     if (correlations > 0)
-        addProblem(ProblemKind::CorrelationsIgnored, Severity::Warning, line,
+        addProblem(ProblemKind::CorrelationsIgnored, Severity::Warning, covariance.line,
                    {QString::number(correlations)});
+}
+
+void GkfReader::readCoordinates()
+{
+    const qint64 line = xml.lineNumber();
+    std::vector<PendingHeight> heights;
+    qint64 rows = 0;
+    Covariance covariance;
+    struct Element
+    {
+        qint64 row;
+        qint64 column;
+        double value;
+    };
+    std::vector<Element> elements;
+    bool areNumbers = true;
+    while (readNextStartElement()) {
+        if (xml.name() == QLatin1String("point")) {
+            heights.push_back(readObservedPoint(rows));
+            checkEntries(heights.size());
+        } else if (xml.name() == QLatin1String("cov-mat")) {
+            elements.clear();
+            covariance = readMatrix(rows, [&](qint64 row, qint64 column, const QString& field) {
+                const std::optional<double> number = toNumber(field);
+                areNumbers = areNumbers && number;
+                if (number && *number != 0.0)
+                    elements.push_back({row, column, *number});
+            });
+        } else {
+            skipUnknownElement(QStringLiteral("coordinates"));
+        }
+    }
+    heights.erase(std::remove_if(heights.begin(), heights.end(),
+                                 [](const PendingHeight& height) { return height.point < 0; }),
+                  heights.end());
+    if (heights.empty() || xml.hasError())
+        return;
+    const std::size_t count = heights.size();
+    std::vector<double> matrix(
+        areNumbers && covariance.isComplete && count <= kMostObservedHeights ? count * count : 0);
+    QHash<qint64, std::size_t> placeOfRow;
+    for (std::size_t place = 0; place < count; ++place)
+        placeOfRow.insert(heights[place].row, place);
+    for (const Element& element : elements) {
+        const auto row = placeOfRow.constFind(element.row);
+        const auto column = placeOfRow.constFind(element.column);
+        if (!matrix.empty() && row != placeOfRow.constEnd() && column != placeOfRow.constEnd())
+            matrix[*row * count + *column] = matrix[*column * count + *row] = element.value;
+    }
+    const auto size = static_cast<Eigen::Index>(count);
+    if (matrix.empty() ||
+        Eigen::Map<const Eigen::MatrixXd>(matrix.data(), size, size).llt().info() != Eigen::Success) {
+        addProblem(ProblemKind::ObservedWithoutCovariance, Severity::Error,
+                   covariance.line > 0 ? covariance.line : line,
+                   {covariance.dimText, covariance.bandText, QString::number(count)});
+        return;
+    }
+    addObservedHeights(heights, matrix);
+}
+
+GkfReader::PendingHeight GkfReader::readObservedPoint(qint64& rows)
+{
+    PendingHeight height;
+    height.line = xml.lineNumber();
+    height.point = -1;
+    for (const char* coordinate : {"x", "y"})
+        rows += xml.attributes().hasAttribute(QLatin1String(coordinate)) ? 1 : 0;
+    const QString id = attribute(QLatin1String("id"));
+    const QString heightText = attribute(QLatin1String("z"));
+    if (id.isEmpty()) {
+        addProblem(ProblemKind::PointWithoutId, Severity::Error, height.line);
+    } else if (!heightText.isNull()) {
+        height.point = pointIndex(id, height.line);
+        height.height = toNumber(heightText);
+        height.row = rows;
+        Point& point = result.network.points[static_cast<std::size_t>(height.point)];
+        if (!point.declared)
+            point.line = height.line;
+        point.declared = true;
+        point.fixed = point.fixed || namesHeight(attribute(QLatin1String("fix")));
+        pointsWithRole.insert(id);
+    }
+    rows += heightText.isNull() ? 0 : 1;
+    skipContent();
+    return height;
+}
+
+void GkfReader::addObservedHeights(const std::vector<PendingHeight>& heights,
+                                   const std::vector<double>& covariance)
+{
+    std::vector<std::size_t> taken;
+    for (std::size_t place = 0; place < heights.size(); ++place) {
+        if (!heights[place].height) {
+            addProblem(ProblemKind::ObservedHeightMissing, Severity::Error, heights[place].line,
+                       {result.network.points[static_cast<std::size_t>(heights[place].point)].id});
+            return;
+        }
+        Point& point = result.network.points[static_cast<std::size_t>(heights[place].point)];
+        if (point.observed) {
+            addProblem(ProblemKind::ObservedPointRepeated, Severity::Warning, heights[place].line,
+                       {point.id});
+            continue;
+        }
+        point.observed = true;
+        observedValues.insert(heights[place].point, *heights[place].height);
+        taken.push_back(place);
+    }
+    ObservedHeights observed;
+    for (const std::size_t row : taken) {
+        observed.points.push_back(heights[row].point);
+        for (const std::size_t column : taken)
+            observed.covariance.push_back(covariance[row * heights.size() + column]);
+    }
+    if (!observed.points.empty())
+        result.network.observedHeights.push_back(std::move(observed));
+}
+
+void GkfReader::completeObservedHeights()
+{
+    // Only now is known what any tag of the points says.
+    std::vector<ObservedHeights> groups;
+    for (const ObservedHeights& read : result.network.observedHeights) {
+        ObservedHeights kept;
+        for (std::size_t row = 0; row < read.points.size(); ++row) {
+            Point& point = result.network.points[static_cast<std::size_t>(read.points[row])];
+            if (point.fixed) {
+                point.observed = false;
+                addProblem(ProblemKind::ObservedPointFixed, Severity::Warning, point.line, {point.id});
+                continue;
+            }
+            point.height = observedValues.value(read.points[row]);
+            kept.points.push_back(read.points[row]);
+            for (std::size_t column = 0; column < read.points.size(); ++column) {
+                if (!result.network.points[static_cast<std::size_t>(read.points[column])].fixed)
+                    kept.covariance.push_back(read.covariance[row * read.points.size() + column]);
+            }
+        }
+        if (!kept.points.empty())
+            groups.push_back(std::move(kept));
+    }
+    result.network.observedHeights = std::move(groups);
 }
 
 void GkfReader::readOtherObservations()
@@ -443,6 +611,10 @@ void GkfReader::addSection(const PendingSection& pending)
     }
     if (pending.from == pending.to) {
         refuse(ProblemKind::SectionSameEnds, ends);
+        return;
+    }
+    if (!pending.value && pending.valueText.isEmpty()) {
+        refuse(ProblemKind::SectionValueMissing, ends);
         return;
     }
     if (!pending.value) {

@@ -31,7 +31,9 @@ struct GkfResult
 /// "val" and "z" are in m, "stdev" in mm, "dist" in km, a covariance matrix in mm². A variance wins over
 /// "stdev", "stdev" over "dist"; from "dist" sigma = sigma-apr * sqrt(dist). Numbers are read the same way
 /// in every locale and may have blanks around them; what is no finite number within 1e9, and for positive
-/// quantities 1e-9, is taken as unusable. What several tags of one point state is merged: the later wins.
+/// quantities 1e-9, is taken as unusable. Heights in "coordinates" are observations with the covariances of
+/// their matrix; a capital letter in "adj" marks the points that carry the datum of a free network. What
+/// several tags of one point state is merged: the later wins.
 ///
 /// The memory needed is bounded, whatever the file holds: over one of the limits below, reading ends as it
 /// does for a file that cannot be read.
@@ -67,6 +69,26 @@ private:
         qint64 line = 0;
     };
 
+    /// A point of a group of observed coordinates.
+    struct PendingHeight
+    {
+        int point = 0;
+        std::optional<double> height;
+        /// Row of the height in the matrix of the group, which has rows of other coordinates, too.
+        qint64 row = 0;
+        qint64 line = 0;
+    };
+
+    /// A covariance matrix as it was read.
+    struct Covariance
+    {
+        qint64 line = 0;
+        QString dimText;
+        QString bandText;
+        /// The matrix has as many rows as it should, and all numbers of its band.
+        bool isComplete = false;
+    };
+
     explicit GkfReader(QIODevice& device);
 
     void readDocument();
@@ -89,7 +111,14 @@ private:
     void readHeightDifferences();
     PendingSection readSection();
     void readDescription();
+    /// Reads a matrix for so many measurements; each number of the band is handed out with its row and
+    /// column.
+    Covariance readMatrix(qint64 size, const std::function<void(qint64, qint64, const QString&)>& take);
     void readCovariance(std::vector<PendingSection>& sections);
+    void readCoordinates();
+    PendingHeight readObservedPoint(qint64& rows);
+    void addObservedHeights(const std::vector<PendingHeight>& heights, const std::vector<double>& covariance);
+    void completeObservedHeights();
     void readOtherObservations();
     void skipUnknownElement(const QString& parent);
     /// Skips to the end of an element that should have no child elements.
@@ -118,6 +147,7 @@ private:
     GkfResult result;
     QHash<QString, int> indexOfPoint;
     QSet<QString> pointsWithRole;
+    QHash<int, double> observedValues; ///< by index of the point
 };
 
 } // namespace levelling

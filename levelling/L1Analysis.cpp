@@ -270,27 +270,43 @@ std::vector<int> findAmbiguous(const SectionGraph& graph, const Solution& soluti
     return ambiguous;
 }
 
-bool hasUnknown(const Network& network, const std::vector<std::optional<double>>& heights)
+bool hasUnknown(const SectionGraph& graph, const std::vector<std::optional<double>>& heights)
 {
     for (std::size_t point = 0; point < heights.size(); ++point) {
-        if (heights[point] && !network.points[point].fixed)
+        if (heights[point] && !graph.isHeld(static_cast<int>(point)))
             return true;
     }
     return false;
 }
 
+/// Moves the heights of a free component so that the mean of its datum points is the given one.
+void moveToDatum(const Network& network, const Component& component,
+                 std::vector<std::optional<double>>& heights)
+{
+    double sum = 0.0;
+    for (const int point : component.datumPoints) {
+        const auto index = static_cast<std::size_t>(point);
+        sum += *network.points[index].height - *heights[index];
+    }
+    if (component.datumPoints.empty())
+        return;
+    for (const int point : component.points)
+        *heights[static_cast<std::size_t>(point)] += sum / static_cast<double>(component.datumPoints.size());
+}
+
 } // namespace
 
-L1Analysis analyseL1(const Network& network, double grossLimit, const std::function<bool()>& isStopped)
+L1Analysis analyseL1(const Network& network, const std::function<bool()>& isStopped)
 {
+    const std::vector<Component> components = findComponents(network);
     L1Analysis result;
     result.heights.resize(network.points.size());
     result.sections.resize(network.sections.size());
-    result.undetermined = findUndeterminedPoints(findComponents(network));
+    result.undetermined = findUndeterminedPoints(components);
 
     const SectionGraph graph(network);
     const std::vector<std::optional<double>> approximate = approximateHeights(graph);
-    if (!hasUnknown(network, approximate)) {
+    if (!hasUnknown(graph, approximate)) {
         result.status = L1Status::NothingToAdjust;
         return result;
     }
@@ -317,11 +333,13 @@ L1Analysis analyseL1(const Network& network, double grossLimit, const std::funct
                 static_cast<double>(toUnits(*heights[point]) + correction) / kUnitsPerMetre;
         }
     }
+    for (const Component& component : components)
+        moveToDatum(network, component, result.heights);
     for (std::size_t arc = 0; arc < problem.arcs.size(); ++arc) {
         const std::size_t index = problem.sectionOfArc[arc];
         const double residual = static_cast<double>(solution.getResidual(arc)) / kUnitsPerMillimetre;
         const double scaled = std::abs(residual) / network.sections[index].sigma;
-        result.sections[index] = L1Section{residual, scaled, scaled > grossLimit};
+        result.sections[index] = L1Section{residual, scaled};
         result.objective += scaled;
     }
     result.ambiguous = findAmbiguous(graph, solution, heights);

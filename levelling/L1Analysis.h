@@ -16,13 +16,11 @@ struct L1Section
     double residual = 0.0;
     /// |v| / sigma.
     double scaledResidual = 0.0;
-    /// The scaled residual is over the limit: a gross error is isolated here.
-    bool isGross = false;
 };
 
 enum class L1Status {
     Ok,
-    NothingToAdjust, ///< no section leads from a fixed point to another one
+    NothingToAdjust, ///< no section leads from a held point to another one
     TooLarge, ///< the misclosures are too large to be counted in units of 0.00001 mm; there are no results
     Stopped,  ///< stopped on request; there are no results
 };
@@ -50,9 +48,8 @@ struct L1Analysis
 /// Its dual is a circulation of least cost: the flow of a section lies between -1/sigma and 1/sigma, its cost
 /// is the measured difference, and the potentials are the heights. Differences count in units of 0.00001 mm
 /// and weights in 2^-40 of the largest one, so the solution is exact for the differences as they stand in a
-/// file and the search ends with a proof of the minimum (see FlowSimplex). In a large network it takes a
-/// while; isStopped is asked now and then.
-L1Analysis analyseL1(const Network& network, double grossLimit = 3.0,
-                     const std::function<bool()>& isStopped = {});
+/// file and the search ends with a proof of the minimum (see FlowSimplex). Benchmarks are held, observed
+/// ones, too. In a large network it takes a while; isStopped is asked now and then.
+L1Analysis analyseL1(const Network& network, const std::function<bool()>& isStopped = {});
 
 } // namespace levelling

@@ -103,7 +103,7 @@ Loop toLoop(const SectionGraph& graph, const std::vector<int>& cycle)
     }
     const Point& start = network.points[static_cast<std::size_t>(startIndex)];
     const Point& end = network.points[static_cast<std::size_t>(endIndex)];
-    const double given = start.fixed ? *end.height - *start.height : 0.0;
+    const double given = graph.isHeld(startIndex) ? *end.height - *start.height : 0.0;
     loop.misclosure = (sum - given) * 1000.0;
     loop.sigma = std::sqrt(variance);
     return loop;

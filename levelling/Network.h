@@ -15,10 +15,25 @@ struct Point
     std::optional<double> height;
     /// The height is held. A fixed point always has a height.
     bool fixed = false;
+    /// The height is an observation of its own, see ObservedHeights. It is there then, and not held.
+    bool observed = false;
+    /// The point carries the datum of a free network: one of those whose mean height stays.
+    bool constrained = false;
     /// False if the point is known from sections only.
     bool declared = false;
     /// Line of the file that declares the point, or that uses it first.
     qint64 line = 0;
+
+    bool isBenchmark() const { return fixed || observed; }
+};
+
+/// Heights of benchmarks that are known with their covariances, as an earlier adjustment gives them.
+struct ObservedHeights
+{
+    /// Indices of the points, which have the heights; each point is in one of the groups.
+    std::vector<int> points;
+    /// Covariances of the heights, mm², row by row: symmetric and positive definite.
+    std::vector<double> covariance;
 };
 
 /// A measured height difference.
@@ -49,6 +64,8 @@ struct Parameters
     SigmaAct sigmaAct = SigmaAct::Aposteriori;
     /// Largest plausible difference of a measurement from the approximate heights, mm.
     double toleranceAbsolute = 1000.0;
+    /// Probability with which statistical tests pass what is free of gross errors, between 0 and 1.
+    double confidence = 0.95;
 };
 
 /// A levelling network: plain data, in the order of the file.
@@ -58,6 +75,7 @@ struct Network
     Parameters parameters;
     std::vector<Point> points;
     std::vector<Section> sections;
+    std::vector<ObservedHeights> observedHeights;
 };
 
 } // namespace levelling

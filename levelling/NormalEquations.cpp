@@ -2,30 +2,56 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace levelling {
 
+namespace {
+
+// Each step of refinement gives some digits back that very different weights have cost.
+constexpr int kRefinements = 2;
+
+Eigen::MatrixXd inverseCovariance(const ObservedHeights& observed)
+{
+    const auto size = static_cast<Eigen::Index>(observed.points.size());
+    const Eigen::Map<const Eigen::MatrixXd> covariance(observed.covariance.data(), size, size);
+    return covariance.llt().solve(Eigen::MatrixXd::Identity(size, size));
+}
+
+} // namespace
+
 NormalEquations::NormalEquations(const SectionGraph& sectionGraph,
-                                 const std::vector<std::optional<double>>& approximateHeights)
+                                 const std::vector<std::optional<double>>& approximateHeights,
+                                 std::vector<bool> leftOut)
     : graph(sectionGraph)
     , heights(approximateHeights)
-    , unknownOfNode(static_cast<std::size_t>(sectionGraph.getNodeCount()), -1)
+    , excluded(std::move(leftOut))
+    , unknownOfPoint(sectionGraph.getNetwork().points.size(), -1)
 {
     const Network& network = graph.getNetwork();
     for (std::size_t point = 0; point < heights.size(); ++point) {
-        if (heights[point] && !network.points[point].fixed)
-            unknownOfNode[static_cast<std::size_t>(graph.getNode(static_cast<int>(point)))] = unknownCount++;
+        if (heights[point] && (network.points[point].observed || !graph.isHeld(static_cast<int>(point))))
+            unknownOfPoint[point] = unknownCount++;
     }
     matrix.resize(unknownCount, unknownCount);
     rightSide.setZero(unknownCount);
 
-    std::vector<Eigen::Triplet<double>> elements;
+    Triplets elements;
     elements.reserve(3 * network.sections.size());
-    for (const Section& section : network.sections) {
-        if (heights[static_cast<std::size_t>(section.from)])
-            addSection(section, elements);
+    for (std::size_t index = 0; index < network.sections.size(); ++index) {
+        if (contains(static_cast<int>(index)))
+            addSection(network.sections[index], elements);
     }
+    for (const ObservedHeights& observed : network.observedHeights)
+        addObservedHeights(observed, elements);
     matrix.setFromTriplets(elements.begin(), elements.end());
+}
+
+bool NormalEquations::contains(int section) const
+{
+    const auto index = static_cast<std::size_t>(section);
+    const Section& asked = graph.getNetwork().sections[index];
+    return heights[static_cast<std::size_t>(asked.from)] && (excluded.empty() || !excluded[index]);
 }
 
 double NormalEquations::getTerm(const Section& section) const
@@ -43,7 +69,35 @@ bool NormalEquations::solve()
     if (cholesky.info() != Eigen::Success || !std::all_of(d.data(), d.data() + d.size(), positive))
         return false;
     corrections = cholesky.solve(rightSide);
+    for (int step = 0; step < kRefinements; ++step)
+        refine();
     return true;
+}
+
+void NormalEquations::refine()
+{
+    const Network& network = graph.getNetwork();
+    Eigen::VectorXd rest = Eigen::VectorXd::Zero(unknownCount);
+    for (std::size_t index = 0; index < network.sections.size(); ++index) {
+        const Section& section = network.sections[index];
+        if (!contains(static_cast<int>(index)))
+            continue;
+        const double weighted = -getResidual(section) / (section.sigma * section.sigma);
+        if (const int from = getUnknown(section.from); from >= 0)
+            rest[from] -= weighted;
+        if (const int to = getUnknown(section.to); to >= 0)
+            rest[to] += weighted;
+    }
+    for (std::size_t group = 0; group < observedWeights.size(); ++group) {
+        const std::vector<int>& points = network.observedHeights[group].points;
+        for (std::size_t row = 0; row < points.size(); ++row) {
+            for (std::size_t column = 0; column < points.size(); ++column)
+                rest[getUnknown(points[row])] -= observedWeights[group](static_cast<Eigen::Index>(row),
+                                                                        static_cast<Eigen::Index>(column)) *
+                                                 getCorrection(points[column]);
+        }
+    }
+    corrections += cholesky.solve(rest);
 }
 
 void NormalEquations::invert()
@@ -57,21 +111,46 @@ double NormalEquations::getCorrection(int point) const
     return unknown < 0 ? 0.0 : corrections[unknown];
 }
 
+double NormalEquations::getResidual(const Section& section) const
+{
+    return getCorrection(section.to) - getCorrection(section.from) - getTerm(section);
+}
+
+std::vector<double> NormalEquations::applyInverse(const std::vector<double>& vector) const
+{
+    Eigen::VectorXd given = Eigen::VectorXd::Zero(unknownCount);
+    for (std::size_t point = 0; point < vector.size(); ++point) {
+        if (const int unknown = unknownOfPoint[point]; unknown >= 0)
+            given[unknown] = vector[point];
+    }
+    const Eigen::VectorXd solved = cholesky.solve(given);
+    std::vector<double> result(vector.size(), 0.0);
+    for (std::size_t point = 0; point < vector.size(); ++point) {
+        if (const int unknown = unknownOfPoint[point]; unknown >= 0)
+            result[point] = solved[unknown];
+    }
+    return result;
+}
+
 double NormalEquations::getVariance(int point) const
 {
-    const int unknown = getUnknown(point);
-    return unknown < 0 ? 0.0 : inverse->at(unknown, unknown);
+    return getCovariance(point, point);
+}
+
+double NormalEquations::getCovariance(int point, int other) const
+{
+    const int row = getUnknown(point);
+    const int column = getUnknown(other);
+    return row < 0 || column < 0 ? 0.0 : inverse->at(row, column);
 }
 
 double NormalEquations::getDifferenceVariance(const Section& section) const
 {
-    const int from = getUnknown(section.from);
-    const int to = getUnknown(section.to);
-    const double covariance = from < 0 || to < 0 ? 0.0 : inverse->at(from, to);
-    return getVariance(section.from) + getVariance(section.to) - 2.0 * covariance;
+    return getVariance(section.from) + getVariance(section.to) -
+           2.0 * getCovariance(section.from, section.to);
 }
 
-void NormalEquations::addSection(const Section& section, std::vector<Eigen::Triplet<double>>& elements)
+void NormalEquations::addSection(const Section& section, Triplets& elements)
 {
     const double weight = 1.0 / (section.sigma * section.sigma);
     const double weightedTerm = weight * getTerm(section);
@@ -87,6 +166,21 @@ void NormalEquations::addSection(const Section& section, std::vector<Eigen::Trip
     }
     if (from >= 0 && to >= 0)
         elements.emplace_back(std::max(from, to), std::min(from, to), -weight);
+}
+
+void NormalEquations::addObservedHeights(const ObservedHeights& observed, Triplets& elements)
+{
+    observedWeights.push_back(inverseCovariance(observed));
+    const Eigen::MatrixXd& weights = observedWeights.back();
+    for (std::size_t row = 0; row < observed.points.size(); ++row) {
+        for (std::size_t column = 0; column < observed.points.size(); ++column) {
+            const int from = getUnknown(observed.points[row]);
+            const int to = getUnknown(observed.points[column]);
+            if (from >= to)
+                elements.emplace_back(
+                    from, to, weights(static_cast<Eigen::Index>(row), static_cast<Eigen::Index>(column)));
+        }
+    }
 }
 
 } // namespace levelling

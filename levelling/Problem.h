@@ -14,29 +14,34 @@ enum class ProblemKind {
     TooManyProblems, ///< {largest count}: read up to the line
     NestedTooDeeply, ///< {largest depth of elements}: read up to the line
     PieceTooLong, ///< {largest size of a tag, text or comment in KiB, of numbers in MiB}: read up to the line
-    AttributeTooLong,        ///< {attribute, largest count of characters}: read up to the line
-    TextTooLong,             ///< {element, largest count of characters}: read up to the line
-    TooManyCovariances,      ///< {largest count of numbers in a matrix}: read up to the line
-    UnknownElement,          ///< {element, element around it}: skipped with all its content
-    ParameterUnusable,       ///< {attribute, its text}: the default stands
-    PointWithoutId,          ///< {}: skipped
-    PointRepeated,           ///< {id, line of the earlier declaration}: what the later one states counts
-    PointUndeclared,         ///< {id}: taken as a point to be determined
-    PointWithoutRole,        ///< {id}: neither fixed nor adjusted in height, taken as to be determined
-    PointFixedAndAdjusted,   ///< {id}: taken as fixed
-    FixedPointWithoutHeight, ///< {id}: taken as to be determined
-    HeightUnusable,          ///< {id, its text}: taken as not given
-    SectionWithoutPoint,     ///< {from, to}, one or both empty: skipped
-    SectionSameEnds,         ///< {from, to}: skipped
-    SectionWithoutValue,     ///< {from, to, its text}: skipped
-    SectionWithoutWeight,    ///< {from, to}: neither length nor standard deviation, skipped
-    DistanceUnusable,        ///< {from, to, its text}: taken as not given
-    StdevUnusable,           ///< {from, to, its text}: taken as not given
-    VarianceUnusable,        ///< {from, to, its text}: taken as not given
-    CovarianceUnusable,      ///< {dim, band, count of sections}: the whole matrix is left out
-    CorrelationsIgnored,     ///< {count of covariances other than zero}: variances are used alone
-    OtherObservation,        ///< {element, from, to}: not a height difference, skipped
-    NoSections,              ///< {}: nothing to compute with
+    AttributeTooLong,          ///< {attribute, largest count of characters}: read up to the line
+    TextTooLong,               ///< {element, largest count of characters}: read up to the line
+    TooManyCovariances,        ///< {largest count of numbers in a matrix}: read up to the line
+    UnknownElement,            ///< {element, element around it}: skipped with all its content
+    ParameterUnusable,         ///< {attribute, its text}: the default stands
+    PointWithoutId,            ///< {}: skipped
+    PointRepeated,             ///< {id, line of the earlier declaration}: what the later one states counts
+    PointUndeclared,           ///< {id}: taken as a point to be determined
+    PointWithoutRole,          ///< {id}: neither fixed nor adjusted in height, taken as to be determined
+    PointFixedAndAdjusted,     ///< {id}: taken as fixed
+    FixedPointWithoutHeight,   ///< {id}: taken as to be determined
+    HeightUnusable,            ///< {id, its text}: taken as not given
+    SectionWithoutPoint,       ///< {from, to}, one or both empty: skipped
+    SectionSameEnds,           ///< {from, to}: skipped
+    SectionWithoutValue,       ///< {from, to, its text}: skipped
+    SectionValueMissing,       ///< {from, to}: skipped
+    SectionWithoutWeight,      ///< {from, to}: neither length nor standard deviation, skipped
+    DistanceUnusable,          ///< {from, to, its text}: taken as not given
+    StdevUnusable,             ///< {from, to, its text}: taken as not given
+    VarianceUnusable,          ///< {from, to, its text}: taken as not given
+    ObservedPointFixed,        ///< {id}: a fixed point is given with covariances, too; it is held
+    ObservedPointRepeated,     ///< {id}: given with covariances once more; the first one counts
+    ObservedHeightMissing,     ///< {id}: given with covariances but without a height; the group is skipped
+    ObservedWithoutCovariance, ///< {dim, band, count of heights}: the group is skipped
+    CovarianceUnusable,        ///< {dim, band, count of sections}: the whole matrix is left out
+    CorrelationsIgnored,       ///< {count of covariances other than zero}: variances are used alone
+    OtherObservation,          ///< {element, from, to}: not a height difference, skipped
+    NoSections,                ///< {}: nothing to compute with
 };
 
 enum class Severity {

@@ -1,13 +1,24 @@
 #include "levelling/SectionGraph.h"
 
+#include "levelling/Components.h"
+
 namespace levelling {
 
 SectionGraph::SectionGraph(const Network& sourceNetwork) : network(&sourceNetwork)
 {
+    constexpr int none = -1;
+    nodeOfPoint.assign(network->points.size(), none);
+    for (const Component& component : findComponents(*network)) {
+        if (!component.datumPoints.empty())
+            nodeOfPoint[static_cast<std::size_t>(component.datumPoints.front())] = kDatum;
+    }
     int nodeCount = 1;
-    nodeOfPoint.reserve(network->points.size());
-    for (const Point& point : network->points)
-        nodeOfPoint.push_back(point.fixed ? kDatum : nodeCount++);
+    for (std::size_t point = 0; point < nodeOfPoint.size(); ++point) {
+        if (network->points[point].isBenchmark())
+            nodeOfPoint[point] = kDatum;
+        else if (nodeOfPoint[point] == none)
+            nodeOfPoint[point] = nodeCount++;
+    }
 
     const auto sectionCount = static_cast<int>(network->sections.size());
     firstLink.assign(static_cast<std::size_t>(nodeCount) + 1, 0);

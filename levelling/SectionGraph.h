@@ -6,8 +6,9 @@
 
 namespace levelling {
 
-/// The network as a graph in which all fixed points are one node, the datum: between benchmarks nothing is
-/// left to determine, so a line from one to another closes like a loop.
+/// The network as a graph in which all benchmarks are one node, the datum: between them nothing is left to
+/// determine, so a line from one to another closes like a loop. One point of each free component is there,
+/// too, to begin at.
 class SectionGraph
 {
 public:
@@ -27,14 +28,16 @@ public:
         const Link* end() const { return last; }
     };
 
-    /// The node of the fixed points; it exists even if there are none.
+    /// The node of the points that are held; it exists even if there are none.
     static constexpr int kDatum = 0;
 
     /// The network must outlive the graph.
     explicit SectionGraph(const Network& sourceNetwork);
 
     const Network& getNetwork() const { return *network; }
-    /// Count of nodes: the datum, and one per point that is not fixed.
+    /// Whether the point is held at its given height: a benchmark, or where a free component begins.
+    bool isHeld(int point) const { return getNode(point) == kDatum; }
+    /// Count of nodes: the datum, and one per point that is not held.
     int getNodeCount() const { return static_cast<int>(firstLink.size()) - 1; }
     int getNode(int point) const { return nodeOfPoint[static_cast<std::size_t>(point)]; }
     /// Node where the section starts or ends.
@@ -43,7 +46,7 @@ public:
         return getNode(network->sections[static_cast<std::size_t>(section)].from);
     }
     int getTo(int section) const { return getNode(network->sections[static_cast<std::size_t>(section)].to); }
-    /// A section whose two ends are fixed appears twice among the links of the datum.
+    /// A section whose two ends are held appears twice among the links of the datum.
     Links getLinks(int node) const;
 
 private:

@@ -16,10 +16,6 @@
         <translation>unknown run “%1”: --run compile, adjust or l1</translation>
     </message>
     <message>
-        <source>неизвестный класс нивелирования «%1»: --class I, II, III или IV</source>
-        <translation>unknown class of levelling “%1”: --class I, II, III or IV</translation>
-    </message>
-    <message>
         <source>неизвестный язык «%1»: --language ru или en</source>
         <translation>unknown language “%1”: --language ru or en</translation>
     </message>
@@ -320,10 +316,6 @@
         <translation>About</translation>
     </message>
     <message>
-        <source>Нивелирный стол %1</source>
-        <translation>Levelling Desk %1</translation>
-    </message>
-    <message>
         <source>Обработка нивелирных сетей с протоколами, каждая строка которых ведёт к своим пунктам и секциям.</source>
         <translation>Processing of levelling networks, with protocols whose every line leads to its points and sections.</translation>
     </message>
@@ -370,18 +362,6 @@
     <message>
         <source>Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, названо в протоколе вместе с номером строки. Новая сеть заменяет прежнюю; одноимённые пункты и секции остаются для ссылок теми же.</source>
         <translation>Reads points and height differences from a file. Whatever in the file could not be used is named in the protocol with its line number. The new network replaces the present one; for links, points and sections of the same name stay the same.</translation>
-    </message>
-    <message>
-        <source>Проверяет сеть до уравнивания: связаны ли все пункты с исходными реперами, сходятся ли повторные измерения и прямые ходы с обратными, укладываются ли невязки ходов и полигонов в допуск k·√L. Коэффициент k задаёт класс нивелирования.</source>
-        <translation>Checks the network before its adjustment: whether all points are connected with benchmarks, whether repeated measurements and forward and back runs agree, and whether the misclosures of lines and loops keep within the tolerance k·√L. The class of levelling sets the factor k.</translation>
-    </message>
-    <message>
-        <source>Вычисляет высоты по методу наименьших квадратов, их СКО и поправки измеренных превышений. Поправка, нормированная больше 3, указывает на возможный промах.</source>
-        <translation>Computes the heights by least squares, their standard deviations and the residuals of the measured height differences. A normalised residual over 3 points to a possible blunder.</translation>
-    </message>
-    <message>
-        <source>Ищет высоты с наименьшей суммой Σ|v|/σ. Метод наименьших квадратов размазывает промах по соседним секциям, а здесь он остаётся в своей секции. Если решений несколько, протокол это говорит.</source>
-        <translation>Finds the heights with the least sum Σ|v|/σ. Least squares smear a blunder over the neighbouring sections, here it stays in its own section. If there are several solutions, the protocol says so.</translation>
     </message>
     <message>
         <source>Записывает уравненные высоты и их СКО в файл CSV. Ведомости — каталог высот и список поправок — открываются из меню «Ведомости» и готовы к печати.</source>
@@ -445,7 +425,7 @@
     </message>
     <message>
         <source>Исходный репер, определяемый пункт или секция</source>
-        <translation>Benchmark, point to be determined, or section</translation>
+        <translation>Benchmark, new point, or section</translation>
     </message>
     <message>
         <source>Отметка репера или уравненная высота пункта</source>
@@ -508,10 +488,6 @@
         <translation>%1: errors %2, warnings %3, messages %4</translation>
     </message>
     <message>
-        <source>Нивелирный стол</source>
-        <translation>Levelling Desk</translation>
-    </message>
-    <message>
         <source>Журнал «%1» не записывается: %2</source>
         <translation>The journal “%1” cannot be written: %2</translation>
     </message>
@@ -520,28 +496,16 @@
         <translation>Project: %1</translation>
     </message>
     <message>
-        <source>СКО вычислены по априорной СКО единицы веса %1 мм на 1 км хода</source>
-        <translation>Standard deviations computed with σ₀ a priori, %1 mm for 1 km of line</translation>
-    </message>
-    <message>
-        <source>СКО вычислены по апостериорной СКО единицы веса; априорная %1 мм на 1 км хода</source>
-        <translation>Standard deviations computed with σ₀ a posteriori; a priori %1 mm for 1 km of line</translation>
-    </message>
-    <message>
         <source>Пункт</source>
         <translation>Point</translation>
     </message>
     <message>
         <source>определяемый пункт</source>
-        <translation>determined point</translation>
+        <translation>new point</translation>
     </message>
     <message>
         <source>не определена</source>
         <translation>not determined</translation>
-    </message>
-    <message>
-        <source>Поправка v = уравненное превышение − измеренное превышение</source>
-        <translation>Residual v = adjusted − measured height difference</translation>
     </message>
     <message>
         <source>Секция</source>
@@ -582,7 +546,7 @@
     </message>
     <message>
         <source>Уравнивать нечего: ни одна секция не ведёт от исходного репера к определяемому пункту</source>
-        <translation>Nothing to adjust: no section leads from a benchmark to a point to be determined</translation>
+        <translation>Nothing to adjust: no section leads from a benchmark to a new point</translation>
     </message>
     <message>
         <source>Система нормальных уравнений не решается: веса измерений различаются слишком сильно, проверьте СКО и длины секций</source>
@@ -597,10 +561,6 @@
         <translation>The height of point %1 cannot be determined: %2</translation>
     </message>
     <message>
-        <source>его часть сети не связана ни с одним исходным репером</source>
-        <translation>its part of the network is not connected with any benchmark</translation>
-    </message>
-    <message>
         <source>с ним не связана ни одна секция</source>
         <translation>no section leads to it</translation>
     </message>
@@ -613,84 +573,8 @@
         <translation>Point %1: approximate height %2 m</translation>
     </message>
     <message>
-        <source>Секция %1: превышение отличается от приближённых высот на %2 мм, допуск ±%3 мм (tol-abs)</source>
-        <translation>Section %1: the difference departs from the approximate heights by %2 mm, tolerance ±%3 mm (tol-abs)</translation>
-    </message>
-    <message>
         <source>Результаты уравнивания</source>
         <translation>Results of the adjustment</translation>
-    </message>
-    <message>
-        <source>Число степеней свободы: %1</source>
-        <translation>Degrees of freedom: %1</translation>
-    </message>
-    <message>
-        <source>[pvv] = %1 (веса 1/σ²)</source>
-        <translation>[pvv] = %1 (weights 1/σ²)</translation>
-    </message>
-    <message>
-        <source>СКО единицы веса σ₀ (1 км хода): априорная %1 мм; апостериорная не определяется, так как избыточных измерений нет</source>
-        <translation>Standard deviation of unit weight σ₀ (1 km of line): a priori %1 mm; a posteriori undetermined, since there are no surplus measurements</translation>
-    </message>
-    <message>
-        <source>СКО единицы веса σ₀ (1 км хода): априорная %1 мм, апостериорная %2 мм; отношение %3, %4 (вероятность 95 %)</source>
-        <translation>Standard deviation of unit weight σ₀ (1 km of line): a priori %1 mm, a posteriori %2 mm; ratio %3, %4 (probability 95 %)</translation>
-    </message>
-    <message>
-        <source>больше предела %1</source>
-        <translation>over the limit %1</translation>
-    </message>
-    <message>
-        <source>предел %1</source>
-        <translation>limit %1</translation>
-    </message>
-    <message>
-        <source>СКО высот вычислены по априорной σ₀ (sigma-act)</source>
-        <translation>Standard deviations of the heights computed with σ₀ a priori (sigma-act)</translation>
-    </message>
-    <message>
-        <source>СКО высот вычислены по апостериорной σ₀ (sigma-act)</source>
-        <translation>Standard deviations of the heights computed with σ₀ a posteriori (sigma-act)</translation>
-    </message>
-    <message>
-        <source>Часть %1: степеней свободы %2, апостериорная σ₀ %3 мм</source>
-        <translation>Part %1: degrees of freedom %2, σ₀ a posteriori %3 mm</translation>
-    </message>
-    <message>
-        <source>Наибольшая нормированная поправка: секция %1, %2</source>
-        <translation>Largest normalised residual: section %1, %2</translation>
-    </message>
-    <message>
-        <source>%1, больше предела %2</source>
-        <translation>%1, over the limit %2</translation>
-    </message>
-    <message>
-        <source>%1, предел %2</source>
-        <translation>%1, limit %2</translation>
-    </message>
-    <message>
-        <source>%1 мм</source>
-        <translation>%1 mm</translation>
-    </message>
-    <message>
-        <source>не определяется</source>
-        <translation>undetermined</translation>
-    </message>
-    <message>
-        <source>Пункт %1: H = %2 м, СКО априорная %3 мм, апостериорная %4</source>
-        <translation>Point %1: H = %2 m, σ a priori %3 mm, a posteriori %4</translation>
-    </message>
-    <message>
-        <source>Поправки измеренных превышений</source>
-        <translation>Residuals of the measured height differences</translation>
-    </message>
-    <message>
-        <source>Секция %1: h = %2 м, v = %3 мм, не контролируется другими измерениями</source>
-        <translation>Section %1: h = %2 m, v = %3 mm, not checked by other measurements</translation>
-    </message>
-    <message>
-        <source>Секция %1: h = %2 м, v = %3 мм, СКО поправки %4 мм, нормированная поправка %5</source>
-        <translation>Section %1: h = %2 m, v = %3 mm, σ of the residual %4 mm, normalised residual %5</translation>
     </message>
     <message>
         <source>В проекте нет ни одной секции. Импортируйте нивелирную сеть.</source>
@@ -710,11 +594,7 @@
     </message>
     <message>
         <source>Пунктов: %1, исходных реперов: %2, секций: %3, частей сети: %4, избыточных измерений: %5</source>
-        <translation>Points: %1, benchmarks: %2, sections: %3, parts of the network: %4, surplus measurements: %5</translation>
-    </message>
-    <message>
-        <source>Допустимая невязка: %1 мм·√L (класс %2), L — длина хода в км; для ходов без длины — %3 СКО</source>
-        <translation>Permitted misclosure: %1 mm·√L (class %2), L is the length of the line in km; for lines without a length %3 σ</translation>
+        <translation>Points: %1, benchmarks: %2, sections: %3, parts of the network: %4, redundant measurements: %5</translation>
     </message>
     <message>
         <source>Часть %1 не связана ни с одним исходным репером, высоты её пунктов определить нельзя: %2</source>
@@ -722,11 +602,11 @@
     </message>
     <message>
         <source>В части %1 нет избыточных измерений, ошибки в ней не обнаруживаются: %2</source>
-        <translation>Part %1 has no surplus measurements, errors in it cannot be detected: %2</translation>
+        <translation>Part %1 has no redundant measurements, errors in it cannot be detected: %2</translation>
     </message>
     <message>
         <source>Часть %1: пунктов %2, исходных реперов %3, секций %4, избыточных измерений %5</source>
-        <translation>Part %1: points %2, benchmarks %3, sections %4, surplus measurements %5</translation>
+        <translation>Part %1: points %2, benchmarks %3, sections %4, redundant measurements %5</translation>
     </message>
     <message>
         <source>Исходный репер %1 не связан ни с одной секцией</source>
@@ -737,16 +617,12 @@
         <translation>Point %1 has no sections, its height cannot be determined</translation>
     </message>
     <message>
-        <source>Прямой и обратный ходы</source>
-        <translation>Forward and back runs</translation>
-    </message>
-    <message>
         <source>%1 %2: расхождение %3 мм, %4</source>
         <translation>%1 %2: discrepancy %3 mm, %4</translation>
     </message>
     <message>
         <source>больше допуска %1 мм</source>
-        <translation>over the tolerance %1 mm</translation>
+        <translation>exceeds the tolerance of %1 mm</translation>
     </message>
     <message>
         <source>допуск %1 мм</source>
@@ -773,24 +649,12 @@
         <translation>Line</translation>
     </message>
     <message>
-        <source>Пункт %1 не выведен: его высота не определена</source>
-        <translation>Point %1 is not exported: its height is not determined</translation>
-    </message>
-    <message>
-        <source>Файл: %1, высот: %2</source>
-        <translation>File: %1, heights: %2</translation>
-    </message>
-    <message>
         <source>Описание: %1</source>
         <translation>Description: %1</translation>
     </message>
     <message>
         <source>Прочитано пунктов: %1, из них исходных реперов: %2; секций: %3</source>
         <translation>Points read: %1, benchmarks among them: %2; sections: %3</translation>
-    </message>
-    <message>
-        <source>Априорная СКО на 1 км хода: %1 мм; результаты оцениваются по %2 СКО</source>
-        <translation>Standard deviation a priori for 1 km of line: %1 mm; results are assessed %2</translation>
     </message>
     <message>
         <source>априорной</source>
@@ -809,16 +673,12 @@
         <translation>File: %1</translation>
     </message>
     <message>
-        <source>Минимум суммы Σ|v|/σ, вес измерения 1/σ, v — поправка, σ — априорная СКО измерения; грубой считается ошибка с |v|/σ больше %1</source>
-        <translation>Least sum Σ|v|/σ, weight of a measurement 1/σ, v is the residual, σ the standard deviation of the measurement a priori; an error is gross where |v|/σ is over %1</translation>
-    </message>
-    <message>
         <source>Поиск минимума</source>
         <translation>Search for the minimum</translation>
     </message>
     <message>
         <source>Анализировать нечего: ни одна секция не ведёт от исходного репера к определяемому пункту</source>
-        <translation>Nothing to analyse: no section leads from a benchmark to a point to be determined</translation>
+        <translation>Nothing to analyse: no section leads from a benchmark to a new point</translation>
     </message>
     <message>
         <source>Невязки слишком велики для анализа, проверьте отметки и превышения</source>
@@ -829,28 +689,12 @@
         <translation>Point %1 takes no part: its height cannot be determined</translation>
     </message>
     <message>
-        <source>Σ|v|/σ = %1; секций с грубой ошибкой: %2, с поправкой: %3, без поправки: %4</source>
-        <translation>Σ|v|/σ = %1; sections with a gross error: %2, with a residual: %3, without a residual: %4</translation>
-    </message>
-    <message>
         <source>Пункт %1: H = %2 м</source>
         <translation>Point %1: H = %2 m</translation>
     </message>
     <message>
         <source>Решение единственное</source>
         <translation>The solution is unique</translation>
-    </message>
-    <message>
-        <source>Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: %1. Грубая ошибка может быть в другой секции тех же полигонов.</source>
-        <translation>The solution is not unique: other heights give the same sum, for instance of these points: %1. The gross error may be in another section of the same loops.</translation>
-    </message>
-    <message>
-        <source>Секция %1: грубая ошибка, v = %2 мм, |v|/σ = %3, больше предела %4</source>
-        <translation>Section %1: gross error, v = %2 mm, |v|/σ = %3, over the limit %4</translation>
-    </message>
-    <message>
-        <source>Секция %1: v = %2 мм, |v|/σ = %3, предел %4</source>
-        <translation>Section %1: v = %2 mm, |v|/σ = %3, limit %4</translation>
     </message>
     <message>
         <source>файл не читается: %1</source>
@@ -889,30 +733,6 @@
         <translation>point without a name (id) skipped</translation>
     </message>
     <message>
-        <source>пункт %1 объявлен повторно (впервые в строке %2), действует позднее объявление</source>
-        <translation>point %1 is declared again (first in line %2), the later declaration counts</translation>
-    </message>
-    <message>
-        <source>пункт %1 не объявлен, принят определяемым</source>
-        <translation>point %1 is not declared, taken as to be determined</translation>
-    </message>
-    <message>
-        <source>пункт %1 не назван ни исходным (fix), ни определяемым (adj), принят определяемым</source>
-        <translation>point %1 is called neither fixed (fix) nor adjusted (adj), taken as to be determined</translation>
-    </message>
-    <message>
-        <source>пункт %1 назван и исходным (fix), и определяемым (adj), принят исходным</source>
-        <translation>point %1 is called both fixed (fix) and adjusted (adj), taken as fixed</translation>
-    </message>
-    <message>
-        <source>у исходного пункта %1 нет отметки, принят определяемым</source>
-        <translation>fixed point %1 has no height, taken as to be determined</translation>
-    </message>
-    <message>
-        <source>пункт %1: непригодная отметка «%2», считается не заданной</source>
-        <translation>point %1: unusable height “%2”, taken as not given</translation>
-    </message>
-    <message>
         <source>секция «%1» – «%2» без начального или конечного пункта пропущена</source>
         <translation>section “%1” – “%2” without a first or last point skipped</translation>
     </message>
@@ -941,10 +761,6 @@
         <translation>section %1 – %2: unusable variance “%3”, taken as not given</translation>
     </message>
     <message>
-        <source>ковариационная матрица (dim «%1», band «%2») не подходит к числу секций %3, пропущена</source>
-        <translation>covariance matrix (dim “%1”, band “%2”) does not fit the %3 sections, skipped</translation>
-    </message>
-    <message>
         <source>корреляции измерений не учитываются: ненулевых ковариаций %1, взяты только дисперсии</source>
         <translation>correlations of measurements are not used: %1 covariances other than zero, variances taken alone</translation>
     </message>
@@ -961,16 +777,8 @@
         <translation>%1, line %2: %3</translation>
     </message>
     <message>
-        <source>Строка %1: %2</source>
-        <translation>Line %1: %2</translation>
-    </message>
-    <message>
         <source>%1 … и ещё %2</source>
         <translation>%1 … and %2 more</translation>
-    </message>
-    <message>
-        <source>Класс %1: %2 мм·√L</source>
-        <translation>Class %1: %2 mm·√L</translation>
     </message>
     <message>
         <source>Перетащите сюда файл нивелирной сети (.gkf) или нажмите Ctrl+I</source>
@@ -1038,7 +846,7 @@
     </message>
     <message>
         <source>лишний аргумент %1</source>
-        <translation>surplus argument %1</translation>
+        <translation>unexpected argument %1</translation>
     </message>
     <message>
         <source>--import и --open вместе не действуют</source>
@@ -1211,6 +1019,386 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Открытое окно программы не отвечает. Закройте его или подождите и щёлкните ссылку ещё раз.</source>
         <translation>The window of the program that is open does not answer. Close it, or wait and click the link again.</translation>
+    </message>
+    <message>
+        <source>неизвестный класс нивелирования «%1»: --class I, II, III, IV или technical</source>
+        <translation>unknown levelling class “%1”: --class I, II, III, IV or technical</translation>
+    </message>
+    <message>
+        <source>техническое нивелирование</source>
+        <translation>technical levelling</translation>
+    </message>
+    <message>
+        <source>%1 класс</source>
+        <translation>class %1</translation>
+    </message>
+    <message>
+        <source>Обработка нивелирования %1</source>
+        <translation>Levelling desk %1</translation>
+    </message>
+    <message>
+        <source>%1 мм·√L</source>
+        <translation>%1 mm·√L</translation>
+    </message>
+    <message>
+        <source>Проверяет сеть до уравнивания: связаны ли все пункты с исходными реперами, укладываются ли в допуск k·√L расхождения прямых и обратных ходов и невязки ходов и полигонов, составленных из средних. Коэффициент k определяется классом нивелирования.</source>
+        <translation>Checks the network before the adjustment: whether all points are connected with benchmarks, whether discrepancies of forward and backward levelling and misclosures of the lines and loops of their means are within the tolerance k·√L. The levelling class determines k.</translation>
+    </message>
+    <message>
+        <source>Вычисляет высоты по методу наименьших квадратов, их СКО и поправки в измеренные превышения, проверяет каждую часть сети критерием χ², поправки — по нормированным или стьюдентизированным значениям. Секции, которые измерения не различают, названы вместе.</source>
+        <translation>Computes the heights by least squares, their standard deviations and the residuals of the measured height differences, tests each part of the network by χ², residuals normalised or studentised. Sections that the measurements do not tell apart are named together.</translation>
+    </message>
+    <message>
+        <source>Ищет грубые ошибки (промахи) последовательной проверкой поправок и высоты с наименьшей суммой Σ|v|/σ. Метод наименьших квадратов распределяет промах по соседним секциям, а здесь он остаётся на месте. Если решений несколько, это указано в протоколе.</source>
+        <translation>Looks for gross errors (blunders) by sequential tests of residuals, and for the heights with the least sum Σ|v|/σ. Least squares spread a blunder over the neighbouring sections, here it stays in its place. If there are several solutions, the protocol says so.</translation>
+    </message>
+    <message>
+        <source>Обработка нивелирования</source>
+        <translation>Levelling desk</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по априорной СКО единицы веса μ = %1 мм</source>
+        <translation>Standard deviations from the a priori σ₀ = %1 mm</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по априорной СКО единицы веса μ = %1 мм, так как избыточных измерений нет</source>
+        <translation>Standard deviations from the a priori σ₀ = %1 mm, since there are no redundant measurements</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по апостериорной СКО единицы веса μ = %1 мм; априорная %2 мм</source>
+        <translation>Standard deviations from the a posteriori σ₀ = %1 mm; a priori %2 mm</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по апостериорной СКО единицы веса каждой части сети, в частях без избыточных измерений по априорной μ = %1 мм</source>
+        <translation>Standard deviations from the a posteriori σ₀ of each part of the network; in parts without redundant measurements from the a priori σ₀ = %1 mm</translation>
+    </message>
+    <message>
+        <source>Поправка v = уравненное превышение − измеренное превышение; r — доля ошибки измерения, которую показывает поправка; ∇ — оценка ошибки −v/r; наименьшая ошибка, которую проверка обнаруживает с вероятностью 80 %</source>
+        <translation>Residual v = adjusted − measured height difference; r is the share of an error that the residual shows; ∇ is the estimated error −v/r; the least error that the test detects with a probability of 80 %</translation>
+    </message>
+    <message>
+        <source>r</source>
+        <translation>r</translation>
+    </message>
+    <message>
+        <source>∇, мм</source>
+        <translation>∇, mm</translation>
+    </message>
+    <message>
+        <source>Обнаруживается от, мм</source>
+        <translation>Detectable from, mm</translation>
+    </message>
+    <message>
+        <source>в его части сети нет ни исходного репера, ни пункта с высотой</source>
+        <translation>its part of the network has neither a benchmark nor a point with a height</translation>
+    </message>
+    <message>
+        <source>Часть %1 — свободная сеть, исходных реперов в ней нет: %2. Сохраняется средняя высота пунктов (минимум следа): %3</source>
+        <translation>Part %1 is a free network without benchmarks: %2. The mean height of these points is kept (minimum trace): %3</translation>
+    </message>
+    <message>
+        <source>так задано (adj=&quot;Z&quot;)</source>
+        <translation>as asked (adj=&quot;Z&quot;)</translation>
+    </message>
+    <message>
+        <source>взяты все пункты, у которых есть высота</source>
+        <translation>all points with a height are taken</translation>
+    </message>
+    <message>
+        <source>Исходный репер %1: отметка %2 м, известна с ковариациями и уравнивается</source>
+        <translation>Benchmark %1: given height %2 m, known with covariances and adjusted</translation>
+    </message>
+    <message>
+        <source>Секция %1: измеренное превышение отличается от вычисленного по приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs)</source>
+        <translation>Section %1: the measured height difference differs from that of the approximate heights by %2 mm, tolerance ±%3 mm (tol-abs)</translation>
+    </message>
+    <message>
+        <source>В одной из секций %1 измеренное превышение отличается от вычисленного по приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs); измерения не различают, в которой</source>
+        <translation>In one of the sections %1 the measured height difference differs from that of the approximate heights by %2 mm, tolerance ±%3 mm (tol-abs); the measurements do not tell in which</translation>
+    </message>
+    <message>
+        <source>Часть %1</source>
+        <translation>Part %1</translation>
+    </message>
+    <message>
+        <source>%1: неизвестных %2, избыточных измерений %3, [pvv] = %4 (веса 1/σ²)</source>
+        <translation>%1: unknowns %2, redundant measurements %3, [pvv] = %4 (weights 1/σ²)</translation>
+    </message>
+    <message>
+        <source>%1: СКО секций различаются в %2 раз, от %3 мм (%4) до %5 мм (%6); последние цифры высот и СКО недостоверны, проверьте эти СКО</source>
+        <translation>%1: standard deviations of sections differ by a factor of %2, from %3 mm (%4) to %5 mm (%6); the last digits of heights and standard deviations are unreliable, check these values</translation>
+    </message>
+    <message>
+        <source>СКО единицы веса μ на 1 км хода</source>
+        <translation>σ₀ per km of line</translation>
+    </message>
+    <message>
+        <source>СКО единицы веса μ</source>
+        <translation>σ₀</translation>
+    </message>
+    <message>
+        <source>%1, %2: априорная %3 мм; апостериорная не определяется, так как избыточных измерений нет</source>
+        <translation>%1, %2: a priori %3 mm; there is no a posteriori value, since there are no redundant measurements</translation>
+    </message>
+    <message>
+        <source>%1, %2: априорная %3 мм, апостериорная %4 мм, отношение %5</source>
+        <translation>%1, %2: a priori %3 mm, a posteriori %4 mm, ratio %5</translation>
+    </message>
+    <message>
+        <source>пределы %1 и %2 (критерий χ², доверительная вероятность %3)</source>
+        <translation>limits %1 and %2 (χ² test, confidence level %3)</translation>
+    </message>
+    <message>
+        <source>%1, больше верхнего предела, %2; проверьте L1-анализом и априорную СКО</source>
+        <translation>%1, above the upper limit, %2; run the L1 analysis and check the a priori standard deviation</translation>
+    </message>
+    <message>
+        <source>%1, меньше нижнего предела, %2; априорная СКО, по-видимому, завышена</source>
+        <translation>%1, below the lower limit, %2; the a priori standard deviation seems too large</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1: поправки делятся на апостериорные СКО (τ-критерий Поупа, sigma-act); предел наибольшей из %2 — %3, предел предупреждения %4</source>
+        <translation>%1: residuals are divided by their a posteriori standard deviations (Pope&apos;s τ test, sigma-act); limit of the largest of %2: %3, warning limit %4</translation>
+    </message>
+    <message>
+        <source>%1: поправки делятся на априорные СКО, так как при одном избыточном измерении τ-критерий ничего не проверяет; предел наибольшей из %2 — %3, предел предупреждения %4</source>
+        <translation>%1: residuals are divided by their a priori standard deviations, since with one redundant measurement the τ test checks nothing; limit of the largest of %2: %3, warning limit %4</translation>
+    </message>
+    <message>
+        <source>%1: поправки делятся на априорные СКО (sigma-act); предел наибольшей из %2 — %3, предел предупреждения %4</source>
+        <translation>%1: residuals are divided by their a priori standard deviations (sigma-act); limit of the largest of %2: %3, warning limit %4</translation>
+    </message>
+    <message>
+        <source>%1: СКО высот вычислены по апостериорной μ (sigma-act)</source>
+        <translation>%1: standard deviations of heights from the a posteriori σ₀ (sigma-act)</translation>
+    </message>
+    <message>
+        <source>%1: СКО высот вычислены по априорной μ (sigma-act)</source>
+        <translation>%1: standard deviations of heights from the a priori σ₀ (sigma-act)</translation>
+    </message>
+    <message>
+        <source>Наибольшая %1: секция %2</source>
+        <translation>Largest %1: section %2</translation>
+    </message>
+    <message>
+        <source>Наибольшая %1: одинакова у секций %2</source>
+        <translation>Largest %1: equal for the sections %2</translation>
+    </message>
+    <message>
+        <source>стьюдентизированная поправка</source>
+        <translation>studentised residual</translation>
+    </message>
+    <message>
+        <source>нормированная поправка</source>
+        <translation>normalised residual</translation>
+    </message>
+    <message>
+        <source>%1 %2, больше предела %3</source>
+        <translation>%1 %2, above the limit %3</translation>
+    </message>
+    <message>
+        <source>%1 %2, больше предела предупреждения %3</source>
+        <translation>%1 %2, above the warning limit %3</translation>
+    </message>
+    <message>
+        <source>%1 %2, предел %3</source>
+        <translation>%1 %2, limit %3</translation>
+    </message>
+    <message>
+        <source>Пункт %1: H = %2 м, СКО априорная %3 мм</source>
+        <translation>Point %1: H = %2 m, standard deviation a priori %3 mm</translation>
+    </message>
+    <message>
+        <source>%1, апостериорная %2 мм</source>
+        <translation>%1, a posteriori %2 mm</translation>
+    </message>
+    <message>
+        <source>%1, апостериорная не определяется</source>
+        <translation>%1, a posteriori not determined</translation>
+    </message>
+    <message>
+        <source>Поправки в измеренные превышения</source>
+        <translation>Residuals of the measured height differences</translation>
+    </message>
+    <message>
+        <source>Ошибка в одной из секций %1: измерения их не различают</source>
+        <translation>The error lies in one of the sections %1: the measurements do not tell them apart</translation>
+    </message>
+    <message>
+        <source>Возможна ошибка в одной из секций %1: измерения их не различают</source>
+        <translation>Possibly one of the sections %1 has an error: the measurements do not tell them apart</translation>
+    </message>
+    <message>
+        <source>%1; %2; оценка ошибки %3 мм, обнаруживается от %4 мм</source>
+        <translation>%1; %2; estimated error %3 mm, detectable from %4 mm</translation>
+    </message>
+    <message>
+        <source>Секция %1: h = %2 м, v = %3 мм</source>
+        <translation>Section %1: h = %2 m, v = %3 mm</translation>
+    </message>
+    <message>
+        <source>%1, не контролируется другими измерениями</source>
+        <translation>%1, not checked by other measurements</translation>
+    </message>
+    <message>
+        <source>%1, СКО поправки %2 мм, %3; r = %4, оценка ошибки %5 мм, обнаруживается от %6 мм</source>
+        <translation>%1, standard deviation of the residual %2 mm, %3; r = %4, estimated error %5 mm, detectable from %6 mm</translation>
+    </message>
+    <message>
+        <source>%1, СКО поправки %2 мм, %3 %4</source>
+        <translation>%1, standard deviation of the residual %2 mm, %3 %4</translation>
+    </message>
+    <message>
+        <source>%1, СКО поправки %2 мм, %3</source>
+        <translation>%1, standard deviation of the residual %2 mm, %3</translation>
+    </message>
+    <message>
+        <source>Исходный репер %1: поправка в отметку %2 мм</source>
+        <translation>Benchmark %1: residual of the given height %2 mm</translation>
+    </message>
+    <message>
+        <source>%1, проверка %2, предел %3</source>
+        <translation>%1, test %2, limit %3</translation>
+    </message>
+    <message>
+        <source>Расхождения измерений секций</source>
+        <translation>Discrepancies of repeated sections</translation>
+    </message>
+    <message>
+        <source>Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1 мм·√L (%2), L — длина, км; без длины — %3 СКО</source>
+        <translation>Tolerance of misclosures of lines and loops, and of discrepancies between measurements of a section: ±%1 mm·√L (%2), L is the length in km; without a length %3 standard deviations</translation>
+    </message>
+    <message>
+        <source>Часть %1 не связана ни с одним исходным репером и будет уравнена как свободная сеть: %2</source>
+        <translation>Part %1 is not connected with any benchmark and will be adjusted as a free network: %2</translation>
+    </message>
+    <message>
+        <source>Случайная СКО на 1 км по расхождениям прямых и обратных ходов (%1): одного хода %2 мм, среднего из двух %3 мм</source>
+        <translation>Random standard deviation per km from the discrepancies between forward and backward levelling (%1): of a single run %2 mm, of the mean of both %3 mm</translation>
+    </message>
+    <message>
+        <source>Прямой и обратный ход</source>
+        <translation>Forward and backward levelling</translation>
+    </message>
+    <message>
+        <source>Пункт %1 не экспортирован: его высота не определена</source>
+        <translation>Point %1 was not exported: its height is not determined</translation>
+    </message>
+    <message>
+        <source>Записано высот: %1, файл: %2</source>
+        <translation>Heights written: %1; file: %2</translation>
+    </message>
+    <message>
+        <source>%1: %2 мм; точность результатов оценивается по %3 СКО</source>
+        <translation>%1: %2 mm; precision from the %3 value</translation>
+    </message>
+    <message>
+        <source>Априорная СКО на 1 км хода</source>
+        <translation>A priori standard deviation per km of line</translation>
+    </message>
+    <message>
+        <source>Априорная СКО единицы веса</source>
+        <translation>A priori σ₀</translation>
+    </message>
+    <message>
+        <source>Минимум суммы Σ|v|/σ, вес измерения 1/σ, v — поправка, σ — априорная СКО измерения; исходные реперы удерживаются</source>
+        <translation>Minimum of the sum Σ|v|/σ, weight of a measurement 1/σ, v is the residual, σ the a priori standard deviation of the measurement; benchmarks are held</translation>
+    </message>
+    <message>
+        <source>Грубые ошибки: последовательная проверка наибольших поправок уравнивания, доверительная вероятность %1</source>
+        <translation>Gross errors: sequential test of the largest residuals of the adjustment, confidence level %1</translation>
+    </message>
+    <message>
+        <source>Поиск грубых ошибок</source>
+        <translation>Search for gross errors</translation>
+    </message>
+    <message>
+        <source>Грубые ошибки не искались: веса измерений различаются слишком сильно, проверьте СКО и длины секций</source>
+        <translation>Gross errors were not looked for: the weights of the measurements differ too much, check standard deviations and lengths of the sections</translation>
+    </message>
+    <message>
+        <source>Грубых ошибок не обнаружено, доверительная вероятность %1</source>
+        <translation>No gross errors found, confidence level %1</translation>
+    </message>
+    <message>
+        <source>Поиск прекращён после %1 грубых ошибок; проверьте априорную СКО</source>
+        <translation>The search ended after %1 gross errors; check the a priori standard deviation</translation>
+    </message>
+    <message>
+        <source>Секция %1: грубая ошибка, оценка %2 мм, %3</source>
+        <translation>Section %1: gross error, estimated %2 mm, %3</translation>
+    </message>
+    <message>
+        <source>Грубая ошибка в одной из секций %1: измерения их не различают, оценка %2 мм, %3</source>
+        <translation>A gross error lies in one of the sections %1: the measurements do not tell them apart, estimated %2 mm, %3</translation>
+    </message>
+    <message>
+        <source>Σ|v|/σ = %1; секций с ненулевой поправкой: %2, с нулевой: %3</source>
+        <translation>Σ|v|/σ = %1; sections with non-zero residual: %2, with zero residual: %3</translation>
+    </message>
+    <message>
+        <source>Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: %1</source>
+        <translation>The solution is not unique: other heights give the same sum, for instance of these points: %1</translation>
+    </message>
+    <message>
+        <source>Секция %1: v = %2 мм, |v|/σ = %3</source>
+        <translation>Section %1: v = %2 mm, |v|/σ = %3</translation>
+    </message>
+    <message>
+        <source>пункт %1 объявлен повторно (впервые в строке файла %2), действует последнее объявление</source>
+        <translation>point %1 is declared again (first in file line %2), the last one counts</translation>
+    </message>
+    <message>
+        <source>пункт %1 не объявлен, считается определяемым</source>
+        <translation>point %1 is not declared, treated as a new point</translation>
+    </message>
+    <message>
+        <source>пункт %1 не назван ни исходным (fix), ни определяемым (adj), считается определяемым</source>
+        <translation>point %1 is neither fixed (fix) nor adjusted (adj), treated as a new point</translation>
+    </message>
+    <message>
+        <source>пункт %1 назван и исходным (fix), и определяемым (adj), считается исходным</source>
+        <translation>point %1 is both fixed (fix) and adjusted (adj), treated as fixed</translation>
+    </message>
+    <message>
+        <source>у исходного репера %1 нет отметки, считается определяемым пунктом</source>
+        <translation>benchmark %1 has no height, treated as a new point</translation>
+    </message>
+    <message>
+        <source>пункт %1: непригодная высота «%2», считается не заданной</source>
+        <translation>point %1: unusable height “%2”, treated as not given</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: превышение не задано, секция пропущена</source>
+        <translation>section %1 – %2: height difference missing, section skipped</translation>
+    </message>
+    <message>
+        <source>ковариационная матрица (dim «%1», band «%2») не соответствует числу измерений (%3), пропущена</source>
+        <translation>covariance matrix (dim “%1”, band “%2”) does not fit the number of measurements (%3), skipped</translation>
+    </message>
+    <message>
+        <source>пункт %1 назван исходным (fix) и известен с ковариациями, отметка удерживается</source>
+        <translation>point %1 is fixed (fix) and known with covariances; its height is held</translation>
+    </message>
+    <message>
+        <source>отметка пункта %1 с ковариациями задана повторно, действует первая</source>
+        <translation>the height of point %1 is given with covariances again, the first one counts</translation>
+    </message>
+    <message>
+        <source>у пункта %1 в группе отметок с ковариациями нет пригодной отметки, группа пропущена</source>
+        <translation>point %1 in a group of heights with covariances has no usable height, the group is skipped</translation>
+    </message>
+    <message>
+        <source>у группы отметок нет пригодной ковариационной матрицы (dim «%1», band «%2», отметок %3), группа пропущена</source>
+        <translation>a group of heights has no usable covariance matrix (dim “%1”, band “%2”, heights %3), the group is skipped</translation>
+    </message>
+    <message>
+        <source>Строка файла %1: %2</source>
+        <translation>File line %1: %2</translation>
     </message>
 </context>
 <context>
@@ -1440,6 +1628,17 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Проект: %1</source>
         <translation>Project: %1</translation>
+    </message>
+</context>
+<context>
+    <name>QSaveFile</name>
+    <message>
+        <source>Filename refers to a directory</source>
+        <translation>Filename refers to a directory</translation>
+    </message>
+    <message>
+        <source>Existing file %1 is not writable</source>
+        <translation>Existing file %1 is not writable</translation>
     </message>
 </context>
 </TS>

@@ -40,7 +40,7 @@ std::vector<Option> getHeadlessOptions()
         {{QStringLiteral("import")}, QStringLiteral("FILE.gkf"), Desk::tr("прочитать нивелирную сеть")},
         {{QStringLiteral("open")}, QStringLiteral("FILE"), Desk::tr("открыть проект")},
         {{QStringLiteral("class")},
-         QStringLiteral("I|II|III|IV"),
+         QStringLiteral("I|II|III|IV|technical"),
          Desk::tr("класс нивелирования, задаёт допуски невязок")},
         {{QStringLiteral("run")},
          QStringLiteral("RUN"),
@@ -212,7 +212,8 @@ private:
         const QString name = parser.value(QStringLiteral("class"));
         result.levellingClass = findLevellingClass(name);
         if (!result.levellingClass && !name.isEmpty())
-            fail(Desk::tr("неизвестный класс нивелирования «%1»: --class I, II, III или IV").arg(name));
+            fail(Desk::tr("неизвестный класс нивелирования «%1»: --class I, II, III, IV или technical")
+                     .arg(name));
     }
 
     /// A file that no stream can stand for.

@@ -167,7 +167,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationVersion(orvel::apps::getVersion());
     QGuiApplication::setDesktopFileName(QStringLiteral("org.orvel.Desk"));
     installLanguage(preview.language);
-    QGuiApplication::setApplicationDisplayName(Desk::tr("Нивелирный стол"));
+    QGuiApplication::setApplicationDisplayName(Desk::tr("Обработка нивелирования"));
     registerDeskTypes();
     try {
         return orvel::apps::TerminationSignals::getExitCode(run(CommandLine::parse(arguments)));

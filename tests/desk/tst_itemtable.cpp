@@ -117,7 +117,7 @@ void TestItemTable::showsPointsAndSections()
              toList("BMX|BMY|A|B|C|BMX – A|A – BMY|BMY – C|C – BMX|A – B|BMY – B|B – C"));
     QCOMPARE(row("BMX"), toList("BMX|исходный репер|100.00000||||0|"));
     QCOMPARE(row("A"), toList("A|пункт|||||0|"));
-    QCOMPARE(row("B – C"), toList("B – C|секция||1.414|1.70000||0|"));
+    QCOMPARE(row("B – C"), toList("B – C|секция||1.41|1.70000||0|"));
 }
 
 void TestItemTable::showsResultsOfAdjustment()
@@ -125,7 +125,7 @@ void TestItemTable::showsResultsOfAdjustment()
     QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(row("A"), toList("A|пункт|105.15040|32.76|||2|"));
-    QCOMPARE(row("BMY – C"), toList("BMY – C|секция||1.414|-1.25000|-52.80|2|"));
+    QCOMPARE(row("BMY – C"), toList("BMY – C|секция||1.41|-1.25000|-52.80|2|"));
     QVERIFY(!cell("A", itemcolumns::Report).data(Qt::DecorationRole).isNull());
     QCOMPARE(cell("A", itemcolumns::Report).data(Qt::AccessibleTextRole).toString(),
              QStringLiteral("есть протокол"));

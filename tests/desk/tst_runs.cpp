@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <memory>
+
 using namespace orvel::desk;
 using namespace orvel::test;
 
@@ -22,12 +24,18 @@ private Q_SLOTS:
 
     void compileOfEmptyProject();
     void compileWithoutLengthsTakesThreeSigma();
+    void compileMakesLoopsOfMeans();
     void compileWithoutSurplusWarns();
     void compileNamesLonelyBenchmark();
     void adjustmentWithoutDatum();
     void adjustmentWithoutSurplus();
     void adjustmentChecksAbsoluteTerms();
+    void absoluteTermsThatNobodyCanTellApart();
     void adjustmentOfTwoComponentsGivesBothFits();
+    void sectionsOfOneLoopAreNamedTogether();
+    void freeNetworkKeepsTheMeanHeight();
+    void veryDifferentSigmasAreNamed();
+    void sigmaOfWeightsByDeviationHasNoKilometre();
     void l1WithoutDatum();
     void l1SaysWhenNotUnique();
     void stoppedRunsEndAtOnce();
@@ -101,9 +109,31 @@ void TestRuns::compileWithoutLengthsTakesThreeSigma()
     runCompile(monitor, snapshot, LevellingClass::I);
     // 3 * 2 mm * sqrt(2) = 8.49 mm
     QVERIFY(has("error:Повторные измерения [50:s0], [51:s1]: расхождение 10.00 мм, больше допуска 8.49 мм"));
+    QVERIFY(monitor.lines.filter(QStringLiteral("Полигон")).isEmpty());
+}
+
+void TestRuns::compileMakesLoopsOfMeans()
+{
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    const int c = addPoint("C");
+    addSection(a, b, 1.000, 1.0);
+    addSection(b, a, -1.008, 1.0);
+    addSection(b, c, 2.000, 1.0);
+    addSection(c, a, -3.000, 2.0);
+    runCompile(monitor, snapshot, LevellingClass::Technical);
     QVERIFY(
-        has("error:Полигон [10:A] → [11:B] → [10:A]: невязка -10.00 мм, больше допуска ±8.49 мм, длина не "
-            "задана; секции: [50:s0], [51:s1]"));
+        has("service:Допуск невязок ходов и полигонов и расхождений измерений секции: ±50 мм·√L (техническое "
+            "нивелирование), L — длина, км; без длины — 3 СКО"));
+    // d = 8 mm over 1 km: 8 / sqrt(2) and 8 / 2.
+    QVERIFY(
+        has("message:Случайная СКО на 1 км по расхождениям прямых и обратных ходов (1): одного хода 5.66 мм, "
+            "среднего из двух 4.00 мм"));
+    QVERIFY(has("message:Прямой и обратный ход [50:s0], [51:s1]: расхождение 8.00 мм, допуск 50.00 мм"));
+    QVERIFY(has(
+        "message:Полигон [10:A] → [11:B] → [12:C] → [10:A]: невязка +4.00 мм, допуск ±100.00 мм, длина 4.000 "
+        "км; секции: [50:s0], [51:s1], [52:s2], [53:s3]"));
+    QCOMPARE(monitor.lines.filter(QStringLiteral("Полигон")).size(), 1);
 }
 
 void TestRuns::compileWithoutSurplusWarns()
@@ -131,7 +161,8 @@ void TestRuns::adjustmentWithoutDatum()
     QVERIFY(
         has("error:Уравнивать нечего: ни одна секция не ведёт от исходного репера к определяемому пункту"));
     QVERIFY(has(
-        "error:Высота пункта [11:B] не определяется: его часть сети не связана ни с одним исходным репером"));
+        "error:Высота пункта [11:B] не определяется: в его части сети нет ни исходного репера, ни пункта с "
+        "высотой"));
     QCOMPARE(monitor.lines.count(QStringLiteral("stage end")), 1);
 }
 
@@ -139,9 +170,8 @@ void TestRuns::adjustmentWithoutSurplus()
 {
     addLine(10.0);
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has("warning:СКО единицы веса σ₀ (1 км хода): априорная 2.0000 мм; апостериорная не "
-                "определяется, так как "
-                "избыточных измерений нет"));
+    QVERIFY(has("warning:Часть 1, СКО единицы веса μ на 1 км хода: априорная 2.0000 мм; апостериорная не "
+                "определяется, так как избыточных измерений нет"));
     QVERIFY(
         has("message:Пункт [11:B]: H = 11.00000 м, СКО априорная 2.000 мм, апостериорная не определяется"));
     QVERIFY(
@@ -153,12 +183,31 @@ void TestRuns::adjustmentChecksAbsoluteTerms()
 {
     snapshot.network.parameters.toleranceAbsolute = 100.0;
     const int a = addPoint("A", 10.0);
-    addSection(a, addPoint("B"), 1.0, 1.0);
-    addSection(a, 1, 1.2, 1.0);
+    const int b = addPoint("B");
+    addSection(a, b, 1.3, 1.0); // carries the approximate height unless it is found to be the bad one
+    addSection(a, b, 1.0, 1.0);
+    addSection(a, b, 1.001, 1.0);
     QVERIFY(runAdjust(monitor, snapshot));
     QVERIFY(has(
-        "warning:Секция [51:s1]: превышение отличается от приближённых высот на +200.00 мм, допуск ±100 мм "
-        "(tol-abs)"));
+        "warning:Секция [50:s0]: измеренное превышение отличается от вычисленного по приближённым высотам на "
+        "+300.00 мм, допуск ±100 мм (tol-abs)"));
+    QCOMPARE(monitor.lines.filter(QStringLiteral("tol-abs")).size(), 1);
+}
+
+void TestRuns::absoluteTermsThatNobodyCanTellApart()
+{
+    snapshot.network.parameters.toleranceAbsolute = 100.0;
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    addSection(a, b, 1.0, 1.0);
+    addSection(a, b, 1.2, 1.0);
+    QVERIFY(runAdjust(monitor, snapshot));
+    QCOMPARE(
+        monitor.lines.filter(QStringLiteral("tol-abs")),
+        QStringList(QStringLiteral(
+            "warning:В одной из секций [50:s0], [51:s1] измеренное превышение отличается от вычисленного по "
+            "приближённым высотам на -200.00 мм, допуск ±100 мм (tol-abs); измерения не различают, в "
+            "которой")));
 }
 
 void TestRuns::adjustmentOfTwoComponentsGivesBothFits()
@@ -167,12 +216,95 @@ void TestRuns::adjustmentOfTwoComponentsGivesBothFits()
         const int benchmark = addPoint(name, 10.0);
         const int point = addPoint("x");
         addSection(benchmark, point, 1.0, 1.0);
-        addSection(benchmark, point, 1.002, 1.0);
+        addSection(benchmark, point, name[0] == 'A' ? 1.002 : 1.2, 1.0);
     }
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has("message:Число степеней свободы: 2"));
-    QVERIFY(has("message:Часть 1: степеней свободы 1, апостериорная σ₀ 1.4142 мм"));
-    QVERIFY(has("message:Часть 2: степеней свободы 1, апостериорная σ₀ 1.4142 мм"));
+    QVERIFY(has("message:Часть 1: неизвестных 1, избыточных измерений 1, [pvv] = 0.50000 (веса 1/σ²)"));
+    // The limits are the roots of the 2.5 % and the 97.5 % quantile of chi-square.
+    QVERIFY(
+        has("message:Часть 1, СКО единицы веса μ на 1 км хода: априорная 2.0000 мм, апостериорная 1.4142 мм, "
+            "отношение 0.707, пределы 0.031 и 2.241 (критерий χ², доверительная вероятность 0.95)"));
+    QVERIFY(
+        has("warning:Часть 2, СКО единицы веса μ на 1 км хода: априорная 2.0000 мм, апостериорная 141.42 мм, "
+            "отношение 70.711, больше верхнего предела, пределы 0.031 и 2.241 (критерий χ², доверительная "
+            "вероятность 0.95); проверьте L1-анализом и априорную СКО"));
+    // The blunder of the one part says nothing about the other.
+    QVERIFY(has("message:Пункт [11:x]: H = 11.00100 м, СКО априорная 1.414 мм, апостериорная 1.00 мм"));
+}
+
+void TestRuns::sectionsOfOneLoopAreNamedTogether()
+{
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    const int c = addPoint("C");
+    addSection(a, b, 1.0, 1.0);
+    addSection(b, c, 1.0, 5.0);
+    addSection(c, a, -1.95, 1.0);
+    QVERIFY(runAdjust(monitor, snapshot));
+    // w = 50 / sqrt(3 * 4) = 14.43; the test finds (1.96 + 0.84) * sqrt(12) mm.
+    const QStringList errors = monitor.lines.filter(QStringLiteral("error:"));
+    QCOMPARE(
+        errors,
+        QStringList(
+            {QStringLiteral("error:Наибольшая нормированная поправка 14.43, больше предела 1.96: одинакова "
+                            "у секций [50:s0], [51:s1], [52:s2]"),
+             QStringLiteral("error:Ошибка в одной из секций [50:s0], [51:s1], [52:s2]: измерения их не "
+                            "различают; нормированная поправка 14.43, больше предела 1.96; оценка ошибки "
+                            "+50.00 мм, обнаруживается от 9.70 мм")}));
+    monitor = LineCollector();
+    runL1Analysis(monitor, snapshot);
+    QCOMPARE(monitor.lines.filter(QStringLiteral("error:")),
+             QStringList(QStringLiteral(
+                 "error:Грубая ошибка в одной из секций [50:s0], [51:s1], [52:s2]: измерения их "
+                 "не различают, оценка +50.00 мм, нормированная поправка 14.43, больше предела "
+                 "1.96")));
+}
+
+void TestRuns::freeNetworkKeepsTheMeanHeight()
+{
+    const int a = addPoint("A");
+    const int b = addPoint("B");
+    snapshot.network.points[0].height = 10.0;
+    snapshot.network.points[1].height = 11.2;
+    addSection(a, b, 1.0, 1.0);
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(has("warning:Часть 1 — свободная сеть, исходных реперов в ней нет: взяты все пункты, у которых "
+                "есть высота. "
+                "Сохраняется средняя высота пунктов (минимум следа): [10:A], [11:B]"));
+    QVERIFY(
+        has("message:Пункт [10:A]: H = 10.10000 м, СКО априорная 1.000 мм, апостериорная не определяется"));
+    QVERIFY(
+        has("message:Пункт [11:B]: H = 11.10000 м, СКО априорная 1.000 мм, апостериорная не определяется"));
+    snapshot.network.points[0].constrained = true;
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(has(
+        "message:Часть 1 — свободная сеть, исходных реперов в ней нет: так задано (adj=\"Z\"). Сохраняется "
+        "средняя высота пунктов (минимум следа): [10:A]"));
+    QVERIFY(
+        has("message:Пункт [11:B]: H = 11.00000 м, СКО априорная 2.000 мм, апостериорная не определяется"));
+}
+
+void TestRuns::veryDifferentSigmasAreNamed()
+{
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    addSection(a, b, 1.0, 1.0);
+    addSection(a, b, 1.001, 1.0);
+    snapshot.network.sections[1].sigma = 6e6;
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(has("warning:Часть 1: СКО секций различаются в 3000000 раз, от 2.00 мм ([50:s0]) до 6000000 мм "
+                "([51:s1]); "
+                "последние цифры высот и СКО недостоверны, проверьте эти СКО"));
+}
+
+void TestRuns::sigmaOfWeightsByDeviationHasNoKilometre()
+{
+    addLine(10.0);
+    snapshot.network.sections[0].stdev = 2.0;
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(has(
+        "warning:Часть 1, СКО единицы веса μ: априорная 2.0000 мм; апостериорная не определяется, так как "
+        "избыточных измерений нет"));
 }
 
 void TestRuns::l1WithoutDatum()
@@ -192,9 +324,8 @@ void TestRuns::l1SaysWhenNotUnique()
     addSection(a, b, 1.1, 1.0);
     runL1Analysis(monitor, snapshot);
     QVERIFY(has(
-        "warning:Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: [11:B]. "
-        "Грубая ошибка может быть в другой секции тех же полигонов."));
-    QVERIFY(has("message:Σ|v|/σ = 50.0000; секций с грубой ошибкой: 1, с поправкой: 1, без поправки: 1"));
+        "warning:Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: [11:B]"));
+    QVERIFY(has("message:Σ|v|/σ = 50.0000; секций с ненулевой поправкой: 1, с нулевой: 1"));
 }
 
 void TestRuns::stoppedRunsEndAtOnce()
@@ -221,7 +352,7 @@ void TestRuns::exportQuotesNames()
     QCOMPARE(readFile(path), QByteArray("point,height_m,sigma_mm\n"
                                         "\"a,b\",1.50000,0.500\n"
                                         "\"say \"\"x\"\"\",-1.00000,2.000\n"));
-    QVERIFY(has("warning:Пункт [3:none] не выведен: его высота не определена"));
+    QVERIFY(has("warning:Пункт [3:none] не экспортирован: его высота не определена"));
 }
 
 void TestRuns::exportToMissingFolder()
@@ -240,40 +371,43 @@ void TestRuns::everyProblemHasItsSentence_data()
         QTest::newRow(name) << QString::fromUtf8(xml) << QString::fromUtf8(line);
     };
     row("unknown element", "<tilt/>",
-        "warning:Строка 3: неизвестный элемент &lt;tilt&gt; внутри &lt;points-observations&gt; пропущен со "
+        "warning:Строка файла 3: неизвестный элемент &lt;tilt&gt; внутри &lt;points-observations&gt; "
+        "пропущен со "
         "всем "
         "содержимым");
-    row("point without a name", "<point z=\"1\"/>", "error:Строка 3: пункт без имени (id) пропущен");
+    row("point without a name", "<point z=\"1\"/>", "error:Строка файла 3: пункт без имени (id) пропущен");
     row("point declared again", "<point id=\"A\" z=\"3\" fix=\"z\"/>",
-        "warning:Строка 3: пункт [1:A] объявлен повторно (впервые в строке 2), действует позднее объявление");
+        "warning:Строка файла 3: пункт [1:A] объявлен повторно (впервые в строке файла 2), действует "
+        "последнее объявление");
     row("no role", "<point id=\"X\"/>",
-        "warning:Строка 3: пункт [3:X] не назван ни исходным (fix), ни определяемым (adj), принят "
+        "warning:Строка файла 3: пункт [3:X] не назван ни исходным (fix), ни определяемым (adj), считается "
         "определяемым");
     row("both roles", "<point id=\"X\" z=\"1\" fix=\"z\" adj=\"z\"/>",
-        "warning:Строка 3: пункт [3:X] назван и исходным (fix), и определяемым (adj), принят исходным");
+        "warning:Строка файла 3: пункт [3:X] назван и исходным (fix), и определяемым (adj), считается "
+        "исходным");
     row("fixed without height", "<point id=\"X\" fix=\"z\"/>",
-        "error:Строка 3: у исходного пункта [3:X] нет отметки, принят определяемым");
+        "error:Строка файла 3: у исходного репера [3:X] нет отметки, считается определяемым пунктом");
     row("bad height", "<point id=\"X\" z=\"&lt;b&gt;\" adj=\"z\"/>",
-        "error:Строка 3: пункт [3:X]: непригодная отметка «&lt;b&gt;», считается не заданной");
+        "error:Строка файла 3: пункт [3:X]: непригодная высота «&lt;b&gt;», считается не заданной");
     row("no end", "<height-differences><dh from=\"A\" val=\"1\" dist=\"1\"/></height-differences>",
-        "error:Строка 3: секция «[1:A]» – «» без начального или конечного пункта пропущена");
+        "error:Строка файла 3: секция «[1:A]» – «» без начального или конечного пункта пропущена");
     row("same ends",
         "<height-differences><dh from=\"A\" to=\"A\" val=\"1\" dist=\"1\"/></height-differences>",
-        "error:Строка 3: секция [1:A] – [1:A] начинается и кончается на одном пункте, пропущена");
+        "error:Строка файла 3: секция [1:A] – [1:A] начинается и кончается на одном пункте, пропущена");
     row("bad value",
         "<height-differences><dh from=\"A\" to=\"B\" val=\"x\" dist=\"1\"/></height-differences>",
-        "error:Строка 3: секция [1:A] – [2:B]: непригодное превышение «x», секция пропущена");
+        "error:Строка файла 3: секция [1:A] – [2:B]: непригодное превышение «x», секция пропущена");
     row("no weight", "<height-differences><dh from=\"A\" to=\"B\" val=\"1\"/></height-differences>",
-        "error:Строка 3: секция [1:A] – [2:B]: нет ни длины (dist), ни СКО (stdev), секция пропущена");
+        "error:Строка файла 3: секция [1:A] – [2:B]: нет ни длины (dist), ни СКО (stdev), секция пропущена");
     row("bad length",
         "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"-1\" "
         "stdev=\"1\"/></height-differences>",
-        "error:Строка 3: секция [1:A] – [2:B]: непригодная длина «-1», считается не заданной");
+        "error:Строка файла 3: секция [1:A] – [2:B]: непригодная длина «-1», считается не заданной");
     row("bad deviation",
         "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"1\" stdev=\"0\"/></height-differences>",
-        "error:Строка 3: секция [1:A] – [2:B]: непригодная СКО «0», считается не заданной");
+        "error:Строка файла 3: секция [1:A] – [2:B]: непригодная СКО «0», считается не заданной");
     row("another measurement", "<obs from=\"A\"><distance to=\"B\" val=\"1\"/></obs>",
-        "error:Строка 3: измерение &lt;distance&gt; («A» – «B») не является превышением, пропущено");
+        "error:Строка файла 3: измерение &lt;distance&gt; («A» – «B») не является превышением, пропущено");
 }
 
 void TestRuns::everyProblemHasItsSentence()

@@ -16,6 +16,8 @@ private Q_SLOTS:
     void everyTextIsTranslated();
     void translationsKeepTheirPlaceholders();
     void russianTextsPassThroughTranslation();
+    void textsHoldToTheTermsOfTheField_data();
+    void textsHoldToTheTermsOfTheField();
 };
 
 namespace {
@@ -139,6 +141,27 @@ void TestTranslations::russianTextsPassThroughTranslation()
         }
     }
     QCOMPARE(unknown.join(QLatin1Char('\n')), QString());
+}
+
+void TestTranslations::textsHoldToTheTermsOfTheField_data()
+{
+    QTest::addColumn<QString>("ruledOut");
+    for (const char* term :
+         {"прогон", "прервать", "Нивелирный стол", "поправки измеренных превышений", "степеней свободы",
+          "σ₀ (1", "Допустимая невязка", "принят определяемым", "выводить нечего", "не выведен",
+          "позднее объявление", "surplus measurement", "determined point", "point to be determined",
+          "degrees of freedom", "over the tolerance", "lonely", "take along", "forward and back runs"})
+        QTest::newRow(term) << QString::fromUtf8(term);
+}
+
+void TestTranslations::textsHoldToTheTermsOfTheField()
+{
+    QFETCH(QString, ruledOut);
+    for (const Message& message : readMessages(kTranslation)) {
+        QVERIFY2(!message.source.contains(ruledOut, Qt::CaseInsensitive), qUtf8Printable(message.source));
+        QVERIFY2(!message.translation.contains(ruledOut, Qt::CaseInsensitive),
+                 qUtf8Printable(message.translation));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestTranslations)

@@ -4,6 +4,7 @@
 #include "levelling/Adjustment.h"
 #include "levelling/Components.h"
 #include "levelling/GkfReader.h"
+#include "levelling/GrossErrors.h"
 #include "levelling/L1Analysis.h"
 #include "levelling/LoopBasis.h"
 
@@ -41,18 +42,22 @@ void measure(int pointCount, int sectionCount)
     const double compile = seconds([&] {
         findComponents(result.network);
         findRepeatedSections(result.network);
-        const std::vector<Loop> loops = findLoopBasis(SectionGraph(result.network));
+        const std::vector<Loop> loops =
+            findLoopBasis(SectionGraph(mergeRepeatedSections(result.network).network));
         loopCount = loops.size();
         for (const Loop& loop : loops)
             longest = std::max(longest, loop.sections.size());
     });
     Adjustment adjustment;
     const double adjusted = seconds([&] { adjustment = adjust(result.network); });
+    std::size_t grossErrors = 0;
+    const double tested = seconds([&] { grossErrors = findGrossErrors(result.network).errors.size(); });
     L1Analysis analysis;
     const double l1 = seconds([&] { analysis = analyseL1(result.network); });
-    std::printf("%8d %9zu %8zu %8zu %9.3f %9.3f %9.3f %9.3f %9.3f %9.4f\n", pointCount,
+    std::printf("%8d %9zu %8zu %8zu %9.3f %9.3f %9.3f %9.3f %9.3f %5zu %9.3f %9.4f\n", pointCount,
                 result.network.sections.size(), loopCount, longest, read, compile, adjusted,
-                read + compile + adjusted, l1, adjustment.total.getSigma0().value_or(0.0));
+                read + compile + adjusted, tested, grossErrors, l1,
+                adjustment.fits[0]->getSigma0().value_or(0.0));
 }
 
 } // namespace
@@ -60,8 +65,9 @@ void measure(int pointCount, int sectionCount)
 int main()
 {
     for (const double density : {2.5, 1.6, 1.1}) {
-        std::printf("%8s %9s %8s %8s %9s %9s %9s %9s %9s %9s\n", "points", "sections", "loops", "longest",
-                    "read s", "compile s", "adjust s", "all s", "L1 s", "sigma0");
+        std::printf("%8s %9s %8s %8s %9s %9s %9s %9s %9s %5s %9s %9s\n", "points", "sections", "loops",
+                    "longest", "read s", "compile s", "adjust s", "all s", "tests s", "gross", "L1 s",
+                    "sigma0");
         for (const int points : {1000, 3000, 10000, 30000, 100000})
             measure(points, static_cast<int>(points * density));
     }

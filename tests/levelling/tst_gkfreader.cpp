@@ -86,6 +86,11 @@ QString describe(const Problem& problem)
         {ProblemKind::SectionSameEnds, QStringLiteral("SectionSameEnds")},
         {ProblemKind::SectionWithoutValue, QStringLiteral("SectionWithoutValue")},
         {ProblemKind::SectionWithoutWeight, QStringLiteral("SectionWithoutWeight")},
+        {ProblemKind::SectionValueMissing, QStringLiteral("SectionValueMissing")},
+        {ProblemKind::ObservedPointFixed, QStringLiteral("ObservedPointFixed")},
+        {ProblemKind::ObservedPointRepeated, QStringLiteral("ObservedPointRepeated")},
+        {ProblemKind::ObservedHeightMissing, QStringLiteral("ObservedHeightMissing")},
+        {ProblemKind::ObservedWithoutCovariance, QStringLiteral("ObservedWithoutCovariance")},
         {ProblemKind::DistanceUnusable, QStringLiteral("DistanceUnusable")},
         {ProblemKind::StdevUnusable, QStringLiteral("StdevUnusable")},
         {ProblemKind::VarianceUnusable, QStringLiteral("VarianceUnusable")},
@@ -154,6 +159,10 @@ private Q_SLOTS:
     void longPieces();
     void covariancesInPieces();
     void textOfNestedElementsIsTheirs();
+    void capitalLettersCarryTheDatum();
+    void readsObservedHeights();
+    void observedHeightsAmongOtherCoordinates();
+    void readsTheConfidence();
     void everyPointIsRead();
 };
 
@@ -219,7 +228,7 @@ void TestGkfReader::blunderSampleHasItsProblems()
     QVERIFY(!result.fatal);
     QCOMPARE(describeProblems(result),
              QStringList({QStringLiteral("37 warning PointUndeclared (М7)"),
-                          QStringLiteral("39 error SectionWithoutValue (М4; М5; )")}));
+                          QStringLiteral("39 error SectionValueMissing (М4; М5)")}));
     QCOMPARE(result.network.points.size(), std::size_t(12));
     QCOMPARE(result.network.sections.size(), std::size_t(19));
 }
@@ -287,7 +296,7 @@ void TestGkfReader::problems_data()
     section("no start", "<dh to='A' val='1' dist='1'/>", one("8 error SectionWithoutPoint (; A)"));
     section("no end", "<dh from='A' val='1' dist='1'/>", one("8 error SectionWithoutPoint (A; )"));
     section("same ends", "<dh from='A' to=' A ' val='1' dist='1'/>", one("8 error SectionSameEnds (A; A)"));
-    section("no value", "<dh from='R' to='A' dist='1'/>", one("8 error SectionWithoutValue (R; A; )"));
+    section("no value", "<dh from='R' to='A' dist='1'/>", one("8 error SectionValueMissing (R; A)"));
     section("value is no number", "<dh from='R' to='A' val='1,5' dist='1'/>",
             one("8 error SectionWithoutValue (R; A; 1,5)"));
     section("value is nan", "<dh from='R' to='A' val='nan' dist='1'/>",
@@ -342,8 +351,30 @@ void TestGkfReader::problems_data()
          QStringLiteral("5 error OtherObservation (z-angle; T; C)")});
     row("vectors", points("<vectors>\n<vec from='A' to='B' dx='1' dy='2' dz='3'/></vectors>"),
         one("5 error OtherObservation (vec; A; B)"));
-    row("observed coordinates", points("<coordinates>\n\n<point id='A' z='1'/></coordinates>"),
-        one("6 error OtherObservation (point; ; )"));
+    row("observed heights without covariances",
+        points("<coordinates>\n\n<point id='A' z='1'/></coordinates>"),
+        one("4 error ObservedWithoutCovariance (; ; 1)"));
+    const auto coordinates = [](const QByteArray& content) {
+        return points("<point id='F' z='1' fix='z'/><coordinates>" + content + "</coordinates>");
+    };
+    row("covariances of other heights",
+        coordinates("<point id='A' z='1'/><point id='B' z='2'/>\n<cov-mat dim='1' band='0'>1</cov-mat>"),
+        one("5 error ObservedWithoutCovariance (1; 0; 2)"));
+    row("covariances that are no numbers",
+        coordinates("<point id='A' z='1'/>\n<cov-mat dim='1' band='0'>x</cov-mat>"),
+        one("5 error ObservedWithoutCovariance (1; 0; 1)"));
+    row("covariances of nothing measured",
+        coordinates("<point id='A' z='1'/><point id='B' z='2'/>\n<cov-mat dim='2' band='1'>1 2 1</cov-mat>"),
+        one("5 error ObservedWithoutCovariance (2; 1; 2)"));
+    row("observed height missing",
+        coordinates("\n<point id='A' z='high'/>\n<cov-mat dim='1' band='0'>1</cov-mat>"),
+        one("5 error ObservedHeightMissing (A)"));
+    row("observed height repeated",
+        coordinates("\n<point id='A' z='1'/>\n<point id='A' z='2'/><cov-mat dim='2' band='0'>1 1</cov-mat>"),
+        one("6 warning ObservedPointRepeated (A)"));
+    row("observed height of a fixed point",
+        coordinates("<point id='F' z='1'/><cov-mat dim='1' band='0'>1</cov-mat>"),
+        one("4 warning ObservedPointFixed (F)"));
 }
 
 void TestGkfReader::problems()
@@ -689,6 +720,59 @@ void TestGkfReader::textOfNestedElementsIsTheirs()
                                       "description </description></network></gama-local>");
     QVERIFY(!result.fatal);
     QCOMPARE(result.network.description, QStringLiteral("a bolder description"));
+}
+
+void TestGkfReader::capitalLettersCarryTheDatum()
+{
+    const GkfResult result = readText(points("<point id='A' z='1' adj='Z'/><point id='B' z='1' adj='z'/>"
+                                             "<point id='C' z='1' adj='xyZ'/><point id='D' z='1' fix='Z'/>"));
+    QCOMPARE(describeProblems(result), QStringList());
+    const std::vector<Point>& read = result.network.points;
+    QVERIFY(read[0].constrained && !read[1].constrained && read[2].constrained);
+    QVERIFY(read[3].fixed && !read[3].constrained);
+}
+
+void TestGkfReader::readsObservedHeights()
+{
+    const GkfResult result =
+        readText(points("<point id='F' z='5' fix='z'/><point id='B' z='1' adj='z'/><coordinates>"
+                        "<point id='A' z='1.5'/><point id='B' z='2.5'/><point id='F' z='9'/>"
+                        "<cov-mat dim='3' band='1'>4 1 9 0.5 16</cov-mat></coordinates>"));
+    QCOMPARE(describeProblems(result), QStringList(QStringLiteral("4 warning ObservedPointFixed (F)")));
+    const Network& network = result.network;
+    QCOMPARE(network.observedHeights.size(), std::size_t(1));
+    QCOMPARE(networks::ids(network, network.observedHeights[0].points), QStringLiteral("A-B"));
+    QCOMPARE(network.observedHeights[0].covariance, (std::vector<double>{4.0, 1.0, 1.0, 9.0}));
+    QVERIFY(network.points[0].fixed && !network.points[0].observed);
+    QCOMPARE(*network.points[0].height, 5.0);
+    QVERIFY(network.points[1].observed && network.points[2].observed);
+    QCOMPARE(*network.points[1].height, 2.5); // of B, which was named first
+    QCOMPARE(*network.points[2].height, 1.5);
+}
+
+void TestGkfReader::observedHeightsAmongOtherCoordinates()
+{
+    const GkfResult result = readText(
+        points("<coordinates><point id='A' x='1' y='2' z='1.5'/><point id='B' x='1' y='2'/>"
+               "<point id='C' z='2.5'/><cov-mat dim='6' band='3'>1 0 0 0  1 0 0 0  4 0 0 2  1 0 0  1 0  9"
+               "</cov-mat></coordinates>"));
+    QCOMPARE(describeProblems(result), QStringList());
+    QCOMPARE(result.network.observedHeights.size(), std::size_t(1));
+    QCOMPARE(networks::ids(result.network, result.network.observedHeights[0].points), QStringLiteral("A-C"));
+    QCOMPARE(result.network.observedHeights[0].covariance, (std::vector<double>{4.0, 2.0, 2.0, 9.0}));
+}
+
+void TestGkfReader::readsTheConfidence()
+{
+    const auto confidence = [](const QByteArray& text) {
+        return readText(withParameters("conf-pr='" + text + "'")).network.parameters.confidence;
+    };
+    QCOMPARE(readText(withParameters("")).network.parameters.confidence, 0.95);
+    QCOMPARE(confidence(" 0.99 "), 0.99);
+    QCOMPARE(confidence("1"), 0.95);
+    QCOMPARE(confidence("0"), 0.95);
+    QCOMPARE(describeProblems(readText(withParameters("conf-pr='95'"))),
+             QStringList(QStringLiteral("2 warning ParameterUnusable (conf-pr; 95)")));
 }
 
 void TestGkfReader::everyPointIsRead()

@@ -43,7 +43,8 @@ bool isPositiveIfThere(const std::optional<double>& number)
 
 bool isUsable(const levelling::Parameters& parameters)
 {
-    return isPositive(parameters.sigmaApriori) && isPositive(parameters.toleranceAbsolute);
+    return isPositive(parameters.sigmaApriori) && isPositive(parameters.toleranceAbsolute) &&
+           isPositive(parameters.confidence) && parameters.confidence < 1.0;
 }
 
 bool isUsable(const levelling::Point& point)
@@ -55,6 +56,33 @@ bool isUsable(const levelling::Section& section)
 {
     return section.from != section.to && std::isfinite(section.difference) && isPositive(section.sigma) &&
            isPositiveIfThere(section.distance) && isPositiveIfThere(section.stdev);
+}
+
+/// Whether the observed points are those of the groups, each in one, with heights and all covariances.
+bool areObservedHeightsUsable(const Document::Content& content)
+{
+    QSet<int> observed;
+    int count = 0;
+    for (const levelling::ObservedHeights& group : content.observedHeights) {
+        const std::size_t size = group.points.size();
+        if (size == 0 || group.covariance.size() != size * size ||
+            !std::all_of(group.covariance.begin(), group.covariance.end(),
+                         [](double element) { return std::isfinite(element); }))
+            return false;
+        for (const int point : group.points) {
+            observed.insert(point);
+            ++count;
+        }
+    }
+    int index = 0;
+    for (const auto& point : content.points) {
+        const levelling::Point& given = point->getPoint();
+        if (given.observed != observed.contains(index++) ||
+            (given.observed && (given.fixed || !given.height)))
+            return false;
+        count -= given.observed ? 1 : 0;
+    }
+    return count == 0;
 }
 
 /// Whether the content is as the computations need it: what a file holds may be anything.
@@ -70,7 +98,8 @@ bool isConsistent(const Document::Content& content)
     };
     const auto pointCount = static_cast<int>(content.points.size());
     const auto isPoint = [pointCount](int index) { return index >= 0 && index < pointCount; };
-    return std::all_of(
+    return areObservedHeightsUsable(content) &&
+           std::all_of(
                content.points.begin(), content.points.end(),
                [&](const auto& point) { return isNew(point->getId()) && isUsable(point->getPoint()); }) &&
            std::all_of(content.sections.begin(), content.sections.end(), [&](const auto& section) {
@@ -212,6 +241,7 @@ bool Document::setContent(Content content)
     levelling::Network network;
     network.description = content.description;
     network.parameters = content.parameters;
+    network.observedHeights = content.observedHeights;
     NetworkItems items = NetworkItems::make(std::move(network), std::move(content.points),
                                             std::move(content.sections), content.nextId);
     levellingClass = content.levellingClass;
@@ -229,6 +259,7 @@ Document::Content Document::copyContent() const
         content.points.push_back(std::make_unique<LevellingPoint>(*point));
     for (const LevellingSection* section : getSections())
         content.sections.push_back(std::make_unique<LevellingSection>(*section));
+    content.observedHeights = snapshot->network.observedHeights;
     content.nextId = nextId;
     return content;
 }
@@ -253,18 +284,23 @@ void Document::setAdjustment(const levelling::Adjustment& adjustment)
     std::size_t index = 0;
     for (LevellingPoint* point : getPoints()) {
         std::optional<LevellingPoint::Result> result;
-        if (isUsable && adjustment.points[index])
-            result = LevellingPoint::Result{adjustment.points[index]->height,
-                                            adjustment.points[index]->sigma * adjustment.sigmaScale};
+        if (isUsable && adjustment.points[index]) {
+            const levelling::AdjustedPoint& adjusted = *adjustment.points[index];
+            result = LevellingPoint::Result{adjusted.height, adjusted.sigma * adjusted.sigmaScale, {}};
+            if (adjusted.isScaled)
+                result->sigmaScale = adjusted.sigmaScale;
+        }
         point->setResult(result);
         ++index;
     }
     index = 0;
     for (LevellingSection* section : getSections()) {
         std::optional<LevellingSection::Result> result;
-        if (isUsable && adjustment.sections[index])
-            result = LevellingSection::Result{adjustment.sections[index]->residual,
-                                              adjustment.sections[index]->normalisedResidual};
+        if (isUsable && adjustment.sections[index]) {
+            const levelling::AdjustedSection& adjusted = *adjustment.sections[index];
+            result = LevellingSection::Result{adjusted.residual, adjusted.statistic, adjusted.redundancy,
+                                              adjusted.grossError, adjusted.detectableError};
+        }
         section->setResult(result);
         ++index;
     }

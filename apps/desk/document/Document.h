@@ -36,6 +36,7 @@ public:
         LevellingClass levellingClass = LevellingClass::IV;
         std::vector<std::unique_ptr<LevellingPoint>> points;
         std::vector<std::unique_ptr<LevellingSection>> sections;
+        std::vector<levelling::ObservedHeights> observedHeights;
         /// The next new item's id, larger than all that were ever given.
         LONGID nextId = 0;
     };

@@ -1,5 +1,7 @@
 #include "apps/desk/document/LevellingClass.h"
 
+#include "apps/desk/Desk.h"
+
 namespace orvel::desk {
 
 double getToleranceFactor(LevellingClass levellingClass)
@@ -13,6 +15,8 @@ double getToleranceFactor(LevellingClass levellingClass)
         return 10.0;
     case LevellingClass::IV:
         break;
+    case LevellingClass::Technical:
+        return 50.0;
     }
     return 20.0;
 }
@@ -28,14 +32,23 @@ QString getClassName(LevellingClass levellingClass)
         return QStringLiteral("III");
     case LevellingClass::IV:
         break;
+    case LevellingClass::Technical:
+        return QStringLiteral("technical");
     }
     return QStringLiteral("IV");
 }
 
+QString describeClass(LevellingClass levellingClass)
+{
+    return levellingClass == LevellingClass::Technical
+               ? Desk::tr("техническое нивелирование")
+               : Desk::tr("%1 класс").arg(getClassName(levellingClass));
+}
+
 std::optional<LevellingClass> findLevellingClass(const QString& name)
 {
-    for (const auto levellingClass :
-         {LevellingClass::I, LevellingClass::II, LevellingClass::III, LevellingClass::IV}) {
+    for (const auto levellingClass : {LevellingClass::I, LevellingClass::II, LevellingClass::III,
+                                      LevellingClass::IV, LevellingClass::Technical}) {
         if (getClassName(levellingClass) == name)
             return levellingClass;
     }

@@ -39,9 +39,19 @@ void LevellingPoint::serialize(CQtArchive& archive)
     setId(itemId);
     setName(point.id);
     if (height && sigma)
-        result = Result{*height, *sigma};
+        result = Result{*height, *sigma, std::nullopt};
     else
         result.reset();
+}
+
+void LevellingPoint::serializeAddition(CQtArchive& archive)
+{
+    serializeValue(archive, point.constrained);
+    serializeValue(archive, point.observed);
+    Result added = result.value_or(Result());
+    serializeValue(archive, added.sigmaScale);
+    if (result)
+        result = added;
 }
 
 void LevellingPoint::setResult(const std::optional<Result>& adjusted)

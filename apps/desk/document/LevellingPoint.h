@@ -16,6 +16,9 @@ public:
     {
         double height = 0.0; ///< m
         double sigma = 0.0;  ///< mm, scaled as the network's sigma-act asks
+        /// A posteriori standard deviation of unit weight of its part as a multiple of the a priori one; none
+        /// if sigma is not scaled by it.
+        std::optional<double> sigmaScale;
     };
 
     /// An empty point, to be loaded.
@@ -25,6 +28,8 @@ public:
     int getType() const override;
     /// Saves or loads the id, the point as the network has it, and the result.
     void serialize(CQtArchive& archive) override;
+    /// Saves or loads what the second version of the project file added.
+    void serializeAddition(CQtArchive& archive);
 
     const levelling::Point& getPoint() const { return point; }
     const std::optional<Result>& getResult() const { return result; }

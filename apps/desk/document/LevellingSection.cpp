@@ -49,9 +49,19 @@ void LevellingSection::serialize(CQtArchive& archive)
     if (archive.isSaving())
         return;
     if (residual)
-        result = Result{*residual, normalisedResidual};
+        result = Result{*residual, normalisedResidual, {}, {}, {}};
     else
         result.reset();
+}
+
+void LevellingSection::serializeAddition(CQtArchive& archive)
+{
+    Result added = result.value_or(Result());
+    serializeValue(archive, added.redundancy);
+    serializeValue(archive, added.grossError);
+    serializeValue(archive, added.detectableError);
+    if (result)
+        result = added;
 }
 
 void LevellingSection::setResult(const std::optional<Result>& adjusted)

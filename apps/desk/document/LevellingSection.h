@@ -17,7 +17,10 @@ public:
     struct Result
     {
         double residual = 0.0;                    ///< adjusted - observed, mm
-        std::optional<double> normalisedResidual; ///< none if no other measurement checks this one
+        std::optional<double> normalisedResidual; ///< as it is tested; none if nothing checks the section
+        std::optional<double> redundancy;         ///< share of a gross error that the residual shows
+        std::optional<double> grossError;         ///< that would explain the residual best, mm
+        std::optional<double> detectableError;    ///< the least one that the test finds, mm
     };
 
     /// An empty section, to be loaded.
@@ -30,6 +33,8 @@ public:
 
     /// Saves or loads the id, the name, the section as the network has it, and the result.
     void serialize(CQtArchive& archive);
+    /// Saves or loads what the second version of the project file added.
+    void serializeAddition(CQtArchive& archive);
 
     /// Its ends are indices of the project's points.
     const levelling::Section& getSection() const { return section; }

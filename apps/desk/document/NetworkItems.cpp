@@ -80,6 +80,7 @@ NetworkItems NetworkItems::make(const levelling::Network& network, const Network
     levelling::Network rest;
     rest.description = network.description;
     rest.parameters = network.parameters;
+    rest.observedHeights = network.observedHeights;
     return make(std::move(rest), std::move(points), std::move(sections), nextId);
 }
 

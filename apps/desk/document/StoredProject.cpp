@@ -13,7 +13,7 @@ namespace orvel::desk {
 namespace {
 
 constexpr quint32 kSignature = 0x4F525650; // "ORVP"
-constexpr quint32 kVersion = 1;
+constexpr quint32 kVersion = 2;
 
 /// The file is sound, but holds more than can be worked with.
 struct TooManyItems
@@ -43,9 +43,19 @@ LevellingClass readClass(CQtArchive& archive)
 {
     qint32 number = 0;
     archive >> number;
-    if (number < static_cast<qint32>(LevellingClass::I) || number > static_cast<qint32>(LevellingClass::IV))
+    if (number < static_cast<qint32>(LevellingClass::I) ||
+        number > static_cast<qint32>(LevellingClass::Technical))
         throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
     return static_cast<LevellingClass>(number);
+}
+
+quint32 readCount(CQtArchive& archive, quint32 limit)
+{
+    quint32 count = 0;
+    archive >> count;
+    if (count > limit)
+        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
+    return count;
 }
 
 template<typename Item>
@@ -71,6 +81,45 @@ std::vector<std::unique_ptr<Item>> readItems(CQtArchive& archive)
     return items;
 }
 
+/// What version 2 added, behind all that version 1 has.
+void writeAddition(CQtArchive& archive, const Document::Content& content)
+{
+    archive << content.parameters.confidence;
+    for (const auto& point : content.points)
+        point->serializeAddition(archive);
+    for (const auto& section : content.sections)
+        section->serializeAddition(archive);
+    archive << static_cast<quint32>(content.observedHeights.size());
+    for (const levelling::ObservedHeights& observed : content.observedHeights) {
+        archive << static_cast<quint32>(observed.points.size());
+        for (const int point : observed.points)
+            archive << point;
+        for (const double element : observed.covariance)
+            archive << element;
+    }
+}
+
+void readAddition(CQtArchive& archive, Document::Content& content)
+{
+    archive >> content.parameters.confidence;
+    for (const auto& point : content.points)
+        point->serializeAddition(archive);
+    for (const auto& section : content.sections)
+        section->serializeAddition(archive);
+    const auto pointCount = static_cast<quint32>(content.points.size());
+    content.observedHeights.resize(readCount(archive, pointCount));
+    for (levelling::ObservedHeights& observed : content.observedHeights) {
+        observed.points.resize(readCount(archive, pointCount));
+        for (int& point : observed.points)
+            archive >> point;
+        for (std::size_t i = 0; i < observed.points.size() * observed.points.size(); ++i) {
+            double element = 0.0;
+            archive >> element;
+            observed.covariance.push_back(element);
+        }
+    }
+}
+
 QByteArray writeContent(const StoredProject& project)
 {
     const Document::Content& content = project.content;
@@ -83,10 +132,11 @@ QByteArray writeContent(const StoredProject& project)
     writeItems(archive, content.points);
     writeItems(archive, content.sections);
     project.protocol.save(archive);
+    writeAddition(archive, content);
     return buffer.data();
 }
 
-StoredProject readContent(QByteArray bytes)
+StoredProject readContent(QByteArray bytes, quint32 version)
 {
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
@@ -99,6 +149,8 @@ StoredProject readContent(QByteArray bytes)
     project.content.points = readItems<LevellingPoint>(archive);
     project.content.sections = readItems<LevellingSection>(archive);
     project.protocol = SavedProtocol::load(archive);
+    if (version > 1)
+        readAddition(archive, project.content);
     return project;
 }
 
@@ -108,10 +160,9 @@ QByteArray makeChecksum(const QByteArray& content)
 }
 
 /// What keeps a file of that kind from being read; empty if nothing does.
-QString checkHeader(CQtArchive& archive)
+QString checkHeader(CQtArchive& archive, quint32& version)
 {
     quint32 signature = 0;
-    quint32 version = 0;
     archive >> signature >> version;
     if (signature != kSignature)
         return Desk::tr("это не файл проекта");
@@ -138,7 +189,8 @@ StoredProject read(QIODevice& device)
     QString problem = Desk::tr("файл проекта повреждён или обрезан");
     try {
         CQtArchive archive(&device, CQtArchive::Load);
-        const QString headerProblem = checkHeader(archive);
+        quint32 version = 0;
+        const QString headerProblem = checkHeader(archive, version);
         if (!headerProblem.isEmpty()) {
             problem = headerProblem;
         } else {
@@ -146,7 +198,7 @@ StoredProject read(QIODevice& device)
             QByteArray checksum;
             archive >> content >> checksum;
             if (checksum == makeChecksum(content))
-                return readContent(content);
+                return readContent(content, version);
         }
     } catch (const TooManyItems&) {
         problem = Desk::tr("в проекте больше %1 пунктов или секций, он не открыт")

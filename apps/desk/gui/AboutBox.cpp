@@ -9,9 +9,10 @@ namespace orvel::desk {
 
 void showAboutBox(QWidget* parent)
 {
-    auto* box = new QMessageBox(QMessageBox::NoIcon, Desk::tr("О программе"),
-                                Desk::tr("Нивелирный стол %1").arg(QCoreApplication::applicationVersion()),
-                                QMessageBox::NoButton, parent);
+    auto* box =
+        new QMessageBox(QMessageBox::NoIcon, Desk::tr("О программе"),
+                        Desk::tr("Обработка нивелирования %1").arg(QCoreApplication::applicationVersion()),
+                        QMessageBox::NoButton, parent);
     box->setIconPixmap(makeApplicationIcon().pixmap(64, 64));
     box->setInformativeText(
         Desk::tr("Обработка нивелирных сетей с протоколами, каждая строка которых ведёт к своим "

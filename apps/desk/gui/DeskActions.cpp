@@ -98,11 +98,11 @@ void DeskActions::createClassMenu(QMenu* menu, LevellingClass currentClass)
     QMenu* classMenu = menu->addMenu(Desk::tr("&Класс нивелирования"));
     classMenu->setStatusTip(Desk::tr("Задаёт допустимые невязки k·√L"));
     auto* group = new QActionGroup(this);
-    for (const auto levellingClass :
-         {LevellingClass::I, LevellingClass::II, LevellingClass::III, LevellingClass::IV}) {
-        QAction* action = classMenu->addAction(
-            Desk::tr("Класс %1: %2 мм·√L")
-                .arg(getClassName(levellingClass), QString::number(getToleranceFactor(levellingClass))));
+    for (const auto levellingClass : {LevellingClass::I, LevellingClass::II, LevellingClass::III,
+                                      LevellingClass::IV, LevellingClass::Technical}) {
+        QAction* action = classMenu->addAction(QStringLiteral("%1: %2").arg(
+            describeClass(levellingClass),
+            Desk::tr("%1 мм·√L").arg(QString::number(getToleranceFactor(levellingClass)))));
         action->setCheckable(true);
         action->setChecked(levellingClass == currentClass);
         group->addAction(action);

@@ -11,6 +11,9 @@
 #include "host/enums/EnumData.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
+#include <algorithm>
+#include <set>
+
 namespace orvel::desk {
 
 namespace deskreports {
@@ -27,14 +30,47 @@ ReportPage beginPage(const Document& document, const QString& title)
     return page;
 }
 
+/// The scales of the points that have one; of some that have none one 1.
+std::set<double> collectScales(const Document& document)
+{
+    std::set<double> scales;
+    for (const LevellingPoint* point : document.getPoints()) {
+        if (point->getResult() && !point->getPoint().fixed)
+            scales.insert(point->getResult()->sigmaScale.value_or(1.0));
+    }
+    return scales;
+}
+
+bool hasScale(const LevellingPoint* point)
+{
+    return point->getResult() && point->getResult()->sigmaScale;
+}
+
 QString describeSigmas(const Document& document)
 {
-    const levelling::Parameters& parameters = document.getParameters();
-    const QString apriori = numbers::significant(parameters.sigmaApriori, 5);
-    return parameters.sigmaAct == levelling::SigmaAct::Apriori
-               ? Desk::tr("СКО вычислены по априорной СКО единицы веса %1 мм на 1 км хода").arg(apriori)
-               : Desk::tr("СКО вычислены по апостериорной СКО единицы веса; априорная %1 мм на 1 км хода")
-                     .arg(apriori);
+    const double sigmaApriori = document.getParameters().sigmaApriori;
+    const QString apriori = numbers::significant(sigmaApriori, 5);
+    const std::vector<LevellingPoint*> points = document.getPoints();
+    if (std::none_of(points.begin(), points.end(), hasScale)) {
+        return document.getParameters().sigmaAct == levelling::SigmaAct::Apriori
+                   ? Desk::tr("СКО вычислены по априорной СКО единицы веса μ = %1 мм").arg(apriori)
+                   : Desk::tr("СКО вычислены по априорной СКО единицы веса μ = %1 мм, так как избыточных "
+                              "измерений нет")
+                         .arg(apriori);
+    }
+    const std::set<double> scales = collectScales(document);
+    if (scales.size() == 1)
+        return Desk::tr("СКО вычислены по апостериорной СКО единицы веса μ = %1 мм; априорная %2 мм")
+            .arg(numbers::significant(*scales.begin() * sigmaApriori, 5), apriori);
+    return Desk::tr(
+               "СКО вычислены по апостериорной СКО единицы веса каждой части сети, в частях без избыточных "
+               "измерений по априорной μ = %1 мм")
+        .arg(apriori);
+}
+
+QString twoDecimals(double value)
+{
+    return numbers::fixed(value, 2);
 }
 
 QString optionalNumber(const std::optional<double>& value, QString (*toText)(double))
@@ -62,25 +98,32 @@ QString makeHeightCatalogue(const Document& document)
 QString makeResidualList(const Document& document)
 {
     ReportPage page = beginPage(document, Desk::tr("Ведомость превышений и поправок"));
-    page.addLine(Desk::tr("Поправка v = уравненное превышение − измеренное превышение"));
+    page.addLine(
+        Desk::tr("Поправка v = уравненное превышение − измеренное превышение; r — доля ошибки измерения, "
+                 "которую показывает поправка; ∇ — оценка ошибки −v/r; наименьшая ошибка, которую "
+                 "проверка обнаруживает с вероятностью 80 %"));
     page.setColumns({Desk::tr("Секция"), Desk::tr("Длина, км"), Desk::tr("СКО, мм"),
                      Desk::tr("Измеренное превышение, м"), Desk::tr("Поправка v, мм"),
-                     Desk::tr("Уравненное превышение, м"), Desk::tr("Нормированная поправка")},
+                     Desk::tr("Уравненное превышение, м"), Desk::tr("Нормированная поправка"), Desk::tr("r"),
+                     Desk::tr("∇, мм"), Desk::tr("Обнаруживается от, мм")},
                     1);
     for (const LevellingSection* section : document.getSections()) {
         const levelling::Section& measured = section->getSection();
         std::optional<double> residual;
         std::optional<double> adjusted;
-        std::optional<double> normalised;
+        LevellingSection::Result tests;
         if (const auto& result = section->getResult()) {
             residual = result->residual;
             adjusted = measured.difference + result->residual / 1000.0;
-            normalised = result->normalisedResidual;
+            tests = *result;
         }
         page.addRow({section->getName(), optionalNumber(measured.distance, numbers::length),
                      numbers::sigma(measured.sigma), numbers::height(measured.difference),
                      optionalNumber(residual, numbers::misclosure), optionalNumber(adjusted, numbers::height),
-                     optionalNumber(normalised, [](double value) { return numbers::fixed(value, 2); })});
+                     optionalNumber(tests.normalisedResidual, twoDecimals),
+                     optionalNumber(tests.redundancy, twoDecimals),
+                     optionalNumber(tests.grossError, numbers::misclosure),
+                     optionalNumber(tests.detectableError, twoDecimals)});
     }
     return page.toHtml();
 }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <set>
 
 namespace orvel::desk {
 
@@ -15,22 +16,9 @@ namespace {
 using levelling::AdjustedPoint;
 using levelling::AdjustedSection;
 using levelling::AdjustmentStatus;
-using levelling::FitStatistics;
-
-// Normalised residuals beyond these are reported.
-constexpr double kErrorLimit = 3.0;
-constexpr double kWarningLimit = 2.0;
-
-/// Largest plausible ratio of the a posteriori to the a priori sigma0, 95 %: the root of the chi-square
-/// quantile over the degrees of freedom, by the approximation of E. B. Wilson and M. M. Hilferty (The
-/// distribution of chi-square, Proc. Nat. Acad. Sci. 17, 1931).
-double sigma0Limit(int redundancy)
-{
-    constexpr double normalQuantile = 1.6449;
-    const double part = 2.0 / (9.0 * redundancy);
-    const double root = 1.0 - part + normalQuantile * std::sqrt(part);
-    return std::sqrt(root * root * root);
-}
+using levelling::Component;
+using levelling::Datum;
+using levelling::PartFit;
 
 class AdjustmentReport
 {
@@ -44,19 +32,19 @@ public:
     std::optional<levelling::Adjustment> run()
     {
         monitor.startStage(Desk::tr("Уравнивание").toStdWString());
-        const levelling::Adjustment adjustment = levelling::adjust(network);
+        adjustment = levelling::adjust(network);
         monitor.finishCurrentStage();
         lines.service(Desk::tr("Метод наименьших квадратов, веса обратны квадратам СКО измерений"));
 
-        writeComposition(adjustment);
+        writeComposition();
         if (adjustment.status == AdjustmentStatus::Ok && lines.isRunning()) {
-            writeResults(adjustment);
-            writeResiduals(adjustment);
+            writeResults();
+            writeResiduals();
         }
         if (!lines.isRunning())
             return std::nullopt;
         monitor.setPercentage(100);
-        return adjustment;
+        return std::move(adjustment);
     }
 
 private:
@@ -72,7 +60,21 @@ private:
         monitor.finishCurrentStage();
     }
 
-    void writeComposition(const levelling::Adjustment& adjustment)
+    const levelling::Section& getSection(int index) const
+    {
+        return network.sections[static_cast<std::size_t>(index)];
+    }
+
+    const AdjustedSection& getAdjusted(int index) const
+    {
+        return *adjustment.sections[static_cast<std::size_t>(index)];
+    }
+
+    const PartFit& getFitOfSection(int index) const { return adjustment.getFit(getSection(index).from); }
+
+    int getSeries(int section) const { return adjustment.seriesOfSection[static_cast<std::size_t>(section)]; }
+
+    void writeComposition()
     {
         startStage(Desk::tr("Состав сети и приближённые высоты"));
         const QString failure = describeFailure(adjustment.status);
@@ -84,13 +86,17 @@ private:
                           .arg(QString::number(network.points.size()),
                                QString::number(network.sections.size()), QString::number(adjustment.unknowns),
                                QString::number(adjustment.undetermined.size())));
+        for (std::size_t part = 0; part < adjustment.components.size(); ++part) {
+            if (adjustment.components[part].getDatum() == Datum::Free)
+                writeFreePart(part);
+        }
         for (std::size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
             if (adjustment.points[i])
                 writeApproximateHeight(static_cast<int>(i), *adjustment.points[i]);
         }
-        for (std::size_t i = 0; i < network.sections.size() && lines.isRunning(); ++i) {
-            if (adjustment.sections[i])
-                checkAbsoluteTerm(static_cast<int>(i), *adjustment.sections[i]);
+        for (const levelling::ImplausibleSections& implausible : adjustment.implausible) {
+            if (lines.isRunning())
+                writeImplausible(implausible);
         }
         finishStage();
     }
@@ -100,187 +106,338 @@ private:
         const bool hasSections = undetermined.reason != levelling::UndeterminedReason::NoSections;
         lines.error(Desk::tr("Высота пункта %1 не определяется: %2")
                         .arg(lines.point(undetermined.point),
-                             hasSections ? Desk::tr("его часть сети не связана ни с одним исходным репером")
-                                         : Desk::tr("с ним не связана ни одна секция")));
+                             hasSections
+                                 ? Desk::tr("в его части сети нет ни исходного репера, ни пункта с высотой")
+                                 : Desk::tr("с ним не связана ни одна секция")));
+    }
+
+    void writeFreePart(std::size_t part)
+    {
+        const std::vector<int>& points = adjustment.components[part].datumPoints;
+        const bool isAsked = network.points[static_cast<std::size_t>(points.front())].constrained;
+        const QString text =
+            Desk::tr("Часть %1 — свободная сеть, исходных реперов в ней нет: %2. Сохраняется средняя высота "
+                     "пунктов (минимум следа): %3")
+                .arg(QString::number(part + 1),
+                     isAsked ? Desk::tr("так задано (adj=\"Z\")")
+                             : Desk::tr("взяты все пункты, у которых есть высота"),
+                     lines.listPoints(points));
+        if (isAsked)
+            lines.message(text);
+        else
+            lines.warning(text);
     }
 
     void writeApproximateHeight(int index, const AdjustedPoint& point)
     {
-        if (network.points[static_cast<std::size_t>(index)].fixed)
-            lines.message(Desk::tr("Исходный репер %1: отметка %2 м")
-                              .arg(lines.point(index), numbers::height(point.height)));
+        const levelling::Point& given = network.points[static_cast<std::size_t>(index)];
+        const QString link = lines.point(index);
+        if (given.fixed)
+            lines.message(
+                Desk::tr("Исходный репер %1: отметка %2 м").arg(link, numbers::height(point.height)));
+        else if (given.observed)
+            lines.message(Desk::tr("Исходный репер %1: отметка %2 м, известна с ковариациями и уравнивается")
+                              .arg(link, numbers::height(*given.height)));
         else
             lines.message(Desk::tr("Пункт %1: приближённая высота %2 м")
-                              .arg(lines.point(index), numbers::height(point.approximateHeight)));
+                              .arg(link, numbers::height(point.approximateHeight)));
     }
 
-    void checkAbsoluteTerm(int index, const AdjustedSection& section)
+    void writeImplausible(const levelling::ImplausibleSections& implausible)
     {
         const double limit = network.parameters.toleranceAbsolute;
-        if (std::abs(section.absoluteTerm) <= limit)
-            return;
-        lines.warning(
-            Desk::tr("Секция %1: превышение отличается от приближённых высот на %2 мм, допуск ±%3 мм "
-                     "(tol-abs)")
-                .arg(lines.section(index), numbers::misclosure(section.absoluteTerm),
-                     numbers::fixed(limit, 0)));
+        // Without results no section has an absolute term; the difference from the others is as large.
+        const auto& first = adjustment.sections[static_cast<std::size_t>(implausible.sections.front())];
+        const QString difference = numbers::misclosure(first ? first->absoluteTerm : implausible.difference);
+        if (implausible.sections.size() == 1)
+            lines.warning(
+                Desk::tr("Секция %1: измеренное превышение отличается от вычисленного по "
+                         "приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs)")
+                    .arg(lines.section(implausible.sections.front()), difference, numbers::fixed(limit, 0)));
+        else
+            lines.warning(
+                Desk::tr("В одной из секций %1 измеренное превышение отличается от вычисленного по "
+                         "приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs); измерения не "
+                         "различают, в которой")
+                    .arg(lines.listSections(implausible.sections), difference, numbers::fixed(limit, 0)));
     }
 
-    void writeResults(const levelling::Adjustment& adjustment)
+    void writeResults()
     {
         startStage(Desk::tr("Результаты уравнивания"));
-        writeFit(adjustment);
-        writeLargestResidual(adjustment);
+        for (std::size_t part = 0; part < adjustment.fits.size() && lines.isRunning(); ++part) {
+            if (adjustment.fits[part] && !adjustment.components[part].sections.empty())
+                writePart(part);
+        }
+        writeLargestResidual();
         for (std::size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
             if (adjustment.points[i] && !network.points[i].fixed)
-                writeHeight(static_cast<int>(i), *adjustment.points[i], adjustment);
+                writeHeight(static_cast<int>(i), *adjustment.points[i]);
             lines.setProgress(i, network.points.size() + network.sections.size());
         }
         finishStage();
     }
 
-    void writeFit(const levelling::Adjustment& adjustment)
+    void writePart(std::size_t part)
+    {
+        const PartFit& fit = *adjustment.fits[part];
+        const QString name = Desk::tr("Часть %1").arg(QString::number(part + 1));
+        lines.message(Desk::tr("%1: неизвестных %2, избыточных измерений %3, [pvv] = %4 (веса 1/σ²)")
+                          .arg(name, QString::number(fit.unknowns), QString::number(fit.redundancy),
+                               numbers::fixed(fit.pvv, 5)));
+        writeSigma0(name, adjustment.components[part], fit);
+        if (fit.redundancy > 0)
+            writeTests(name, fit);
+        if (fit.isIllConditioned())
+            lines.warning(
+                Desk::tr("%1: СКО секций различаются в %2 раз, от %3 мм (%4) до %5 мм (%6); последние цифры "
+                         "высот и СКО недостоверны, проверьте эти СКО")
+                    .arg(name, numbers::significant(fit.sigmaRatio, 2),
+                         numbers::significant(getSection(fit.leastSigmaSection).sigma, 3),
+                         lines.section(fit.leastSigmaSection),
+                         numbers::significant(getSection(fit.largestSigmaSection).sigma, 3),
+                         lines.section(fit.largestSigmaSection)));
+    }
+
+    /// Where weights come from standard deviations, sigma-apr is that of no length.
+    bool isPerKilometre(const Component& part) const
+    {
+        return std::none_of(part.sections.begin(), part.sections.end(),
+                            [&](int section) { return getSection(section).stdev.has_value(); });
+    }
+
+    void writeSigma0(const QString& part, const Component& component, const PartFit& fit)
     {
         const double apriori = network.parameters.sigmaApriori;
-        const FitStatistics& fit = adjustment.total;
-        lines.message(Desk::tr("Число степеней свободы: %1").arg(QString::number(fit.redundancy)));
-        lines.message(Desk::tr("[pvv] = %1 (веса 1/σ²)").arg(numbers::fixed(fit.pvv, 5)));
+        const QString quantity = isPerKilometre(component) ? Desk::tr("СКО единицы веса μ на 1 км хода")
+                                                           : Desk::tr("СКО единицы веса μ");
         const std::optional<double> sigma0 = fit.getSigma0();
         if (!sigma0) {
-            lines.warning(Desk::tr("СКО единицы веса σ₀ (1 км хода): априорная %1 мм; апостериорная не "
-                                   "определяется, так как избыточных измерений нет")
-                              .arg(numbers::significant(apriori, 5)));
+            lines.warning(Desk::tr("%1, %2: априорная %3 мм; апостериорная не определяется, так как "
+                                   "избыточных измерений нет")
+                              .arg(part, quantity, numbers::significant(apriori, 5)));
             return;
         }
-        const double limit = sigma0Limit(fit.redundancy);
-        const QString limitText = numbers::fixed(limit, 3);
-        const QString text =
-            Desk::tr(
-                "СКО единицы веса σ₀ (1 км хода): априорная %1 мм, апостериорная %2 мм; отношение %3, %4 "
-                "(вероятность 95 %)")
-                .arg(numbers::significant(apriori, 5), numbers::significant(*sigma0 * apriori, 5),
-                     numbers::significant(*sigma0, 5),
-                     *sigma0 > limit ? Desk::tr("больше предела %1").arg(limitText)
-                                     : Desk::tr("предел %1").arg(limitText));
-        if (*sigma0 > limit)
-            lines.warning(text);
+        const QString values =
+            Desk::tr("%1, %2: априорная %3 мм, апостериорная %4 мм, отношение %5")
+                .arg(part, quantity, numbers::significant(apriori, 5),
+                     numbers::significant(*sigma0 * apriori, 5), numbers::fixed(*sigma0, 3));
+        const QString limits = Desk::tr("пределы %1 и %2 (критерий χ², доверительная вероятность %3)")
+                                   .arg(numbers::fixed(*fit.lowerRatio, 3),
+                                        numbers::fixed(*fit.upperRatio, 3), describeConfidence());
+        if (*sigma0 > *fit.upperRatio)
+            lines.warning(Desk::tr("%1, больше верхнего предела, %2; проверьте L1-анализом и априорную СКО")
+                              .arg(values, limits));
+        else if (*sigma0 < *fit.lowerRatio)
+            lines.warning(Desk::tr("%1, меньше нижнего предела, %2; априорная СКО, по-видимому, завышена")
+                              .arg(values, limits));
         else
-            lines.message(text);
-        writeComponentFits(adjustment);
-        lines.message(network.parameters.sigmaAct == levelling::SigmaAct::Apriori
-                          ? Desk::tr("СКО высот вычислены по априорной σ₀ (sigma-act)")
-                          : Desk::tr("СКО высот вычислены по апостериорной σ₀ (sigma-act)"));
+            lines.message(Desk::tr("%1, %2").arg(values, limits));
     }
 
-    void writeComponentFits(const levelling::Adjustment& adjustment)
+    void writeTests(const QString& part, const PartFit& fit)
     {
-        const auto count = std::count_if(adjustment.components.begin(), adjustment.components.end(),
-                                         [](const auto& fit) { return fit && fit->getSigma0(); });
-        if (count < 2)
-            return;
-        std::size_t number = 0;
-        for (const auto& fit : adjustment.components) {
-            ++number;
-            const std::optional<double> sigma0 = fit ? fit->getSigma0() : std::nullopt;
-            if (sigma0)
-                lines.message(Desk::tr("Часть %1: степеней свободы %2, апостериорная σ₀ %3 мм")
-                                  .arg(QString::number(number), QString::number(fit->redundancy),
-                                       numbers::significant(*sigma0 * network.parameters.sigmaApriori, 5)));
-        }
+        const QString single = numbers::fixed(fit.warningLimit, 2);
+        const QString limit = numbers::fixed(fit.errorLimit, 2);
+        QString text;
+        if (fit.isStudentised)
+            text = Desk::tr("%1: поправки делятся на апостериорные СКО (τ-критерий Поупа, sigma-act); предел "
+                            "наибольшей из %2 — %3, предел предупреждения %4");
+        else if (fit.isScaled)
+            text = Desk::tr("%1: поправки делятся на априорные СКО, так как при одном избыточном измерении "
+                            "τ-критерий ничего не проверяет; предел наибольшей из %2 — %3, предел "
+                            "предупреждения %4");
+        else
+            text = Desk::tr("%1: поправки делятся на априорные СКО (sigma-act); предел наибольшей из %2 — "
+                            "%3, предел предупреждения %4");
+        lines.message(text.arg(part, QString::number(adjustment.testCount), limit, single));
+        lines.message(fit.isScaled
+                          ? Desk::tr("%1: СКО высот вычислены по апостериорной μ (sigma-act)").arg(part)
+                          : Desk::tr("%1: СКО высот вычислены по априорной μ (sigma-act)").arg(part));
     }
 
-    void writeLargestResidual(const levelling::Adjustment& adjustment)
+    QString describeConfidence() const { return QString::number(network.parameters.confidence); }
+
+    void writeLargestResidual()
     {
-        const std::vector<int> order = orderBySize(adjustment);
-        if (order.empty())
+        const std::vector<int> order = orderBySize();
+        if (order.empty() || !getAdjusted(order.front()).statistic)
             return;
-        const AdjustedSection& largest = *adjustment.sections[static_cast<std::size_t>(order.front())];
-        if (!largest.normalisedResidual)
-            return;
-        const double size = std::abs(*largest.normalisedResidual);
-        writeBySize(size, Desk::tr("Наибольшая нормированная поправка: секция %1, %2")
-                              .arg(lines.section(order.front()), describeSize(size)));
+        const int largest = order.front();
+        const std::vector<int> series = listSeries(largest);
+        const QString size = describeSize(largest);
+        writeBySize(
+            largest,
+            series.size() == 1
+                ? Desk::tr("Наибольшая %1: секция %2").arg(size, lines.section(largest))
+                : Desk::tr("Наибольшая %1: одинакова у секций %2").arg(size, lines.listSections(series)));
     }
 
-    /// The normalised residual beside its limit.
-    static QString describeSize(double size)
+    QString nameStatistic(int section) const
     {
+        return getFitOfSection(section).isStudentised ? Desk::tr("стьюдентизированная поправка")
+                                                      : Desk::tr("нормированная поправка");
+    }
+
+    /// The test of the residual beside its limit.
+    QString describeSize(int section) const
+    {
+        const PartFit& fit = getFitOfSection(section);
+        const double size = std::abs(*getAdjusted(section).statistic);
         const QString value = numbers::fixed(size, 2);
-        const QString limit = numbers::fixed(kErrorLimit, 0);
-        return size > kErrorLimit ? Desk::tr("%1, больше предела %2").arg(value, limit)
-                                  : Desk::tr("%1, предел %2").arg(value, limit);
+        const QString name = nameStatistic(section);
+        if (size > fit.errorLimit)
+            return Desk::tr("%1 %2, больше предела %3").arg(name, value, numbers::fixed(fit.errorLimit, 2));
+        if (size > fit.warningLimit)
+            return Desk::tr("%1 %2, больше предела предупреждения %3")
+                .arg(name, value, numbers::fixed(fit.warningLimit, 2));
+        return Desk::tr("%1 %2, предел %3").arg(name, value, numbers::fixed(fit.errorLimit, 2));
     }
 
-    void writeBySize(double size, const QString& text)
+    bool isSuspicious(int section) const
     {
-        if (size > kErrorLimit)
+        const auto& statistic = getAdjusted(section).statistic;
+        return statistic && std::abs(*statistic) > getFitOfSection(section).warningLimit;
+    }
+
+    void writeBySize(int section, const QString& text)
+    {
+        const PartFit& fit = getFitOfSection(section);
+        const double size = std::abs(*getAdjusted(section).statistic);
+        if (size > fit.errorLimit)
             lines.error(text);
-        else if (size > kWarningLimit)
+        else if (size > fit.warningLimit)
             lines.warning(text);
         else
             lines.message(text);
     }
 
-    void writeHeight(int index, const AdjustedPoint& point, const levelling::Adjustment& adjustment)
+    void writeHeight(int index, const AdjustedPoint& point)
     {
-        const std::optional<double> sigma0 = adjustment.total.getSigma0();
-        const QString aposteriori = sigma0 ? Desk::tr("%1 мм").arg(numbers::sigma(point.sigma * *sigma0))
-                                           : Desk::tr("не определяется");
-        lines.message(Desk::tr("Пункт %1: H = %2 м, СКО априорная %3 мм, апостериорная %4")
-                          .arg(lines.point(index), numbers::height(point.height),
-                               numbers::fixed(point.sigma, 3), aposteriori));
+        const QString values =
+            Desk::tr("Пункт %1: H = %2 м, СКО априорная %3 мм")
+                .arg(lines.point(index), numbers::height(point.height), numbers::fixed(point.sigma, 3));
+        const std::optional<double> sigma0 = adjustment.getFit(index).getSigma0();
+        lines.message(
+            sigma0 ? Desk::tr("%1, апостериорная %2 мм").arg(values, numbers::sigma(point.sigma * *sigma0))
+                   : Desk::tr("%1, апостериорная не определяется").arg(values));
     }
 
-    void writeResiduals(const levelling::Adjustment& adjustment)
+    void writeResiduals()
     {
-        startStage(Desk::tr("Поправки измеренных превышений"));
-        const std::vector<int> order = orderBySize(adjustment);
+        startStage(Desk::tr("Поправки в измеренные превышения"));
+        for (const levelling::AdjustedHeight& height : adjustment.observedHeights)
+            writeObservedHeight(height);
+        const std::vector<int> order = orderBySize();
+        std::set<int> namedSeries;
         std::size_t done = network.points.size();
         for (const int index : order) {
             if (!lines.isRunning())
                 break;
-            writeResidual(index, *adjustment.sections[static_cast<std::size_t>(index)]);
+            const std::vector<int> series = listSeries(index);
+            if (series.size() > 1 && isSuspicious(index) && namedSeries.insert(getSeries(index)).second)
+                writeSeries(index, series);
+            writeResidual(index, series.size() == 1);
             lines.setProgress(done++, network.points.size() + order.size());
         }
         finishStage();
     }
 
-    /// The sections with results, the largest normalised residual first.
-    static std::vector<int> orderBySize(const levelling::Adjustment& adjustment)
+    /// The sections with results, the largest test statistic first.
+    std::vector<int> orderBySize()
     {
-        std::vector<int> order;
+        if (!orderedSections.empty())
+            return orderedSections;
         for (std::size_t i = 0; i < adjustment.sections.size(); ++i) {
-            if (adjustment.sections[i])
-                order.push_back(static_cast<int>(i));
+            if (!adjustment.sections[i])
+                continue;
+            orderedSections.push_back(static_cast<int>(i));
+            if (const int series = adjustment.seriesOfSection[i]; series >= 0) {
+                membersOfSeries.resize(
+                    std::max(membersOfSeries.size(), static_cast<std::size_t>(series) + 1));
+                membersOfSeries[static_cast<std::size_t>(series)].push_back(static_cast<int>(i));
+            }
         }
-        const auto size = [&](int index) {
-            return std::abs(
-                adjustment.sections[static_cast<std::size_t>(index)]->normalisedResidual.value_or(0.0));
-        };
-        std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return size(a) > size(b); });
-        return order;
+        const auto size = [&](int index) { return std::abs(getAdjusted(index).statistic.value_or(0.0)); };
+        // Sections of one series differ only by rounding.
+        const auto rounded = [&](int index) { return std::round(size(index) * 1e6); };
+        std::stable_sort(orderedSections.begin(), orderedSections.end(),
+                         [&](int a, int b) { return rounded(a) > rounded(b); });
+        return orderedSections;
     }
 
-    void writeResidual(int index, const AdjustedSection& section)
+    /// The sections that cannot be told apart from that one, itself included.
+    std::vector<int> listSeries(int section) const
     {
-        const QString difference =
-            numbers::height(network.sections[static_cast<std::size_t>(index)].difference);
-        const QString residual = numbers::misclosure(section.residual);
-        if (!section.normalisedResidual) {
-            lines.warning(Desk::tr("Секция %1: h = %2 м, v = %3 мм, не контролируется другими измерениями")
-                              .arg(lines.section(index), difference, residual));
+        const int series = getSeries(section);
+        return series < 0 ? std::vector<int>{section} : membersOfSeries[static_cast<std::size_t>(series)];
+    }
+
+    void writeSeries(int index, const std::vector<int>& series)
+    {
+        const AdjustedSection& section = getAdjusted(index);
+        const bool isError = std::abs(*section.statistic) > getFitOfSection(index).errorLimit;
+        const QString found =
+            isError ? Desk::tr("Ошибка в одной из секций %1: измерения их не различают")
+                    : Desk::tr("Возможна ошибка в одной из секций %1: измерения их не различают");
+        writeBySize(index, Desk::tr("%1; %2; оценка ошибки %3 мм, обнаруживается от %4 мм")
+                               .arg(found.arg(lines.listSections(series)), describeSize(index),
+                                    numbers::misclosure(*section.grossError),
+                                    numbers::sigma(*section.detectableError)));
+    }
+
+    /// @param isJudged whether the section can be told apart from all others
+    void writeResidual(int index, bool isJudged)
+    {
+        const AdjustedSection& section = getAdjusted(index);
+        const QString values = Desk::tr("Секция %1: h = %2 м, v = %3 мм")
+                                   .arg(lines.section(index), numbers::height(getSection(index).difference),
+                                        numbers::misclosure(section.residual));
+        if (!section.statistic) {
+            lines.warning(Desk::tr("%1, не контролируется другими измерениями").arg(values));
             return;
         }
-        const double size = std::abs(*section.normalisedResidual);
-        writeBySize(size,
-                    Desk::tr("Секция %1: h = %2 м, v = %3 мм, СКО поправки %4 мм, нормированная поправка %5")
-                        .arg(lines.section(index), difference, residual,
-                             numbers::sigma(*section.residualSigma), describeSize(size)));
+        const double scale = getFitOfSection(index).isStudentised ? getFitOfSection(index).sigmaScale : 1.0;
+        const QString sigma = numbers::sigma(*section.residualSigma * scale);
+        if (isSuspicious(index) && isJudged)
+            writeBySize(index,
+                        Desk::tr("%1, СКО поправки %2 мм, %3; r = %4, оценка ошибки %5 мм, обнаруживается "
+                                 "от %6 мм")
+                            .arg(values, sigma, describeSize(index), numbers::fixed(section.redundancy, 2),
+                                 numbers::misclosure(*section.grossError),
+                                 numbers::sigma(*section.detectableError)));
+        else if (isSuspicious(index))
+            lines.message(Desk::tr("%1, СКО поправки %2 мм, %3 %4")
+                              .arg(values, sigma, nameStatistic(index),
+                                   numbers::fixed(std::abs(*section.statistic), 2)));
+        else
+            lines.message(Desk::tr("%1, СКО поправки %2 мм, %3").arg(values, sigma, describeSize(index)));
+    }
+
+    void writeObservedHeight(const levelling::AdjustedHeight& height)
+    {
+        const QString values = Desk::tr("Исходный репер %1: поправка в отметку %2 мм")
+                                   .arg(lines.point(height.point), numbers::misclosure(height.residual));
+        if (!height.statistic) {
+            lines.message(Desk::tr("%1, не контролируется другими измерениями").arg(values));
+            return;
+        }
+        const PartFit& fit = adjustment.getFit(height.point);
+        const double size = std::abs(*height.statistic);
+        const QString test = Desk::tr("%1, проверка %2, предел %3")
+                                 .arg(values, numbers::fixed(size, 2), numbers::fixed(fit.errorLimit, 2));
+        if (size > fit.errorLimit)
+            lines.error(test);
+        else
+            lines.message(test);
     }
 
     qor::IProcessMonitor& monitor;
     const levelling::Network& network;
     RunLines lines;
+    levelling::Adjustment adjustment;
+    std::vector<int> orderedSections;
+    std::vector<std::vector<int>> membersOfSeries;
 };
 
 } // namespace

@@ -42,7 +42,7 @@ public:
         monitor.finishCurrentStage();
         if (!lines.isRunning())
             return;
-        monitor.startStage(Desk::tr("Повторные измерения").toStdWString());
+        monitor.startStage(Desk::tr("Расхождения измерений секций").toStdWString());
         checkRepeatedSections();
         monitor.finishCurrentStage();
         if (!lines.isRunning())
@@ -57,20 +57,20 @@ private:
     {
         const std::vector<Component> components = levelling::findComponents(network);
         int redundancy = 0;
-        int fixedPoints = 0;
+        int benchmarks = 0;
         for (const Component& component : components) {
-            redundancy += component.getRedundancy();
-            fixedPoints += component.fixedPoints;
+            redundancy += component.hasDatum() ? component.getRedundancy() : 0;
+            benchmarks += component.fixedPoints + component.observedPoints;
         }
         lines.service(Desk::tr("Пунктов: %1, исходных реперов: %2, секций: %3, частей сети: %4, избыточных "
                                "измерений: %5")
-                          .arg(QString::number(network.points.size()), QString::number(fixedPoints),
+                          .arg(QString::number(network.points.size()), QString::number(benchmarks),
                                QString::number(network.sections.size()), QString::number(components.size()),
                                QString::number(redundancy)));
         lines.service(
-            Desk::tr(
-                "Допустимая невязка: %1 мм·√L (класс %2), L — длина хода в км; для ходов без длины — %3 СКО")
-                .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), getClassName(levellingClass),
+            Desk::tr("Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1 мм·√L (%2), L — "
+                     "длина, км; без длины — %3 СКО")
+                .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), describeClass(levellingClass),
                      numbers::fixed(kSigmaLimit, 0)));
         std::size_t number = 0;
         for (const Component& component : components) {
@@ -94,6 +94,10 @@ private:
                     .arg(QString::number(number), lines.listPoints(component.points)));
             return;
         }
+        if (component.getDatum() == levelling::Datum::Free)
+            lines.warning(Desk::tr("Часть %1 не связана ни с одним исходным репером и будет уравнена как "
+                                   "свободная сеть: %2")
+                              .arg(QString::number(number), lines.listPoints(component.points)));
         const int redundancy = component.getRedundancy();
         if (redundancy == 0) {
             lines.warning(Desk::tr("В части %1 нет избыточных измерений, ошибки в ней не обнаруживаются: %2")
@@ -103,14 +107,14 @@ private:
         lines.message(
             Desk::tr("Часть %1: пунктов %2, исходных реперов %3, секций %4, избыточных измерений %5")
                 .arg(QString::number(number), QString::number(component.points.size()),
-                     QString::number(component.fixedPoints), QString::number(component.sections.size()),
-                     QString::number(redundancy)));
+                     QString::number(component.fixedPoints + component.observedPoints),
+                     QString::number(component.sections.size()), QString::number(redundancy)));
     }
 
     void checkIsolatedPoint(int index)
     {
         const QString point = lines.point(index);
-        if (network.points[static_cast<std::size_t>(index)].fixed)
+        if (network.points[static_cast<std::size_t>(index)].isBenchmark())
             lines.warning(Desk::tr("Исходный репер %1 не связан ни с одной секцией").arg(point));
         else
             lines.error(
@@ -119,7 +123,14 @@ private:
 
     void checkRepeatedSections()
     {
-        for (const RepeatedSections& repeated : levelling::findRepeatedSections(network)) {
+        const std::vector<RepeatedSections> repeatedSections = levelling::findRepeatedSections(network);
+        if (const auto precision = levelling::findDoubleRunPrecision(repeatedSections))
+            lines.message(
+                Desk::tr("Случайная СКО на 1 км по расхождениям прямых и обратных ходов (%1): одного "
+                         "хода %2 мм, среднего из двух %3 мм")
+                    .arg(QString::number(precision->count), numbers::sigma(precision->single),
+                         numbers::sigma(precision->mean)));
+        for (const RepeatedSections& repeated : repeatedSections) {
             if (!lines.isRunning())
                 return;
             checkRepeated(repeated);
@@ -132,11 +143,11 @@ private:
         sections.insert(sections.end(), repeated.back.begin(), repeated.back.end());
         const QString kind = repeated.back.empty() || repeated.forward.empty()
                                  ? Desk::tr("Повторные измерения")
-                                 : Desk::tr("Прямой и обратный ходы");
+                                 : Desk::tr("Прямой и обратный ход");
         // Without lengths the limit comes from the two measurements' own standard deviations.
         const double limit = repeated.length
                                  ? getToleranceFactor(levellingClass) * std::sqrt(*repeated.length)
-                                 : kSigmaLimit * sigmaOfDifference(sections);
+                                 : kSigmaLimit * repeated.discrepancySigma;
         const QString text =
             Desk::tr("%1 %2: расхождение %3 мм, %4")
                 .arg(kind, lines.listSections(sections), numbers::fixed(repeated.discrepancy, 2),
@@ -157,17 +168,11 @@ private:
             lines.message(text);
     }
 
-    double sigmaOfDifference(const std::vector<int>& sections) const
-    {
-        double largest = 0.0;
-        for (const int section : sections)
-            largest = std::max(largest, network.sections[static_cast<std::size_t>(section)].sigma);
-        return largest * std::sqrt(2.0);
-    }
-
     void checkLoops()
     {
-        const levelling::SectionGraph graph(network);
+        // What was measured several times goes into lines and loops as its mean.
+        merged = levelling::mergeRepeatedSections(network);
+        const levelling::SectionGraph graph(merged.network);
         const std::vector<Loop> loops = levelling::findLoopBasis(graph);
         std::size_t done = 0;
         for (const Loop& loop : loops) {
@@ -195,11 +200,13 @@ private:
         write(isExceeded, text);
     }
 
-    static std::vector<int> sectionsOf(const Loop& loop)
+    std::vector<int> sectionsOf(const Loop& loop) const
     {
         std::vector<int> sections;
-        for (const levelling::LoopSection& step : loop.sections)
-            sections.push_back(step.section);
+        for (const levelling::LoopSection& step : loop.sections) {
+            const std::vector<int>& members = merged.members[static_cast<std::size_t>(step.section)];
+            sections.insert(sections.end(), members.begin(), members.end());
+        }
         return sections;
     }
 
@@ -207,6 +214,7 @@ private:
     const levelling::Network& network;
     LevellingClass levellingClass;
     RunLines lines;
+    levelling::MergedNetwork merged;
 };
 
 } // namespace

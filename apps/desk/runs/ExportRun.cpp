@@ -65,13 +65,13 @@ QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeigh
     }
     for (const ExportedHeight& height : heights) {
         if (!height.height)
-            lines.warning(Desk::tr("Пункт %1 не выведен: его высота не определена")
+            lines.warning(Desk::tr("Пункт %1 не экспортирован: его высота не определена")
                               .arg(QString::fromStdWString(monitor.getItemLink(
                                   height.id, RunLines::escape(height.point).toStdWString()))));
     }
     lines.message(
-        Desk::tr("Файл: %1, высот: %2")
-            .arg(RunLines::escape(standardstreams::describeOutput(filePath)), QString::number(count)));
+        Desk::tr("Записано высот: %1, файл: %2")
+            .arg(QString::number(count), RunLines::escape(standardstreams::describeOutput(filePath))));
     monitor.setPercentage(100);
     return QString();
 }

@@ -30,10 +30,14 @@ int countNamedPoints(ProblemKind kind)
     case ProblemKind::PointFixedAndAdjusted:
     case ProblemKind::FixedPointWithoutHeight:
     case ProblemKind::HeightUnusable:
+    case ProblemKind::ObservedPointFixed:
+    case ProblemKind::ObservedPointRepeated:
+    case ProblemKind::ObservedHeightMissing:
         return 1;
     case ProblemKind::SectionWithoutPoint:
     case ProblemKind::SectionSameEnds:
     case ProblemKind::SectionWithoutValue:
+    case ProblemKind::SectionValueMissing:
     case ProblemKind::SectionWithoutWeight:
     case ProblemKind::DistanceUnusable:
     case ProblemKind::StdevUnusable:
@@ -93,15 +97,20 @@ levelling::GkfResult readNetwork(const QString& filePath)
 void describeNetwork(RunLines& lines, const levelling::Network& network)
 {
     const auto fixedPoints = std::count_if(network.points.begin(), network.points.end(),
-                                           [](const levelling::Point& point) { return point.fixed; });
+                                           [](const levelling::Point& point) { return point.isBenchmark(); });
     if (!network.description.isEmpty())
         lines.message(Desk::tr("Описание: %1").arg(RunLines::escape(network.description.simplified())));
     lines.message(Desk::tr("Прочитано пунктов: %1, из них исходных реперов: %2; секций: %3")
                       .arg(QString::number(network.points.size()), QString::number(fixedPoints),
                            QString::number(network.sections.size())));
     const bool isApriori = network.parameters.sigmaAct == levelling::SigmaAct::Apriori;
-    lines.message(Desk::tr("Априорная СКО на 1 км хода: %1 мм; результаты оцениваются по %2 СКО")
-                      .arg(numbers::sigma(network.parameters.sigmaApriori),
+    const bool isPerKilometre =
+        std::none_of(network.sections.begin(), network.sections.end(),
+                     [](const levelling::Section& section) { return section.stdev.has_value(); });
+    lines.message(Desk::tr("%1: %2 мм; точность результатов оценивается по %3 СКО")
+                      .arg(isPerKilometre ? Desk::tr("Априорная СКО на 1 км хода")
+                                          : Desk::tr("Априорная СКО единицы веса"),
+                           numbers::sigma(network.parameters.sigmaApriori),
                            isApriori ? Desk::tr("априорной") : Desk::tr("апостериорной")));
 }
 

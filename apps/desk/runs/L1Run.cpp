@@ -3,6 +3,7 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/RunLines.h"
+#include "levelling/GrossErrors.h"
 #include "levelling/L1Analysis.h"
 
 #include <algorithm>
@@ -13,9 +14,6 @@ namespace {
 
 using levelling::L1Section;
 using levelling::L1Status;
-
-// A residual of that many standard deviations is a gross error.
-constexpr double kGrossLimit = 3.0;
 
 class L1Report
 {
@@ -29,13 +27,20 @@ public:
     QString run()
     {
         lines.service(Desk::tr("Минимум суммы Σ|v|/σ, вес измерения 1/σ, v — поправка, σ — априорная СКО "
-                               "измерения; грубой считается ошибка с |v|/σ больше %1")
-                          .arg(numbers::fixed(kGrossLimit, 0)));
+                               "измерения; исходные реперы удерживаются"));
+        lines.service(Desk::tr("Грубые ошибки: последовательная проверка наибольших поправок уравнивания, "
+                               "доверительная вероятность %1")
+                          .arg(describeConfidence()));
         monitor.startStage(Desk::tr("Поиск минимума").toStdWString());
-        const levelling::L1Analysis analysis =
-            levelling::analyseL1(network, kGrossLimit, [this] { return !lines.isRunning(); });
+        const auto isStopped = [this] { return !lines.isRunning(); };
+        const levelling::L1Analysis analysis = levelling::analyseL1(network, isStopped);
         monitor.finishCurrentStage();
         writeUndetermined(analysis);
+        if (analysis.status != L1Status::NothingToAdjust && lines.isRunning()) {
+            monitor.startStage(Desk::tr("Поиск грубых ошибок").toStdWString());
+            writeGrossErrors(levelling::findGrossErrors(network, isStopped));
+            monitor.finishCurrentStage();
+        }
         if (analysis.status == L1Status::Ok)
             writeSolution(analysis);
         const QString failure = describeFailure(analysis.status);
@@ -65,16 +70,48 @@ private:
                               .arg(lines.point(undetermined.point)));
     }
 
+    QString describeConfidence() const { return QString::number(network.parameters.confidence); }
+
+    void writeGrossErrors(const levelling::GrossErrorSearch& search)
+    {
+        if (search.status == levelling::GrossErrorSearch::Status::Singular)
+            lines.error(Desk::tr("Грубые ошибки не искались: веса измерений различаются слишком сильно, "
+                                 "проверьте СКО и длины секций"));
+        if (search.status != levelling::GrossErrorSearch::Status::Ok)
+            return;
+        if (search.errors.empty())
+            lines.message(Desk::tr("Грубых ошибок не обнаружено, доверительная вероятность %1")
+                              .arg(describeConfidence()));
+        for (const levelling::GrossError& error : search.errors) {
+            if (lines.isRunning())
+                writeGrossError(error);
+        }
+        if (!search.isComplete)
+            lines.warning(Desk::tr("Поиск прекращён после %1 грубых ошибок; проверьте априорную СКО")
+                              .arg(QString::number(search.errors.size())));
+    }
+
+    void writeGrossError(const levelling::GrossError& error)
+    {
+        const QString test = Desk::tr("%1 %2, больше предела %3")
+                                 .arg(error.isStudentised ? Desk::tr("стьюдентизированная поправка")
+                                                          : Desk::tr("нормированная поправка"),
+                                      numbers::fixed(error.statistic, 2), numbers::fixed(error.limit, 2));
+        const QString size = numbers::misclosure(error.size);
+        if (error.sections.size() == 1)
+            lines.error(Desk::tr("Секция %1: грубая ошибка, оценка %2 мм, %3")
+                            .arg(lines.section(error.sections.front()), size, test));
+        else
+            lines.error(
+                Desk::tr("Грубая ошибка в одной из секций %1: измерения их не различают, оценка %2 мм, %3")
+                    .arg(lines.listSections(error.sections), size, test));
+    }
+
     void writeSolution(const levelling::L1Analysis& analysis)
     {
         const std::vector<int> order = orderBySize(analysis);
-        const auto isGross = [&](int index) {
-            return analysis.sections[static_cast<std::size_t>(index)]->isGross;
-        };
-        const auto grossCount = std::count_if(order.begin(), order.end(), isGross);
-        lines.message(Desk::tr("Σ|v|/σ = %1; секций с грубой ошибкой: %2, с поправкой: %3, без поправки: %4")
-                          .arg(numbers::fixed(analysis.objective, 4), QString::number(grossCount),
-                               QString::number(order.size()),
+        lines.message(Desk::tr("Σ|v|/σ = %1; секций с ненулевой поправкой: %2, с нулевой: %3")
+                          .arg(numbers::fixed(analysis.objective, 4), QString::number(order.size()),
                                QString::number(countParticipants(analysis) - order.size())));
         writeUniqueness(analysis);
         std::size_t done = 0;
@@ -101,8 +138,7 @@ private:
             return;
         }
         lines.warning(
-            Desk::tr("Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: %1. "
-                     "Грубая ошибка может быть в другой секции тех же полигонов.")
+            Desk::tr("Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: %1")
                 .arg(lines.listPoints(analysis.ambiguous)));
     }
 
@@ -132,13 +168,7 @@ private:
     {
         const QString residual = numbers::misclosure(section.residual);
         const QString size = numbers::fixed(section.scaledResidual, 2);
-        const QString limit = numbers::fixed(kGrossLimit, 0);
-        if (section.isGross)
-            lines.error(Desk::tr("Секция %1: грубая ошибка, v = %2 мм, |v|/σ = %3, больше предела %4")
-                            .arg(lines.section(index), residual, size, limit));
-        else
-            lines.message(Desk::tr("Секция %1: v = %2 мм, |v|/σ = %3, предел %4")
-                              .arg(lines.section(index), residual, size, limit));
+        lines.message(Desk::tr("Секция %1: v = %2 мм, |v|/σ = %3").arg(lines.section(index), residual, size));
     }
 
     qor::IProcessMonitor& monitor;

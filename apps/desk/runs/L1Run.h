@@ -7,7 +7,7 @@
 
 namespace orvel::desk {
 
-/// Isolates gross errors: the minimum of the weighted sum of absolute residuals.
+/// Looks for gross errors: by sequential tests, and by the minimum of the weighted sum of absolute residuals.
 ///
 /// @return why there is no solution, as plain text; empty if there is one or if the run was stopped
 QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot);

@@ -47,7 +47,7 @@ QString misclosure(double millimetres)
 
 QString sigma(double millimetres)
 {
-    return significant(millimetres, 4);
+    return fixed(millimetres, 2);
 }
 
 } // namespace numbers

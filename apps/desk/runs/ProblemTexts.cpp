@@ -62,21 +62,25 @@ QString sentence(ProblemKind kind)
     case ProblemKind::PointWithoutId:
         return Desk::tr("пункт без имени (id) пропущен");
     case ProblemKind::PointRepeated:
-        return Desk::tr("пункт %1 объявлен повторно (впервые в строке %2), действует позднее объявление");
+        return Desk::tr(
+            "пункт %1 объявлен повторно (впервые в строке файла %2), действует последнее объявление");
     case ProblemKind::PointUndeclared:
-        return Desk::tr("пункт %1 не объявлен, принят определяемым");
+        return Desk::tr("пункт %1 не объявлен, считается определяемым");
     case ProblemKind::PointWithoutRole:
-        return Desk::tr("пункт %1 не назван ни исходным (fix), ни определяемым (adj), принят определяемым");
+        return Desk::tr(
+            "пункт %1 не назван ни исходным (fix), ни определяемым (adj), считается определяемым");
     case ProblemKind::PointFixedAndAdjusted:
-        return Desk::tr("пункт %1 назван и исходным (fix), и определяемым (adj), принят исходным");
+        return Desk::tr("пункт %1 назван и исходным (fix), и определяемым (adj), считается исходным");
     case ProblemKind::FixedPointWithoutHeight:
-        return Desk::tr("у исходного пункта %1 нет отметки, принят определяемым");
+        return Desk::tr("у исходного репера %1 нет отметки, считается определяемым пунктом");
     case ProblemKind::HeightUnusable:
-        return Desk::tr("пункт %1: непригодная отметка «%2», считается не заданной");
+        return Desk::tr("пункт %1: непригодная высота «%2», считается не заданной");
     case ProblemKind::SectionWithoutPoint:
         return Desk::tr("секция «%1» – «%2» без начального или конечного пункта пропущена");
     case ProblemKind::SectionSameEnds:
         return Desk::tr("секция %1 – %2 начинается и кончается на одном пункте, пропущена");
+    case ProblemKind::SectionValueMissing:
+        return Desk::tr("секция %1 – %2: превышение не задано, секция пропущена");
     case ProblemKind::SectionWithoutValue:
         return Desk::tr("секция %1 – %2: непригодное превышение «%3», секция пропущена");
     case ProblemKind::SectionWithoutWeight:
@@ -89,10 +93,20 @@ QString sentence(ProblemKind kind)
         return Desk::tr("секция %1 – %2: непригодная дисперсия «%3», считается не заданной");
     case ProblemKind::CovarianceUnusable:
         return Desk::tr(
-            "ковариационная матрица (dim «%1», band «%2») не подходит к числу секций %3, пропущена");
+            "ковариационная матрица (dim «%1», band «%2») не соответствует числу измерений (%3), пропущена");
     case ProblemKind::CorrelationsIgnored:
         return Desk::tr(
             "корреляции измерений не учитываются: ненулевых ковариаций %1, взяты только дисперсии");
+    case ProblemKind::ObservedPointFixed:
+        return Desk::tr("пункт %1 назван исходным (fix) и известен с ковариациями, отметка удерживается");
+    case ProblemKind::ObservedPointRepeated:
+        return Desk::tr("отметка пункта %1 с ковариациями задана повторно, действует первая");
+    case ProblemKind::ObservedHeightMissing:
+        return Desk::tr(
+            "у пункта %1 в группе отметок с ковариациями нет пригодной отметки, группа пропущена");
+    case ProblemKind::ObservedWithoutCovariance:
+        return Desk::tr("у группы отметок нет пригодной ковариационной матрицы (dim «%1», band «%2», отметок "
+                        "%3), группа пропущена");
     case ProblemKind::OtherObservation:
         return Desk::tr("измерение &lt;%1&gt; («%2» – «%3») не является превышением, пропущено");
     case ProblemKind::NoSections:
@@ -141,7 +155,7 @@ QString describe(const Problem& problem, const QStringList& arguments)
     }
     if (problem.line == 0)
         return text;
-    return Desk::tr("Строка %1: %2").arg(QString::number(problem.line), text);
+    return Desk::tr("Строка файла %1: %2").arg(QString::number(problem.line), text);
 }
 
 } // namespace problems
