@@ -1630,15 +1630,4 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Project: %1</translation>
     </message>
 </context>
-<context>
-    <name>QSaveFile</name>
-    <message>
-        <source>Filename refers to a directory</source>
-        <translation>Filename refers to a directory</translation>
-    </message>
-    <message>
-        <source>Existing file %1 is not writable</source>
-        <translation>Existing file %1 is not writable</translation>
-    </message>
-</context>
 </TS>
