@@ -3,28 +3,12 @@
 #include "bench/BenchHost.h"
 #include "bench/SampleMessages.h"
 #include "host/files/CFileException.h"
-#include "host/files/QtFile.h"
 #include "tests/support/OrvelTestAccess.h"
 
 #include <QDir>
 #include <QFile>
 
 namespace orvel::bench {
-
-QByteArray readFile(const QString& path)
-{
-    QtFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return file.device()->readAll();
-}
-
-void writeFile(const QString& path, const QByteArray& content)
-{
-    QtFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.device()->write(content);
-    file.close();
-}
 
 QString getWorkPath(const TaskRequest& request, const QString& suffix)
 {

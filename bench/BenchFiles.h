@@ -2,17 +2,11 @@
 
 #include "bench/Task.h"
 
-#include <QByteArray>
 #include <QString>
 
 namespace orvel::bench {
 
 // All functions here throw qor::CFileException when a file can't be read or written.
-
-/// The whole file.
-QByteArray readFile(const QString& path);
-/// Makes or replaces the file, in the host's way: beside it first.
-void writeFile(const QString& path, const QByteArray& content);
 
 /// Where the task may write a file of its own; it ends in a dot and `suffix`.
 QString getWorkPath(const TaskRequest& request, const QString& suffix);

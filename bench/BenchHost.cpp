@@ -2,6 +2,7 @@
 
 #include "bench/BenchFiles.h"
 #include "bench/SampleMessages.h"
+#include "host/files/WholeFile.h"
 
 #include <QDir>
 
@@ -29,8 +30,8 @@ BenchHost::BenchHost()
 
 void BenchHost::writeTemplate() const
 {
-    writeFile(QDir(Application::getTempFolder()).absoluteFilePath(QStringLiteral("protocol.html")),
-              "<!DOCTYPE html>\n<html>\n<body>\n<div>\n</div>\n</body>\n</html>\n");
+    files::writeAll(QDir(Application::getTempFolder()).absoluteFilePath(QStringLiteral("protocol.html")),
+                    "<!DOCTYPE html>\n<html>\n<body>\n<div>\n</div>\n</body>\n</html>\n");
 }
 
 } // namespace orvel::bench

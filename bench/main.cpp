@@ -5,6 +5,7 @@
 #include "bench/Options.h"
 #include "bench/Report.h"
 #include "bench/Rounds.h"
+#include "host/files/WholeFile.h"
 
 #include <QApplication>
 #include <QDir>
@@ -75,7 +76,7 @@ void runAll(const Options& options)
     }
     std::fputs(qUtf8Printable(makeTable(results)), stdout);
     if (!options.jsonPath.isEmpty())
-        writeFile(options.jsonPath, makeJson(results));
+        files::writeAll(options.jsonPath, makeJson(results));
 }
 
 } // namespace

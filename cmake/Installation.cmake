@@ -21,14 +21,14 @@ install(DIRECTORY host DESTINATION ${headerFolder} COMPONENT Development
     PATTERN "app/LibraryFolder.h" EXCLUDE
     PATTERN "files/RandomName.h" EXCLUDE
     PATTERN "files/UnfinishedFile.h" EXCLUDE
-    PATTERN "files/RandomName.h" EXCLUDE
-    PATTERN "files/UnfinishedFile.h" EXCLUDE
+    PATTERN "files/UnreadFiles.h" EXCLUDE
     PATTERN "process/JournalBrowser.h" EXCLUDE)
 install(FILES Orvel/Toolkit.h DESTINATION ${headerFolder}/Orvel COMPONENT Development)
 install(FILES
     Orvel/store/COrvel.h
     Orvel/store/COVMessage.h
     Orvel/store/DataFileReader.h
+    Orvel/store/DataFileWriter.h
     Orvel/store/ProtocolTypes.h
     Orvel/store/SavedProtocol.h
     DESTINATION ${headerFolder}/Orvel/store COMPONENT Development)

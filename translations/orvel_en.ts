@@ -1400,6 +1400,14 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>Строка файла %1: %2</source>
         <translation>File line %1: %2</translation>
     </message>
+    <message>
+        <source>Строки этого запуска в протокол не попали: его файл не записан. Страница покажет прежний запуск, если он был.</source>
+        <translation>The lines of this run are not in the protocol: its file could not be written. The page will show the run before, if there was one.</translation>
+    </message>
+    <message>
+        <source>Файл протоколов «%1» пропал или не прочитался. Строки прежних запусков записаны в него заново.</source>
+        <translation>The protocol file “%1” had vanished or could not be read. The lines of the earlier runs have been written into it again.</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>
@@ -1587,12 +1595,12 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Paused: %1</translation>
     </message>
     <message>
-        <source>Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе.</source>
-        <translation>The latest lines are shown, at most %1. Earlier lines (%2) are in the protocol.</translation>
+        <source>Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе, если выполнение не прервано.</source>
+        <translation>The latest lines are shown, at most %1. Earlier lines (%2) are in the protocol unless the run was stopped.</translation>
     </message>
     <message>
-        <source>строка из %1 знаков показана не целиком, целиком — в протоколе</source>
-        <translation>a line of %1 characters is not shown in full; it is in the protocol</translation>
+        <source>строка из %1 знаков показана не целиком, целиком — в протоколе, если выполнение не прервано</source>
+        <translation>a line of %1 characters is not shown in full; it is in the protocol unless the run was stopped</translation>
     </message>
     <message>
         <source>это ссылка другого пользователя в общей папке</source>
@@ -1605,6 +1613,18 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Идёт обработка. Откройте ссылку ещё раз, когда она закончится.</source>
         <translation>A run is working. Open the link again when it is over.</translation>
+    </message>
+    <message>
+        <source>Файл «%1» не удалось прочитать. То, что в нём было, осталось в «%2».</source>
+        <translation>The file “%1” could not be read. What it held is kept in “%2”.</translation>
+    </message>
+    <message>
+        <source>Прервано ошибкой</source>
+        <translation>Stopped by an error</translation>
+    </message>
+    <message>
+        <source>Не начато</source>
+        <translation>Not started</translation>
     </message>
 </context>
 <context>
@@ -1628,6 +1648,10 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Проект: %1</source>
         <translation>Project: %1</translation>
+    </message>
+    <message>
+        <source>Строки прерванного выполнения в протокол не записаны. Его страница покажет прежнее выполнение, если оно было.</source>
+        <translation>The lines of a run that was stopped are not in the protocol. Its page will show the run before, if there was one.</translation>
     </message>
 </context>
 </TS>

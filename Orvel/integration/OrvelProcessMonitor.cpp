@@ -8,6 +8,7 @@
 #include "host/model/CProjectModel.h"
 #include "host/window/ProjectWindow.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -128,6 +129,11 @@ void OrvelProcessMonitor::onThreadFinished()
     // An interrupted run leaves its protocol without the closing lines.
     if (!getInterrupted())
         getOrvel()->ProtocolEnd(protocolType);
+    else
+        CProcessMonitor::write(
+            QCoreApplication::translate("Orvel", "Строки прерванного выполнения в протокол не записаны. Его "
+                                                 "страница покажет прежнее выполнение, если оно было."),
+            QString());
     CProcessMonitor::onThreadFinished();
 }
 
@@ -165,8 +171,11 @@ void OrvelProcessMonitor::connectViewer(const ProjectWindow& window)
 void OrvelProcessMonitor::followJournalLink(const QUrl& url) const
 {
     const LONGID id = onItemClicked ? getLinkedItem(url) : 0;
-    if (id != 0)
-        onItemClicked(id);
-    else
+    if (id == 0) {
         QDesktopServices::openUrl(url);
+        return;
+    }
+    // A handler may set another one.
+    const std::function<void(LONGID)> handler = onItemClicked;
+    handler(id);
 }

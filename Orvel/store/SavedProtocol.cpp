@@ -4,7 +4,7 @@
 #include "Orvel/store/ProtocolArchive.h"
 #include "host/app/Application.h"
 #include "host/files/CQtArchive.h"
-#include "host/files/QtFile.h"
+#include "host/files/WholeFile.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -45,12 +45,8 @@ SavedProtocol SavedProtocol::take(COrvel& protocol)
 {
     SavedProtocol saved;
     saved.state = ProtocolState::read(protocol);
-    if (QFile::exists(saved.state.dataFilePath)) {
-        QtFile file(saved.state.dataFilePath);
-        file.open(QIODevice::ReadOnly);
-        saved.data = file.device()->readAll();
-        file.close();
-    }
+    if (QFile::exists(saved.state.dataFilePath))
+        saved.data = files::readAll(saved.state.dataFilePath);
     return saved;
 }
 
@@ -61,10 +57,7 @@ ProtocolState SavedProtocol::unpack() const
     if (!data.isEmpty()) {
         unpacked.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
         Application::instance()->registerTmpFile(unpacked.dataFilePath);
-        QtFile file(unpacked.dataFilePath);
-        file.open(QIODevice::WriteOnly);
-        file.device()->write(data);
-        file.close();
+        files::writeAll(unpacked.dataFilePath, data);
     }
     return unpacked;
 }

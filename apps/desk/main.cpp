@@ -1,6 +1,7 @@
 #include "apps/common/OffscreenPlatform.h"
 #include "apps/common/TerminationSignals.h"
 #include "apps/common/Version.h"
+#include "apps/common/WarningApplication.h"
 #include "apps/desk/CommandLine.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/Translation.h"
@@ -67,11 +68,11 @@ QStringList getArguments(int argc, char* argv[])
     return arguments;
 }
 
-/// The program's own application object with its plug-ins. Empty error if all is well.
+/// What the program's application object hosts, with its plug-ins. Empty error if all is well.
 class DeskHost
 {
 public:
-    DeskHost() : application(QStringLiteral("orvel"))
+    explicit DeskHost(SDIApplication& application)
     {
         if (plugins.load(PluginManager::locate(QStringLiteral("Orvel")))) {
             plugins.extendApplication(&application);
@@ -85,24 +86,33 @@ public:
     const QString& getError() const { return error; }
 
 private:
-    SDIApplication application;
     ItemDelegateFactory delegateFactory;
     PluginManager plugins;
     QString error;
 };
 
-int runHeadless(const DeskHost& host, const CommandLine& commandLine)
+int runHeadless(const CommandLine& commandLine)
 {
+    orvel::apps::WarningApplication application(QStringLiteral("orvel"));
+    const DeskHost host(application);
+    if (!host.getError().isEmpty())
+        return fail(host.getError());
     Document document(host.getPlugins(), Desk::tr("Новый проект"));
     ProjectWindow window(&document.getModel());
     host.getPlugins().extendProjectGUI(&window);
     // A reader who goes away early must not cost what is still to be written.
     std::signal(SIGPIPE, SIG_IGN);
-    return Headless(document, window, complain).execute(commandLine);
+    const int exitCode = Headless(document, window, complain).execute(commandLine);
+    const QString warning = application.takeWarning();
+    return warning.isEmpty() ? exitCode : fail(warning);
 }
 
-int runWindow(const DeskHost& host, const CommandLine& commandLine)
+int runWindow(const CommandLine& commandLine)
 {
+    SDIApplication application(QStringLiteral("orvel"));
+    const DeskHost host(application);
+    if (!host.getError().isEmpty())
+        return fail(host.getError());
     DeskSession session(host.getPlugins(), commandLine.recordFile);
     session.start(commandLine.argument);
     return orvel::apps::TerminationSignals::hasCome() ? 0 : QApplication::exec();
@@ -139,10 +149,7 @@ int run(const CommandLine& commandLine)
         return Headless::Done;
     if (answer == uriclient::Answer::Silent)
         return tellOfSilence();
-    const DeskHost host;
-    if (!host.getError().isEmpty())
-        return fail(host.getError());
-    return commandLine.isHeadless ? runHeadless(host, commandLine) : runWindow(host, commandLine);
+    return commandLine.isHeadless ? runHeadless(commandLine) : runWindow(commandLine);
 }
 
 } // namespace

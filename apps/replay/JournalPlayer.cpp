@@ -10,6 +10,7 @@
 #include "host/files/CQtArchive.h"
 #include "host/files/Error.h"
 #include "host/files/QtFile.h"
+#include "host/files/WholeFile.h"
 
 #include <QFile>
 #include <QHash>
@@ -39,21 +40,6 @@ QString textOf(const JournalLine& line)
 int typeOf(const JournalLine& line)
 {
     return line.getNumber(QStringLiteral("type"));
-}
-
-void writeFile(const QString& path, const QByteArray& content)
-{
-    QtFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.device()->write(content);
-    file.close();
-}
-
-QByteArray readFile(const QString& path)
-{
-    QtFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return file.device()->readAll();
 }
 
 void printLine(const QString& text)
@@ -109,6 +95,7 @@ void JournalPlayer::play(const JournalLine& line)
         throw JournalError(QStringLiteral("nothing is called \"%1\"").arg(line.getCommand()));
     try {
         (this->*command)(line);
+        refuseWarning();
     } catch (const exceptions::Error& error) {
         throw JournalError(QString::fromStdWString(error.getText()));
     }
@@ -119,6 +106,14 @@ ReplayHost& JournalPlayer::getHost()
     if (!host)
         throw JournalError(QStringLiteral("there is no project yet"));
     return *host;
+}
+
+/// Throws when the plug-in has told of a failure that it goes on after, with lines missing.
+void JournalPlayer::refuseWarning()
+{
+    const QString warning = host ? host->takeWarning() : QString();
+    if (!warning.isEmpty())
+        throw JournalError(warning);
 }
 
 COrvel& JournalPlayer::getProtocol()
@@ -239,20 +234,26 @@ void JournalPlayer::makePage(const JournalLine& line)
     const QString path = getPath(line, "to");
     if (!getProtocol().CreateProtocolFile(typeOf(line), path))
         throw JournalError(QStringLiteral("the page can't be written to \"%1\"").arg(path));
+    if (const QString warning = getHost().takeWarning(); !warning.isEmpty()) {
+        QFile::remove(path);
+        throw JournalError(warning);
+    }
 }
 
 void JournalPlayer::makePageHtml(const JournalLine& line)
 {
     QString html;
     getProtocol().CreateProtocolHtml(typeOf(line), html);
-    writeFile(getPath(line, "to"), html.toUtf8());
+    refuseWarning();
+    files::writeAll(getPath(line, "to"), html.toUtf8());
 }
 
 void JournalPlayer::makeItemPage(const JournalLine& line)
 {
     QString html;
     getProtocol().CreateItemHtml(line.getId(QStringLiteral("id")), html);
-    writeFile(getPath(line, "to"), html.toUtf8());
+    refuseWarning();
+    files::writeAll(getPath(line, "to"), html.toUtf8());
 }
 
 void JournalPlayer::copyData(const JournalLine& line)
@@ -260,16 +261,16 @@ void JournalPlayer::copyData(const JournalLine& line)
     const QString dataFile = ProtocolState::read(getProtocol()).dataFilePath;
     if (!QFile::exists(dataFile))
         throw JournalError(QStringLiteral("there is no data file yet"));
-    writeFile(getPath(line, "to"), readFile(dataFile));
+    files::writeAll(getPath(line, "to"), files::readAll(dataFile));
 }
 
 void JournalPlayer::loadData(const JournalLine& line)
 {
-    const QByteArray content = readFile(getPath(line, "from"));
+    const QByteArray content = files::readAll(getPath(line, "from"));
     ProtocolState state = ProtocolState::read(getProtocol());
     state.dataFilePath = Application::getTmpFileName(QStringLiteral("protocoldata_%1.xml"));
     Application::instance()->registerTmpFile(state.dataFilePath);
-    writeFile(state.dataFilePath, content);
+    files::writeAll(state.dataFilePath, content);
     state.write(getProtocol());
 }
 

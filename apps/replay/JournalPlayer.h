@@ -33,6 +33,7 @@ private:
 
     ReplayHost& getHost();
     COrvel& getProtocol();
+    void refuseWarning();
     ReplayRun& getRun();
     /// The file that the line names by that key.
     QString getPath(const JournalLine& line, const char* key) const;

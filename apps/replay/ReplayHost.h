@@ -1,7 +1,7 @@
 #pragma once
 
+#include "apps/common/WarningApplication.h"
 #include "host/app/PluginManager.h"
-#include "host/app/SDIApplication.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
 #include "host/window/ProjectWindow.h"
@@ -27,9 +27,11 @@ public:
     /// The progress window of all runs. It is silent: nobody looks at its journal.
     OrvelProcessMonitor& getMonitor();
     COrvel& getProtocol();
+    /// The first warning of the plug-in since the last call; empty when there was none.
+    QString takeWarning() { return application.takeWarning(); }
 
 private:
-    SDIApplication application;
+    apps::WarningApplication application;
     PluginManager plugins;
     CProject project;
     CCommonTervoModel model;

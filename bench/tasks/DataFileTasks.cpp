@@ -8,6 +8,7 @@
 #include "bench/programs/PugiDataFile.h"
 #include "bench/programs/StreamDataFile.h"
 #include "host/files/QtFile.h"
+#include "host/files/WholeFile.h"
 #include "tests/support/OrvelTestAccess.h"
 
 namespace orvel::bench {
@@ -75,7 +76,10 @@ private:
 class LimitRead : public Task
 {
 public:
-    explicit LimitRead(const QString& filePath) : path(filePath), texts(limit::findTexts(readFile(path))) {}
+    explicit LimitRead(const QString& filePath)
+        : path(filePath)
+        , texts(limit::findTexts(files::readAll(path)))
+    {}
 
     void run() override { messages = limit::readDataFile(path, texts); }
 
@@ -162,7 +166,7 @@ class LimitWrite : public WriteTask
 public:
     explicit LimitWrite(const TaskRequest& request)
         : WriteTask(request)
-        , dataFile(readFile(getDataFilePath(request.folder, kType, request.size)))
+        , dataFile(files::readAll(getDataFilePath(request.folder, kType, request.size)))
         , texts(limit::findTexts(dataFile))
     {}
 

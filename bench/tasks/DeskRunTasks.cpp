@@ -14,6 +14,7 @@
 #include "bench/SampleMessages.h"
 #include "bench/StallWatch.h"
 #include "bench/programs/DirectMonitor.h"
+#include "host/files/WholeFile.h"
 #include "tests/levelling/SyntheticNetwork.h"
 #include "tests/support/OrvelTestAccess.h"
 
@@ -39,7 +40,8 @@ public:
         : networkFile(QDir(request.folder).filePath(QStringLiteral("desk_run.gkf")))
     {
         const auto sectionCount = static_cast<int>(kSectionsPerPoint * request.size);
-        writeFile(networkFile, test::networks::toGkf(test::networks::synthetic(request.size, sectionCount)));
+        files::writeAll(networkFile,
+                        test::networks::toGkf(test::networks::synthetic(request.size, sectionCount)));
         OrvelTestAccess::dataFilePath(host.document->getProtocol()) =
             getWorkPath(request, QStringLiteral("xml"));
     }

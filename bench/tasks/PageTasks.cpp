@@ -7,6 +7,7 @@
 #include "bench/programs/PlainProtocol.h"
 #include "bench/programs/StreamDataFile.h"
 #include "host/files/QtFile.h"
+#include "host/files/WholeFile.h"
 #include "tests/support/OrvelTestAccess.h"
 
 namespace orvel::bench {
@@ -20,7 +21,7 @@ constexpr LONGID kItem = 1;
 QString copyDataFile(int type, const TaskRequest& request)
 {
     const QString path = getWorkPath(request, QStringLiteral("xml"));
-    writeFile(path, readFile(getDataFilePath(request.folder, type, request.size)));
+    files::writeAll(path, files::readAll(getDataFilePath(request.folder, type, request.size)));
     return path;
 }
 
@@ -49,7 +50,7 @@ public:
     QString getDigest() override
     {
         Digest digest;
-        digest.add(readFile(page));
+        digest.add(files::readAll(page));
         return digest.getResult() + getDataFileDigest(dataFile);
     }
 

@@ -2,6 +2,7 @@
 
 #include "host/files/CFileException.h"
 #include "host/files/UnfinishedFile.h"
+#include "host/files/UnreadFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -69,7 +70,11 @@ bool isForeignLink(const QString& path)
 QtFile::QtFile(const QString& filePath) : path(filePath)
 {}
 
-QtFile::~QtFile() = default;
+QtFile::~QtFile()
+{
+    if (file && !file->isWritable() && file->error() != QFileDevice::NoError)
+        unreadfiles::add(path);
+}
 
 void QtFile::open(QIODevice::OpenMode mode)
 {
@@ -100,18 +105,31 @@ void QtFile::close()
     const int code =
         closing->isWritable() ? qor::CFileException::CannotWrite : qor::CFileException::CannotRead;
     // Before anything else: closing forgets an earlier failure.
-    if (!closing->flush() || closing->error() != QFileDevice::NoError)
+    if (!closing->flush() || closing->error() != QFileDevice::NoError) {
+        if (!closing->isWritable())
+            unreadfiles::add(path);
         fail(code, path, closing->errorString());
+    }
     auto* saveFile = dynamic_cast<UnfinishedFile*>(closing.get());
-    if (saveFile && (!saveFile->sync() || !saveFile->commit()))
+    if (!saveFile)
+        return;
+    if (!saveFile->sync())
+        fail(code, path, saveFile->errorString());
+    if (!unreadfiles::keepBeside(path))
+        fail(code, path, qt_error_string());
+    if (!saveFile->commit())
         fail(code, path, saveFile->errorString());
 }
 
 void QtFile::openForReading(QIODevice::OpenMode mode)
 {
     auto readFile = std::make_unique<QFile>(path);
-    if (!readFile->open(mode))
+    if (!readFile->open(mode)) {
+        if (QFileInfo(path).isFile())
+            unreadfiles::add(path);
         fail(qor::CFileException::CannotOpen, path, readFile->errorString());
+    }
+    unreadfiles::remove(path);
     file = std::move(readFile);
 }
 

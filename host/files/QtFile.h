@@ -13,9 +13,11 @@ class QFileDevice;
 /// reason.
 ///
 /// What is written goes to a file beside the target, which replaces the target on close(): whatever happens
-/// before, the old file stays whole. Where the path leads to a device or a pipe, it is written directly; a
-/// path like /dev/stdout is written where that stream stands. A link that another user has laid into a folder
-/// where everybody may, like /tmp, is not followed for writing.
+/// before, the old file stays whole. An old file that this program has failed to read keeps a second name
+/// beside its own when it is replaced, and the user is told: what it holds may be missing in the new one.
+/// Where the path leads to a device or a pipe, it is written directly; a path like /dev/stdout is written
+/// where that stream stands. A link that another user has laid into a folder where everybody may, like /tmp,
+/// is not followed for writing.
 class HOST_EXPORT QtFile
 {
 public:

@@ -74,11 +74,16 @@ void CProcessMonitor::start(RunFunction function)
     if (project != nullptr)
         projectRun = ProjectRun::begin(project);
     prepareRun();
-    onStarted();
-    session = std::make_unique<RunSession>(*this, linkSource, silentMode);
-    connect(session.get(), &RunSession::delivered, this, &CProcessMonitor::showDelivered);
-    connect(session.get(), &RunSession::ended, this, &CProcessMonitor::finishRun);
-    session->start(std::move(function));
+    try {
+        onStarted();
+        session = std::make_unique<RunSession>(*this, linkSource, silentMode);
+        connect(session.get(), &RunSession::delivered, this, &CProcessMonitor::showDelivered);
+        connect(session.get(), &RunSession::ended, this, &CProcessMonitor::finishRun);
+        session->start(std::move(function));
+    } catch (...) {
+        giveUpStart();
+        throw;
+    }
     showState();
 }
 
@@ -266,7 +271,9 @@ void CProcessMonitor::onStarted()
 
 void CProcessMonitor::onThreadFinished()
 {
-    if (interrupted) {
+    if (session->isFailed()) {
+        stateText = Text::tr("Прервано ошибкой");
+    } else if (interrupted) {
         stateText = Text::tr("Прервано");
     } else {
         stateText = wasErrors() ? Text::tr("Завершено с ошибками") : Text::tr("Завершено");
@@ -418,6 +425,16 @@ void CProcessMonitor::prepareRun()
     errorsShown = false;
     interrupted = false;
     runTime.start();
+}
+
+void CProcessMonitor::giveUpStart()
+{
+    session.reset();
+    projectRun.reset();
+    running = false;
+    interrupted = true;
+    stateText = Text::tr("Не начато");
+    showState();
 }
 
 void CProcessMonitor::writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail)

@@ -89,8 +89,9 @@ public:
 
     /// Empties the journal, calls onStarted() and runs @p function in a thread of its own. An exception
     /// that leaves the function becomes an error line and ends the run as an interrupted one.
-    /// One run at a time: while one works the call is refused with a warning on stderr, and while another
-    /// monitor's run works on the same project with a word to the user.
+    /// What onStarted() throws, or std::system_error when there can be no thread, is passed on; another run
+    /// can be started then. One run at a time: while one works the call is refused with a warning on stderr,
+    /// and while another monitor's run works on the same project with a word to the user.
     void start(RunFunction function);
     /// True from start() until the run's thread is joined and its last line delivered.
     bool isRunning() const;
@@ -165,6 +166,7 @@ private:
     QLayout* createButtonRow();
     QPushButton* createButton(const QString& text);
     void prepareRun();
+    void giveUpStart();
     void writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail);
     void showDelivered(bool isBusy);
     void finishRun();

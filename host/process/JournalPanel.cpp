@@ -160,7 +160,7 @@ void JournalPanel::showNote()
     if (omitted == 0)
         return;
     const QLocale locale;
-    note->setText(
-        Text::tr("Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе.")
-            .arg(locale.toString(JournalWriter::kLineLimit), locale.toString(omitted)));
+    note->setText(Text::tr("Показаны последние строки, не более %1. Более ранние строки (%2) есть в "
+                           "протоколе, если выполнение не прервано.")
+                      .arg(locale.toString(JournalWriter::kLineLimit), locale.toString(omitted)));
 }

@@ -39,7 +39,9 @@ QString getShortened(const QString& text)
         return text;
     constexpr int shownLength = 500;
     const QString note =
-        QCoreApplication::translate("Host", "строка из %1 знаков показана не целиком, целиком — в протоколе")
+        QCoreApplication::translate(
+            "Host",
+            "строка из %1 знаков показана не целиком, целиком — в протоколе, если выполнение не прервано")
             .arg(QLocale().toString(text.size()));
     return text.left(shownLength).toHtmlEscaped() + QStringLiteral("… <i>(%1)</i>").arg(note);
 }

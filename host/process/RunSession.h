@@ -48,6 +48,9 @@ public:
     /// Whether the run was stopped or ended by an exception; known when it has ended.
     bool isInterrupted() const { return control.isStopRequested() || control.isFailed(); }
 
+    /// Whether the run ended by an exception.
+    bool isFailed() const { return control.isFailed(); }
+
     /// Stops the run for good and waits for it. What it still had to say is dropped, and neither the monitor
     /// nor a signal is called any more.
     void abandon();

@@ -1,8 +1,6 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/document/ProtocolSummary.h"
-#include "tests/support/TestFiles.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace orvel::desk;
@@ -17,11 +15,8 @@ private Q_SLOTS:
     void countsLinesOfItems();
     void countsTheSameInItsOwnForm();
     void countsBehindControlCharacters();
-    void missingFileIsEmpty();
+    void nothingIsEmpty();
     void damagedFileCountsUpToTheDamage();
-
-private:
-    static ProtocolSummary read(const QByteArray& content);
 };
 
 namespace {
@@ -44,17 +39,9 @@ QByteArray makeFile(const QByteArray& lines)
 
 } // namespace
 
-ProtocolSummary TestProtocolSummary::read(const QByteArray& content)
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("data.xml"));
-    writeFile(path, content);
-    return ProtocolSummary::read(path);
-}
-
 void TestProtocolSummary::countsKindsByType()
 {
-    const ProtocolSummary summary = read(makeFile(
+    const ProtocolSummary summary = ProtocolSummary::of(makeFile(
         makeLine(enums::Adjust, 3, {}) + makeLine(enums::Adjust, 3, {}) + makeLine(enums::Adjust, 4, {}) +
         makeLine(enums::Adjust, 6, {}) + makeLine(enums::Compile, 5, {}) + makeLine(enums::Compile, 1, {})));
     QCOMPARE(int(summary.types.size()), 2);
@@ -68,8 +55,8 @@ void TestProtocolSummary::countsKindsByType()
 void TestProtocolSummary::countsLinesOfItems()
 {
     const ProtocolSummary summary =
-        read(makeFile(makeLine(enums::Adjust, 3, makeItem(5) + makeItem(6) + makeItem(5)) +
-                      makeLine(enums::Import, 5, makeItem(5))));
+        ProtocolSummary::of(makeFile(makeLine(enums::Adjust, 3, makeItem(5) + makeItem(6) + makeItem(5)) +
+                                     makeLine(enums::Import, 5, makeItem(5))));
     QCOMPARE(summary.linesOfItem.value(5), 2);
     QCOMPARE(summary.linesOfItem.value(6), 1);
     QCOMPARE(summary.linesOfItem.value(7), 0);
@@ -77,13 +64,13 @@ void TestProtocolSummary::countsLinesOfItems()
 
 void TestProtocolSummary::countsTheSameInItsOwnForm()
 {
-    const ProtocolSummary summary =
-        read("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE zarnik_vok_protocol>\n<messagelist>\n"
-             "    <li ptype=\"305510146\" mtype=\"3\">\n        <item iid=\"5\" itype=\"1\"/>\n"
-             "        <item iid=\"6\" itype=\"1\"/>\n        <item iid=\"5\" itype=\"1\"/>\n"
-             "        <mess><![CDATA[a\x01<item iid=\"7\"/>]]></mess>\n    </li>\n"
-             "    <li ptype=\"305510146\" mtype=\"4\">\n        <item iid=\"5\" itype=\"1\"/>\n"
-             "        <mess sid=\"2\"><![CDATA[b]]></mess>\n    </li>\n</messagelist>\n");
+    const ProtocolSummary summary = ProtocolSummary::of(
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE zarnik_vok_protocol>\n<messagelist>\n"
+        "    <li ptype=\"305510146\" mtype=\"3\">\n        <item iid=\"5\" itype=\"1\"/>\n"
+        "        <item iid=\"6\" itype=\"1\"/>\n        <item iid=\"5\" itype=\"1\"/>\n"
+        "        <mess><![CDATA[a\x01<item iid=\"7\"/>]]></mess>\n    </li>\n"
+        "    <li ptype=\"305510146\" mtype=\"4\">\n        <item iid=\"5\" itype=\"1\"/>\n"
+        "        <mess sid=\"2\"><![CDATA[b]]></mess>\n    </li>\n</messagelist>\n");
     QCOMPARE(int(summary.types.size()), 1);
     QCOMPARE(summary.types.at(305510146).errors, 1);
     QCOMPARE(summary.types.at(305510146).warnings, 1);
@@ -95,22 +82,23 @@ void TestProtocolSummary::countsBehindControlCharacters()
 {
     QByteArray odd = makeLine(enums::Import, 3, {});
     odd.replace("text", QByteArray("a\x01\x1f\0b", 5));
-    const ProtocolSummary summary = read(makeFile(odd + makeLine(enums::Import, 3, makeItem(5))));
+    const ProtocolSummary summary =
+        ProtocolSummary::of(makeFile(odd + makeLine(enums::Import, 3, makeItem(5))));
     QCOMPARE(summary.types.at(enums::Import).errors, 2);
     QCOMPARE(summary.linesOfItem.value(5), 1);
 }
 
-void TestProtocolSummary::missingFileIsEmpty()
+void TestProtocolSummary::nothingIsEmpty()
 {
-    const ProtocolSummary summary = ProtocolSummary::read(QStringLiteral("/no/such/file.xml"));
+    const ProtocolSummary summary = ProtocolSummary::of(QByteArray());
     QVERIFY(summary.types.empty());
     QVERIFY(summary.linesOfItem.isEmpty());
 }
 
 void TestProtocolSummary::damagedFileCountsUpToTheDamage()
 {
-    const ProtocolSummary summary =
-        read("<messagelist>" + makeLine(enums::Adjust, 3, {}) + "<li ptype=\"" + QByteArray::number(1));
+    const ProtocolSummary summary = ProtocolSummary::of("<messagelist>" + makeLine(enums::Adjust, 3, {}) +
+                                                        "<li ptype=\"" + QByteArray::number(1));
     QCOMPARE(summary.types.at(enums::Adjust).errors, 1);
     QCOMPARE(int(summary.types.size()), 1);
 }

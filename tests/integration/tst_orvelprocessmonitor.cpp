@@ -118,6 +118,7 @@ private Q_SLOTS:
     void followsAJournalLink();
     void opensLinksWithoutAHandler();
     void opensLinksAgainWhenTheHandlerIsTakenAway();
+    void handlerMaySetAnother();
     void clickInTheJournalCallsTheHandler();
 
     void takesTheJournalStyle();
@@ -374,6 +375,22 @@ void TestOrvelProcessMonitor::opensLinksAgainWhenTheHandlerIsTakenAway()
     QCOMPARE(opened.getUrls(), QList<QUrl>{url});
 }
 
+void TestOrvelProcessMonitor::handlerMaySetAnother()
+{
+    MonitorFixture fixture;
+    OrvelProcessMonitor monitor(&fixture.window);
+    QStringList calls;
+    // The text is the handler's own: it must not go before the handler is done.
+    monitor.setOnItemClicked([&monitor, &calls, text = QStringLiteral("first %1")](LONGID id) {
+        monitor.setOnItemClicked([&calls](LONGID next) { calls.append(QString::number(next)); });
+        calls.append(text.arg(id));
+    });
+    const QUrl url(QStringLiteral("survey://locate-item?id=12"));
+    Q_EMIT monitor.getJournal()->anchorClicked(url);
+    Q_EMIT monitor.getJournal()->anchorClicked(url);
+    QCOMPARE(calls, (QStringList{QStringLiteral("first 12"), QStringLiteral("12")}));
+}
+
 void TestOrvelProcessMonitor::clickInTheJournalCallsTheHandler()
 {
     MonitorFixture fixture;
@@ -591,6 +608,10 @@ void TestOrvelProcessMonitor::interruptedRunLeavesTheProtocolOpen()
         QStringList{QStringLiteral("ptype=305510148 mtype=3 stage=0 ids=0 types=1710060288 text=новая")});
     QCOMPARE(readFile(OrvelTestAccess::dataFilePath(fixture.protocol)), data);
     QCOMPARE(getStateText(monitor), QStringLiteral("Прервано"));
+    QCOMPARE(
+        monitor.getJournal()->toPlainText(),
+        QStringLiteral("✖ новая\nСтроки прерванного выполнения в протокол не записаны. Его страница покажет "
+                       "прежнее выполнение, если оно было."));
 }
 
 void TestOrvelProcessMonitor::failedRunLeavesTheProtocolOpen()

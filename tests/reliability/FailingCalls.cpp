@@ -17,6 +17,7 @@ namespace {
 
 // What the system's calls look at before anything of C++ may be there.
 std::atomic<bool> isArmed{false};
+std::atomic<bool> isReadingMeant{false};
 std::array<char, PATH_MAX> watchedFolder{};
 std::atomic<int> callCount{0};
 std::atomic<int> failingNumber{0};
@@ -68,8 +69,9 @@ bool opensForWriting(int flags)
 
 } // namespace
 
-FailingCalls::FailingCalls(const QByteArray& folder, int number, int error)
+FailingCalls::FailingCalls(const QByteArray& folder, int number, int error, Meant meant)
 {
+    isReadingMeant = meant == Meant::ReadingToo;
     std::snprintf(watchedFolder.data(), watchedFolder.size(), "%s", folder.constData());
     callCount = 0;
     failingNumber = number;
@@ -109,7 +111,7 @@ __attribute__((visibility("default"))) int open64(const char* path, int flags, .
     va_start(arguments, flags);
     const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    if (opensForWriting(flags) && isToFail("open", path))
+    if ((isReadingMeant || opensForWriting(flags)) && isToFail("open", path))
         return -1;
     static const auto next = findNext<int (*)(const char*, int, ...)>("open64");
     return next(path, flags, mode);
@@ -122,6 +124,27 @@ __attribute__((visibility("default"))) int open(const char* path, int flags, ...
     const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     return open64(path, flags, mode);
+}
+
+__attribute__((visibility("default"))) ssize_t read(int file, void* data, size_t size)
+{
+    if (isReadingMeant && isToFail("read", file))
+        return -1;
+    static const auto next = findNext<ssize_t (*)(int, void*, size_t)>("read");
+    return next(file, data, size);
+}
+
+/// Closes the file all the same, as the system does.
+__attribute__((visibility("default"))) int close(int file)
+{
+    const bool isFailing = isReadingMeant && isToFail("close", file);
+    const int error = errno;
+    static const auto next = findNext<int (*)(int)>("close");
+    const int result = next(file);
+    if (!isFailing)
+        return result;
+    errno = error;
+    return -1;
 }
 
 __attribute__((visibility("default"))) ssize_t write(int file, const void* data, size_t size)

@@ -214,6 +214,7 @@ void Document::takeNetwork(NetworkItems& items)
     exchangeItems(items);
     for (const int type : getProcessingTypes())
         getProtocol().ClearProtocolByType(type);
+    isProcessingCleared = true;
 }
 
 void Document::exchangeItems(NetworkItems& items)
@@ -264,9 +265,39 @@ Document::Content Document::copyContent() const
     return content;
 }
 
+void Document::setProtocolState(const ProtocolState& state, const QByteArray& dataContent)
+{
+    state.write(getProtocol());
+    keeper.adopt(state.dataFilePath, dataContent);
+    updateSummary();
+}
+
+ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
+{
+    std::set<int> replacedTypes;
+    if (finishedRun) {
+        replacedTypes.insert(*finishedRun);
+        if (isProcessingCleared) {
+            const std::vector<int> cleared = getProcessingTypes();
+            replacedTypes.insert(cleared.begin(), cleared.end());
+        }
+        isProcessingCleared = false;
+    }
+    ProtocolState state = ProtocolState::read(getProtocol());
+    const QByteArray before = keeper.getContent();
+    const ProtocolKeeper::Outcome outcome = keeper.check(state.dataFilePath, replacedTypes);
+    if (outcome.mentionedItems) {
+        state.ids = *outcome.mentionedItems;
+        state.write(getProtocol());
+    }
+    if (finishedRun || keeper.getContent() != before)
+        updateSummary();
+    return outcome;
+}
+
 void Document::updateSummary()
 {
-    summary = ProtocolSummary::read(ProtocolState::read(getProtocol()).dataFilePath);
+    summary = ProtocolSummary::of(keeper.getContent());
     Q_EMIT summaryChanged();
 }
 

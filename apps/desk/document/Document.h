@@ -4,6 +4,7 @@
 #include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkItems.h"
 #include "apps/desk/document/ProjectLock.h"
+#include "apps/desk/document/ProtocolKeeper.h"
 #include "apps/desk/document/ProtocolSummary.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
@@ -12,10 +13,15 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class COrvel;
 class PluginManager;
+
+namespace orvel {
+struct ProtocolState;
+}
 
 namespace orvel::desk {
 
@@ -103,8 +109,15 @@ public:
     /// The same for a run, which may keep it.
     std::shared_ptr<const NetworkSnapshot> shareSnapshot() const { return snapshot; }
 
-    /// Counts the lines of the protocols anew, after a run and after loading.
-    void updateSummary();
+    /// Gives the protocol that state, with a data file that was made just now.
+    void setProtocolState(const ProtocolState& state, const QByteArray& dataContent);
+    /// To be called before the protocol reads its data file, for a run, a page or to save it, and after it:
+    /// restores lines that have gone missing, and counts the lines anew. Neither a run nor a page may be
+    /// begun when the file is not whole.
+    /// @param finishedRun  protocol type of a run that has ended of itself
+    ProtocolKeeper::Outcome checkProtocol(std::optional<int> finishedRun = std::nullopt);
+    /// The lines of the protocols, as the data file held them when it was last checked.
+    const QByteArray& getProtocolData() const { return keeper.getContent(); }
     const ProtocolSummary& getSummary() const { return summary; }
 
     /// Whether the project differs from what was saved last.
@@ -127,6 +140,8 @@ Q_SIGNALS:
     void originChanged();
 
 private:
+    void updateSummary();
+
     CProject project;
     FileState fileState;
     std::shared_ptr<ProjectLock> lock;
@@ -135,6 +150,8 @@ private:
     std::shared_ptr<const NetworkSnapshot> snapshot; // of the items
     LevellingClass levellingClass = LevellingClass::IV;
     LONGID nextId;
+    ProtocolKeeper keeper;
+    bool isProcessingCleared = false; // by the run at work, with the network
     ProtocolSummary summary;
     bool modified = false;
 };

@@ -2,6 +2,7 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StoredProject.h"
+#include "host/app/Application.h"
 #include "host/files/CFileException.h"
 #include "host/files/QtFile.h"
 
@@ -38,10 +39,17 @@ std::shared_ptr<ProjectLock> takeLock(const Document& document, const QString& p
 
 void save(Document& document, const QString& path, const std::shared_ptr<ProjectLock>& lock)
 {
+    const ProtocolKeeper::Outcome outcome = document.checkProtocol();
+    if (!outcome.isWhole)
+        throw qor::CFileException(qor::CFileException::CannotRead, outcome.message.toStdWString());
+    if (!outcome.message.isEmpty())
+        Application::warning(outcome.message, nullptr);
+
     StoredProject project;
     project.name = document.getProject().getName();
     project.content = document.copyContent();
-    project.protocol = SavedProtocol::take(document.getProtocol());
+    project.protocol.state = ProtocolState::read(document.getProtocol());
+    project.protocol.data = document.getProtocolData();
 
     QtFile file(path);
     file.open(QIODevice::WriteOnly);
@@ -61,8 +69,7 @@ void load(Document& document, const QString& path, const std::shared_ptr<Project
     if (!document.setContent(std::move(stored.content)))
         refuse(path, Desk::tr("файл проекта повреждён или обрезан"));
     document.setOrigin({stored.name, path, fileState, lock});
-    protocol.write(document.getProtocol());
-    document.updateSummary();
+    document.setProtocolState(protocol, stored.protocol.data);
     document.setModified(false);
 }
 

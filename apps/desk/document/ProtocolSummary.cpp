@@ -2,7 +2,7 @@
 
 #include "Orvel/Toolkit.h"
 
-#include <QFile>
+#include <QBuffer>
 #include <QSet>
 #include <QXmlStreamReader>
 
@@ -29,9 +29,8 @@ void countKind(int kind, ProtocolSummary::Counts& counts)
 
 /// The file's content with blanks for control characters: a protocol keeps them in its texts, and the stream
 /// reader would end at the first one.
-QByteArray readWithoutControls(QFile& file)
+QByteArray withoutControls(QByteArray content)
 {
-    QByteArray content = file.readAll();
     for (char& c : content) {
         if (c >= 0 && c < ' ' && c != '\t' && c != '\n' && c != '\r')
             c = ' ';
@@ -66,10 +65,10 @@ ProtocolSummary count(const datafile::Messages& messages)
 }
 
 /// Counts what another program has written, as far as it can be understood.
-ProtocolSummary countForeign(QFile& file)
+ProtocolSummary countForeign(const QByteArray& content)
 {
     ProtocolSummary summary;
-    QXmlStreamReader xml(readWithoutControls(file));
+    QXmlStreamReader xml(withoutControls(content));
     xml.readNextStartElement();
     while (xml.readNextStartElement()) {
         if (xml.name() != QLatin1String("li")) {
@@ -86,15 +85,13 @@ ProtocolSummary countForeign(QFile& file)
 
 } // namespace
 
-ProtocolSummary ProtocolSummary::read(const QString& dataFilePath)
+ProtocolSummary ProtocolSummary::of(const QByteArray& dataContent)
 {
-    QFile file(dataFilePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return ProtocolSummary();
-    if (const auto messages = datafile::readCanonical(file))
-        return count(*messages);
-    file.seek(0);
-    return countForeign(file);
+    QByteArray content = dataContent;
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::ReadOnly);
+    const auto messages = datafile::readCanonical(buffer);
+    return messages ? count(*messages) : countForeign(content);
 }
 
 } // namespace orvel::desk

@@ -2,8 +2,8 @@
 
 #include "host/model/LongId.h"
 
+#include <QByteArray>
 #include <QHash>
-#include <QString>
 
 #include <map>
 
@@ -22,9 +22,8 @@ struct ProtocolSummary
     std::map<int, Counts> types;    ///< the types that have any line
     QHash<LONGID, int> linesOfItem; ///< count of the lines that mention the item
 
-    /// Counts the lines of a protocol's data file. Empty if there is no such file; a damaged one counts up to
-    /// the damage.
-    static ProtocolSummary read(const QString& dataFilePath);
+    /// Counts the lines of a protocol's data file by its content; a damaged one counts up to the damage.
+    static ProtocolSummary of(const QByteArray& dataContent);
 };
 
 } // namespace orvel::desk

@@ -1,7 +1,7 @@
 #include "apps/desk/document/StandardStreams.h"
 
 #include "apps/desk/Desk.h"
-#include "host/files/QtFile.h"
+#include "host/files/WholeFile.h"
 
 namespace orvel::desk {
 
@@ -24,10 +24,7 @@ QString describeOutput(const QString& path)
 
 void write(const QString& path, const QByteArray& bytes)
 {
-    QtFile file(isStream(path) ? QStringLiteral("/dev/stdout") : path);
-    file.open(QIODevice::WriteOnly);
-    file.device()->write(bytes);
-    file.close();
+    files::writeAll(isStream(path) ? QStringLiteral("/dev/stdout") : path, bytes);
 }
 
 } // namespace standardstreams

@@ -115,6 +115,8 @@ RunMonitor& DeskWindow::getMonitor()
         monitor->setRecorder(recorder.get());
         monitor->setOnItemClicked([this](LONGID id) { locateItem(id); });
         connect(monitor.get(), &CProcessMonitor::runFinished, this, &DeskWindow::finishRun);
+        // Behind the viewer, which has made the page by then.
+        connect(monitor.get(), &RunMonitor::showOrvel, this, [this] { checkProtocol(); });
     }
     return *monitor;
 }
@@ -222,10 +224,25 @@ void DeskWindow::showProtocol(int protocolType)
         return;
     }
     OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this);
-    if (!viewer)
+    if (!viewer || !checkProtocol())
         return;
     viewer->showOrvel(protocolType);
+    // A page whose lines have had to be restored was made without them, and is not shown again.
+    const ProtocolKeeper::Outcome outcome = document->checkProtocol();
+    if (!outcome.message.isEmpty()) {
+        Application::warning(outcome.message, this);
+        return;
+    }
     pages[protocolType] = ProtocolState::read(document->getProtocol()).pages[protocolType];
+}
+
+/// Whether the lines of the protocols are all there.
+bool DeskWindow::checkProtocol(std::optional<int> finishedRun)
+{
+    const ProtocolKeeper::Outcome outcome = document->checkProtocol(finishedRun);
+    if (!outcome.message.isEmpty())
+        Application::warning(outcome.message, this);
+    return outcome.isWhole;
 }
 
 void DeskWindow::showReport(int reportType)
@@ -445,7 +462,7 @@ void DeskWindow::openFile(const QString& path)
 
 void DeskWindow::start(const DeskRun& run)
 {
-    if (isRunWorking())
+    if (isRunWorking() || !checkProtocol())
         return;
     getMonitor().setWindowTitle(getTypeText(run.protocolType));
     getMonitor().startRun(run);
@@ -458,7 +475,10 @@ void DeskWindow::finishRun()
     // A file that could not be read, or written, changes nothing of the project.
     if (!monitor->wasInterrupted() && monitor->getRun().failure->kind != RunFailure::Kind::Refused)
         document->setModified(true);
-    document->updateSummary();
+    if (monitor->wasInterrupted())
+        checkProtocol();
+    else
+        checkProtocol(monitor->getRun().protocolType);
     updateActions();
     if (closeAfterRun) {
         closeAfterRun = false;

@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 
 class QLabel;
 class QLineEdit;
@@ -87,6 +88,7 @@ private:
     bool mayReplaceNetwork();
     /// True if nothing is unsaved, or after it was saved or given up.
     bool mayLoseChanges();
+    bool checkProtocol(std::optional<int> finishedRun = std::nullopt);
     void updateTitle();
     void updateActions();
     void updateStatus();

@@ -1,7 +1,6 @@
 #include "apps/desk/headless/Headless.h"
 
 #include "Orvel/store/COrvel.h"
-#include "Orvel/store/SavedProtocol.h"
 #include "apps/common/TerminationSignals.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
@@ -10,10 +9,10 @@
 #include "apps/desk/document/StandardStreams.h"
 #include "host/enums/EnumData.h"
 #include "host/files/Error.h"
-#include "host/files/QtFile.h"
 #include "host/files/StringUtils.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -114,12 +113,16 @@ void Headless::startRecording(const QString& path)
 /// Whether the run did what it is for.
 bool Headless::perform(const DeskRun& run)
 {
-    if (apps::TerminationSignals::hasCome())
+    if (apps::TerminationSignals::hasCome() || !checkProtocol())
         return false;
     monitor.startRun(run);
     monitor.waitForFinished();
-    document.updateSummary();
-    if (std::find(performedTypes.begin(), performedTypes.end(), run.protocolType) == performedTypes.end())
+    performedTypes.erase(std::remove(performedTypes.begin(), performedTypes.end(), run.protocolType),
+                         performedTypes.end());
+    // What there is of the type after an interruption, or when the file was not written, is an earlier run's.
+    if (monitor.wasInterrupted())
+        checkProtocol();
+    else if (checkProtocol(run.protocolType))
         performedTypes.push_back(run.protocolType);
     if (run.failure->kind == RunFailure::Kind::None)
         return true;
@@ -135,31 +138,44 @@ void Headless::writePages(const QString& folder)
     }
     for (const int type : performedTypes) {
         const QString path = makePagePath(folder, type);
-        if (!document.getProtocol().CreateProtocolFile(type, path))
+        const bool isWritten = checkProtocol() && document.getProtocol().CreateProtocolFile(type, path);
+        // A page whose lines have had to be restored was made without them.
+        const bool isComplete = isWritten && document.checkProtocol().message.isEmpty();
+        if (isWritten && !isComplete)
+            QFile::remove(path);
+        if (!isComplete)
             fail(Refused, Desk::tr("не удалось записать страницу «%1»").arg(path));
     }
 }
 
 void Headless::copyData(const QString& filePath)
 {
-    const QString source = ProtocolState::read(document.getProtocol()).dataFilePath;
-    if (source.isEmpty()) {
+    if (!checkProtocol())
+        return;
+    if (document.getProtocolData().isEmpty()) {
         fail(Refused, Desk::tr("в проекте нет протоколов, копировать в «%1» нечего").arg(filePath));
         return;
     }
     try {
-        QtFile file(source);
-        file.open(QIODevice::ReadOnly);
-        const QByteArray bytes = file.device()->readAll();
-        file.close();
-        standardstreams::write(filePath, bytes);
+        standardstreams::write(filePath, document.getProtocolData());
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
     }
 }
 
+/// Whether the lines of the protocols are all there.
+bool Headless::checkProtocol(std::optional<int> finishedRun)
+{
+    const ProtocolKeeper::Outcome outcome = document.checkProtocol(finishedRun);
+    if (!outcome.message.isEmpty())
+        fail(Refused, outcome.message);
+    return outcome.isWhole;
+}
+
 void Headless::save(const QString& filePath)
 {
+    if (!checkProtocol())
+        return;
     try {
         if (lock->isOf(document.getProject().getFilePath()) && document.isFileChanged())
             throw exceptions::Error(

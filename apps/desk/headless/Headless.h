@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class ProjectWindow;
 
@@ -43,6 +44,7 @@ private:
     bool perform(const DeskRun& run);
     void writePages(const QString& folder);
     void copyData(const QString& filePath);
+    bool checkProtocol(std::optional<int> finishedRun = std::nullopt);
     void save(const QString& filePath);
     void report(const CommandLine& commandLine);
     void judge(CommandLine::FailLevel level);

@@ -1,7 +1,6 @@
 #include "apps/desk/process/JournalRecorder.h"
 
 #include "Orvel/store/ProtocolTypes.h"
-#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
@@ -10,6 +9,8 @@
 #include "apps/desk/reports/DeskReports.h"
 #include "host/app/SDIApplication.h"
 #include "host/enums/EnumData.h"
+#include "host/files/Error.h"
+#include "host/files/WholeFile.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -107,13 +108,18 @@ void JournalRecorder::writeEnum(int value)
 /// Lays what the protocol holds already beside the journal.
 void JournalRecorder::copyData()
 {
-    const QString dataFile = ProtocolState::read(document.getProtocol()).dataFilePath;
-    if (!QFile::exists(dataFile))
+    if (document.getProtocolData().isEmpty())
         return;
     const QString copy = file.fileName() + QStringLiteral(".xml");
-    QFile::remove(copy);
-    if (QFile::copy(dataFile, copy))
-        write(QStringLiteral("loadData"), {{QStringLiteral("from"), QFileInfo(copy).fileName()}});
+    try {
+        files::writeAll(copy, document.getProtocolData());
+    } catch (const exceptions::Error& error) {
+        hasFailed = true;
+        Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2")
+                          .arg(file.fileName(), QString::fromStdWString(error.getText())));
+        return;
+    }
+    write(QStringLiteral("loadData"), {{QStringLiteral("from"), QFileInfo(copy).fileName()}});
 }
 
 void JournalRecorder::replaceItems()

@@ -1,4 +1,5 @@
 #include "host/files/QtFile.h"
+#include "host/files/WholeFile.h"
 #include "tests/host/files/FileFailure.h"
 #include "tests/host/files/FileSizeLimit.h"
 #include "tests/support/TestFiles.h"
@@ -9,6 +10,7 @@
 #include <QtTest>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,6 +23,26 @@ QIODevice* const kNoDevice = nullptr;
 QString cannotOpen(const QString& path, const QString& reason)
 {
     return QStringLiteral("Не удалось открыть файл «%1»: %2.").arg(path, reason);
+}
+
+/// The folder's files by their names.
+QStringList filesIn(const QTemporaryDir& folder)
+{
+    return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+/// Fails to open the file for reading, as a process does that has too many files open.
+void failToRead(const QString& path)
+{
+    rlimit oldLimit{};
+    getrlimit(RLIMIT_NOFILE, &oldLimit);
+    rlimit limit = oldLimit;
+    limit.rlim_cur = 0;
+    setrlimit(RLIMIT_NOFILE, &limit);
+    QtFile file(path);
+    const FileFailure failure = getFailure([&] { file.open(QIODevice::ReadOnly); });
+    setrlimit(RLIMIT_NOFILE, &oldLimit);
+    QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
 }
 
 } // namespace
@@ -64,6 +86,8 @@ private Q_SLOTS:
     void failedReplacementIsTold();
     void vanishedFolderIsTold();
     void failedReadIsTold();
+    void fileThatCouldNotBeReadIsKeptBeside();
+    void fileThatWasReadAfterAllIsReplaced();
 
 private:
     QScopedPointer<QTemporaryDir> folder;
@@ -497,6 +521,34 @@ void TestQtFile::failedReadIsTold()
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotRead));
     QCOMPARE(failure.description,
              QStringLiteral("Не удалось прочитать файл «%1»: Input/output error.").arg(memory));
+}
+
+void TestQtFile::fileThatCouldNotBeReadIsKeptBeside()
+{
+    files::writeAll(path, "old");
+    failToRead(path);
+    files::writeAll(path, "new");
+    QCOMPARE(readFile(path), QByteArray("new"));
+    QCOMPARE(filesIn(*folder), (QStringList{QStringLiteral("file"), QStringLiteral("file.unread-1")}));
+    QCOMPARE(readFile(path + QStringLiteral(".unread-1")), QByteArray("old"));
+
+    // Each state of the file once.
+    files::writeAll(path, "newer");
+    failToRead(path);
+    files::writeAll(path, "newest");
+    QCOMPARE(filesIn(*folder), (QStringList{QStringLiteral("file"), QStringLiteral("file.unread-1"),
+                                            QStringLiteral("file.unread-2")}));
+    QCOMPARE(readFile(path + QStringLiteral(".unread-2")), QByteArray("newer"));
+}
+
+void TestQtFile::fileThatWasReadAfterAllIsReplaced()
+{
+    files::writeAll(path, "old");
+    failToRead(path);
+    QCOMPARE(files::readAll(path), QByteArray("old"));
+    files::writeAll(path, "new");
+    QCOMPARE(filesIn(*folder), QStringList{QStringLiteral("file")});
+    QCOMPARE(readFile(path), QByteArray("new"));
 }
 
 QTEST_GUILESS_MAIN(TestQtFile)

@@ -17,7 +17,9 @@
 #include <boost/exception/info.hpp>
 
 #include <new>
+#include <pthread.h>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 
 Q_DECLARE_METATYPE(std::function<void()>)
@@ -153,6 +155,8 @@ private Q_SLOTS:
     void silentRunShowsNothingAndIsRecorded();
     void percentageAndStagesAreShown();
     void progressOfOneThread();
+    void startThatFailsLeavesAMonitorThatCanStart();
+    void startWithoutAThreadLeavesAMonitorThatCanStart();
     void stopButtonInterruptsTheRun();
     void pauseButtonHoldsTheRun();
     void protocolButtonWaitsForTheEnd();
@@ -268,7 +272,8 @@ void TestCProcessMonitor::journalSaysThatEarlierLinesAreLeftOut()
     QCOMPARE(document->firstBlock().text(), QStringLiteral("\u2022 30001"));
     const QLocale locale;
     const QString note =
-        QStringLiteral("Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе.")
+        QStringLiteral("Показаны последние строки, не более %1. Более ранние строки (%2) есть в "
+                       "протоколе, если выполнение не прервано.")
             .arg(locale.toString(10000), locale.toString(30001)); // the start line is the first
     const QList<QLabel*> labels = monitor.findChildren<QLabel*>();
     QVERIFY(std::any_of(labels.begin(), labels.end(),
@@ -340,7 +345,7 @@ void TestCProcessMonitor::exceptionBecomesAnErrorLine()
     QVERIFY(monitor.wasErrors());
     QCOMPARE(monitor.calls, (QStringList{QStringLiteral("started"), QStringLiteral("service before"), line,
                                          QStringLiteral("finished")}));
-    QCOMPARE(getStageText(monitor), QStringLiteral("Прервано"));
+    QCOMPARE(getStageText(monitor), QStringLiteral("Прервано ошибкой"));
 }
 
 void TestCProcessMonitor::errorsAreForgottenAtTheNextStart()
@@ -432,6 +437,62 @@ void TestCProcessMonitor::progressOfOneThread()
     QCOMPARE(bar->value(), 0);
     progress.finish();
     QCOMPARE(bar->value(), 100);
+}
+
+void TestCProcessMonitor::startThatFailsLeavesAMonitorThatCanStart()
+{
+    struct FailingMonitor : TestMonitor
+    {
+        void onStarted() override
+        {
+            if (!wasRefused) {
+                wasRefused = true;
+                throw std::runtime_error("no room");
+            }
+            TestMonitor::onStarted();
+        }
+        bool wasRefused = false;
+    };
+    FailingMonitor monitor;
+    QVERIFY_EXCEPTION_THROWN(monitor.start([](qor::IProcessMonitor&) {}), std::runtime_error);
+    QVERIFY(!monitor.isRunning());
+    QVERIFY(monitor.getInterrupted());
+    QVERIFY(monitor.waitForFinished());
+    QCOMPARE(getStageText(monitor), QStringLiteral("Не начато"));
+    monitor.show();
+    QVERIFY(monitor.close());
+
+    bool wasRun = false;
+    monitor.start([&wasRun](qor::IProcessMonitor&) { wasRun = true; });
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(wasRun);
+    QVERIFY(!monitor.getInterrupted());
+}
+
+void TestCProcessMonitor::startWithoutAThreadLeavesAMonitorThatCanStart()
+{
+    TestMonitor monitor;
+    // No machine has room for such a stack.
+    pthread_attr_t attributes;
+    std::size_t stackSize = 0;
+    pthread_getattr_default_np(&attributes);
+    pthread_attr_getstacksize(&attributes, &stackSize);
+    pthread_attr_setstacksize(&attributes, std::size_t{1} << 50);
+    pthread_setattr_default_np(&attributes);
+    bool isRefused = false;
+    try {
+        monitor.start([](qor::IProcessMonitor&) {});
+    } catch (const std::system_error&) {
+        isRefused = true;
+    }
+    pthread_attr_setstacksize(&attributes, stackSize);
+    pthread_setattr_default_np(&attributes);
+    pthread_attr_destroy(&attributes);
+    QVERIFY(isRefused);
+    QVERIFY(!monitor.isRunning());
+    monitor.start([](qor::IProcessMonitor&) {});
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(!monitor.getInterrupted());
 }
 
 void TestCProcessMonitor::stopButtonInterruptsTheRun()

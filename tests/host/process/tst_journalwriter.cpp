@@ -253,7 +253,7 @@ void TestJournalWriter::overlongLineIsCutWithAWord()
     writer.flush(kNoLimit);
     QCOMPARE(journal.toPlainText(), QStringLiteral("<b>") + limit.left(497) +
                                         QStringLiteral("… (строка из %1 знаков показана не целиком, "
-                                                       "целиком — в протоколе)")
+                                                       "целиком — в протоколе, если выполнение не прервано)")
                                             .arg(QLocale().toString(limit.size() + 3)));
 }
 
