@@ -30,6 +30,7 @@ private Q_SLOTS:
     void signalEndsTheReplayInOrder();
     void ignoredSignalStaysIgnored();
     void nextStartRemovesWhatAKillLeft();
+    void lockOfAKilledProgramIsNobodys();
 
 private:
     int kills = 6;
@@ -234,11 +235,25 @@ void TestEndings::nextStartRemovesWhatAKillLeft()
         QProcess next;
         place.start(next, QStringLiteral(DESK_PROGRAM), makeHeadlessArguments("../small.gkf"));
         QVERIFY(next.waitForFinished(kPatience));
-        QCOMPARE(place.list("tmp").join(QLatin1Char(' ')), QString());
+        QCOMPARE(QString::fromUtf8(next.readAllStandardError()), QString());
+        QCOMPARE(next.exitCode(), 0);
         QCOMPARE(place.list("tmp"), QStringList());
         QCOMPARE(place.findUnfinished(), QStringList());
     }
     qInfo("%d kills left %d folders and %d unfinished files, all removed", kills, leftFolders, leftFiles);
+}
+
+void TestEndings::lockOfAKilledProgramIsNobodys()
+{
+    // Killed before it could write who it is.
+    const Place place;
+    writeFile(place.path("out/.p.orvel.lock"), QByteArray());
+    QProcess desk;
+    place.start(desk, QStringLiteral(DESK_PROGRAM), makeHeadlessArguments("../small.gkf"));
+    QVERIFY(desk.waitForFinished(kPatience));
+    QCOMPARE(QString::fromUtf8(desk.readAllStandardError()), QString());
+    QCOMPARE(desk.exitCode(), 0);
+    QVERIFY(QFile::exists(place.path("out/p.orvel")));
 }
 
 QTEST_GUILESS_MAIN(TestEndings)

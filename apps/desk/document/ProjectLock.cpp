@@ -36,7 +36,10 @@ std::shared_ptr<ProjectLock> ProjectLock::take(const QString& path)
     qint64 process = 0;
     QString computer;
     QString program;
-    taken->lock.getLockInfo(&process, &computer, &program);
+    const bool isSigned = taken->lock.getLockInfo(&process, &computer, &program);
+    // Of a program that was killed before it could write who it is. The file of a living one is not removed.
+    if (!isSigned && taken->lock.removeStaleLockFile() && taken->lock.tryLock(0))
+        return taken;
     throw qor::CFileException(qor::CFileException::CannotOpen,
                               Desk::tr("Файл «%1» открыт в другом окне: %2, процесс %3, компьютер %4.")
                                   .arg(path, program, QString::number(process), computer)
