@@ -6,6 +6,7 @@
 /// and what it holds would be lost.
 namespace unreadfiles {
 
+/// A file that is there could not be read.
 void add(const QString& path);
 /// The file has been read to its end after all.
 void remove(const QString& path);
