@@ -33,7 +33,7 @@ public:
     template<typename Key>
     using MessageGroups = std::map<Key, MessageList>;
 
-    /// \name Lifecycle
+    /// @name Lifecycle
     /// @{
 
     /// The protocol of `projectModel`, which must outlive it. `applicationScheme` is the scheme of its links.
@@ -48,7 +48,7 @@ public:
 
     /// Saves or loads the mentioned ids, the page paths and the data file's path; the messages stay in the
     /// data file.
-    /// \throws qor::CFileException with code 1 when a stored count is over its limit (1,000,000 ids, 100 page
+    /// @throws qor::CFileException with code 1 when a stored count is over its limit (1,000,000 ids, 100 page
     /// paths)
     void serialize(CQtArchive& archive) override;
 
@@ -75,7 +75,7 @@ public:
     bool IsMessages(LONGID id) const;
     /// @}
 
-    /// \name Intake
+    /// @name Intake
     /// @{
 
     /// Files a line under `protocolType` with the open stage. Line breaks become "<br>"; the items are taken
@@ -84,14 +84,14 @@ public:
     void UpdateIDList(); ///< Rebuilds the set of mentioned ids from the messages in memory.
     /// @}
 
-    /// \name Protocol types
+    /// @name Protocol types
     /// @{
 
     /// Heading of the group of an item type; empty for a type that has none.
     QString GetItemGroupName(int itemType) const;
     /// @}
 
-    /// \name Pages
+    /// @name Pages
     /// @{
 
     /// Writes the page of `type` into `html`, replacing what it held. Always true.
@@ -103,7 +103,7 @@ public:
     bool CreateItemHtml(LONGID id, QString& html);
     /// @}
 
-    /// \name Links
+    /// @name Links
     /// @{
 
     /// Link that leads to the item in the application; `text` is inserted as it is.

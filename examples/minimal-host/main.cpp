@@ -6,6 +6,7 @@
 #include "host/enums/EnumData.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
+#include "host/model/ItemTypes.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QApplication>
@@ -13,7 +14,7 @@
 
 struct Point : CModelElement
 {
-    int getType() const override { return 0x6DCD3700; }
+    int getType() const override { return kPointItemType; }
 };
 
 int main(int argc, char* argv[])
@@ -29,7 +30,7 @@ int main(int argc, char* argv[])
     }
     plugins.extendApplication(&application); // report delegate, page template
 
-    registerEnumData(EnumData(0x6DCD3700, "LevellingPoint", "point", "points"));
+    registerEnumData(EnumData(kPointItemType, "LevellingPoint", "point", "points"));
     CProject project(QStringLiteral("Line 14"));
     CCommonTervoModel model(&project);
     plugins.extendModel(&model);

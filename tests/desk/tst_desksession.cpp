@@ -334,6 +334,7 @@ void TestDeskSession::savedProjectShowsSamePages()
     adjust();
     const QString adjustPage = page(enums::Adjust);
     const QString importPage = page(enums::Import);
+    const auto counts = window().getDocument().getSummary().types.at(enums::Adjust);
     QVERIFY(adjustPage.contains(QStringLiteral("H = 105.15040 м")));
     const QString path = desk->path(QStringLiteral("project.orvel"));
     QVERIFY(window().saveFile(path));
@@ -344,8 +345,11 @@ void TestDeskSession::savedProjectShowsSamePages()
     QCOMPARE(page(enums::Adjust), adjustPage);
     QCOMPARE(page(enums::Import), importPage);
     QVERIFY(window().getModel()->isItemMentioned(id));
-    QCOMPARE(window().getDocument().getSummary().types.at(enums::Adjust).errors, 0);
-    QCOMPARE(window().getDocument().getSummary().types.at(enums::Adjust).warnings, 1);
+    const auto readAgain = window().getDocument().getSummary().types.at(enums::Adjust);
+    QVERIFY(readAgain.messages > 0);
+    QCOMPARE(readAgain.errors, counts.errors);
+    QCOMPARE(readAgain.warnings, counts.warnings);
+    QCOMPARE(readAgain.messages, counts.messages);
 
     // And the next run adds to what was there.
     QVERIFY(triggerAction(window(), QStringLiteral("Предобработка")));
