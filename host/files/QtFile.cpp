@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <optional>
 #include <sys/stat.h>
@@ -32,9 +33,17 @@ namespace {
     throw qor::CFileException(code, text.arg(QDir::toNativeSeparators(path), reason).toStdWString());
 }
 
-/// The descriptor that a path like /dev/stdout stands for. Opened by its name a regular file behind it would
-/// be written from its start, or replaced; this one is written where it stands.
-std::optional<int> findDescriptor(const QString& path)
+/// Whether this process's descriptor of that number is of the file that the path leads to.
+bool isDescriptorOf(int number, const QString& path)
+{
+    struct stat open = {};
+    struct stat named = {};
+    return fstat(number, &open) == 0 && stat(QFile::encodeName(path).constData(), &named) == 0 &&
+           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
+/// The descriptor that a path like /dev/stdout is a name of.
+std::optional<int> findNamedDescriptor(const QString& path)
 {
     const QString clean = QDir::cleanPath(path);
     const QStringList streams{QStringLiteral("/dev/stdin"), QStringLiteral("/dev/stdout"),
@@ -46,6 +55,27 @@ std::optional<int> findDescriptor(const QString& path)
         const int number = clean.mid(folder.size()).toInt(&isNumber);
         if (clean.startsWith(folder) && isNumber)
             return number;
+    }
+    static const QRegularExpression processes(QStringLiteral("^/proc/[0-9]+/fd/([0-9]+)$"));
+    const QRegularExpressionMatch match = processes.match(clean);
+    const int number = match.captured(1).toInt();
+    return match.hasMatch() && isDescriptorOf(number, path) ? std::optional<int>(number) : std::nullopt;
+}
+
+/// The descriptor that a path like /dev/stdout stands for, or a link to such a path. Opened by its name a
+/// regular file behind it would be written from its start, or replaced; this one is written where it stands.
+std::optional<int> findDescriptor(const QString& path)
+{
+    // As many links as the system follows.
+    constexpr int mostLinks = 40;
+    QString step = path;
+    for (int i = 0; i < mostLinks; ++i) {
+        if (const std::optional<int> descriptor = findNamedDescriptor(step))
+            return descriptor;
+        const QFileInfo link(step);
+        if (!link.isSymLink())
+            return std::nullopt;
+        step = link.symLinkTarget();
     }
     return std::nullopt;
 }
@@ -135,13 +165,13 @@ void QtFile::openForReading(QIODevice::OpenMode mode)
 
 void QtFile::openForWriting(QIODevice::OpenMode mode)
 {
+    if (isForeignLink(path))
+        fail(qor::CFileException::CannotOpen, path,
+             QCoreApplication::translate("Host", "это ссылка другого пользователя в общей папке"));
     if (const std::optional<int> descriptor = findDescriptor(path)) {
         openDescriptor(*descriptor, mode);
         return;
     }
-    if (isForeignLink(path))
-        fail(qor::CFileException::CannotOpen, path,
-             QCoreApplication::translate("Host", "это ссылка другого пользователя в общей папке"));
     const QFileInfo target(path);
     std::unique_ptr<QFileDevice> writeFile;
     // A device or a pipe must be written to, not replaced by a file.

@@ -255,6 +255,8 @@ void TestQtFile::streamIsWrittenWhereItStands_data()
     QTest::newRow("dev") << QStringLiteral("/dev/fd/%1");
     QTest::newRow("proc") << QStringLiteral("/proc/self/fd/%1");
     QTest::newRow("longer way") << QStringLiteral("/dev/../dev/fd//%1");
+    QTest::newRow("by process number") << QStringLiteral("/proc/%2/fd/%1");
+    QTest::newRow("by a link") << QStringLiteral("link");
 }
 
 void TestQtFile::streamIsWrittenWhereItStands()
@@ -262,7 +264,14 @@ void TestQtFile::streamIsWrittenWhereItStands()
     QFETCH(QString, pattern);
     writeFile(path, "before\n");
     const int log = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
-    QtFile file(pattern.arg(log));
+    const QString link = path + QStringLiteral(".link");
+    QVERIFY(QFile::link(QStringLiteral("/dev/fd/%1").arg(log), link));
+    const QString stream = pattern == QLatin1String("link")
+                               ? link
+                               : QString(pattern)
+                                     .replace(QStringLiteral("%2"), QString::number(getpid()))
+                                     .replace(QStringLiteral("%1"), QString::number(log));
+    QtFile file(stream);
     file.open(QIODevice::WriteOnly);
     file.device()->write("line\n");
     file.close();
