@@ -1408,6 +1408,10 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>Файл протоколов «%1» пропал или не прочитался. Строки прежних запусков записаны в него заново.</source>
         <translation>The protocol file “%1” had vanished or could not be read. The lines of the earlier runs have been written into it again.</translation>
     </message>
+    <message>
+        <source>%1 и %2 называют один и тот же файл</source>
+        <translation>%1 and %2 name the same file</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

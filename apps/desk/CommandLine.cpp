@@ -4,9 +4,13 @@
 #include "apps/desk/document/StandardStreams.h"
 
 #include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace orvel::desk {
 
@@ -82,7 +86,7 @@ QString describe(const std::vector<Option>& options)
         QString line = QStringLiteral("  ");
         for (const QString& name : option.names)
             line += (name.size() == 1 ? QStringLiteral("-%1, ") : QStringLiteral("--%1 ")).arg(name);
-        line = (line + option.value).leftJustified(descriptionColumn);
+        line = (line + option.value + QLatin1Char(' ')).leftJustified(descriptionColumn);
         QString description = option.description;
         description.replace(QLatin1Char('\n'),
                             QLatin1Char('\n') + QString(descriptionColumn, QLatin1Char(' ')));
@@ -97,6 +101,20 @@ QString toPath(const QString& text)
     const QUrl url(text);
     const bool isHere = url.host().isEmpty() || url.host() == QLatin1String("localhost");
     return url.isLocalFile() && isHere ? url.path() : text;
+}
+
+/// Whether both paths name one regular file, which may have to be made yet.
+bool areSameFile(const QString& path, const QString& other)
+{
+    if (path.isEmpty() || other.isEmpty() || standardstreams::isStream(path) ||
+        standardstreams::isStream(other))
+        return false;
+    const QFileInfo file(path);
+    // A device takes everything.
+    if (!file.exists())
+        return QDir::cleanPath(file.absoluteFilePath()) ==
+               QDir::cleanPath(QFileInfo(other).absoluteFilePath());
+    return file.isFile() && file.canonicalFilePath() == QFileInfo(other).canonicalFilePath();
 }
 
 /// Has QCommandLineParser read the arguments and makes a CommandLine of what they say. The sentences about
@@ -267,8 +285,28 @@ private:
             fail(Desk::tr("с --headless нужен --import FILE или --open FILE"));
         else if (!result.importFile.isEmpty() && !result.projectFile.isEmpty())
             fail(Desk::tr("--import и --open вместе не действуют"));
-        else if (standardstreams::isStream(result.exportFile) && standardstreams::isStream(result.dataFile))
+        else if (standardstreams::isOutput(result.exportFile) && standardstreams::isOutput(result.dataFile))
             fail(Desk::tr("стандартный вывод принимает что-то одно: --export или --data"));
+        else
+            checkTargets();
+    }
+
+    /// No output replaces another one or the input; only a project is saved where it was opened.
+    void checkTargets()
+    {
+        const std::pair<QString, QString> files[] = {{QStringLiteral("--import"), result.importFile},
+                                                     {QStringLiteral("--open"), result.projectFile},
+                                                     {QStringLiteral("--export"), result.exportFile},
+                                                     {QStringLiteral("--data"), result.dataFile},
+                                                     {QStringLiteral("--save"), result.saveFile}};
+        for (auto target = std::begin(files) + 2; target != std::end(files); ++target) {
+            for (auto other = std::begin(files); other != target; ++other) {
+                const bool isSaving = target->first == QLatin1String("--save");
+                const bool mayBeSame = isSaving && other->first == QLatin1String("--open");
+                if (!mayBeSame && areSameFile(target->second, other->second))
+                    fail(Desk::tr("%1 и %2 называют один и тот же файл").arg(other->first, target->first));
+            }
+        }
     }
 
     QCommandLineParser parser;

@@ -1,4 +1,5 @@
 #include "apps/common/OffscreenPlatform.h"
+#include "apps/common/StandardStreams.h"
 #include "apps/common/TerminationSignals.h"
 #include "apps/common/Version.h"
 #include "apps/common/WarningApplication.h"
@@ -25,9 +26,7 @@
 #include <QUrl>
 
 #include <csignal>
-#include <fcntl.h>
 #include <memory>
-#include <unistd.h>
 
 using namespace orvel::desk;
 
@@ -48,16 +47,6 @@ int print(const QString& text)
 {
     standardstreams::write(QStringLiteral("-"), text.toLocal8Bit());
     return Headless::Done;
-}
-
-/// Has something stand where a standard stream is closed: the next file that is opened would take its place,
-/// and what is meant for the stream would go into that file. What cannot be written is noticed.
-void occupyStandardStreams()
-{
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (fcntl(stream, F_GETFD) == -1)
-            open("/dev/null", O_RDONLY);
-    }
 }
 
 QStringList getArguments(int argc, char* argv[])
@@ -156,7 +145,7 @@ int run(const CommandLine& commandLine)
 
 int main(int argc, char* argv[])
 {
-    occupyStandardStreams();
+    orvel::apps::occupyStandardStreams();
     orvel::apps::TerminationSignals termination;
     const QStringList arguments = getArguments(argc, argv);
     // What needs no window must not look for a display.

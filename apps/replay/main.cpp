@@ -1,4 +1,5 @@
 #include "apps/common/OffscreenPlatform.h"
+#include "apps/common/StandardStreams.h"
 #include "apps/common/TerminationSignals.h"
 #include "apps/common/Version.h"
 #include "apps/replay/JournalError.h"
@@ -50,12 +51,17 @@ int playJournal(const QString& path, const JournalFolder& folder)
     JournalPlayer player(folder);
     int lineNumber = 0;
     try {
-        while (!journal.atEnd() && !orvel::apps::TerminationSignals::hasCome()) {
+        while (!journal.atEnd() && journal.error() == QFileDevice::NoError &&
+               !orvel::apps::TerminationSignals::hasCome()) {
             ++lineNumber;
             const QByteArray text = journal.readLine().trimmed();
-            if (!text.isEmpty())
+            if (!text.isEmpty() && journal.error() == QFileDevice::NoError)
                 player.play(JournalLine(text));
         }
+        // A file of which nothing can be read seems to be at its end.
+        journal.peek(1);
+        if (journal.error() != QFileDevice::NoError)
+            return fail(QStringLiteral("%1: %2").arg(path, journal.errorString()));
     } catch (const JournalError& error) {
         return fail(QStringLiteral("%1:%2: %3").arg(path).arg(lineNumber).arg(error.getReason()));
     }
@@ -101,6 +107,7 @@ int run(const QStringList& arguments)
 
 int main(int argc, char* argv[])
 {
+    orvel::apps::occupyStandardStreams();
     orvel::apps::TerminationSignals termination;
     const orvel::apps::OffscreenPlatform platform;
     const QApplication application(argc, argv);

@@ -604,6 +604,9 @@ void TestDeskWindow::uriOfAnotherTypeSelectsNothing()
     QCOMPARE(window->getTable().getCurrentItem(), section);
     QCOMPARE(window->getMessageBar().getMessage(),
              QStringLiteral("Этого пункта или этой секции в проекте больше нет."));
+    // The right link behind a wrong one is another request.
+    follow(point, "LevellingPoint");
+    QCOMPARE(window->getTable().getCurrentItem(), point);
 }
 
 void TestDeskWindow::reportsAreWritten()

@@ -814,6 +814,11 @@ void TestReplay::refusesAJournalThatCannotBeRead()
     const Result folder = workplace.run({QStringLiteral("folder")});
     QCOMPARE(folder.errors, QStringLiteral("folder: file to open is a directory\n"));
     QCOMPARE(folder.exitCode, 2);
+
+    // A file of which no byte can be read.
+    const Result memory = workplace.run({QStringLiteral("/proc/self/mem")});
+    QCOMPARE(memory.errors, QStringLiteral("/proc/self/mem: Input/output error\n"));
+    QCOMPARE(memory.exitCode, 2);
 }
 
 void TestReplay::saysWhichPluginIsMissing()

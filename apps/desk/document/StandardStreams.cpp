@@ -3,6 +3,8 @@
 #include "apps/desk/Desk.h"
 #include "host/files/WholeFile.h"
 
+#include <QDir>
+
 namespace orvel::desk {
 
 namespace standardstreams {
@@ -10,6 +12,11 @@ namespace standardstreams {
 bool isStream(const QString& path)
 {
     return path == QLatin1String("-");
+}
+
+bool isOutput(const QString& path)
+{
+    return isStream(path) || QDir::cleanPath(path) == QLatin1String("/dev/stdout");
 }
 
 QString describeInput(const QString& path)

@@ -9,6 +9,8 @@ namespace orvel::desk {
 namespace standardstreams {
 
 bool isStream(const QString& path);
+/// Whether what is written there goes to the standard output, by whichever of its names.
+bool isOutput(const QString& path);
 
 /// The path, or what to call the standard input; as plain text.
 QString describeInput(const QString& path);

@@ -20,6 +20,17 @@ QString findProjectName(const QUrl& url)
     return QUrlQuery(url).queryItemValue(QStringLiteral("project"), QUrl::FullyDecoded);
 }
 
+/// What else stands in a URI changes nothing of what it asks for.
+QString getRequest(const QUrl& url)
+{
+    const QUrlQuery query(url);
+    const QString id = QString::number(query.queryItemValue(QStringLiteral("id")).toLongLong());
+    // An item is selected only by its own type.
+    const bool hasType = url.host() == QLatin1String("locate-item");
+    return url.host() + QLatin1Char(' ') + id + QLatin1Char(' ') +
+           (hasType ? query.queryItemValue(QStringLiteral("type")) : QString());
+}
+
 // Requests that come sooner after an equal one are that one, ms.
 constexpr qint64 kRepetition = 2000;
 constexpr int kLongestShownUri = 200;
@@ -45,7 +56,9 @@ UriFollower::Answer UriFollower::follow(const QUrl& url)
     if (window.isRunWorking() && url.host() != QLatin1String("locate-item"))
         window.getMessageBar().showMessage(
             Desk::tr("Идёт обработка. Откройте ссылку ещё раз, когда она закончится."));
-    else if (!window.navigate(url))
+    else if (window.navigate(url))
+        latestRequests.insert(getRequest(url), clock.elapsed());
+    else
         return Answer::NotUnderstood;
     window.bringToFront();
     return Answer::Taken;
@@ -67,13 +80,7 @@ bool UriFollower::isRepeated(const QUrl& url)
     const qint64 now = clock.elapsed();
     for (auto request = latestRequests.begin(); request != latestRequests.end();)
         request = now - request.value() < kRepetition ? std::next(request) : latestRequests.erase(request);
-    // What else stands in a URI changes nothing of what it asks for.
-    const QString request = url.host() + QLatin1Char(' ') +
-                            QString::number(QUrlQuery(url).queryItemValue(QStringLiteral("id")).toLongLong());
-    if (latestRequests.contains(request))
-        return true;
-    latestRequests.insert(request, now);
-    return false;
+    return latestRequests.contains(getRequest(url));
 }
 
 QString UriFollower::getProjectName() const

@@ -143,7 +143,9 @@ void Headless::writePages(const QString& folder)
         const bool isComplete = isWritten && document.checkProtocol().message.isEmpty();
         if (isWritten && !isComplete)
             QFile::remove(path);
-        if (!isComplete)
+        if (isComplete)
+            pages[type] = path;
+        else
             fail(Refused, Desk::tr("не удалось записать страницу «%1»").arg(path));
     }
 }
@@ -196,15 +198,16 @@ void Headless::report(const CommandLine& commandLine)
         text += Desk::tr("%1: ошибок %2, предупреждений %3, сообщений %4")
                     .arg(getTypeText(type), QString::number(counts.errors), QString::number(counts.warnings),
                          QString::number(counts.messages));
-        if (!commandLine.pagesFolder.isEmpty())
-            text += QStringLiteral("; ") + utils::escapeControls(makePagePath(commandLine.pagesFolder, type));
+        const auto page = pages.find(type);
+        if (page != pages.end())
+            text += QStringLiteral("; ") + utils::escapeControls(page->second);
         text += QLatin1Char('\n');
     }
     if (text.isEmpty())
         return;
     // What was sent to the standard output has it for itself.
     const bool isOutputTaken =
-        standardstreams::isStream(commandLine.exportFile) || standardstreams::isStream(commandLine.dataFile);
+        standardstreams::isOutput(commandLine.exportFile) || standardstreams::isOutput(commandLine.dataFile);
     const QString stream = isOutputTaken ? QStringLiteral("/dev/stderr") : QStringLiteral("/dev/stdout");
     try {
         standardstreams::write(stream, text.toLocal8Bit());

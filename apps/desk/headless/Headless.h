@@ -6,6 +6,7 @@
 #include "apps/desk/process/RunMonitor.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -58,6 +59,7 @@ private:
     std::unique_ptr<JournalRecorder> recorder;
     RunMonitor monitor;
     std::vector<int> performedTypes; // in the order of the runs, each once
+    std::map<int, QString> pages;    // that were written, by protocol type
 };
 
 } // namespace orvel::desk
