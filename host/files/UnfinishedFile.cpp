@@ -20,10 +20,11 @@ namespace {
 const QString kNotePrefix = QStringLiteral("unfinished-");
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
+/// Never destroyed: an application object that lives as long as the process sets it after that.
 QString& getNoteFolder()
 {
-    static QString folder;
-    return folder;
+    static auto* const folder = new QString;
+    return *folder;
 }
 
 /// A link to the file, which is made by one call: there is no note that is not whole. Empty if it cannot be
