@@ -299,8 +299,8 @@ private:
                                                      {QStringLiteral("--export"), result.exportFile},
                                                      {QStringLiteral("--data"), result.dataFile},
                                                      {QStringLiteral("--save"), result.saveFile}};
-        for (auto target = std::begin(files) + 2; target != std::end(files); ++target) {
-            for (auto other = std::begin(files); other != target; ++other) {
+        for (const auto* target = std::begin(files) + 2; target != std::end(files); ++target) {
+            for (const auto* other = std::begin(files); other != target; ++other) {
                 const bool isSaving = target->first == QLatin1String("--save");
                 const bool mayBeSame = isSaving && other->first == QLatin1String("--open");
                 if (!mayBeSame && areSameFile(target->second, other->second))
