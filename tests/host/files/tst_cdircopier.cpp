@@ -1,5 +1,5 @@
 #include "host/files/CDirCopier.h"
-#include "tests/host/files/FileSizeLimit.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TestFiles.h"
 
 #include <QDateTime>

@@ -1,7 +1,7 @@
 #include "host/files/QtFile.h"
 #include "host/files/WholeFile.h"
 #include "tests/host/files/FileFailure.h"
-#include "tests/host/files/FileSizeLimit.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TestFiles.h"
 
 #include <QDir>
