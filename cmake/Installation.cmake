@@ -22,7 +22,12 @@ install(DIRECTORY host DESTINATION ${headerFolder} COMPONENT Development
     PATTERN "files/RandomName.h" EXCLUDE
     PATTERN "files/UnfinishedFile.h" EXCLUDE
     PATTERN "files/UnreadFiles.h" EXCLUDE
-    PATTERN "process/JournalBrowser.h" EXCLUDE)
+    PATTERN "process" EXCLUDE)
+install(FILES
+    host/process/CProcessMonitor.h
+    host/process/IProcessMonitor.h
+    host/process/ProgressImplementation.h
+    DESTINATION ${headerFolder}/host/process COMPONENT Development)
 install(FILES Orvel/Toolkit.h DESTINATION ${headerFolder}/Orvel COMPONENT Development)
 install(FILES
     Orvel/store/COrvel.h

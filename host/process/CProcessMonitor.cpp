@@ -240,22 +240,22 @@ std::wstring CProcessMonitor::getItemLink(LONGID, const std::wstring& text)
 void CProcessMonitor::writeError(const QString& text, const QString& detail)
 {
     errorsShown = true;
-    writeLine(JournalWriter::Kind::Error, text, detail);
+    writeLine(LineKind::Error, text, detail);
 }
 
 void CProcessMonitor::writeWarning(const QString& text, const QString& detail)
 {
-    writeLine(JournalWriter::Kind::Warning, text, detail);
+    writeLine(LineKind::Warning, text, detail);
 }
 
 void CProcessMonitor::writeMessage(const QString& text, const QString& detail)
 {
-    writeLine(JournalWriter::Kind::Message, text, detail);
+    writeLine(LineKind::Message, text, detail);
 }
 
 void CProcessMonitor::write(const QString& text, const QString& detail)
 {
-    writeLine(JournalWriter::Kind::Service, text, detail);
+    writeLine(LineKind::Service, text, detail);
 }
 
 bool CProcessMonitor::getInterrupted() const
@@ -323,7 +323,7 @@ void CProcessMonitor::setProject(const CProject* runProject)
     project = runProject;
 }
 
-void CProcessMonitor::setLinkSource(LinkQuestions::LinkSource source)
+void CProcessMonitor::setLinkSource(LinkSource source)
 {
     linkSource = std::move(source);
 }
@@ -437,7 +437,7 @@ void CProcessMonitor::giveUpStart()
     showState();
 }
 
-void CProcessMonitor::writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail)
+void CProcessMonitor::writeLine(LineKind kind, const QString& text, const QString& detail)
 {
     if (silentMode)
         return;

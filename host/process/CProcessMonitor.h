@@ -1,9 +1,8 @@
 #pragma once
 
 #include "host/host_export.h"
+#include "host/model/IItemLinks.h"
 #include "host/process/IProcessMonitor.h"
-#include "host/process/JournalWriter.h"
-#include "host/process/LinkQuestions.h"
 #include "host/process/ProgressImplementation.h"
 
 #include <QDialog>
@@ -26,6 +25,7 @@ class QMessageBox;
 class QProgressBar;
 class QPushButton;
 class QTextBrowser;
+enum class LineKind;
 
 /// The progress window: shows one processing run with its journal, stage and percentage, lets the user
 /// pause and stop it, and leads to its protocol.
@@ -70,6 +70,8 @@ protected:
 public:
     /// A run; it gets its monitor in its own thread.
     using RunFunction = std::function<void(qor::IProcessMonitor&)>;
+    /// Gives the links of all items as they are now; null if it can't. Called in the GUI thread.
+    using LinkSource = std::function<qor::ItemLinksPtr()>;
 
     /// When the user is asked before a run is stopped.
     enum class StopQuestion {
@@ -152,7 +154,7 @@ protected:
     /// Tells from where a run may take the links of all items at once, so that it needs not wait for this
     /// window at each. They must be those of getItemLink(): a class that overrides it gives its own source,
     /// or an empty one.
-    void setLinkSource(LinkQuestions::LinkSource source);
+    void setLinkSource(LinkSource source);
     /// Stops a run that still works and waits for it. Nothing more is delivered and no virtual function is
     /// called, neither now nor later; runFinished() is not emitted for that run.
     void shutdown();
@@ -167,7 +169,7 @@ private:
     QPushButton* createButton(const QString& text);
     void prepareRun();
     void giveUpStart();
-    void writeLine(JournalWriter::Kind kind, const QString& text, const QString& detail);
+    void writeLine(LineKind kind, const QString& text, const QString& detail);
     void showDelivered(bool isBusy);
     void finishRun();
     void askToStop(bool thenClose);
@@ -186,7 +188,7 @@ private:
     QPushButton* closeButton = nullptr;
     QPointer<QMessageBox> questionBox;
 
-    LinkQuestions::LinkSource linkSource;
+    LinkSource linkSource;
     std::unique_ptr<RunSession> session; // of the latest run
     const CProject* project = nullptr;
     std::unique_ptr<ProjectRun> projectRun; // while a run works on the project

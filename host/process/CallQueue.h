@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/host_export.h"
 #include "host/process/MonitorCall.h"
 
 #include <condition_variable>
@@ -12,7 +11,7 @@
 /// The calls of a run on their way to the GUI thread, in the order in which they were made.
 ///
 /// The queue is bounded: a run that writes faster than its calls are taken waits in post().
-class HOST_EXPORT CallQueue
+class CallQueue
 {
 public:
     using Calls = std::vector<MonitorCall>; ///< The oldest first.

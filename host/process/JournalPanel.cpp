@@ -76,7 +76,7 @@ void JournalPanel::clear()
     showNote();
 }
 
-void JournalPanel::append(JournalWriter::Kind kind, const QString& text, const QString& detail)
+void JournalPanel::append(LineKind kind, const QString& text, const QString& detail)
 {
     writer->append(kind, text, detail);
 }

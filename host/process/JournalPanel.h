@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/host_export.h"
 #include "host/process/JournalWriter.h"
 
 #include <QElapsedTimer>
@@ -14,7 +13,7 @@ class QTimer;
 ///
 /// A journal that nobody sees lays out nothing, and one that is seen lays out the end. The lines before
 /// follow when somebody turns to the journal: with the mouse or the keyboard, or by requestAll().
-class HOST_EXPORT JournalPanel : public QWidget
+class JournalPanel : public QWidget
 {
     Q_OBJECT
 
@@ -29,7 +28,7 @@ public:
     /// Empties the journal.
     void clear();
     /// Appends a line, to be shown by one of the operations below.
-    void append(JournalWriter::Kind kind, const QString& text, const QString& detail);
+    void append(LineKind kind, const QString& text, const QString& detail);
     /// Shows what has come, as far as somebody sees it.
     /// @param isBusy  more comes already, so that most of it will never be seen: only now and then
     void showNews(bool isBusy);

@@ -17,16 +17,16 @@ struct KindMarkup
     QString mark; // tells the kind to those who see no colours
 };
 
-KindMarkup getMarkup(JournalWriter::Kind kind)
+KindMarkup getMarkup(LineKind kind)
 {
     switch (kind) {
-    case JournalWriter::Kind::Error:
+    case LineKind::Error:
         return {QLatin1String("error"), QStringLiteral("\u2716")};
-    case JournalWriter::Kind::Warning:
+    case LineKind::Warning:
         return {QLatin1String("warning"), QStringLiteral("\u26A0")};
-    case JournalWriter::Kind::Message:
+    case LineKind::Message:
         return {QLatin1String("message"), QStringLiteral("\u2022")};
-    case JournalWriter::Kind::Service:
+    case LineKind::Service:
         break;
     }
     return {QLatin1String("service"), QString()};
@@ -72,7 +72,7 @@ void JournalWriter::clear()
     emptyDocument();
 }
 
-void JournalWriter::append(Kind kind, const QString& text, const QString& detail)
+void JournalWriter::append(LineKind kind, const QString& text, const QString& detail)
 {
     lines.push_back({kind, getShortened(text), getShortened(detail)});
     if (lines.size() <= kLineLimit)
@@ -116,7 +116,7 @@ bool JournalWriter::isComplete() const
     return shownBegin == omittedCount && getShownEnd() == getEnd();
 }
 
-QString JournalWriter::getLineHtml(Kind kind, const QString& text, const QString& detail)
+QString JournalWriter::getLineHtml(LineKind kind, const QString& text, const QString& detail)
 {
     const KindMarkup markup = getMarkup(kind);
     QString html = QStringLiteral("<p class=\"") + markup.cssClass + QStringLiteral("\">");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/host_export.h"
+#include "host/process/LineKind.h"
 
 #include <QObject>
 #include <QString>
@@ -20,14 +20,11 @@ class QTextCursor;
 /// A line is `<p class="K"><span class="mark">M</span> text <span class="detail">detail</span></p>`, with
 /// `error`, `warning`, `message` or `service` for K; a service line has no mark, and without a detail there
 /// is no detail span. The document's default style sheet says how they look.
-class HOST_EXPORT JournalWriter : public QObject
+class JournalWriter : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The kinds of line.
-    enum class Kind { Error, Warning, Message, Service };
-
     /// What flush() brings into the document.
     enum class Extent {
         Newest, ///< at least the last lines, more than a journal shows at a time
@@ -48,7 +45,7 @@ public:
     /// Empties the journal and forgets all lines.
     void clear();
     /// Appends a line. @p text and @p detail are HTML; the detail, if any, is shown behind the text.
-    void append(Kind kind, const QString& text, const QString& detail);
+    void append(LineKind kind, const QString& text, const QString& detail);
     /// Brings lines into the document until all of @p extent are there or @p budget is spent. A journal
     /// scrolled to its end stays there; one that is scrolled up keeps showing the same lines.
     /// @return true when all of the extent are there
@@ -63,14 +60,14 @@ public:
     qint64 getOmittedCount() const { return omittedCount; }
 
     /// The mark-up of one line as it goes into the document.
-    static QString getLineHtml(Kind kind, const QString& text, const QString& detail);
+    static QString getLineHtml(LineKind kind, const QString& text, const QString& detail);
 
 private:
     using TimePoint = std::chrono::steady_clock::time_point;
 
     struct Line
     {
-        Kind kind;
+        LineKind kind;
         QString text;
         QString detail;
     };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/host_export.h"
 #include "host/model/IItemLinks.h"
 #include "host/process/IProcessMonitor.h"
 
@@ -17,10 +16,10 @@
 ///
 /// The GUI thread answers a question and gives, where it can, the links of all items as they are at that
 /// moment along with the answer. From then on the run makes its links by itself, until something has changed.
-class HOST_EXPORT LinkQuestions
+class LinkQuestions
 {
 public:
-    /// Gives the links of all items as they are now; null if it can't. Called in the GUI thread.
+    /// CProcessMonitor::LinkSource.
     using LinkSource = std::function<qor::ItemLinksPtr()>;
 
     /// @param wakeFunction  called, in the run's thread, when a question waits for answer()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/host_export.h"
 #include "host/process/IProcessMonitor.h"
+#include "host/process/LineKind.h"
 
 #include <cstddef>
 #include <optional>
@@ -41,9 +41,6 @@ struct SetSilent
     bool silent; ///< whether lines are not shown
 };
 
-/// The kinds of line.
-enum class LineKind { Error, Warning, Message, Service };
-
 /// One of the writers.
 struct WriteLine
 {
@@ -62,9 +59,9 @@ using MonitorCall =
 namespace monitorcalls {
 
 /// Makes the call on @p target.
-HOST_EXPORT void make(MonitorCall&& call, qor::IProcessMonitor& target);
+void make(MonitorCall&& call, qor::IProcessMonitor& target);
 
 /// The memory that the call takes while it waits.
-HOST_EXPORT std::size_t countBytes(const MonitorCall& call);
+std::size_t countBytes(const MonitorCall& call);
 
 } // namespace monitorcalls

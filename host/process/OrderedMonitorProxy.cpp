@@ -3,7 +3,6 @@
 #include <optional>
 #include <utility>
 
-using monitorcalls::LineKind;
 using monitorcalls::WriteLine;
 
 OrderedMonitorProxy::OrderedMonitorProxy(CallQueue& callQueue, LinkQuestions& linkQuestions,

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/host_export.h"
 #include "host/process/CallQueue.h"
 #include "host/process/IProcessMonitor.h"
 #include "host/process/LinkQuestions.h"
@@ -16,7 +15,7 @@
 /// whether it wrote errors from what is known here, getItemLink() as LinkQuestions tells.
 ///
 /// May be used from any thread of the run.
-class HOST_EXPORT OrderedMonitorProxy final : public qor::IProcessMonitor
+class OrderedMonitorProxy final : public qor::IProcessMonitor
 {
 public:
     /// What is handed in is not owned and outlives the run.

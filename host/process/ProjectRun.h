@@ -1,14 +1,12 @@
 #pragma once
 
-#include "host/host_export.h"
-
 #include <memory>
 
 class CProject;
 
 /// The run that works on a project. A second one, or whoever else uses what the run is filling, has to wait
 /// until it is over. To be used in the GUI thread.
-class HOST_EXPORT ProjectRun
+class ProjectRun
 {
 public:
     /// @return what stands for the run; null if another run works on the project

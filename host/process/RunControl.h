@@ -1,13 +1,11 @@
 #pragma once
 
-#include "host/host_export.h"
-
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
 
 /// Whether a run goes on: its pause, its stop and its end, known to both threads.
-class HOST_EXPORT RunControl
+class RunControl
 {
 public:
     /// From now on the run should stop, and a paused one goes on. Too late for a run that is over.

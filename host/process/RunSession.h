@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/host_export.h"
 #include "host/process/CallQueue.h"
 #include "host/process/LinkQuestions.h"
 #include "host/process/OrderedMonitorProxy.h"
@@ -17,7 +16,7 @@ class QTimer;
 
 /// One run, seen from the GUI thread: its thread, its calls on their way to the monitor that shows them, and
 /// its end. Calls are delivered in batches, so that other events have their turn however many come.
-class HOST_EXPORT RunSession : public QObject
+class RunSession : public QObject
 {
     Q_OBJECT
 

@@ -4,7 +4,6 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
-#include "host/process/JournalWriter.h"
 #include "tests/desk/DeskFixture.h"
 #include "tests/support/TestFiles.h"
 

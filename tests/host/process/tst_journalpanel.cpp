@@ -8,7 +8,7 @@
 
 namespace {
 
-using Kind = JournalWriter::Kind;
+using Kind = LineKind;
 
 constexpr int kMany = 5000;
 

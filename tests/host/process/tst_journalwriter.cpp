@@ -10,7 +10,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds kNoLimit{std::numeric_limits<int>::max()};
-using Kind = JournalWriter::Kind;
+using Kind = LineKind;
 
 void appendNumbers(JournalWriter& writer, int first, int last)
 {

@@ -1,10 +1,11 @@
 #include "host/app/Application.h"
 #include "host/model/CProject.h"
 #include "host/model/CProjectModel.h"
-#include "host/process/ProjectRun.h"
+#include "host/process/CProcessMonitor.h"
 #include "host/window/ProjectWindow.h"
 #include "host/window/ProjectWindowGUIExtension.h"
 
+#include <QSemaphore>
 #include <QtTest>
 
 namespace {
@@ -27,6 +28,13 @@ public:
 private:
     QString name;
     QStringList* asked;
+};
+
+/// Runs on a project.
+class Monitor : public CProcessMonitor
+{
+public:
+    explicit Monitor(const CProject* runProject) { setProject(runProject); }
 };
 
 /// Keeps its warnings.
@@ -118,9 +126,11 @@ void TestProjectWindow::urlWaitsForTheRun()
     ProjectWindow window(&model);
     for (const char* name : {"page", "harmless"})
         window.addUriNavigationHandler(std::make_unique<Handler>(QLatin1String(name), &asked));
-    std::unique_ptr<ProjectRun> run = ProjectRun::begin(&project);
-    QVERIFY(run);
-    QVERIFY(!ProjectRun::begin(&project));
+    QSemaphore end;
+    Monitor monitor(&project);
+    monitor.start([&end](qor::IProcessMonitor&) { end.acquire(); });
+    const auto releaseRun = qScopeGuard([&end] { end.release(); });
+    QVERIFY(monitor.isRunning());
     QVERIFY(window.navigate(QUrl(QStringLiteral("survey://harmless"))));
     QCOMPARE(asked, QStringList(QStringLiteral("harmless")));
     const WarningCollector application;
@@ -129,7 +139,8 @@ void TestProjectWindow::urlWaitsForTheRun()
              QStringList(QStringLiteral("Идёт обработка. Откройте ссылку ещё раз, когда она "
                                         "закончится.")));
     QCOMPARE(asked, (QStringList{QStringLiteral("harmless"), QStringLiteral("harmless")}));
-    run.reset();
+    end.release();
+    QVERIFY(monitor.waitForFinished());
     QVERIFY(window.navigate(QUrl(QStringLiteral("survey://page"))));
     QCOMPARE(asked.size(), 3);
 }
