@@ -8,6 +8,7 @@
 #include "host/app/SDIApplication.h"
 #include "host/delegates/ItemDelegateFactory.h"
 #include "host/enums/EnumData.h"
+#include "host/files/CTranslater.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
 #include "host/model/ItemTypes.h"
@@ -20,8 +21,10 @@
 #include <QRegularExpression>
 #include <QSemaphore>
 #include <QTextBrowser>
+#include <QThread>
 #include <QUrl>
 
+#include <atomic>
 #include <cstdio>
 
 namespace {
@@ -78,6 +81,12 @@ void registerPoints()
     registerEnumData(EnumData(kPointItemType, "LevellingPoint", "point", "points"));
 }
 
+void translateTexts()
+{
+    CTranslater::GetInstance().loadTranslation(
+        Application::locateData(QStringLiteral("translations/orvel_en.qm")));
+}
+
 QString readPage(COrvel& protocol)
 {
     QString html;
@@ -96,6 +105,8 @@ void tellPage(const QString& page)
     tell("title", QRegularExpression(QStringLiteral("<h1>(.*)</h1>")).match(page).captured(1));
     tell("line", hasLine(page));
     tell("grouped", page.contains(QLatin1String(">Points (1)<")));
+    tell("English captions", page.contains(QLatin1String(">Errors and warnings (")));
+    tell("English groups", page.contains(QLatin1String(">General (")));
     tell("mark-up of its own", page.contains(QLatin1String("<b>12")));
 }
 
@@ -109,6 +120,7 @@ void runProcessing(OrvelProcessMonitor& monitor, ProjectWindow& window, const Om
         if (hasStage)
             run.startProtocolStage(L"Residuals");
         run.writeError(L"Misclosure at " + run.getItemLink(kPoint, name) + L": 41 mm, limit 20 mm");
+        run.writeError(L"Levels of two makers");
         if (hasStage)
             run.finishProtocolStage();
         end.acquire();
@@ -125,6 +137,26 @@ void runProcessing(OrvelProcessMonitor& monitor, ProjectWindow& window, const Om
         readPage(*monitor.getOrvel());
     end.release();
     monitor.waitForFinished();
+}
+
+/// Whether a run does all its work, and makes the user wait, although its window is closed.
+bool isWorkedOn(ProjectWindow& window, const Omissions& omissions)
+{
+    const bool asks = !omissions.has("question");
+    std::atomic<bool> isWorkDone{false};
+    {
+        OrvelProcessMonitor monitor(&window);
+        monitor.start([&isWorkDone, asks](qor::IProcessMonitor& run) {
+            constexpr int kSteps = 100;
+            for (int step = 0; step < kSteps; ++step) {
+                if (asks && !run.isProcessRunning())
+                    return;
+                QThread::msleep(10);
+            }
+            isWorkDone = true;
+        });
+    }
+    return isWorkDone;
 }
 
 /// Whether another program that opens the project finds the line: one that has none of this one's files.
@@ -147,19 +179,23 @@ int main(int argc, char* argv[])
         qt = std::make_unique<QCoreApplication>(argc, argv);
     else
         qt = std::make_unique<QApplication>(argc, argv);
-    SDIApplication application(QStringLiteral("survey"));
+    std::unique_ptr<SDIApplication> application;
+    if (!omissions.has("application-object"))
+        application = std::make_unique<SDIApplication>(QStringLiteral("survey"));
     const Browser browser;
     std::unique_ptr<ItemDelegateFactory> factory;
     if (!omissions.has("factory"))
         factory = std::make_unique<ItemDelegateFactory>();
 
     PluginManager plugins;
-    if (!omissions.has("plugin"))
+    if (!omissions.has("plugin") && !omissions.has("plugin-check"))
         plugins.load(PluginManager::locate(QStringLiteral("Orvel")));
     if (!omissions.has("application"))
-        plugins.extendApplication(&application);
+        plugins.extendApplication(application.get());
     if (!factory)
         factory = std::make_unique<ItemDelegateFactory>(); // too late
+    if (!omissions.has("translation") && !omissions.has("translation-in-time"))
+        translateTexts();
     if (!omissions.has("type-texts"))
         registerEnumData(EnumData(enums::Adjust, "Adjust", "Adjustment", " "));
 
@@ -170,6 +206,8 @@ int main(int argc, char* argv[])
     if (!omissions.has("model"))
         plugins.extendModel(&model);
     model.initialize();
+    if (omissions.has("translation-in-time"))
+        translateTexts(); // too late
     if (omissions.has("item-types"))
         registerPoints(); // too late
     if (omissions.has("model"))
@@ -192,7 +230,7 @@ int main(int argc, char* argv[])
     if (!omissions.has("type"))
         monitor.setProtocolType(enums::Adjust);
     tell("protocol", monitor.getOrvel() != nullptr);
-    if (!monitor.getOrvel())
+    if (!monitor.getOrvel() && !omissions.has("plugin-check"))
         return 0;
     runProcessing(monitor, window, omissions);
 
@@ -206,6 +244,7 @@ int main(int argc, char* argv[])
     const int opened = browser.opened;
     Q_EMIT monitor.showOrvel(enums::Adjust);
     tell("button opens a page", browser.opened > opened);
+    tell("works on unseen", isWorkedOn(window, omissions));
     tell("saved", isSaved(*monitor.getOrvel(), model, omissions));
     return 0;
 }
