@@ -1,11 +1,13 @@
 #include "levelling/GkfReader.h"
 
 #include <QFile>
+#include <QThreadPool>
 
 #include <Eigen/Dense>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
 
 namespace levelling {
@@ -17,6 +19,7 @@ constexpr double kLargestNumber = 1e9;
 constexpr double kSmallestPositive = 1e-9;
 // Their matrix is full: each height more takes memory and time for all others.
 constexpr std::size_t kMostObservedHeights = 2000;
+constexpr std::size_t kSectionsBetweenQuestions = 4096;
 
 template<typename Text>
 std::optional<double> toNumber(const Text& text)
@@ -98,12 +101,12 @@ private:
 
 } // namespace
 
-GkfResult GkfReader::readFile(const QString& path)
+GkfResult GkfReader::readFile(const QString& path, const std::function<bool()>& isStopped)
 {
     QFile file(path);
     GkfResult result;
     if (file.open(QIODevice::ReadOnly))
-        result = read(file);
+        result = read(file, isStopped);
     if (file.error() != QFileDevice::NoError) {
         result = GkfResult();
         result.fatal = Problem{ProblemKind::FileNotReadable, Severity::Fatal, 0, {file.errorString()}};
@@ -111,15 +114,15 @@ GkfResult GkfReader::readFile(const QString& path)
     return result;
 }
 
-GkfResult GkfReader::read(QIODevice& device)
+GkfResult GkfReader::read(QIODevice& device, const std::function<bool()>& isStopped)
 {
-    GkfReader reader(device);
+    GkfReader reader(device, isStopped);
     reader.readDocument();
     return std::move(reader.result);
 }
 
-GkfReader::GkfReader(QIODevice& device)
-    : input(device, {kLargestFile, kLongestPiece, kLongestNumbers})
+GkfReader::GkfReader(QIODevice& device, const std::function<bool()>& isStopped)
+    : input(device, {kLargestFile, kLongestPiece, kLongestNumbers}, isStopped)
     , xml(&input)
 {
     // What stands for more than it is would be no measure of the memory that it needs.
@@ -145,6 +148,10 @@ void GkfReader::readDocument()
     // What follows the root element must be well-formed as well.
     while (!xml.atEnd())
         readNext();
+    if (input.isStopped()) {
+        dropAll();
+        return;
+    }
 
     if (input.isExceeded())
         stop(ProblemKind::FileTooLarge, kLargestFile >> 20);
@@ -227,6 +234,22 @@ void GkfReader::stop(ProblemKind kind, const QStringList& arguments)
         return;
     limitProblem = Problem{kind, Severity::Fatal, xml.lineNumber(), arguments};
     xml.raiseError();
+}
+
+void GkfReader::dropAll()
+{
+    struct Dropped
+    {
+        GkfResult result;
+        QHash<QString, int> indexOfPoint;
+        QSet<QString> pointsWithRole;
+    };
+    // Many names take a while to free, and whoever stops shall not wait for it.
+    const auto dropped = std::make_shared<Dropped>(
+        Dropped{std::move(result), std::move(indexOfPoint), std::move(pointsWithRole)});
+    QThreadPool::globalInstance()->start([dropped] { *dropped = Dropped(); });
+    result = GkfResult();
+    result.isStopped = true;
 }
 
 void GkfReader::checkEntries(std::size_t pending)
@@ -352,8 +375,12 @@ void GkfReader::readHeightDifferences()
             skipUnknownElement(QStringLiteral("height-differences"));
         }
     }
-    for (const PendingSection& section : sections)
+    std::size_t added = 0;
+    for (const PendingSection& section : sections) {
+        if (added++ % kSectionsBetweenQuestions == 0 && input.checkStop())
+            return;
         addSection(section);
+    }
 }
 
 GkfReader::PendingSection GkfReader::readSection()

@@ -19,6 +19,8 @@ namespace levelling {
 /// What a file gave.
 struct GkfResult
 {
+    /// The reading was ended on request; there is nothing else then.
+    bool isStopped = false;
     /// Set if the file could not be read to its end; the network and the problems are empty then.
     std::optional<Problem> fatal;
     Network network;
@@ -51,10 +53,10 @@ public:
     static constexpr int kLongestDescription = 100000; ///< characters
     static constexpr qint64 kMaxCovariances = 2000000; ///< numbers of one matrix
 
-    /// Reads the file of that path.
-    static GkfResult readFile(const QString& path);
+    /// Reads the file of that path. isStopped is asked every few kilobytes and every few thousand sections.
+    static GkfResult readFile(const QString& path, const std::function<bool()>& isStopped = {});
     /// Reads from a device that is open for reading.
-    static GkfResult read(QIODevice& device);
+    static GkfResult read(QIODevice& device, const std::function<bool()>& isStopped = {});
 
 private:
     struct PendingSection
@@ -89,7 +91,7 @@ private:
         bool isComplete = false;
     };
 
-    explicit GkfReader(QIODevice& device);
+    GkfReader(QIODevice& device, const std::function<bool()>& isStopped);
 
     void readDocument();
     /// Goes on to the next token and ends the reading at one that is over a limit. All reading is done by it.
@@ -102,6 +104,8 @@ private:
     /// Ends the reading because of a limit.
     void stop(ProblemKind kind, const QStringList& arguments);
     void stop(ProblemKind kind, qint64 limit) { stop(kind, {QString::number(limit)}); }
+    /// Gives up what was read, as the caller asked.
+    void dropAll();
     /// Stops if the points, the sections and what is pending of them are too many.
     void checkEntries(std::size_t pending);
     void readNetwork();

@@ -1,6 +1,7 @@
 #include "levelling/LimitedDevice.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace levelling {
 
@@ -27,9 +28,10 @@ bool isOfNumbers(char byte)
 
 } // namespace
 
-LimitedDevice::LimitedDevice(QIODevice& device, const Limits& givenLimits)
+LimitedDevice::LimitedDevice(QIODevice& device, const Limits& givenLimits, std::function<bool()> stopQuestion)
     : source(device)
     , limits(givenLimits)
+    , isStopRequested(std::move(stopQuestion))
     , rest(givenLimits.size)
     , pieceRest(givenLimits.piece)
     , numbersRest(givenLimits.numbers)
@@ -45,8 +47,18 @@ void LimitedDevice::beginPiece()
     numbersRest = limits.numbers;
 }
 
+bool LimitedDevice::checkStop()
+{
+    stopped = stopped || (isStopRequested && isStopRequested());
+    return stopped;
+}
+
 qint64 LimitedDevice::readData(char* data, qint64 size)
 {
+    if (checkStop()) {
+        hasEnded = true;
+        return -1;
+    }
     // One byte more than allowed tells a file that ends there from one that goes on.
     const qint64 count = source.read(data, std::min(size, rest + 1));
     if (count > 0) {

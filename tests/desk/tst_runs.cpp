@@ -39,6 +39,7 @@ private Q_SLOTS:
     void l1WithoutDatum();
     void l1SaysWhenNotUnique();
     void stoppedRunsEndAtOnce();
+    void importStopsWhileItReads();
     void exportQuotesNames();
     void exportToMissingFolder();
     void everyProblemHasItsSentence_data();
@@ -337,6 +338,33 @@ void TestRuns::stoppedRunsEndAtOnce()
     runL1Analysis(monitor, snapshot);
     QVERIFY(monitor.lines.filter(QStringLiteral("H = ")).isEmpty());
     QVERIFY(monitor.lines.filter(QStringLiteral("Полигон")).isEmpty());
+}
+
+void TestRuns::importStopsWhileItReads()
+{
+    struct StoppingMonitor : LineCollector
+    {
+        bool isProcessRunning() const override { return ++questions < stopAt; }
+
+        int stopAt = 0;
+        mutable int questions = 0;
+    };
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("long.gkf"));
+    writeFile(path, "<gama-local><!--" + QByteArray(100000, 'x') + "--></gama-local>");
+    for (int stopAt = 1; stopAt <= 10; ++stopAt) {
+        StoppingMonitor stopping;
+        stopping.stopAt = stopAt;
+        bool isTaken = false;
+        const QString failure = runImport(stopping, path, [&isTaken](const levelling::Network& /*network*/) {
+            isTaken = true;
+            return nullptr;
+        });
+        QCOMPARE(failure, QString());
+        QCOMPARE(stopping.questions, stopAt);
+        QCOMPARE(stopping.lines, QStringList());
+        QVERIFY(!isTaken);
+    }
 }
 
 void TestRuns::exportQuotesNames()

@@ -164,6 +164,8 @@ private Q_SLOTS:
     void observedHeightsAmongOtherCoordinates();
     void readsTheConfidence();
     void everyPointIsRead();
+    void stopsWhenAsked_data();
+    void stopsWhenAsked();
 };
 
 void TestGkfReader::readsPoints()
@@ -785,6 +787,60 @@ void TestGkfReader::everyPointIsRead()
     QCOMPARE(result.network.points.size(), std::size_t(20002));
     QCOMPARE(result.network.points[12345].id, QStringLiteral("12345"));
     QCOMPARE(result.network.points[12345].line, 12349);
+}
+
+void TestGkfReader::stopsWhenAsked_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("questionsAtSections");
+    QByteArray manyPoints;
+    QByteArray manySections;
+    QByteArray matrix;
+    for (int i = 0; i < 5000; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        manyPoints += "<point id='" + number + "' adj='z'/>\n";
+        manySections += "<dh from='A' to='" + number + "' val='1' dist='1'/>\n";
+        matrix += "1 0 ";
+    }
+    const QByteArray begin = "<height-differences>";
+    const QByteArray end = "</height-differences>";
+    // The content holds another section.
+    QTest::newRow("points") << manyPoints << 1;
+    QTest::newRow("sections") << begin + manySections + end << 1 + 2;
+    QTest::newRow("covariances") << begin + "<dh from='A' to='B' val='1'/><cov-mat dim='1' band='0'>" +
+                                        matrix + "</cov-mat>" + end
+                                 << 1 + 1;
+    QTest::newRow("unknown elements") << "<unknown>" + manyPoints + "</unknown>" << 1;
+    QTest::newRow("comment") << "<!--" + QByteArray(100000, 'x') + "-->" << 1;
+}
+
+// Whenever it is told to stop, it asks no more, reads no more than the portion in hand, and gives nothing.
+void TestGkfReader::stopsWhenAsked()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(int, questionsAtSections);
+    constexpr qint64 portion = 8192;
+    QByteArray file = points(content);
+    QBuffer buffer(&file);
+    const auto read = [&buffer](int stopAt, int& questions) {
+        questions = 0;
+        buffer.close();
+        buffer.open(QIODevice::ReadOnly);
+        return GkfReader::read(buffer, [stopAt, &questions] { return ++questions == stopAt; });
+    };
+    int all = 0;
+    QVERIFY(!read(0, all).isStopped);
+    QVERIFY2(all > file.size() / portion + questionsAtSections, qPrintable(QString::number(all)));
+    for (int stopAt = 1; stopAt <= all; ++stopAt) {
+        int questions = 0;
+        const GkfResult result = read(stopAt, questions);
+        QVERIFY(result.isStopped);
+        QCOMPARE(questions, stopAt);
+        QVERIFY2(buffer.pos() <= stopAt * portion, qPrintable(QString::number(buffer.pos())));
+        QVERIFY(!result.fatal);
+        QVERIFY(result.network.points.empty() && result.network.sections.empty());
+        QVERIFY(result.problems.empty());
+    }
 }
 
 QTEST_APPLESS_MAIN(TestGkfReader)

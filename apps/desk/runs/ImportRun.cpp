@@ -85,13 +85,14 @@ private:
     QHash<QString, int> indexOfPoint;
 };
 
-levelling::GkfResult readNetwork(const QString& filePath)
+levelling::GkfResult readNetwork(const QString& filePath, const qor::IProcessMonitor& monitor)
 {
+    const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
     if (!standardstreams::isStream(filePath))
-        return levelling::GkfReader::readFile(filePath);
+        return levelling::GkfReader::readFile(filePath, isStopped);
     QFile input;
     input.open(STDIN_FILENO, QIODevice::ReadOnly);
-    return levelling::GkfReader::read(input);
+    return levelling::GkfReader::read(input, isStopped);
 }
 
 void describeNetwork(RunLines& lines, const levelling::Network& network)
@@ -119,7 +120,9 @@ void describeNetwork(RunLines& lines, const levelling::Network& network)
 QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork)
 {
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
-    const levelling::GkfResult file = readNetwork(filePath);
+    const levelling::GkfResult file = readNetwork(filePath, monitor);
+    if (file.isStopped)
+        return QString();
     monitor.finishCurrentStage();
     const QString fileName = standardstreams::describeInput(filePath);
     const QString fileLine = Desk::tr("Файл: %1").arg(RunLines::escape(fileName));
