@@ -1,6 +1,6 @@
 # Three Debian packages, made by `cpack -G DEB` in the build tree of the preset "package".
 
-set(ORVEL_MAINTAINER "Orvel maintainers <maintainers@orvel.org>" CACHE STRING "Who answers for the packages")
+set(ORVEL_MAINTAINER "Orvel developers <orvel@example.org>" CACHE STRING "Who answers for the packages")
 
 set(CPACK_PACKAGE_NAME orvel)
 set(CPACK_PACKAGE_CONTACT ${ORVEL_MAINTAINER})

@@ -252,7 +252,7 @@ private:
             std::min_element(suspects.begin(), suspects.end(), [](const Suspect& a, const Suspect& b) {
                 return std::abs(a.normalised) < std::abs(b.normalised);
             });
-        if (fits(*best)) {
+        if (best != suspects.end() && fits(*best)) {
             leftOut[best->section] = false;
             hasComeBack[best->section] = true;
             found.erase(std::find(found.begin(), found.end(), best->section));
