@@ -1412,6 +1412,10 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>%1 и %2 называют один и тот же файл</source>
         <translation>%1 and %2 name the same file</translation>
     </message>
+    <message>
+        <source>не удалось записать страницу «%1», там осталась прежняя</source>
+        <translation>the page &quot;%1&quot; could not be written, an earlier one is still there</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

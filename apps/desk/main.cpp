@@ -22,6 +22,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QSet>
 #include <QTextStream>
 #include <QUrl>
 
@@ -80,6 +81,36 @@ private:
     QString error;
 };
 
+/// Tells what went wrong with what the application has warned of meanwhile, which is the reason; each once.
+class Complaints
+{
+public:
+    explicit Complaints(orvel::apps::WarningApplication& warningApplication) : application(warningApplication)
+    {}
+
+    void tell(const QString& text)
+    {
+        const QString reason = application.takeWarning();
+        const QString whole =
+            reason.isEmpty() || text.contains(reason) ? text : text + QLatin1Char(' ') + reason;
+        if (told.contains(whole))
+            return;
+        told.insert(whole);
+        complain(whole);
+    }
+
+    /// The exit code after the last warning, for which there was no text.
+    int finish(int exitCode)
+    {
+        const QString warning = application.takeWarning();
+        return warning.isEmpty() ? exitCode : fail(warning);
+    }
+
+private:
+    orvel::apps::WarningApplication& application;
+    QSet<QString> told;
+};
+
 int runHeadless(const CommandLine& commandLine)
 {
     orvel::apps::WarningApplication application(QStringLiteral("orvel"));
@@ -91,9 +122,9 @@ int runHeadless(const CommandLine& commandLine)
     host.getPlugins().extendProjectGUI(&window);
     // A reader who goes away early must not cost what is still to be written.
     std::signal(SIGPIPE, SIG_IGN);
-    const int exitCode = Headless(document, window, complain).execute(commandLine);
-    const QString warning = application.takeWarning();
-    return warning.isEmpty() ? exitCode : fail(warning);
+    Complaints complaints(application);
+    Headless headless(document, window, [&complaints](const QString& text) { complaints.tell(text); });
+    return complaints.finish(headless.execute(commandLine));
 }
 
 int runWindow(const CommandLine& commandLine)

@@ -13,6 +13,7 @@
 #include "host/files/WholeFile.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QTextStream>
 
@@ -232,8 +233,13 @@ void JournalPlayer::setReportTypes(const JournalLine& line)
 void JournalPlayer::makePage(const JournalLine& line)
 {
     const QString path = getPath(line, "to");
-    if (!getProtocol().CreateProtocolFile(typeOf(line), path))
-        throw JournalError(QStringLiteral("the page can't be written to \"%1\"").arg(path));
+    if (!getProtocol().CreateProtocolFile(typeOf(line), path)) {
+        const QString failure =
+            QFileInfo(path).isFile()
+                ? QStringLiteral("the page can't be written to \"%1\", an earlier one is still there")
+                : QStringLiteral("the page can't be written to \"%1\"");
+        throw JournalError(failure.arg(path));
+    }
     if (const QString warning = getHost().takeWarning(); !warning.isEmpty()) {
         QFile::remove(path);
         throw JournalError(warning);

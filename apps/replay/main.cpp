@@ -51,17 +51,17 @@ int playJournal(const QString& path, const JournalFolder& folder)
     JournalPlayer player(folder);
     int lineNumber = 0;
     try {
-        while (!journal.atEnd() && journal.error() == QFileDevice::NoError &&
-               !orvel::apps::TerminationSignals::hasCome()) {
+        while (!orvel::apps::TerminationSignals::hasCome()) {
+            const QByteArray text = journal.readLine();
+            // A failed read looks like the end of the file, and the next one may work.
+            if (journal.error() != QFileDevice::NoError)
+                return fail(QStringLiteral("%1: %2").arg(path, journal.errorString()));
+            if (text.isEmpty())
+                break;
             ++lineNumber;
-            const QByteArray text = journal.readLine().trimmed();
-            if (!text.isEmpty() && journal.error() == QFileDevice::NoError)
-                player.play(JournalLine(text));
+            if (!text.trimmed().isEmpty())
+                player.play(JournalLine(text.trimmed()));
         }
-        // A file of which nothing can be read seems to be at its end.
-        journal.peek(1);
-        if (journal.error() != QFileDevice::NoError)
-            return fail(QStringLiteral("%1: %2").arg(path, journal.errorString()));
     } catch (const JournalError& error) {
         return fail(QStringLiteral("%1:%2: %3").arg(path).arg(lineNumber).arg(error.getReason()));
     }

@@ -92,10 +92,16 @@ bool TempFolder::make(const QString& candidate)
     if (mkdir(QFile::encodeName(candidate).constData(), S_IRWXU) != 0)
         return false;
     lock = openFolder(candidate);
+    if (lock < 0) {
+        const int reason = errno;
+        rmdir(QFile::encodeName(candidate).constData());
+        errno = reason;
+        return false;
+    }
     // Another instance may have come between and taken the folder for one that was left. Where the file
     // system knows no locks, none is ever removed.
     struct stat status = {};
-    const bool isTaken = lock < 0 || (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) ||
+    const bool isTaken = (flock(lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) ||
                          fstat(lock, &status) != 0 || status.st_nlink == 0;
     if (isTaken) {
         unlock();

@@ -1,5 +1,6 @@
 #include "tests/reliability/FailingCalls.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <initializer_list>
 #include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,6 +25,8 @@ std::atomic<int> callCount{0};
 std::atomic<int> failingNumber{0};
 std::atomic<int> failureError{0};
 std::atomic<const char*> failedCall{nullptr};
+std::atomic<bool> isFailureLasting{false};
+std::array<const char*, 100000> countedCalls{};
 
 /// The folder itself counts as well: a file without a name is opened so.
 bool isBelow(const char* path)
@@ -40,6 +44,15 @@ bool isBelow(int file)
     return size > 0 && isBelow(path.data());
 }
 
+/// Whether the call whose number it is fails, as the first one or, where that lasts, as one of those after
+/// it.
+bool isNumberMeant(const char* call, int number)
+{
+    if (!isFailureLasting)
+        return number == failingNumber;
+    return failingNumber > 0 && number >= failingNumber && failingcalls::canEndWith(call, failureError);
+}
+
 /// Counts the call; true if it is to fail, with errno set.
 template<typename File>
 bool isToFail(const char* call, File file)
@@ -47,11 +60,18 @@ bool isToFail(const char* call, File file)
     if (!isArmed)
         return false;
     const int oldError = errno;
-    const bool isMeant = isBelow(file) && ++callCount == failingNumber;
+    bool isMeant = false;
+    if (isBelow(file)) {
+        const int number = ++callCount;
+        if (number <= static_cast<int>(countedCalls.size()))
+            countedCalls[static_cast<std::size_t>(number - 1)] = call;
+        isMeant = isNumberMeant(call, number);
+    }
     errno = oldError;
     if (!isMeant)
         return false;
-    failedCall = call;
+    if (!failedCall)
+        failedCall = call;
     errno = failureError;
     return true;
 }
@@ -62,15 +82,39 @@ Function findNext(const char* name)
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
-bool opensForWriting(int flags)
+bool isCreating(int flags)
 {
-    return (flags & O_ACCMODE) != O_RDONLY || (flags & O_CREAT) != 0;
+    return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+}
+
+const char* nameOpening(int flags)
+{
+    if (isCreating(flags))
+        return "create";
+    return (flags & O_ACCMODE) == O_RDONLY ? "open" : "open for writing";
 }
 
 } // namespace
 
-FailingCalls::FailingCalls(const QByteArray& folder, int number, int error, Meant meant)
+bool failingcalls::canEndWith(const char* call, int error)
 {
+    const auto isOneOf = [call](std::initializer_list<const char*> names) {
+        return std::any_of(names.begin(), names.end(),
+                           [call](const char* name) { return std::strcmp(call, name) == 0; });
+    };
+    switch (error) {
+    case EMFILE:
+        return isOneOf({"open", "open for writing", "create"});
+    case ENOSPC:
+        return isOneOf({"create", "write", "fsync", "rename", "linkat", "link", "symlink", "mkdir"});
+    default:
+        return true;
+    }
+}
+
+FailingCalls::FailingCalls(const QByteArray& folder, int number, int error, Meant meant, Duration duration)
+{
+    isFailureLasting = duration == Duration::Lasting;
     isReadingMeant = meant == Meant::ReadingToo;
     std::snprintf(watchedFolder.data(), watchedFolder.size(), "%s", folder.constData());
     callCount = 0;
@@ -100,6 +144,13 @@ QByteArray FailingCalls::getFailedCall() const
     return QByteArray(failedCall);
 }
 
+std::vector<const char*> FailingCalls::getCalls() const
+{
+    const auto count = std::min(static_cast<std::size_t>(callCount), countedCalls.size());
+    return std::vector<const char*>(countedCalls.begin(),
+                                    countedCalls.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
 // The calls themselves. Each passes on to the system's what is not to fail.
 
 extern "C" {
@@ -109,9 +160,10 @@ __attribute__((visibility("default"))) int open64(const char* path, int flags, .
 {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+    const mode_t mode = isCreating(flags) ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    if ((isReadingMeant || opensForWriting(flags)) && isToFail("open", path))
+    const char* name = nameOpening(flags);
+    if ((isReadingMeant || std::strcmp(name, "open") != 0) && isToFail(name, path))
         return -1;
     static const auto next = findNext<int (*)(const char*, int, ...)>("open64");
     return next(path, flags, mode);
@@ -121,7 +173,7 @@ __attribute__((visibility("default"))) int open(const char* path, int flags, ...
 {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+    const mode_t mode = isCreating(flags) ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     return open64(path, flags, mode);
 }
@@ -178,6 +230,22 @@ __attribute__((visibility("default"))) int linkat(int fromFolder, const char* fr
         return -1;
     static const auto next = findNext<int (*)(int, const char*, int, const char*, int)>("linkat");
     return next(fromFolder, from, toFolder, to, flags);
+}
+
+__attribute__((visibility("default"))) int link(const char* from, const char* to) noexcept
+{
+    if (isToFail("link", to))
+        return -1;
+    static const auto next = findNext<int (*)(const char*, const char*)>("link");
+    return next(from, to);
+}
+
+__attribute__((visibility("default"))) int symlink(const char* target, const char* path) noexcept
+{
+    if (isToFail("symlink", path))
+        return -1;
+    static const auto next = findNext<int (*)(const char*, const char*)>("symlink");
+    return next(target, path);
 }
 
 __attribute__((visibility("default"))) int mkdir(const char* path, mode_t mode) noexcept

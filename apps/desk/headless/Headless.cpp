@@ -51,8 +51,16 @@ Headless::Headless(Document& openDocument, ProjectWindow& projectWindow, Complai
 
 int Headless::execute(const CommandLine& commandLine)
 {
-    if (!load(commandLine))
-        return exitCode;
+    if (load(commandLine))
+        performAll(commandLine);
+    // Its last lines may fail, too.
+    monitor.setRecorder(nullptr);
+    recorder.reset();
+    return exitCode;
+}
+
+void Headless::performAll(const CommandLine& commandLine)
+{
     if (commandLine.levellingClass)
         document.setLevellingClass(*commandLine.levellingClass);
     if (!commandLine.recordFile.isEmpty())
@@ -74,7 +82,7 @@ int Headless::execute(const CommandLine& commandLine)
 
     // What an interrupted run has done is no result to be kept.
     if (apps::TerminationSignals::hasCome())
-        return exitCode;
+        return;
     if (!commandLine.pagesFolder.isEmpty())
         writePages(commandLine.pagesFolder);
     if (!commandLine.dataFile.isEmpty())
@@ -84,7 +92,6 @@ int Headless::execute(const CommandLine& commandLine)
         save(commandLine.saveFile);
     report(commandLine);
     judge(commandLine.failLevel);
-    return exitCode;
 }
 
 bool Headless::load(const CommandLine& commandLine)
@@ -136,18 +143,33 @@ void Headless::writePages(const QString& folder)
         fail(Refused, Desk::tr("не удалось создать папку «%1»: %2").arg(folder, qt_error_string()));
         return;
     }
-    for (const int type : performedTypes) {
-        const QString path = makePagePath(folder, type);
-        const bool isWritten = checkProtocol() && document.getProtocol().CreateProtocolFile(type, path);
-        // A page whose lines have had to be restored was made without them.
-        const bool isComplete = isWritten && document.checkProtocol().message.isEmpty();
-        if (isWritten && !isComplete)
-            QFile::remove(path);
-        if (isComplete)
-            pages[type] = path;
-        else
-            fail(Refused, Desk::tr("не удалось записать страницу «%1»").arg(path));
+    for (const int type : performedTypes)
+        writePage(type, makePagePath(folder, type));
+}
+
+void Headless::writePage(int type, const QString& path)
+{
+    const ProtocolKeeper::Outcome before = document.checkProtocol();
+    ProtocolKeeper::Outcome after;
+    bool isWritten = false;
+    if (before.isWhole) {
+        if (!before.message.isEmpty())
+            fail(Refused, before.message);
+        isWritten = document.getProtocol().CreateProtocolFile(type, path);
+        after = document.checkProtocol();
     }
+    // A page whose lines have had to be restored was made without them.
+    const QString& reason = before.isWhole ? after.message : before.message;
+    if (isWritten && !reason.isEmpty())
+        QFile::remove(path);
+    if (isWritten && reason.isEmpty()) {
+        pages[type] = path;
+        return;
+    }
+    const QString failure = QFileInfo(path).isFile()
+                                ? Desk::tr("не удалось записать страницу «%1», там осталась прежняя")
+                                : Desk::tr("не удалось записать страницу «%1»");
+    fail(Refused, reason.isEmpty() ? failure.arg(path) : failure.arg(path) + QStringLiteral(": ") + reason);
 }
 
 void Headless::copyData(const QString& filePath)

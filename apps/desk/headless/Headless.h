@@ -40,10 +40,12 @@ public:
     int execute(const CommandLine& commandLine);
 
 private:
+    void performAll(const CommandLine& commandLine);
     bool load(const CommandLine& commandLine);
     void startRecording(const QString& path);
     bool perform(const DeskRun& run);
     void writePages(const QString& folder);
+    void writePage(int type, const QString& path);
     void copyData(const QString& filePath);
     bool checkProtocol(std::optional<int> finishedRun = std::nullopt);
     void save(const QString& filePath);
