@@ -164,6 +164,7 @@ int run(const CommandLine& commandLine)
         return print(CommandLine::getHelp());
     if (commandLine.wantsVersion)
         return print(QStringLiteral("orvel-desk %1\n").arg(orvel::apps::getVersion()));
+    UriServer::removeLeftOvers();
     const auto answer = commandLine.isHeadless ? uriclient::Answer::Nobody : handOver(commandLine.argument);
     if (answer == uriclient::Answer::Taken)
         return Headless::Done;

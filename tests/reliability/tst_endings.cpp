@@ -30,6 +30,8 @@ private Q_SLOTS:
     void signalEndsTheReplayInOrder();
     void ignoredSignalStaysIgnored();
     void nextStartRemovesWhatAKillLeft();
+    void nextStartRemovesWhatAKilledWindowLeft();
+    void stoppedWindowKeepsWhatItUses();
     void lockOfAKilledProgramIsNobodys();
 
 private:
@@ -102,6 +104,11 @@ QStringList makeHeadlessArguments(const char* network)
             QStringLiteral("d.xml"),      QStringLiteral("--save"),   QStringLiteral("p.orvel")};
 }
 
+QStringList makeWindowArguments(const Place& place)
+{
+    return {QStringLiteral("-platform"), QStringLiteral("offscreen"), place.path("large.gkf")};
+}
+
 void addSignals()
 {
     QTest::addColumn<int>("number");
@@ -167,9 +174,7 @@ void TestEndings::signalEndsAWindowInOrder()
     QRandomGenerator random(static_cast<quint32>(number));
     for (int i = 0; i < signalCount; ++i) {
         QProcess desk;
-        place.start(desk, QStringLiteral(DESK_PROGRAM),
-                    {QStringLiteral("-platform"), QStringLiteral("offscreen"), place.path("large.gkf")},
-                    place.path("run"));
+        place.start(desk, QStringLiteral(DESK_PROGRAM), makeWindowArguments(place), place.path("run"));
         QVERIFY(waitForTempFolder(place));
         sleepAtMost(random, 500);
         ::kill(static_cast<pid_t>(desk.processId()), number);
@@ -177,6 +182,7 @@ void TestEndings::signalEndsAWindowInOrder()
         QCOMPARE(desk.exitStatus(), QProcess::NormalExit);
         QCOMPARE(desk.exitCode(), 128 + number);
         QCOMPARE(place.list("tmp"), QStringList());
+        QCOMPARE(place.list("run"), QStringList());
     }
 }
 
@@ -241,6 +247,58 @@ void TestEndings::nextStartRemovesWhatAKillLeft()
         QCOMPARE(place.findUnfinished(), QStringList());
     }
     qInfo("%d kills left %d folders and %d unfinished files, all removed", kills, leftFolders, leftFiles);
+}
+
+void TestEndings::nextStartRemovesWhatAKilledWindowLeft()
+{
+    const Place place;
+    QRandomGenerator random(20240602);
+    int leftFolders = 0;
+    int leftSockets = 0;
+    for (int i = 0; i < kills; ++i) {
+        QProcess window;
+        place.start(window, QStringLiteral(DESK_PROGRAM), makeWindowArguments(place), place.path("run"));
+        sleepAtMost(random, 1500);
+        window.kill();
+        QVERIFY(window.waitForFinished(kPatience));
+        leftFolders += place.list("tmp").size();
+        leftSockets += place.list("run").size();
+
+        QProcess next;
+        place.start(next, QStringLiteral(DESK_PROGRAM), makeHeadlessArguments("../small.gkf"),
+                    place.path("run"));
+        QVERIFY(next.waitForFinished(kPatience));
+        QCOMPARE(QString::fromUtf8(next.readAllStandardError()), QString());
+        QCOMPARE(next.exitCode(), 0);
+        QCOMPARE(place.list("tmp"), QStringList());
+        QCOMPARE(place.list("run"), QStringList());
+    }
+    qInfo("%d killed windows left %d folders and %d sockets, all removed", kills, leftFolders, leftSockets);
+}
+
+void TestEndings::stoppedWindowKeepsWhatItUses()
+{
+    const Place place;
+    QProcess window;
+    place.start(window, QStringLiteral(DESK_PROGRAM), makeWindowArguments(place), place.path("run"));
+    QVERIFY(QTest::qWaitFor([&place] { return !place.list("run").isEmpty(); }, kPatience));
+    ::kill(static_cast<pid_t>(window.processId()), SIGSTOP);
+    const QStringList folders = place.list("tmp");
+    const QStringList sockets = place.list("run");
+
+    QProcess next;
+    place.start(next, QStringLiteral(DESK_PROGRAM), makeHeadlessArguments("../small.gkf"), place.path("run"));
+    QVERIFY(next.waitForFinished(kPatience));
+    QCOMPARE(next.exitCode(), 0);
+    QCOMPARE(place.list("tmp"), folders);
+    QCOMPARE(place.list("run"), sockets);
+
+    ::kill(static_cast<pid_t>(window.processId()), SIGTERM);
+    ::kill(static_cast<pid_t>(window.processId()), SIGCONT);
+    QVERIFY(window.waitForFinished(kPatience));
+    QCOMPARE(window.exitCode(), 128 + SIGTERM);
+    QCOMPARE(place.list("tmp"), QStringList());
+    QCOMPARE(place.list("run"), QStringList());
 }
 
 void TestEndings::lockOfAKilledProgramIsNobodys()

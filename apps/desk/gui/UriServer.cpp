@@ -3,11 +3,19 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
 #include <QLocalSocket>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 #include <utility>
 
@@ -37,6 +45,48 @@ QString getNamePattern()
     return QStringLiteral("orvel-desk-%1.socket");
 }
 
+QStringList findSockets(const QString& folder)
+{
+    QStringList paths;
+    for (const QFileInfo& file :
+         QDir(folder).entryInfoList({getNamePattern().arg(QLatin1Char('*'))}, QDir::System | QDir::Files))
+        paths.append(file.filePath());
+    return paths;
+}
+
+/// What the system calls the program of that process; empty if there is no such process.
+QByteArray getProgramName(const QString& process)
+{
+    QFile file(QStringLiteral("/proc/%1/comm").arg(process));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool isConnectionRefused(const QString& path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const QByteArray encoded = QFile::encodeName(path);
+    if (encoded.size() >= static_cast<int>(sizeof(address.sun_path)))
+        return false;
+    std::copy(encoded.begin(), encoded.end(), std::begin(address.sun_path));
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    const bool isRefused =
+        connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 &&
+        errno == ECONNREFUSED;
+    close(descriptor);
+    return isRefused;
+}
+
+/// Whether the instance that made the socket is gone. One that starts just now refuses for a moment, too.
+bool isLeftBehind(const QString& path)
+{
+    static const QRegularExpression name(
+        QRegularExpression::anchoredPattern(getNamePattern().arg(QStringLiteral("([0-9]+)"))));
+    const QString process = name.match(QFileInfo(path).fileName()).captured(1);
+    return !process.isEmpty() && getProgramName(process) != getProgramName(QStringLiteral("self")) &&
+           isConnectionRefused(path);
+}
+
 /// Whether the program at the other end is run by this user. Anybody may have left a socket in a folder.
 bool isOfThisUser(const QLocalSocket& socket)
 {
@@ -57,13 +107,7 @@ Reply ask(const QString& path, const QByteArray& request)
     QLocalSocket socket;
     socket.setReadBufferSize(kLongestAnswer);
     socket.connectToServer(path);
-    if (!socket.waitForConnected(remaining())) {
-        // Left behind by an instance that ended badly.
-        if (socket.error() == QLocalSocket::ConnectionRefusedError)
-            QLocalServer::removeServer(path);
-        return Reply::Nobody;
-    }
-    if (!isOfThisUser(socket))
+    if (!socket.waitForConnected(remaining()) || !isOfThisUser(socket))
         return Reply::Nobody;
     socket.write(request + '\n');
     while (!socket.canReadLine() && remaining() > 0 && socket.waitForReadyRead(remaining())) {
@@ -81,7 +125,6 @@ UriServer::UriServer(Follow followFunction, Explain explainFunction, QObject* pa
     , follow(std::move(followFunction))
     , explain(std::move(explainFunction))
 {
-    server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&server, &QLocalServer::newConnection, this, &UriServer::acceptConnection);
 }
 
@@ -93,7 +136,21 @@ bool UriServer::listen()
     const QString name = getNamePattern().arg(QCoreApplication::applicationPid());
     const QString path = QDir(folder).filePath(name);
     QLocalServer::removeServer(path);
-    return server.listen(path);
+    // For this user only from the start. Qt's option for that makes a folder first, which a kill would leave.
+    const mode_t mask = umask(S_IRWXG | S_IRWXO);
+    const bool isListening = server.listen(path);
+    umask(mask);
+    return isListening;
+}
+
+void UriServer::removeLeftOvers()
+{
+    const QString folder = getFolder();
+    const QStringList paths = folder.isEmpty() ? QStringList() : findSockets(folder);
+    for (const QString& path : paths) {
+        if (isLeftBehind(path))
+            QLocalServer::removeServer(path);
+    }
 }
 
 void UriServer::acceptConnection()
@@ -140,11 +197,7 @@ uriclient::Answer uriclient::handOver(const QUrl& url)
     const QByteArray text = url.toEncoded();
     QString firstInstance;
     bool isAnySilent = false;
-    const QDir folder(folderPath);
-    const QStringList names =
-        folder.entryList({getNamePattern().arg(QLatin1Char('*'))}, QDir::System | QDir::Files);
-    for (const QString& name : names) {
-        const QString path = folder.filePath(name);
+    for (const QString& path : findSockets(folderPath)) {
         const Reply reply = ask(path, kFollow + text);
         if (reply == Reply::Taken)
             return Answer::Taken;

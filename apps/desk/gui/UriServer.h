@@ -23,6 +23,9 @@ public:
 
     /// False if later starts cannot reach this one.
     bool listen();
+    /// Removes the sockets of instances that were killed. One that is alive keeps its own, even when it does
+    /// not answer.
+    static void removeLeftOvers();
 
 private:
     void acceptConnection();
