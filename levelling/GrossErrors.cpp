@@ -17,8 +17,6 @@ namespace {
 
 // Below this redundancy a residual is only rounding.
 constexpr double kLeastRedundancy = 1e-6;
-// So many sections are left out of the equations one by one; then the equations are solved anew.
-constexpr std::size_t kUpdates = 50;
 constexpr std::size_t kLookAhead = 10;
 // Statistics that differ by less, in parts of themselves, are equal.
 constexpr double kEqual = 1e-6;
@@ -27,37 +25,48 @@ constexpr std::size_t kMostErrors = 200;
 // A statistic over sigma0 means nothing where sigma0 is only rounding.
 constexpr double kLeastSigma0 = 1e-6;
 
-/// Scaled residuals and their cofactors, while sections are left out one after the other.
+/// A section that is left out, seen from the measurements without it.
+struct Suspect
+{
+    std::size_t section = 0;
+    double grossError = 0.0; ///< measured less predicted difference, in units of sigma
+    double normalised = 0.0; ///< the normalised residual if the section alone came back
+};
+
+/// Scaled residuals and their cofactors, while sections are left out and come back.
 ///
-/// With residuals in units of their measurement's sigma, R their cofactors: leaving out section k changes
-/// residuals to v - R_k v_k / r and cofactors to R - R_k R_k' / r, where r = R_kk.
+/// With residuals v in units of their measurement's sigma, R their cofactors: leaving out section k changes
+/// residuals to v - u y and cofactors to R - u u', with u = R_k / sqrt(R_kk) and y = v_k / sqrt(R_kk). So the
+/// equations are solved once, with all sections. The u of all that are left out, taken at their places, are
+/// the Cholesky factor of the cofactors that these had at first. A u is kept as what it does to the heights,
+/// which are fewer than the sections.
 class ResidualSpace
 {
 public:
-    ResidualSpace(const SectionGraph& sectionGraph, const std::vector<std::optional<double>>& heights,
-                  const std::vector<bool>& leftOut)
+    ResidualSpace(const SectionGraph& sectionGraph, const std::vector<std::optional<double>>& heights)
         : graph(sectionGraph)
-        , equations(sectionGraph, heights, leftOut)
+        , equations(sectionGraph, heights)
     {
         isSolved = equations.getUnknownCount() > 0 && equations.solve();
         if (!isSolved)
             return;
         equations.invert();
         const std::vector<Section>& sections = graph.getNetwork().sections;
-        residuals.assign(sections.size(), 0.0);
-        cofactors.assign(sections.size(), 0.0);
+        firstResiduals.assign(sections.size(), 0.0);
+        firstCofactors.assign(sections.size(), 0.0);
         for (std::size_t index = 0; index < sections.size(); ++index) {
             if (!equations.contains(static_cast<int>(index)))
                 continue;
             const Section& section = sections[index];
-            residuals[index] = equations.getResidual(section) / section.sigma;
-            cofactors[index] =
+            firstResiduals[index] = equations.getResidual(section) / section.sigma;
+            firstCofactors[index] =
                 1.0 - equations.getDifferenceVariance(section) / (section.sigma * section.sigma);
         }
+        residuals = firstResiduals;
+        cofactors = firstCofactors;
     }
 
     bool isUsable() const { return isSolved; }
-    std::size_t countUpdates() const { return updates.size(); }
     const NormalEquations& getEquations() const { return equations; }
     double getResidual(std::size_t section) const { return residuals[section]; }
     double getCofactor(std::size_t section) const { return std::max(cofactors[section], 0.0); }
@@ -69,65 +78,151 @@ public:
         return isChecked(section) ? residuals[section] / std::sqrt(cofactors[section]) : 0.0;
     }
 
-    void leaveOut(std::size_t left)
+    void leaveOut(std::size_t section) { leaveOut(section, getMoves(section)); }
+
+    /// Brings all back but these, which are left out.
+    void keepOut(const std::vector<std::size_t>& sections)
     {
-        std::vector<double> column = getInfluence(left);
-        for (double& element : column)
-            element = -element;
-        column[left] += 1.0;
-        for (const std::vector<double>& update : updates) {
-            const double factor = update[left];
-            for (std::size_t index = 0; index < column.size(); ++index)
-                column[index] -= update[index] * factor;
+        std::vector<std::vector<double>> moves;
+        for (const Update& update : updates) {
+            if (std::find(sections.begin(), sections.end(), update.section) != sections.end())
+                moves.push_back(combine(update.factors));
         }
-        const double root = std::sqrt(column[left]);
-        const double normalised = residuals[left] / root;
-        for (std::size_t index = 0; index < column.size(); ++index) {
-            column[index] /= root;
-            residuals[index] -= column[index] * normalised;
-            cofactors[index] -= column[index] * column[index];
-        }
-        cofactors[left] = 0.0;
-        updates.push_back(std::move(column));
+        updates.clear();
+        residuals = firstResiduals;
+        cofactors = firstCofactors;
+        for (std::size_t place = 0; place < sections.size(); ++place)
+            leaveOut(sections[place], std::move(moves[place]));
     }
 
-    /// How a scaled error of 1 in that section, whether it takes part or not, moves the scaled differences of
-    /// all that take part.
-    std::vector<double> getInfluence(std::size_t moved) const
+    /// What is left out, the sections and what the sum of squared residuals loses by each.
+    std::vector<std::pair<std::size_t, double>> getLosses() const
     {
-        const Network& network = graph.getNetwork();
-        const Section& source = network.sections[moved];
-        std::vector<double> pull(network.points.size(), 0.0);
-        pull[static_cast<std::size_t>(source.to)] += 1.0 / source.sigma;
-        pull[static_cast<std::size_t>(source.from)] -= 1.0 / source.sigma;
-        const std::vector<double> moves = equations.applyInverse(pull);
-        std::vector<double> influence(network.sections.size(), 0.0);
-        for (std::size_t index = 0; index < influence.size(); ++index) {
-            const Section& section = network.sections[index];
-            if (equations.contains(static_cast<int>(index)) || index == moved)
-                influence[index] = (moves[static_cast<std::size_t>(section.to)] -
-                                    moves[static_cast<std::size_t>(section.from)]) /
-                                   section.sigma;
+        std::vector<std::pair<std::size_t, double>> losses;
+        for (const Update& update : updates)
+            losses.emplace_back(update.section, update.normalised * update.normalised);
+        return losses;
+    }
+
+    /// The one that was left out at that place, from 0.
+    Suspect examine(std::size_t place) const
+    {
+        const std::vector<double> weights = getWeights(place);
+        double size = 0.0;
+        double normalised = 0.0;
+        for (std::size_t i = 0; i < updates.size(); ++i) {
+            size += weights[i] * weights[i];
+            normalised += weights[i] * updates[i].normalised;
         }
-        return influence;
+        return {updates[place].section, -normalised, normalised / std::sqrt(size)};
+    }
+
+    /// What leaving out the section at that place changes if it is the last: the u that belongs to it, by
+    /// section.
+    std::vector<double> getLastUpdate(std::size_t place) const
+    {
+        std::vector<double> weights = getWeights(place);
+        double size = 0.0;
+        for (const double weight : weights)
+            size += weight * weight;
+        for (double& weight : weights)
+            weight /= std::sqrt(size);
+        return spread(combine(weights));
     }
 
 private:
+    struct Update
+    {
+        std::size_t section;
+        std::vector<double> factors; ///< row of the Cholesky factor
+        double normalised;           ///< y
+        std::vector<double> moves;   ///< u as moves of the points
+    };
+
+    /// How a scaled error of 1 in the section moves the points, with all sections in the equations.
+    std::vector<double> getMoves(std::size_t moved) const
+    {
+        const Section& section = graph.getNetwork().sections[moved];
+        std::vector<double> pull(graph.getNetwork().points.size(), 0.0);
+        pull[static_cast<std::size_t>(section.to)] += 1.0 / section.sigma;
+        pull[static_cast<std::size_t>(section.from)] -= 1.0 / section.sigma;
+        return equations.applyInverse(pull);
+    }
+
+    double getMove(const std::vector<double>& moves, const Section& section) const
+    {
+        return (moves[static_cast<std::size_t>(section.from)] - moves[static_cast<std::size_t>(section.to)]) /
+               section.sigma;
+    }
+
+    std::vector<double> spread(const std::vector<double>& moves) const
+    {
+        const std::vector<Section>& sections = graph.getNetwork().sections;
+        std::vector<double> elements(sections.size());
+        for (std::size_t index = 0; index < sections.size(); ++index)
+            elements[index] = getMove(moves, sections[index]);
+        return elements;
+    }
+
+    /// The first of the updates, with these weights.
+    std::vector<double> combine(const std::vector<double>& weights) const
+    {
+        std::vector<double> moves(graph.getNetwork().points.size(), 0.0);
+        for (std::size_t i = 0; i < weights.size(); ++i) {
+            for (std::size_t point = 0; point < moves.size(); ++point)
+                moves[point] += weights[i] * updates[i].moves[point];
+        }
+        return moves;
+    }
+
+    /// Column of the inverse Cholesky factor.
+    std::vector<double> getWeights(std::size_t place) const
+    {
+        std::vector<double> weights(updates.size(), 0.0);
+        for (std::size_t row = place; row < updates.size(); ++row) {
+            double sum = row == place ? 1.0 : 0.0;
+            for (std::size_t i = place; i < row; ++i)
+                sum -= updates[row].factors[i] * weights[i];
+            weights[row] = sum / updates[row].factors[row];
+        }
+        return weights;
+    }
+
+    /// @param moves with all sections in the equations
+    void leaveOut(std::size_t section, std::vector<double> moves)
+    {
+        const std::vector<Section>& sections = graph.getNetwork().sections;
+        Update update{section, {}, getNormalised(section), std::move(moves)};
+        for (const Update& earlier : updates) {
+            const double factor = getMove(earlier.moves, sections[section]);
+            update.factors.push_back(factor);
+            for (std::size_t point = 0; point < update.moves.size(); ++point)
+                update.moves[point] -= factor * earlier.moves[point];
+        }
+        const double root = std::sqrt(cofactors[section]);
+        update.factors.push_back(root);
+        for (double& move : update.moves)
+            move /= root;
+        for (std::size_t index = 0; index < sections.size(); ++index) {
+            const double element = getMove(update.moves, sections[index]);
+            residuals[index] -= element * update.normalised;
+            cofactors[index] -= element * element;
+        }
+        updates.push_back(std::move(update));
+        for (const Update& left : updates) {
+            residuals[left.section] = 0.0;
+            cofactors[left.section] = 0.0;
+        }
+    }
+
     const SectionGraph& graph;
     NormalEquations equations;
     bool isSolved = false;
+    std::vector<double> firstResiduals;
+    std::vector<double> firstCofactors;
     std::vector<double> residuals;
     std::vector<double> cofactors;
-    std::vector<std::vector<double>> updates;
-};
-
-/// A section that is left out, seen from the measurements without it.
-struct Suspect
-{
-    std::size_t section = 0;
-    double predicted = 0.0;  ///< measured less predicted difference, in units of sigma
-    double cofactor = 0.0;   ///< of the predicted one
-    double normalised = 0.0; ///< the normalised residual if the section alone came back
+    std::vector<Update> updates;
 };
 
 class Finder
@@ -138,14 +233,14 @@ public:
         , graph(searchedNetwork)
         , heights(approximateHeights(graph))
         , adjustedParts(findComponents(searchedNetwork))
-        , partOfSection(searchedNetwork.sections.size())
+        , partOfPoint(searchedNetwork.points.size())
         , leftOut(searchedNetwork.sections.size(), false)
         , hasComeBack(searchedNetwork.sections.size(), false)
     {
-        int number = 0;
+        std::size_t number = 0;
         for (const Component& component : adjustedParts) {
-            for (const int section : component.sections)
-                partOfSection[static_cast<std::size_t>(section)] = number;
+            for (const int point : component.points)
+                partOfPoint[static_cast<std::size_t>(point)] = number;
             ++number;
         }
     }
@@ -156,18 +251,18 @@ public:
     /// False if the arithmetic cannot, or if it was stopped.
     bool search(const std::function<bool()>& isStopped)
     {
-        for (;;) {
-            ResidualSpace space(graph, heights, leftOut);
-            if (!space.isUsable())
-                return false;
-            isSolved = true;
-            begin(space);
+        ResidualSpace space(graph, heights);
+        isSolved = space.isUsable();
+        if (!isSolved)
+            return false;
+        begin(space);
+        do {
             if (!leaveWorstOut(space, isStopped))
                 return false;
-            const bool goesOn = space.countUpdates() == kUpdates && isComplete();
-            if (!goesOn && (found.empty() || !settle()))
-                return true;
-        }
+        } while (bringFittingBack(space));
+        for (std::size_t place = 0; place < found.size(); ++place)
+            report(space.examine(place), findAlternatives(space, place));
+        return true;
     }
 
     bool hasSolved() const { return isSolved; }
@@ -175,44 +270,66 @@ public:
     bool isComplete() const { return found.size() < kMostErrors; }
 
 protected:
-    /// The equations are new.
+    /// The equations are solved with all sections.
     virtual void begin(const ResidualSpace& space) = 0;
-    virtual void onLeftOut(std::size_t section, double normalised) = 0;
-    /// The section's part of its limit, beyond it more than 1: the farthest is left out next.
-    virtual double getExcess(const ResidualSpace& space, std::size_t section) const = 0;
-    /// So many sections within their limits are left out on trial: several gross errors can hide each other.
-    virtual std::size_t getLookAhead() const = 0;
+    /// Other sections are left out now.
+    virtual void update(const ResidualSpace& space) = 0;
+    /// The section's part of its limit, beyond it more than 1: the farthest is left out next. Of sections
+    /// that are looked at on trial it takes more.
+    virtual double getExcess(const ResidualSpace& space, std::size_t section, bool isOnTrial) const = 0;
+    /// Whether behind the section, which is the worst and within its limit, others beyond theirs can be.
+    virtual bool mayHideOthers(const ResidualSpace& space, std::size_t section) const = 0;
     /// Whether the section fits to all others and may come back.
     virtual bool fits(const Suspect& suspect) const = 0;
     virtual void report(const Suspect& suspect, std::vector<int> sections) = 0;
-    virtual void clearReports() = 0;
     /// Below this the first of two sections is not significantly likelier than the other.
     virtual double getDecisionLimit(std::size_t section) const = 0;
 
-    int getPart(std::size_t section) const { return partOfSection[section]; }
+    std::size_t getPartOfPoint(int point) const { return partOfPoint[static_cast<std::size_t>(point)]; }
+    std::size_t getPart(std::size_t section) const { return getPartOfPoint(network.sections[section].from); }
     const std::vector<Component>& getParts() const { return adjustedParts; }
     const Network& getNetwork() const { return network; }
 
 private:
+    void leaveOut(std::size_t section, ResidualSpace& space)
+    {
+        found.push_back(section);
+        leftOut[section] = true;
+        space.leaveOut(section);
+        update(space);
+    }
+
+    void bringBack(std::size_t section, ResidualSpace& space)
+    {
+        found.erase(std::find(found.begin(), found.end(), section));
+        leftOut[section] = false;
+        space.keepOut(found);
+        update(space);
+    }
+
     /// Leaves out what is beyond its limit, and what hides behind it; false if it was stopped.
     bool leaveWorstOut(ResidualSpace& space, const std::function<bool()>& isStopped)
     {
         std::size_t confirmed = found.size();
-        while (space.countUpdates() < kUpdates && found.size() < kMostErrors) {
+        while (found.size() < kMostErrors) {
             if (isStopped && isStopped())
                 return false;
-            const std::optional<Worst> worst = findWorst(space);
-            if (!worst || (worst->excess <= 1.0 && found.size() - confirmed == getLookAhead()))
+            const std::size_t tried = found.size() - confirmed;
+            const std::optional<Worst> worst = findWorst(space, tried > 0);
+            if (!worst)
                 break;
-            found.push_back(worst->section);
-            leftOut[worst->section] = true;
+            if (worst->excess <= 1.0 && (tried == kLookAhead || !mayHideOthers(space, worst->section)))
+                break;
+            leaveOut(worst->section, space);
             if (worst->excess > 1.0)
                 confirmed = found.size();
-            onLeftOut(worst->section, space.getNormalised(worst->section));
-            space.leaveOut(worst->section);
         }
+        if (found.size() == confirmed)
+            return true;
         for (; found.size() > confirmed; found.pop_back())
             leftOut[found.back()] = false;
+        space.keepOut(found);
+        update(space);
         return true;
     }
 
@@ -222,13 +339,13 @@ private:
         double excess;
     };
 
-    std::optional<Worst> findWorst(const ResidualSpace& space) const
+    std::optional<Worst> findWorst(const ResidualSpace& space, bool isOnTrial) const
     {
         std::optional<Worst> worst;
         for (std::size_t section = 0; section < network.sections.size(); ++section) {
             if (leftOut[section] || hasComeBack[section] || !space.isChecked(section))
                 continue;
-            const double excess = getExcess(space, section);
+            const double excess = getExcess(space, section, isOnTrial);
             // Of equal ones the first, whatever rounding makes of them.
             if (excess > (worst ? worst->excess * (1.0 + kEqual) : 0.0))
                 worst = Worst{section, excess};
@@ -236,63 +353,50 @@ private:
         return worst;
     }
 
-    /// Looks at what is left out with the equations of the rest. Reports it, or has the one that fits best
-    /// come back and says so.
-    bool settle()
+    /// Of the sections left out the one that fits best comes back if it is within its limit.
+    bool bringFittingBack(ResidualSpace& space)
     {
-        const ResidualSpace space(graph, heights, leftOut);
-        if (!space.isUsable())
-            return false;
-        begin(space);
-        clearReports();
-        std::vector<Suspect> suspects;
-        for (const std::size_t section : found)
-            suspects.push_back(examine(space, section));
-        const auto best =
-            std::min_element(suspects.begin(), suspects.end(), [](const Suspect& a, const Suspect& b) {
-                return std::abs(a.normalised) < std::abs(b.normalised);
-            });
-        if (best != suspects.end() && fits(*best)) {
-            leftOut[best->section] = false;
-            hasComeBack[best->section] = true;
-            found.erase(std::find(found.begin(), found.end(), best->section));
-            return true;
+        std::optional<Suspect> best;
+        for (std::size_t place = 0; place < found.size(); ++place) {
+            const Suspect suspect = space.examine(place);
+            if (!best || std::abs(suspect.normalised) < std::abs(best->normalised))
+                best = suspect;
         }
-        for (const Suspect& suspect : suspects)
-            report(suspect, findAlternatives(space, suspect));
-        return false;
+        if (!best || !fits(*best))
+            return false;
+        hasComeBack[best->section] = true;
+        bringBack(best->section, space);
+        return true;
     }
 
-    Suspect examine(const ResidualSpace& space, std::size_t section) const
+    /// Another section as if the suspect had come back.
+    static Suspect seeBeside(const ResidualSpace& space, const Suspect& suspect, double move,
+                             std::size_t other)
     {
-        const NormalEquations& equations = space.getEquations();
-        Suspect suspect;
-        suspect.section = section;
-        suspect.cofactor = space.getInfluence(section)[section];
-        const Section& measured = network.sections[section];
-        suspect.predicted = -equations.getResidual(measured) / measured.sigma;
-        suspect.normalised = suspect.predicted / std::sqrt(1.0 + suspect.cofactor);
-        return suspect;
+        const double cofactor = (space.isChecked(other) ? space.getCofactor(other) : 0.0) + move * move;
+        if (cofactor < kLeastRedundancy)
+            return {other, 0.0, 0.0};
+        const double residual = space.getResidual(other) + move * suspect.normalised;
+        return {other, -residual / cofactor, residual / std::sqrt(cofactor)};
     }
 
-    /// The suspect, and all sections that explain the measurements about as well: with both in the equations,
-    /// b the influence of the suspect on the other and q its own cofactor, their correlation is -b / sqrt(r
-    /// (1 + q) + b²), and the suspect is tested given the other.
-    std::vector<int> findAlternatives(const ResidualSpace& space, const Suspect& suspect) const
+    /// The one left out at that place, and all sections that explain the measurements about as well. With
+    /// both in the equations, u the move that the suspect causes and r the cofactor of the other without it,
+    /// their correlation is u / sqrt(r + u²), and the suspect is tested given the other.
+    std::vector<int> findAlternatives(const ResidualSpace& space, std::size_t place) const
     {
+        const Suspect suspect = space.examine(place);
+        const std::vector<double> moves = space.getLastUpdate(place);
         std::vector<std::pair<double, int>> alternatives;
-        const std::vector<double> influences = space.getInfluence(suspect.section);
-        const double full = 1.0 + suspect.cofactor;
         for (std::size_t other = 0; other < network.sections.size(); ++other) {
-            const double influence = influences[other];
-            if (leftOut[other] || std::abs(influence) < kLeastRedundancy)
+            const double move = moves[other];
+            if (leftOut[other] || std::abs(move) < kLeastRedundancy)
                 continue;
             const double cofactor = space.isChecked(other) ? space.getCofactor(other) : 0.0;
-            const double correlation = -influence / std::sqrt(cofactor * full + influence * influence);
-            const double residual = space.getResidual(other) + influence * suspect.predicted / full;
-            const double normalised = residual / std::sqrt(cofactor + influence * influence / full);
+            const double correlation = move / std::sqrt(cofactor + move * move);
+            const double normalised = seeBeside(space, suspect, move, other).normalised;
             const double rest = 1.0 - correlation * correlation;
-            const double given = -suspect.normalised - correlation * normalised;
+            const double given = suspect.normalised - correlation * normalised;
             if (given * given <= rest * std::pow(getDecisionLimit(suspect.section), 2.0) ||
                 rest < kLeastRedundancy)
                 alternatives.emplace_back(-std::round(std::abs(normalised) / kEqual),
@@ -310,9 +414,10 @@ private:
     const SectionGraph graph;
     const std::vector<std::optional<double>> heights;
     const std::vector<Component> adjustedParts;
-    std::vector<int> partOfSection;
+    std::vector<std::size_t> partOfPoint;
     std::vector<bool> leftOut;
     std::vector<bool> hasComeBack;
+    /// In the order of the space.
     std::vector<std::size_t> found;
     bool isSolved = false;
 };
@@ -328,6 +433,8 @@ public:
     {
         const int tests = std::max(findSectionSeries(searchedNetwork).count, 1);
         share = quantiles::shareOfEach(error, tests);
+        // The trials together have the error probability once more.
+        trialShare = quantiles::shareOfEach(error, tests * static_cast<int>(kLookAhead));
         const bool isScaled = searchedNetwork.parameters.sigmaAct == SigmaAct::Aposteriori;
         for (std::size_t part = 0; part < parts.size(); ++part)
             parts[part].isStudentised = isScaled && getParts()[part].getRedundancy() > 1;
@@ -338,43 +445,56 @@ public:
 protected:
     void begin(const ResidualSpace& space) override
     {
-        for (std::size_t part = 0; part < parts.size(); ++part) {
-            parts[part].redundancy = getParts()[part].getRedundancy();
-            parts[part].pvv = 0.0;
+        for (std::size_t part = 0; part < parts.size(); ++part)
+            parts[part].firstRedundancy = getParts()[part].getRedundancy();
+        for (std::size_t section = 0; section < getNetwork().sections.size(); ++section)
+            parts[getPart(section)].firstPvv += std::pow(space.getResidual(section), 2.0);
+        const std::vector<double> observed = space.getEquations().getObservedPvv();
+        for (std::size_t group = 0; group < observed.size(); ++group) {
+            const int point = getNetwork().observedHeights[group].points.front();
+            parts[getPartOfPoint(point)].firstPvv += observed[group];
         }
-        const std::vector<Section>& sections = getNetwork().sections;
-        for (std::size_t section = 0; section < sections.size(); ++section) {
-            Part& part = parts[static_cast<std::size_t>(getPart(section))];
-            if (space.getEquations().contains(static_cast<int>(section)))
-                part.pvv += std::pow(space.getResidual(section), 2.0);
-            else
-                --part.redundancy;
-        }
-        for (Part& part : parts)
-            part.limit = findLimit(part, part.redundancy);
+        update(space);
     }
 
-    void onLeftOut(std::size_t section, double normalised) override
+    void update(const ResidualSpace& space) override
     {
-        Part& part = parts[static_cast<std::size_t>(getPart(section))];
-        part.pvv -= normalised * normalised;
-        --part.redundancy;
-        part.limit = findLimit(part, part.redundancy);
+        for (Part& part : parts) {
+            part.redundancy = part.firstRedundancy;
+            part.pvv = part.firstPvv;
+        }
+        for (const auto& [section, loss] : space.getLosses()) {
+            Part& part = parts[getPart(section)];
+            part.pvv -= loss;
+            --part.redundancy;
+        }
+        for (Part& part : parts) {
+            part.limit = findLimit(part, share);
+            part.trialLimit = findLimit(part, trialShare);
+        }
     }
 
-    double getExcess(const ResidualSpace& space, std::size_t section) const override
+    double getExcess(const ResidualSpace& space, std::size_t section, bool isOnTrial) const override
     {
-        const Part& part = parts[static_cast<std::size_t>(getPart(section))];
+        const Part& part = parts[getPart(section)];
         if (part.isStudentised && part.redundancy < 2)
             return 0.0;
-        return std::abs(space.getNormalised(section)) / part.getScale() / part.limit;
+        return std::abs(space.getNormalised(section)) / part.getScale() /
+               (isOnTrial ? part.trialLimit : part.limit);
     }
 
     /// Gross errors make the a posteriori sigma0 larger, by which they are judged (B. Rosner, Percentage
     /// points for a generalized ESD many-outlier procedure, Technometrics 25, 1983).
-    std::size_t getLookAhead() const override
+    bool mayHideOthers(const ResidualSpace& space, std::size_t section) const override
     {
-        return getNetwork().parameters.sigmaAct == SigmaAct::Aposteriori ? kLookAhead : 0;
+        Part part = parts[getPart(section)];
+        const double normalised = space.getNormalised(section);
+        const int rest = part.redundancy - static_cast<int>(kLookAhead);
+        if (!part.isStudentised || rest < 2)
+            return part.isStudentised;
+        part.pvv -= static_cast<double>(kLookAhead) * normalised * normalised;
+        part.redundancy = rest;
+        return std::abs(normalised) > part.limit * part.getScale();
     }
 
     bool fits(const Suspect& suspect) const override
@@ -390,20 +510,21 @@ protected:
         errors.push_back(std::move(reported));
     }
 
-    void clearReports() override { errors.clear(); }
-
     double getDecisionLimit(std::size_t section) const override
     {
-        const Part& part = parts[static_cast<std::size_t>(getPart(section))];
+        const Part& part = parts[getPart(section)];
         return quantiles::normalLimit(error) * part.getScale();
     }
 
 private:
     struct Part
     {
+        int firstRedundancy = 0;
+        double firstPvv = 0.0;
         int redundancy = 0;
         double pvv = 0.0;
         double limit = 0.0;
+        double trialLimit = 0.0;
         bool isStudentised = false;
 
         double getScale() const
@@ -414,28 +535,29 @@ private:
         }
     };
 
-    double findLimit(const Part& part, int redundancy) const
+    static double findLimit(const Part& part, double share)
     {
-        return part.isStudentised && redundancy > 1 ? quantiles::tauLimit(redundancy, share)
-                                                    : quantiles::normalLimit(share);
+        return part.isStudentised && part.redundancy > 1 ? quantiles::tauLimit(part.redundancy, share)
+                                                         : quantiles::normalLimit(share);
     }
 
     /// The test of the suspect as if it alone had come back.
     GrossError test(const Suspect& suspect) const
     {
-        Part part = parts[static_cast<std::size_t>(getPart(suspect.section))];
+        Part part = parts[getPart(suspect.section)];
         ++part.redundancy;
         part.pvv += suspect.normalised * suspect.normalised;
         GrossError tested;
-        tested.size = suspect.predicted * getNetwork().sections[suspect.section].sigma;
+        tested.size = suspect.grossError * getNetwork().sections[suspect.section].sigma;
         tested.statistic = std::abs(suspect.normalised) / part.getScale();
-        tested.limit = findLimit(part, part.redundancy);
+        tested.limit = findLimit(part, share);
         tested.isStudentised = part.isStudentised;
         return tested;
     }
 
     double error;
     double share = 0.0;
+    double trialShare = 0.0;
     std::vector<Part> parts;
 };
 
@@ -449,9 +571,9 @@ public:
 
 protected:
     void begin(const ResidualSpace& /*space*/) override {}
-    void onLeftOut(std::size_t /*section*/, double /*normalised*/) override {}
+    void update(const ResidualSpace& /*space*/) override {}
 
-    double getExcess(const ResidualSpace& space, std::size_t section) const override
+    double getExcess(const ResidualSpace& space, std::size_t section, bool /*isOnTrial*/) const override
     {
         const double sigma = getNetwork().sections[section].sigma;
         const double difference = std::abs(space.getResidual(section)) / space.getCofactor(section) * sigma;
@@ -460,7 +582,10 @@ protected:
                    : 0.0;
     }
 
-    std::size_t getLookAhead() const override { return 0; }
+    bool mayHideOthers(const ResidualSpace& /*space*/, std::size_t /*section*/) const override
+    {
+        return false;
+    }
 
     bool fits(const Suspect& suspect) const override
     {
@@ -472,8 +597,6 @@ protected:
         implausible.push_back({std::move(sections), getSize(suspect)});
     }
 
-    void clearReports() override { implausible.clear(); }
-
     double getDecisionLimit(std::size_t /*section*/) const override
     {
         return quantiles::normalLimit(1.0 - getNetwork().parameters.confidence);
@@ -482,7 +605,7 @@ protected:
 private:
     double getSize(const Suspect& suspect) const
     {
-        return suspect.predicted * getNetwork().sections[suspect.section].sigma;
+        return suspect.grossError * getNetwork().sections[suspect.section].sigma;
     }
 };
 

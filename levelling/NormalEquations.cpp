@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace levelling {
 
@@ -21,11 +20,9 @@ Eigen::MatrixXd inverseCovariance(const ObservedHeights& observed)
 } // namespace
 
 NormalEquations::NormalEquations(const SectionGraph& sectionGraph,
-                                 const std::vector<std::optional<double>>& approximateHeights,
-                                 std::vector<bool> leftOut)
+                                 const std::vector<std::optional<double>>& approximateHeights)
     : graph(sectionGraph)
     , heights(approximateHeights)
-    , excluded(std::move(leftOut))
     , unknownOfPoint(sectionGraph.getNetwork().points.size(), -1)
 {
     const Network& network = graph.getNetwork();
@@ -49,9 +46,8 @@ NormalEquations::NormalEquations(const SectionGraph& sectionGraph,
 
 bool NormalEquations::contains(int section) const
 {
-    const auto index = static_cast<std::size_t>(section);
-    const Section& asked = graph.getNetwork().sections[index];
-    return heights[static_cast<std::size_t>(asked.from)] && (excluded.empty() || !excluded[index]);
+    const Section& asked = graph.getNetwork().sections[static_cast<std::size_t>(section)];
+    return heights[static_cast<std::size_t>(asked.from)].has_value();
 }
 
 double NormalEquations::getTerm(const Section& section) const
@@ -114,6 +110,19 @@ double NormalEquations::getCorrection(int point) const
 double NormalEquations::getResidual(const Section& section) const
 {
     return getCorrection(section.to) - getCorrection(section.from) - getTerm(section);
+}
+
+std::vector<double> NormalEquations::getObservedPvv() const
+{
+    std::vector<double> sums;
+    for (std::size_t group = 0; group < observedWeights.size(); ++group) {
+        const std::vector<int>& points = graph.getNetwork().observedHeights[group].points;
+        Eigen::VectorXd residuals(static_cast<Eigen::Index>(points.size()));
+        for (std::size_t row = 0; row < points.size(); ++row)
+            residuals[static_cast<Eigen::Index>(row)] = getCorrection(points[row]);
+        sums.push_back(residuals.dot(observedWeights[group] * residuals));
+    }
+    return sums;
 }
 
 std::vector<double> NormalEquations::applyInverse(const std::vector<double>& vector) const

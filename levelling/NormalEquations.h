@@ -19,10 +19,8 @@ class NormalEquations
 public:
     /// Graph and heights must outlive the equations.
     /// @param approximateHeights in m, by index of the point; of benchmarks the given ones
-    /// @param leftOut by index of the section, or empty: what takes no part
     NormalEquations(const SectionGraph& sectionGraph,
-                    const std::vector<std::optional<double>>& approximateHeights,
-                    std::vector<bool> leftOut = {});
+                    const std::vector<std::optional<double>>& approximateHeights);
 
     int getUnknownCount() const { return unknownCount; }
     /// Whether the section takes part.
@@ -36,6 +34,8 @@ public:
     double getCorrection(int point) const;
     /// After solve(): adjusted less measured difference, mm.
     double getResidual(const Section& section) const;
+    /// After solve(): weighted sum of the squared residuals of each group of observed heights.
+    std::vector<double> getObservedPvv() const;
     /// After solve(): the inverse of the matrix times a vector, both by index of the point; 0 for held
     /// points.
     std::vector<double> applyInverse(const std::vector<double>& vector) const;
@@ -62,7 +62,6 @@ private:
 
     const SectionGraph& graph;
     const std::vector<std::optional<double>>& heights;
-    std::vector<bool> excluded;
     int unknownCount = 0;
     std::vector<int> unknownOfPoint;
     /// Inverse covariances of each group of observed heights.
