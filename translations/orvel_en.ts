@@ -993,10 +993,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Nothing to export: the network is not adjusted. Run the adjustment first.</translation>
     </message>
     <message>
-        <source>Файл «%1» открыт в другом окне: %2, процесс %3, компьютер %4.</source>
-        <translation>The file &quot;%1&quot; is open in another window: %2, process %3, computer %4.</translation>
-    </message>
-    <message>
         <source>Файл изменён</source>
         <translation>Changed file</translation>
     </message>
@@ -1415,6 +1411,26 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>не удалось записать страницу «%1», там осталась прежняя</source>
         <translation>the page &quot;%1&quot; could not be written, an earlier one is still there</translation>
+    </message>
+    <message>
+        <source>Файл «%1» открыт в другом окне: %2.</source>
+        <translation>The file &quot;%1&quot; is open in another window: %2.</translation>
+    </message>
+    <message>
+        <source>Проект «%1» не заблокирован: рядом с ним нельзя создать файл. Пока он открыт, его может изменить и другое окно.</source>
+        <translation>The project &quot;%1&quot; is not locked: no file can be made beside it. While it is open, another window may change it, too.</translation>
+    </message>
+    <message>
+        <source>Файл «%1» не записан: в этой папке лежат временные файлы работающей программы.</source>
+        <translation>The file &quot;%1&quot; was not written: the temporary files of a program that runs lie in this folder.</translation>
+    </message>
+    <message>
+        <source>Файл «%1» не записан: это открытый проект (%2).</source>
+        <translation>The file &quot;%1&quot; was not written: it is an open project (%2).</translation>
+    </message>
+    <message>
+        <source>%1, процесс %2, компьютер %3</source>
+        <translation>%1, process %2, computer %3</translation>
     </message>
 </context>
 <context>

@@ -294,11 +294,10 @@ private:
     /// No output replaces another one or the input; only a project is saved where it was opened.
     void checkTargets()
     {
-        const std::pair<QString, QString> files[] = {{QStringLiteral("--import"), result.importFile},
-                                                     {QStringLiteral("--open"), result.projectFile},
-                                                     {QStringLiteral("--export"), result.exportFile},
-                                                     {QStringLiteral("--data"), result.dataFile},
-                                                     {QStringLiteral("--save"), result.saveFile}};
+        const std::pair<QString, QString> files[] = {
+            {QStringLiteral("--import"), result.importFile}, {QStringLiteral("--open"), result.projectFile},
+            {QStringLiteral("--export"), result.exportFile}, {QStringLiteral("--data"), result.dataFile},
+            {QStringLiteral("--record"), result.recordFile}, {QStringLiteral("--save"), result.saveFile}};
         for (const auto* target = std::begin(files) + 2; target != std::end(files); ++target) {
             for (const auto* other = std::begin(files); other != target; ++other) {
                 const bool isSaving = target->first == QLatin1String("--save");

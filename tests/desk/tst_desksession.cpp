@@ -1,4 +1,6 @@
 #include "Orvel/store/COrvel.h"
+#include "Orvel/store/ProtocolTypes.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/ProjectLock.h"
@@ -7,6 +9,7 @@
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/headless/Headless.h"
+#include "host/app/TempFolder.h"
 #include "tests/desk/DeskFixture.h"
 #include "tests/desk/DeskProcess.h"
 #include "tests/support/TestFiles.h"
@@ -46,7 +49,13 @@ private Q_SLOTS:
     void projectOpenElsewhereIsNotOpened();
     void lockOfCrashedInstanceIsRemoved();
     void lockGoesWithItsProject();
+    void projectThatCannotBeLockedIsOpenedWithAWord();
+    void scriptSavesProjectThatCannotBeLocked();
     void scriptLeavesProjectThatIsOpen();
+    void otherOutputLeavesProjectThatIsOpen_data();
+    void otherOutputLeavesProjectThatIsOpen();
+    void exportLeavesProjectOfItsWindow();
+    void scriptLeavesTemporaryFilesOfAWindow();
     void scriptLeavesProjectThatOthersChanged();
     void newProjectIsEmpty();
     void savedProjectShowsSamePages();
@@ -276,6 +285,48 @@ void TestDeskSession::lockGoesWithItsProject()
              QStringList());
 }
 
+void TestDeskSession::projectThatCannotBeLockedIsOpenedWithAWord()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    closeProject();
+    // As in a folder where no file can be made.
+    QVERIFY(QDir(desk->folder.path()).mkdir(QStringLiteral(".project.orvel.lock")));
+    session->openProject(path);
+    QCOMPARE(window().getDocument().getProject().getFilePath(), path);
+    QCOMPARE(desk->application.takeWarnings(), QStringList());
+    QCOMPARE(
+        window().getMessageBar().getMessage(),
+        QStringLiteral("Проект «%1» не заблокирован: рядом с ним нельзя создать файл. Пока он открыт, его "
+                       "может изменить и другое окно.")
+            .arg(path));
+    // Once.
+    window().getMessageBar().hide();
+    QVERIFY(window().save());
+    QCOMPARE(window().getMessageBar().getMessage(), QString());
+    // What others have written meanwhile is looked at all the same.
+    writeFile(path, "somebody else's work");
+    const Answer answer(QStringLiteral("Отмена"));
+    QVERIFY(!window().save());
+    QVERIFY(answer.getQuestion().startsWith(QStringLiteral("Другая программа изменила файл ")));
+    QCOMPARE(readFile(path), QByteArray("somebody else's work"));
+}
+
+void TestDeskSession::scriptSavesProjectThatCannotBeLocked()
+{
+    adjust();
+    QVERIFY(window().saveFile(desk->path(QStringLiteral("project.orvel"))));
+    session.reset();
+    QVERIFY(QDir(desk->folder.path()).mkdir(QStringLiteral(".project.orvel.lock")));
+    const DeskProcess script = DeskProcess::run(
+        desk->folder.path(), toList("--open|project.orvel|--run|compile|--save|project.orvel"));
+    QCOMPARE(script.errors, QStringLiteral("orvel-desk: Проект «project.orvel» не заблокирован: рядом с ним "
+                                           "нельзя создать файл. Пока он открыт, его может изменить и другое "
+                                           "окно.\n"));
+    QCOMPARE(script.exitCode, 0);
+}
+
 void TestDeskSession::scriptLeavesProjectThatIsOpen()
 {
     adjust();
@@ -295,6 +346,72 @@ void TestDeskSession::scriptLeavesProjectThatIsOpen()
         DeskProcess::run(desk->folder.path(), toList("--open|project.orvel|--run|compile|--save|other.orvel"))
             .exitCode,
         0);
+}
+
+void TestDeskSession::otherOutputLeavesProjectThatIsOpen_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("failure");
+    QTest::newRow("heights") << "--export"
+                             << "";
+    QTest::newRow("data") << "--data"
+                          << "";
+    QTest::newRow("recording") << "--record"
+                               << "Журнал «project.orvel» не записывается: ";
+}
+
+void TestDeskSession::otherOutputLeavesProjectThatIsOpen()
+{
+    QFETCH(QString, option);
+    QFETCH(QString, failure);
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    const QByteArray saved = readFile(path);
+    const DeskProcess script = DeskProcess::run(
+        desk->folder.path(),
+        {QStringLiteral("--import"), samplePath(QStringLiteral("two-benchmarks.gkf")),
+         QStringLiteral("--run"), QStringLiteral("adjust"), option, QStringLiteral("project.orvel")});
+    QCOMPARE(script.exitCode, 2);
+    const QString expected =
+        QStringLiteral("orvel-desk: %1Файл «project.orvel» не записан: это открытый проект (tst_desksession, "
+                       "процесс %2, компьютер %3).\n")
+            .arg(failure, QString::number(QCoreApplication::applicationPid()), QSysInfo::machineHostName());
+    QCOMPARE(script.errors, expected);
+    QCOMPARE(readFile(path), saved);
+}
+
+void TestDeskSession::exportLeavesProjectOfItsWindow()
+{
+    adjust();
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window().saveFile(path));
+    const QByteArray saved = readFile(path);
+    window().exportFile(path);
+    finishRun();
+    QCOMPARE(window().getDocument().getSummary().types.at(enums::Export).errors, 1);
+    QCOMPARE(readFile(path), saved);
+}
+
+void TestDeskSession::scriptLeavesTemporaryFilesOfAWindow()
+{
+    adjust();
+    const QString dataFile = orvel::ProtocolState::read(window().getDocument().getProtocol()).dataFilePath;
+    const QByteArray data = readFile(dataFile);
+    // The folder of a window whose program has the script's name.
+    const TempFolder folder(QStringLiteral("orvel-desk"));
+    const QString path = folder.filePath(QStringLiteral("protocoldata_1.xml"));
+    writeFile(path, data);
+    const DeskProcess script = DeskProcess::run(
+        desk->folder.path(),
+        {QStringLiteral("--import"), samplePath(QStringLiteral("two-benchmarks.gkf")),
+         QStringLiteral("--run"), QStringLiteral("compile"), QStringLiteral("--data"), path});
+    QCOMPARE(script.exitCode, 2);
+    QCOMPARE(script.errors,
+             QStringLiteral("orvel-desk: Файл «%1» не записан: в этой папке лежат временные файлы работающей "
+                            "программы.\n")
+                 .arg(path));
+    QCOMPARE(readFile(path), data);
 }
 
 void TestDeskSession::scriptLeavesProjectThatOthersChanged()

@@ -322,6 +322,8 @@ void TestHeadless::badUsageIsRefused_data()
                                       << "--export и --data называют один и тот же файл";
     QTest::newRow("over the network") << "--import small.gkf --run adjust --export small.gkf"
                                       << "--import и --export называют один и тот же файл";
+    QTest::newRow("recording over the open project") << "--open a.orvel --record ./a.orvel"
+                                                     << "--open и --record называют один и тот же файл";
     QTest::newRow("over the open project") << "--open a.orvel --data a.orvel"
                                            << "--open и --data называют один и тот же файл";
 }

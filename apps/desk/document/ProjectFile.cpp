@@ -34,7 +34,12 @@ StoredProject readProject(const QString& path)
 std::shared_ptr<ProjectLock> takeLock(const Document& document, const QString& path)
 {
     const std::shared_ptr<ProjectLock> own = document.getOrigin().lock;
-    return own && own->isOf(path) ? own : ProjectLock::take(path);
+    const bool isOwn = own && own->isOf(path);
+    if (isOwn && own->isHeld())
+        return own;
+    const std::shared_ptr<ProjectLock> taken = ProjectLock::take(path);
+    // Still not to be locked, of which the user knows.
+    return isOwn && !taken->isHeld() ? own : taken;
 }
 
 void save(Document& document, const QString& path, const std::shared_ptr<ProjectLock>& lock)

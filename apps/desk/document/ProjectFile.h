@@ -14,6 +14,7 @@ namespace projectfile {
 
 /// Takes the lock of a project file, or shares the document's if that is of this file.
 ///
+/// @return with a warning for the user if it could not be taken, unless the document's could not either
 /// @throws qor::CFileException if another program has it
 std::shared_ptr<ProjectLock> takeLock(const Document& document, const QString& path);
 

@@ -52,6 +52,7 @@ void DeskSession::openProject(const QString& path)
         if (document->isFileChanged())
             document = loadDocument(path);
         showDocument(std::move(document));
+        window->tellOfLock();
         recentfiles::add(path);
     } catch (const exceptions::Error& error) {
         Application::warning(Desk::tr("Проект не открыт. %1").arg(QString::fromStdWString(error.getText())),

@@ -167,7 +167,16 @@ bool DeskWindow::saveFile(const QString& path)
     }
     recentfiles::add(path);
     statusBar()->showMessage(Desk::tr("Проект сохранён: %1").arg(path), 5000);
+    tellOfLock();
     return true;
+}
+
+void DeskWindow::tellOfLock()
+{
+    const std::shared_ptr<ProjectLock> lock = document->getOrigin().lock;
+    const QString warning = lock ? lock->takeWarning() : QString();
+    if (!warning.isEmpty())
+        messageBar->showMessage(warning);
 }
 
 bool DeskWindow::save()

@@ -45,6 +45,8 @@ public:
     void exportFile(const QString& path);
     /// False if the file could not be written; the user was told why.
     bool saveFile(const QString& path);
+    /// Says, once, that the project's file could not be kept from other windows, if that is so.
+    void tellOfLock();
     /// Saves, with a question for the file's name if there is none yet. False if the user gave up.
     bool save();
     /// True if there is nothing to lose, after questions about what there is; a run may be working still,

@@ -181,6 +181,7 @@ void Headless::copyData(const QString& filePath)
         return;
     }
     try {
+        ProjectLock::requireFree(filePath);
         standardstreams::write(filePath, document.getProtocolData());
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
@@ -207,6 +208,8 @@ void Headless::save(const QString& filePath)
                     .arg(filePath)
                     .toStdWString());
         projectfile::save(document, filePath, lock);
+        if (const QString warning = lock->takeWarning(); !warning.isEmpty())
+            complain(warning);
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
     }

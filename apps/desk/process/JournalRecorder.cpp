@@ -6,6 +6,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "host/app/SDIApplication.h"
 #include "host/enums/EnumData.h"
@@ -66,13 +67,25 @@ void JournalRecorder::endRun(bool isInterrupted)
     write(isInterrupted ? QStringLiteral("interrupt") : QStringLiteral("end"));
 }
 
+/// Says why the journal cannot be written; nothing if it can.
+QString JournalRecorder::openFile()
+{
+    try {
+        ProjectLock::requireFree(file.fileName());
+    } catch (const exceptions::Error& error) {
+        return QString::fromStdWString(error.getText());
+    }
+    return file.open(QIODevice::WriteOnly) ? QString() : file.errorString();
+}
+
 void JournalRecorder::writeHeader()
 {
     if (hasFailed)
         return;
-    if (!file.open(QIODevice::WriteOnly)) {
+    const QString failure = openFile();
+    if (!failure.isEmpty()) {
         hasFailed = true;
-        Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
+        Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), failure));
         return;
     }
     for (const int type : {kPointItemType, kSectionItemType, kGeneralItemType})

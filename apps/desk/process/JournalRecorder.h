@@ -38,6 +38,7 @@ Q_SIGNALS:
     void failed(const QString& reason);
 
 private:
+    QString openFile();
     void writeHeader();
     void writeEnum(int value);
     void copyData();

@@ -1,6 +1,7 @@
 #include "apps/desk/runs/ExportRun.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/document/SpreadsheetText.h"
 #include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/runs/NumberTexts.h"
@@ -57,6 +58,7 @@ QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeigh
         return failure;
     }
     try {
+        ProjectLock::requireFree(filePath);
         standardstreams::write(filePath, toCsv(heights));
     } catch (const qor::CFileException& error) {
         const QString failure = QString::fromStdWString(error.getText());
