@@ -15,7 +15,7 @@ targets=${*:-"links gkf datafile project uri journal"}
 seconds_per_turn=300
 
 # shellcheck disable=SC2086
-install_packages $BUILD_PACKAGES clang llvm libclang-rt-14-dev
+install_packages $BUILD_PACKAGES clang llvm libclang-rt-dev
 build_preset fuzz fuzz-targets
 
 QT_QPA_PLATFORM=offscreen

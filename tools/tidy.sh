@@ -72,7 +72,7 @@ fi
 
 mkdir -p build
 # shellcheck disable=SC2086
-install_packages $BUILD_PACKAGES clang clang-tidy libclang-rt-14-dev libpugixml-dev
+install_packages $BUILD_PACKAGES clang clang-tidy libclang-rt-dev libpugixml-dev
 cmake --preset tidy >build/tidy.log || { cat build/tidy.log; exit 1; }
 # What moc makes is all that has to be made; a build of it would make the libraries first.
 # shellcheck disable=SC2016
