@@ -1,12 +1,12 @@
 #include "apps/desk/CommandLine.h"
 
+#include "apps/common/LocalPath.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StandardStreams.h"
 
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
-#include <QUrl>
 
 #include <algorithm>
 #include <iterator>
@@ -93,14 +93,6 @@ QString describe(const std::vector<Option>& options)
         text += line + description + QLatin1Char('\n');
     }
     return text;
-}
-
-/// The path that a file URL stands for; anything else as it is.
-QString toPath(const QString& text)
-{
-    const QUrl url(text);
-    const bool isHere = url.host().isEmpty() || url.host() == QLatin1String("localhost");
-    return url.isLocalFile() && isHere ? url.path() : text;
 }
 
 /// Whether both paths name one regular file, which may have to be made yet.
@@ -196,14 +188,14 @@ private:
         for (const QString& name : parser.values(QStringLiteral("run")))
             takeRun(name);
         takeFailLevel();
-        result.importFile = toPath(parser.value(QStringLiteral("import")));
+        result.importFile = apps::toLocalPath(parser.value(QStringLiteral("import")));
         result.projectFile = takeFile(QStringLiteral("open"));
-        result.exportFile = toPath(parser.value(QStringLiteral("export")));
+        result.exportFile = apps::toLocalPath(parser.value(QStringLiteral("export")));
         result.pagesFolder = takeFile(QStringLiteral("pages"));
-        result.dataFile = toPath(parser.value(QStringLiteral("data")));
+        result.dataFile = apps::toLocalPath(parser.value(QStringLiteral("data")));
         result.saveFile = takeFile(QStringLiteral("save"));
         result.recordFile = takeFile(QStringLiteral("record"));
-        result.argument = toPath(parser.positionalArguments().value(0));
+        result.argument = apps::toLocalPath(parser.positionalArguments().value(0));
         checkTogether();
     }
 
@@ -240,7 +232,7 @@ private:
         const QString value = parser.value(name);
         if (standardstreams::isStream(value))
             fail(Desk::tr("%1 не принимает «-»").arg(withDashes(name)));
-        return toPath(value);
+        return apps::toLocalPath(value);
     }
 
     void takeFailLevel()

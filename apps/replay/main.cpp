@@ -1,3 +1,4 @@
+#include "apps/common/LocalPath.h"
 #include "apps/common/OffscreenPlatform.h"
 #include "apps/common/StandardStreams.h"
 #include "apps/common/TerminationSignals.h"
@@ -97,10 +98,10 @@ int run(const QStringList& arguments)
     const QStringList journals = parser.positionalArguments();
     if (journals.size() != 1)
         return fail(QStringLiteral("usage: %1 [options] JOURNAL.jsonl").arg(name));
-    const QString folder = parser.value(out);
+    const QString folder = orvel::apps::toLocalPath(parser.value(out));
     if (parser.isSet(out) && (folder.isEmpty() || !QDir().mkpath(folder)))
         return fail(QStringLiteral("%1: \"%2\" is no folder and can't be made one").arg(name, folder));
-    return playJournal(journals.constFirst(), JournalFolder(folder));
+    return playJournal(orvel::apps::toLocalPath(journals.constFirst()), JournalFolder(folder));
 }
 
 } // namespace

@@ -168,6 +168,7 @@ private Q_SLOTS:
     void takesOptions_data();
     void takesOptions();
     void helpNamesTheOptions();
+    void takesFileUrls();
     void saysWhenItsOutputCannotBeWritten_data();
     void saysWhenItsOutputCannotBeWritten();
     void refusesAJournalThatCannotBeRead();
@@ -781,6 +782,24 @@ void TestReplay::helpNamesTheOptions()
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(workplace.getTemporaryFiles(), QStringList());
     }
+}
+
+void TestReplay::takesFileUrls()
+{
+    const Workplace workplace;
+    QVERIFY(QDir(workplace.getPath()).mkdir(QStringLiteral("a folder")));
+    writeFile(workplace.getPath(QStringLiteral("a folder/journal.jsonl")),
+              R"({"do": "project", "name": "Сеть"})"
+              "\n"
+              R"({"do": "save", "to": "state"})");
+    const QString folder =
+        QUrl::fromLocalFile(workplace.getPath(QStringLiteral("a folder"))).toString(QUrl::FullyEncoded);
+    QVERIFY(folder.endsWith(QStringLiteral("/a%20folder")));
+    const Result result = workplace.run({QStringLiteral("--out"), folder + QStringLiteral("/out"),
+                                         folder + QStringLiteral("/journal.jsonl")});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(QFile::exists(workplace.getPath(QStringLiteral("a folder/out/state"))));
 }
 
 void TestReplay::saysWhenItsOutputCannotBeWritten_data()
