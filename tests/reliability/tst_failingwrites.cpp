@@ -3,6 +3,9 @@
 #include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "tests/desk/DeskFixture.h"
 #include "tests/reliability/FailingCalls.h"
@@ -11,6 +14,7 @@
 #include <QFileInfo>
 #include <QTest>
 
+#include <algorithm>
 #include <cerrno>
 #include <functional>
 
@@ -34,6 +38,8 @@ private Q_SLOTS:
     void everyCallOfAPage();
     void everyCallOfAnItemPage_data();
     void everyCallOfAnItemPage();
+    void pageWithoutItsLinesIsWithdrawn_data();
+    void pageWithoutItsLinesIsWithdrawn();
     void everyCallOfAReport_data();
     void everyCallOfAReport();
     void everyCallOfAnExport_data();
@@ -49,6 +55,15 @@ private:
         std::function<bool(const QByteArray& content)> isWhole;
     };
 
+    /// The first item of which the protocols speak.
+    template<typename Item>
+    LONGID findMentioned(const std::vector<Item*>& items) const
+    {
+        const auto found = std::find_if(items.begin(), items.end(), [this](const Item* item) {
+            return window->getDocument().getProtocol().IsMessages(item->getId());
+        });
+        return found == items.end() ? 0 : (*found)->getId();
+    }
     /// Performs the action with each of its calls failing in turn, until none is left to fail.
     void failEachCall(const Scenario& scenario, int error);
     /// Everything that the user was told since the last time.
@@ -265,6 +280,63 @@ void TestFailingWrites::everyCallOfAnItemPage()
             break;
     }
     QVERIFY(decisive >= 2 * kDecisiveCalls);
+}
+
+void TestFailingWrites::pageWithoutItsLinesIsWithdrawn_data()
+{
+    QTest::addColumn<QString>("way");
+    for (const char* way :
+         {"list of protocols", "progress window", "report column of a point", "report column of a section"})
+        QTest::newRow(way) << QString::fromLatin1(way);
+}
+
+void TestFailingWrites::pageWithoutItsLinesIsWithdrawn()
+{
+    QFETCH(QString, way);
+    const auto show = [&] {
+        // Counts the lines anew, so that no page is reused.
+        Q_EMIT window->getDocument().summaryChanged();
+        if (way == QLatin1String("list of protocols"))
+            window->showProtocol(enums::Adjust);
+        else if (way == QLatin1String("progress window"))
+            Q_EMIT window->getMonitor().showOrvel(enums::Adjust);
+        else
+            window->getTable().showCurrentProtocol();
+    };
+    const bool isPoint = way.endsWith(QLatin1String("point"));
+    const Document& document = window->getDocument();
+    const LONGID item = isPoint ? findMentioned(document.getPoints()) : findMentioned(document.getSections());
+    QVERIFY(window->getTable().selectItem(item));
+    // Those of the template's script left out.
+    const auto countLines = [](const QByteArray& page) {
+        return page.mid(page.lastIndexOf("</script>")).count("<div class=\"Content\">");
+    };
+    int openedBefore = desk->opened.getUrls().size();
+    show();
+    QCOMPARE(desk->opened.getUrls().size(), openedBefore + 1);
+    const int wanted = countLines(readFile(desk->opened.getPaths().constLast()));
+    QVERIFY(wanted > 1);
+    int withdrawn = 0;
+    for (int number = 1;; ++number) {
+        openedBefore = desk->opened.getUrls().size();
+        QByteArray call;
+        {
+            const FailingCalls calls(tempFolder(), number, EIO, FailingCalls::Meant::ReadingToo);
+            show();
+            call = calls.getFailedCall();
+        }
+        const QByteArray where = "call " + QByteArray::number(number) + ", " + call;
+        const QStringList messages = takeMessages();
+        for (const QString& page : desk->opened.getPaths().mid(openedBefore)) {
+            const bool isThere = QFile::exists(page);
+            QVERIFY2(!isThere || countLines(readFile(page)) == wanted, where.constData());
+            QVERIFY2(isThere || !messages.isEmpty(), where.constData());
+            withdrawn += isThere ? 0 : 1;
+        }
+        if (call.isEmpty())
+            break;
+    }
+    QVERIFY(withdrawn > 0);
 }
 
 void TestFailingWrites::everyCallOfAReport_data()

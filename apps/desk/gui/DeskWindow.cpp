@@ -26,7 +26,9 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDesktopServices>
+#include <QDir>
 #include <QDockWidget>
+#include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
@@ -52,6 +54,16 @@ QString findDroppedFile(const QMimeData& data)
             return url.toLocalFile();
     }
     return QString();
+}
+
+/// The pages that the viewer has made.
+QStringList listPages()
+{
+    const QDir folder(Application::getTempFolder());
+    QStringList pages;
+    for (const QString& name : folder.entryList({QStringLiteral("protocol_*.html")}, QDir::Files))
+        pages.append(folder.filePath(name));
+    return pages;
 }
 
 bool needsResults(int reportType)
@@ -115,8 +127,10 @@ RunMonitor& DeskWindow::getMonitor()
         monitor->setRecorder(recorder.get());
         monitor->setOnItemClicked([this](LONGID id) { locateItem(id); });
         connect(monitor.get(), &CProcessMonitor::runFinished, this, &DeskWindow::finishRun);
-        // Behind the viewer, which has made the page by then.
-        connect(monitor.get(), &RunMonitor::showOrvel, this, [this] { checkProtocol(); });
+        // The viewer shows a page whatever has become of its lines.
+        if (OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this))
+            disconnect(monitor.get(), &RunMonitor::showOrvel, viewer, &OrvelGUIExtension::showOrvel);
+        connect(monitor.get(), &RunMonitor::showOrvel, this, &DeskWindow::showProtocol);
     }
     return *monitor;
 }
@@ -233,16 +247,27 @@ void DeskWindow::showProtocol(int protocolType)
         return;
     }
     OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this);
-    if (!viewer || !checkProtocol())
-        return;
-    viewer->showOrvel(protocolType);
-    // A page whose lines have had to be restored was made without them, and is not shown again.
+    if (viewer && showPage([&] { viewer->showOrvel(protocolType); }))
+        pages[protocolType] = ProtocolState::read(document->getProtocol()).pages[protocolType];
+}
+
+/// Has a page shown. One whose lines have had to be restored was made without them, and is withdrawn before a
+/// browser has come to it.
+bool DeskWindow::showPage(const std::function<void()>& show)
+{
+    if (!checkProtocol())
+        return false;
+    const QStringList before = listPages();
+    show();
     const ProtocolKeeper::Outcome outcome = document->checkProtocol();
-    if (!outcome.message.isEmpty()) {
-        Application::warning(outcome.message, this);
-        return;
+    if (outcome.message.isEmpty())
+        return true;
+    for (const QString& page : listPages()) {
+        if (!before.contains(page))
+            QFile::remove(page);
     }
-    pages[protocolType] = ProtocolState::read(document->getProtocol()).pages[protocolType];
+    Application::warning(outcome.message, this);
+    return false;
 }
 
 /// Whether the lines of the protocols are all there.
@@ -342,6 +367,7 @@ QWidget* DeskWindow::createCentralWidget()
     connect(search, &QLineEdit::textChanged, this, &DeskWindow::updateStatus);
     connect(search, &QLineEdit::returnPressed, table, QOverload<>::of(&QWidget::setFocus));
     connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
+    table->setPageShower([this](const std::function<void()>& show) { showPage(show); });
 
     auto* findAction = new QAction(this);
     findAction->setShortcut(QKeySequence::Find);

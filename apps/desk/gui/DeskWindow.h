@@ -6,6 +6,7 @@
 #include "apps/desk/process/RunMonitor.h"
 #include "host/window/ProjectWindow.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -90,6 +91,7 @@ private:
     bool mayReplaceNetwork();
     /// True if nothing is unsaved, or after it was saved or given up.
     bool mayLoseChanges();
+    bool showPage(const std::function<void()>& show);
     bool checkProtocol(std::optional<int> finishedRun = std::nullopt);
     void updateTitle();
     void updateActions();

@@ -13,6 +13,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <utility>
+
 namespace orvel::desk {
 
 ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent)
@@ -62,6 +64,11 @@ void ItemTable::showCurrentProtocol()
     showProtocol(currentIndex().siblingAtColumn(itemcolumns::Report));
 }
 
+void ItemTable::setPageShower(std::function<void(const std::function<void()>& show)> shower)
+{
+    showPage = std::move(shower);
+}
+
 void ItemTable::setProtocolsAvailable(bool available)
 {
     protocolsAvailable = available;
@@ -102,8 +109,8 @@ void ItemTable::currentChanged(const QModelIndex& current, const QModelIndex& pr
 void ItemTable::showProtocol(const QModelIndex& index)
 {
     // The delegate shows the page in place of an editor.
-    if (protocolsAvailable && index.isValid() && index.column() == itemcolumns::Report)
-        edit(index, AllEditTriggers, nullptr);
+    if (showPage && protocolsAvailable && index.isValid() && index.column() == itemcolumns::Report)
+        showPage([&] { edit(index, AllEditTriggers, nullptr); });
 }
 
 void ItemTable::setUpHeader()

@@ -4,6 +4,8 @@
 
 #include <QTableView>
 
+#include <functional>
+
 class ProjectWindow;
 
 namespace orvel::desk {
@@ -28,6 +30,8 @@ public:
     bool selectItem(LONGID id);
     /// Shows what the protocols say of the current row's item.
     void showCurrentProtocol();
+    /// Has what shows a page called by that function, which knows whether its lines are all there.
+    void setPageShower(std::function<void(const std::function<void()>& show)> shower);
     /// While protocols are not available, clicks in the report column do nothing.
     void setProtocolsAvailable(bool available);
     /// What stands in the table when it has no rows.
@@ -46,6 +50,7 @@ private:
     void setUpHeader();
 
     ItemFilterModel* filterModel;
+    std::function<void(const std::function<void()>& show)> showPage;
     bool protocolsAvailable = true;
     QString emptyText;
 };
