@@ -565,11 +565,11 @@
         <translation>no section leads to it</translation>
     </message>
     <message>
-        <source>Исходный репер %1: отметка %2 м</source>
+        <source>Исходный репер %1: отметка %2&#xa0;м</source>
         <translation>Benchmark %1: given height %2 m</translation>
     </message>
     <message>
-        <source>Пункт %1: приближённая высота %2 м</source>
+        <source>Пункт %1: приближённая высота %2&#xa0;м</source>
         <translation>Point %1: approximate height %2 m</translation>
     </message>
     <message>
@@ -617,19 +617,19 @@
         <translation>Point %1 has no sections, its height cannot be determined</translation>
     </message>
     <message>
-        <source>%1 %2: расхождение %3 мм, %4</source>
+        <source>%1 %2: расхождение %3&#xa0;мм, %4</source>
         <translation>%1 %2: discrepancy %3 mm, %4</translation>
     </message>
     <message>
-        <source>больше допуска %1 мм</source>
+        <source>больше допуска %1&#xa0;мм</source>
         <translation>exceeds the tolerance of %1 mm</translation>
     </message>
     <message>
-        <source>допуск %1 мм</source>
+        <source>допуск %1&#xa0;мм</source>
         <translation>tolerance %1 mm</translation>
     </message>
     <message>
-        <source>длина %1 км</source>
+        <source>длина %1&#xa0;км</source>
         <translation>length %1 km</translation>
     </message>
     <message>
@@ -637,7 +637,7 @@
         <translation>no length given</translation>
     </message>
     <message>
-        <source>%1 %2: невязка %3 мм, %4, %5; секции: %6</source>
+        <source>%1 %2: невязка %3&#xa0;мм, %4, %5; секции: %6</source>
         <translation>%1 %2: misclosure %3 mm, %4, %5; sections: %6</translation>
     </message>
     <message>
@@ -689,7 +689,7 @@
         <translation>Point %1 takes no part: its height cannot be determined</translation>
     </message>
     <message>
-        <source>Пункт %1: H = %2 м</source>
+        <source>Пункт %1: H = %2&#xa0;м</source>
         <translation>Point %1: H = %2 m</translation>
     </message>
     <message>
@@ -705,7 +705,7 @@
         <translation>this is not a file of a levelling network: the root element is &lt;%1&gt;, but should be &lt;gama-local&gt;</translation>
     </message>
     <message>
-        <source>файл больше %1 МиБ и не прочитан; разделите сеть на части</source>
+        <source>файл больше %1&#xa0;МиБ и не прочитан; разделите сеть на части</source>
         <translation>the file is larger than %1 MiB and was not read; divide the network into parts</translation>
     </message>
     <message>
@@ -893,7 +893,7 @@ l1 — L1 analysis: search for gross errors
         <translation>elements are nested deeper than %1 levels, the file was not read; check that it is a levelling network</translation>
     </message>
     <message>
-        <source>тег, текст или комментарий больше %1 КиБ (числа ковариаций — %2 МиБ), файл не прочитан; проверьте, закрыты ли кавычки и комментарии</source>
+        <source>тег, текст или комментарий больше %1&#xa0;КиБ (числа ковариаций — %2&#xa0;МиБ), файл не прочитан; проверьте, закрыты ли кавычки и комментарии</source>
         <translation>a tag, text or comment is over %1 KiB (numbers of covariances: %2 MiB), the file was not read; check that quotes and comments are closed</translation>
     </message>
     <message>
@@ -1033,7 +1033,7 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Levelling desk %1</translation>
     </message>
     <message>
-        <source>%1 мм·√L</source>
+        <source>%1&#xa0;мм·√L</source>
         <translation>%1 mm·√L</translation>
     </message>
     <message>
@@ -1053,23 +1053,23 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Levelling desk</translation>
     </message>
     <message>
-        <source>СКО вычислены по априорной СКО единицы веса μ = %1 мм</source>
+        <source>СКО вычислены по априорной СКО единицы веса μ = %1&#xa0;мм</source>
         <translation>Standard deviations from the a priori σ₀ = %1 mm</translation>
     </message>
     <message>
-        <source>СКО вычислены по априорной СКО единицы веса μ = %1 мм, так как избыточных измерений нет</source>
+        <source>СКО вычислены по априорной СКО единицы веса μ = %1&#xa0;мм, так как избыточных измерений нет</source>
         <translation>Standard deviations from the a priori σ₀ = %1 mm, since there are no redundant measurements</translation>
     </message>
     <message>
-        <source>СКО вычислены по апостериорной СКО единицы веса μ = %1 мм; априорная %2 мм</source>
+        <source>СКО вычислены по апостериорной СКО единицы веса μ = %1&#xa0;мм; априорная %2&#xa0;мм</source>
         <translation>Standard deviations from the a posteriori σ₀ = %1 mm; a priori %2 mm</translation>
     </message>
     <message>
-        <source>СКО вычислены по апостериорной СКО единицы веса каждой части сети, в частях без избыточных измерений по априорной μ = %1 мм</source>
+        <source>СКО вычислены по апостериорной СКО единицы веса каждой части сети, в частях без избыточных измерений по априорной μ = %1&#xa0;мм</source>
         <translation>Standard deviations from the a posteriori σ₀ of each part of the network; in parts without redundant measurements from the a priori σ₀ = %1 mm</translation>
     </message>
     <message>
-        <source>Поправка v = уравненное превышение − измеренное превышение; r — доля ошибки измерения, которую показывает поправка; ∇ — оценка ошибки −v/r; наименьшая ошибка, которую проверка обнаруживает с вероятностью 80 %</source>
+        <source>Поправка v = уравненное превышение − измеренное превышение; r — доля ошибки измерения, которую показывает поправка; ∇ — оценка ошибки −v/r; наименьшая ошибка, которую проверка обнаруживает с вероятностью 80&#xa0;%</source>
         <translation>Residual v = adjusted − measured height difference; r is the share of an error that the residual shows; ∇ is the estimated error −v/r; the least error that the test detects with a probability of 80 %</translation>
     </message>
     <message>
@@ -1101,15 +1101,15 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>all points with a height are taken</translation>
     </message>
     <message>
-        <source>Исходный репер %1: отметка %2 м, известна с ковариациями и уравнивается</source>
+        <source>Исходный репер %1: отметка %2&#xa0;м, известна с ковариациями и уравнивается</source>
         <translation>Benchmark %1: given height %2 m, known with covariances and adjusted</translation>
     </message>
     <message>
-        <source>Секция %1: измеренное превышение отличается от вычисленного по приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs)</source>
+        <source>Секция %1: измеренное превышение отличается от вычисленного по приближённым высотам на %2&#xa0;мм, допуск ±%3&#xa0;мм (tol-abs)</source>
         <translation>Section %1: the measured height difference differs from that of the approximate heights by %2 mm, tolerance ±%3 mm (tol-abs)</translation>
     </message>
     <message>
-        <source>В одной из секций %1 измеренное превышение отличается от вычисленного по приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs); измерения не различают, в которой</source>
+        <source>В одной из секций %1 измеренное превышение отличается от вычисленного по приближённым высотам на %2&#xa0;мм, допуск ±%3&#xa0;мм (tol-abs); измерения не различают, в которой</source>
         <translation>In one of the sections %1 the measured height difference differs from that of the approximate heights by %2 mm, tolerance ±%3 mm (tol-abs); the measurements do not tell in which</translation>
     </message>
     <message>
@@ -1121,11 +1121,11 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>%1: unknowns %2, redundant measurements %3, [pvv] = %4 (weights 1/σ²)</translation>
     </message>
     <message>
-        <source>%1: СКО секций различаются в %2 раз, от %3 мм (%4) до %5 мм (%6); последние цифры высот и СКО недостоверны, проверьте эти СКО</source>
+        <source>%1: СКО секций различаются в %2&#xa0;раз, от %3&#xa0;мм (%4) до %5&#xa0;мм (%6); последние цифры высот и СКО недостоверны, проверьте эти СКО</source>
         <translation>%1: standard deviations of sections differ by a factor of %2, from %3 mm (%4) to %5 mm (%6); the last digits of heights and standard deviations are unreliable, check these values</translation>
     </message>
     <message>
-        <source>СКО единицы веса μ на 1 км хода</source>
+        <source>СКО единицы веса μ на 1&#xa0;км хода</source>
         <translation>σ₀ per km of line</translation>
     </message>
     <message>
@@ -1133,11 +1133,11 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>σ₀</translation>
     </message>
     <message>
-        <source>%1, %2: априорная %3 мм; апостериорная не определяется, так как избыточных измерений нет</source>
+        <source>%1, %2: априорная %3&#xa0;мм; апостериорная не определяется, так как избыточных измерений нет</source>
         <translation>%1, %2: a priori %3 mm; there is no a posteriori value, since there are no redundant measurements</translation>
     </message>
     <message>
-        <source>%1, %2: априорная %3 мм, апостериорная %4 мм, отношение %5</source>
+        <source>%1, %2: априорная %3&#xa0;мм, апостериорная %4&#xa0;мм, отношение %5</source>
         <translation>%1, %2: a priori %3 mm, a posteriori %4 mm, ratio %5</translation>
     </message>
     <message>
@@ -1205,11 +1205,11 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>%1 %2, limit %3</translation>
     </message>
     <message>
-        <source>Пункт %1: H = %2 м, СКО априорная %3 мм</source>
+        <source>Пункт %1: H = %2&#xa0;м, СКО априорная %3&#xa0;мм</source>
         <translation>Point %1: H = %2 m, standard deviation a priori %3 mm</translation>
     </message>
     <message>
-        <source>%1, апостериорная %2 мм</source>
+        <source>%1, апостериорная %2&#xa0;мм</source>
         <translation>%1, a posteriori %2 mm</translation>
     </message>
     <message>
@@ -1229,11 +1229,11 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Possibly one of the sections %1 has an error: the measurements do not tell them apart</translation>
     </message>
     <message>
-        <source>%1; %2; оценка ошибки %3 мм, обнаруживается от %4 мм</source>
+        <source>%1; %2; оценка ошибки %3&#xa0;мм, обнаруживается от %4&#xa0;мм</source>
         <translation>%1; %2; estimated error %3 mm, detectable from %4 mm</translation>
     </message>
     <message>
-        <source>Секция %1: h = %2 м, v = %3 мм</source>
+        <source>Секция %1: h = %2&#xa0;м, v = %3&#xa0;мм</source>
         <translation>Section %1: h = %2 m, v = %3 mm</translation>
     </message>
     <message>
@@ -1241,19 +1241,19 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>%1, not checked by other measurements</translation>
     </message>
     <message>
-        <source>%1, СКО поправки %2 мм, %3; r = %4, оценка ошибки %5 мм, обнаруживается от %6 мм</source>
+        <source>%1, СКО поправки %2&#xa0;мм, %3; r = %4, оценка ошибки %5&#xa0;мм, обнаруживается от %6&#xa0;мм</source>
         <translation>%1, standard deviation of the residual %2 mm, %3; r = %4, estimated error %5 mm, detectable from %6 mm</translation>
     </message>
     <message>
-        <source>%1, СКО поправки %2 мм, %3 %4</source>
+        <source>%1, СКО поправки %2&#xa0;мм, %3 %4</source>
         <translation>%1, standard deviation of the residual %2 mm, %3 %4</translation>
     </message>
     <message>
-        <source>%1, СКО поправки %2 мм, %3</source>
+        <source>%1, СКО поправки %2&#xa0;мм, %3</source>
         <translation>%1, standard deviation of the residual %2 mm, %3</translation>
     </message>
     <message>
-        <source>Исходный репер %1: поправка в отметку %2 мм</source>
+        <source>Исходный репер %1: поправка в отметку %2&#xa0;мм</source>
         <translation>Benchmark %1: residual of the given height %2 mm</translation>
     </message>
     <message>
@@ -1265,7 +1265,7 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Discrepancies of repeated sections</translation>
     </message>
     <message>
-        <source>Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1 мм·√L (%2), L — длина, км; без длины — %3 СКО</source>
+        <source>Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1&#xa0;мм·√L (%2), L — длина, км; без длины — %3 СКО</source>
         <translation>Tolerance of misclosures of lines and loops, and of discrepancies between measurements of a section: ±%1 mm·√L (%2), L is the length in km; without a length %3 standard deviations</translation>
     </message>
     <message>
@@ -1273,7 +1273,7 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Part %1 is not connected with any benchmark and will be adjusted as a free network: %2</translation>
     </message>
     <message>
-        <source>Случайная СКО на 1 км по расхождениям прямых и обратных ходов (%1): одного хода %2 мм, среднего из двух %3 мм</source>
+        <source>Случайная СКО на 1&#xa0;км по расхождениям прямых и обратных ходов (%1): одного хода %2&#xa0;мм, среднего из двух %3&#xa0;мм</source>
         <translation>Random standard deviation per km from the discrepancies between forward and backward levelling (%1): of a single run %2 mm, of the mean of both %3 mm</translation>
     </message>
     <message>
@@ -1289,11 +1289,11 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Heights written: %1; file: %2</translation>
     </message>
     <message>
-        <source>%1: %2 мм; точность результатов оценивается по %3 СКО</source>
+        <source>%1: %2&#xa0;мм; точность результатов оценивается по %3 СКО</source>
         <translation>%1: %2 mm; precision from the %3 value</translation>
     </message>
     <message>
-        <source>Априорная СКО на 1 км хода</source>
+        <source>Априорная СКО на 1&#xa0;км хода</source>
         <translation>A priori standard deviation per km of line</translation>
     </message>
     <message>
@@ -1325,11 +1325,11 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>The search ended after %1 gross errors; check the a priori standard deviation</translation>
     </message>
     <message>
-        <source>Секция %1: грубая ошибка, оценка %2 мм, %3</source>
+        <source>Секция %1: грубая ошибка, оценка %2&#xa0;мм, %3</source>
         <translation>Section %1: gross error, estimated %2 mm, %3</translation>
     </message>
     <message>
-        <source>Грубая ошибка в одной из секций %1: измерения их не различают, оценка %2 мм, %3</source>
+        <source>Грубая ошибка в одной из секций %1: измерения их не различают, оценка %2&#xa0;мм, %3</source>
         <translation>A gross error lies in one of the sections %1: the measurements do not tell them apart, estimated %2 mm, %3</translation>
     </message>
     <message>
@@ -1341,7 +1341,7 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>The solution is not unique: other heights give the same sum, for instance of these points: %1</translation>
     </message>
     <message>
-        <source>Секция %1: v = %2 мм, |v|/σ = %3</source>
+        <source>Секция %1: v = %2&#xa0;мм, |v|/σ = %3</source>
         <translation>Section %1: v = %2 mm, |v|/σ = %3</translation>
     </message>
     <message>
@@ -1431,6 +1431,11 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>%1, процесс %2, компьютер %3</source>
         <translation>%1, process %2, computer %3</translation>
+    </message>
+    <message>
+        <source>,−</source>
+        <comment>decimal separator and minus</comment>
+        <translation>.-</translation>
     </message>
 </context>
 <context>

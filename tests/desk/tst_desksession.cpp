@@ -452,7 +452,7 @@ void TestDeskSession::savedProjectShowsSamePages()
     const QString adjustPage = page(enums::Adjust);
     const QString importPage = page(enums::Import);
     const auto counts = window().getDocument().getSummary().types.at(enums::Adjust);
-    QVERIFY(adjustPage.contains(QStringLiteral("H = 105.15040 м")));
+    QVERIFY(adjustPage.contains(QStringLiteral("H = 105,15040\u00A0м")));
     const QString path = desk->path(QStringLiteral("project.orvel"));
     QVERIFY(window().saveFile(path));
     const LONGID id = window().getDocument().getPoints()[2]->getId();

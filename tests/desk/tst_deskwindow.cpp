@@ -156,7 +156,7 @@ void TestDeskWindow::newUserFindsWorstMeasurement()
     run("Уравнивание");
     QTextBrowser* journal = window->getMonitor().getJournal();
     QVERIFY(journal->toPlainText().contains(
-        QStringLiteral("Наибольшая стьюдентизированная поправка 1.61, предел 1.93: секция BMY – C")));
+        QStringLiteral("Наибольшая стьюдентизированная поправка 1,61, предел 1,93: секция BMY – C")));
     const QString html = journal->toHtml();
     const LONGID worst = window->getDocument().getSections()[2]->getId();
     QVERIFY(html.contains(QStringLiteral("id=%1&amp;").arg(worst)));
@@ -548,7 +548,7 @@ void TestDeskWindow::uriDuringRunWaits()
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-protocol", enums::Adjust))),
              UriFollower::Answer::Taken);
-    QVERIFY(lastPage().contains(QStringLiteral("H = 105.15040 м")));
+    QVERIFY(lastPage().contains(QStringLiteral("H = 105,15040\u00A0м")));
 }
 
 void TestDeskWindow::equalUrisAreOne()
@@ -615,14 +615,15 @@ void TestDeskWindow::reportsAreWritten()
     QCOMPARE(window->getUriFollower().follow(QUrl(uri("generate-report", kHeightCatalogue))),
              UriFollower::Answer::Taken);
     QVERIFY(lastPage().contains(QStringLiteral("<tr><td class=\"name\">A</td><td class=\"name\">определяемый "
-                                               "пункт</td><td>105.15040</td><td>32.76</td></tr>")));
+                                               "пункт</td><td>105,15040</td><td>32,76</td></tr>")));
     QVERIFY(triggerAction(*window, QStringLiteral("Ведомость превышений и поправок")));
     const QString row = lastPage()
                             .section(QStringLiteral("<tr><td class=\"name\">BMY – C</td>"), 1)
                             .section(QStringLiteral("</tr>"), 0, 0);
     QCOMPARE(row,
-             QStringLiteral("<td>2.000</td><td>1.41</td><td>-1.25000</td><td>-52.80</td><td>-1.30280</td>"
-                            "<td>-1.61</td><td>0.56</td><td>+94.29</td><td>206.15</td>"));
+             QStringLiteral(
+                 "<td>2,000</td><td>1,41</td><td>\u22121,25000</td><td>\u221252,80</td><td>\u22121,30280</td>"
+                 "<td>\u22121,61</td><td>0,56</td><td>+94,29</td><td>206,15</td>"));
 }
 
 void TestDeskWindow::reportNeedsResults()
@@ -637,7 +638,7 @@ void TestDeskWindow::reportNeedsResults()
 void TestDeskWindow::classChangesTolerance()
 {
     QVERIFY(window->saveFile(desk->path(QStringLiteral("project.orvel"))));
-    QVERIFY(triggerAction(*window, QStringLiteral("I класс: 3 мм·√L")));
+    QVERIFY(triggerAction(*window, QStringLiteral("I класс: 3\u00A0мм·√L")));
     QVERIFY(window->isWindowModified());
     run("Предобработка");
     QVERIFY(window->getMonitor().getJournal()->toPlainText().contains(QStringLiteral("±3 мм·√L (I класс)")));

@@ -126,24 +126,32 @@ void TestHeadless::twoBenchmarksGivePublishedFigures()
                                                              "B,104.48920,29.759\n"
                                                              "C,106.19720,29.035\n"));
     const QString adjust = plainText(QStringLiteral("pages/Adjust.html"));
-    QCOMPARE(
-        findMissing(adjust, {"избыточных измерений 4, [pvv] = 3832.00000 ", "апостериорная 30.952 мм",
-                             "Пункт A: H = 105.15040 м, СКО априорная 1.058 мм, апостериорная 32.76 мм\n",
-                             "Пункт B: H = 104.48920 м, СКО априорная 0.961 мм, апостериорная 29.76 мм\n",
-                             "Пункт C: H = 106.19720 м, СКО априорная 0.938 мм, апостериорная 29.04 мм\n",
-                             "BMX – A: h = 5.10000 м, v = +50.40 мм", "A – BMY: h = 2.34000 м, v = +9.60 мм",
-                             "BMY – C: h = -1.25000 м, v = -52.80 мм",
-                             "C – BMX: h = -6.13000 м, v = -67.20 мм", "A – B: h = -0.68000 м, v = +18.80 мм",
-                             "BMY – B: h = -3.00000 м, v = -10.80 мм", "B – C: h = 1.70000 м, v = +8.00 мм"}),
-        QStringList());
+    QCOMPARE(findMissing(
+                 adjust,
+                 {"избыточных измерений 4, [pvv] = 3832,00000 ", "апостериорная 30,952\u00A0мм",
+                  "Пункт A: H = 105,15040\u00A0м, СКО априорная 1,06\u00A0мм, апостериорная 32,76\u00A0мм\n",
+                  "Пункт B: H = 104,48920\u00A0м, СКО априорная 0,96\u00A0мм, апостериорная 29,76\u00A0мм\n",
+                  "Пункт C: H = 106,19720\u00A0м, СКО априорная 0,94\u00A0мм, апостериорная 29,04\u00A0мм\n",
+                  "BMX – A: h = 5,10000\u00A0м, v = +50,40\u00A0мм",
+                  "A – BMY: h = 2,34000\u00A0м, v = +9,60\u00A0мм",
+                  "BMY – C: h = \u22121,25000\u00A0м, v = \u221252,80\u00A0мм",
+                  "C – BMX: h = \u22126,13000\u00A0м, v = \u221267,20\u00A0мм",
+                  "A – B: h = \u22120,68000\u00A0м, v = +18,80\u00A0мм",
+                  "BMY – B: h = \u22123,00000\u00A0м, v = \u221210,80\u00A0мм",
+                  "B – C: h = 1,70000\u00A0м, v = +8,00\u00A0мм"}),
+             QStringList());
     const QString compile = plainText(QStringLiteral("pages/Compile.html"));
     QCOMPARE(
-        findMissing(compile,
-                    {"избыточных измерений: 4\n",
-                     "Ход BMX → A → BMY: невязка -60.00 мм, больше допуска ±52.92 мм, длина 7.000 км",
-                     "Ход BMY → C → BMX: невязка +120.00 мм, больше допуска ±44.72 мм, длина 5.000 км",
-                     "Полигон BMY → C → B → BMY: невязка +50.00 мм, больше допуска ±48.99 мм, длина 6.000 км",
-                     "Полигон BMY → B → A → BMY: невязка +20.00 мм, допуск ±52.92 мм, длина 7.000 км"}),
+        findMissing(
+            compile,
+            {"избыточных измерений: 4\n",
+             "Ход BMX → A → BMY: невязка \u221260,00\u00A0мм, больше допуска ±52,92\u00A0мм, длина "
+             "7,000\u00A0км",
+             "Ход BMY → C → BMX: невязка +120,00\u00A0мм, больше допуска ±44,72\u00A0мм, длина 5,000\u00A0км",
+             "Полигон BMY → C → B → BMY: невязка +50,00\u00A0мм, больше допуска ±48,99\u00A0мм, длина "
+             "6,000\u00A0км",
+             "Полигон BMY → B → A → BMY: невязка +20,00\u00A0мм, допуск ±52,92\u00A0мм, длина "
+             "7,000\u00A0км"}),
         QStringList());
 }
 
@@ -163,13 +171,13 @@ void TestHeadless::oneBenchmarkGivesPublishedFigures()
                                                              "32,253.63176,1.968\n"
                                                              "43,236.31859,1.933\n"));
     const QString adjust = plainText(QStringLiteral("pages/Adjust.html"));
-    QCOMPARE(findMissing(adjust, {"избыточных измерений 8, [pvv] = 3.74232 ",
-                                  "апостериорная 2.0519 мм, отношение 0.684, пределы 0.522 и 1.480 ",
-                                  "Наибольшая нормированная поправка 1.56, предел 2.93: секция 51 – 1\n"}),
+    QCOMPARE(findMissing(adjust, {"избыточных измерений 8, [pvv] = 3,74232 ",
+                                  "апостериорная 2,052\u00A0мм, отношение 0,684, пределы 0,522 и 1,480 ",
+                                  "Наибольшая нормированная поправка 1,56, предел 2,93: секция 51 – 1\n"}),
              QStringList());
     const QString compile = plainText(QStringLiteral("pages/Compile.html"));
     QCOMPARE(compile.count(QString::fromUtf8("Полигон ")), 8);
-    QVERIFY(compile.contains(QString::fromUtf8("Полигон 51 → 1 → 17 → 51: невязка -8.60 мм")));
+    QVERIFY(compile.contains(QString::fromUtf8("Полигон 51 → 1 → 17 → 51: невязка \u22128,60\u00A0мм")));
 }
 
 void TestHeadless::equalLengthsGivePublishedFigures()
@@ -181,8 +189,8 @@ void TestHeadless::equalLengthsGivePublishedFigures()
     const DeskProcess desk = run(words("--import equal.gkf --run adjust --pages pages"));
     QCOMPARE(desk.exitCode, 0);
     const QString adjust = plainText(QStringLiteral("pages/Adjust.html"));
-    QCOMPARE(findMissing(adjust, {"A: H = 105.14095 м", "B: H = 104.48286 м", "C: H = 106.18762 м",
-                                  "апостериорная 50.119 мм"}),
+    QCOMPARE(findMissing(adjust, {"A: H = 105,14095\u00A0м", "B: H = 104,48286\u00A0м",
+                                  "C: H = 106,18762\u00A0м", "апостериорная 50,119\u00A0мм"}),
              QStringList());
 }
 
@@ -191,14 +199,15 @@ void TestHeadless::grossErrorsAreIsolatedByL1()
     const DeskProcess desk = run(words("--import two-benchmarks.gkf --run l1 --pages pages"));
     QCOMPARE(desk.errors, QString());
     const QString page = plainText(QStringLiteral("pages/L1Analysis.html"));
-    QCOMPARE(findMissing(page, {"вес измерения 1/σ", "Решение единственное\n", "Пункт A: H = 105.16000 м\n",
-                                "Пункт B: H = 104.50000 м\n", "Пункт C: H = 106.20000 м\n",
-                                "Секция C – BMX: v = -70.00 мм, |v|/σ = 40.41\n",
-                                "Секция BMX – A: v = +60.00 мм, |v|/σ = 30.00\n",
-                                "Секция BMY – C: v = -50.00 мм, |v|/σ = 35.36\n",
-                                "Грубых ошибок не обнаружено, доверительная вероятность 0.95\n",
-                                "секций с ненулевой поправкой: 4, с нулевой: 3\n"}),
-             QStringList());
+    QCOMPARE(
+        findMissing(page, {"вес измерения 1/σ", "Решение единственное\n", "Пункт A: H = 105,16000\u00A0м\n",
+                           "Пункт B: H = 104,50000\u00A0м\n", "Пункт C: H = 106,20000\u00A0м\n",
+                           "Секция C – BMX: v = \u221270,00\u00A0мм, |v|/σ = 40,41\n",
+                           "Секция BMX – A: v = +60,00\u00A0мм, |v|/σ = 30,00\n",
+                           "Секция BMY – C: v = \u221250,00\u00A0мм, |v|/σ = 35,36\n",
+                           "Грубых ошибок не обнаружено, доверительная вероятность 0,95\n",
+                           "секций с ненулевой поправкой: 4, с нулевой: 3\n"}),
+        QStringList());
 }
 
 void TestHeadless::wholePagesOfSmallNetwork_data()

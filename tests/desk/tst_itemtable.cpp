@@ -115,17 +115,17 @@ void TestItemTable::showsPointsAndSections()
 {
     QCOMPARE(column(itemcolumns::Name),
              toList("BMX|BMY|A|B|C|BMX – A|A – BMY|BMY – C|C – BMX|A – B|BMY – B|B – C"));
-    QCOMPARE(row("BMX"), toList("BMX|исходный репер|100.00000||||0|"));
+    QCOMPARE(row("BMX"), toList("BMX|исходный репер|100,00000||||0|"));
     QCOMPARE(row("A"), toList("A|пункт|||||0|"));
-    QCOMPARE(row("B – C"), toList("B – C|секция||1.41|1.70000||0|"));
+    QCOMPARE(row("B – C"), toList("B – C|секция||1,41|1,70000||0|"));
 }
 
 void TestItemTable::showsResultsOfAdjustment()
 {
     QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
     QVERIFY(window->getMonitor().waitForFinished());
-    QCOMPARE(row("A"), toList("A|пункт|105.15040|32.76|||2|"));
-    QCOMPARE(row("BMY – C"), toList("BMY – C|секция||1.41|-1.25000|-52.80|2|"));
+    QCOMPARE(row("A"), toList("A|пункт|105,15040|32,76|||2|"));
+    QCOMPARE(row("BMY – C"), toList("BMY – C|секция||1,41|\u22121,25000|\u221252,80|2|"));
     QVERIFY(!cell("A", itemcolumns::Report).data(Qt::DecorationRole).isNull());
     QCOMPARE(cell("A", itemcolumns::Report).data(Qt::AccessibleTextRole).toString(),
              QStringLiteral("есть протокол"));
@@ -143,10 +143,10 @@ void TestItemTable::sortsNumbersByValue()
 {
     window->getTable().sortByColumn(itemcolumns::Difference, Qt::AscendingOrder);
     QCOMPARE(column(itemcolumns::Difference),
-             toList("-6.13000|-3.00000|-1.25000|-0.68000|1.70000|2.34000|5.10000|||||"));
+             toList("\u22126,13000|\u22123,00000|\u22121,25000|\u22120,68000|1,70000|2,34000|5,10000|||||"));
     window->getTable().sortByColumn(itemcolumns::Difference, Qt::DescendingOrder);
     QCOMPARE(column(itemcolumns::Difference),
-             toList("5.10000|2.34000|1.70000|-0.68000|-1.25000|-3.00000|-6.13000|||||"));
+             toList("5,10000|2,34000|1,70000|\u22120,68000|\u22121,25000|\u22123,00000|\u22126,13000|||||"));
 }
 
 void TestItemTable::searchHidesWhatItDoesNotMean()
@@ -197,8 +197,8 @@ void TestItemTable::clickOpensProtocolOfPoint()
     click(cell("A", itemcolumns::Report));
     QCOMPARE(desk->opened.getPaths().size(), 1);
     const QString page = QString::fromUtf8(readFile(desk->opened.getPaths().constFirst()));
-    QVERIFY(page.contains(QStringLiteral("H = 105.15040 м")));
-    QVERIFY(!page.contains(QStringLiteral("H = 104.48920 м")));
+    QVERIFY(page.contains(QStringLiteral("H = 105,15040\u00A0м")));
+    QVERIFY(!page.contains(QStringLiteral("H = 104,48920\u00A0м")));
 }
 
 void TestItemTable::clickOpensProtocolOfSection()
@@ -208,8 +208,8 @@ void TestItemTable::clickOpensProtocolOfSection()
     click(cell("BMY – C", itemcolumns::Report));
     QCOMPARE(desk->opened.getPaths().size(), 1);
     const QString page = QString::fromUtf8(readFile(desk->opened.getPaths().constFirst()));
-    QVERIFY(page.contains(QStringLiteral("v = -52.80 мм")));
-    QVERIFY(!page.contains(QStringLiteral("v = -67.20 мм")));
+    QVERIFY(page.contains(QStringLiteral("v = \u221252,80\u00A0мм")));
+    QVERIFY(!page.contains(QStringLiteral("v = \u221267,20\u00A0мм")));
 }
 
 void TestItemTable::enterOpensProtocol()

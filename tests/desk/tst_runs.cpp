@@ -109,7 +109,8 @@ void TestRuns::compileWithoutLengthsTakesThreeSigma()
     addSection(a, b, 1.010, std::nullopt);
     runCompile(monitor, snapshot, LevellingClass::I);
     // 3 * 2 mm * sqrt(2) = 8.49 mm
-    QVERIFY(has("error:Повторные измерения [50:s0], [51:s1]: расхождение 10.00 мм, больше допуска 8.49 мм"));
+    QVERIFY(has("error:Повторные измерения [50:s0], [51:s1]: расхождение 10,00\u00A0мм, больше допуска "
+                "8,49\u00A0мм"));
     QVERIFY(monitor.lines.filter(QStringLiteral("Полигон")).isEmpty());
 }
 
@@ -123,17 +124,18 @@ void TestRuns::compileMakesLoopsOfMeans()
     addSection(b, c, 2.000, 1.0);
     addSection(c, a, -3.000, 2.0);
     runCompile(monitor, snapshot, LevellingClass::Technical);
-    QVERIFY(
-        has("service:Допуск невязок ходов и полигонов и расхождений измерений секции: ±50 мм·√L (техническое "
-            "нивелирование), L — длина, км; без длины — 3 СКО"));
+    QVERIFY(has("service:Допуск невязок ходов и полигонов и расхождений измерений секции: ±50\u00A0мм·√L "
+                "(техническое "
+                "нивелирование), L — длина, км; без длины — 3 СКО"));
     // d = 8 mm over 1 km: 8 / sqrt(2) and 8 / 2.
-    QVERIFY(
-        has("message:Случайная СКО на 1 км по расхождениям прямых и обратных ходов (1): одного хода 5.66 мм, "
-            "среднего из двух 4.00 мм"));
-    QVERIFY(has("message:Прямой и обратный ход [50:s0], [51:s1]: расхождение 8.00 мм, допуск 50.00 мм"));
+    QVERIFY(has("message:Случайная СКО на 1\u00A0км по расхождениям прямых и обратных ходов (1): одного хода "
+                "5,66\u00A0мм, "
+                "среднего из двух 4,00\u00A0мм"));
     QVERIFY(has(
-        "message:Полигон [10:A] → [11:B] → [12:C] → [10:A]: невязка +4.00 мм, допуск ±100.00 мм, длина 4.000 "
-        "км; секции: [50:s0], [51:s1], [52:s2], [53:s3]"));
+        "message:Прямой и обратный ход [50:s0], [51:s1]: расхождение 8,00\u00A0мм, допуск 50,00\u00A0мм"));
+    QVERIFY(has("message:Полигон [10:A] → [11:B] → [12:C] → [10:A]: невязка +4,00\u00A0мм, допуск "
+                "±100,00\u00A0мм, длина 4,000\u00A0"
+                "км; секции: [50:s0], [51:s1], [52:s2], [53:s3]"));
     QCOMPARE(monitor.lines.filter(QStringLiteral("Полигон")).size(), 1);
 }
 
@@ -171,12 +173,13 @@ void TestRuns::adjustmentWithoutSurplus()
 {
     addLine(10.0);
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has("warning:Часть 1, СКО единицы веса μ на 1 км хода: априорная 2.0000 мм; апостериорная не "
-                "определяется, так как избыточных измерений нет"));
-    QVERIFY(
-        has("message:Пункт [11:B]: H = 11.00000 м, СКО априорная 2.000 мм, апостериорная не определяется"));
-    QVERIFY(
-        has("warning:Секция [50:s0]: h = 1.00000 м, v = +0.00 мм, не контролируется другими измерениями"));
+    QVERIFY(has(
+        "warning:Часть 1, СКО единицы веса μ на 1\u00A0км хода: априорная 2,000\u00A0мм; апостериорная не "
+        "определяется, так как избыточных измерений нет"));
+    QVERIFY(has("message:Пункт [11:B]: H = 11,00000\u00A0м, СКО априорная 2,00\u00A0мм, апостериорная не "
+                "определяется"));
+    QVERIFY(has("warning:Секция [50:s0]: h = 1,00000\u00A0м, v = +0,00\u00A0мм, не контролируется другими "
+                "измерениями"));
     QCOMPARE(monitor.lines.count(QStringLiteral("stage end")), 3);
 }
 
@@ -191,7 +194,7 @@ void TestRuns::adjustmentChecksAbsoluteTerms()
     QVERIFY(runAdjust(monitor, snapshot));
     QVERIFY(has(
         "warning:Секция [50:s0]: измеренное превышение отличается от вычисленного по приближённым высотам на "
-        "+300.00 мм, допуск ±100 мм (tol-abs)"));
+        "+300,00\u00A0мм, допуск ±100\u00A0мм (tol-abs)"));
     QCOMPARE(monitor.lines.filter(QStringLiteral("tol-abs")).size(), 1);
 }
 
@@ -207,7 +210,8 @@ void TestRuns::absoluteTermsThatNobodyCanTellApart()
         monitor.lines.filter(QStringLiteral("tol-abs")),
         QStringList(QStringLiteral(
             "warning:В одной из секций [50:s0], [51:s1] измеренное превышение отличается от вычисленного по "
-            "приближённым высотам на -200.00 мм, допуск ±100 мм (tol-abs); измерения не различают, в "
+            "приближённым высотам на \u2212200,00\u00A0мм, допуск ±100\u00A0мм (tol-abs); измерения не "
+            "различают, в "
             "которой")));
 }
 
@@ -220,17 +224,19 @@ void TestRuns::adjustmentOfTwoComponentsGivesBothFits()
         addSection(benchmark, point, name[0] == 'A' ? 1.002 : 1.2, 1.0);
     }
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has("message:Часть 1: неизвестных 1, избыточных измерений 1, [pvv] = 0.50000 (веса 1/σ²)"));
+    QVERIFY(has("message:Часть 1: неизвестных 1, избыточных измерений 1, [pvv] = 0,50000 (веса 1/σ²)"));
     // The limits are the roots of the 2.5 % and the 97.5 % quantile of chi-square.
+    QVERIFY(has("message:Часть 1, СКО единицы веса μ на 1\u00A0км хода: априорная 2,000\u00A0мм, "
+                "апостериорная 1,414\u00A0мм, "
+                "отношение 0,707, пределы 0,031 и 2,241 (критерий χ², доверительная вероятность 0,95)"));
     QVERIFY(
-        has("message:Часть 1, СКО единицы веса μ на 1 км хода: априорная 2.0000 мм, апостериорная 1.4142 мм, "
-            "отношение 0.707, пределы 0.031 и 2.241 (критерий χ², доверительная вероятность 0.95)"));
-    QVERIFY(
-        has("warning:Часть 2, СКО единицы веса μ на 1 км хода: априорная 2.0000 мм, апостериорная 141.42 мм, "
-            "отношение 70.711, больше верхнего предела, пределы 0.031 и 2.241 (критерий χ², доверительная "
-            "вероятность 0.95); проверьте L1-анализом и априорную СКО"));
+        has("warning:Часть 2, СКО единицы веса μ на 1\u00A0км хода: априорная 2,000\u00A0мм, апостериорная "
+            "141,421\u00A0мм, "
+            "отношение 70,711, больше верхнего предела, пределы 0,031 и 2,241 (критерий χ², доверительная "
+            "вероятность 0,95); проверьте L1-анализом и априорную СКО"));
     // The blunder of the one part says nothing about the other.
-    QVERIFY(has("message:Пункт [11:x]: H = 11.00100 м, СКО априорная 1.414 мм, апостериорная 1.00 мм"));
+    QVERIFY(has(
+        "message:Пункт [11:x]: H = 11,00100\u00A0м, СКО априорная 1,41\u00A0мм, апостериорная 1,00\u00A0мм"));
 }
 
 void TestRuns::sectionsOfOneLoopAreNamedTogether()
@@ -247,18 +253,18 @@ void TestRuns::sectionsOfOneLoopAreNamedTogether()
     QCOMPARE(
         errors,
         QStringList(
-            {QStringLiteral("error:Наибольшая нормированная поправка 14.43, больше предела 1.96: одинакова "
+            {QStringLiteral("error:Наибольшая нормированная поправка 14,43, больше предела 1,96: одинакова "
                             "у секций [50:s0], [51:s1], [52:s2]"),
              QStringLiteral("error:Ошибка в одной из секций [50:s0], [51:s1], [52:s2]: измерения их не "
-                            "различают; нормированная поправка 14.43, больше предела 1.96; оценка ошибки "
-                            "+50.00 мм, обнаруживается от 9.70 мм")}));
+                            "различают; нормированная поправка 14,43, больше предела 1,96; оценка ошибки "
+                            "+50,00\u00A0мм, обнаруживается от 9,70\u00A0мм")}));
     monitor = LineCollector();
     runL1Analysis(monitor, snapshot);
     QCOMPARE(monitor.lines.filter(QStringLiteral("error:")),
              QStringList(QStringLiteral(
                  "error:Грубая ошибка в одной из секций [50:s0], [51:s1], [52:s2]: измерения их "
-                 "не различают, оценка +50.00 мм, нормированная поправка 14.43, больше предела "
-                 "1.96")));
+                 "не различают, оценка +50,00\u00A0мм, нормированная поправка 14,43, больше предела "
+                 "1,96")));
 }
 
 void TestRuns::freeNetworkKeepsTheMeanHeight()
@@ -272,17 +278,17 @@ void TestRuns::freeNetworkKeepsTheMeanHeight()
     QVERIFY(has("warning:Часть 1 — свободная сеть, исходных реперов в ней нет: взяты все пункты, у которых "
                 "есть высота. "
                 "Сохраняется средняя высота пунктов (минимум следа): [10:A], [11:B]"));
-    QVERIFY(
-        has("message:Пункт [10:A]: H = 10.10000 м, СКО априорная 1.000 мм, апостериорная не определяется"));
-    QVERIFY(
-        has("message:Пункт [11:B]: H = 11.10000 м, СКО априорная 1.000 мм, апостериорная не определяется"));
+    QVERIFY(has("message:Пункт [10:A]: H = 10,10000\u00A0м, СКО априорная 1,00\u00A0мм, апостериорная не "
+                "определяется"));
+    QVERIFY(has("message:Пункт [11:B]: H = 11,10000\u00A0м, СКО априорная 1,00\u00A0мм, апостериорная не "
+                "определяется"));
     snapshot.network.points[0].constrained = true;
     QVERIFY(runAdjust(monitor, snapshot));
     QVERIFY(has(
         "message:Часть 1 — свободная сеть, исходных реперов в ней нет: так задано (adj=\"Z\"). Сохраняется "
         "средняя высота пунктов (минимум следа): [10:A]"));
-    QVERIFY(
-        has("message:Пункт [11:B]: H = 11.00000 м, СКО априорная 2.000 мм, апостериорная не определяется"));
+    QVERIFY(has("message:Пункт [11:B]: H = 11,00000\u00A0м, СКО априорная 2,00\u00A0мм, апостериорная не "
+                "определяется"));
 }
 
 void TestRuns::veryDifferentSigmasAreNamed()
@@ -293,7 +299,8 @@ void TestRuns::veryDifferentSigmasAreNamed()
     addSection(a, b, 1.001, 1.0);
     snapshot.network.sections[1].sigma = 6e6;
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has("warning:Часть 1: СКО секций различаются в 3000000 раз, от 2.00 мм ([50:s0]) до 6000000 мм "
+    QVERIFY(has("warning:Часть 1: СКО секций различаются в 3000000\u00A0раз, от 2,00\u00A0мм ([50:s0]) до "
+                "6000000\u00A0мм "
                 "([51:s1]); "
                 "последние цифры высот и СКО недостоверны, проверьте эти СКО"));
 }
@@ -303,9 +310,9 @@ void TestRuns::sigmaOfWeightsByDeviationHasNoKilometre()
     addLine(10.0);
     snapshot.network.sections[0].stdev = 2.0;
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has(
-        "warning:Часть 1, СКО единицы веса μ: априорная 2.0000 мм; апостериорная не определяется, так как "
-        "избыточных измерений нет"));
+    QVERIFY(has("warning:Часть 1, СКО единицы веса μ: априорная 2,000\u00A0мм; апостериорная не "
+                "определяется, так как "
+                "избыточных измерений нет"));
 }
 
 void TestRuns::l1WithoutDatum()
@@ -326,7 +333,7 @@ void TestRuns::l1SaysWhenNotUnique()
     runL1Analysis(monitor, snapshot);
     QVERIFY(has(
         "warning:Решение не единственное: ту же сумму дают и другие высоты, например этих пунктов: [11:B]"));
-    QVERIFY(has("message:Σ|v|/σ = 50.0000; секций с ненулевой поправкой: 1, с нулевой: 1"));
+    QVERIFY(has("message:Σ|v|/σ = 50,0000; секций с ненулевой поправкой: 1, с нулевой: 1"));
 }
 
 void TestRuns::stoppedRunsEndAtOnce()

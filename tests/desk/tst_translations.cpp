@@ -18,6 +18,7 @@ private Q_SLOTS:
     void russianTextsPassThroughTranslation();
     void textsHoldToTheTermsOfTheField_data();
     void textsHoldToTheTermsOfTheField();
+    void unitsStayWithTheirNumbers();
 };
 
 namespace {
@@ -135,6 +136,7 @@ void TestTranslations::russianTextsPassThroughTranslation()
             for (QString literal : findRussianLiterals(path)) {
                 literal.replace(QStringLiteral("\\n"), QStringLiteral("\n"));
                 literal.replace(QStringLiteral("\\\""), QStringLiteral("\""));
+                literal.replace(QStringLiteral("\\u00A0"), QStringLiteral("\u00A0"));
                 if (!known.contains(literal))
                     unknown.append(path + QStringLiteral(": ") + literal);
             }
@@ -162,6 +164,14 @@ void TestTranslations::textsHoldToTheTermsOfTheField()
         QVERIFY2(!message.translation.contains(ruledOut, Qt::CaseInsensitive),
                  qUtf8Printable(message.translation));
     }
+}
+
+void TestTranslations::unitsStayWithTheirNumbers()
+{
+    const QRegularExpression breaking(QStringLiteral("[0-9] (мм|км|м|МиБ|КиБ|%)(?!\\w)"),
+                                      QRegularExpression::UseUnicodePropertiesOption);
+    for (const Message& message : readMessages(kTranslation))
+        QVERIFY2(!message.source.contains(breaking), qUtf8Printable(message.source));
 }
 
 QTEST_GUILESS_MAIN(TestTranslations)

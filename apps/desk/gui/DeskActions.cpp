@@ -102,7 +102,7 @@ void DeskActions::createClassMenu(QMenu* menu, LevellingClass currentClass)
                                       LevellingClass::IV, LevellingClass::Technical}) {
         QAction* action = classMenu->addAction(QStringLiteral("%1: %2").arg(
             describeClass(levellingClass),
-            Desk::tr("%1 мм·√L").arg(QString::number(getToleranceFactor(levellingClass)))));
+            Desk::tr("%1\u00A0мм·√L").arg(QString::number(getToleranceFactor(levellingClass)))));
         action->setCheckable(true);
         action->setChecked(levellingClass == currentClass);
         group->addAction(action);

@@ -49,22 +49,24 @@ bool hasScale(const LevellingPoint* point)
 QString describeSigmas(const Document& document)
 {
     const double sigmaApriori = document.getParameters().sigmaApriori;
-    const QString apriori = numbers::significant(sigmaApriori, 5);
+    const QString apriori = numbers::unitWeight(sigmaApriori);
     const std::vector<LevellingPoint*> points = document.getPoints();
     if (std::none_of(points.begin(), points.end(), hasScale)) {
         return document.getParameters().sigmaAct == levelling::SigmaAct::Apriori
-                   ? Desk::tr("СКО вычислены по априорной СКО единицы веса μ = %1 мм").arg(apriori)
-                   : Desk::tr("СКО вычислены по априорной СКО единицы веса μ = %1 мм, так как избыточных "
-                              "измерений нет")
+                   ? Desk::tr("СКО вычислены по априорной СКО единицы веса μ = %1\u00A0мм").arg(apriori)
+                   : Desk::tr(
+                         "СКО вычислены по априорной СКО единицы веса μ = %1\u00A0мм, так как избыточных "
+                         "измерений нет")
                          .arg(apriori);
     }
     const std::set<double> scales = collectScales(document);
     if (scales.size() == 1)
-        return Desk::tr("СКО вычислены по апостериорной СКО единицы веса μ = %1 мм; априорная %2 мм")
-            .arg(numbers::significant(*scales.begin() * sigmaApriori, 5), apriori);
+        return Desk::tr(
+                   "СКО вычислены по апостериорной СКО единицы веса μ = %1\u00A0мм; априорная %2\u00A0мм")
+            .arg(numbers::unitWeight(*scales.begin() * sigmaApriori), apriori);
     return Desk::tr(
                "СКО вычислены по апостериорной СКО единицы веса каждой части сети, в частях без избыточных "
-               "измерений по априорной μ = %1 мм")
+               "измерений по априорной μ = %1\u00A0мм")
         .arg(apriori);
 }
 
@@ -101,7 +103,7 @@ QString makeResidualList(const Document& document)
     page.addLine(
         Desk::tr("Поправка v = уравненное превышение − измеренное превышение; r — доля ошибки измерения, "
                  "которую показывает поправка; ∇ — оценка ошибки −v/r; наименьшая ошибка, которую "
-                 "проверка обнаруживает с вероятностью 80 %"));
+                 "проверка обнаруживает с вероятностью 80\u00A0%"));
     page.setColumns({Desk::tr("Секция"), Desk::tr("Длина, км"), Desk::tr("СКО, мм"),
                      Desk::tr("Измеренное превышение, м"), Desk::tr("Поправка v, мм"),
                      Desk::tr("Уравненное превышение, м"), Desk::tr("Нормированная поправка"), Desk::tr("r"),

@@ -134,12 +134,13 @@ private:
         const QString link = lines.point(index);
         if (given.fixed)
             lines.message(
-                Desk::tr("Исходный репер %1: отметка %2 м").arg(link, numbers::height(point.height)));
+                Desk::tr("Исходный репер %1: отметка %2\u00A0м").arg(link, numbers::height(point.height)));
         else if (given.observed)
-            lines.message(Desk::tr("Исходный репер %1: отметка %2 м, известна с ковариациями и уравнивается")
-                              .arg(link, numbers::height(*given.height)));
+            lines.message(
+                Desk::tr("Исходный репер %1: отметка %2\u00A0м, известна с ковариациями и уравнивается")
+                    .arg(link, numbers::height(*given.height)));
         else
-            lines.message(Desk::tr("Пункт %1: приближённая высота %2 м")
+            lines.message(Desk::tr("Пункт %1: приближённая высота %2\u00A0м")
                               .arg(link, numbers::height(point.approximateHeight)));
     }
 
@@ -152,12 +153,12 @@ private:
         if (implausible.sections.size() == 1)
             lines.warning(
                 Desk::tr("Секция %1: измеренное превышение отличается от вычисленного по "
-                         "приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs)")
+                         "приближённым высотам на %2\u00A0мм, допуск ±%3\u00A0мм (tol-abs)")
                     .arg(lines.section(implausible.sections.front()), difference, numbers::fixed(limit, 0)));
         else
             lines.warning(
                 Desk::tr("В одной из секций %1 измеренное превышение отличается от вычисленного по "
-                         "приближённым высотам на %2 мм, допуск ±%3 мм (tol-abs); измерения не "
+                         "приближённым высотам на %2\u00A0мм, допуск ±%3\u00A0мм (tol-abs); измерения не "
                          "различают, в которой")
                     .arg(lines.listSections(implausible.sections), difference, numbers::fixed(limit, 0)));
     }
@@ -189,14 +190,14 @@ private:
         if (fit.redundancy > 0)
             writeTests(name, fit);
         if (fit.isIllConditioned())
-            lines.warning(
-                Desk::tr("%1: СКО секций различаются в %2 раз, от %3 мм (%4) до %5 мм (%6); последние цифры "
-                         "высот и СКО недостоверны, проверьте эти СКО")
-                    .arg(name, numbers::significant(fit.sigmaRatio, 2),
-                         numbers::significant(getSection(fit.leastSigmaSection).sigma, 3),
-                         lines.section(fit.leastSigmaSection),
-                         numbers::significant(getSection(fit.largestSigmaSection).sigma, 3),
-                         lines.section(fit.largestSigmaSection)));
+            lines.warning(Desk::tr("%1: СКО секций различаются в %2\u00A0раз, от %3\u00A0мм (%4) до "
+                                   "%5\u00A0мм (%6); последние цифры "
+                                   "высот и СКО недостоверны, проверьте эти СКО")
+                              .arg(name, numbers::significant(fit.sigmaRatio, 2),
+                                   numbers::significant(getSection(fit.leastSigmaSection).sigma, 3),
+                                   lines.section(fit.leastSigmaSection),
+                                   numbers::significant(getSection(fit.largestSigmaSection).sigma, 3),
+                                   lines.section(fit.largestSigmaSection)));
     }
 
     /// Where weights come from standard deviations, sigma-apr is that of no length.
@@ -209,19 +210,19 @@ private:
     void writeSigma0(const QString& part, const Component& component, const PartFit& fit)
     {
         const double apriori = network.parameters.sigmaApriori;
-        const QString quantity = isPerKilometre(component) ? Desk::tr("СКО единицы веса μ на 1 км хода")
+        const QString quantity = isPerKilometre(component) ? Desk::tr("СКО единицы веса μ на 1\u00A0км хода")
                                                            : Desk::tr("СКО единицы веса μ");
         const std::optional<double> sigma0 = fit.getSigma0();
         if (!sigma0) {
-            lines.warning(Desk::tr("%1, %2: априорная %3 мм; апостериорная не определяется, так как "
+            lines.warning(Desk::tr("%1, %2: априорная %3\u00A0мм; апостериорная не определяется, так как "
                                    "избыточных измерений нет")
-                              .arg(part, quantity, numbers::significant(apriori, 5)));
+                              .arg(part, quantity, numbers::unitWeight(apriori)));
             return;
         }
         const QString values =
-            Desk::tr("%1, %2: априорная %3 мм, апостериорная %4 мм, отношение %5")
-                .arg(part, quantity, numbers::significant(apriori, 5),
-                     numbers::significant(*sigma0 * apriori, 5), numbers::fixed(*sigma0, 3));
+            Desk::tr("%1, %2: априорная %3\u00A0мм, апостериорная %4\u00A0мм, отношение %5")
+                .arg(part, quantity, numbers::unitWeight(apriori), numbers::unitWeight(*sigma0 * apriori),
+                     numbers::fixed(*sigma0, 3));
         const QString limits = Desk::tr("пределы %1 и %2 (критерий χ², доверительная вероятность %3)")
                                    .arg(numbers::fixed(*fit.lowerRatio, 3),
                                         numbers::fixed(*fit.upperRatio, 3), describeConfidence());
@@ -256,7 +257,7 @@ private:
                           : Desk::tr("%1: СКО высот вычислены по априорной μ (sigma-act)").arg(part));
     }
 
-    QString describeConfidence() const { return QString::number(network.parameters.confidence); }
+    QString describeConfidence() const { return numbers::shortest(network.parameters.confidence); }
 
     void writeLargestResidual()
     {
@@ -315,12 +316,13 @@ private:
     void writeHeight(int index, const AdjustedPoint& point)
     {
         const QString values =
-            Desk::tr("Пункт %1: H = %2 м, СКО априорная %3 мм")
-                .arg(lines.point(index), numbers::height(point.height), numbers::fixed(point.sigma, 3));
+            Desk::tr("Пункт %1: H = %2\u00A0м, СКО априорная %3\u00A0мм")
+                .arg(lines.point(index), numbers::height(point.height), numbers::sigma(point.sigma));
         const std::optional<double> sigma0 = adjustment.getFit(index).getSigma0();
         lines.message(
-            sigma0 ? Desk::tr("%1, апостериорная %2 мм").arg(values, numbers::sigma(point.sigma * *sigma0))
-                   : Desk::tr("%1, апостериорная не определяется").arg(values));
+            sigma0
+                ? Desk::tr("%1, апостериорная %2\u00A0мм").arg(values, numbers::sigma(point.sigma * *sigma0))
+                : Desk::tr("%1, апостериорная не определяется").arg(values));
     }
 
     void writeResiduals()
@@ -380,7 +382,7 @@ private:
         const QString found =
             isError ? Desk::tr("Ошибка в одной из секций %1: измерения их не различают")
                     : Desk::tr("Возможна ошибка в одной из секций %1: измерения их не различают");
-        writeBySize(index, Desk::tr("%1; %2; оценка ошибки %3 мм, обнаруживается от %4 мм")
+        writeBySize(index, Desk::tr("%1; %2; оценка ошибки %3\u00A0мм, обнаруживается от %4\u00A0мм")
                                .arg(found.arg(lines.listSections(series)), describeSize(index),
                                     numbers::misclosure(*section.grossError),
                                     numbers::sigma(*section.detectableError)));
@@ -390,7 +392,7 @@ private:
     void writeResidual(int index, bool isJudged)
     {
         const AdjustedSection& section = getAdjusted(index);
-        const QString values = Desk::tr("Секция %1: h = %2 м, v = %3 мм")
+        const QString values = Desk::tr("Секция %1: h = %2\u00A0м, v = %3\u00A0мм")
                                    .arg(lines.section(index), numbers::height(getSection(index).difference),
                                         numbers::misclosure(section.residual));
         if (!section.statistic) {
@@ -400,23 +402,24 @@ private:
         const double scale = getFitOfSection(index).isStudentised ? getFitOfSection(index).sigmaScale : 1.0;
         const QString sigma = numbers::sigma(*section.residualSigma * scale);
         if (isSuspicious(index) && isJudged)
-            writeBySize(index,
-                        Desk::tr("%1, СКО поправки %2 мм, %3; r = %4, оценка ошибки %5 мм, обнаруживается "
-                                 "от %6 мм")
-                            .arg(values, sigma, describeSize(index), numbers::fixed(section.redundancy, 2),
-                                 numbers::misclosure(*section.grossError),
-                                 numbers::sigma(*section.detectableError)));
+            writeBySize(
+                index,
+                Desk::tr("%1, СКО поправки %2\u00A0мм, %3; r = %4, оценка ошибки %5\u00A0мм, обнаруживается "
+                         "от %6\u00A0мм")
+                    .arg(values, sigma, describeSize(index), numbers::fixed(section.redundancy, 2),
+                         numbers::misclosure(*section.grossError), numbers::sigma(*section.detectableError)));
         else if (isSuspicious(index))
-            lines.message(Desk::tr("%1, СКО поправки %2 мм, %3 %4")
+            lines.message(Desk::tr("%1, СКО поправки %2\u00A0мм, %3 %4")
                               .arg(values, sigma, nameStatistic(index),
                                    numbers::fixed(std::abs(*section.statistic), 2)));
         else
-            lines.message(Desk::tr("%1, СКО поправки %2 мм, %3").arg(values, sigma, describeSize(index)));
+            lines.message(
+                Desk::tr("%1, СКО поправки %2\u00A0мм, %3").arg(values, sigma, describeSize(index)));
     }
 
     void writeObservedHeight(const levelling::AdjustedHeight& height)
     {
-        const QString values = Desk::tr("Исходный репер %1: поправка в отметку %2 мм")
+        const QString values = Desk::tr("Исходный репер %1: поправка в отметку %2\u00A0мм")
                                    .arg(lines.point(height.point), numbers::misclosure(height.residual));
         if (!height.statistic) {
             lines.message(Desk::tr("%1, не контролируется другими измерениями").arg(values));

@@ -68,8 +68,9 @@ private:
                                QString::number(network.sections.size()), QString::number(components.size()),
                                QString::number(redundancy)));
         lines.service(
-            Desk::tr("Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1 мм·√L (%2), L — "
-                     "длина, км; без длины — %3 СКО")
+            Desk::tr(
+                "Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1\u00A0мм·√L (%2), L — "
+                "длина, км; без длины — %3 СКО")
                 .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), describeClass(levellingClass),
                      numbers::fixed(kSigmaLimit, 0)));
         std::size_t number = 0;
@@ -126,8 +127,8 @@ private:
         const std::vector<RepeatedSections> repeatedSections = levelling::findRepeatedSections(network);
         if (const auto precision = levelling::findDoubleRunPrecision(repeatedSections))
             lines.message(
-                Desk::tr("Случайная СКО на 1 км по расхождениям прямых и обратных ходов (%1): одного "
-                         "хода %2 мм, среднего из двух %3 мм")
+                Desk::tr("Случайная СКО на 1\u00A0км по расхождениям прямых и обратных ходов (%1): одного "
+                         "хода %2\u00A0мм, среднего из двух %3\u00A0мм")
                     .arg(QString::number(precision->count), numbers::sigma(precision->single),
                          numbers::sigma(precision->mean)));
         for (const RepeatedSections& repeated : repeatedSections) {
@@ -149,7 +150,7 @@ private:
                                  ? getToleranceFactor(levellingClass) * std::sqrt(*repeated.length)
                                  : kSigmaLimit * repeated.discrepancySigma;
         const QString text =
-            Desk::tr("%1 %2: расхождение %3 мм, %4")
+            Desk::tr("%1 %2: расхождение %3\u00A0мм, %4")
                 .arg(kind, lines.listSections(sections), numbers::fixed(repeated.discrepancy, 2),
                      describeLimit(repeated.discrepancy > limit, numbers::fixed(limit, 2)));
         write(repeated.discrepancy > limit, text);
@@ -157,7 +158,8 @@ private:
 
     static QString describeLimit(bool isExceeded, const QString& limit)
     {
-        return isExceeded ? Desk::tr("больше допуска %1 мм").arg(limit) : Desk::tr("допуск %1 мм").arg(limit);
+        return isExceeded ? Desk::tr("больше допуска %1\u00A0мм").arg(limit)
+                          : Desk::tr("допуск %1\u00A0мм").arg(limit);
     }
 
     void write(bool isError, const QString& text)
@@ -187,12 +189,12 @@ private:
     {
         const auto tolerance = loop.getTolerance(getToleranceFactor(levellingClass));
         const double limit = tolerance.value_or(kSigmaLimit * loop.sigma);
-        const QString length = loop.length ? Desk::tr("длина %1 км").arg(numbers::length(*loop.length))
+        const QString length = loop.length ? Desk::tr("длина %1\u00A0км").arg(numbers::length(*loop.length))
                                            : Desk::tr("длина не задана");
         const bool isExceeded = std::abs(loop.misclosure) > limit;
         const bool isClosed = loop.points.front() == loop.points.back();
         const QString text =
-            Desk::tr("%1 %2: невязка %3 мм, %4, %5; секции: %6")
+            Desk::tr("%1 %2: невязка %3\u00A0мм, %4, %5; секции: %6")
                 .arg(isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), lines.listWay(loop.points),
                      numbers::misclosure(loop.misclosure),
                      describeLimit(isExceeded, QStringLiteral("±") + numbers::fixed(limit, 2)), length,

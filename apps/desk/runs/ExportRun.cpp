@@ -34,8 +34,8 @@ QByteArray toCsv(const std::vector<ExportedHeight>& heights)
     for (const ExportedHeight& height : heights) {
         if (height.height)
             csv += QStringLiteral("%1,%2,%3\n")
-                       .arg(toField(spreadsheet::guard(height.point)), numbers::height(*height.height),
-                            numbers::fixed(height.sigma, 3));
+                       .arg(toField(spreadsheet::guard(height.point)), numbers::plain(*height.height, 5),
+                            numbers::plain(height.sigma, 3));
     }
     return csv.toUtf8();
 }

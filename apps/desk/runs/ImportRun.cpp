@@ -108,10 +108,10 @@ void describeNetwork(RunLines& lines, const levelling::Network& network)
     const bool isPerKilometre =
         std::none_of(network.sections.begin(), network.sections.end(),
                      [](const levelling::Section& section) { return section.stdev.has_value(); });
-    lines.message(Desk::tr("%1: %2 мм; точность результатов оценивается по %3 СКО")
-                      .arg(isPerKilometre ? Desk::tr("Априорная СКО на 1 км хода")
+    lines.message(Desk::tr("%1: %2\u00A0мм; точность результатов оценивается по %3 СКО")
+                      .arg(isPerKilometre ? Desk::tr("Априорная СКО на 1\u00A0км хода")
                                           : Desk::tr("Априорная СКО единицы веса"),
-                           numbers::sigma(network.parameters.sigmaApriori),
+                           numbers::unitWeight(network.parameters.sigmaApriori),
                            isApriori ? Desk::tr("априорной") : Desk::tr("апостериорной")));
 }
 

@@ -70,7 +70,7 @@ private:
                               .arg(lines.point(undetermined.point)));
     }
 
-    QString describeConfidence() const { return QString::number(network.parameters.confidence); }
+    QString describeConfidence() const { return numbers::shortest(network.parameters.confidence); }
 
     void writeGrossErrors(const levelling::GrossErrorSearch& search)
     {
@@ -99,11 +99,12 @@ private:
                                       numbers::fixed(error.statistic, 2), numbers::fixed(error.limit, 2));
         const QString size = numbers::misclosure(error.size);
         if (error.sections.size() == 1)
-            lines.error(Desk::tr("Секция %1: грубая ошибка, оценка %2 мм, %3")
+            lines.error(Desk::tr("Секция %1: грубая ошибка, оценка %2\u00A0мм, %3")
                             .arg(lines.section(error.sections.front()), size, test));
         else
             lines.error(
-                Desk::tr("Грубая ошибка в одной из секций %1: измерения их не различают, оценка %2 мм, %3")
+                Desk::tr(
+                    "Грубая ошибка в одной из секций %1: измерения их не различают, оценка %2\u00A0мм, %3")
                     .arg(lines.listSections(error.sections), size, test));
     }
 
@@ -125,7 +126,7 @@ private:
         for (std::size_t i = 0; i < network.points.size() && lines.isRunning(); ++i) {
             if (analysis.heights[i] && !network.points[i].fixed)
                 lines.message(
-                    Desk::tr("Пункт %1: H = %2 м")
+                    Desk::tr("Пункт %1: H = %2\u00A0м")
                         .arg(lines.point(static_cast<int>(i)), numbers::height(*analysis.heights[i])));
             lines.setProgress(++done, all);
         }
@@ -168,7 +169,8 @@ private:
     {
         const QString residual = numbers::misclosure(section.residual);
         const QString size = numbers::fixed(section.scaledResidual, 2);
-        lines.message(Desk::tr("Секция %1: v = %2 мм, |v|/σ = %3").arg(lines.section(index), residual, size));
+        lines.message(
+            Desk::tr("Секция %1: v = %2\u00A0мм, |v|/σ = %3").arg(lines.section(index), residual, size));
     }
 
     qor::IProcessMonitor& monitor;

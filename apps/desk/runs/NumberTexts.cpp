@@ -1,5 +1,7 @@
 #include "apps/desk/runs/NumberTexts.h"
 
+#include "apps/desk/Desk.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,7 +9,21 @@ namespace orvel::desk {
 
 namespace numbers {
 
-QString fixed(double value, int decimals)
+namespace {
+
+// Below this three decimals would not show enough of a standard deviation of unit weight.
+constexpr double kSmallUnitWeight = 0.1;
+
+/// The number in the language that is installed.
+QString localise(QString text)
+{
+    const QString signs = Desk::tr(",\u2212", "decimal separator and minus");
+    return text.replace(QLatin1Char('.'), signs.at(0)).replace(QLatin1Char('-'), signs.at(1));
+}
+
+} // namespace
+
+QString plain(double value, int decimals)
 {
     const QString text = QString::number(value, 'f', decimals);
     const bool isZero = std::none_of(text.begin(), text.end(), [](QChar character) {
@@ -16,10 +32,15 @@ QString fixed(double value, int decimals)
     return isZero && text.startsWith(QLatin1Char('-')) && std::isfinite(value) ? text.mid(1) : text;
 }
 
+QString fixed(double value, int decimals)
+{
+    return localise(plain(value, decimals));
+}
+
 QString withSign(double value, int decimals)
 {
-    const QString text = fixed(value, decimals);
-    return text.startsWith(QLatin1Char('-')) ? text : QLatin1Char('+') + text;
+    const QString text = plain(value, decimals);
+    return localise(text.startsWith(QLatin1Char('-')) ? text : QLatin1Char('+') + text);
 }
 
 QString significant(double value, int digits)
@@ -28,6 +49,11 @@ QString significant(double value, int digits)
         return fixed(value, digits - 1);
     const int leading = static_cast<int>(std::floor(std::log10(std::abs(value)))) + 1;
     return fixed(value, std::max(0, digits - leading));
+}
+
+QString shortest(double value)
+{
+    return localise(QString::number(value));
 }
 
 QString height(double metres)
@@ -48,6 +74,11 @@ QString misclosure(double millimetres)
 QString sigma(double millimetres)
 {
     return fixed(millimetres, 2);
+}
+
+QString unitWeight(double millimetres)
+{
+    return millimetres < kSmallUnitWeight ? significant(millimetres, 3) : fixed(millimetres, 3);
 }
 
 } // namespace numbers

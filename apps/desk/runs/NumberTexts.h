@@ -4,14 +4,20 @@
 
 namespace orvel::desk {
 
-/// Numbers as protocols, tables and files show them: a decimal point in every language, no "-0".
+/// Numbers without "-0": as protocols, tables and reports show them in the language that is installed, in
+/// Russian with a decimal comma and a minus sign, in English with a point and a hyphen.
 namespace numbers {
+
+/// For files that programs read: a point and a hyphen in every language.
+QString plain(double value, int decimals);
 
 QString fixed(double value, int decimals);
 /// With "+" before what is not negative.
 QString withSign(double value, int decimals);
 /// So many significant digits, without an exponent.
 QString significant(double value, int digits);
+/// As few digits as the number has, up to six.
+QString shortest(double value);
 
 /// Height or height difference, m.
 QString height(double metres);
@@ -21,6 +27,8 @@ QString length(double kilometres);
 QString misclosure(double millimetres);
 /// Standard deviation or limit, mm.
 QString sigma(double millimetres);
+/// Standard deviation of unit weight, mm.
+QString unitWeight(double millimetres);
 
 } // namespace numbers
 

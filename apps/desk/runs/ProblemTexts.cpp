@@ -21,7 +21,7 @@ QString failureReason(const Problem& problem)
         return Desk::tr("это не файл нивелирной сети: корневой элемент <%1>, а нужен <gama-local>")
             .arg(argument);
     case ProblemKind::FileTooLarge:
-        return Desk::tr("файл больше %1 МиБ и не прочитан; разделите сеть на части").arg(argument);
+        return Desk::tr("файл больше %1\u00A0МиБ и не прочитан; разделите сеть на части").arg(argument);
     case ProblemKind::TooManyEntries:
         return Desk::tr("пунктов и секций больше %1, файл не прочитан; разделите сеть на части")
             .arg(argument);
@@ -33,8 +33,9 @@ QString failureReason(const Problem& problem)
                         "нивелирная сеть")
             .arg(argument);
     case ProblemKind::PieceTooLong:
-        return Desk::tr("тег, текст или комментарий больше %1 КиБ (числа ковариаций — %2 МиБ), файл не "
-                        "прочитан; проверьте, закрыты ли кавычки и комментарии")
+        return Desk::tr(
+                   "тег, текст или комментарий больше %1\u00A0КиБ (числа ковариаций — %2\u00A0МиБ), файл не "
+                   "прочитан; проверьте, закрыты ли кавычки и комментарии")
             .arg(argument, problem.arguments.value(1));
     case ProblemKind::AttributeTooLong:
         return Desk::tr("значение атрибута %1 длиннее %2 знаков, файл не прочитан; исправьте его")
