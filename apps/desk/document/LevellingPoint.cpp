@@ -48,7 +48,7 @@ void LevellingPoint::serializeAddition(CQtArchive& archive)
 {
     serializeValue(archive, point.constrained);
     serializeValue(archive, point.observed);
-    Result added = result.value_or(Result());
+    Result added = result ? *result : Result();
     serializeValue(archive, added.sigmaScale);
     if (result)
         result = added;

@@ -56,7 +56,7 @@ void LevellingSection::serialize(CQtArchive& archive)
 
 void LevellingSection::serializeAddition(CQtArchive& archive)
 {
-    Result added = result.value_or(Result());
+    Result added = result ? *result : Result();
     serializeValue(archive, added.redundancy);
     serializeValue(archive, added.grossError);
     serializeValue(archive, added.detectableError);
