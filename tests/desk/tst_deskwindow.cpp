@@ -1,4 +1,5 @@
 #include "Orvel/store/ProtocolTypes.h"
+#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectLock.h"
@@ -54,6 +55,8 @@ private Q_SLOTS:
     void changedFileIsNotWrittenOverUnasked_data();
     void changedFileIsNotWrittenOverUnasked();
     void lockedFileIsNotWritten();
+    void vanishedDataFileComesBack_data();
+    void vanishedDataFileComesBack();
     void closingAsksForUnsavedChanges_data();
     void closingAsksForUnsavedChanges();
     void closingDuringRunAsks_data();
@@ -347,6 +350,77 @@ void TestDeskWindow::lockedFileIsNotWritten()
         warnings[0].contains(QStringLiteral("открыт в другом окне: tst_deskwindow, процесс %1, компьютер ")
                                  .arg(QCoreApplication::applicationPid())));
     QVERIFY(!QFile::exists(path));
+}
+
+void TestDeskWindow::vanishedDataFileComesBack_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<bool>("isFolderGone");
+    for (const char* action : {"save", "list", "progress window", "report column", "report", "Предобработка",
+                               "Уравнивание", "export", "import"})
+        QTest::newRow(action) << QString::fromUtf8(action) << false;
+    QTest::newRow("save, with its folder") << "save" << true;
+    QTest::newRow("run, with its folder") << "Уравнивание" << true;
+}
+
+void TestDeskWindow::vanishedDataFileComesBack()
+{
+    QFETCH(QString, action);
+    QFETCH(bool, isFolderGone);
+    run("Предобработка");
+    run("Уравнивание");
+    const QString project = desk->path(QStringLiteral("project.orvel"));
+    const auto countLines = [](const QByteArray& data, int type) {
+        return data.count("ptype=\"" + QByteArray::number(type) + '"');
+    };
+    const QString dataFile = orvel::ProtocolState::read(window->getDocument().getProtocol()).dataFilePath;
+    const QByteArray before = readFile(dataFile);
+    if (isFolderGone)
+        QVERIFY(QDir(QFileInfo(dataFile).absolutePath()).removeRecursively());
+    else
+        QVERIFY(QFile::remove(dataFile));
+
+    if (action == QLatin1String("save")) {
+        QVERIFY(window->saveFile(project));
+    } else if (action == QLatin1String("list")) {
+        window->showProtocol(enums::Adjust);
+    } else if (action == QLatin1String("progress window")) {
+        Q_EMIT window->getMonitor().showOrvel(enums::Adjust);
+    } else if (action == QLatin1String("report column")) {
+        QVERIFY(window->getTable().selectItem(window->getDocument().getPoints()[0]->getId()));
+        window->getTable().showCurrentProtocol();
+    } else if (action == QLatin1String("report")) {
+        window->showReport(kHeightCatalogue);
+    } else if (action == QLatin1String("export")) {
+        window->exportFile(desk->path(QStringLiteral("h.csv")));
+        QVERIFY(window->getMonitor().waitForFinished());
+    } else if (action == QLatin1String("import")) {
+        const Answer answer(QStringLiteral("Заменить"));
+        window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+        QVERIFY(window->getMonitor().waitForFinished());
+        // The lines of the old network are gone with it.
+        QCOMPARE(desk->application.takeWarnings().size(), 1);
+        QCOMPARE(window->getDocument().getSummary().types.size(), std::size_t(1));
+        return;
+    } else {
+        run(action.toUtf8().constData());
+    }
+
+    // A report needs no lines.
+    if (action == QLatin1String("report")) {
+        QCOMPARE(desk->application.takeWarnings(), QStringList());
+        QVERIFY(window->saveFile(project));
+    }
+    QCOMPARE(
+        desk->application.takeWarnings(),
+        QStringList(QStringLiteral("Файл протоколов «%1» пропал или не прочитался. Строки прежних запусков "
+                                   "записаны в него заново.")
+                        .arg(dataFile)));
+    const QByteArray after = readFile(dataFile);
+    for (const int type : {enums::Import, enums::Compile, enums::Adjust})
+        QCOMPARE(countLines(after, type), countLines(before, type));
+    const bool isProtocolShown = action != QLatin1String("report") && !desk->opened.getPaths().isEmpty();
+    QVERIFY(!isProtocolShown || lastPage().contains(QStringLiteral("<div class=\"Content")));
 }
 
 void TestDeskWindow::closingAsksForUnsavedChanges_data()
