@@ -1437,6 +1437,10 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <comment>decimal separator and minus</comment>
         <translation>.-</translation>
     </message>
+    <message>
+        <source>Строки таблицы отбираются и сортируются…</source>
+        <translation>Finding and sorting the rows of the table…</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

@@ -122,7 +122,6 @@ void CProjectItemModel::readItems()
     items.reserve(projectModel->getTopLevelItems().size());
     for (const auto& item : projectModel->getTopLevelItems())
         collect(*item, items);
-    countRows();
 }
 
 void CProjectItemModel::beginReplacement()
@@ -203,7 +202,12 @@ int CProjectItemModel::getInsertionRow(const CModelElement& item) const
 
 int CProjectItemModel::getRow(const CModelElement* item) const
 {
-    if (rowShift > kRowShiftLimit)
+    const int nextRow = latestRow + 1 < rowCount() ? latestRow + 1 : 0;
+    if (nextRow < rowCount() && items[static_cast<std::size_t>(nextRow)] == item) {
+        latestRow = nextRow;
+        return latestRow;
+    }
+    if (rowShift > kRowShiftLimit || countedRows.isEmpty())
         countRows();
     const auto counted = countedRows.constFind(item);
     if (counted == countedRows.constEnd())
@@ -211,7 +215,10 @@ int CProjectItemModel::getRow(const CModelElement* item) const
     const auto first = items.begin() + std::max(0, std::min(counted.value() - rowShift, rowCount()));
     const auto last = items.begin() + std::min(counted.value() + rowShift + 1, rowCount());
     const auto found = std::find(first, last, item);
-    return found == last ? -1 : static_cast<int>(found - items.begin());
+    if (found == last)
+        return -1;
+    latestRow = static_cast<int>(found - items.begin());
+    return latestRow;
 }
 
 void CProjectItemModel::countRows() const

@@ -83,7 +83,9 @@ private:
     bool removing = false;
 
     // The row that each item had when the rows were counted; rowShift rows were added or removed since, so
-    // that an item stands no farther away from there. Spares counting all rows anew at every change.
+    // that an item stands no farther away from there. Spares counting all rows anew at every change. They are
+    // counted when a row is asked for that is not the next one.
     mutable QHash<const CModelElement*, int> countedRows;
     mutable int rowShift = 0;
+    mutable int latestRow = -1; // that was found
 };

@@ -364,7 +364,7 @@ QWidget* DeskWindow::createCentralWidget()
     search->addAction(makeIcon(Glyph::Search), QLineEdit::LeadingPosition);
     table = new ItemTable(*document, this, central);
     connect(search, &QLineEdit::textChanged, table->getFilterModel(), &ItemFilterModel::setSearchText);
-    connect(search, &QLineEdit::textChanged, this, &DeskWindow::updateStatus);
+    connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateStatus);
     connect(search, &QLineEdit::returnPressed, table, QOverload<>::of(&QWidget::setFocus));
     connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
     table->setPageShower([this](const std::function<void()>& show) { showPage(show); });
@@ -546,6 +546,10 @@ void DeskWindow::updateStatus()
         return;
     }
     table->setEmptyText(Desk::tr("Поиск не нашёл ни пунктов, ни секций"));
+    if (table->isSlow()) {
+        status->setText(Desk::tr("Строки таблицы отбираются и сортируются…"));
+        return;
+    }
     status->setText(Desk::tr("Пунктов: %1, секций: %2, показано: %3")
                         .arg(QString::number(document->getPoints().size()),
                              QString::number(document->getSections().size()),

@@ -2,171 +2,423 @@
 
 #include "apps/desk/gui/ItemColumns.h"
 
+#include <QThreadPool>
+#include <QTimer>
+
 #include <algorithm>
+#include <limits>
+#include <mutex>
+#include <numeric>
 
 namespace orvel::desk {
 
-namespace {
+using tableorder::Value;
+using tableorder::Values;
 
-template<typename T, typename Read>
-void fill(std::vector<T>& list, int first, int last, Read read)
+struct ItemFilterModel::Address
 {
-    list.reserve(list.size() + static_cast<std::size_t>(last - first) + 1);
-    for (int row = first; row <= last; ++row)
-        list.push_back(read(row));
+    std::mutex mutex;
+    ItemFilterModel* model = nullptr;
+};
+
+ItemFilterModel::ItemFilterModel(const Limits& tableLimits, QObject* parent)
+    : QAbstractProxyModel(parent)
+    , limits(tableLimits)
+    , stepTimer(new QTimer(this))
+    , address(std::make_shared<Address>())
+{
+    address->model = this;
+    stepTimer->setSingleShot(true);
+    connect(stepTimer, &QTimer::timeout, this, [this] {
+        rowsThisTurn = 0;
+        proceed();
+    });
 }
 
-/// Puts what is read of the rows from `first` to `last` into their places.
-template<typename T, typename Read>
-void insert(std::vector<T>& list, int first, int last, Read read)
+ItemFilterModel::~ItemFilterModel()
 {
-    std::vector<T> inserted;
-    fill(inserted, first, last, read);
-    list.insert(list.begin() + first, std::make_move_iterator(inserted.begin()),
-                std::make_move_iterator(inserted.end()));
-}
-
-} // namespace
-
-// The locale of a system that was told none sorts by code alone.
-ItemFilterModel::ItemFilterModel(QObject* parent)
-    : QSortFilterProxyModel(parent)
-    , collator(QLocale().language() == QLocale::C ? QLocale(QLocale::Russian) : QLocale())
-{
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    setDynamicSortFilter(true);
-}
-
-void ItemFilterModel::setSourceModel(QAbstractItemModel* table)
-{
-    if (sourceModel())
-        sourceModel()->disconnect(this);
-    forgetRows();
-    // Before the base class connects, which sorts and filters on these signals.
-    if (table) {
-        connect(table, &QAbstractItemModel::rowsInserted, this,
-                [this](const QModelIndex&, int first, int last) { takeInserted(first, last); });
-        connect(table, &QAbstractItemModel::rowsRemoved, this,
-                [this](const QModelIndex&, int first, int last) { takeRemoved(first, last); });
-        connect(table, &QAbstractItemModel::dataChanged, this,
-                [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
-                    takeChanged(topLeft.row(), bottomRight.row());
-                });
-        connect(table, &QAbstractItemModel::modelReset, this, &ItemFilterModel::forgetRows);
-        connect(table, &QAbstractItemModel::layoutChanged, this, &ItemFilterModel::forgetRows);
-        connect(table, &QAbstractItemModel::rowsMoved, this, &ItemFilterModel::forgetRows);
-    }
-    QSortFilterProxyModel::setSourceModel(table);
+    const std::lock_guard<std::mutex> lock(address->mutex);
+    address->model = nullptr;
 }
 
 void ItemFilterModel::setSearchText(const QString& text)
 {
-    words = text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    // Not invalidateFilter(), which takes rows away or adds them one by one.
-    invalidate();
+    const QStringList newWords = tableorder::makeWords(text);
+    if (newWords == words)
+        return;
+    words = newWords;
+    update();
 }
 
-bool ItemFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& /*sourceParent*/) const
+void ItemFilterModel::sort(int column, Qt::SortOrder order)
 {
-    if (words.isEmpty())
-        return true;
-    const SearchTexts& texts = getSearchTexts(sourceRow);
-    return std::all_of(words.begin(), words.end(), [&texts](const QString& word) {
-        return texts.name.contains(word, Qt::CaseInsensitive) ||
-               texts.kind.contains(word, Qt::CaseInsensitive);
-    });
+    sortColumn = column;
+    sortDirection = order;
+    update();
 }
 
-bool ItemFilterModel::lessThan(const QModelIndex& left, const QModelIndex& right) const
+bool ItemFilterModel::isMeant(const QModelIndex& sourceIndex) const
 {
-    const SortKey& leftKey = getSortKey(left);
-    const SortKey& rightKey = getSortKey(right);
-    const bool isLeftEmpty = std::holds_alternative<std::monostate>(leftKey);
-    const bool isRightEmpty = std::holds_alternative<std::monostate>(rightKey);
-    // Empty cells stand last in either order.
-    if (isLeftEmpty != isRightEmpty)
-        return isRightEmpty == (sortOrder() == Qt::AscendingOrder);
-    return leftKey < rightKey;
+    return tableorder::isFound(words, readValue(sourceIndex.row(), itemcolumns::Name),
+                               readValue(sourceIndex.row(), itemcolumns::Type));
 }
 
-ItemFilterModel::SearchTexts ItemFilterModel::readSearchTexts(int row) const
+void ItemFilterModel::setSourceModel(QAbstractItemModel* table)
 {
-    const auto textOf = [this, row](int column) {
-        return sourceModel()->index(row, column).data(Qt::DisplayRole).toString();
-    };
-    return {textOf(itemcolumns::Name), textOf(itemcolumns::Type)};
+    beginResetModel();
+    if (sourceModel())
+        sourceModel()->disconnect(this);
+    QAbstractProxyModel::setSourceModel(table);
+    if (table) {
+        connect(table, &QAbstractItemModel::dataChanged, this, &ItemFilterModel::takeChanged);
+        connect(table, &QAbstractItemModel::headerDataChanged, this, &ItemFilterModel::headerDataChanged);
+        connect(table, &QAbstractItemModel::rowsAboutToBeInserted, this, &ItemFilterModel::beginRows);
+        connect(table, &QAbstractItemModel::rowsInserted, this, &ItemFilterModel::endSourceRows);
+        connect(table, &QAbstractItemModel::rowsAboutToBeRemoved, this, &ItemFilterModel::beginRows);
+        connect(table, &QAbstractItemModel::rowsRemoved, this, &ItemFilterModel::endSourceRows);
+        connect(table, &QAbstractItemModel::rowsAboutToBeMoved, this, &ItemFilterModel::beginRows);
+        connect(table, &QAbstractItemModel::rowsMoved, this, &ItemFilterModel::endSourceRows);
+        connect(table, &QAbstractItemModel::layoutAboutToBeChanged, this, &ItemFilterModel::beginRows);
+        connect(table, &QAbstractItemModel::layoutChanged, this, &ItemFilterModel::endSourceRows);
+        connect(table, &QAbstractItemModel::modelAboutToBeReset, this, &ItemFilterModel::beginResetModel);
+        connect(table, &QAbstractItemModel::modelReset, this, &ItemFilterModel::endReset);
+        connect(table, &QObject::destroyed, this, [this] {
+            beginResetModel();
+            endReset();
+        });
+    }
+    endReset();
 }
 
-ItemFilterModel::SortKey ItemFilterModel::readSortKey(int row, int column) const
+QModelIndex ItemFilterModel::index(int row, int column, const QModelIndex& parent) const
+{
+    return hasIndex(row, column, parent) ? createIndex(row, column) : QModelIndex();
+}
+
+QModelIndex ItemFilterModel::parent(const QModelIndex& /*child*/) const
+{
+    return {};
+}
+
+int ItemFilterModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(sourceRows.size());
+}
+
+int ItemFilterModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() || !sourceModel() ? 0 : sourceModel()->columnCount();
+}
+
+bool ItemFilterModel::hasChildren(const QModelIndex& parent) const
+{
+    return rowCount(parent) > 0 && columnCount(parent) > 0;
+}
+
+QVariant ItemFilterModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (!sourceModel() || section < 0)
+        return {};
+    if (orientation == Qt::Horizontal)
+        return sourceModel()->headerData(section, orientation, role);
+    return section < rowCount()
+               ? sourceModel()->headerData(sourceRows[static_cast<std::size_t>(section)], orientation, role)
+               : QVariant();
+}
+
+QModelIndex ItemFilterModel::mapToSource(const QModelIndex& proxyIndex) const
+{
+    if (!proxyIndex.isValid() || !sourceModel() || proxyIndex.row() >= rowCount())
+        return {};
+    return sourceModel()->index(sourceRows[static_cast<std::size_t>(proxyIndex.row())], proxyIndex.column());
+}
+
+QModelIndex ItemFilterModel::mapFromSource(const QModelIndex& sourceIndex) const
+{
+    const auto row = static_cast<std::size_t>(sourceIndex.row());
+    if (!sourceIndex.isValid() || row >= places.size() || places[row] < 0)
+        return {};
+    return createIndex(places[row], sourceIndex.column());
+}
+
+// A letter that is typed in the table goes through all cells of a column. In the order of the source they lie
+// near each other, and the way by the base class would be longer.
+QModelIndexList ItemFilterModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                       Qt::MatchFlags flags) const
+{
+    if (hits != 1 || flags != (Qt::MatchStartsWith | Qt::MatchWrap) || !start.isValid())
+        return QAbstractProxyModel::match(start, role, value, hits, flags);
+    const QString text = value.toString();
+    int nearest = rowCount();
+    int sourceRow = -1;
+    for (const int place : places) {
+        ++sourceRow;
+        const int distance = (place - start.row() + rowCount()) % rowCount();
+        if (place >= 0 && distance < nearest &&
+            sourceModel()
+                ->index(sourceRow, start.column())
+                .data(role)
+                .toString()
+                .startsWith(text, Qt::CaseInsensitive))
+            nearest = distance;
+    }
+    if (nearest == rowCount())
+        return {};
+    return {index((start.row() + nearest) % rowCount(), start.column())};
+}
+
+/// Whether the user need not wait for the order.
+bool ItemFilterModel::isImmediate() const
+{
+    return (words.isEmpty() && sortColumn < 0) || !sourceModel() ||
+           sourceModel()->rowCount() <= limits.immediateRows - rowsThisTurn;
+}
+
+bool ItemFilterModel::dependsOn(int firstColumn, int lastColumn) const
+{
+    const bool isSearched = firstColumn <= itemcolumns::Type && lastColumn >= itemcolumns::Name;
+    return (sortColumn >= firstColumn && sortColumn <= lastColumn) || (!words.isEmpty() && isSearched);
+}
+
+/// Brings the rows up to what is asked for, of the values as they are.
+void ItemFilterModel::update()
+{
+    ++requestNumber;
+    if (isImmediate()) {
+        showRows(arrangeAtOnce());
+        return;
+    }
+    setWorking(true);
+    startStep();
+}
+
+/// What is still to be done comes after the events that came meanwhile.
+void ItemFilterModel::startStep()
+{
+    if (!stepTimer->isActive())
+        stepTimer->start(0);
+}
+
+/// Goes on with the work, one step.
+void ItemFilterModel::proceed()
+{
+    if (!working || computing)
+        return;
+    if (readValues(limits.rowsAtOnce))
+        compute();
+    else
+        startStep();
+}
+
+/// The columns whose values are needed for what is asked.
+std::vector<int> ItemFilterModel::getMissingColumns() const
+{
+    std::vector<int> columns;
+    if (sortColumn >= 0 && ranksOfColumn.count(sortColumn) == 0)
+        columns.push_back(sortColumn);
+    if (!words.isEmpty() && !searchTexts) {
+        for (const int column : {itemcolumns::Name, itemcolumns::Type}) {
+            if (column != sortColumn || columns.empty())
+                columns.push_back(column);
+        }
+    }
+    return columns;
+}
+
+Value ItemFilterModel::readValue(int row, int column) const
 {
     const QVariant value = sourceModel()->index(row, column).data(itemcolumns::SortRole);
     if (!value.isValid())
         return {};
-    return value.type() == QVariant::String ? getTextKey(value.toString()) : SortKey(value.toDouble());
+    if (value.type() == QVariant::String)
+        return value.toString();
+    return value.toDouble();
 }
 
-ItemFilterModel::SortKey ItemFilterModel::getTextKey(const QString& text) const
+/// Reads values that are needed, at most so many. True if all are there.
+bool ItemFilterModel::readValues(int limit)
 {
-    if (text != lastText || std::holds_alternative<std::monostate>(lastTextKey)) {
-        lastText = text;
-        lastTextKey = collator.sortKey(text);
+    const int rowCount = sourceModel() ? sourceModel()->rowCount() : 0;
+    for (const int column : getMissingColumns()) {
+        Values& values = valuesOfColumn[column];
+        values.reserve(static_cast<std::size_t>(rowCount));
+        for (auto row = static_cast<int>(values.size()); row < rowCount; ++row) {
+            if (limit-- == 0)
+                return false;
+            values.push_back(readValue(row, column));
+        }
     }
-    return lastTextKey;
+    return true;
 }
 
-const ItemFilterModel::SearchTexts& ItemFilterModel::getSearchTexts(int row) const
+/// What is to be computed, with all that it needs.
+ItemFilterModel::Work ItemFilterModel::makeWork()
 {
-    if (searchTexts.empty())
-        fill(searchTexts, 0, sourceModel()->rowCount() - 1,
-             [this](int each) { return readSearchTexts(each); });
-    return searchTexts[static_cast<std::size_t>(row)];
+    Work work{requestNumber, valuesNumber, {}, {}};
+    work.task.rowCount = sourceModel() ? sourceModel()->rowCount() : 0;
+    work.task.direction = sortDirection;
+    work.task.words = words;
+    work.task.texts = searchTexts;
+    work.task.sortColumn = sortColumn;
+    const auto ranks = ranksOfColumn.find(sortColumn);
+    if (ranks != ranksOfColumn.end())
+        work.task.ranks = ranks->second;
+    work.task.values.swap(valuesOfColumn);
+    return work;
 }
 
-const ItemFilterModel::SortKey& ItemFilterModel::getSortKey(const QModelIndex& index) const
+void ItemFilterModel::compute()
 {
-    const int column = index.column();
-    if (sortKeyColumn != column) {
-        sortKeyColumn = column;
-        sortKeys.clear();
-        fill(sortKeys, 0, sourceModel()->rowCount() - 1,
-             [this, column](int row) { return readSortKey(row, column); });
+    computing = true;
+    const auto work = std::make_shared<Work>(makeWork());
+    QThreadPool::globalInstance()->start([work, receiver = address] {
+        work->rows = tableorder::arrange(work->task);
+        const std::lock_guard<std::mutex> lock(receiver->mutex);
+        if (ItemFilterModel* model = receiver->model)
+            QMetaObject::invokeMethod(
+                model, [model, work] { model->take(*work); }, Qt::QueuedConnection);
+    });
+}
+
+void ItemFilterModel::take(const Work& work)
+{
+    computing = false;
+    keep(work);
+    if (working && work.request == requestNumber && work.values == valuesNumber)
+        showRows(work.rows);
+    else
+        proceed();
+}
+
+/// Keeps for the next time what was made of values that are still the same.
+void ItemFilterModel::keep(const Work& work)
+{
+    if (work.values != valuesNumber)
+        return;
+    if (work.task.ranks)
+        ranksOfColumn[work.task.sortColumn] = work.task.ranks;
+    if (work.task.texts)
+        searchTexts = work.task.texts;
+}
+
+std::vector<int> ItemFilterModel::arrangeAtOnce()
+{
+    readValues(std::numeric_limits<int>::max());
+    Work work = makeWork();
+    if (!words.isEmpty() || sortColumn >= 0) {
+        rowsThisTurn += work.task.rowCount;
+        startStep();
     }
-    return sortKeys[static_cast<std::size_t>(index.row())];
+    std::vector<int> rows = tableorder::arrange(work.task);
+    keep(work);
+    return rows;
 }
 
-void ItemFilterModel::takeInserted(int first, int last)
+/// Puts the rows that were asked for in place.
+void ItemFilterModel::showRows(const std::vector<int>& rows)
 {
-    if (!searchTexts.empty())
-        insert(searchTexts, first, last, [this](int row) { return readSearchTexts(row); });
-    if (sortKeyColumn >= 0)
-        insert(sortKeys, first, last, [this](int row) { return readSortKey(row, sortKeyColumn); });
-}
-
-void ItemFilterModel::takeRemoved(int first, int last)
-{
-    if (!searchTexts.empty())
-        searchTexts.erase(searchTexts.begin() + first, searchTexts.begin() + last + 1);
-    if (sortKeyColumn >= 0)
-        sortKeys.erase(sortKeys.begin() + first, sortKeys.begin() + last + 1);
-}
-
-void ItemFilterModel::takeChanged(int first, int last)
-{
-    for (int row = first; row <= last; ++row) {
-        const auto place = static_cast<std::size_t>(row);
-        if (!searchTexts.empty())
-            searchTexts[place] = readSearchTexts(row);
-        if (sortKeyColumn >= 0)
-            sortKeys[place] = readSortKey(row, sortKeyColumn);
+    if (rows != sourceRows) {
+        beginRows();
+        putRows(rows);
+        endRows();
     }
+    setWorking(false);
 }
 
-void ItemFilterModel::forgetRows()
+void ItemFilterModel::setWorking(bool isWorking)
 {
-    searchTexts.clear();
-    sortKeys.clear();
-    sortKeyColumn = -1;
+    if (working == isWorking)
+        return;
+    working = isWorking;
+    Q_EMIT workingChanged(working);
+}
+
+// Views keep the current row and the selection by persistent indexes, which follow the rows of the source.
+void ItemFilterModel::beginRows()
+{
+    Q_EMIT layoutAboutToBeChanged();
+    indexesBefore = persistentIndexList();
+    sourcesBefore.clear();
+    for (const QModelIndex& each : qAsConst(indexesBefore))
+        sourcesBefore.emplace_back(mapToSource(each));
+}
+
+void ItemFilterModel::putRows(const std::vector<int>& rows)
+{
+    sourceRows = rows;
+    places.assign(static_cast<std::size_t>(sourceModel() ? sourceModel()->rowCount() : 0), -1);
+    int place = 0;
+    for (const int row : sourceRows)
+        places[static_cast<std::size_t>(row)] = place++;
+}
+
+void ItemFilterModel::endRows()
+{
+    QModelIndexList indexes;
+    for (const QPersistentModelIndex& source : sourcesBefore)
+        indexes.append(mapFromSource(source));
+    changePersistentIndexList(indexesBefore, indexes);
+    indexesBefore.clear();
+    sourcesBefore.clear();
+    Q_EMIT layoutChanged();
+}
+
+/// The source has other rows. Those of a long table are shown as they are until the order is there.
+void ItemFilterModel::renewRows()
+{
+    forgetColumns(0, std::numeric_limits<int>::max());
+    if (isImmediate()) {
+        putRows(arrangeAtOnce());
+        return;
+    }
+    std::vector<int> rows(static_cast<std::size_t>(sourceModel()->rowCount()));
+    std::iota(rows.begin(), rows.end(), 0);
+    putRows(rows);
+}
+
+void ItemFilterModel::endSourceRows()
+{
+    renewRows();
+    endRows();
+    update();
+}
+
+void ItemFilterModel::endReset()
+{
+    renewRows();
+    endResetModel();
+    update();
+}
+
+void ItemFilterModel::forgetColumns(int first, int last)
+{
+    ++valuesNumber;
+    const auto forget = [first, last](auto& columns) {
+        columns.erase(columns.lower_bound(first), columns.upper_bound(last));
+    };
+    forget(ranksOfColumn);
+    forget(valuesOfColumn);
+    if (first <= itemcolumns::Type && last >= itemcolumns::Name)
+        searchTexts.reset();
+}
+
+void ItemFilterModel::takeChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                                  const QVector<int>& roles)
+{
+    forgetColumns(topLeft.column(), bottomRight.column());
+    int first = rowCount();
+    int last = -1;
+    for (int row = topLeft.row(); row <= bottomRight.row(); ++row) {
+        const int place = places[static_cast<std::size_t>(row)];
+        if (place < 0)
+            continue;
+        first = std::min(first, place);
+        last = std::max(last, place);
+    }
+    if (last >= 0)
+        Q_EMIT dataChanged(index(first, topLeft.column()), index(last, bottomRight.column()), roles);
+    if (dependsOn(topLeft.column(), bottomRight.column()))
+        update();
 }
 
 } // namespace orvel::desk

@@ -12,19 +12,30 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QTimer>
 
 #include <utility>
 
 namespace orvel::desk {
 
+namespace {
+
+// Work that takes less is not spoken of.
+constexpr int kSlowMs = 200;
+
+} // namespace
+
 ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent)
     : QTableView(parent)
     , filterModel(new ItemFilterModel(this))
+    , joinedModel(new QConcatenateTablesProxyModel(this))
+    , pointModel(new PointTableModel(document, this))
+    , sectionModel(new SectionTableModel(document, this))
+    , slowTimer(new QTimer(this))
 {
-    auto* joined = new QConcatenateTablesProxyModel(this);
-    joined->addSourceModel(new PointTableModel(document, this));
-    joined->addSourceModel(new SectionTableModel(document, this));
-    filterModel->setSourceModel(joined);
+    joinedModel->addSourceModel(pointModel);
+    joinedModel->addSourceModel(sectionModel);
+    filterModel->setSourceModel(joinedModel);
     setModel(filterModel);
 
     setAccessibleName(Desk::tr("Пункты и секции"));
@@ -38,6 +49,19 @@ ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* 
     setVerticalScrollMode(ScrollPerPixel);
     setUpHeader();
     connect(this, &QTableView::clicked, this, &ItemTable::showProtocol);
+    slowTimer->setSingleShot(true);
+    slowTimer->setInterval(kSlowMs);
+    connect(slowTimer, &QTimer::timeout, this, [this] { setSlow(true); });
+    connect(filterModel, &ItemFilterModel::layoutChanged, this, &ItemTable::rowsChanged);
+    connect(filterModel, &ItemFilterModel::workingChanged, this, [this](bool isWorking) {
+        if (isWorking) {
+            slowTimer->start();
+            return;
+        }
+        slowTimer->stop();
+        selectAwaitedItem();
+        setSlow(false);
+    });
 }
 
 LONGID ItemTable::getCurrentItem() const
@@ -47,16 +71,41 @@ LONGID ItemTable::getCurrentItem() const
 
 bool ItemTable::selectItem(LONGID id)
 {
-    for (int row = 0; row < filterModel->rowCount(); ++row) {
-        const QModelIndex index = filterModel->index(row, itemcolumns::Name);
-        if (index.data(itemcolumns::ItemIdRole).toLongLong() != id)
-            continue;
+    const QModelIndex source = findItem(id);
+    if (!source.isValid() || !filterModel->isMeant(source))
+        return false;
+    awaitedItem = id;
+    selectAwaitedItem();
+    return true;
+}
+
+/// The item's row below search and sorting.
+QModelIndex ItemTable::findItem(LONGID id) const
+{
+    const QModelIndex point = pointModel->findPoint(id);
+    return joinedModel->mapFromSource(point.isValid() ? point : sectionModel->findSection(id));
+}
+
+void ItemTable::selectAwaitedItem()
+{
+    if (awaitedItem == 0)
+        return;
+    const LONGID id = awaitedItem;
+    const QModelIndex index = filterModel->mapFromSource(findItem(id));
+    if (index.isValid()) {
         setCurrentIndex(index);
         scrollTo(index, PositionAtCenter);
         setFocus();
-        return true;
     }
-    return false;
+    awaitedItem = filterModel->isWorking() ? id : 0;
+}
+
+void ItemTable::setSlow(bool isSlow)
+{
+    if (slow == isSlow)
+        return;
+    slow = isSlow;
+    Q_EMIT rowsChanged();
 }
 
 void ItemTable::showCurrentProtocol()
@@ -103,6 +152,8 @@ void ItemTable::paintEvent(QPaintEvent* event)
 void ItemTable::currentChanged(const QModelIndex& current, const QModelIndex& previous)
 {
     QTableView::currentChanged(current, previous);
+    // Somebody has chosen another row.
+    awaitedItem = 0;
     Q_EMIT currentItemChanged();
 }
 

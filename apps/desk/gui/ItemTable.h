@@ -7,11 +7,15 @@
 #include <functional>
 
 class ProjectWindow;
+class QConcatenateTablesProxyModel;
+class QTimer;
 
 namespace orvel::desk {
 
 class Document;
 class ItemFilterModel;
+class PointTableModel;
+class SectionTableModel;
 
 /// The table of points and sections.
 class ItemTable : public QTableView
@@ -26,8 +30,11 @@ public:
 
     /// The item of the current row; 0 if there is none.
     LONGID getCurrentItem() const;
-    /// Selects the row of an item and brings it into sight. False if the table does not show that item.
+    /// Selects the row of an item and brings it into sight, as soon as rows that were asked for are in place.
+    /// False if the table has no such item or the search does not mean it.
     bool selectItem(LONGID id);
+    /// Whether rows have been waited for so long that somebody should be told.
+    bool isSlow() const { return slow; }
     /// Shows what the protocols say of the current row's item.
     void showCurrentProtocol();
     /// Has what shows a page called by that function, which knows whether its lines are all there.
@@ -39,6 +46,8 @@ public:
 
 Q_SIGNALS:
     void currentItemChanged();
+    /// Other rows are shown, or the waiting for them has become long or is over.
+    void rowsChanged();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -48,8 +57,17 @@ protected:
 private:
     void showProtocol(const QModelIndex& index);
     void setUpHeader();
+    QModelIndex findItem(LONGID id) const;
+    void selectAwaitedItem();
+    void setSlow(bool isSlow);
 
     ItemFilterModel* filterModel;
+    QConcatenateTablesProxyModel* joinedModel;
+    PointTableModel* pointModel;
+    SectionTableModel* sectionModel;
+    LONGID awaitedItem = 0; ///< to be selected when the rows are in place
+    QTimer* slowTimer;
+    bool slow = false;
     std::function<void(const std::function<void()>& show)> showPage;
     bool protocolsAvailable = true;
     QString emptyText;

@@ -1,6 +1,5 @@
 #include "apps/desk/gui/PointTableModel.h"
 
-#include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/gui/ItemColumns.h"
@@ -31,7 +30,21 @@ PointTableModel::PointTableModel(Document& openDocument, QObject* parent)
     : CProjectItemModel(&openDocument.getModel(), makeColumns(), parent)
     , document(openDocument)
 {
-    connect(&document, &Document::summaryChanged, this, &PointTableModel::showProtocols);
+    connect(&document, &Document::resultsChanged, this,
+            [this] { showColumns(itemcolumns::Height, itemcolumns::Sigma); });
+    connect(&document, &Document::summaryChanged, this,
+            [this] { showColumns(itemcolumns::Lines, itemcolumns::Report); });
+}
+
+// The base class would count all rows for this.
+QModelIndex PointTableModel::findPoint(LONGID id) const
+{
+    for (int row = 0; row < rowCount(); ++row) {
+        const QModelIndex first = index(row, 0);
+        if (getItem(first)->getId() == id)
+            return first;
+    }
+    return {};
 }
 
 QVariant PointTableModel::data(const QModelIndex& index, int role) const
@@ -63,7 +76,7 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
     case itemcolumns::Name:
         return point.getName();
     case itemcolumns::Type:
-        return isFixed ? Desk::tr("исходный репер") : Desk::tr("пункт");
+        return isFixed ? fixedPointText : pointText;
     case itemcolumns::Height:
         if (isFixed)
             return *point.getPoint().height;
@@ -79,10 +92,10 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
     }
 }
 
-void PointTableModel::showProtocols()
+void PointTableModel::showColumns(int first, int last)
 {
     if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0, itemcolumns::Lines), index(rowCount() - 1, itemcolumns::Report));
+        Q_EMIT dataChanged(index(0, first), index(rowCount() - 1, last));
 }
 
 } // namespace orvel::desk

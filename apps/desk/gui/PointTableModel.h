@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/desk/Desk.h"
 #include "host/delegates/CProjectItemModel.h"
 
 namespace orvel::desk {
@@ -15,15 +16,21 @@ public:
     /// The document outlives the model.
     explicit PointTableModel(Document& openDocument, QObject* parent = nullptr);
 
+    /// The first cell of that point; invalid if there is none.
+    QModelIndex findPoint(LONGID id) const;
+
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
     QVariant getValue(const QModelIndex& index) const;
-    void showProtocols();
+    void showColumns(int first, int last);
 
     Document& document;
+    // Of all points, who share them.
+    const QString fixedPointText = Desk::tr("исходный репер");
+    const QString pointText = Desk::tr("пункт");
 };
 
 } // namespace orvel::desk

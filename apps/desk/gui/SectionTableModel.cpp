@@ -5,12 +5,15 @@
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/gui/ItemColumns.h"
 
+#include <algorithm>
+
 namespace orvel::desk {
 
 SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     : QAbstractTableModel(parent)
     , document(openDocument)
     , sections(openDocument.getSections())
+    , typeText(getTypeText(kSectionItemType))
 {
     connect(&document, &Document::networkAboutToBeReplaced, this, [this] { setSections({}); });
     connect(&document, &Document::networkReplaced, this, [this] { setSections(document.getSections()); });
@@ -25,6 +28,13 @@ const LevellingSection* SectionTableModel::getSection(const QModelIndex& index) 
     if (!index.isValid() || index.model() != this || index.row() >= rowCount())
         return nullptr;
     return sections[static_cast<std::size_t>(index.row())];
+}
+
+QModelIndex SectionTableModel::findSection(LONGID id) const
+{
+    const auto found = std::find_if(sections.begin(), sections.end(),
+                                    [id](const LevellingSection* section) { return section->getId() == id; });
+    return found == sections.end() ? QModelIndex() : index(static_cast<int>(found - sections.begin()), 0);
 }
 
 int SectionTableModel::rowCount(const QModelIndex& parent) const
@@ -70,7 +80,7 @@ QVariant SectionTableModel::getValue(const LevellingSection& section, int column
     case itemcolumns::Name:
         return section.getName();
     case itemcolumns::Type:
-        return getTypeText(static_cast<int>(section.getType()));
+        return typeText;
     case itemcolumns::Sigma:
         return section.getSection().sigma;
     case itemcolumns::Difference:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/model/LongId.h"
+
 #include <QAbstractTableModel>
 
 #include <vector>
@@ -20,6 +22,8 @@ public:
 
     /// The section of the row; null for an index that isn't of this model.
     const LevellingSection* getSection(const QModelIndex& index) const;
+    /// The first cell of that section; invalid if there is none.
+    QModelIndex findSection(LONGID id) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -34,6 +38,7 @@ private:
 
     Document& document;
     std::vector<LevellingSection*> sections;
+    const QString typeText; ///< of all sections, who share it
 };
 
 } // namespace orvel::desk
