@@ -178,7 +178,7 @@ private:
                 takeSection(index, fit);
         }
         for (std::size_t group = 0; group < pvvOfObserved.size(); ++group)
-            getFit(network.observedHeights[group].points.front()).pvv += pvvOfObserved[group];
+            takeObservedGroup(group);
     }
 
     void takeSection(int index, PartFit& fit) const
@@ -186,24 +186,34 @@ private:
         const double sigma = network.sections[static_cast<std::size_t>(index)].sigma;
         const double scaled = result.sections[static_cast<std::size_t>(index)]->residual / sigma;
         fit.pvv += scaled * scaled;
-        const auto sigmaOf = [&](int section) {
-            return network.sections[static_cast<std::size_t>(section)].sigma;
-        };
-        if (fit.leastSigmaSection < 0 || sigma < sigmaOf(fit.leastSigmaSection))
-            fit.leastSigmaSection = index;
-        if (fit.largestSigmaSection < 0 || sigma > sigmaOf(fit.largestSigmaSection))
-            fit.largestSigmaSection = index;
-        fit.sigmaRatio = sigmaOf(fit.largestSigmaSection) / sigmaOf(fit.leastSigmaSection);
+        takeSigma({index, -1, sigma}, fit);
+    }
+
+    void takeObservedGroup(std::size_t group)
+    {
+        const ObservedHeights& observed = network.observedHeights[group];
+        PartFit& fit = getFit(observed.points.front());
+        fit.pvv += pvvOfObserved[group];
+        for (std::size_t row = 0; row < observed.points.size(); ++row) {
+            const double variance = observed.covariance[row * (observed.points.size() + 1)];
+            takeSigma({-1, observed.points[row], std::sqrt(variance)}, fit);
+        }
+    }
+
+    static void takeSigma(const MeasurementSigma& measured, PartFit& fit)
+    {
+        const bool isFirst = fit.leastSigma.section < 0 && fit.leastSigma.point < 0;
+        if (isFirst || measured.sigma < fit.leastSigma.sigma)
+            fit.leastSigma = measured;
+        if (isFirst || measured.sigma > fit.largestSigma.sigma)
+            fit.largestSigma = measured;
     }
 
     void test()
     {
         const SectionSeries series = findSectionSeries(network);
         result.seriesOfSection = series.seriesOfSection;
-        result.testCount =
-            series.count + static_cast<int>(std::count_if(
-                               result.observedHeights.begin(), result.observedHeights.end(),
-                               [](const auto& height) { return height.normalisedResidual.has_value(); }));
+        result.testCount = series.countTests(network, result.components);
         const double error = 1.0 - network.parameters.confidence;
         const double share = quantiles::shareOfEach(error, std::max(result.testCount, 1));
         for (std::optional<PartFit>& fit : result.fits) {
@@ -316,7 +326,7 @@ std::optional<double> PartFit::getSigma0() const
 
 bool PartFit::isIllConditioned() const
 {
-    return sigmaRatio > kLargestSigmaRatio;
+    return getSigmaRatio() > kLargestSigmaRatio;
 }
 
 const PartFit& Adjustment::getFit(int point) const

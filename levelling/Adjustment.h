@@ -55,6 +55,14 @@ struct AdjustedHeight : AdjustedMeasurement
     int point = 0;
 };
 
+/// A measurement with its a priori standard deviation, mm: a section, or the observed height of a point.
+struct MeasurementSigma
+{
+    int section = -1;
+    int point = -1;
+    double sigma = 1.0;
+};
+
 /// How the measurements of a part fit together.
 struct PartFit
 {
@@ -79,14 +87,14 @@ struct PartFit
     /// the error probability, and the one that a single residual exceeds with it.
     double errorLimit = 0.0;
     double warningLimit = 0.0;
-    /// Ratio of the largest to the smallest standard deviation of the sections, and the two sections.
-    double sigmaRatio = 1.0;
-    int leastSigmaSection = -1;
-    int largestSigmaSection = -1;
+    /// The measurements with the smallest and the largest standard deviation.
+    MeasurementSigma leastSigma;
+    MeasurementSigma largestSigma;
 
     /// A posteriori standard deviation of unit weight as a multiple of the a priori one, sqrt(pvv /
     /// redundancy); none without redundancy. Times sigma-apr it is in mm.
     std::optional<double> getSigma0() const;
+    double getSigmaRatio() const { return largestSigma.sigma / leastSigma.sigma; }
     /// So different weights cost digits of heights and standard deviations.
     bool isIllConditioned() const;
 };

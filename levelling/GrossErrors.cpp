@@ -431,7 +431,8 @@ public:
         , error(1.0 - searchedNetwork.parameters.confidence)
         , parts(getParts().size())
     {
-        const int tests = std::max(findSectionSeries(searchedNetwork).count, 1);
+        const int tests =
+            std::max(findSectionSeries(searchedNetwork).countTests(searchedNetwork, getParts()), 1);
         share = quantiles::shareOfEach(error, tests);
         // The trials together have the error probability once more.
         trialShare = quantiles::shareOfEach(error, tests * static_cast<int>(kLookAhead));

@@ -137,6 +137,22 @@ private:
 
 } // namespace
 
+int SectionSeries::countTests(const Network& network, const std::vector<Component>& components) const
+{
+    std::vector<bool> isTested(static_cast<std::size_t>(count), false);
+    for (const Component& component : components) {
+        for (const int section : component.sections) {
+            const int series = seriesOfSection[static_cast<std::size_t>(section)];
+            if (component.hasDatum() && series >= 0)
+                isTested[static_cast<std::size_t>(series)] = true;
+        }
+    }
+    std::ptrdiff_t tests = std::count(isTested.begin(), isTested.end(), true);
+    for (const ObservedHeights& observed : network.observedHeights)
+        tests += static_cast<std::ptrdiff_t>(observed.points.size());
+    return static_cast<int>(tests);
+}
+
 SectionSeries findSectionSeries(const Network& network)
 {
     const std::vector<Edge> edges = collectEdges(network);

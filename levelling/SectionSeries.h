@@ -1,5 +1,6 @@
 #pragma once
 
+#include "levelling/Components.h"
 #include "levelling/Network.h"
 
 #include <vector>
@@ -15,6 +16,10 @@ struct SectionSeries
     std::vector<int> seriesOfSection;
     /// Their count, those of one section included.
     int count = 0;
+
+    /// How many tests the measurements allow that can be told apart: the series of the parts that have a
+    /// datum, and the observed heights.
+    int countTests(const Network& network, const std::vector<Component>& components) const;
 };
 
 /// Finds the series. Observed heights count as ways between the datum and their points.

@@ -1069,10 +1069,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Standard deviations from the a posteriori σ₀ of each part of the network; in parts without redundant measurements from the a priori σ₀ = %1 mm</translation>
     </message>
     <message>
-        <source>Поправка v = уравненное превышение − измеренное превышение; r — доля ошибки измерения, которую показывает поправка; ∇ — оценка ошибки −v/r; наименьшая ошибка, которую проверка обнаруживает с вероятностью 80&#xa0;%</source>
-        <translation>Residual v = adjusted − measured height difference; r is the share of an error that the residual shows; ∇ is the estimated error −v/r; the least error that the test detects with a probability of 80 %</translation>
-    </message>
-    <message>
         <source>r</source>
         <translation>r</translation>
     </message>
@@ -1087,18 +1083,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>в его части сети нет ни исходного репера, ни пункта с высотой</source>
         <translation>its part of the network has neither a benchmark nor a point with a height</translation>
-    </message>
-    <message>
-        <source>Часть %1 — свободная сеть, исходных реперов в ней нет: %2. Сохраняется средняя высота пунктов (минимум следа): %3</source>
-        <translation>Part %1 is a free network without benchmarks: %2. The mean height of these points is kept (minimum trace): %3</translation>
-    </message>
-    <message>
-        <source>так задано (adj=&quot;Z&quot;)</source>
-        <translation>as asked (adj=&quot;Z&quot;)</translation>
-    </message>
-    <message>
-        <source>взяты все пункты, у которых есть высота</source>
-        <translation>all points with a height are taken</translation>
     </message>
     <message>
         <source>Исходный репер %1: отметка %2&#xa0;м, известна с ковариациями и уравнивается</source>
@@ -1119,10 +1103,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>%1: неизвестных %2, избыточных измерений %3, [pvv] = %4 (веса 1/σ²)</source>
         <translation>%1: unknowns %2, redundant measurements %3, [pvv] = %4 (weights 1/σ²)</translation>
-    </message>
-    <message>
-        <source>%1: СКО секций различаются в %2&#xa0;раз, от %3&#xa0;мм (%4) до %5&#xa0;мм (%6); последние цифры высот и СКО недостоверны, проверьте эти СКО</source>
-        <translation>%1: standard deviations of sections differ by a factor of %2, from %3 mm (%4) to %5 mm (%6); the last digits of heights and standard deviations are unreliable, check these values</translation>
     </message>
     <message>
         <source>СКО единицы веса μ на 1&#xa0;км хода</source>
@@ -1271,10 +1251,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Часть %1 не связана ни с одним исходным репером и будет уравнена как свободная сеть: %2</source>
         <translation>Part %1 is not connected with any benchmark and will be adjusted as a free network: %2</translation>
-    </message>
-    <message>
-        <source>Случайная СКО на 1&#xa0;км по расхождениям прямых и обратных ходов (%1): одного хода %2&#xa0;мм, среднего из двух %3&#xa0;мм</source>
-        <translation>Random standard deviation per km from the discrepancies between forward and backward levelling (%1): of a single run %2 mm, of the mean of both %3 mm</translation>
     </message>
     <message>
         <source>Прямой и обратный ход</source>
@@ -1440,6 +1416,30 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Строки таблицы отбираются и сортируются…</source>
         <translation>Finding and sorting the rows of the table…</translation>
+    </message>
+    <message>
+        <source>Поправка v = уравненное превышение − измеренное превышение; r — доля ошибки измерения, которую показывает поправка; ∇ — оценка ошибки −v/r; «Обнаруживается от» — наименьшая ошибка, которую проверка обнаруживает с вероятностью 80&#xa0;%</source>
+        <translation>Residual v = adjusted − measured height difference; r is the share of an error that the residual shows; ∇ is the estimated error −v/r; &quot;Detectable from&quot; is the least error that the test detects with a probability of 80 %</translation>
+    </message>
+    <message>
+        <source>Часть %1 — свободная сеть без исходных реперов; сохраняется средняя высота (минимум следа) %2: %3</source>
+        <translation>Part %1 is a free network without benchmarks; the mean height (minimum trace) is kept of %2: %3</translation>
+    </message>
+    <message>
+        <source>пунктов с adj=&quot;Z&quot;</source>
+        <translation>the points with adj=&quot;Z&quot;</translation>
+    </message>
+    <message>
+        <source>всех пунктов, у которых есть высота</source>
+        <translation>all points that have a height</translation>
+    </message>
+    <message>
+        <source>%1: СКО измерений различаются в %2&#xa0;раз, от %3&#xa0;мм (%4) до %5&#xa0;мм (%6); последние цифры высот и СКО недостоверны, проверьте эти СКО</source>
+        <translation>%1: standard deviations of measurements differ by a factor of %2, from %3 mm (%4) to %5 mm (%6); the last digits of heights and standard deviations are unreliable, check these values</translation>
+    </message>
+    <message>
+        <source>Случайная СКО на 1&#xa0;км по расхождениям прямых и обратных ходов, секций: %1; одного хода %2&#xa0;мм, среднего из двух %3&#xa0;мм</source>
+        <translation>Random standard deviation per km from the discrepancies between forward and backward levelling, sections: %1; of a single levelling %2 mm, of the mean of both %3 mm</translation>
     </message>
 </context>
 <context>

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void sectionsOfOneLoopAreNamedTogether();
     void freeNetworkKeepsTheMeanHeight();
     void veryDifferentSigmasAreNamed();
+    void sigmasOfObservedHeightsCount();
     void sigmaOfWeightsByDeviationHasNoKilometre();
     void l1WithoutDatum();
     void l1SaysWhenNotUnique();
@@ -128,9 +129,10 @@ void TestRuns::compileMakesLoopsOfMeans()
                 "(техническое "
                 "нивелирование), L — длина, км; без длины — 3 СКО"));
     // d = 8 mm over 1 km: 8 / sqrt(2) and 8 / 2.
-    QVERIFY(has("message:Случайная СКО на 1\u00A0км по расхождениям прямых и обратных ходов (1): одного хода "
-                "5,66\u00A0мм, "
-                "среднего из двух 4,00\u00A0мм"));
+    QVERIFY(has(
+        "message:Случайная СКО на 1\u00A0км по расхождениям прямых и обратных ходов, секций: 1; одного хода "
+        "5,66\u00A0мм, "
+        "среднего из двух 4,00\u00A0мм"));
     QVERIFY(has(
         "message:Прямой и обратный ход [50:s0], [51:s1]: расхождение 8,00\u00A0мм, допуск 50,00\u00A0мм"));
     QVERIFY(has("message:Полигон [10:A] → [11:B] → [12:C] → [10:A]: невязка +4,00\u00A0мм, допуск "
@@ -275,9 +277,9 @@ void TestRuns::freeNetworkKeepsTheMeanHeight()
     snapshot.network.points[1].height = 11.2;
     addSection(a, b, 1.0, 1.0);
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has("warning:Часть 1 — свободная сеть, исходных реперов в ней нет: взяты все пункты, у которых "
-                "есть высота. "
-                "Сохраняется средняя высота пунктов (минимум следа): [10:A], [11:B]"));
+    QVERIFY(has(
+        "warning:Часть 1 — свободная сеть без исходных реперов; сохраняется средняя высота (минимум следа) "
+        "всех пунктов, у которых есть высота: [10:A], [11:B]"));
     QVERIFY(has("message:Пункт [10:A]: H = 10,10000\u00A0м, СКО априорная 1,00\u00A0мм, апостериорная не "
                 "определяется"));
     QVERIFY(has("message:Пункт [11:B]: H = 11,10000\u00A0м, СКО априорная 1,00\u00A0мм, апостериорная не "
@@ -285,8 +287,8 @@ void TestRuns::freeNetworkKeepsTheMeanHeight()
     snapshot.network.points[0].constrained = true;
     QVERIFY(runAdjust(monitor, snapshot));
     QVERIFY(has(
-        "message:Часть 1 — свободная сеть, исходных реперов в ней нет: так задано (adj=\"Z\"). Сохраняется "
-        "средняя высота пунктов (минимум следа): [10:A]"));
+        "message:Часть 1 — свободная сеть без исходных реперов; сохраняется средняя высота (минимум следа) "
+        "пунктов с adj=\"Z\": [10:A]"));
     QVERIFY(has("message:Пункт [11:B]: H = 11,00000\u00A0м, СКО априорная 2,00\u00A0мм, апостериорная не "
                 "определяется"));
 }
@@ -299,10 +301,24 @@ void TestRuns::veryDifferentSigmasAreNamed()
     addSection(a, b, 1.001, 1.0);
     snapshot.network.sections[1].sigma = 6e6;
     QVERIFY(runAdjust(monitor, snapshot));
-    QVERIFY(has("warning:Часть 1: СКО секций различаются в 3000000\u00A0раз, от 2,00\u00A0мм ([50:s0]) до "
-                "6000000\u00A0мм "
-                "([51:s1]); "
+    QVERIFY(has("warning:Часть 1: СКО измерений различаются в 3000000\u00A0раз, от 2,00\u00A0мм ([50:s0]) до "
+                "6000000\u00A0мм ([51:s1]); "
                 "последние цифры высот и СКО недостоверны, проверьте эти СКО"));
+}
+
+void TestRuns::sigmasOfObservedHeightsCount()
+{
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    snapshot.network.points[0].fixed = false;
+    snapshot.network.points[0].observed = true;
+    snapshot.network.observedHeights.push_back({{a}, {1e-8}});
+    addSection(a, b, 1.0, 1.0);
+    snapshot.network.sections[0].sigma = 20.0;
+    QVERIFY(runAdjust(monitor, snapshot));
+    QVERIFY(
+        has("warning:Часть 1: СКО измерений различаются в 200000\u00A0раз, от 0,000100\u00A0мм ([10:A]) до "
+            "20,0\u00A0мм ([50:s0]); последние цифры высот и СКО недостоверны, проверьте эти СКО"));
 }
 
 void TestRuns::sigmaOfWeightsByDeviationHasNoKilometre()

@@ -189,6 +189,7 @@ private Q_SLOTS:
     void smallErrorOfSimilarSectionsIsLeftOpen();
     void largeErrorsHideNothing();
     void partsAreTestedEachByItself();
+    void partsWithoutDatumAreNoTests();
     void freeNetworkIsTested();
     void stopsOnRequest();
     void implausibleSectionsAreThoseOverTheTolerance();
@@ -345,6 +346,22 @@ void TestGrossErrors::partsAreTestedEachByItself()
     QVERIFY(*adjustment.fits[1]->getSigma0() > 10.0);
     QVERIFY(adjustment.points[1]->sigma * adjustment.points[1]->sigmaScale < 0.5);
     QCOMPARE(describe(network, findGrossErrors(network)), QStringList(word("Rb-Ab: 99.4")));
+}
+
+void TestGrossErrors::partsWithoutDatumAreNoTests()
+{
+    networks::Builder builder;
+    for (const char* part : {"a", "b"}) {
+        for (int i = 0; i < 3; ++i)
+            builder.section(word("R") + word(part), word("A") + word(part), 1.0 + 0.002 * i);
+    }
+    Network network = builder.build();
+    network.points[0].fixed = true;
+    network.points[0].height = 0.0;
+    QCOMPARE(adjust(network).testCount, 3);
+    network.points[2].fixed = true;
+    network.points[2].height = 0.0;
+    QCOMPARE(adjust(network).testCount, 6);
 }
 
 void TestGrossErrors::freeNetworkIsTested()

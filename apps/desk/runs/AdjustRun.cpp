@@ -116,11 +116,11 @@ private:
         const std::vector<int>& points = adjustment.components[part].datumPoints;
         const bool isAsked = network.points[static_cast<std::size_t>(points.front())].constrained;
         const QString text =
-            Desk::tr("Часть %1 — свободная сеть, исходных реперов в ней нет: %2. Сохраняется средняя высота "
-                     "пунктов (минимум следа): %3")
+            Desk::tr("Часть %1 — свободная сеть без исходных реперов; сохраняется средняя высота (минимум "
+                     "следа) %2: %3")
                 .arg(QString::number(part + 1),
-                     isAsked ? Desk::tr("так задано (adj=\"Z\")")
-                             : Desk::tr("взяты все пункты, у которых есть высота"),
+                     isAsked ? Desk::tr("пунктов с adj=\"Z\"")
+                             : Desk::tr("всех пунктов, у которых есть высота"),
                      lines.listPoints(points));
         if (isAsked)
             lines.message(text);
@@ -190,14 +190,18 @@ private:
         if (fit.redundancy > 0)
             writeTests(name, fit);
         if (fit.isIllConditioned())
-            lines.warning(Desk::tr("%1: СКО секций различаются в %2\u00A0раз, от %3\u00A0мм (%4) до "
-                                   "%5\u00A0мм (%6); последние цифры "
-                                   "высот и СКО недостоверны, проверьте эти СКО")
-                              .arg(name, numbers::significant(fit.sigmaRatio, 2),
-                                   numbers::significant(getSection(fit.leastSigmaSection).sigma, 3),
-                                   lines.section(fit.leastSigmaSection),
-                                   numbers::significant(getSection(fit.largestSigmaSection).sigma, 3),
-                                   lines.section(fit.largestSigmaSection)));
+            lines.warning(
+                Desk::tr(
+                    "%1: СКО измерений различаются в %2\u00A0раз, от %3\u00A0мм (%4) до %5\u00A0мм (%6); "
+                    "последние цифры высот и СКО недостоверны, проверьте эти СКО")
+                    .arg(name, numbers::significant(fit.getSigmaRatio(), 2),
+                         numbers::significant(fit.leastSigma.sigma, 3), nameMeasurement(fit.leastSigma),
+                         numbers::significant(fit.largestSigma.sigma, 3), nameMeasurement(fit.largestSigma)));
+    }
+
+    QString nameMeasurement(const levelling::MeasurementSigma& measurement)
+    {
+        return measurement.section < 0 ? lines.point(measurement.point) : lines.section(measurement.section);
     }
 
     /// Where weights come from standard deviations, sigma-apr is that of no length.

@@ -127,8 +127,9 @@ private:
         const std::vector<RepeatedSections> repeatedSections = levelling::findRepeatedSections(network);
         if (const auto precision = levelling::findDoubleRunPrecision(repeatedSections))
             lines.message(
-                Desk::tr("Случайная СКО на 1\u00A0км по расхождениям прямых и обратных ходов (%1): одного "
-                         "хода %2\u00A0мм, среднего из двух %3\u00A0мм")
+                Desk::tr(
+                    "Случайная СКО на 1\u00A0км по расхождениям прямых и обратных ходов, секций: %1; одного "
+                    "хода %2\u00A0мм, среднего из двух %3\u00A0мм")
                     .arg(QString::number(precision->count), numbers::sigma(precision->single),
                          numbers::sigma(precision->mean)));
         for (const RepeatedSections& repeated : repeatedSections) {
