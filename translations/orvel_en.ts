@@ -935,10 +935,6 @@ l1 — L1 analysis: search for gross errors
 errors (or warnings)</translation>
     </message>
     <message>
-        <source>%1 не принимает «-»</source>
-        <translation>%1 does not take &quot;-&quot;</translation>
-    </message>
-    <message>
         <source>неизвестный уровень «%1»: --fail-on error или warning</source>
         <translation>unknown level &quot;%1&quot;: --fail-on error or warning</translation>
     </message>
@@ -1440,6 +1436,10 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Случайная СКО на 1&#xa0;км по расхождениям прямых и обратных ходов, секций: %1; одного хода %2&#xa0;мм, среднего из двух %3&#xa0;мм</source>
         <translation>Random standard deviation per km from the discrepancies between forward and backward levelling, sections: %1; of a single levelling %2 mm, of the mean of both %3 mm</translation>
+    </message>
+    <message>
+        <source>%1 не принимает «%2»</source>
+        <translation>%1 does not take &quot;%2&quot;</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <iterator>
@@ -194,7 +195,7 @@ private:
         result.pagesFolder = takeFile(QStringLiteral("pages"));
         result.dataFile = apps::toLocalPath(parser.value(QStringLiteral("data")));
         result.saveFile = takeFile(QStringLiteral("save"));
-        result.recordFile = takeFile(QStringLiteral("record"));
+        result.recordFile = takeRecordFile();
         result.argument = apps::toLocalPath(parser.positionalArguments().value(0));
         checkTogether();
     }
@@ -231,8 +232,19 @@ private:
     {
         const QString value = parser.value(name);
         if (standardstreams::isStream(value))
-            fail(Desk::tr("%1 не принимает «-»").arg(withDashes(name)));
+            fail(Desk::tr("%1 не принимает «%2»").arg(withDashes(name), value));
         return apps::toLocalPath(value);
+    }
+
+    /// A recording begins with an empty file, as no stream can.
+    QString takeRecordFile()
+    {
+        const QString path = takeFile(QStringLiteral("record"));
+        static const QRegularExpression streams(
+            QStringLiteral("^/dev/(std(in|out|err)|fd/.*)$|^/proc/[^/]+/fd/"));
+        if (streams.match(QDir::cleanPath(path)).hasMatch())
+            fail(Desk::tr("%1 не принимает «%2»").arg(QStringLiteral("--record"), path));
+        return path;
     }
 
     void takeFailLevel()

@@ -321,6 +321,10 @@ void TestHeadless::badUsageIsRefused_data()
                            << "неизвестный уровень «message»: --fail-on error или warning";
     QTest::newRow("project from a stream") << "--open -"
                                            << "--open не принимает «-»";
+    QTest::newRow("recording to a stream") << "--import small.gkf --record /dev//stdout"
+                                           << "--record не принимает «/dev//stdout»";
+    QTest::newRow("recording to a descriptor") << "--import small.gkf --record /proc/self/fd/1"
+                                               << "--record не принимает «/proc/self/fd/1»";
     QTest::newRow("two files to one stream")
         << "--import small.gkf --export - --data -"
         << "стандартный вывод принимает что-то одно: --export или --data";
