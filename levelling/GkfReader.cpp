@@ -104,8 +104,14 @@ private:
 GkfResult GkfReader::readFile(const QString& path, const std::function<bool()>& isStopped)
 {
     QFile file(path);
+    file.open(QIODevice::ReadOnly);
+    return readFile(file, isStopped);
+}
+
+GkfResult GkfReader::readFile(QFile& file, const std::function<bool()>& isStopped)
+{
     GkfResult result;
-    if (file.open(QIODevice::ReadOnly))
+    if (file.isOpen())
         result = read(file, isStopped);
     if (file.error() != QFileDevice::NoError) {
         result = GkfResult();

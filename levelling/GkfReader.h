@@ -14,6 +14,8 @@
 
 class QIODevice;
 
+class QFile;
+
 namespace levelling {
 
 /// What a file gave.
@@ -55,6 +57,8 @@ public:
 
     /// Reads the file of that path. isStopped is asked every few kilobytes and every few thousand sections.
     static GkfResult readFile(const QString& path, const std::function<bool()>& isStopped = {});
+    /// The same of a file that is open for reading, or says why it could not be opened.
+    static GkfResult readFile(QFile& file, const std::function<bool()>& isStopped = {});
     /// Reads from a device that is open for reading.
     static GkfResult read(QIODevice& device, const std::function<bool()>& isStopped = {});
 

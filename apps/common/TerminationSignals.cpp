@@ -5,8 +5,10 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace orvel::apps {
@@ -74,6 +76,14 @@ void TerminationSignals::watch()
 bool TerminationSignals::hasCome()
 {
     return caughtSignal != 0;
+}
+
+bool TerminationSignals::waitForInput(int descriptor)
+{
+    std::array<pollfd, 2> awaited{pollfd{descriptor, POLLIN, 0}, pollfd{wakingPipe[0], POLLIN, 0}};
+    while (!hasCome() && poll(awaited.data(), awaited.size(), -1) < 0 && errno == EINTR) {
+    }
+    return !hasCome();
 }
 
 int TerminationSignals::getExitCode(int code)

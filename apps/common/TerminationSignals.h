@@ -18,6 +18,9 @@ public:
 
     /// Whether one has come. What takes long without an event loop asks for it.
     static bool hasCome();
+    /// Waits until there is something to be read from a descriptor, or the end of it. False if a signal has
+    /// come.
+    static bool waitForInput(int descriptor);
     /// What `main` is to return: 128 and the number of the signal that has come, else @p code.
     static int getExitCode(int code);
 };

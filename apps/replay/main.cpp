@@ -1,3 +1,4 @@
+#include "apps/common/InputFile.h"
 #include "apps/common/LocalPath.h"
 #include "apps/common/OffscreenPlatform.h"
 #include "apps/common/StandardStreams.h"
@@ -10,7 +11,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QFile>
 
 #include <cstdio>
 
@@ -45,19 +45,20 @@ int finishOutput()
 
 int playJournal(const QString& path, const JournalFolder& folder)
 {
-    QFile journal(path);
+    orvel::apps::InputFile journal(path);
     if (!journal.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("%1: %2").arg(path, journal.errorString()));
 
     JournalPlayer player(folder);
     int lineNumber = 0;
     try {
-        while (!orvel::apps::TerminationSignals::hasCome()) {
+        for (;;) {
             const QByteArray text = journal.readLine();
             // A failed read looks like the end of the file, and the next one may work.
             if (journal.error() != QFileDevice::NoError)
                 return fail(QStringLiteral("%1: %2").arg(path, journal.errorString()));
-            if (text.isEmpty())
+            // A signal may have cut the line off.
+            if (text.isEmpty() || orvel::apps::TerminationSignals::hasCome())
                 break;
             ++lineNumber;
             if (!text.trimmed().isEmpty())

@@ -28,6 +28,8 @@ private Q_SLOTS:
     void signalEndsAWindowInOrder();
     void signalEndsTheReplayInOrder_data();
     void signalEndsTheReplayInOrder();
+    void signalEndsWhatWaitsForInput_data();
+    void signalEndsWhatWaitsForInput();
     void ignoredSignalStaysIgnored();
     void nextStartRemovesWhatAKillLeft();
     void nextStartRemovesWhatAKilledWindowLeft();
@@ -208,6 +210,41 @@ void TestEndings::signalEndsTheReplayInOrder()
         QCOMPARE(place.list("tmp"), QStringList());
         QCOMPARE(place.findUnfinished(), QStringList());
     }
+}
+
+void TestEndings::signalEndsWhatWaitsForInput_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("begin");
+    const QStringList import{QStringLiteral("--headless"), QStringLiteral("--import"), QStringLiteral("-")};
+    const QStringList journal{QStringLiteral("/dev/stdin")};
+    QTest::newRow("import, nothing yet") << DESK_PROGRAM << import << QByteArray();
+    QTest::newRow("import, a part") << DESK_PROGRAM << import << QByteArray("<gama-local><network>");
+    QTest::newRow("journal, nothing yet") << REPLAY_PROGRAM << journal << QByteArray();
+    QTest::newRow("journal, a part") << REPLAY_PROGRAM << journal
+                                     << QByteArray("{\"do\": \"project\", \"name\": \"P\"}\n{\"do\": ");
+}
+
+void TestEndings::signalEndsWhatWaitsForInput()
+{
+    QFETCH(QString, program);
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, begin);
+    const Place place;
+    QProcess process;
+    place.start(process, program, arguments);
+    process.write(begin);
+    process.waitForBytesWritten();
+    if (program == QLatin1String(DESK_PROGRAM) || !begin.isEmpty())
+        QVERIFY(waitForTempFolder(place));
+    QTest::qWait(200);
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    QVERIFY(process.waitForFinished(kPatience));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 128 + SIGTERM);
+    QCOMPARE(QString::fromUtf8(process.readAllStandardError()), QString());
+    QCOMPARE(place.list("tmp"), QStringList());
 }
 
 void TestEndings::ignoredSignalStaysIgnored()

@@ -124,6 +124,8 @@ bool Headless::perform(const DeskRun& run)
         return false;
     monitor.startRun(run);
     monitor.waitForFinished();
+    if (apps::TerminationSignals::hasCome())
+        return false;
     performedTypes.erase(std::remove(performedTypes.begin(), performedTypes.end(), run.protocolType),
                          performedTypes.end());
     // What there is of the type after an interruption, or when the file was not written, is an earlier run's.

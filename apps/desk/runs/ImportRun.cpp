@@ -1,5 +1,6 @@
 #include "apps/desk/runs/ImportRun.h"
 
+#include "apps/common/InputFile.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/runs/NumberTexts.h"
@@ -7,7 +8,6 @@
 #include "apps/desk/runs/RunLines.h"
 #include "levelling/GkfReader.h"
 
-#include <QFile>
 #include <QHash>
 
 #include <algorithm>
@@ -88,11 +88,12 @@ private:
 levelling::GkfResult readNetwork(const QString& filePath, const qor::IProcessMonitor& monitor)
 {
     const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
-    if (!standardstreams::isStream(filePath))
-        return levelling::GkfReader::readFile(filePath, isStopped);
-    QFile input;
-    input.open(STDIN_FILENO, QIODevice::ReadOnly);
-    return levelling::GkfReader::read(input, isStopped);
+    apps::InputFile input(filePath);
+    if (standardstreams::isStream(filePath))
+        input.open(STDIN_FILENO, QIODevice::ReadOnly);
+    else
+        input.open(QIODevice::ReadOnly);
+    return levelling::GkfReader::readFile(input, isStopped);
 }
 
 void describeNetwork(RunLines& lines, const levelling::Network& network)

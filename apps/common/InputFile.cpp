@@ -1,0 +1,29 @@
+#include "apps/common/InputFile.h"
+
+#include "apps/common/TerminationSignals.h"
+
+#include <algorithm>
+#include <sys/ioctl.h>
+
+namespace orvel::apps {
+
+qint64 InputFile::readData(char* data, qint64 size)
+{
+    if (!isSequential())
+        return QFile::readData(data, size);
+    if (!TerminationSignals::waitForInput(handle()))
+        return 0;
+    // QFile waits until it has all that it is asked for. At the end, and where nobody knows, it gets one
+    // byte.
+    int available = 0;
+    ioctl(handle(), FIONREAD, &available);
+    return QFile::readData(data, std::clamp<qint64>(available, 1, size));
+}
+
+/// The line of a pipe through readData().
+qint64 InputFile::readLineData(char* data, qint64 size)
+{
+    return isSequential() ? QIODevice::readLineData(data, size) : QFile::readLineData(data, size);
+}
+
+} // namespace orvel::apps
