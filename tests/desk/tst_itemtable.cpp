@@ -9,7 +9,11 @@
 #include "tests/support/TestFiles.h"
 
 #include <QAbstractItemModelTester>
+#include <QLabel>
+#include <QSemaphore>
+#include <QStatusBar>
 #include <QTest>
+#include <QThreadPool>
 
 using namespace orvel::desk;
 using namespace orvel::test;
@@ -30,6 +34,9 @@ private Q_SLOTS:
     void sortsNumbersByValue();
     void searchHidesWhatItDoesNotMean();
     void emptyTableSaysWhatToDo();
+    void resultsFindTheirPlace();
+    void longTableSelectsAsSoonAsItCan();
+    void longWorkIsSpokenOf();
     void selectsItemById();
     void clickOpensProtocolOfPoint();
     void clickOpensProtocolOfSection();
@@ -43,6 +50,9 @@ private:
     QStringList row(const char* name) const;
     QModelIndex cell(const char* name, int number) const;
     void click(const QModelIndex& index) const;
+    /// Opens a network whose table is too long to be sorted and searched at once.
+    void openLongNetwork();
+    void waitForRows() const;
 
     std::unique_ptr<DeskFixture> desk;
     std::unique_ptr<DeskWindow> window;
@@ -177,6 +187,96 @@ void TestItemTable::emptyTableSaysWhatToDo()
     QVERIFY(showsText());
     table.setEmptyText(QString());
     QVERIFY(!showsText());
+}
+
+// The points' results have come with the sections'.
+void TestItemTable::resultsFindTheirPlace()
+{
+    ItemTable& table = window->getTable();
+    table.sortByColumn(itemcolumns::Height, Qt::DescendingOrder);
+    QCOMPARE(column(itemcolumns::Name).mid(0, 5), toList("BMY|BMX|A|B|C"));
+    levelling::Adjustment adjustment;
+    adjustment.status = levelling::AdjustmentStatus::Ok;
+    adjustment.points.resize(5);
+    adjustment.points[3] = levelling::AdjustedPoint{0, 500, 1};
+    adjustment.points[4] = levelling::AdjustedPoint{0, 600, 1};
+    adjustment.sections.resize(7);
+    window->getDocument().setAdjustment(adjustment);
+    QCOMPARE(column(itemcolumns::Name).mid(0, 5), toList("C|B|BMY|BMX|A"));
+}
+
+void TestItemTable::openLongNetwork()
+{
+    levelling::Network network;
+    for (int i = 0; i < 21000; ++i) {
+        levelling::Point point;
+        point.id = QStringLiteral("P%1").arg(i);
+        network.points.push_back(point);
+    }
+    window->getDocument().setNetwork(network);
+}
+
+void TestItemTable::waitForRows() const
+{
+    while (window->getTable().getFilterModel()->isWorking())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void TestItemTable::longTableSelectsAsSoonAsItCan()
+{
+    openLongNetwork();
+    ItemTable& table = window->getTable();
+    const LONGID fifth = window->getDocument().getPoints()[5]->getId();
+    const auto isInSight = [&table] {
+        return table.viewport()->rect().contains(table.visualRect(table.currentIndex()));
+    };
+    // At once, and again where the order puts it.
+    table.sortByColumn(itemcolumns::Name, Qt::DescendingOrder);
+    QVERIFY(table.selectItem(fifth));
+    QCOMPARE(table.currentIndex().row(), 5);
+    waitForRows();
+    QCOMPARE(table.currentIndex().row(), 21000 - 1 - 5);
+    QVERIFY(isInSight());
+
+    table.getFilterModel()->setSearchText(QStringLiteral("77"));
+    QVERIFY(!table.selectItem(fifth));
+    waitForRows();
+    QCOMPARE(column(itemcolumns::Name).constLast(), QStringLiteral("P77"));
+    QVERIFY(!table.selectItem(fifth));
+    // One that the search hid stands there when it is over.
+    table.getFilterModel()->setSearchText(QString());
+    QVERIFY(table.selectItem(fifth));
+    waitForRows();
+    QCOMPARE(table.getCurrentItem(), fifth);
+    QVERIFY(isInSight());
+
+    // Whoever chooses another row meanwhile keeps it.
+    table.sortByColumn(itemcolumns::Name, Qt::AscendingOrder);
+    QVERIFY(table.selectItem(fifth));
+    table.setCurrentIndex(table.model()->index(7, itemcolumns::Name));
+    const LONGID chosen = table.getCurrentItem();
+    waitForRows();
+    QCOMPARE(table.getCurrentItem(), chosen);
+}
+
+void TestItemTable::longWorkIsSpokenOf()
+{
+    openLongNetwork();
+    const auto getStatus = [this] { return window->statusBar()->findChild<QLabel*>()->text(); };
+    const QString counts = QStringLiteral("Пунктов: 21000, секций: 0, показано: %1");
+    QCOMPARE(getStatus(), counts.arg(21000));
+    // Nobody computes as long as the others are busy.
+    QSemaphore rest;
+    QThreadPool& threads = *QThreadPool::globalInstance();
+    for (int i = 0; i < threads.maxThreadCount(); ++i)
+        threads.start([&rest] { rest.acquire(); });
+    window->getTable().getFilterModel()->setSearchText(QStringLiteral("P7777"));
+    QTRY_COMPARE(getStatus(), QStringLiteral("Строки таблицы отбираются и сортируются…"));
+    QCOMPARE(column(itemcolumns::Name).size(), 21000);
+    rest.release(threads.maxThreadCount());
+    waitForRows();
+    QCOMPARE(getStatus(), counts.arg(1));
+    QCOMPARE(column(itemcolumns::Name), toList("P7777"));
 }
 
 void TestItemTable::selectsItemById()

@@ -211,17 +211,13 @@ void ItemFilterModel::proceed()
 }
 
 /// The columns whose values are needed for what is asked.
-std::vector<int> ItemFilterModel::getMissingColumns() const
+std::set<int> ItemFilterModel::getMissingColumns() const
 {
-    std::vector<int> columns;
+    std::set<int> columns;
     if (sortColumn >= 0 && ranksOfColumn.count(sortColumn) == 0)
-        columns.push_back(sortColumn);
-    if (!words.isEmpty() && !searchTexts) {
-        for (const int column : {itemcolumns::Name, itemcolumns::Type}) {
-            if (column != sortColumn || columns.empty())
-                columns.push_back(column);
-        }
-    }
+        columns.insert(sortColumn);
+    if (!words.isEmpty() && !searchTexts)
+        columns.insert({itemcolumns::Name, itemcolumns::Type});
     return columns;
 }
 
@@ -284,7 +280,8 @@ void ItemFilterModel::take(const Work& work)
 {
     computing = false;
     keep(work);
-    if (working && work.request == requestNumber && work.values == valuesNumber)
+    // Values that the request depends on have not changed either: that would have made another request of it.
+    if (working && work.request == requestNumber)
         showRows(work.rows);
     else
         proceed();

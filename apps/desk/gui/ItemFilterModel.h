@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 class QTimer;
@@ -77,7 +78,7 @@ private:
     void update();
     void startStep();
     void proceed();
-    std::vector<int> getMissingColumns() const;
+    std::set<int> getMissingColumns() const;
     tableorder::Value readValue(int row, int column) const;
     bool readValues(int limit);
     Work makeWork();

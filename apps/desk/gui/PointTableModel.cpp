@@ -30,10 +30,7 @@ PointTableModel::PointTableModel(Document& openDocument, QObject* parent)
     : CProjectItemModel(&openDocument.getModel(), makeColumns(), parent)
     , document(openDocument)
 {
-    connect(&document, &Document::resultsChanged, this,
-            [this] { showColumns(itemcolumns::Height, itemcolumns::Sigma); });
-    connect(&document, &Document::summaryChanged, this,
-            [this] { showColumns(itemcolumns::Lines, itemcolumns::Report); });
+    connect(&document, &Document::summaryChanged, this, &PointTableModel::showProtocols);
 }
 
 // The base class would count all rows for this.
@@ -92,10 +89,10 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
     }
 }
 
-void PointTableModel::showColumns(int first, int last)
+void PointTableModel::showProtocols()
 {
     if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0, first), index(rowCount() - 1, last));
+        Q_EMIT dataChanged(index(0, itemcolumns::Lines), index(rowCount() - 1, itemcolumns::Report));
 }
 
 } // namespace orvel::desk

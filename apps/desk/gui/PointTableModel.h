@@ -25,7 +25,7 @@ public:
 
 private:
     QVariant getValue(const QModelIndex& index) const;
-    void showColumns(int first, int last);
+    void showProtocols();
 
     Document& document;
     // Of all points, who share them.
