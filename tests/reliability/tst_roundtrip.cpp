@@ -15,8 +15,8 @@ class TestRoundTrip : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void anyMessagesSurvive();
-    void anyLinesOfARunSurvive();
+    void anyMessagesSurvive() const;
+    void anyLinesOfARunSurvive() const;
     void noCodeUnitCostsAnotherLine();
 
 private:
@@ -149,7 +149,7 @@ void TestRoundTrip::initTestCase()
         messageCount = qEnvironmentVariableIntValue("RELIABILITY_MESSAGES");
 }
 
-void TestRoundTrip::anyMessagesSurvive()
+void TestRoundTrip::anyMessagesSurvive() const
 {
     Generator generator(1);
     for (int done = 0; done < messageCount; done += kFileSize) {
@@ -163,7 +163,7 @@ void TestRoundTrip::anyMessagesSurvive()
     }
 }
 
-void TestRoundTrip::anyLinesOfARunSurvive()
+void TestRoundTrip::anyLinesOfARunSurvive() const
 {
     Generator generator(2);
     for (int done = 0; done < messageCount; done += kFileSize) {

@@ -1,5 +1,6 @@
 #include "Orvel/store/COVMessage.h"
 #include "Orvel/store/COrvel.h"
+#include "host/model/ItemTypes.h"
 #include "tests/support/MessageText.h"
 
 #include <QtTest>
@@ -10,8 +11,8 @@
 
 namespace {
 
-constexpr int kTypeA = 0x6DCD3700;
-constexpr int kTypeB = 0x6DCD3704;
+constexpr int kTypeA = kPointItemType;
+constexpr int kTypeB = kSectionItemType;
 
 using Ids = std::vector<LONGID>;
 using Types = std::vector<int>;
