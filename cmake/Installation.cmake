@@ -24,6 +24,7 @@ install(DIRECTORY host DESTINATION ${headerFolder} COMPONENT Development
     PATTERN "files/UnreadFiles.h" EXCLUDE
     PATTERN "process" EXCLUDE)
 install(FILES
+    host/process/BesideWindow.h
     host/process/CProcessMonitor.h
     host/process/IProcessMonitor.h
     host/process/ProgressImplementation.h

@@ -76,6 +76,8 @@ void OrvelGUIExtension::showItemOrvel(CModelElement* pEl)
     });
 }
 
+// A slot that shows something is not const, whatever it touches.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 void OrvelGUIExtension::showOrvel(int protocolType)
 {
     COrvel* protocol = getOrvel();

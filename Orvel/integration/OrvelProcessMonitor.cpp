@@ -6,12 +6,14 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "host/app/Application.h"
 #include "host/model/CProjectModel.h"
+#include "host/process/BesideWindow.h"
 #include "host/window/ProjectWindow.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QTextStream>
@@ -27,6 +29,23 @@ LONGID getLinkedItem(const QUrl& url)
     // toLongLong gives 0 for what is not a number, and no item has the id 0.
     return url.hasQuery() ? QUrlQuery(url).queryItemValue(QStringLiteral("id")).toLongLong() : 0;
 }
+
+/// While this lives, the protocol reads and writes its data file beside the windows.
+class WorkBesideWindow
+{
+public:
+    explicit WorkBesideWindow(COrvel& projectProtocol) : protocol(projectProtocol)
+    {
+        protocol.setLongWork(performBesideWindow);
+    }
+    ~WorkBesideWindow() { protocol.setLongWork({}); }
+
+    WorkBesideWindow(const WorkBesideWindow&) = delete;
+    WorkBesideWindow& operator=(const WorkBesideWindow&) = delete;
+
+private:
+    COrvel& protocol;
+};
 
 } // namespace
 
@@ -121,20 +140,31 @@ void OrvelProcessMonitor::write(const QString& text, const QString& detail)
 void OrvelProcessMonitor::onStarted()
 {
     // The base dialog's start hook is left out on purpose.
-    getOrvel()->ProtocolBegin(protocolType);
+    COrvel& protocol = *getOrvel();
+    const WorkBesideWindow beside(protocol);
+    protocol.ProtocolBegin(protocolType);
 }
 
 void OrvelProcessMonitor::onThreadFinished()
 {
+    const QPointer<OrvelProcessMonitor> self = this;
     // An interrupted run leaves its protocol without the closing lines.
     if (!getInterrupted())
-        getOrvel()->ProtocolEnd(protocolType);
+        endProtocol();
     else
         CProcessMonitor::write(
             QCoreApplication::translate("Orvel", "Строки прерванного выполнения в протокол не записаны. Его "
                                                  "страница покажет прежнее выполнение, если оно было."),
             QString());
-    CProcessMonitor::onThreadFinished();
+    if (!self.isNull())
+        CProcessMonitor::onThreadFinished();
+}
+
+void OrvelProcessMonitor::endProtocol()
+{
+    COrvel& protocol = *getOrvel();
+    const WorkBesideWindow beside(protocol);
+    protocol.ProtocolEnd(protocolType);
 }
 
 void OrvelProcessMonitor::onProtocolPushed()
@@ -162,7 +192,7 @@ void OrvelProcessMonitor::applyJournalStyle()
         getJournal()->document()->setDefaultStyleSheet(style);
 }
 
-void OrvelProcessMonitor::connectViewer(const ProjectWindow& window)
+void OrvelProcessMonitor::connectViewer(const ProjectWindow& window) const
 {
     if (OrvelGUIExtension* viewer = OrvelGUIExtension::find(window))
         connect(this, &OrvelProcessMonitor::showOrvel, viewer, &OrvelGUIExtension::showOrvel);

@@ -65,8 +65,9 @@ protected Q_SLOTS:
 
 private:
     void addOrvelMessage(const QString& text, COVMessage::MessageType kind) const;
+    void endProtocol();
     void applyJournalStyle();
-    void connectViewer(const ProjectWindow& window);
+    void connectViewer(const ProjectWindow& window) const;
     void followJournalLink(const QUrl& url) const;
 
     CProjectModel* model;

@@ -8,6 +8,8 @@
 
 #include <QCoreApplication>
 
+#include <utility>
+
 namespace {
 
 // Item types whose messages get a group of their own on the page.
@@ -93,6 +95,11 @@ void COrvel::finishProtocolStage()
     currentStage = 0;
 }
 
+void COrvel::setLongWork(LongWork perform)
+{
+    longWork = std::move(perform);
+}
+
 void COrvel::ClearProtocol()
 {
     messages.clear();
@@ -124,4 +131,12 @@ QString COrvel::GetItemGroupName(int itemType) const
 QString COrvel::GetProtocolTitle(int protocolType)
 {
     return QString::fromStdWString(getEnumData(protocolType).getTextSingular());
+}
+
+void COrvel::performLongWork(const std::function<void()>& work) const
+{
+    if (longWork)
+        longWork(work);
+    else
+        work();
 }

@@ -6,6 +6,7 @@
 #include "host/model/CModelElement.h"
 #include "host/model/IItemLinks.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -32,6 +33,9 @@ public:
     /// Messages by a key, ascending; within a key in the order of the list that was grouped.
     template<typename Key>
     using MessageGroups = std::map<Key, MessageList>;
+
+    /// Performs a piece of work and returns when it is done.
+    using LongWork = std::function<void(const std::function<void()>&)>;
 
     /// @name Lifecycle
     /// @{
@@ -63,6 +67,10 @@ public:
     /// Opens the next stage and writes its heading. Stages do not nest: ignored while one is open.
     void startProtocolStage(const QString& text, int protocolType);
     void finishProtocolStage(); ///< Closes the open stage, if there is one.
+
+    /// Has the data file read and written, and the mentioned ids collected, by `perform`, in whatever thread;
+    /// the protocol must not be changed before that returns. An empty one is a plain call, as at first.
+    void setLongWork(LongWork perform);
 
     /// Drops all messages and page paths; the set of mentioned ids stays until it is rebuilt.
     void ClearProtocol();
@@ -136,6 +144,7 @@ private:
     bool WriteXML();
     std::optional<QString> SaveMessages() const;
     QString GetProtocolFilePath(int type);
+    void performLongWork(const std::function<void()>& work) const;
 
     // Selection and grouping: results are appended to what the output holds
     void GetProtocolMessages(int protocolType, MessageList& list, std::set<int> kinds);
@@ -186,4 +195,5 @@ private:
     QString uriScheme;
     int currentStage;
     int nextStage;
+    LongWork longWork;
 };

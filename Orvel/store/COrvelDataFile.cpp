@@ -7,12 +7,36 @@
 
 #include <QFile>
 
+#include <utility>
+
+namespace {
+
+/// The messages of the file; nothing when it is no data file.
+/// @throws qor::CFileException
+std::optional<orvel::datafile::Messages> readMessages(const QString& path)
+{
+    QtFile file(path);
+    file.open(QIODevice::ReadOnly);
+    std::optional<orvel::datafile::Messages> messages = orvel::datafile::readCanonical(*file.device());
+    if (!messages) {
+        file.device()->seek(0);
+        messages = orvel::datafile::readXml(*file.device());
+    }
+    file.close();
+    return messages;
+}
+
+} // namespace
+
 bool COrvel::WriteXML()
 {
     if (dataFilePath.isEmpty())
         return false;
-    const std::optional<QString> failure = SaveMessages();
-    messages.clear();
+    std::optional<QString> failure;
+    performLongWork([this, &failure] {
+        failure = SaveMessages();
+        messages.clear();
+    });
     if (failure)
         Application::warning(*failure, nullptr);
     return !failure;
@@ -37,24 +61,16 @@ bool COrvel::ReadXML()
     messages.clear();
     if (!QFile::exists(path))
         return false;
+    std::optional<orvel::datafile::Messages> list;
     try {
-        QtFile file(path);
-        file.open(QIODevice::ReadOnly);
-        std::optional<orvel::datafile::Messages> list = orvel::datafile::readCanonical(*file.device());
-        if (!list) {
-            file.device()->seek(0);
-            list = orvel::datafile::readXml(*file.device());
-        }
-        file.close();
-        if (!list)
-            return false;
-        messages = std::move(*list);
-        return true;
+        performLongWork([&path, &list] { list = readMessages(path); });
     } catch (const qor::CFileException& error) {
-        messages.clear();
         Application::warning(QString::fromStdWString(error.getDescription()), nullptr);
-        return false;
     }
+    if (!list)
+        return false;
+    messages = std::move(*list);
+    return true;
 }
 
 QString COrvel::GetProtocolFilePath(int type)

@@ -85,15 +85,20 @@ void COrvel::AddTitleInfo(int protocolType)
 
 void COrvel::UpdateIDList()
 {
-    // Sorted first: a set is built from ascending ids many times faster than from any.
-    std::vector<LONGID> ids;
-    for (const auto& [protocolType, list] : messages) {
-        for (const COVMessage& message : list)
-            ids.insert(ids.end(), message.itemIds.begin(), message.itemIds.end());
-    }
-    std::sort(ids.begin(), ids.end());
-    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
-    idList = std::set<LONGID>(ids.begin(), ids.end());
+    std::set<LONGID> mentioned;
+    performLongWork([this, &mentioned] {
+        // Sorted first: a set is built from ascending ids many times faster than from any.
+        std::vector<LONGID> ids;
+        for (const auto& [protocolType, list] : messages) {
+            for (const COVMessage& message : list)
+                ids.insert(ids.end(), message.itemIds.begin(), message.itemIds.end());
+        }
+        std::sort(ids.begin(), ids.end());
+        ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+        mentioned = std::set<LONGID>(ids.begin(), ids.end());
+    });
+    // Whoever paints may ask for it meanwhile.
+    idList.swap(mentioned);
 }
 
 QString COrvel::GetProjectName() const

@@ -65,7 +65,7 @@ QTextBrowser* CProcessMonitor::getJournal() const
 
 void CProcessMonitor::start(RunFunction function)
 {
-    if (running) {
+    if (isRunning()) {
         qWarning("CProcessMonitor::start: a run is working already");
         return;
     }
@@ -74,12 +74,18 @@ void CProcessMonitor::start(RunFunction function)
     if (project != nullptr)
         projectRun = ProjectRun::begin(project);
     prepareRun();
+    // What a hook does beside the window may have timers served.
+    const QPointer<CProcessMonitor> self = this;
     try {
         onStarted();
+        if (self.isNull())
+            return;
         session = std::make_unique<RunSession>(*this, linkSource, silentMode);
         connect(session.get(), &RunSession::delivered, this, &CProcessMonitor::showDelivered);
         connect(session.get(), &RunSession::ended, this, &CProcessMonitor::finishRun);
         session->start(std::move(function));
+        if (stopWanted)
+            session->requestStop();
     } catch (...) {
         giveUpStart();
         throw;
@@ -89,26 +95,28 @@ void CProcessMonitor::start(RunFunction function)
 
 bool CProcessMonitor::isRunning() const
 {
-    return running;
+    return running || ending;
 }
 
 bool CProcessMonitor::waitForFinished()
 {
-    if (!running)
+    if (!isRunning())
         return true;
     const QPointer<CProcessMonitor> self = this;
     QEventLoop loop;
     connect(this, &CProcessMonitor::runFinished, &loop, &QEventLoop::quit);
     connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     loop.exec();
-    return !self.isNull() && !running;
+    return !self.isNull() && !isRunning();
 }
 
 void CProcessMonitor::stop()
 {
-    if (!running || session == nullptr || session->isStopRequested())
+    if (!running || stopWanted)
         return;
-    session->requestStop();
+    stopWanted = true;
+    if (session != nullptr)
+        session->requestStop();
     stateText = Text::tr("Останавливается…");
     showState();
 }
@@ -171,7 +179,7 @@ void CProcessMonitor::finishProtocolStage()
 
 bool CProcessMonitor::isProcessRunning() const
 {
-    return running && (session == nullptr || !session->isStopRequested());
+    return running && !stopWanted;
 }
 
 void CProcessMonitor::setSilent(bool silent)
@@ -422,6 +430,7 @@ void CProcessMonitor::prepareRun()
     stateText = Text::tr("Выполняется…");
     running = true;
     closeWanted = false;
+    stopWanted = false;
     errorsShown = false;
     interrupted = false;
     runTime.start();
@@ -459,11 +468,15 @@ void CProcessMonitor::finishRun()
     interrupted = session->isInterrupted();
     running = false;
     stages.clear();
+    const QPointer<CProcessMonitor> self = this;
+    ending = true;
     onThreadFinished();
+    if (self.isNull())
+        return;
+    ending = false;
     projectRun.reset();
     showState();
 
-    const QPointer<CProcessMonitor> self = this;
     Q_EMIT runFinished();
     if (!self.isNull() && closeWanted)
         close();
@@ -473,8 +486,7 @@ void CProcessMonitor::askToStop(bool thenClose)
 {
     if (!running)
         return;
-    const bool isStopping = session != nullptr && session->isStopRequested();
-    if (!isStopping && isQuestionWanted()) {
+    if (!stopWanted && isQuestionWanted()) {
         showStopQuestion(thenClose);
         return;
     }
@@ -517,7 +529,7 @@ bool CProcessMonitor::isQuestionWanted() const
 
 void CProcessMonitor::showState()
 {
-    const bool canStop = running && session != nullptr && !session->isStopRequested();
+    const bool canStop = running && session != nullptr && !stopWanted;
     stopButton->setEnabled(canStop);
     pauseButton->setEnabled(canStop);
     pauseButton->setText(isPaused() ? Text::tr("Пр&одолжить") : Text::tr("П&ауза"));

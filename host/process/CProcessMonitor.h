@@ -197,7 +197,9 @@ private:
     QElapsedTimer runTime;
     StopQuestion stopQuestion = StopQuestion::OnDisplay;
     bool running = false;
+    bool ending = false; // onThreadFinished() is at work
     bool closeWanted = false;
+    bool stopWanted = false;
     bool silentMode = false;
     bool errorsShown = false;
     bool interrupted = false;

@@ -7,8 +7,10 @@
 #include "apps/desk/reports/DeskReports.h"
 #include "host/app/PluginManager.h"
 #include "host/enums/EnumData.h"
+#include "host/process/BesideWindow.h"
 #include "host/reports/ReportsGeneratorItem.h"
 
+#include <QScopedValueRollback>
 #include <QSet>
 
 #include <algorithm>
@@ -222,7 +224,8 @@ void Document::exchangeItems(NetworkItems& items)
     Q_EMIT networkAboutToBeReplaced();
     model.exchangeItems(items.points);
     tervo::CItemManager* oldSections = std::exchange(sectionManager, items.sections.get());
-    model.exchangeTervoObject(std::move(items.sections)).release();
+    // The model gives the same manager out as an object of another type.
+    static_cast<void>(model.exchangeTervoObject(std::move(items.sections)).release());
     items.sections.reset(oldSections);
     snapshot.swap(items.snapshot);
     std::swap(nextId, items.nextId);
@@ -269,11 +272,13 @@ void Document::setProtocolState(const ProtocolState& state, const QByteArray& da
 {
     state.write(getProtocol());
     keeper.adopt(state.dataFilePath, dataContent);
-    updateSummary();
+    setSummary(ProtocolSummary::of(dataContent));
 }
 
 ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
 {
+    if (checking)
+        return {false, QString(), std::nullopt};
     std::set<int> replacedTypes;
     if (finishedRun) {
         replacedTypes.insert(*finishedRun);
@@ -284,20 +289,29 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
         isProcessingCleared = false;
     }
     ProtocolState state = ProtocolState::read(getProtocol());
-    const QByteArray before = keeper.getContent();
-    const ProtocolKeeper::Outcome outcome = keeper.check(state.dataFilePath, replacedTypes);
+    ProtocolKeeper::Outcome outcome;
+    std::optional<ProtocolSummary> newSummary;
+    {
+        const QScopedValueRollback<bool> guard(checking, true);
+        performBesideWindow([&] {
+            const QByteArray before = keeper.getContent();
+            outcome = keeper.check(state.dataFilePath, replacedTypes);
+            if (finishedRun || keeper.getContent() != before)
+                newSummary = ProtocolSummary::of(keeper.getContent());
+        });
+    }
     if (outcome.mentionedItems) {
         state.ids = *outcome.mentionedItems;
         state.write(getProtocol());
     }
-    if (finishedRun || keeper.getContent() != before)
-        updateSummary();
+    if (newSummary)
+        setSummary(std::move(*newSummary));
     return outcome;
 }
 
-void Document::updateSummary()
+void Document::setSummary(ProtocolSummary newSummary)
 {
-    summary = ProtocolSummary::of(keeper.getContent());
+    summary = std::move(newSummary);
     Q_EMIT summaryChanged();
 }
 

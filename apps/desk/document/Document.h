@@ -114,8 +114,12 @@ public:
     /// To be called before the protocol reads its data file, for a run, a page or to save it, and after it:
     /// restores lines that have gone missing, and counts the lines anew. Neither a run nor a page may be
     /// begun when the file is not whole.
+    /// What takes long in it is done beside the window; see performBesideWindow().
     /// @param finishedRun  protocol type of a run that has ended of itself
+    /// @return not whole, and nothing to tell, when one is at work already
     ProtocolKeeper::Outcome checkProtocol(std::optional<int> finishedRun = std::nullopt);
+    /// checkProtocol() is at work.
+    bool isChecking() const { return checking; }
     /// The lines of the protocols, as the data file held them when it was last checked.
     const QByteArray& getProtocolData() const { return keeper.getContent(); }
     const ProtocolSummary& getSummary() const { return summary; }
@@ -140,7 +144,7 @@ Q_SIGNALS:
     void originChanged();
 
 private:
-    void updateSummary();
+    void setSummary(ProtocolSummary newSummary);
 
     CProject project;
     FileState fileState;
@@ -153,6 +157,7 @@ private:
     ProtocolKeeper keeper;
     bool isProcessingCleared = false; // by the run at work, with the network
     ProtocolSummary summary;
+    bool checking = false;
     bool modified = false;
 };
 

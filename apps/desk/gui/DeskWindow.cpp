@@ -37,14 +37,19 @@
 #include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 
 namespace orvel::desk {
 
 namespace {
+
+// A window that may not be closed right now tries again after so long.
+constexpr std::chrono::milliseconds kCloseAgain(100);
 
 /// The file of a drag from a file manager, if it is one that the desk opens.
 QString findDroppedFile(const QMimeData& data)
@@ -137,7 +142,7 @@ RunMonitor& DeskWindow::getMonitor()
 
 bool DeskWindow::isRunWorking() const
 {
-    return monitor && monitor->isRunning();
+    return (monitor && monitor->isRunning()) || document->isChecking();
 }
 
 void DeskWindow::setRecordFile(const QString& path)
@@ -213,6 +218,8 @@ bool DeskWindow::save()
 
 bool DeskWindow::mayBeClosed()
 {
+    if (document->isChecking())
+        return false;
     if (isRunWorking() && !questions::mayStopRun(this, *monitor))
         return false;
     // A run that still works is stopped first; this is asked again when it is over.
@@ -322,6 +329,11 @@ void DeskWindow::bringToFront()
 
 void DeskWindow::closeEvent(QCloseEvent* event)
 {
+    if (document->isChecking()) {
+        event->ignore();
+        QTimer::singleShot(kCloseAgain, this, &QWidget::close);
+        return;
+    }
     if (!mayBeClosed()) {
         event->ignore();
         return;

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <thread>
 
 namespace {
@@ -95,6 +96,36 @@ private:
     std::atomic<int>* runs;
 };
 
+/// A monitor whose hooks do something more, as those may that have an event loop of their own.
+class HookedMonitor : public CProcessMonitor
+{
+public:
+    using CProcessMonitor::getInterrupted;
+
+    std::function<void()> atStart;
+    std::function<void()> atEnd;
+
+protected:
+    void onStarted() override
+    {
+        CProcessMonitor::onStarted();
+        perform(atStart);
+    }
+    void onThreadFinished() override
+    {
+        CProcessMonitor::onThreadFinished();
+        perform(atEnd);
+    }
+
+private:
+    /// By value: what is performed may delete the monitor.
+    static void perform(std::function<void()> hook)
+    {
+        if (hook)
+            hook();
+    }
+};
+
 } // namespace
 
 class TestCProcessMonitorLifetime : public QObject
@@ -111,6 +142,11 @@ private Q_SLOTS:
     void destroyedWhenTheRunHasJustEnded();
     void destroyedByItsOwnSignal();
     void deletedOnCloseAtARandomMoment();
+    void stoppedInAHook();
+    void closedInTheStartHook();
+    void deletedInAHook_data();
+    void deletedInAHook();
+    void notStartedAnewInTheEndHook();
 
 private:
     void waitAtRandom() { QTest::qWait(random.bounded(4)); }
@@ -223,6 +259,73 @@ void TestCProcessMonitorLifetime::deletedOnCloseAtARandomMoment()
         QTRY_VERIFY(monitor.isNull());
         QCOMPARE(runs.load(), 0);
     }
+}
+
+void TestCProcessMonitorLifetime::stoppedInAHook()
+{
+    HookedMonitor monitor;
+    monitor.atStart = [&monitor] { monitor.stop(); };
+    monitor.start(makeRun());
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(monitor.getInterrupted());
+    QCOMPARE(runs.load(), 0);
+
+    // The stop of one run is not that of the next.
+    bool isWorking = false;
+    monitor.atStart = nullptr;
+    monitor.start([&isWorking](qor::IProcessMonitor& run) { isWorking = run.isProcessRunning(); });
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(isWorking);
+    QVERIFY(!monitor.getInterrupted());
+}
+
+void TestCProcessMonitorLifetime::closedInTheStartHook()
+{
+    HookedMonitor monitor;
+    monitor.show();
+    monitor.atStart = [&monitor] { monitor.close(); };
+    monitor.start(makeRun());
+    QVERIFY(monitor.isVisible());
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(monitor.getInterrupted());
+    QVERIFY(!monitor.isVisible());
+}
+
+void TestCProcessMonitorLifetime::deletedInAHook_data()
+{
+    QTest::addColumn<bool>("atStart");
+    QTest::newRow("start") << true;
+    QTest::newRow("end") << false;
+}
+
+void TestCProcessMonitorLifetime::deletedInAHook()
+{
+    QFETCH(bool, atStart);
+    auto* monitor = new HookedMonitor;
+    const QPointer<HookedMonitor> guard = monitor;
+    std::function<void()>& hook = atStart ? monitor->atStart : monitor->atEnd;
+    hook = [monitor] { delete monitor; };
+    bool isFinished = false;
+    connect(monitor, &CProcessMonitor::runFinished, this, [&isFinished] { isFinished = true; });
+    monitor->start([](qor::IProcessMonitor&) {});
+    QTRY_VERIFY(guard.isNull());
+    QCoreApplication::processEvents();
+    QVERIFY(!isFinished);
+}
+
+void TestCProcessMonitorLifetime::notStartedAnewInTheEndHook()
+{
+    HookedMonitor monitor;
+    int started = 0;
+    monitor.atEnd = [&] {
+        QVERIFY(monitor.isRunning());
+        QTest::ignoreMessage(QtWarningMsg, "CProcessMonitor::start: a run is working already");
+        monitor.start([&started](qor::IProcessMonitor&) { ++started; });
+    };
+    monitor.start([&started](qor::IProcessMonitor&) { ++started; });
+    QVERIFY(monitor.waitForFinished());
+    QVERIFY(!monitor.isRunning());
+    QCOMPARE(started, 1);
 }
 
 QTEST_MAIN(TestCProcessMonitorLifetime)
