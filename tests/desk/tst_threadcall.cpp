@@ -1,6 +1,7 @@
 #include "apps/desk/runs/ThreadCall.h"
 #include "tests/desk/LineCollector.h"
 
+#include <QSemaphore>
 #include <QTest>
 #include <QThread>
 
@@ -17,7 +18,8 @@ class TestThreadCall : public QObject
 
 private Q_SLOTS:
     void actionIsDoneInTheWindowsThread();
-    void stoppedRunDoesNotWait();
+    void closedCallIsNotWaitedFor();
+    void closedCallIsNotBegun();
     void actionOfStoppedRunIsNotDone();
 };
 
@@ -50,14 +52,32 @@ void TestThreadCall::actionIsDoneInTheWindowsThread()
     QCOMPARE(thread, QThread::currentThread());
 }
 
-void TestThreadCall::stoppedRunDoesNotWait()
+void TestThreadCall::closedCallIsNotWaitedFor()
 {
     ThreadCall windowThread;
-    StoppableMonitor monitor;
+    const StoppableMonitor monitor;
     bool isDone = true;
+    bool isActionDone = false;
     // The window's thread processes no events: it waits for the run, as a closing window does.
+    QSemaphore asked;
+    connect(
+        &windowThread, &ThreadCall::requested, this, [&asked] { asked.release(); }, Qt::DirectConnection);
+    std::thread run([&] { isDone = windowThread.call(monitor, [&] { isActionDone = true; }); });
+    asked.acquire();
+    windowThread.close();
+    run.join();
+    QVERIFY(!isDone);
+    QCoreApplication::processEvents();
+    QVERIFY(!isActionDone);
+}
+
+void TestThreadCall::closedCallIsNotBegun()
+{
+    ThreadCall windowThread;
+    const StoppableMonitor monitor;
+    windowThread.close();
+    bool isDone = true;
     std::thread run([&] { isDone = windowThread.call(monitor, [] {}); });
-    monitor.isStopped = true;
     run.join();
     QVERIFY(!isDone);
 }
@@ -68,9 +88,15 @@ void TestThreadCall::actionOfStoppedRunIsNotDone()
     StoppableMonitor monitor;
     monitor.isStopped = true;
     bool isActionDone = false;
-    std::thread run([&] { windowThread.call(monitor, [&] { isActionDone = true; }); });
+    std::atomic<bool> isReturned{false};
+    bool isDone = true;
+    std::thread run([&] {
+        isDone = windowThread.call(monitor, [&] { isActionDone = true; });
+        isReturned = true;
+    });
+    QTRY_VERIFY(isReturned);
     run.join();
-    QCoreApplication::processEvents();
+    QVERIFY(!isDone);
     QVERIFY(!isActionDone);
 }
 

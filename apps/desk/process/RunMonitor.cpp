@@ -10,6 +10,8 @@ RunMonitor::RunMonitor(ProjectWindow* window, QWidget* parent) : OrvelProcessMon
 
 RunMonitor::~RunMonitor()
 {
+    if (run.letGo)
+        run.letGo();
     shutdown();
 }
 
@@ -88,6 +90,7 @@ void RunMonitor::onThreadFinished()
     run.function = nullptr;
     run.takeResults = nullptr;
     run.discardResults = nullptr;
+    run.letGo = nullptr;
     if (recorder)
         recorder->endRun(getInterrupted());
     OrvelProcessMonitor::onThreadFinished();

@@ -61,6 +61,7 @@ DeskRun makeImport(Document& document, const QString& filePath, const QString& p
         if (failure->kind != RunFailure::Kind::None)
             document.setOrigin(origin);
     };
+    run.letGo = [windowThread] { windowThread->close(); };
     run.discardResults = [&document, replaced, origin] {
         if (*replaced)
             document.exchangeItems(**replaced);

@@ -40,6 +40,9 @@ struct DeskRun
     std::function<void()> takeResults;
     /// Takes back what the work changed; called in the window's thread when the run was interrupted.
     std::function<void()> discardResults;
+    /// The run will be waited for without processing events: it must not wait for the window's thread any
+    /// more. Called in that thread.
+    std::function<void()> letGo;
     /// To be read after the run.
     std::shared_ptr<RunFailure> failure = std::make_shared<RunFailure>();
 };

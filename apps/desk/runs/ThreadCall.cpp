@@ -1,7 +1,5 @@
 #include "apps/desk/runs/ThreadCall.h"
 
-#include <chrono>
-
 namespace orvel::desk {
 
 ThreadCall::ThreadCall()
@@ -11,19 +9,26 @@ ThreadCall::ThreadCall()
 
 bool ThreadCall::call(const qor::IProcessMonitor& monitor, const std::function<void()>& requestedAction)
 {
-    constexpr std::chrono::milliseconds lookInterval(20);
     std::unique_lock<std::mutex> lock(mutex);
+    if (isClosed)
+        return false;
     action = &requestedAction;
+    runMonitor = &monitor;
     state = State::Waiting;
     Q_EMIT requested();
-    while (state != State::Idle) {
-        if (state == State::Waiting && !monitor.isProcessRunning()) {
-            state = State::Idle;
-            return false;
-        }
-        changed.wait_for(lock, lookInterval);
-    }
-    return true;
+    changed.wait(lock, [this] { return state == State::Idle || state == State::Declined; });
+    const bool isDone = state == State::Idle;
+    state = State::Idle;
+    return isDone;
+}
+
+void ThreadCall::close()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    isClosed = true;
+    if (state == State::Waiting)
+        state = State::Declined;
+    changed.notify_all();
 }
 
 void ThreadCall::perform()
@@ -34,9 +39,12 @@ void ThreadCall::perform()
             return;
         state = State::Begun;
     }
-    (*action)();
+    // Only this thread gives the caller leave to go, so what he has handed in is there.
+    const bool isWanted = runMonitor->isProcessRunning();
+    if (isWanted)
+        (*action)();
     const std::lock_guard<std::mutex> lock(mutex);
-    state = State::Idle;
+    state = isWanted ? State::Idle : State::Declined;
     changed.notify_all();
 }
 

@@ -20,24 +20,29 @@ class ThreadCall : public QObject
 public:
     ThreadCall();
 
-    /// Has the action done and waits until it is. A stopped run stops waiting, since the window's thread may
-    /// be waiting for the run by then. To be called in the run's thread.
+    /// Has the action done and waits until it is. To be called in the run's thread.
     ///
     /// False if the run was stopped before the action began; it will not be done any more then.
     bool call(const qor::IProcessMonitor& monitor, const std::function<void()>& requestedAction);
+    /// Nothing is done any more, and nobody waits for it. To be called in the window's thread before it waits
+    /// for the run without processing events.
+    void close();
 
 Q_SIGNALS:
     void requested();
 
 private:
-    enum class State { Idle, Waiting, Begun };
+    enum class State { Idle, Waiting, Begun, Declined };
 
     void perform();
 
     std::mutex mutex;
     std::condition_variable changed;
     State state = State::Idle;
-    const std::function<void()>* action = nullptr; ///< the caller's, who waits
+    bool isClosed = false;
+    // The caller's, who waits.
+    const std::function<void()>* action = nullptr;
+    const qor::IProcessMonitor* runMonitor = nullptr;
 };
 
 } // namespace orvel::desk

@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QtTest>
@@ -154,6 +155,8 @@ private Q_SLOTS:
     void errorsCountBeforeTheyAreShown();
     void silentRunShowsNothingAndIsRecorded();
     void percentageAndStagesAreShown();
+    void linesAreShownWhileTheRunWorks();
+    void hundredPercentAndTheEndComeBehindTheLastLine();
     void progressOfOneThread();
     void startThatFailsLeavesAMonitorThatCanStart();
     void startWithoutAThreadLeavesAMonitorThatCanStart();
@@ -422,6 +425,72 @@ void TestCProcessMonitor::percentageAndStagesAreShown()
     QCOMPARE(getStageText(monitor), QStringLiteral("Выполняется…"));
     QVERIFY(monitor.waitForFinished());
     QCOMPARE(bar->value(), 100);
+}
+
+// The run waits in between, so that what is shown is shown before it ends, and before it writes more.
+void TestCProcessMonitor::linesAreShownWhileTheRunWorks()
+{
+    TestMonitor monitor;
+    monitor.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&monitor));
+    const QTextBrowser* browser = monitor.findChild<QTextBrowser*>();
+    QSemaphore next;
+    const auto waitForNext = [&next](const qor::IProcessMonitor& run) {
+        while (run.isProcessRunning() && !next.tryAcquire(1, 10))
+            std::this_thread::yield();
+    };
+    monitor.start([&waitForNext](qor::IProcessMonitor& run) {
+        run.writeMessage(L"the first");
+        waitForNext(run);
+        writeFlood(run);
+        waitForNext(run);
+    });
+    QTRY_COMPARE(browser->document()->toPlainText(), QStringLiteral("• the first"));
+    QCOMPARE(monitor.calls, (QStringList{QStringLiteral("started"), QStringLiteral("message the first")}));
+    next.release();
+    QTRY_VERIFY(browser->document()->toPlainText().endsWith(QStringLiteral("\n• 40000")));
+    QVERIFY(monitor.isRunning());
+    next.release();
+    QVERIFY(monitor.waitForFinished());
+}
+
+void TestCProcessMonitor::hundredPercentAndTheEndComeBehindTheLastLine()
+{
+    struct Watch : TestMonitor
+    {
+        Watch()
+        {
+            connect(this, &CProcessMonitor::runFinished, this, [this] { note(QStringLiteral("over")); });
+        }
+        ~Watch() override { shutdown(); }
+
+        using TestMonitor::writeMessage;
+        void writeMessage(const QString& text, const QString& detail) override
+        {
+            TestMonitor::writeMessage(text, detail);
+            note(text);
+        }
+        void note(const QString& what)
+        {
+            notes.append(
+                QStringLiteral("%1: %2 %, %3")
+                    .arg(what, QString::number(findChild<QProgressBar*>()->value()), getStageText(*this)));
+        }
+
+        QStringList notes;
+    };
+    Watch monitor;
+    monitor.start([](qor::IProcessMonitor& run) {
+        run.setPercentage(99);
+        writeFlood(run);
+        run.setPercentage(100);
+        run.writeMessage(L"the last");
+    });
+    QVERIFY(monitor.waitForFinished());
+    QCOMPARE(monitor.notes.size(), kFloodLines + 2);
+    QCOMPARE(monitor.notes[kFloodLines - 1], QStringLiteral("40000: 99 %, Выполняется…"));
+    QCOMPARE(monitor.notes[kFloodLines], QStringLiteral("the last: 100 %, Выполняется…"));
+    QCOMPARE(monitor.notes[kFloodLines + 1], QStringLiteral("over: 100 %, Завершено"));
 }
 
 void TestCProcessMonitor::progressOfOneThread()
