@@ -96,8 +96,8 @@
         <translation>the project file is damaged or cut off</translation>
     </message>
     <message>
-        <source>Ссылки из протоколов не дойдут до этого окна: не удалось открыть локальный сокет.</source>
-        <translation>Links in protocols will not reach this window: the local socket could not be opened.</translation>
+        <source>Ссылки со страниц не откроются в этом окне. Перезапустите программу.</source>
+        <translation>Links of the pages will not open in this window. Start the program again.</translation>
     </message>
     <message>
         <source>Проект не открыт. %1</source>
@@ -249,7 +249,7 @@
     </message>
     <message>
         <source>О &amp;выделенном пункте или секции</source>
-        <translation>Of the &amp;selected point or section</translation>
+        <translation>About the &amp;selected point or section</translation>
     </message>
     <message>
         <source>&amp;Ведомости</source>
@@ -293,11 +293,11 @@
     </message>
     <message>
         <source>Импорт нивелирной сети</source>
-        <translation>Import of a levelling network</translation>
+        <translation>Import levelling network</translation>
     </message>
     <message>
         <source>Экспорт высот</source>
-        <translation>Export of heights</translation>
+        <translation>Export heights</translation>
     </message>
     <message>
         <source>Таблицы CSV (*.csv)</source>
@@ -308,8 +308,8 @@
         <translation>Save project</translation>
     </message>
     <message>
-        <source>О выделенном ни один протокол не говорит.</source>
-        <translation>No protocol mentions what is selected.</translation>
+        <source>О выделенном в протоколах нет строк.</source>
+        <translation>The protocols have no lines about what is selected.</translation>
     </message>
     <message>
         <source>О программе</source>
@@ -356,16 +356,16 @@
         <translation>Where to begin</translation>
     </message>
     <message>
-        <source>Импортируйте файл нивелирной сети (.gkf), выполните предобработку, затем уравнивание. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет её в таблице, а щелчок в столбце «Протокол» показывает все строки о ней.</source>
+        <source>Импортируйте файл нивелирной сети (.gkf), выполните предобработку, затем уравнивание. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет этот пункт или секцию в таблице, а щелчок в столбце «Протокол» показывает все их строки.</source>
         <translation>Import a file with a levelling network (.gkf), run the pre-processing, then the adjustment. Every run writes a protocol. A link to a point or section in a protocol selects it in the table, and a click in the column “Protocol” shows all lines about it.</translation>
     </message>
     <message>
-        <source>Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, названо в протоколе вместе с номером строки. Новая сеть заменяет прежнюю; одноимённые пункты и секции остаются для ссылок теми же.</source>
-        <translation>Reads points and height differences from a file. Whatever in the file could not be used is named in the protocol with its line number. The new network replaces the present one; for links, points and sections of the same name stay the same.</translation>
+        <source>Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, названо в протоколе с номером строки файла. Новая сеть заменяет прежнюю; ссылки на одноимённые пункты и секции сохраняются.</source>
+        <translation>Reads points and height differences from a file. Whatever in the file could not be used is named in the protocol with its file line number. The new network replaces the current one; links to points and sections of the same name are kept.</translation>
     </message>
     <message>
-        <source>Записывает уравненные высоты и их СКО в файл CSV. Ведомости — каталог высот и список поправок — открываются из меню «Ведомости» и готовы к печати.</source>
-        <translation>Writes the adjusted heights and their standard deviations to a CSV file. The reports, a catalogue of heights and a list of residuals, open from the menu “Reports” and are ready to print.</translation>
+        <source>Записывает уравненные высоты и их СКО в файл CSV. Ведомости — каталог высот и ведомость превышений и поправок — открываются из меню «Ведомости» и готовы к печати.</source>
+        <translation>Writes the adjusted heights and their standard deviations to a CSV file. The reports, a catalogue of heights and a list of height differences and residuals, open from the menu “Reports” and are ready to print.</translation>
     </message>
     <message>
         <source>Что делает каждая обработка</source>
@@ -376,8 +376,8 @@
         <translation>Show all protocol lines about this point or section</translation>
     </message>
     <message>
-        <source>Ни один протокол об этом не говорит</source>
-        <translation>No protocol mentions it</translation>
+        <source>В протоколах нет строк об этом</source>
+        <translation>The protocols have no lines about it</translation>
     </message>
     <message>
         <source>есть протокол</source>
@@ -412,8 +412,8 @@
         <translation>Residual, mm</translation>
     </message>
     <message>
-        <source>Строк</source>
-        <translation>Lines</translation>
+        <source>Строк протокола</source>
+        <translation>Protocol lines</translation>
     </message>
     <message>
         <source>Протокол</source>
@@ -440,7 +440,7 @@
         <translation>Measured height difference of the section</translation>
     </message>
     <message>
-        <source>Поправка измеренного превышения из уравнивания</source>
+        <source>Поправка в измеренное превышение из уравнивания</source>
         <translation>Residual of the measured height difference from the adjustment</translation>
     </message>
     <message>
@@ -1480,8 +1480,8 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Warning</translation>
     </message>
     <message>
-        <source>Файл повреждён: его содержимое не может быть верным.</source>
-        <translation>The file is damaged: its content cannot be right.</translation>
+        <source>Файл повреждён: недопустимое содержимое.</source>
+        <translation>The file is damaged: invalid content.</translation>
     </message>
     <message>
         <source>Не удалось открыть файл.</source>
@@ -1508,8 +1508,8 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>The data could not be written: %1.</translation>
     </message>
     <message>
-        <source>Файл повреждён: данные обрываются раньше времени или не могут быть верными.</source>
-        <translation>The file is damaged: its data ends early or cannot be right.</translation>
+        <source>Файл повреждён: данные обрываются раньше времени или недопустимы.</source>
+        <translation>The file is damaged: its data ends early or is invalid.</translation>
     </message>
     <message>
         <source>значения типа «%1» не сохраняются</source>
@@ -1556,8 +1556,8 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Started: %1</translation>
     </message>
     <message>
-        <source>Прервано</source>
-        <translation>Interrupted</translation>
+        <source>Остановлено</source>
+        <translation>Stopped</translation>
     </message>
     <message>
         <source>Завершено с ошибками</source>
@@ -1628,12 +1628,12 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Paused: %1</translation>
     </message>
     <message>
-        <source>Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе, если выполнение не прервано.</source>
+        <source>Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе, если обработка не остановлена.</source>
         <translation>The latest lines are shown, at most %1. Earlier lines (%2) are in the protocol unless the run was stopped.</translation>
     </message>
     <message>
-        <source>строка из %1 знаков показана не целиком, целиком — в протоколе, если выполнение не прервано</source>
-        <translation>a line of %1 characters is not shown in full; it is in the protocol unless the run was stopped</translation>
+        <source>строка из %1 знаков сокращена; полностью — в протоколе, если обработка не остановлена</source>
+        <translation>a line of %1 characters was shortened; it is in the protocol in full unless the run was stopped</translation>
     </message>
     <message>
         <source>это ссылка другого пользователя в общей папке</source>
@@ -1652,7 +1652,7 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>The file “%1” could not be read. What it held is kept in “%2”.</translation>
     </message>
     <message>
-        <source>Прервано ошибкой</source>
+        <source>Остановлено ошибкой</source>
         <translation>Stopped by an error</translation>
     </message>
     <message>
@@ -1683,7 +1683,7 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Project: %1</translation>
     </message>
     <message>
-        <source>Строки прерванного выполнения в протокол не записаны. Его страница покажет прежнее выполнение, если оно было.</source>
+        <source>Строки остановленной обработки в протокол не записаны. Его страница покажет прежнюю обработку, если она была.</source>
         <translation>The lines of a run that was stopped are not in the protocol. Its page will show the run before, if there was one.</translation>
     </message>
 </context>

@@ -153,8 +153,8 @@ void OrvelProcessMonitor::onThreadFinished()
         endProtocol();
     else
         CProcessMonitor::write(
-            QCoreApplication::translate("Orvel", "Строки прерванного выполнения в протокол не записаны. Его "
-                                                 "страница покажет прежнее выполнение, если оно было."),
+            QCoreApplication::translate("Orvel", "Строки остановленной обработки в протокол не записаны. Его "
+                                                 "страница покажет прежнюю обработку, если она была."),
             QString());
     if (!self.isNull())
         CProcessMonitor::onThreadFinished();

@@ -10,7 +10,7 @@ const char* sourceText(int code)
 {
     switch (code) {
     case CFileException::CorruptFile:
-        return QT_TRANSLATE_NOOP("Host", "Файл повреждён: его содержимое не может быть верным.");
+        return QT_TRANSLATE_NOOP("Host", "Файл повреждён: недопустимое содержимое.");
     case CFileException::CannotOpen:
         return QT_TRANSLATE_NOOP("Host", "Не удалось открыть файл.");
     case CFileException::CannotRead:

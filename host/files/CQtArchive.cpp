@@ -40,11 +40,10 @@ bool isPlainType(quint32 type)
 
 [[noreturn]] void failLoading()
 {
-    throw qor::CFileException(
-        qor::CFileException::CorruptFile,
-        QCoreApplication::translate(
-            "Host", "Файл повреждён: данные обрываются раньше времени или не могут быть верными.")
-            .toStdWString());
+    throw qor::CFileException(qor::CFileException::CorruptFile,
+                              QCoreApplication::translate(
+                                  "Host", "Файл повреждён: данные обрываются раньше времени или недопустимы.")
+                                  .toStdWString());
 }
 
 } // namespace

@@ -280,9 +280,9 @@ void CProcessMonitor::onStarted()
 void CProcessMonitor::onThreadFinished()
 {
     if (session->isFailed()) {
-        stateText = Text::tr("Прервано ошибкой");
+        stateText = Text::tr("Остановлено ошибкой");
     } else if (interrupted) {
-        stateText = Text::tr("Прервано");
+        stateText = Text::tr("Остановлено");
     } else {
         stateText = wasErrors() ? Text::tr("Завершено с ошибками") : Text::tr("Завершено");
         finish();

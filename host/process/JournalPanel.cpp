@@ -161,6 +161,6 @@ void JournalPanel::showNote()
         return;
     const QLocale locale;
     note->setText(Text::tr("Показаны последние строки, не более %1. Более ранние строки (%2) есть в "
-                           "протоколе, если выполнение не прервано.")
+                           "протоколе, если обработка не остановлена.")
                       .arg(locale.toString(JournalWriter::kLineLimit), locale.toString(omitted)));
 }

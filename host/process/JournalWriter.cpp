@@ -40,8 +40,7 @@ QString getShortened(const QString& text)
     constexpr int shownLength = 500;
     const QString note =
         QCoreApplication::translate(
-            "Host",
-            "строка из %1 знаков показана не целиком, целиком — в протоколе, если выполнение не прервано")
+            "Host", "строка из %1 знаков сокращена; полностью — в протоколе, если обработка не остановлена")
             .arg(QLocale().toString(text.size()));
     return text.left(shownLength).toHtmlEscaped() + QStringLiteral("… <i>(%1)</i>").arg(note);
 }

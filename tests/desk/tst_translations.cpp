@@ -148,11 +148,38 @@ void TestTranslations::russianTextsPassThroughTranslation()
 void TestTranslations::textsHoldToTheTermsOfTheField_data()
 {
     QTest::addColumn<QString>("ruledOut");
-    for (const char* term :
-         {"прогон", "прервать", "Нивелирный стол", "поправки измеренных превышений", "степеней свободы",
-          "σ₀ (1", "Допустимая невязка", "принят определяемым", "выводить нечего", "не выведен",
-          "позднее объявление", "surplus measurement", "determined point", "point to be determined",
-          "degrees of freedom", "over the tolerance", "lonely", "take along", "forward and back runs"})
+    for (const char* term : {"прогон",
+                             "прервать",
+                             "Нивелирный стол",
+                             "поправки измеренных превышений",
+                             "степеней свободы",
+                             "σ₀ (1",
+                             "Допустимая невязка",
+                             "принят определяемым",
+                             "выводить нечего",
+                             "не выведен",
+                             "позднее объявление",
+                             "surplus measurement",
+                             "determined point",
+                             "point to be determined",
+                             "degrees of freedom",
+                             "over the tolerance",
+                             "lonely",
+                             "take along",
+                             "forward and back runs",
+                             "прерван",
+                             "не может быть верным",
+                             "не могут быть верными",
+                             "не целиком",
+                             "не дойдут",
+                             "остаются для ссылок",
+                             "ни один протокол",
+                             "список поправок",
+                             "поправка измеренного превышения",
+                             "cannot be right",
+                             "present network",
+                             "import of a",
+                             "single run"})
         QTest::newRow(term) << QString::fromUtf8(term);
 }
 
@@ -163,6 +190,17 @@ void TestTranslations::textsHoldToTheTermsOfTheField()
         QVERIFY2(!message.source.contains(ruledOut, Qt::CaseInsensitive), qUtf8Printable(message.source));
         QVERIFY2(!message.translation.contains(ruledOut, Qt::CaseInsensitive),
                  qUtf8Printable(message.translation));
+    }
+    // The texts of the page, and what is told about the programs.
+    QStringList paths{kSources + QStringLiteral("/template/script/texts.js"),
+                      kSources + QStringLiteral("/README.md")};
+    QDirIterator documents(kSources + QStringLiteral("/docs"), {QStringLiteral("*.md")});
+    while (documents.hasNext())
+        paths.append(documents.next());
+    for (const QString& path : paths) {
+        const QString text = QString::fromUtf8(readFile(path)).simplified();
+        QVERIFY(!text.isEmpty());
+        QVERIFY2(!text.contains(ruledOut, Qt::CaseInsensitive), qUtf8Printable(path));
     }
 }
 

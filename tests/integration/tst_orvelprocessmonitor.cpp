@@ -607,11 +607,10 @@ void TestOrvelProcessMonitor::interruptedRunLeavesTheProtocolOpen()
         messagesOf(fixture.protocol),
         QStringList{QStringLiteral("ptype=305510148 mtype=3 stage=0 ids=0 types=1710060288 text=новая")});
     QCOMPARE(readFile(OrvelTestAccess::dataFilePath(fixture.protocol)), data);
-    QCOMPARE(getStateText(monitor), QStringLiteral("Прервано"));
-    QCOMPARE(
-        monitor.getJournal()->toPlainText(),
-        QStringLiteral("✖ новая\nСтроки прерванного выполнения в протокол не записаны. Его страница покажет "
-                       "прежнее выполнение, если оно было."));
+    QCOMPARE(getStateText(monitor), QStringLiteral("Остановлено"));
+    QCOMPARE(monitor.getJournal()->toPlainText(),
+             QStringLiteral("✖ новая\nСтроки остановленной обработки в протокол не записаны. Его страница "
+                            "покажет прежнюю обработку, если она была."));
 }
 
 void TestOrvelProcessMonitor::failedRunLeavesTheProtocolOpen()

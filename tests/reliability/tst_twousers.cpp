@@ -273,9 +273,8 @@ void TestTwoUsers::linkIsNotGivenToSocketsInTheWorkingFolder()
     QVERIFY(answer == uriclient::Answer::Nobody);
     QVERIFY(!server.waitForNewConnection(1000));
     session->start(QString());
-    QCOMPARE(
-        window().getMessageBar().getMessage(),
-        QStringLiteral("Ссылки из протоколов не дойдут до этого окна: не удалось открыть локальный сокет."));
+    QCOMPARE(window().getMessageBar().getMessage(),
+             QStringLiteral("Ссылки со страниц не откроются в этом окне. Перезапустите программу."));
 }
 
 QTEST_MAIN(TestTwoUsers)

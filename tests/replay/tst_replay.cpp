@@ -680,9 +680,9 @@ void TestReplay::refusesADamagedState_data()
 {
     QTest::addColumn<QByteArray>("state");
     QTest::addColumn<QString>("reason");
-    const QString corrupt = QStringLiteral("Файл повреждён: его содержимое не может быть верным.");
+    const QString corrupt = QStringLiteral("Файл повреждён: недопустимое содержимое.");
     const QString truncated =
-        QStringLiteral("Файл повреждён: данные обрываются раньше времени или не могут быть верными.");
+        QStringLiteral("Файл повреждён: данные обрываются раньше времени или недопустимы.");
     QTest::newRow("empty") << QByteArray() << truncated;
     QTest::newRow("breaks off") << QByteArray("\x00\x00\x00\x01\x00", 5) << truncated;
     QTest::newRow("too many ids") << QByteArray("\x00\x0F\x42\x41", 4) << corrupt;

@@ -29,7 +29,7 @@ void DeskSession::start(const QString& argument)
     showDocument(makeDocument());
     if (!uriServer.listen())
         window->getMessageBar().showMessage(
-            Desk::tr("Ссылки из протоколов не дойдут до этого окна: не удалось открыть локальный сокет."));
+            Desk::tr("Ссылки со страниц не откроются в этом окне. Перезапустите программу."));
     if (argument.isEmpty())
         return;
     const QUrl url(argument);

@@ -481,7 +481,7 @@ void DeskWindow::showCurrentItemProtocol()
     if (getModel()->isItemMentioned(table->getCurrentItem()))
         table->showCurrentProtocol();
     else
-        messageBar->showMessage(Desk::tr("О выделенном ни один протокол не говорит."));
+        messageBar->showMessage(Desk::tr("О выделенном в протоколах нет строк."));
 }
 
 void DeskWindow::showMonitor()

@@ -34,7 +34,7 @@ QString toToolTip(int column, const QVariant& value)
     if (column != Report)
         return toText(column, value);
     return value.toBool() ? Desk::tr("Показать все строки протоколов об этом пункте или секции")
-                          : Desk::tr("Ни один протокол об этом не говорит");
+                          : Desk::tr("В протоколах нет строк об этом");
 }
 
 QString toAccessibleText(int column, const QVariant& value)
@@ -62,7 +62,7 @@ QString getTitle(int column)
     case Residual:
         return Desk::tr("Поправка, мм");
     case Lines:
-        return Desk::tr("Строк");
+        return Desk::tr("Строк протокола");
     case Report:
         return Desk::tr("Протокол");
     default:
@@ -84,7 +84,7 @@ QString getExplanation(int column)
     case Difference:
         return Desk::tr("Измеренное превышение секции");
     case Residual:
-        return Desk::tr("Поправка измеренного превышения из уравнивания");
+        return Desk::tr("Поправка в измеренное превышение из уравнивания");
     case Lines:
         return Desk::tr("Сколько строк протоколов говорит об этом пункте или секции");
     case Report:

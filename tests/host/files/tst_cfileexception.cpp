@@ -36,7 +36,7 @@ void TestCFileException::withoutADescriptionTheTextIsASentenceForTheCode_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("text");
-    QTest::newRow("corrupt") << 1 << QStringLiteral("Файл повреждён: его содержимое не может быть верным.");
+    QTest::newRow("corrupt") << 1 << QStringLiteral("Файл повреждён: недопустимое содержимое.");
     QTest::newRow("open") << 2 << QStringLiteral("Не удалось открыть файл.");
     QTest::newRow("read") << 3 << QStringLiteral("Не удалось прочитать файл.");
     QTest::newRow("write") << 4 << QStringLiteral("Не удалось записать файл.");

@@ -14,8 +14,7 @@ using qor::CFileException;
 
 namespace {
 
-const QString kCorrupt =
-    QStringLiteral("Файл повреждён: данные обрываются раньше времени или не могут быть верными.");
+const QString kCorrupt = QStringLiteral("Файл повреждён: данные обрываются раньше времени или недопустимы.");
 
 /// Every type that an archive takes.
 struct Record

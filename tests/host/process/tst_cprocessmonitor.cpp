@@ -275,8 +275,8 @@ void TestCProcessMonitor::journalSaysThatEarlierLinesAreLeftOut()
     QCOMPARE(document->firstBlock().text(), QStringLiteral("\u2022 30001"));
     const QLocale locale;
     const QString note =
-        QStringLiteral("Показаны последние строки, не более %1. Более ранние строки (%2) есть в "
-                       "протоколе, если выполнение не прервано.")
+        QStringLiteral("Показаны последние строки, не более %1. Более ранние строки (%2) есть в протоколе, "
+                       "если обработка не остановлена.")
             .arg(locale.toString(10000), locale.toString(30001)); // the start line is the first
     const QList<QLabel*> labels = monitor.findChildren<QLabel*>();
     QVERIFY(std::any_of(labels.begin(), labels.end(),
@@ -348,7 +348,7 @@ void TestCProcessMonitor::exceptionBecomesAnErrorLine()
     QVERIFY(monitor.wasErrors());
     QCOMPARE(monitor.calls, (QStringList{QStringLiteral("started"), QStringLiteral("service before"), line,
                                          QStringLiteral("finished")}));
-    QCOMPARE(getStageText(monitor), QStringLiteral("Прервано ошибкой"));
+    QCOMPARE(getStageText(monitor), QStringLiteral("Остановлено ошибкой"));
 }
 
 void TestCProcessMonitor::errorsAreForgottenAtTheNextStart()
@@ -576,7 +576,7 @@ void TestCProcessMonitor::stopButtonInterruptsTheRun()
     QVERIFY(!monitor.isProcessRunning());
     QVERIFY(monitor.waitForFinished());
     QVERIFY(monitor.getInterrupted());
-    QCOMPARE(getStageText(monitor), QStringLiteral("Прервано"));
+    QCOMPARE(getStageText(monitor), QStringLiteral("Остановлено"));
 }
 
 void TestCProcessMonitor::pauseButtonHoldsTheRun()

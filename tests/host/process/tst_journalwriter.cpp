@@ -251,10 +251,12 @@ void TestJournalWriter::overlongLineIsCutWithAWord()
     writer.clear();
     writer.append(Kind::Service, QStringLiteral("<b>") + limit, QString());
     writer.flush(kNoLimit);
-    QCOMPARE(journal.toPlainText(), QStringLiteral("<b>") + limit.left(497) +
-                                        QStringLiteral("… (строка из %1 знаков показана не целиком, "
-                                                       "целиком — в протоколе, если выполнение не прервано)")
-                                            .arg(QLocale().toString(limit.size() + 3)));
+    QCOMPARE(
+        journal.toPlainText(),
+        QStringLiteral("<b>") + limit.left(497) +
+            QStringLiteral(
+                "… (строка из %1 знаков сокращена; полностью — в протоколе, если обработка не остановлена)")
+                .arg(QLocale().toString(limit.size() + 3)));
 }
 
 void TestJournalWriter::journalAtItsEndFollows()
