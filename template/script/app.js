@@ -12,7 +12,7 @@ import { Ids } from "./ids.js";
 import { handleKey } from "./keys.js";
 import { matchApart } from "./expressions.js";
 import { foldedOf, kinds, linksOf, textOf, treeOf } from "./item.js";
-import { numbersOf, sizesOf } from "./numbers.js";
+import { sizesOf } from "./numbers.js";
 import { makeFlatModel, sortRows } from "./order.js";
 import { readModel } from "./model.js";
 import { RowMenu } from "./rowmenu.js";
@@ -119,24 +119,19 @@ export class App {
   /** Makes the lines' ids and reads their texts for the search; on a long page while nothing else is to do. */
   prepare() {
     const { model, view } = this;
+    const { ids } = this;
     const prepare = function* () {
-      for (const line of model.lines) yield foldedOf(line);
-      for (const line of model.lines) yield numbersOf(line);
+      for (const record of model.records) yield foldedOf(record);
+      yield* ids.steps;
+      for (const record of model.records) yield sizesOf(record);
     };
-    makeChart(
-      model.records,
-      (search) => this.setFilters({ search }),
-      (chart) => this.showChart(chart),
-    );
-    const made = () => {
+    if (!view.isPartlyLaidOut) ids.finish();
+    runIdle(prepare(), () => {
+      ids.finish();
       this.remember();
-      runIdle(prepare(), () => {});
-    };
-    if (view.isPartlyLaidOut) this.ids.makeIdle(made);
-    else {
-      this.ids.finish();
-      made();
-    }
+      const chart = makeChart(model.records, (search) => this.setFilters({ search }));
+      if (chart) this.showChart(chart);
+    });
   }
 
   /** Puts the histogram above the tree and leaves what is seen where it is. */
@@ -150,8 +145,9 @@ export class App {
 
   filter() {
     this.arrange();
-    applyFilters(this.model, this.filters, this.written.branches);
-    this.controls.show(this.filters, this.counts());
+    applyFilters(this.model, this.filters, this.written);
+    this.counts = this.countRecords();
+    this.controls.show(this.filters, this.counts);
     this.controls.printFilters(this.filtersInWords());
   }
 
@@ -178,12 +174,16 @@ export class App {
   }
 
   /** How many records are shown, of how many, and in how many places of the tree they stand. */
-  counts() {
+  countRecords() {
     const { lines, records } = this.model;
-    const count = (list) => list.reduce((sum, line) => sum + line.matches, 0);
-    const shown = count(records);
-    const hasRepeats = records.length < lines.length;
-    return { shown, total: records.length, places: hasRepeats ? count(lines) : shown, hasRepeats };
+    let [shown, places] = [0, 0];
+    for (const record of records) {
+      let own = record.matches ? 1 : 0;
+      for (const { matches } of record.repeats) if (matches) ++own;
+      places += own;
+      if (own) ++shown;
+    }
+    return { shown, total: records.length, places, hasRepeats: records.length < lines.length };
   }
 
   /** Filters anew and keeps the present line, or the one nearest to it, where it stands. */
@@ -219,12 +219,12 @@ export class App {
   /** Runs the expressions that might take too long apart from the page, and filters by what they answer. */
   async matchApart() {
     const { query } = this.filters;
-    const { lines } = this.model;
+    const { records } = this.written;
     if (query.state !== "waiting") return;
-    const texts = lines.map(textOf);
+    const texts = records.map(textOf);
     const answers = await Promise.all(query.apart.map(({ apart }) => matchApart(apart, texts)));
     if (query !== this.filters.query) return;
-    query.answer(answers, lines);
+    query.answer(answers, records);
     this.refilter();
   }
 
@@ -259,7 +259,7 @@ export class App {
 
   /** What is shown and by which filters, in words, for paper and for files. */
   filtersInWords() {
-    const { shown, total, places, hasRepeats } = this.counts();
+    const { shown, total, places, hasRepeats } = this.counts;
     const counts = [say("shown", shown, total), ...(hasRepeats ? [say("places", places)] : [])];
     return [...counts, ...this.filters.words].join("; ");
   }
@@ -274,7 +274,7 @@ export class App {
   /** What the run and the page say about these lines. */
   describe() {
     const { title, date, project } = this.run;
-    const { shown, total } = this.counts();
+    const { shown, total } = this.counts;
     return { title, date, project, filter: this.filtersInWords(), shown, total };
   }
 

@@ -1,6 +1,6 @@
 // A histogram of how the values of the run's lines lie to their limits.
 
-import { build, listen, runIdle } from "./dom.js";
+import { build, listen } from "./dom.js";
 import { sizesOf } from "./numbers.js";
 import { say, write } from "./texts.js";
 
@@ -9,10 +9,14 @@ const step = 0.25;
 const bars = 9;
 const [barWidth, gap, heading, height, footing] = [44, 4, 16, 60, 18];
 
+/** The bar of a ratio. What reaches its limit is not over it yet. */
+const barOf = (ratio) => Math.min(bars - 1, ratio === 1 ? 1 / step - 1 : Math.floor(ratio / step));
+
 /** The search that finds the lines of a bar. */
 function searchOf(at) {
-  const from = `${say("ratio")}>=${write(at * step)}`;
-  return at < bars - 1 ? `${from} ${say("ratio")}<${write((at + 1) * step)}` : from;
+  const [from, to] = [at * step, (at + 1) * step];
+  const lower = `${say("ratio")}${from === 1 ? ">" : ">="}${write(from)}`;
+  return at < bars - 1 ? `${lower} ${say("ratio")}${to === 1 ? "<=" : "<"}${write(to)}` : lower;
 }
 
 function barMarkup(count, at, largest) {
@@ -53,17 +57,12 @@ function draw(counts, search) {
   return figure;
 }
 
-/** Makes the histogram while nothing else is to do; where no line has a value and a limit there is none. */
-export function makeChart(records, search, made) {
+/** Makes the histogram; where no line has a value and a limit there is none. */
+export function makeChart(records, search) {
   const counts = Array(bars).fill(0);
-  const read = function* () {
-    for (const line of records) {
-      const { ratio } = sizesOf(line);
-      if (ratio >= 0) ++counts[Math.min(bars - 1, Math.floor(ratio / step))];
-      yield;
-    }
-  };
-  runIdle(read(), () => {
-    if (counts.some(Boolean)) made(draw(counts, search));
-  });
+  for (const line of records) {
+    const { ratio } = sizesOf(line);
+    if (ratio >= 0) ++counts[barOf(ratio)];
+  }
+  return counts.some(Boolean) ? draw(counts, search) : null;
 }

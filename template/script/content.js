@@ -8,6 +8,7 @@ const lineLists = new RegExp(`(<ul class="Container")>\n${rowStart}([^]*?)${rowE
 // Captions of branches, titles, service lines and statistics.
 const named = /(<(div|h1|p)(?: class=(?:"Content"|'service'))?)>([^]{0,4000}?)(<\/\2>)(?=\n|<ul)/g;
 export const plainLink = /<a href="([^"<>]*)">([^<]*)<\/a>/g;
+const link = /<a href="[^"<>]*">([^<]*)<\/a>/y;
 const foreignTag = /<(?!\/?(?:div|h1|p|ul|li|a)[\s>])/g;
 
 // A list of so many branches of lines gets its rows as they are looked at.
@@ -19,18 +20,18 @@ const branchList = `<ul class="Container">\n${branchStart}`;
 // page reads it instead of the rows that were there.
 let keeper = page.querySelector("#written");
 const isSaved = Boolean(keeper);
+keeper ??= build("pre", { id: "written" });
 /** The folds of a page that was saved. */
 export const savedFolds = keeper?.dataset.folds;
 let holder;
-const held = [];
 const watcher = new MutationObserver(takeHeld);
 
 function takeHeld() {
   holder ??= page.querySelector("plaintext");
   if (!holder) return;
-  if (!isSaved) held.push(holder.textContent);
-  // What arrives next is added to the text, and to lengthen a long one the browser copies it.
-  holder.textContent = "";
+  // What arrives next is added to the text that is there, and to lengthen a long one the browser copies it.
+  if (isSaved) holder.textContent = "";
+  else keeper.append(...holder.childNodes);
 }
 
 /**
@@ -42,15 +43,31 @@ export function holdContent() {
   document.write("<plaintext hidden>");
 }
 
+/** Takes off what stands in the template around the content. To copy all of a long content takes a browser long. */
+function trimKeeper() {
+  let [start, end] = ["", ""];
+  while (keeper.firstChild && !start.includes(">")) {
+    start += keeper.firstChild.data;
+    keeper.firstChild.remove();
+  }
+  // The first character is one that a browser keeps when it reads the element again.
+  keeper.prepend(start.slice(start.indexOf(">")));
+  while (keeper.lastChild && !end.includes("</div>")) {
+    end = keeper.lastChild.data + end;
+    keeper.lastChild.remove();
+  }
+  keeper.append(end.slice(0, end.lastIndexOf("</div>")));
+}
+
 function readWritten() {
   takeHeld();
   watcher.disconnect();
-  if (!keeper) {
-    const text = held.splice(0).join("");
-    keeper = build("pre", { id: "written" });
-    // The first character is one that a browser keeps when it reads the element again.
-    keeper.textContent = text.slice(text.indexOf(">"), text.lastIndexOf("</div>"));
+  if (!keeper.isConnected) {
+    trimKeeper();
+    const text = keeper.textContent;
+    keeper.textContent = text;
     page.querySelector("main > script").before(keeper);
+    return text.slice(1);
   }
   return keeper.textContent.slice(1);
 }
@@ -58,13 +75,18 @@ function readWritten() {
 /** The text of markup that is but text, line breaks and whole links, and so can't reach beyond its element; else null. */
 export function plainText(markup) {
   let text = markup;
-  if (text.includes("<a")) text = text.replace(plainLink, "$2");
+  for (let at = text.indexOf("<a "); at >= 0; at = text.indexOf("<a ", at)) {
+    link.lastIndex = at;
+    const found = link.exec(text);
+    if (!found) return null;
+    text = text.slice(0, at) + found[1] + text.slice(link.lastIndex);
+  }
   if (text.includes("<br>")) text = text.replaceAll("<br>", "\n");
   return text.includes("<") || text.includes("&") ? null : text;
 }
 
 /**
- * Takes long lists of branches out of a text from which the lines have been taken. `pieces` are the lists' lines;
+ * Takes long lists of branches out of a text from which the lines have been taken. `pieces` hold the lists' lines;
  * answers the rest, in which `mark` stands for a list of branches, each with its caption and lines.
  */
 function takeBranches(text, key, pieces, mark) {
@@ -79,7 +101,7 @@ function takeBranches(text, key, pieces, mark) {
     branch.lastIndex = first;
     let end = first;
     for (let found = branch.exec(text); found; found = branch.exec(text)) {
-      branches.push({ caption: found[1], lines: pieces[found[2]] });
+      branches.push({ caption: found[1], lines: pieces[found[2]].lines });
       end = branch.lastIndex;
     }
     if (branches.length < manyBranches) continue;
@@ -91,8 +113,8 @@ function takeBranches(text, key, pieces, mark) {
 }
 
 /**
- * Puts the content into the page without the lines and long lists of branches. Answers the markup of the lines of
- * each list, or its branches. What else runs and items have named goes into its element by itself, since it may hold
+ * Puts the content into the page without the lines and long lists of branches. Answers for each list the markup of its
+ * `lines`, or its `branches`. What else runs and items have named goes into its element by itself, since it may hold
  * a tag that has no end; between these elements there are no tags but the library's.
  */
 export function placeContent() {
@@ -102,10 +124,7 @@ export function placeContent() {
   const pieces = [];
   const mark = (piece) => ` ${key}="${pieces.push(piece) - 1}"`;
   const content = build("div", { id: "lines" });
-  const withoutLines = written.replace(
-    lineLists,
-    (_, start, lines) => `${start}${mark(lines.split(`${rowEnd}\n${rowStart}`))}>`,
-  );
+  const withoutLines = written.replace(lineLists, (_, start, lines) => `${start}${mark({ lines })}>`);
   content.innerHTML = takeBranches(withoutLines, key, pieces, mark)
     .replace(named, (whole, start, _, part, end) =>
       plainText(part) === null ? `${start}${mark(part)}>${end}` : whole,

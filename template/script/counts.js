@@ -1,4 +1,4 @@
-import { nameOf, textOf } from "./item.js";
+import { kinds, nameOf, textOf } from "./item.js";
 
 /** Counts a line once in each branch around it, in which its record may stand several times. */
 function countUp(line, count) {
@@ -16,10 +16,23 @@ function forEachLine({ branches, records }, act) {
   }
 }
 
-/** How many records stand below each branch. */
+/** How many records of each kind stand below each branch. */
 export function countTotals(model) {
-  for (const node of model.branches) node.total = 0;
-  forEachLine(model, (line) => countUp(line, (node) => ++node.total));
+  for (const node of model.branches) node.totals = { error: 0, warning: 0, message: 0, other: 0 };
+  forEachLine(model, (line) => countUp(line, ({ totals }) => ++totals[line.kind]));
+  for (const node of model.branches) node.total = countOf(node, kinds);
+}
+
+const countOf = ({ totals }, own) => own.reduce((sum, kind) => sum + totals[kind], 0);
+
+/** How many of them stand in the kinds that are not hidden, and how many of these are errors and warnings. */
+export function countKinds(model, hidden) {
+  const own = kinds.filter((kind) => !hidden.includes(kind));
+  for (const node of model.branches) {
+    node.count = countOf(node, own);
+    node.errors = hidden.includes("error") ? 0 : node.totals.error;
+    node.warnings = hidden.includes("warning") ? 0 : node.totals.warning;
+  }
 }
 
 /** How many of them the filters let through, and how many of these are errors and warnings. */

@@ -1,4 +1,4 @@
-import { countShown } from "./counts.js";
+import { countKinds, countShown } from "./counts.js";
 import { kinds, maskOf } from "./item.js";
 import { isWorse } from "./numbers.js";
 import { Query } from "./search.js";
@@ -48,15 +48,21 @@ export class Filters {
   }
 }
 
-function matchLines(model, { hidden, query }, branches) {
+/** Works out which of the written lines match; those in one list match where their records do in any place. */
+function matchLines(model, { hidden, query }, written) {
   const matchKinds = () => {
-    const isHidden = hidden.length ? ({ kind }) => hidden.includes(kind) : () => false;
-    for (const line of model.lines) line.matches = !isHidden(line);
+    for (const line of written.lines) line.matches = !hidden.includes(line.kind);
   };
   matchKinds();
-  if (query.isEmpty) return;
-  query.match(model.lines, branches);
-  if (query.isEmpty) matchKinds();
+  if (!query.isEmpty) {
+    query.match(written);
+    if (query.isEmpty) matchKinds();
+  }
+  if (!model.isFlat) return;
+  for (const line of model.lines) {
+    const { origin } = line;
+    line.matches = origin.matches || origin.repeats.some(({ matches }) => matches);
+  }
 }
 
 /** Of the lines of one branch that are alike, the worst stands for all. */
@@ -82,10 +88,10 @@ function foldAlike(model, unfolded) {
 
 /**
  * Works out which lines match and which rows are shown. A branch is shown when something in it is; one that never
- * held a line is shown as long as nothing is filtered. `branches` are those whose captions are searched.
+ * held a line is shown as long as nothing is filtered. `written` are the rows as they were written.
  */
-export function applyFilters(model, filters, branches = model.branches) {
-  matchLines(model, filters, branches);
+export function applyFilters(model, filters, written) {
+  matchLines(model, filters, written);
   for (const item of model.items) {
     item.shown = item.isLine ? item.matches : !filters.isActive && !item.isBranch;
     item.times = item.isLine && item.matches ? 1 : 0;
@@ -95,9 +101,11 @@ export function applyFilters(model, filters, branches = model.branches) {
     const item = model.items[at];
     if (item.shown) item.parent.shown = true;
   }
-  countShown(model);
+  if (filters.query.isEmpty) countKinds(model, filters.hidden);
+  else countShown(model);
+  const isWhole = !filters.isActive && !filters.alike;
   for (const node of model.branches) {
-    node.rows = node.children.filter((child) => child.shown);
+    node.rows = isWhole ? node.children : node.children.filter((child) => child.shown);
     node.ends = null;
   }
 }

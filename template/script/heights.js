@@ -18,13 +18,14 @@ export class Heights {
   /** Forgets what was measured and guesses anew. */
   guess() {
     const { model } = this;
-    for (const item of model.items) item.height = 0;
+    this.width = this.main.clientWidth;
+    for (const item of model.items) item.height = undefined;
     for (const node of model.branches) node.ends = null;
     const linesOf = (node) => node.children.filter((row) => row.isLine);
     const large = model.branches.filter((node) => node.children.length > sampledBranchRows);
     const samples = large
       .slice(0, sampledBranches)
-      .map((branch) => ({ branch, own: pick(linesOf(branch), 50) }));
+      .map((branch) => ({ branch, own: pick(linesOf(branch), 16) }));
     samples.push({ branch: this, own: pick(model.lines, 100) });
     const heights = this.#measureCopies(samples.flatMap(({ own }) => own));
     this.rowHeight = Math.min(...heights);

@@ -1,4 +1,3 @@
-import { runIdle } from "./dom.js";
 import { hash } from "./hash.js";
 import { nameOf, textOf } from "./item.js";
 
@@ -19,20 +18,12 @@ function* giveIds(items) {
   }
 }
 
-/** The making of the rows' ids, which takes a while on a long page. */
+/** The making of the rows' ids, which takes a while on a long page: `steps` can be done bit by bit. */
 export class Ids {
   areMade = false;
 
   constructor(items) {
     this.steps = giveIds(items);
-  }
-
-  /** Makes the ids while nothing else is to do, and then tells. */
-  makeIdle(made) {
-    runIdle(this.steps, () => {
-      this.areMade = true;
-      made();
-    });
   }
 
   /** Makes at once the ids that are not made yet. */

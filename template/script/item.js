@@ -19,8 +19,10 @@ const itemsByElement = new WeakMap();
  * `rows`: the children that are shown; `times`: how many alike lines the row stands for;
  * `record`: the first of the lines that show the same record, mostly the line itself; `repeats`: the others;
  * `origin`: of a line in the list of all lines, the line in its branch; `number`: its place in the page as written;
- * `total`: how many records stand below a branch; `count`: how many of them the filters let through; of these are
- * `errors` and `warnings`; `missing`: how many its caption counts that do not stand there.
+ * `total`: how many records stand below a branch, and `totals` of each kind; `count`: how many of them the filters let
+ * through; of these are `errors` and `warnings`; `missing`: how many its caption counts that do not stand there;
+ * `text` and what follows it: found when it is first asked for, of equal lines in one of them; `key`: what the row was
+ * sorted by; `height`: how high it was when it was laid out.
  */
 export class Item {
   children = childless;
@@ -37,16 +39,30 @@ export class Item {
   origin = this;
   repeats = childless;
   lastRecord = null;
+  markup = undefined;
+  style = "";
+  number = 0;
+  index = 0;
+  place = 0;
   total = 0;
+  totals = null;
   count = 0;
   errors = 0;
   warnings = 0;
   missing = 0;
   isNear = false;
-  height = 0;
+  // Not 0: a browser would make all items anew for the first height that is no whole number.
+  height = undefined;
   ends = null;
   attributesKey = "";
   id = "";
+  foundPlain = undefined;
+  text = undefined;
+  folded = undefined;
+  mask = undefined;
+  numbers = undefined;
+  sizes = undefined;
+  key = undefined;
 
   constructor(parent, built = null) {
     this.parent = parent;
@@ -181,9 +197,13 @@ function readText(item) {
   return text;
 }
 
+/** The row whose text is read for all that show the same. */
+const sourceOf = (item) => item.origin.record;
+
 /** The item's own text; line breaks in it are line feeds. */
 export function textOf(item) {
-  return (item.text ??= readText(item));
+  const source = sourceOf(item);
+  return (source.text ??= readText(source));
 }
 
 /** The caption of a branch without the count behind it. */
@@ -193,17 +213,22 @@ export function nameOf(item) {
 
 /** The item's text as the search compares it. */
 export function foldedOf(item) {
-  return (item.folded ??= fold(textOf(item)));
+  const source = sourceOf(item);
+  return (source.folded ??= fold(textOf(source)));
 }
 
+/** Every white space is as good as a blank. */
 export function fold(text) {
   const lower = text.toLowerCase();
-  return /[\n\r\t\u00a0]/.test(lower) ? lower.replace(/\s+/g, " ") : lower;
+  return /[\t-\r\u00a0\u2000-\u202f]/.test(lower) ? lower.replace(/\s+/g, " ") : lower;
 }
 
-/** What remains of a line when its numbers are taken out. */
+/** What remains of a line when its numbers are taken out; one blank is as good as another. */
 export function maskOf(item) {
-  return (item.mask ??= textOf(item).replace(/[-+\u2212]?\d+(?:[.,]\d+)*/g, "#"));
+  const source = sourceOf(item);
+  return (source.mask ??= textOf(source)
+    .replace(/[-+\u2212]?\d+(?:[.,\u2009\u202f\u00a0]\d+)*/g, "#")
+    .replace(/[\u00a0\u2000-\u202f]/g, " "));
 }
 
 /** The names of the branches around an item, outermost first. */

@@ -63,7 +63,7 @@ export function openMenu(owner, label, entries, back = owner) {
   const below = box.bottom + 4;
   const fits = below + list.offsetHeight < window.innerHeight;
   list.style.top = `${fits ? below : Math.max(8, box.top - list.offsetHeight - 4)}px`;
-  opened = { owner, list, back };
+  opened = { owner, list, back, top: box.top };
   owner.setAttribute("aria-expanded", "true");
   list.querySelector("[aria-checked=true], button").focus({ preventScroll: true });
 }
@@ -71,4 +71,7 @@ export function openMenu(owner, label, entries, back = owner) {
 listen(page, "pointerdown", ({ target }) => {
   if (opened && !opened.list.contains(target) && !opened.owner.contains(target)) closeMenu();
 });
-listen(window, "scroll", closeMenu, { passive: true });
+// A menu of the bar stays where it is while the page scrolls.
+listen(window, "scroll", () => opened && Math.abs(boxOf(opened.owner).top - opened.top) > 1 && closeMenu(), {
+  passive: true,
+});

@@ -1,8 +1,10 @@
+import { rowEnd, rowStart } from "./content.js";
 import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
 import { Item, itemOf, kinds, treeOf } from "./item.js";
 
 export const rowSelector = "li.Node, li.IsRoot";
+const betweenRows = `${rowEnd}\n${rowStart}`;
 
 /** The list around a row. A row that unclosed or stray tags have torn from its list is put back, or gets one. */
 function listOf(row) {
@@ -62,22 +64,22 @@ class Reader {
   /** What the page's list holds whose rows are not there: lines, or branches of lines. */
   readList(list, content) {
     const owner = this.#ownerOf(list);
-    if (!content.branches) {
-      this.#readLines(owner, content);
-      return;
-    }
-    for (const { caption, lines } of content.branches) {
+    if (content.lines !== undefined) this.#readLines(owner, content.lines);
+    for (const { caption, lines } of content.branches ?? []) {
       const branch = this.#add(owner);
       branch.setBranch(caption);
       this.#readLines(branch, lines);
     }
   }
 
-  /** A line's markup begins inside the class of its caption. */
+  /** The markup of lines begins inside the class of the first one's caption. */
   #readLines(owner, lines) {
-    for (const line of lines) {
-      const end = line.indexOf('">');
-      this.#add(owner).setLine(line.slice(0, end), line.slice(end + 2));
+    for (let from = 0; from >= 0;) {
+      const style = lines.indexOf('">', from);
+      const end = lines.indexOf(betweenRows, style);
+      const markup = end < 0 ? lines.slice(style + 2) : lines.slice(style + 2, end);
+      this.#add(owner).setLine(lines.slice(from, style), markup);
+      from = end < 0 ? -1 : end + betweenRows.length;
     }
   }
 }

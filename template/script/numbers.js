@@ -1,13 +1,14 @@
 // The numbers in a line, with the words beside them.
 
-import { fold, textOf } from "./item.js";
+import { fold, foldedOf, textOf } from "./item.js";
 import { write } from "./texts.js";
 
 // A sign or a digit right behind a letter or a digit belongs to a name; thin spaces part thousands.
 const number =
   "(?<![\\p{L}\\p{N}_.,])[-+\\u2212]?(?:\\d{1,3}(?:[\\u2009\\u202f\\u00a0]\\d{3})+(?!\\d)|\\d+)(?:[.,]\\d+)?";
-const pattern = new RegExp(number, "gu");
+const namePart = /[\p{L}\p{N}_.,]/u;
 const unitBehind = /[\s±]?([^\s\d.,;:()<>=]+)/uy;
+const limitWord = /допус[кт]|предел|limit|toleran/;
 const limitPattern = new RegExp(`(?:допус[кт]|предел|limit|toleran)[^\\d]{0,40}?(${number})`, "iu");
 // How many millimetres, seconds of arc and so on the units have.
 const units = new Map(
@@ -34,7 +35,7 @@ const units = new Map(
     gon: 1e3,
   }),
 );
-const sizedPattern = new RegExp(`(${number})[\\s±]?(${[...units.keys()].join("|")})(?![\\p{L}\\p{N}])`, "u");
+const sizeUnit = new RegExp(`[\\s±]?(${[...units.keys()].join("|")})(?![\\p{L}\\p{N}])`, "uy");
 
 export function valueOf(text) {
   const value = Number(text);
@@ -47,25 +48,57 @@ export function valueOf(text) {
   );
 }
 
-function* foundIn(text) {
-  pattern.lastIndex = 0;
-  for (let found = pattern.exec(text); found; found = pattern.exec(text)) {
-    const end = pattern.lastIndex;
-    yield { value: valueOf(found[0]), index: found.index, end };
-    pattern.lastIndex = end;
-  }
+const isDigit = (code) => code >= 48 && code <= 57;
+const isThin = (code) => code === 0x2009 || code === 0x202f || code === 0xa0;
+const isSign = (code) => code === 0x2d || code === 0x2b || code === 0x2212;
+const isPoint = (code) => code === 0x2e || code === 0x2c;
+const isBlank = (code) => code === 0x20 || code === 0x28 || code === 0x3d;
+
+/** Whether what stands before a place ends a name or another number. */
+function isInName(text, at) {
+  if (at === 0 || isBlank(text.charCodeAt(at - 1))) return false;
+  return namePart.test(text[at - 1]);
 }
 
-function readNumbers(text) {
-  const values = [];
-  pattern.lastIndex = 0;
-  for (let found = pattern.exec(text); found; found = pattern.exec(text)) values.push(valueOf(found[0]));
-  return values;
+/** Where the whole part of a number ends whose first digits begin at `from` and end at `to`. */
+function endOfWhole(text, from, to) {
+  if (to - from > 3) return to;
+  const digitAt = (at) => isDigit(text.charCodeAt(at));
+  let end = to;
+  while (
+    isThin(text.charCodeAt(end)) &&
+    digitAt(end + 1) &&
+    digitAt(end + 2) &&
+    digitAt(end + 3) &&
+    !digitAt(end + 4)
+  )
+    end += 4;
+  return end;
+}
+
+/** The numbers in a text as `number` describes them. An expression takes several times as long. */
+function foundIn(text) {
+  const found = [];
+  for (let at = 0; at < text.length; ++at) {
+    if (!isDigit(text.charCodeAt(at))) continue;
+    let end = at + 1;
+    while (isDigit(text.charCodeAt(end))) ++end;
+    const hasSign = at > 0 && isSign(text.charCodeAt(at - 1)) && !isInName(text, at - 1);
+    if (hasSign || !isInName(text, at)) {
+      end = endOfWhole(text, at, end);
+      if (isPoint(text.charCodeAt(end)) && isDigit(text.charCodeAt(end + 1)))
+        for (end += 2; isDigit(text.charCodeAt(end));) ++end;
+      const index = hasSign ? at - 1 : at;
+      found.push({ value: valueOf(text.slice(index, end)), index, end });
+    }
+    at = end - 1;
+  }
+  return found;
 }
 
 /** The values of a line's numbers. */
 export function numbersOf(line) {
-  return (line.numbers ??= readNumbers(textOf(line)));
+  return (line.numbers ??= foundIn(textOf(line)).map(({ value }) => value));
 }
 
 function unitAt(text, end) {
@@ -84,14 +117,14 @@ export function numbersBesideOf(label) {
 }
 
 /** The ratio of a value to its limit: the last number before the limit in its unit, or the first one behind it. */
-function readRatio(text) {
+function readRatio(text, numbers) {
   const found = limitPattern.exec(text);
   const limit = found && valueOf(found[1]);
   if (!limit) return -1;
   const end = found.index + found[0].length;
   const unit = unitAt(text, end);
   let before = null;
-  for (const each of foundIn(text)) {
+  for (const each of numbers) {
     if (each.end === end || unitAt(text, each.end) !== unit) continue;
     if (each.end < end) before = each;
     else return Math.abs((before ?? each).value / limit);
@@ -99,10 +132,22 @@ function readRatio(text) {
   return before ? Math.abs(before.value / limit) : -1;
 }
 
+/** The size of the first number with a unit. */
+function readSize(text, numbers) {
+  for (const { value, end } of numbers) {
+    sizeUnit.lastIndex = end;
+    const unit = sizeUnit.exec(text)?.[1];
+    if (unit) return Math.abs(value) * units.get(unit);
+  }
+  return -1;
+}
+
 function readSizes(line) {
   const text = textOf(line);
-  const sized = sizedPattern.exec(text);
-  return { size: sized ? Math.abs(valueOf(sized[1])) * units.get(sized[2]) : -1, ratio: readRatio(text) };
+  const numbers = foundIn(text);
+  line.numbers ??= numbers.map(({ value }) => value);
+  const hasLimit = numbers.length > 0 && limitWord.test(foldedOf(line));
+  return { size: readSize(text, numbers), ratio: hasLimit ? readRatio(text, numbers) : -1 };
 }
 
 /**
@@ -125,7 +170,7 @@ export function rangeOf(lines) {
   const differing = rows[0].map((_, at) => at).filter((at) => rows.some((row) => row[at] !== rows[0][at]));
   if (!differing.length) return "";
   const text = textOf(lines[0]);
-  const unitOf = Array.from(foundIn(text), ({ end }) => unitAt(text, end));
+  const unitOf = foundIn(text).map(({ end }) => unitAt(text, end));
   const at = differing.find((place) => units.has(unitOf[place])) ?? differing[0];
   let [low, high] = [Infinity, -Infinity];
   for (const row of rows) {

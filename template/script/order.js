@@ -1,5 +1,6 @@
 // The order of the lines within their branches, and all lines of the page in one list.
 
+import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
 import { foldedOf, Item } from "./item.js";
 import { sizesOf } from "./numbers.js";
@@ -12,15 +13,20 @@ function keyOf(item, name) {
   return item.children.reduce((largest, child) => Math.max(largest, keyOf(child, name)), -1);
 }
 
-const collator = new Intl.Collator(undefined, { numeric: true });
+/** A text by which texts can be compared quickly: numbers stand in the order of their values, ё behind е. */
+const textKeyOf = (item) =>
+  foldedOf(item)
+    .replace(/0*(\d+)/g, (_, digits) => String.fromCharCode(0x30 + digits.length) + digits)
+    .replaceAll("ё", "е\uffff");
 
 function sorted(items, order) {
   if (order === "page") return items.toSorted((a, b) => a.number - b.number);
   if (order === "text") {
-    return items.toSorted((a, b) => collator.compare(foldedOf(a), foldedOf(b)) || a.number - b.number);
+    for (const item of items) item.key = textKeyOf(item);
+    return items.toSorted((a, b) => (a.key < b.key ? -1 : a.key > b.key ? 1 : a.number - b.number));
   }
-  const keys = new Map(items.map((item) => [item, keyOf(item, order)]));
-  return items.toSorted((a, b) => keys.get(b) - keys.get(a) || a.number - b.number);
+  for (const item of items) item.key = keyOf(item, order);
+  return items.toSorted((a, b) => b.key - a.key || a.number - b.number);
 }
 
 /** Puts the rows that are in the page into the order of their items. */
@@ -57,12 +63,20 @@ export function makeFlatModel({ records, isItemPage }) {
   const lines = records.map((record, index) => {
     const line = new Item(tree);
     line.setLine(record.style, record.markup);
-    for (const name of ["kind", "text", "folded", "numbers", "sizes"]) line[name] = record[name];
     line.origin = record;
     line.number = line.index = index;
     tree.add(line);
     return line;
   });
-  tree.total = lines.length;
-  return { items: lines, trees: [tree], branches: [tree], lines, records: lines, isItemPage, isFlat: true };
+  const model = {
+    items: lines,
+    trees: [tree],
+    branches: [tree],
+    lines,
+    records: lines,
+    isItemPage,
+    isFlat: true,
+  };
+  countTotals(model);
+  return model;
 }

@@ -46,7 +46,7 @@ function writeAlikeAttributes(item) {
   writeAttribute(element, "data-times", times && `×${item.times}`);
   writeAttribute(caption, "data-alike", times);
   writeAttribute(element, "aria-label", times && `${times}: ${textOf(item)}`);
-  item.height = 0;
+  item.height = undefined;
 }
 
 /** Writes those of the rows of a branch from `first` to the one before `last`. */

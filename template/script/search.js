@@ -49,7 +49,7 @@ function fieldTest(field, value) {
     return at < 0 ? () => false : ({ kind }) => kind === kinds[at];
   }
   if (/^(?:item|объект)$/.test(field)) return /^-?\d+$/.test(value) ? linksTo(value) : () => false;
-  return ({ origin }) => treeOf(origin).stage === Number(value);
+  return (line) => treeOf(line).stage === Number(value);
 }
 
 const comparisons = {
@@ -72,7 +72,8 @@ function numberTest({ label, compare, bound, low, high }) {
     return (line) => sizesOf(line).ratio >= 0 && holds(sizesOf(line).ratio);
   const own = fold(label);
   const numbersBeside = numbersBesideOf(escapePattern(label));
-  return (line) => line.folded.includes(own) && numbersBeside(line).some(holds);
+  return (line) =>
+    line.folded.includes(own) && numbersOf(line).some(holds) && numbersBeside(line).some(holds);
 }
 
 /**
@@ -136,24 +137,23 @@ export class Query {
       : this.terms.filter(({ excluded, mark }) => mark && !excluded).map(({ mark }) => mark);
   }
 
-  /** Gives the expressions that ran apart their answers, for each line by its place in `lines`; null: none in time. */
-  answer(answers, lines) {
+  /** Gives the expressions that ran apart their answers, for each record by its place; null: none in time. */
+  answer(answers, records) {
     this.state = answers.includes(null) ? "slow" : "";
     this.apart.forEach((term, at) => {
-      const found = new Set(lines.filter((_, place) => answers[at]?.[place]));
-      term.test = (line) => found.has(line);
+      const found = new Set(records.filter((_, place) => answers[at]?.[place]));
+      term.test = (record) => found.has(record);
     });
   }
 
   /** Works out which of the lines match, those that do already; gives up when that takes too long. */
-  match(lines, branches) {
+  match({ records, branches }) {
     this.#markCaptions(branches);
     const end = performance.now() + wholeTime;
-    lines.forEach((line, at) => {
-      if (this.state || !line.matches) return;
-      line.matches = this.#holds(line);
+    for (let at = 0; at < records.length && !this.state; ++at) {
+      if (records[at].matches) this.#matchRecord(records[at]);
       if (at % checkedLines === 0 && performance.now() > end) this.state = "slow";
-    });
+    }
   }
 
   /** Finds which captions hold what is searched, for the lines below them. */
@@ -168,11 +168,20 @@ export class Query {
     }
   }
 
-  #holds(line) {
-    foldedOf(line);
-    const hits = line.origin.parent.captionHits;
+  /** The places of a record differ in the captions around them only. */
+  #matchRecord(record) {
+    foldedOf(record);
+    const { captionHits } = record.parent;
+    record.matches = this.#holds(record, captionHits);
+    for (const repeat of record.repeats) {
+      const own = repeat.parent.captionHits;
+      repeat.matches = own === captionHits ? record.matches : this.#holds(record, own);
+    }
+  }
+
+  #holds(record, hits) {
     return this.terms.every(
-      ({ test, excluded, caption }) => (test(line) || hits.includes(caption)) !== excluded,
+      ({ test, excluded, caption }) => (test(record) || hits.includes(caption)) !== excluded,
     );
   }
 }

@@ -49,8 +49,9 @@ export class View {
     }
     this.#setMode("near");
     main.tabIndex = -1;
-    this.heights = new Heights(model, main);
     this.width = main.clientWidth;
+    if (model.heights?.width !== this.width) model.heights = new Heights(model, main);
+    this.heights = model.heights;
   }
 
   /** Shows the rows of another model, and puts away those of the one before. */

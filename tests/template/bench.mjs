@@ -1,18 +1,24 @@
 // Times of long pages, at once after the load and settled, beside the same pages without the template's style and
-// script: node bench.mjs [LINES] [POINTS]
+// script and beside a test report of the same lines: node bench.mjs [LINES POINTS]
 
-import { launch, open, settle } from "./browser.mjs";
+import { browserName, launch, open, settle } from "./browser.mjs";
 import { makeLines, makeRun } from "./fixtures.mjs";
 import { bodyOf, pageOf, writePage } from "./pages.mjs";
+import { reportOf } from "./peer.mjs";
 
-const total = Number(process.argv[2] ?? 100000);
-const points = Number(process.argv[3] ?? Math.max(5, total / 20));
-const rounds = 10;
+const [lines, points] = process.argv.slice(2).map(Number);
+const sizes = lines
+  ? [{ total: lines, points: points || Math.max(5, lines / 20) }]
+  : [
+      { total: 100000, points: 5000 },
+      { total: 100000, points: 100000 },
+      { total: 1000000, points: 50000, layouts: ["grouped"], rounds: 2 },
+    ];
 const printedLines = 10000;
 const plainTemplate = `<!DOCTYPE html><meta charset="utf-8"><title>plain</title><body><div></div></body>`;
 // A page of a million lines takes a busy machine minutes.
 const patience = 600000;
-const acts = ["key", "number", "error", "kind", "sort", "unfold", "copy"];
+const acts = ["first key", "key", "number", "error", "kind", "sort", "unfold", "copy", "end"];
 
 /** Runs in the page before its script: times acts from the first frame after the load on. */
 function prepare() {
@@ -39,8 +45,19 @@ function prepare() {
     document.querySelector("#menus button").click();
     document.querySelector("[role=menuitem]").click();
   };
+  // A very long page waits for a pause in typing, and with that the time ends.
+  const isWhole = (words) => () =>
+    new Promise((done) => {
+      const shown = document.querySelector("#shown");
+      const before = shown.textContent;
+      const watcher = new MutationObserver(() => done(watcher.disconnect()));
+      watcher.observe(shown, { childList: true, characterData: true, subtree: true });
+      type(words)();
+      if (shown.textContent !== before) done(watcher.disconnect());
+    });
   window.measure = async () => {
-    const key = await typed(["н", "не", "нев", "невя", "невязка", "невязка -12", ""]);
+    const first = await timed(isWhole("н"));
+    const key = await typed(["не", "нев", "невя", "невязка", "невязка -12", ""]);
     const number = await typed([">80", "мм>80", ""]);
     const error = Math.max(await timed(press("e")), await timed(press("e")));
     const kind = await timed(() => document.querySelector("[data-kind=message]").click());
@@ -51,7 +68,8 @@ function prepare() {
     window.getSelection().selectAllChildren(document.querySelector("main"));
     const copy = await timed(() => document.execCommand("copy"));
     window.getSelection().removeAllRanges();
-    return { key, number, error, kind, sort, unfold: time, copy };
+    const end = await timed(press("End"));
+    return { "first key": first, key, number, error, kind, sort, unfold: time, copy, end };
   };
   window.addEventListener("load", () => {
     window.early = frames().then(async () => {
@@ -81,15 +99,31 @@ async function measureAtOnce(browser, address) {
   return times;
 }
 
-async function measureSettled(browser, address) {
+async function measureSettled(browser, address, rounds) {
   const page = await openPage(browser, address);
   const { load } = await page.evaluate(() => window.early);
   await page.waitForTimeout(5000);
-  const memory = await page.evaluate(() => performance.memory.usedJSHeapSize / 1e6);
   const rows = [];
   for (let round = 0; round < rounds; ++round) rows.push(await page.evaluate(() => window.measure()));
+  const memory = await memoryOf(page);
   await page.context().close();
   return { load, ...worst(rows), memory };
+}
+
+async function measureLoad(browser, address) {
+  const page = await openPage(browser, address);
+  const { load } = await page.evaluate(() => window.early);
+  const memory = await memoryOf(page);
+  await page.context().close();
+  return { load, memory };
+}
+
+/** Megabytes of the script's objects, without what can go. */
+async function memoryOf(page) {
+  if (browserName !== "chromium") return undefined;
+  const session = await page.context().newCDPSession(page);
+  await session.send("HeapProfiler.collectGarbage");
+  return page.evaluate(() => performance.memory.usedJSHeapSize / 1e6);
 }
 
 async function printTime(browser, address) {
@@ -101,29 +135,47 @@ async function printTime(browser, address) {
   return performance.now() - start;
 }
 
-const show = (value) => (value === undefined ? "-" : Math.round(value)).toString().padStart(9);
-const row = (name, times) =>
-  console.log(name.padEnd(18), ...["load", ...acts, "memory"].map((act) => show(times[act])));
+const columns = ["load", ...acts, "memory"];
+const show = (value) => (value === undefined ? "-" : Math.round(value)).toString().padStart(10);
+const row = (name, times) => console.log(name.padEnd(18), ...columns.map((column) => show(times[column])));
 
-const browser = await launch();
-try {
-  console.log(`${total} lines, ${points} points; the worst of ${rounds}, in ms; memory: script, MB`);
-  console.log("".padEnd(18), ...["load", ...acts, "memory"].map((name) => name.padStart(9)));
-  for (const layout of ["grouped", "staged", "flat"]) {
-    const address = pageOf(layout, makeRun(layout, total, makeLines(total, { items: points })));
+async function measureSize(
+  browser,
+  { total, points: items, layouts = ["grouped", "staged", "flat"], rounds = 10 },
+) {
+  console.log(`\n${total} lines, ${items} points; the worst of ${rounds}`);
+  console.log("".padEnd(18), ...columns.map((name) => name.padStart(10)));
+  for (const layout of layouts) {
+    const address = pageOf(layout, makeRun(layout, total, makeLines(total, { items })));
     const first = [];
     for (let round = 0; round < rounds; ++round) first.push(await measureAtOnce(browser, address));
     row(`${layout} at once`, worst(first));
-    row(`${layout} settled`, await measureSettled(browser, address));
+    row(`${layout} settled`, await measureSettled(browser, address, rounds));
     if (total > 100000) continue;
-    const plain = await openPage(browser, writePage(`plain-${layout}`, bodyOf(layout), plainTemplate));
-    row(`${layout} plain`, await plain.evaluate(() => window.early));
-    await plain.context().close();
+    const plain = writePage(`plain-${layout}`, bodyOf(layout), plainTemplate);
+    row(`${layout} plain`, await measureLoad(browser, plain));
   }
-  const printed = pageOf("printed", makeRun("flat", printedLines));
-  const plain = writePage("printed-plain", bodyOf("printed"), plainTemplate);
-  const times = [await printTime(browser, printed), await printTime(browser, plain)];
-  console.log(`print of ${printedLines} lines: ${show(times[0])}, plain ${show(times[1])}`);
+  if (total <= 100000) row("mochawesome", await measureLoad(browser, reportOf(makeLines(total, { items }))));
+}
+
+async function measurePrint(browser) {
+  console.log(`\nprint of ${printedLines} lines, and plain`);
+  for (const layout of ["grouped", "staged", "flat"]) {
+    const printed = pageOf(`printed-${layout}`, makeRun(layout, printedLines));
+    const plain = writePage(`printed-plain-${layout}`, bodyOf(`printed-${layout}`), plainTemplate);
+    console.log(
+      layout.padEnd(18),
+      show(await printTime(browser, printed)),
+      show(await printTime(browser, plain)),
+    );
+  }
+}
+
+const browser = await launch();
+try {
+  console.log(`Times in ms to the second frame after the act; memory: the script's, in MB; ${browserName}`);
+  for (const size of sizes) await measureSize(browser, size);
+  if (browserName === "chromium") await measurePrint(browser);
 } finally {
   await browser.close();
 }

@@ -1,6 +1,6 @@
 // The browser under test, and what the tests ask of a page in it.
 
-import { chromium } from "playwright-core";
+import { chromium, firefox } from "playwright-core";
 
 const switches = [
   "--headless=new",
@@ -13,7 +13,20 @@ const switches = [
   "--disable-sync",
 ];
 
-const executablePath = process.env.CHROMIUM ?? "/usr/bin/chromium";
+/** The browser that the environment names: "chromium", or "firefox", which is driven by WebDriver BiDi. */
+export const browserName = process.env.BROWSER ?? "chromium";
+const browsers = {
+  chromium: {
+    type: chromium,
+    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+    args: switches,
+  },
+  firefox: {
+    type: firefox,
+    executablePath: process.env.FIREFOX ?? "/usr/bin/firefox-esr",
+    channel: "moz-firefox",
+  },
+};
 const startLimit = 20000;
 // A page of 100,000 lines takes a busy machine some seconds.
 const actLimit = 30000;
@@ -21,10 +34,13 @@ const addressLimit = 5000;
 
 /** Starts the browser; it has answered with its address, or the error says why not. */
 export async function launch() {
+  const { type, ...options } = browsers[browserName];
   try {
-    return await chromium.launch({ executablePath, args: switches, timeout: startLimit });
+    return await type.launch({ ...options, timeout: startLimit });
   } catch (error) {
-    throw new Error(`${executablePath} did not start within ${startLimit / 1000} s: ${error.message}`);
+    throw new Error(
+      `${options.executablePath} did not start within ${startLimit / 1000} s: ${error.message}`,
+    );
   }
 }
 

@@ -62,6 +62,57 @@ describe("numbers", () => {
       await page.context().close();
     });
 
+  // What an older version has written, and what one writes that spells numbers as the language does.
+  const spellings = {
+    plain: ["-95.5 мм", "80.5 мм", "12345.5 м", "+3.25 мм", "0.7″"],
+    Russian: ["\u221295,5\u00a0мм", "80,5\u00a0мм", "12\u00a0345,5\u00a0м", "+3,25\u202fмм", "0,7\u00a0″"],
+  };
+  for (const [name, values] of Object.entries(spellings)) {
+    const lines = values.map((value, at) => ({
+      kind: "error",
+      text: `Ход ${at + 1}: невязка ${value}, допуск ±${values[3].replace("+", "")}`,
+    }));
+    const run = makeRun("flat", 0, lines);
+    const visible = async (page) =>
+      (await visibleLines(page)).map((text) => Number(/Ход (\d)/.exec(text)[1]));
+
+    test(`are understood in the ${name} spelling`, async () => {
+      const page = await open(browser, pageOf(`spelled-${name}`, run));
+      const found = {
+        "<-90": [1],
+        "=-95,5": [1],
+        "=-95.5": [1],
+        "=\u221295,5": [1],
+        "мм>80": [2],
+        "мм<-95": [1],
+        "м>12345": [3],
+        "12345..12346": [3],
+        "ratio=1": [4],
+        "ratio>24": [1, 2],
+        "допуск=3,25 >80": [2, 3],
+        "невязка>80": [2, 3],
+      };
+      for (const [query, expected] of Object.entries(found)) {
+        await search(page, query);
+        assert.deepEqual(await visible(page), expected, query);
+      }
+      await page.context().close();
+    });
+
+    test(`give the same order, histogram and alike lines in the ${name} spelling`, async () => {
+      const page = await open(browser, pageOf(`spelled-${name}`, run));
+      await page.locator("#chart").waitFor();
+      assert.equal(await page.locator("#chart b").textContent(), "Сверх допуска: 2 из 3");
+      await press(page, "s");
+      assert.deepEqual(await visible(page), [1, 2, 4, 3, 5]);
+      await press(page, "s");
+      await page.locator("#alike").click();
+      assert.equal(await page.locator("[data-alike]").getAttribute("data-alike"), `×3  -95,5 … 80,5\u00a0мм`);
+      assert.equal((await visible(page))[0], 1);
+      await page.context().close();
+    });
+  }
+
   test("that are not typed to the end hide nothing", async () => {
     const page = await open(browser, pageOf("measured", measuredRun));
     for (const query of [">", "мм>", "12..", "v="]) {
@@ -315,6 +366,22 @@ describe("the histogram", () => {
     await page.locator("#chart [data-bar]").nth(4).focus();
     await press(page, "Enter");
     assert.deepEqual(await visibleLines(page), [measured[5]]);
+    await page.context().close();
+  });
+
+  test("takes a line that reaches its limit for one that holds it", async () => {
+    const lines = [10, 10.1, 9].map((value) => ({
+      kind: "error",
+      text: `Невязка ${value} мм, допуск 10 мм`,
+    }));
+    const page = await open(browser, pageOf("reached", makeRun("flat", 0, lines)));
+    await page.locator("#chart").waitFor();
+    assert.equal(await page.locator("#chart b").textContent(), "Сверх допуска: 1 из 3");
+    await page.locator("#chart [data-bar]").nth(3).click();
+    assert.equal(await page.locator("#query").inputValue(), "отношение>=0,75 отношение<=1");
+    assert.equal((await shown(page))[0], 2);
+    await page.locator("#chart [data-bar]").nth(4).click();
+    assert.equal((await shown(page))[0], 1);
     await page.context().close();
   });
 

@@ -60,6 +60,9 @@ export function bodyOf(name) {
 /** How many rows of lines the library wrote into a page. */
 export const writtenRows = (name) => bodyOf(name).split('<li class="Node ExpandLeaf').length - 1;
 
+/** Where another program may write a page of this name. */
+export const reserveFile = (name) => ({ directory: folder, name, address: addressOf(name) });
+
 /** Writes a whole page; answers its address. */
 export function writeFile(name, text) {
   fs.writeFileSync(fileOf(name), text);
