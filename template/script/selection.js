@@ -9,10 +9,11 @@ function rowAt(view, model, container, offset, isEnd) {
   if (row) return row;
   const first = firstRow(model);
   if (!first) return null;
-  const isBehind = (item) =>
-    Boolean(item.element.compareDocumentPosition(child || container) & Node.DOCUMENT_POSITION_FOLLOWING);
-  if (isEnd) return isBehind(first) ? lastRow(model) : null;
-  return isBehind(first) ? null : first;
+  const position = first.element.compareDocumentPosition(child || container);
+  const isAround = Boolean(child) && (position & Node.DOCUMENT_POSITION_CONTAINS) !== 0;
+  const isBehind = (position & Node.DOCUMENT_POSITION_FOLLOWING) !== 0;
+  if (isEnd) return isBehind || isAround ? lastRow(model) : null;
+  return isBehind ? null : first;
 }
 
 /** What is selected of a row: all of it, or up to where the selection ends in it. */

@@ -32,6 +32,9 @@ const startLimit = 20000;
 const actLimit = 30000;
 const addressLimit = 5000;
 
+/** For tests of what the driver of Firefox does not see. */
+export const chromiumOnly = browserName === "chromium" ? {} : { skip: "seen in Chromium only" };
+
 /** Starts the browser; it has answered with its address, or the error says why not. */
 export async function launch() {
   const { type, ...options } = browsers[browserName];

@@ -1,7 +1,7 @@
 import assert from "node:assert/strict";
 import fs from "node:fs";
 import { after, before, describe, test } from "node:test";
-import { choose, launch, open, places, search, settle, shown } from "./browser.mjs";
+import { choose, chromiumOnly, launch, open, places, search, settle, shown } from "./browser.mjs";
 import { makeLines, makeRun } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 import { pdfText } from "./pdftext.mjs";
@@ -86,7 +86,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("can be saved as CSV with byte order mark, quotes and CRLF", async () => {
+  test("can be saved as CSV with byte order mark, quotes and CRLF", chromiumOnly, async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
     const { name, bytes } = await saved(page, "Сохранить как CSV");
@@ -107,7 +107,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("names the items as a browser reads their links", async () => {
+  test("names the items as a browser reads their links", chromiumOnly, async () => {
     const link = (id, name) =>
       `<a href="survey://locate-item?type=LevellingPoint&amp;id=${id}&amp;project=x">${name}</a>`;
     const text = `Пункты ${link(7, "Рп 7")} и ${link(-8, "Рп &lt;8>")}`;
@@ -127,7 +127,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("quotes commas, quotes and line breaks in CSV", async () => {
+  test("quotes commas, quotes and line breaks in CSV", chromiumOnly, async () => {
     const page = await open(browser, fixture("flat"));
     await page.evaluate(() => {
       document.querySelector("li.ExpandLeaf > .Content").textContent = 'a,"b"\nc';
@@ -137,7 +137,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("guards what a spreadsheet would take for a formula in CSV", async () => {
+  test("guards what a spreadsheet would take for a formula in CSV", chromiumOnly, async () => {
     const texts = ["=1+2", "+7 мм", "-cmd|' /C calc'!A0", "@SUM(A1)", "невязка = 3"];
     const formulas = texts.map((text) => ({ kind: "error", text }));
     const page = await open(browser, pageOf("formulas", makeRun("flat", 0, formulas)));
@@ -147,7 +147,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("can be saved as JSON", async () => {
+  test("can be saved as JSON", chromiumOnly, async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
     const { bytes } = await saved(page, "Сохранить как JSON");
@@ -167,7 +167,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("takes folded alike lines one by one", async () => {
+  test("takes folded alike lines one by one", chromiumOnly, async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
     await page.locator("#alike").click();
@@ -202,7 +202,7 @@ describe("what is visible", () => {
 });
 
 describe("print", () => {
-  test("holds every visible line and none that is hidden, and states the filter", async () => {
+  test("holds every visible line and none that is hidden, and states the filter", chromiumOnly, async () => {
     const page = await openFiltered();
     await choose(page, "Ветви", "Развернуть всё");
     const count = await places(page);
@@ -218,7 +218,7 @@ describe("print", () => {
     await page.context().close();
   });
 
-  test("is light, and shows no controls", async () => {
+  test("is light, and shows no controls", chromiumOnly, async () => {
     const page = await openFiltered({ colorScheme: "dark" });
     await page.emulateMedia({ media: "print", colorScheme: "dark" });
     await settle(page);

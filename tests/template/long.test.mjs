@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, launch, open, places, search, settle, shown } from "./browser.mjs";
+import { choose, chromiumOnly, launch, open, places, search, settle, shown } from "./browser.mjs";
 import { makeRun, recordsOf } from "./fixtures.mjs";
 import { bodyOf, pageOf, writePage, writtenRows } from "./pages.mjs";
 import { pdfText } from "./pdftext.mjs";
@@ -367,7 +367,7 @@ test("scroll height is near to that of the plain layout", async () => {
   }
 });
 
-test("every visible line of a long page is printed", async () => {
+test("every visible line of a long page is printed", chromiumOnly, async () => {
   const page = await open(browser, pageOf("printed", makeRun("grouped", 3000)));
   await choose(page, "Ветви", "Развернуть всё");
   await search(page, "невязка");

@@ -1,6 +1,6 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { addressHolds, choose, launch, open, search, shown } from "./browser.mjs";
+import { addressHolds, choose, chromiumOnly, launch, open, search, shown } from "./browser.mjs";
 import { makeLines, makeRun, runs } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -97,7 +97,7 @@ describe("closed branches", () => {
 });
 
 describe("the address", () => {
-  test("names the line and the filters, and restores both", async () => {
+  test("names the line and the filters, and restores both", chromiumOnly, async () => {
     const page = await visit("grouped");
     await page.locator("[data-kind=message]").click();
     await search(page, 'пункта "один раз"');
@@ -225,7 +225,7 @@ describe("the tree for assistive software", () => {
       await page.context().close();
     });
 
-  test("names the kind of a line", async () => {
+  test("names the kind of a line", chromiumOnly, async () => {
     const page = await visit("flat");
     const session = await page.context().newCDPSession(page);
     const { nodes } = await session.send("Accessibility.getFullAXTree");
@@ -442,7 +442,7 @@ describe("item links", () => {
         link.closest("li").dispatchEvent(new KeyboardEvent("keydown", { key: "Enter", bubbles: true })),
     ],
   ])
-    test(`give the exact address to the system each time, by ${device}`, async () => {
+    test(`give the exact address to the system each time, by ${device}`, chromiumOnly, async () => {
       const page = await visit("staged");
       await page.locator("[data-kind=warning]").click();
       const line = page.locator("li.ExpandLeaf:has(> .error)").first();
@@ -462,7 +462,7 @@ describe("item links", () => {
       await page.context().close();
     });
 
-  test("of a line with several are chosen from a menu", async () => {
+  test("of a line with several are chosen from a menu", chromiumOnly, async () => {
     const page = await visit("flat");
     const line = page.locator("li.ExpandLeaf:has(a + a)").first();
     const hrefs = await line

@@ -2,7 +2,7 @@ import assert from "node:assert/strict";
 import fs from "node:fs";
 import { after, before, describe, test } from "node:test";
 import { fileURLToPath } from "node:url";
-import { choose, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
+import { choose, chromiumOnly, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
 import { makeLines, makeRun, recordsOf, runAround, runs } from "./fixtures.mjs";
 import { bodyOf, fixture, pageOf, writeFile, writePage, writtenRows } from "./pages.mjs";
 
@@ -465,21 +465,25 @@ describe("a page that the browser has saved with what the script did to it", () 
     await page.context().close();
   });
 
-  test("in one file holds every line, those in folded branches and out of view as well", async () => {
-    const run = makeRun("staged", 3000);
-    const page = await open(browser, pageOf("saved-single", run));
-    await page.locator("[data-kind=message]").click();
-    const session = await page.context().newCDPSession(page);
-    const { data } = await session.send("Page.captureSnapshot", { format: "mhtml" });
-    const address = writeFile("saved-single-again", data).replace(/html$/, "mhtml");
-    fs.renameSync(fileURLToPath(address.replace(/mhtml$/, "html")), fileURLToPath(address));
-    const again = await open(browser, address);
-    const text = await again.evaluate(() => document.body.innerText);
-    for (const { text: line } of recordsOf(run).filter((_, at) => at % 50 === 0))
-      for (const part of line.split("\n")) assert.ok(text.replace(/<[^>]*>/g, "").includes(part), part);
-    await again.context().close();
-    await page.context().close();
-  });
+  test(
+    "in one file holds every line, those in folded branches and out of view as well",
+    chromiumOnly,
+    async () => {
+      const run = makeRun("staged", 3000);
+      const page = await open(browser, pageOf("saved-single", run));
+      await page.locator("[data-kind=message]").click();
+      const session = await page.context().newCDPSession(page);
+      const { data } = await session.send("Page.captureSnapshot", { format: "mhtml" });
+      const address = writeFile("saved-single-again", data).replace(/html$/, "mhtml");
+      fs.renameSync(fileURLToPath(address.replace(/mhtml$/, "html")), fileURLToPath(address));
+      const again = await open(browser, address);
+      const text = await again.evaluate(() => document.body.innerText);
+      for (const { text: line } of recordsOf(run).filter((_, at) => at % 50 === 0))
+        for (const part of line.split("\n")) assert.ok(text.replace(/<[^>]*>/g, "").includes(part), part);
+      await again.context().close();
+      await page.context().close();
+    },
+  );
 });
 
 test("a text that comes in pieces is read whole", async () => {
