@@ -1,6 +1,17 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { allLines, choose, launch, open, places, search, settle, shown, visibleLines } from "./browser.mjs";
+import {
+  allLines,
+  browserName,
+  choose,
+  launch,
+  open,
+  places,
+  search,
+  settle,
+  shown,
+  visibleLines,
+} from "./browser.mjs";
 import { linkTo, makeRun, point, recordsOf, runs } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -14,7 +25,11 @@ async function openUnfolded(name) {
   return page;
 }
 
-const toggle = (page, kind) => page.locator(`[data-kind=${kind}]`).click();
+// The driver of Firefox scrolls the page to where the bar would stand before it clicks.
+const toggle = (page, kind) => {
+  const button = page.locator(`[data-kind=${kind}]`);
+  return browserName === "chromium" ? button.click() : button.dispatchEvent("click");
+};
 
 describe("kinds", () => {
   test("toggles hide the lines of their kind and count what is shown", async () => {
