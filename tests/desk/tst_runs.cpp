@@ -24,6 +24,7 @@ private Q_SLOTS:
 
     void compileOfEmptyProject();
     void compileWithoutLengthsTakesThreeSigma();
+    void toleranceItselfIsNotExceeded();
     void compileMakesLoopsOfMeans();
     void compileWithoutSurplusWarns();
     void compileNamesLonelyBenchmark();
@@ -113,6 +114,17 @@ void TestRuns::compileWithoutLengthsTakesThreeSigma()
     QVERIFY(has("error:Повторные измерения [50:s0], [51:s1]: расхождение 10,00\u00A0мм, больше допуска "
                 "8,49\u00A0мм"));
     QVERIFY(monitor.lines.filter(QStringLiteral("Полигон")).isEmpty());
+}
+
+void TestRuns::toleranceItselfIsNotExceeded()
+{
+    const int a = addPoint("A", 10.0);
+    const int b = addPoint("B");
+    addSection(a, b, 1.0, 1.0);
+    addSection(b, a, -1.02, 1.0);
+    runCompile(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has(
+        "message:Прямой и обратный ход [50:s0], [51:s1]: расхождение 20,00\u00A0мм, допуск 20,00\u00A0мм"));
 }
 
 void TestRuns::compileMakesLoopsOfMeans()

@@ -16,6 +16,8 @@ namespace {
 
 // Limit of a misclosure whose line has no length, in standard deviations of it.
 constexpr double kSigmaLimit = 3.0;
+// Differences of whole tenths of a millimetre are not quite such in binary numbers, mm.
+constexpr double kRounding = 1e-6;
 
 using levelling::Component;
 using levelling::Loop;
@@ -150,11 +152,12 @@ private:
         const double limit = repeated.length
                                  ? getToleranceFactor(levellingClass) * std::sqrt(*repeated.length)
                                  : kSigmaLimit * repeated.discrepancySigma;
+        const bool isExceeded = repeated.discrepancy > limit + kRounding;
         const QString text =
             Desk::tr("%1 %2: расхождение %3\u00A0мм, %4")
                 .arg(kind, lines.listSections(sections), numbers::fixed(repeated.discrepancy, 2),
-                     describeLimit(repeated.discrepancy > limit, numbers::fixed(limit, 2)));
-        write(repeated.discrepancy > limit, text);
+                     describeLimit(isExceeded, numbers::fixed(limit, 2)));
+        write(isExceeded, text);
     }
 
     static QString describeLimit(bool isExceeded, const QString& limit)
@@ -192,7 +195,7 @@ private:
         const double limit = tolerance.value_or(kSigmaLimit * loop.sigma);
         const QString length = loop.length ? Desk::tr("длина %1\u00A0км").arg(numbers::length(*loop.length))
                                            : Desk::tr("длина не задана");
-        const bool isExceeded = std::abs(loop.misclosure) > limit;
+        const bool isExceeded = std::abs(loop.misclosure) > limit + kRounding;
         const bool isClosed = loop.points.front() == loop.points.back();
         const QString text =
             Desk::tr("%1 %2: невязка %3\u00A0мм, %4, %5; секции: %6")
