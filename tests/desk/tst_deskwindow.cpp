@@ -580,7 +580,7 @@ void TestDeskWindow::urisAreFollowed_data()
     QTest::addColumn<UriFollower::Answer>("answer");
     const auto taken = UriFollower::Answer::Taken;
     const auto other = UriFollower::Answer::OtherProject;
-    const auto not_ = UriFollower::Answer::NotUnderstood;
+    const auto declined = UriFollower::Answer::NotUnderstood;
     const QString project = QStringLiteral("&project=two-benchmarks");
     QTest::newRow("item") << QStringLiteral("orvel://locate-item?type=LevellingPoint&id=1000003") + project
                           << taken;
@@ -593,15 +593,18 @@ void TestDeskWindow::urisAreFollowed_data()
     QTest::newRow("no project") << "orvel://locate-item?id=1000003" << other;
     QTest::newRow("no such protocol")
         << QStringLiteral("orvel://generate-protocol?id=%1").arg(int(enums::CalcTacheometry)) + project
-        << not_;
-    QTest::newRow("no id") << QStringLiteral("orvel://locate-item?type=LevellingPoint") + project << not_;
-    QTest::newRow("id is no number") << QStringLiteral("orvel://generate-protocol?id=abc") + project << not_;
+        << declined;
+    QTest::newRow("no id") << QStringLiteral("orvel://locate-item?type=LevellingPoint") + project << declined;
+    QTest::newRow("id is no number") << QStringLiteral("orvel://generate-protocol?id=abc") + project
+                                     << declined;
     QTest::newRow("report beyond 32 bits")
         << QStringLiteral("orvel://generate-report?id=%1").arg(qint64(kHeightCatalogue) + (qint64(1) << 32)) +
                project
-        << not_;
-    QTest::newRow("unknown command") << QStringLiteral("orvel://delete-item?id=1000003") + project << not_;
-    QTest::newRow("another scheme") << QStringLiteral("survey://locate-item?id=1000003") + project << not_;
+        << declined;
+    QTest::newRow("unknown command") << QStringLiteral("orvel://delete-item?id=1000003") + project
+                                     << declined;
+    QTest::newRow("another scheme") << QStringLiteral("survey://locate-item?id=1000003") + project
+                                    << declined;
 }
 
 void TestDeskWindow::urisAreFollowed()

@@ -145,7 +145,8 @@ void TestRunInterruption::stoppedAtAnyMoment()
         QVERIFY(window->getMonitor().waitForFinished());
         QVERIFY(!window->isRunWorking());
         const auto count = window->getDocument().getPoints().size();
-        QVERIFY(count == kSide * kSide || (count == 0 && window->getMonitor().wasInterrupted()));
+        QVERIFY(count == static_cast<std::size_t>(kSide) * kSide ||
+                (count == 0 && window->getMonitor().wasInterrupted()));
         // The project is as usable as before.
         QVERIFY(isActionEnabled(*window, QStringLiteral("Импорт сети…")));
     }

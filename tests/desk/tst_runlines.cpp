@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <numeric>
+
 using namespace orvel::desk;
 using namespace orvel::test;
 
@@ -72,9 +74,8 @@ void TestRunLines::nameThatLooksLikeAnIdIsNone()
 
 void TestRunLines::longListsAreCutOff()
 {
-    std::vector<int> points;
-    for (int i = 0; i < 60; ++i)
-        points.push_back(i);
+    std::vector<int> points(60);
+    std::iota(points.begin(), points.end(), 0);
     RunLines lines(monitor, snapshot);
     const QString list = lines.listPoints(points);
     QVERIFY(list.startsWith(QStringLiteral("[100:P0], [101:P1], ")));

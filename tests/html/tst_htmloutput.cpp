@@ -71,7 +71,7 @@ void TestHtmlOutput::keepsNoMoreThanAPieceInMemory()
     const QByteArray line("<li>line</li>\n");
     for (int i = 1; i <= 100000; ++i) {
         html << QLatin1String(line);
-        QVERIFY(i * line.size() - file.size() < 100000);
+        QVERIFY(static_cast<qint64>(i) * line.size() - file.size() < 100000);
     }
     html.flush();
     QCOMPARE(file.data(), line.repeated(100000));

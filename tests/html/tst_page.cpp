@@ -841,6 +841,7 @@ void TestPage::longPageIsTheSameInAFile()
     ProtocolFixture f;
     f.writeTemplate("<div></div>");
     std::vector<COVMessage> messages;
+    messages.reserve(40);
     for (int i = 0; i < 40; ++i)
         messages.push_back(makeMessage(enums::Import, COVMessage::Error,
                                        QString(i, QLatin1Char('x')) + QStringLiteral("😀").repeated(3000)));

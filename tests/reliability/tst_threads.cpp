@@ -20,7 +20,7 @@ class TestThreads : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void linesKeepTheirOrderAndNoneIsLost() const;
+    void linesKeepTheirOrderAndNoneIsLost();
 
 private:
     int runs = 60;
@@ -196,7 +196,7 @@ void TestThreads::initTestCase()
         runs = qEnvironmentVariableIntValue("RELIABILITY_RUNS");
 }
 
-void TestThreads::linesKeepTheirOrderAndNoneIsLost() const
+void TestThreads::linesKeepTheirOrderAndNoneIsLost()
 {
     WindowFixture f;
     f.addProtocol();
