@@ -20,10 +20,17 @@ qint64 InputFile::readData(char* data, qint64 size)
     return QFile::readData(data, std::clamp<qint64>(available, 1, size));
 }
 
-/// The line of a pipe through readData().
+/// The line of a pipe, through readData().
 qint64 InputFile::readLineData(char* data, qint64 size)
 {
-    return isSequential() ? QIODevice::readLineData(data, size) : QFile::readLineData(data, size);
+    if (!isSequential())
+        return QFile::readLineData(data, size);
+    qint64 count = 0;
+    while (count < size && getChar(data + count)) {
+        if (data[count++] == '\n')
+            break;
+    }
+    return count;
 }
 
 } // namespace orvel::apps

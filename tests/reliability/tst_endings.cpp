@@ -134,6 +134,9 @@ bool waitForTempFolder(const Place& place)
 
 void TestEndings::initTestCase()
 {
+    // A shell's background job begins with some ignored, and so would the programs.
+    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+        std::signal(number, SIG_DFL);
     if (qEnvironmentVariableIsSet("RELIABILITY_KILLS"))
         kills = qEnvironmentVariableIntValue("RELIABILITY_KILLS");
     if (qEnvironmentVariableIsSet("RELIABILITY_SIGNALS"))

@@ -339,7 +339,7 @@ Lines TestEveryCall::openProject()
 /// All that there are, or in short a few of them.
 std::vector<Failure> TestEveryCall::chooseFailures(const Attempt& whole) const
 {
-    constexpr std::size_t shortCount = 50;
+    constexpr std::size_t shortCount = 30;
     std::vector<Failure> failures;
     for (const bool isLasting : {false, true}) {
         for (const int error : {EIO, ENOSPC, EMFILE}) {
