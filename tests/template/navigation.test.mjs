@@ -298,7 +298,7 @@ describe("the keyboard", () => {
     await page.context().close();
   });
 
-  test("has one tab stop in all trees", async () => {
+  test("has one tab stop in all trees", chromiumOnly, async () => {
     const page = await visit("grouped");
     await page.locator('#lines [tabindex="0"]').focus();
     const start = await focusedId(page);
@@ -475,7 +475,7 @@ describe("item links", () => {
     await page.context().close();
   });
 
-  test("in a caption act and do not fold the branch", async () => {
+  test("in a caption act and do not fold the branch", chromiumOnly, async () => {
     const page = await visit("item");
     const branch = page.locator("li.Node.ExpandOpen").first();
     const link = branch.locator("> .Content a");

@@ -141,7 +141,7 @@ describe("looks", () => {
     await page.context().close();
   });
 
-  test("with forced colours marks and connectors stay", async () => {
+  test("with forced colours marks and connectors stay", chromiumOnly, async () => {
     const page = await open(browser, fixture("grouped"), { forcedColors: "active" });
     const state = await page.evaluate(() => {
       const mark = getComputedStyle(document.querySelector(".ExpandLeaf > .error"), "::before");
@@ -231,7 +231,7 @@ describe("languages", () => {
 });
 
 describe("without", () => {
-  test("script every line is visible, and no control is", async () => {
+  test("script every line is visible, and no control is", chromiumOnly, async () => {
     for (const name of Object.keys(runs).filter((each) => each !== "hostile")) {
       const page = await open(browser, fixture(name), { javaScriptEnabled: false });
       const lines = page.locator("li.ExpandLeaf > .Content");
