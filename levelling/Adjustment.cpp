@@ -244,7 +244,7 @@ private:
         fit.isScaled = network.parameters.sigmaAct == SigmaAct::Aposteriori;
         if (fit.isScaled)
             fit.sigmaScale = *fit.getSigma0();
-        fit.isStudentised = fit.isScaled && fit.redundancy > 1;
+        fit.isStudentised = fit.isScaled && fit.redundancy >= quantiles::kLeastTauRedundancy;
         const auto limit = [&](double probability) {
             return fit.isStudentised ? quantiles::tauLimit(fit.redundancy, probability)
                                      : quantiles::normalLimit(probability);

@@ -438,7 +438,8 @@ public:
         trialShare = quantiles::shareOfEach(error, tests * static_cast<int>(kLookAhead));
         const bool isScaled = searchedNetwork.parameters.sigmaAct == SigmaAct::Aposteriori;
         for (std::size_t part = 0; part < parts.size(); ++part)
-            parts[part].isStudentised = isScaled && getParts()[part].getRedundancy() > 1;
+            parts[part].isStudentised =
+                isScaled && getParts()[part].getRedundancy() >= quantiles::kLeastTauRedundancy;
     }
 
     std::vector<GrossError> errors;
@@ -478,7 +479,7 @@ protected:
     double getExcess(const ResidualSpace& space, std::size_t section, bool isOnTrial) const override
     {
         const Part& part = parts[getPart(section)];
-        if (part.isStudentised && part.redundancy < 2)
+        if (part.isStudentised && part.redundancy < quantiles::kLeastTauRedundancy)
             return 0.0;
         return std::abs(space.getNormalised(section)) / part.getScale() /
                (isOnTrial ? part.trialLimit : part.limit);
@@ -491,7 +492,7 @@ protected:
         Part part = parts[getPart(section)];
         const double normalised = space.getNormalised(section);
         const int rest = part.redundancy - static_cast<int>(kLookAhead);
-        if (!part.isStudentised || rest < 2)
+        if (!part.isStudentised || rest < quantiles::kLeastTauRedundancy)
             return part.isStudentised;
         part.pvv -= static_cast<double>(kLookAhead) * normalised * normalised;
         part.redundancy = rest;
@@ -538,8 +539,9 @@ private:
 
     static double findLimit(const Part& part, double share)
     {
-        return part.isStudentised && part.redundancy > 1 ? quantiles::tauLimit(part.redundancy, share)
-                                                         : quantiles::normalLimit(share);
+        return part.isStudentised && part.redundancy >= quantiles::kLeastTauRedundancy
+                   ? quantiles::tauLimit(part.redundancy, share)
+                   : quantiles::normalLimit(share);
     }
 
     /// The test of the suspect as if it alone had come back.

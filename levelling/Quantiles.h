@@ -20,6 +20,10 @@ double normalLimit(double error);
 /// @param redundancy f, at least 2
 double tauLimit(int redundancy, double error);
 
+/// With fewer degrees of freedom tau says nothing: with one it is always 1, with two it cannot be more than
+/// √2, and the limits of usual levels are that, too, but for the fourth digit.
+constexpr int kLeastTauRedundancy = 3;
+
 /// Of the a posteriori sigma0 over the a priori one: sqrt(chi² / f) at both ends.
 struct RatioLimits
 {

@@ -160,7 +160,7 @@ void OrvelProcessMonitor::onThreadFinished()
         CProcessMonitor::onThreadFinished();
 }
 
-void OrvelProcessMonitor::endProtocol()
+void OrvelProcessMonitor::endProtocol() const
 {
     COrvel& protocol = *getOrvel();
     const WorkBesideWindow beside(protocol);

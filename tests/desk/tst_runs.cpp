@@ -1,9 +1,11 @@
+#include "apps/desk/document/NetworkItems.h"
 #include "apps/desk/runs/AdjustRun.h"
 #include "apps/desk/runs/CompileRun.h"
 #include "apps/desk/runs/ExportRun.h"
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/L1Run.h"
 #include "tests/desk/LineCollector.h"
+#include "tests/levelling/SyntheticNetwork.h"
 #include "tests/support/TestFiles.h"
 
 #include <QTemporaryDir>
@@ -42,6 +44,7 @@ private Q_SLOTS:
     void l1SaysWhenNotUnique();
     void stoppedRunsEndAtOnce();
     void importStopsWhileItReads();
+    void itemsOfANetworkAreMadeUntilTheStop();
     void exportQuotesNames();
     void exportToMissingFolder();
     void everyProblemHasItsSentence_data();
@@ -399,6 +402,25 @@ void TestRuns::importStopsWhileItReads()
         QCOMPARE(stopping.questions, stopAt);
         QCOMPARE(stopping.lines, QStringList());
         QVERIFY(!isTaken);
+    }
+}
+
+void TestRuns::itemsOfANetworkAreMadeUntilTheStop()
+{
+    const levelling::Network network = networks::synthetic(10000, 20000);
+    const NetworkItems known = NetworkItems::make(network, NetworkSnapshot(), 1);
+    int questions = 0;
+    const auto makeUntil = [&](int stopAt) {
+        questions = 0;
+        return NetworkItems::make(network, *known.snapshot, 1, [&] { return ++questions == stopAt; });
+    };
+    QVERIFY(makeUntil(0));
+    // The known items, the new ones and their network are 90,000 steps.
+    const int all = questions;
+    QCOMPARE(all, 90000 / 4096);
+    for (int stopAt = 1; stopAt <= all; ++stopAt) {
+        QVERIFY(!makeUntil(stopAt));
+        QCOMPARE(questions, stopAt);
     }
 }
 

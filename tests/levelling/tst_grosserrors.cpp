@@ -55,49 +55,61 @@ std::set<int> chooseSeparable(const Network& network, int count, std::mt19937& g
     return chosen;
 }
 
-/// The plain sequential test by the book, with dense matrices: the section with the largest test statistic is
-/// left out as long as this exceeds the limit. Point 0 is the benchmark.
-std::set<int> testPlainly(const Network& network)
+/// Those of so many sections that are not left out.
+std::vector<int> listTaken(std::size_t sectionCount, const std::set<int>& leftOut)
+{
+    std::vector<int> taken;
+    for (int index = 0; index < static_cast<int>(sectionCount); ++index) {
+        if (leftOut.count(index) == 0)
+            taken.push_back(index);
+    }
+    return taken;
+}
+
+/// The section with the largest test statistic over the limit, of those that are taken; -1 for none. With
+/// dense matrices; point 0 is the benchmark.
+int findWorst(const Network& network, const std::vector<int>& taken, double share)
 {
     const bool isStudentised = network.parameters.sigmaAct == SigmaAct::Aposteriori;
+    const auto rows = static_cast<Eigen::Index>(taken.size());
+    const auto unknowns = static_cast<Eigen::Index>(network.points.size()) - 1;
+    Eigen::MatrixXd design = Eigen::MatrixXd::Zero(rows, unknowns);
+    Eigen::VectorXd measured(rows);
+    for (Eigen::Index row = 0; row < rows; ++row) {
+        const Section& section =
+            network.sections[static_cast<std::size_t>(taken[static_cast<std::size_t>(row)])];
+        if (section.to > 0)
+            design(row, section.to - 1) += 1.0 / section.sigma;
+        if (section.from > 0)
+            design(row, section.from - 1) -= 1.0 / section.sigma;
+        measured[row] = section.difference * 1000.0 / section.sigma;
+    }
+    const Eigen::LDLT<Eigen::MatrixXd> normal(design.transpose() * design);
+    const Eigen::MatrixXd solved = normal.solve(design.transpose());
+    const Eigen::VectorXd residuals = design * (solved * measured) - measured;
+    const auto redundancy = static_cast<int>(rows - unknowns);
+    const double scale = isStudentised ? std::sqrt(residuals.squaredNorm() / redundancy) : 1.0;
+    double largest = isStudentised ? quantiles::tauLimit(redundancy, share) : quantiles::normalLimit(share);
+    int worst = -1;
+    for (Eigen::Index row = 0; row < rows; ++row) {
+        const double cofactor = 1.0 - design.row(row).dot(solved.col(row));
+        const double statistic = std::abs(residuals[row]) / std::sqrt(cofactor) / scale;
+        if (cofactor > 1e-6 && statistic > largest) {
+            largest = statistic;
+            worst = taken[static_cast<std::size_t>(row)];
+        }
+    }
+    return worst;
+}
+
+/// The plain sequential test by the book: the worst section is left out as long as there is one.
+std::set<int> testPlainly(const Network& network)
+{
     const double share =
         quantiles::shareOfEach(1.0 - network.parameters.confidence, findSectionSeries(network).count);
     std::set<int> leftOut;
     for (;;) {
-        std::vector<int> taken;
-        for (int index = 0; index < static_cast<int>(network.sections.size()); ++index) {
-            if (leftOut.count(index) == 0)
-                taken.push_back(index);
-        }
-        const auto rows = static_cast<Eigen::Index>(taken.size());
-        const auto unknowns = static_cast<Eigen::Index>(network.points.size()) - 1;
-        Eigen::MatrixXd design = Eigen::MatrixXd::Zero(rows, unknowns);
-        Eigen::VectorXd measured(rows);
-        for (Eigen::Index row = 0; row < rows; ++row) {
-            const Section& section =
-                network.sections[static_cast<std::size_t>(taken[static_cast<std::size_t>(row)])];
-            if (section.to > 0)
-                design(row, section.to - 1) += 1.0 / section.sigma;
-            if (section.from > 0)
-                design(row, section.from - 1) -= 1.0 / section.sigma;
-            measured[row] = section.difference * 1000.0 / section.sigma;
-        }
-        const Eigen::LDLT<Eigen::MatrixXd> normal(design.transpose() * design);
-        const Eigen::MatrixXd solved = normal.solve(design.transpose());
-        const Eigen::VectorXd residuals = design * (solved * measured) - measured;
-        const auto redundancy = static_cast<int>(rows - unknowns);
-        const double scale = isStudentised ? std::sqrt(residuals.squaredNorm() / redundancy) : 1.0;
-        double largest =
-            isStudentised ? quantiles::tauLimit(redundancy, share) : quantiles::normalLimit(share);
-        int worst = -1;
-        for (Eigen::Index row = 0; row < rows; ++row) {
-            const double cofactor = 1.0 - design.row(row).dot(solved.col(row));
-            const double statistic = std::abs(residuals[row]) / std::sqrt(cofactor) / scale;
-            if (cofactor > 1e-6 && statistic > largest) {
-                largest = statistic;
-                worst = taken[static_cast<std::size_t>(row)];
-            }
-        }
+        const int worst = findWorst(network, listTaken(network.sections.size(), leftOut), share);
         if (worst < 0)
             return leftOut;
         leftOut.insert(worst);

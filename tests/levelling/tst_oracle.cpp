@@ -79,7 +79,7 @@ QString compareSections(const Network& network, const Adjustment& adjustment, co
         const auto own =
             static_cast<std::size_t>(oracle.part[static_cast<std::size_t>(network.sections[index].from)]);
         const double scale =
-            network.parameters.sigmaAct == SigmaAct::Aposteriori && oracle.redundancy[own] > 1
+            network.parameters.sigmaAct == SigmaAct::Aposteriori && oracle.redundancy[own] > 2
                 ? std::sqrt(oracle.pvv[own] / oracle.redundancy[own])
                 : 1.0;
         if (!isNear(*section.statistic * std::max(scale, 1e-6), normalised, 1e-4))

@@ -46,6 +46,51 @@ private:
     LONGID& nextId;
 };
 
+/// Whether to go on with the next of very many items.
+class StopQuestion
+{
+public:
+    explicit StopQuestion(const std::function<bool()>& stopQuestion) : isStopped(stopQuestion) {}
+
+    bool mayGoOn()
+    {
+        constexpr int itemsPerQuestion = 4096;
+        return !isStopped || ++items % itemsPerQuestion != 0 || !isStopped();
+    }
+
+private:
+    const std::function<bool()>& isStopped;
+    int items = 0;
+};
+
+std::optional<NetworkItems> assemble(levelling::Network network,
+                                     std::vector<std::unique_ptr<LevellingPoint>> points,
+                                     std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId,
+                                     StopQuestion& question)
+{
+    NetworkSnapshot snapshot;
+    snapshot.network = std::move(network);
+    NetworkItems items;
+    items.nextId = nextId;
+    for (auto& point : points) {
+        if (!question.mayGoOn())
+            return std::nullopt;
+        snapshot.network.points.push_back(point->getPoint());
+        snapshot.pointIds.push_back(point->getId());
+        items.points->addItem(std::move(point));
+    }
+    for (auto& section : sections) {
+        if (!question.mayGoOn())
+            return std::nullopt;
+        snapshot.network.sections.push_back(section->getSection());
+        snapshot.sectionIds.push_back(section->getId());
+        snapshot.sectionNames.append(section->getName());
+        items.sections->addItem(std::move(section));
+    }
+    items.snapshot = std::make_shared<const NetworkSnapshot>(std::move(snapshot));
+    return items;
+}
+
 } // namespace
 
 NetworkItems::NetworkItems()
@@ -57,21 +102,40 @@ NetworkItems::NetworkItems()
 NetworkItems NetworkItems::make(const levelling::Network& network, const NetworkSnapshot& known,
                                 LONGID nextId)
 {
+    return *make(network, known, nextId, {});
+}
+
+std::optional<NetworkItems> NetworkItems::make(const levelling::Network& network,
+                                               const NetworkSnapshot& known, LONGID nextId,
+                                               const std::function<bool()>& isStopped)
+{
+    StopQuestion question(isStopped);
     IdFinder pointIds(nextId);
-    for (std::size_t i = 0; i < known.pointIds.size(); ++i)
+    for (std::size_t i = 0; i < known.pointIds.size(); ++i) {
+        if (!question.mayGoOn())
+            return std::nullopt;
         pointIds.add(known.network.points[i].id, known.pointIds[i]);
+    }
     IdFinder sectionIds(nextId);
-    for (std::size_t i = 0; i < known.sectionIds.size(); ++i)
+    for (std::size_t i = 0; i < known.sectionIds.size(); ++i) {
+        if (!question.mayGoOn())
+            return std::nullopt;
         sectionIds.add(known.sectionNames[static_cast<int>(i)], known.sectionIds[i]);
+    }
 
     std::vector<std::unique_ptr<LevellingPoint>> points;
     points.reserve(network.points.size());
-    for (const levelling::Point& point : network.points)
+    for (const levelling::Point& point : network.points) {
+        if (!question.mayGoOn())
+            return std::nullopt;
         points.push_back(std::make_unique<LevellingPoint>(pointIds.find(point.id), point));
+    }
     std::vector<std::unique_ptr<LevellingSection>> sections;
     sections.reserve(network.sections.size());
     UniqueNames sectionNames;
     for (const levelling::Section& section : network.sections) {
+        if (!question.mayGoOn())
+            return std::nullopt;
         const QString name =
             sectionNames.make(makeSectionName(network.points[static_cast<std::size_t>(section.from)].id,
                                               network.points[static_cast<std::size_t>(section.to)].id));
@@ -81,30 +145,16 @@ NetworkItems NetworkItems::make(const levelling::Network& network, const Network
     rest.description = network.description;
     rest.parameters = network.parameters;
     rest.observedHeights = network.observedHeights;
-    return make(std::move(rest), std::move(points), std::move(sections), nextId);
+    return assemble(std::move(rest), std::move(points), std::move(sections), nextId, question);
 }
 
 NetworkItems NetworkItems::make(levelling::Network network,
                                 std::vector<std::unique_ptr<LevellingPoint>> points,
                                 std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId)
 {
-    NetworkSnapshot snapshot;
-    snapshot.network = std::move(network);
-    NetworkItems items;
-    items.nextId = nextId;
-    for (auto& point : points) {
-        snapshot.network.points.push_back(point->getPoint());
-        snapshot.pointIds.push_back(point->getId());
-        items.points->addItem(std::move(point));
-    }
-    for (auto& section : sections) {
-        snapshot.network.sections.push_back(section->getSection());
-        snapshot.sectionIds.push_back(section->getId());
-        snapshot.sectionNames.append(section->getName());
-        items.sections->addItem(std::move(section));
-    }
-    items.snapshot = std::make_shared<const NetworkSnapshot>(std::move(snapshot));
-    return items;
+    const std::function<bool()> neverStopped;
+    StopQuestion question(neverStopped);
+    return *assemble(std::move(network), std::move(points), std::move(sections), nextId, question);
 }
 
 } // namespace orvel::desk

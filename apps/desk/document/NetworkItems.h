@@ -6,7 +6,9 @@
 #include "host/model/CItemManager.h"
 #include "host/model/CItemTree.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orvel::desk {
@@ -21,6 +23,9 @@ struct NetworkItems
     /// Makes the items of a network. Those that `known` has, by their names, get the ids that they have
     /// there, the others ids from `nextId` on.
     static NetworkItems make(const levelling::Network& network, const NetworkSnapshot& known, LONGID nextId);
+    /// The same, or nothing when `isStopped`, asked every few thousand items, says so.
+    static std::optional<NetworkItems> make(const levelling::Network& network, const NetworkSnapshot& known,
+                                            LONGID nextId, const std::function<bool()>& isStopped);
     /// Takes items that have ids. The network beside them holds what `network` has besides points and
     /// sections.
     static NetworkItems make(levelling::Network network, std::vector<std::unique_ptr<LevellingPoint>> points,

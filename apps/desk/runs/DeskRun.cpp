@@ -41,12 +41,16 @@ DeskRun makeImport(Document& document, const QString& filePath, const QString& p
     const auto windowThread = std::make_shared<ThreadCall>();
     run.function = [&document, filePath, replaced, windowThread, known = document.shareSnapshot(),
                     nextId = document.getNextId(), failure = run.failure](qor::IProcessMonitor& monitor) {
-        const NetworkTaker takeNetwork = [&](const levelling::Network& network) {
-            NetworkItems items = NetworkItems::make(network, *known, nextId);
-            std::shared_ptr<const NetworkSnapshot> snapshot = items.snapshot;
+        const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
+        const NetworkTaker takeNetwork =
+            [&](const levelling::Network& network) -> std::shared_ptr<const NetworkSnapshot> {
+            std::optional<NetworkItems> items = NetworkItems::make(network, *known, nextId, isStopped);
+            if (!items)
+                return nullptr;
+            const std::shared_ptr<const NetworkSnapshot> snapshot = items->snapshot;
             const bool isTaken = windowThread->call(monitor, [&] {
-                document.takeNetwork(items);
-                replaced->emplace(std::move(items));
+                document.takeNetwork(*items);
+                replaced->emplace(std::move(*items));
             });
             return isTaken ? snapshot : nullptr;
         };
