@@ -12,7 +12,7 @@
 namespace {
 
 // Nobody notices a window that stands still for so long. Most work is done by then, and never meets a timer.
-constexpr std::chrono::milliseconds kUnnoticed(40);
+constexpr std::chrono::milliseconds kUnnoticed(15);
 
 bool isWindowShown()
 {
