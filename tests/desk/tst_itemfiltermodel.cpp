@@ -178,6 +178,20 @@ QString getNames(const QAbstractItemModel& model)
     return names.join(QLatin1Char('|'));
 }
 
+/// Rows that somebody holds, with the rows of the source that they show.
+using KeptIndexes = std::vector<std::pair<QPersistentModelIndex, QPersistentModelIndex>>;
+
+/// Every third row.
+KeptIndexes keepIndexes(const ItemFilterModel& model)
+{
+    KeptIndexes kept;
+    for (int row = 0; row < model.rowCount(); row += 3) {
+        const QModelIndex index = model.index(row, itemcolumns::Name);
+        kept.emplace_back(index, model.mapToSource(index));
+    }
+    return kept;
+}
+
 } // namespace
 
 /// The sorting and the search of the item table, on a table of their own.
@@ -366,11 +380,7 @@ void TestItemFilterModel::randomTables()
                                                    QAbstractItemModelTester::FailureReportingMode::QtTest);
         Request request;
         for (int round = 0; round < 4; ++round) {
-            std::vector<std::pair<QPersistentModelIndex, QPersistentModelIndex>> kept;
-            for (int row = 0; row < model.rowCount(); row += 3) {
-                const QModelIndex index = model.index(row, itemcolumns::Name);
-                kept.emplace_back(index, model.mapToSource(index));
-            }
+            const KeptIndexes kept = keepIndexes(model);
             for (int step = chance.pick(5); step >= 0; --step) {
                 if (chance.pick(2) == 0) {
                     request = chance.makeRequest();
