@@ -13,14 +13,14 @@ namespace {
 // On paper the head of the table stands on every sheet and no row is torn apart.
 const QString kStyle = QStringLiteral(
     ":root { color-scheme: light dark; }\n"
-    "body { font: 11pt/1.35 'DejaVu Sans', sans-serif; margin: 2em auto; max-width: 60em; padding: 0 1em; }\n"
+    "body { font: 11pt/1.35 'DejaVu Sans', sans-serif; margin: 2em auto; max-width: 80em; padding: 0 1em; }\n"
     "h1 { font-size: 1.4em; }\n"
     "p { margin: 0.2em 0; }\n"
     "table { border-collapse: collapse; margin-top: 1em; width: 100%; }\n"
     "th, td { border: 1px solid #888; padding: 0.25em 0.6em; text-align: right;\n"
     "         font-variant-numeric: tabular-nums; }\n"
     "th { text-align: center; }\n"
-    "td.name { text-align: left; overflow-wrap: anywhere; }\n"
+    "td.name { text-align: left; overflow-wrap: anywhere; min-width: 7.5em; }\n"
     "thead { display: table-header-group; }\n"
     "tr { break-inside: avoid; }\n"
     "@media print { body { margin: 0; max-width: none; font-size: 10pt; } :root { color-scheme: light; } }\n"
