@@ -122,7 +122,8 @@ void TestJournalPanel::floodIsShownNowAndThen()
     QCOMPARE(countShown(panel), 0);
     QTest::qSleep(101);
     panel.showNews(true);
-    QCOMPARE(countShown(panel), JournalWriter::kNewestCount);
+    // A slow machine needs more than one turn for so many.
+    QTRY_COMPARE(countShown(panel), JournalWriter::kNewestCount);
 }
 
 void TestJournalPanel::listenerMayAskForAllLines()
