@@ -12,10 +12,6 @@
         <translation>%1 is given twice</translation>
     </message>
     <message>
-        <source>неизвестная обработка «%1»: --run compile, adjust или l1</source>
-        <translation>unknown run “%1”: --run compile, adjust or l1</translation>
-    </message>
-    <message>
         <source>неизвестный язык «%1»: --language ru или en</source>
         <translation>unknown language “%1”: --language ru or en</translation>
     </message>
@@ -875,16 +871,6 @@
         <translation>Options without a window:</translation>
     </message>
     <message>
-        <source>compile — предобработка: связность, повторные измерения, невязки
-adjust — уравнивание по методу наименьших квадратов
-l1 — L1-анализ: поиск грубых ошибок
-(--run повторяется, порядок сохраняется)</source>
-        <translation>compile — pre-processing: connectivity, repeated measurements, misclosures
-adjust — adjustment by least squares
-l1 — L1 analysis: search for gross errors
-(--run may be repeated, the order is kept)</translation>
-    </message>
-    <message>
         <source>в проекте больше %1 пунктов или секций, он не открыт</source>
         <translation>the project has more than %1 points or sections and was not opened</translation>
     </message>
@@ -1440,6 +1426,42 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>%1 не принимает «%2»</source>
         <translation>%1 does not take &quot;%2&quot;</translation>
+    </message>
+    <message>
+        <source>(--run повторяется, порядок сохраняется)</source>
+        <translation>(--run may be repeated, the order is kept)</translation>
+    </message>
+    <message>
+        <source>неизвестная обработка «%1»: --run %2</source>
+        <translation>unknown run &quot;%1&quot;: --run %2</translation>
+    </message>
+    <message>
+        <source>Импорт по шаблону</source>
+        <translation>Import by template</translation>
+    </message>
+    <message>
+        <source>Общий анализ исходных данных</source>
+        <translation>Analysis of given heights</translation>
+    </message>
+    <message>
+        <source>Авто трассирование</source>
+        <translation>Line tracing</translation>
+    </message>
+    <message>
+        <source>Расчет тахеометрии</source>
+        <translation>Tacheometry</translation>
+    </message>
+    <message>
+        <source>предобработка: связность, повторные измерения, невязки</source>
+        <translation>pre-processing: connectivity, repeated measurements, misclosures</translation>
+    </message>
+    <message>
+        <source>уравнивание по методу наименьших квадратов</source>
+        <translation>least-squares adjustment</translation>
+    </message>
+    <message>
+        <source>L1-анализ: поиск грубых ошибок</source>
+        <translation>L1 analysis: search for gross errors</translation>
     </message>
 </context>
 <context>

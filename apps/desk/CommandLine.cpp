@@ -3,6 +3,7 @@
 #include "apps/common/LocalPath.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StandardStreams.h"
+#include "apps/desk/runs/RunKinds.h"
 
 #include <QCommandLineParser>
 #include <QDir>
@@ -38,6 +39,15 @@ std::vector<Option> getGeneralOptions()
     };
 }
 
+/// A line for each kind of run.
+QString describeRuns()
+{
+    QString text;
+    for (const RunKind& kind : runs::getKinds())
+        text += QStringLiteral("%1 — %2\n").arg(kind.name, kind.optionText);
+    return text;
+}
+
 std::vector<Option> getHeadlessOptions()
 {
     return {
@@ -49,10 +59,7 @@ std::vector<Option> getHeadlessOptions()
          Desk::tr("класс нивелирования, задаёт допуски невязок")},
         {{QStringLiteral("run")},
          QStringLiteral("RUN"),
-         Desk::tr("compile — предобработка: связность, повторные измерения, невязки\n"
-                  "adjust — уравнивание по методу наименьших квадратов\n"
-                  "l1 — L1-анализ: поиск грубых ошибок\n"
-                  "(--run повторяется, порядок сохраняется)"),
+         describeRuns() + Desk::tr("(--run повторяется, порядок сохраняется)"),
          true},
         {{QStringLiteral("export")}, QStringLiteral("FILE.csv"), Desk::tr("вывести уравненные высоты")},
         {{QStringLiteral("pages")}, QStringLiteral("DIR"), Desk::tr("записать страницы протоколов")},
@@ -260,14 +267,15 @@ private:
 
     void takeRun(const QString& name)
     {
-        if (name == QLatin1String("compile"))
-            result.runs.push_back(CommandLine::Run::Compile);
-        else if (name == QLatin1String("adjust"))
-            result.runs.push_back(CommandLine::Run::Adjust);
-        else if (name == QLatin1String("l1"))
-            result.runs.push_back(CommandLine::Run::L1Analysis);
-        else
-            fail(Desk::tr("неизвестная обработка «%1»: --run compile, adjust или l1").arg(name));
+        QStringList known;
+        for (const RunKind& kind : runs::getKinds()) {
+            if (kind.name == name) {
+                result.runs.push_back(kind.protocolType);
+                return;
+            }
+            known.append(kind.name);
+        }
+        fail(Desk::tr("неизвестная обработка «%1»: --run %2").arg(name, known.join(QLatin1String(", "))));
     }
 
     void checkTogether()

@@ -14,7 +14,6 @@ namespace orvel::desk {
 /// the standard input or output.
 struct CommandLine
 {
-    enum class Run { Compile, Adjust, L1Analysis };
     /// Which lines of the runs make the program fail.
     enum class FailLevel { Never, Error, Warning };
 
@@ -24,7 +23,7 @@ struct CommandLine
     QString language;      ///< "ru", "en", or empty for the system's
     QString importFile;    ///< network to import (.gkf)
     QString projectFile;   ///< project to open
-    std::vector<Run> runs; ///< in this order
+    std::vector<int> runs; ///< their protocol types, in this order
     std::optional<LevellingClass> levellingClass;
     QString exportFile;  ///< heights as CSV
     QString pagesFolder; ///< where the pages of the runs go

@@ -300,7 +300,7 @@ void TestHeadless::badUsageIsRefused_data()
     QTest::newRow("unknown option") << "--import small.gkf --quick"
                                     << "непонятный параметр --quick";
     QTest::newRow("unknown run") << "--import small.gkf --run solve"
-                                 << "неизвестная обработка «solve»: --run compile, adjust или l1";
+                                 << "неизвестная обработка «solve»: --run compile, adjust, l1";
     QTest::newRow("no value") << "--import small.gkf --run"
                               << "для --run не указано значение";
     QTest::newRow("empty value") << "--import= --run adjust"

@@ -4,6 +4,8 @@
 #include "apps/desk/Desk.h"
 #include "host/enums/EnumData.h"
 
+#include <algorithm>
+
 namespace orvel::desk {
 
 namespace {
@@ -34,11 +36,30 @@ void registerDeskTypes()
     translateType(enums::L1Analysis, Desk::tr("L1-анализ"));
     translateType(enums::Import, Desk::tr("Импорт"));
     translateType(enums::Export, Desk::tr("Экспорт"));
+    translateType(enums::ImportTemplate, Desk::tr("Импорт по шаблону"));
+    translateType(enums::FixedPointsAnalysis, Desk::tr("Общий анализ исходных данных"));
+    translateType(enums::AutoChainTracingAnalysis, Desk::tr("Авто трассирование"));
+    translateType(enums::CalcTacheometry, Desk::tr("Расчет тахеометрии"));
 }
 
 std::vector<int> getProtocolTypes()
 {
     return {enums::Import, enums::Compile, enums::Adjust, enums::L1Analysis, enums::Export};
+}
+
+int getTypeDigit(int protocolType)
+{
+    // The digits that the first types have keep them, wherever others join the menu.
+    static const std::vector<int> inOrder{enums::Import,
+                                          enums::Compile,
+                                          enums::Adjust,
+                                          enums::L1Analysis,
+                                          enums::Export,
+                                          enums::FixedPointsAnalysis,
+                                          enums::AutoChainTracingAnalysis,
+                                          enums::CalcTacheometry,
+                                          enums::ImportTemplate};
+    return 1 + static_cast<int>(std::find(inOrder.begin(), inOrder.end(), protocolType) - inOrder.begin());
 }
 
 QString getTypeText(int type)

@@ -15,6 +15,9 @@ constexpr int kResidualList = 0x2C071402;
 /// The protocol types of the desk's runs, in the order of its menus.
 std::vector<int> getProtocolTypes();
 
+/// The digit that shows the protocol of such a type together with Ctrl.
+int getTypeDigit(int protocolType);
+
 /// Registers the display texts of the desk's items and reports and of the protocol types, in the language
 /// that is installed. A protocol takes the names of its groups when it is made, so this comes before the
 /// first project.

@@ -2,6 +2,7 @@
 
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/SavedProtocol.h"
+#include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/reports/DeskReports.h"
@@ -235,7 +236,9 @@ void Document::exchangeItems(NetworkItems& items)
 
 std::vector<int> Document::getProcessingTypes()
 {
-    return {enums::Compile, enums::Adjust, enums::L1Analysis, enums::Export};
+    std::vector<int> types = getProtocolTypes();
+    types.erase(std::remove(types.begin(), types.end(), enums::Import), types.end());
+    return types;
 }
 
 bool Document::setContent(Content content)

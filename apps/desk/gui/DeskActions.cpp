@@ -1,10 +1,12 @@
 #include "apps/desk/gui/DeskActions.h"
 
+#include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/gui/GlyphIcon.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/reports/DeskReports.h"
+#include "apps/desk/runs/RunKinds.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -13,6 +15,24 @@
 #include <QToolBar>
 
 namespace orvel::desk {
+
+namespace {
+
+Glyph getGlyph(int protocolType)
+{
+    switch (protocolType) {
+    case enums::Compile:
+        return Glyph::Compile;
+    case enums::Adjust:
+        return Glyph::Adjust;
+    case enums::L1Analysis:
+        return Glyph::L1Analysis;
+    default:
+        return Glyph::Protocol;
+    }
+}
+
+} // namespace
 
 DeskActions::DeskActions(QMainWindow& owner, LevellingClass currentClass) : QObject(&owner), window(owner)
 {
@@ -81,15 +101,15 @@ void DeskActions::createFileMenu()
 void DeskActions::createRunMenu()
 {
     runMenu = window.menuBar()->addMenu(Desk::tr("&Обработка"));
-    add(runMenu, Command::Compile, Need::Network, Desk::tr("&Предобработка"), makeIcon(Glyph::Compile),
-        QKeySequence(Qt::Key_F5))
-        ->setStatusTip(Desk::tr("Проверить связность сети, повторные измерения и невязки"));
-    add(runMenu, Command::Adjust, Need::Network, Desk::tr("&Уравнивание"), makeIcon(Glyph::Adjust),
-        QKeySequence(Qt::Key_F6))
-        ->setStatusTip(Desk::tr("Вычислить высоты по методу наименьших квадратов"));
-    add(runMenu, Command::Analyse, Need::Network, Desk::tr("&L1-анализ"), makeIcon(Glyph::L1Analysis),
-        QKeySequence(Qt::Key_F7))
-        ->setStatusTip(Desk::tr("Найти грубые ошибки измерений"));
+    for (const RunKind& kind : runs::getKinds()) {
+        QAction* action = runMenu->addAction(makeIcon(getGlyph(kind.protocolType)), kind.menuText);
+        action->setShortcut(QKeySequence(kind.shortcut));
+        action->setStatusTip(kind.statusTip);
+        connect(action, &QAction::triggered, this,
+                [this, type = kind.protocolType] { Q_EMIT runRequested(type); });
+        runActions[kind.protocolType] = action;
+        needs.emplace_back(action, Need::Network);
+    }
     runMenu->addSeparator();
 }
 
@@ -118,10 +138,9 @@ void DeskActions::createClassMenu(QMenu* menu, LevellingClass currentClass)
 void DeskActions::createProtocolMenu()
 {
     protocolMenu = window.menuBar()->addMenu(Desk::tr("&Протоколы"));
-    int number = 0;
     for (const int type : getProtocolTypes()) {
         QAction* action = protocolMenu->addAction(makeIcon(Glyph::Protocol), getTypeText(type));
-        action->setShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(++number)));
+        action->setShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(getTypeDigit(type))));
         connect(action, &QAction::triggered, this, [this, type] { Q_EMIT protocolRequested(type); });
         needs.emplace_back(action, Need::Idle);
     }
@@ -157,7 +176,7 @@ void DeskActions::createToolBar()
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->addAction(actions[Command::Import]);
     bar->addSeparator();
-    bar->addActions({actions[Command::Compile], actions[Command::Adjust], actions[Command::Analyse]});
+    bar->addActions({runActions[enums::Compile], runActions[enums::Adjust], runActions[enums::L1Analysis]});
     bar->addSeparator();
     bar->addAction(actions[Command::Export]);
     // On the bar there is no room for dots and mnemonics.

@@ -29,9 +29,6 @@ public:
         Import,
         Export,
         Quit,
-        Compile,
-        Adjust,
-        Analyse,
         ShowMonitor,
         ShowItemProtocol,
         ShowHelp,
@@ -59,6 +56,7 @@ Q_SIGNALS:
     void triggered(orvel::desk::DeskActions::Command command);
     void classChosen(orvel::desk::LevellingClass levellingClass);
     void fileRequested(const QString& path);
+    void runRequested(int protocolType);
     void protocolRequested(int protocolType);
     void reportRequested(int reportType);
 
@@ -80,6 +78,7 @@ private:
 
     QMainWindow& window;
     std::map<Command, QAction*> actions;
+    std::map<int, QAction*> runActions; // by protocol type
     std::vector<std::pair<QAction*, Need>> needs;
     QMenu* runMenu = nullptr;
     QMenu* recentMenu = nullptr;

@@ -19,6 +19,7 @@
 #include "apps/desk/gui/Questions.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/reports/DeskReports.h"
+#include "apps/desk/runs/RunKinds.h"
 #include "host/app/Application.h"
 #include "host/files/Error.h"
 #include "host/reports/ReportsGeneratorItem.h"
@@ -99,6 +100,8 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     connect(actions, &DeskActions::triggered, this, &DeskWindow::perform);
     connect(actions, &DeskActions::classChosen, document, &Document::setLevellingClass);
     connect(actions, &DeskActions::fileRequested, this, &DeskWindow::openFile);
+    connect(actions, &DeskActions::runRequested, this,
+            [this](int protocolType) { start(runs::make(protocolType, *document)); });
     connect(actions, &DeskActions::protocolRequested, this, &DeskWindow::showProtocol);
     connect(actions, &DeskActions::reportRequested, this, &DeskWindow::showReport);
     connect(document, &Document::modifiedChanged, this, &QWidget::setWindowModified);
@@ -445,15 +448,6 @@ void DeskWindow::perform(DeskActions::Command command)
         break;
     case Command::Quit:
         close();
-        break;
-    case Command::Compile:
-        start(runs::makeCompile(*document));
-        break;
-    case Command::Adjust:
-        start(runs::makeAdjust(*document));
-        break;
-    case Command::Analyse:
-        start(runs::makeL1Analysis(*document));
         break;
     case Command::ShowMonitor:
         showMonitor();

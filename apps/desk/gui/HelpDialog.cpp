@@ -1,6 +1,8 @@
 #include "apps/desk/gui/HelpDialog.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/runs/RunKinds.h"
 
 #include <QDialogButtonBox>
 #include <QTextBrowser>
@@ -13,6 +15,14 @@ namespace {
 QString makeSection(const QString& title, const QString& text)
 {
     return QStringLiteral("<h3>%1</h3><p>%2</p>").arg(title.toHtmlEscaped(), text.toHtmlEscaped());
+}
+
+QString makeRunSections()
+{
+    QString html;
+    for (const RunKind& kind : runs::getKinds())
+        html += makeSection(getTypeText(kind.protocolType), kind.help);
+    return html;
 }
 
 QString makeHelp()
@@ -28,26 +38,7 @@ QString makeHelp()
                Desk::tr("Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, "
                         "названо в протоколе с номером строки файла. Новая сеть заменяет прежнюю; ссылки на "
                         "одноимённые пункты и секции сохраняются.")) +
-           makeSection(
-               Desk::tr("Предобработка"),
-               Desk::tr(
-                   "Проверяет сеть до уравнивания: связаны ли все пункты с исходными реперами, укладываются "
-                   "ли в допуск k·√L расхождения прямых и обратных ходов и невязки ходов и полигонов, "
-                   "составленных из средних. Коэффициент k определяется классом нивелирования.")) +
-           makeSection(
-               Desk::tr("Уравнивание"),
-               Desk::tr(
-                   "Вычисляет высоты по методу наименьших квадратов, их СКО и поправки в измеренные "
-                   "превышения, проверяет каждую часть сети критерием χ², поправки — по нормированным или "
-                   "стьюдентизированным значениям. Секции, которые измерения не различают, названы "
-                   "вместе.")) +
-           makeSection(
-               Desk::tr("L1-анализ"),
-               Desk::tr(
-                   "Ищет грубые ошибки (промахи) последовательной проверкой поправок и высоты с наименьшей "
-                   "суммой "
-                   "Σ|v|/σ. Метод наименьших квадратов распределяет промах по соседним секциям, а здесь он "
-                   "остаётся на месте. Если решений несколько, это указано в протоколе.")) +
+           makeRunSections() +
            makeSection(
                Desk::tr("Экспорт"),
                Desk::tr(

@@ -7,6 +7,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StandardStreams.h"
+#include "apps/desk/runs/RunKinds.h"
 #include "host/enums/EnumData.h"
 #include "host/files/Error.h"
 #include "host/files/StringUtils.h"
@@ -21,19 +22,6 @@
 namespace orvel::desk {
 
 namespace {
-
-DeskRun makeRun(CommandLine::Run kind, Document& document)
-{
-    switch (kind) {
-    case CommandLine::Run::Compile:
-        return runs::makeCompile(document);
-    case CommandLine::Run::Adjust:
-        return runs::makeAdjust(document);
-    case CommandLine::Run::L1Analysis:
-        break;
-    }
-    return runs::makeL1Analysis(document);
-}
 
 QString makePagePath(const QString& folder, int protocolType)
 {
@@ -74,8 +62,8 @@ void Headless::performAll(const CommandLine& commandLine)
         hasInput = perform(runs::makeImport(document, commandLine.importFile, name));
     }
     if (hasInput) {
-        for (const CommandLine::Run kind : commandLine.runs)
-            perform(makeRun(kind, document));
+        for (const int protocolType : commandLine.runs)
+            perform(runs::make(protocolType, document));
         if (!commandLine.exportFile.isEmpty())
             perform(runs::makeExport(document, commandLine.exportFile));
     }

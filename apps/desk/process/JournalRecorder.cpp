@@ -1,6 +1,5 @@
 #include "apps/desk/process/JournalRecorder.h"
 
-#include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
@@ -92,7 +91,7 @@ void JournalRecorder::writeHeader()
         writeEnum(type);
     for (const deskreports::Report& report : deskreports::getReports())
         writeEnum(report.type);
-    for (const auto type : {enums::Compile, enums::Adjust, enums::L1Analysis, enums::Import, enums::Export})
+    for (const int type : getProtocolTypes())
         writeEnum(type);
     write(QStringLiteral("project"), {{QStringLiteral("name"), document.getProject().getName()},
                                       {QStringLiteral("scheme"), getScheme()},
