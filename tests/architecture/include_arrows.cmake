@@ -4,14 +4,15 @@ cmake_minimum_required(VERSION 3.25)
 
 set(arrows
     "host:"
-    "levelling:"
+    "formats:"
+    "levelling:formats"
     "Orvel/store:host"
     "Orvel/html:host Orvel/store"
     "Orvel/integration:host Orvel/store Orvel/html"
     "apps/common:host Orvel"
     "apps/replay:host Orvel apps/common"
-    "apps/desk:host Orvel levelling apps/common"
-    "bench:host Orvel levelling apps tests"
+    "apps/desk:host Orvel formats levelling apps/common"
+    "bench:host Orvel formats levelling apps tests"
     "examples:host Orvel")
 
 # Headers that the build generates stand at the top of the library that they belong to.
@@ -53,7 +54,7 @@ endforeach()
 
 # The non-widget parts must not reach for widgets, whatever the include path offers.
 file(GLOB_RECURSE cores "${ROOT}/Orvel/store/*" "${ROOT}/Orvel/html/*" "${ROOT}/host/model/*" "${ROOT}/host/enums/*"
-    "${ROOT}/host/files/*" "${ROOT}/host/reports/*" "${ROOT}/levelling/*")
+    "${ROOT}/host/files/*" "${ROOT}/host/reports/*" "${ROOT}/formats/*" "${ROOT}/levelling/*")
 foreach(source IN LISTS cores)
     file(STRINGS "${source}" widgets REGEX "#include <(QtWidgets|QApplication|QWidget|QDialog|QMessageBox)")
     if(widgets)

@@ -4,6 +4,7 @@ cmake_minimum_required(VERSION 3.25)
 
 file(GLOB_RECURSE sources
     "${ROOT}/host/*.h" "${ROOT}/host/*.cpp"
+    "${ROOT}/formats/*.h" "${ROOT}/formats/*.cpp"
     "${ROOT}/levelling/*.h" "${ROOT}/levelling/*.cpp"
     "${ROOT}/Orvel/*.h" "${ROOT}/Orvel/*.cpp"
     "${ROOT}/apps/*.h" "${ROOT}/apps/*.cpp"
