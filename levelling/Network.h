@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -21,7 +21,9 @@ struct Point
     bool constrained = false;
     /// False if the point is known from sections only.
     bool declared = false;
-    /// Line of the file that declares the point, or that uses it first.
+    /// The file that declares the point, or that uses it first, as index into Network::sources.
+    int source = 0;
+    /// Line of that file.
     qint64 line = 0;
 
     bool isBenchmark() const { return fixed || observed; }
@@ -50,6 +52,13 @@ struct Section
     std::optional<double> stdev;
     /// A priori standard deviation that the computations use, mm, positive.
     double sigma = 0.0;
+    /// Count of the set-ups of the instrument, positive.
+    std::optional<int> stations;
+    /// Sum of the differences of the two readings of each station, first minus second, mm.
+    std::optional<double> readingDifference;
+    /// The file that the section comes from, as index into Network::sources.
+    int source = 0;
+    /// Line of that file.
     qint64 line = 0;
 };
 
@@ -72,6 +81,8 @@ struct Parameters
 struct Network
 {
     QString description;
+    /// Names of the files that it was read from; empty if nobody has told them, and all sources are 0 then.
+    QStringList sources;
     Parameters parameters;
     std::vector<Point> points;
     std::vector<Section> sections;

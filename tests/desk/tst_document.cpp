@@ -46,6 +46,8 @@ private Q_SLOTS:
     void contentNobodyCanComputeWithIsRefused_data();
     void contentNobodyCanComputeWithIsRefused();
     void copiedContentKeepsEverything();
+    void fieldDataComesBackFromTheProjectFile();
+    void earlierProjectFilesAreRead();
     void projectWithTooManyItemsIsRefused();
 
 private:
@@ -258,6 +260,17 @@ void TestDocument::contentNobodyCanComputeWithIsRefused_data()
     row("sigma is no number", withSection([=](levelling::Section& s) { s.sigma = nan; }));
     row("negative length", withSection([](levelling::Section& s) { s.distance = -1.0; }));
     row("endless standard deviation", withSection([=](levelling::Section& s) { s.stdev = infinity; }));
+    row("no stations", withSection([](levelling::Section& s) { s.stations = 0; }));
+    row("readings differ endlessly", withSection([=](levelling::Section& s) { s.readingDifference = nan; }));
+    row("section of no file", withSection([](levelling::Section& s) { s.source = 1; }));
+    row(
+        "section of a second file",
+        [=](Document::Content& c) {
+            withSection([](levelling::Section& s) { s.source = 1; })(c);
+            c.sources = QStringList{QStringLiteral("a.gsi"), QStringLiteral("b.gsi")};
+        },
+        true);
+    row("point of no file", withPoint([](levelling::Point& p) { p.source = -1; }));
     row("sigma-apr zero", [](Document::Content& c) { c.parameters.sigmaApriori = 0.0; });
     row("tol-abs is no number", [=](Document::Content& c) { c.parameters.toleranceAbsolute = nan; });
     row("no ids left", [](Document::Content& c) { c.nextId = std::numeric_limits<LONGID>::max(); });
@@ -293,6 +306,90 @@ void TestDocument::copiedContentKeepsEverything()
     QCOMPARE(document->getPoints()[4]->getResult()->height, height);
     QCOMPARE(document->getLevellingClass(), LevellingClass::III);
     QCOMPARE(int(document->getSections().size()), 19);
+}
+
+namespace {
+
+/// A project of two points and a section as field files give them.
+StoredProject makeFieldProject()
+{
+    StoredProject project;
+    project.name = QStringLiteral("Линия");
+    Document::Content& content = project.content;
+    content.parameters.confidence = 0.99;
+    content.sources = QStringList{QStringLiteral("a.gsi"), QStringLiteral("b.dat")};
+    levelling::Point point;
+    point.id = QStringLiteral("A");
+    content.points.push_back(std::make_unique<LevellingPoint>(1000001, point));
+    point.id = QStringLiteral("B");
+    point.source = 1;
+    content.points.push_back(std::make_unique<LevellingPoint>(1000002, point));
+    levelling::Section section;
+    section.to = 1;
+    section.sigma = 1.0;
+    section.stations = 12;
+    section.readingDifference = -0.25;
+    section.source = 1;
+    section.line = 40;
+    content.sections.push_back(std::make_unique<LevellingSection>(1000003, section, QStringLiteral("A – B")));
+    content.nextId = 1000004;
+    return project;
+}
+
+/// Writes the project as a file, gives its content to the change, and reads that as a file of the version.
+StoredProject rewrite(const StoredProject& project, quint32 version,
+                      const std::function<void(QByteArray&)>& change)
+{
+    QBuffer file;
+    file.open(QIODevice::ReadWrite);
+    storedproject::write(project, file);
+    file.seek(0);
+    CQtArchive archive(&file, CQtArchive::Load);
+    quint32 signature = 0;
+    quint32 writtenVersion = 0;
+    QByteArray content;
+    archive >> signature >> writtenVersion >> content;
+    change(content);
+    QBuffer changed;
+    changed.open(QIODevice::ReadWrite);
+    CQtArchive(&changed, CQtArchive::Save)
+        << signature << version << content << QCryptographicHash::hash(content, QCryptographicHash::Sha256);
+    changed.seek(0);
+    return storedproject::read(changed);
+}
+
+} // namespace
+
+void TestDocument::fieldDataComesBackFromTheProjectFile()
+{
+    QVERIFY(document->setContent(rewrite(makeFieldProject(), 3, [](QByteArray&) {}).content));
+    const levelling::Network& network = document->getSnapshot().network;
+    QCOMPARE(network.sources, QStringList({QStringLiteral("a.gsi"), QStringLiteral("b.dat")}));
+    QCOMPARE(network.points[0].source, 0);
+    QCOMPARE(network.points[1].source, 1);
+    QCOMPARE(*network.sections[0].stations, 12);
+    QCOMPARE(*network.sections[0].readingDifference, -0.25);
+    QCOMPARE(network.sections[0].source, 1);
+    QCOMPARE(document->copyContent().sources, network.sources);
+}
+
+void TestDocument::earlierProjectFilesAreRead()
+{
+    // What each version added stands behind all that the version before has.
+    constexpr int thirdVersionSize = 4 + (4 + 10) + (4 + 10) + 2 * 4 + (1 + 4) + (1 + 8) + 4;
+    constexpr int secondVersionSize = 8 + 2 * (1 + 1 + 1) + (1 + 1 + 1) + 4;
+    const StoredProject second =
+        rewrite(makeFieldProject(), 2, [](QByteArray& content) { content.chop(thirdVersionSize); });
+    QVERIFY(second.content.sources.isEmpty());
+    QVERIFY(!second.content.sections[0]->getSection().stations);
+    QCOMPARE(second.content.sections[0]->getSection().source, 0);
+    QCOMPARE(second.content.sections[0]->getSection().line, qint64(40));
+    QCOMPARE(second.content.parameters.confidence, 0.99);
+    const StoredProject first = rewrite(makeFieldProject(), 1, [](QByteArray& content) {
+        content.chop(thirdVersionSize + secondVersionSize);
+    });
+    QCOMPARE(first.content.parameters.confidence, 0.95);
+    QCOMPARE(first.content.points[1]->getPoint().id, QStringLiteral("B"));
 }
 
 void TestDocument::projectWithTooManyItemsIsRefused()

@@ -58,7 +58,8 @@ bool isUsable(const levelling::Point& point)
 bool isUsable(const levelling::Section& section)
 {
     return section.from != section.to && std::isfinite(section.difference) && isPositive(section.sigma) &&
-           isPositiveIfThere(section.distance) && isPositiveIfThere(section.stdev);
+           isPositiveIfThere(section.distance) && isPositiveIfThere(section.stdev) &&
+           section.stations.value_or(1) > 0 && std::isfinite(section.readingDifference.value_or(0.0));
 }
 
 /// Whether the observed points are those of the groups, each in one, with heights and all covariances.
@@ -101,13 +102,18 @@ bool isConsistent(const Document::Content& content)
     };
     const auto pointCount = static_cast<int>(content.points.size());
     const auto isPoint = [pointCount](int index) { return index >= 0 && index < pointCount; };
+    const int sourceCount = std::max(1, content.sources.size());
+    const auto isSource = [sourceCount](int index) { return index >= 0 && index < sourceCount; };
     return areObservedHeightsUsable(content) &&
-           std::all_of(
-               content.points.begin(), content.points.end(),
-               [&](const auto& point) { return isNew(point->getId()) && isUsable(point->getPoint()); }) &&
+           std::all_of(content.points.begin(), content.points.end(),
+                       [&](const auto& item) {
+                           const levelling::Point& point = item->getPoint();
+                           return isNew(item->getId()) && isUsable(point) && isSource(point.source);
+                       }) &&
            std::all_of(content.sections.begin(), content.sections.end(), [&](const auto& section) {
                const levelling::Section& ends = section->getSection();
-               return isNew(section->getId()) && isPoint(ends.from) && isPoint(ends.to) && isUsable(ends);
+               return isNew(section->getId()) && isPoint(ends.from) && isPoint(ends.to) && isUsable(ends) &&
+                      isSource(ends.source);
            });
 }
 
@@ -247,6 +253,7 @@ bool Document::setContent(Content content)
         return false;
     levelling::Network network;
     network.description = content.description;
+    network.sources = content.sources;
     network.parameters = content.parameters;
     network.observedHeights = content.observedHeights;
     NetworkItems items = NetworkItems::make(std::move(network), std::move(content.points),
@@ -260,6 +267,7 @@ Document::Content Document::copyContent() const
 {
     Content content;
     content.description = getDescription();
+    content.sources = snapshot->network.sources;
     content.parameters = getParameters();
     content.levellingClass = levellingClass;
     for (const LevellingPoint* point : getPoints())

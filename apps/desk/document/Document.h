@@ -38,6 +38,7 @@ public:
     struct Content
     {
         QString description;
+        QStringList sources; ///< as the network has them
         levelling::Parameters parameters;
         LevellingClass levellingClass = LevellingClass::IV;
         std::vector<std::unique_ptr<LevellingPoint>> points;

@@ -54,6 +54,11 @@ void LevellingPoint::serializeAddition(CQtArchive& archive)
         result = added;
 }
 
+void LevellingPoint::serializeFieldData(CQtArchive& archive)
+{
+    serializeValue(archive, point.source);
+}
+
 void LevellingPoint::setResult(const std::optional<Result>& adjusted)
 {
     result = adjusted;

@@ -30,6 +30,8 @@ public:
     void serialize(CQtArchive& archive) override;
     /// Saves or loads what the second version of the project file added.
     void serializeAddition(CQtArchive& archive);
+    /// Saves or loads what the third version of the project file added.
+    void serializeFieldData(CQtArchive& archive);
 
     const levelling::Point& getPoint() const { return point; }
     const std::optional<Result>& getResult() const { return result; }

@@ -64,6 +64,13 @@ void LevellingSection::serializeAddition(CQtArchive& archive)
         result = added;
 }
 
+void LevellingSection::serializeFieldData(CQtArchive& archive)
+{
+    serializeValue(archive, section.stations);
+    serializeValue(archive, section.readingDifference);
+    serializeValue(archive, section.source);
+}
+
 void LevellingSection::setResult(const std::optional<Result>& adjusted)
 {
     result = adjusted;

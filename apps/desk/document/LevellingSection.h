@@ -35,6 +35,8 @@ public:
     void serialize(CQtArchive& archive);
     /// Saves or loads what the second version of the project file added.
     void serializeAddition(CQtArchive& archive);
+    /// Saves or loads what the third version of the project file added.
+    void serializeFieldData(CQtArchive& archive);
 
     /// Its ends are indices of the project's points.
     const levelling::Section& getSection() const { return section; }

@@ -143,6 +143,7 @@ std::optional<NetworkItems> NetworkItems::make(const levelling::Network& network
     }
     levelling::Network rest;
     rest.description = network.description;
+    rest.sources = network.sources;
     rest.parameters = network.parameters;
     rest.observedHeights = network.observedHeights;
     return assemble(std::move(rest), std::move(points), std::move(sections), nextId, question);

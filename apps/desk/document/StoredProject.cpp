@@ -13,7 +13,8 @@ namespace orvel::desk {
 namespace {
 
 constexpr quint32 kSignature = 0x4F525650; // "ORVP"
-constexpr quint32 kVersion = 2;
+constexpr quint32 kVersion = 3;
+constexpr quint32 kMostSources = 100000;
 
 /// The file is sound, but holds more than can be worked with.
 struct TooManyItems
@@ -120,6 +121,31 @@ void readAddition(CQtArchive& archive, Document::Content& content)
     }
 }
 
+/// What version 3 added, behind all that version 2 has.
+void writeFieldData(CQtArchive& archive, const Document::Content& content)
+{
+    archive << static_cast<quint32>(content.sources.size());
+    for (const QString& source : content.sources)
+        archive << source;
+    for (const auto& point : content.points)
+        point->serializeFieldData(archive);
+    for (const auto& section : content.sections)
+        section->serializeFieldData(archive);
+}
+
+void readFieldData(CQtArchive& archive, Document::Content& content)
+{
+    for (quint32 rest = readCount(archive, kMostSources); rest > 0; --rest) {
+        QString source;
+        archive >> source;
+        content.sources.append(source);
+    }
+    for (const auto& point : content.points)
+        point->serializeFieldData(archive);
+    for (const auto& section : content.sections)
+        section->serializeFieldData(archive);
+}
+
 QByteArray writeContent(const StoredProject& project)
 {
     const Document::Content& content = project.content;
@@ -133,6 +159,7 @@ QByteArray writeContent(const StoredProject& project)
     writeItems(archive, content.sections);
     project.protocol.save(archive);
     writeAddition(archive, content);
+    writeFieldData(archive, content);
     return buffer.data();
 }
 
@@ -151,6 +178,8 @@ StoredProject readContent(QByteArray bytes, quint32 version)
     project.protocol = SavedProtocol::load(archive);
     if (version > 1)
         readAddition(archive, project.content);
+    if (version > 2)
+        readFieldData(archive, project.content);
     return project;
 }
 
