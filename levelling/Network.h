@@ -56,6 +56,9 @@ struct Section
     std::optional<int> stations;
     /// Sum of the differences of the two readings of each station, first minus second, mm.
     std::optional<double> readingDifference;
+    /// When it was measured and what was noted, as the file has it; empty if it has nothing.
+    QString date;
+    QString note;
     /// The file that the section comes from, as index into Network::sources.
     int source = 0;
     /// Line of that file.

@@ -329,6 +329,8 @@ StoredProject makeFieldProject()
     section.sigma = 1.0;
     section.stations = 12;
     section.readingDifference = -0.25;
+    section.date = QStringLiteral("01.05.2026");
+    section.note = QStringLiteral("ветер");
     section.source = 1;
     section.line = 40;
     content.sections.push_back(std::make_unique<LevellingSection>(1000003, section, QStringLiteral("A – B")));
@@ -369,6 +371,8 @@ void TestDocument::fieldDataComesBackFromTheProjectFile()
     QCOMPARE(network.points[1].source, 1);
     QCOMPARE(*network.sections[0].stations, 12);
     QCOMPARE(*network.sections[0].readingDifference, -0.25);
+    QCOMPARE(network.sections[0].date, QStringLiteral("01.05.2026"));
+    QCOMPARE(network.sections[0].note, QStringLiteral("ветер"));
     QCOMPARE(network.sections[0].source, 1);
     QCOMPARE(document->copyContent().sources, network.sources);
 }
@@ -376,7 +380,7 @@ void TestDocument::fieldDataComesBackFromTheProjectFile()
 void TestDocument::earlierProjectFilesAreRead()
 {
     // What each version added stands behind all that the version before has.
-    constexpr int thirdVersionSize = 4 + (4 + 10) + (4 + 10) + 2 * 4 + (1 + 4) + (1 + 8) + 4;
+    constexpr int thirdVersionSize = 4 + (4 + 10) + (4 + 10) + 2 * 4 + (1 + 4) + (1 + 8) + 4 + (4 + 20) + (4 + 10);
     constexpr int secondVersionSize = 8 + 2 * (1 + 1 + 1) + (1 + 1 + 1) + 4;
     const StoredProject second =
         rewrite(makeFieldProject(), 2, [](QByteArray& content) { content.chop(thirdVersionSize); });

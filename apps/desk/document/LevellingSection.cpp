@@ -69,6 +69,8 @@ void LevellingSection::serializeFieldData(CQtArchive& archive)
     serializeValue(archive, section.stations);
     serializeValue(archive, section.readingDifference);
     serializeValue(archive, section.source);
+    serializeValue(archive, section.date);
+    serializeValue(archive, section.note);
 }
 
 void LevellingSection::setResult(const std::optional<Result>& adjusted)
