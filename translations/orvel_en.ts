@@ -188,14 +188,6 @@
         <translation>Read a levelling network from a .gkf file</translation>
     </message>
     <message>
-        <source>&amp;Экспорт высот…</source>
-        <translation>&amp;Export heights…</translation>
-    </message>
-    <message>
-        <source>Записать уравненные высоты и их СКО в файл CSV</source>
-        <translation>Write the adjusted heights and their standard deviations to a CSV file</translation>
-    </message>
-    <message>
         <source>&amp;Выход</source>
         <translation>&amp;Quit</translation>
     </message>
@@ -292,14 +284,6 @@
         <translation>Import levelling network</translation>
     </message>
     <message>
-        <source>Экспорт высот</source>
-        <translation>Export heights</translation>
-    </message>
-    <message>
-        <source>Таблицы CSV (*.csv)</source>
-        <translation>CSV tables (*.csv)</translation>
-    </message>
-    <message>
         <source>Сохранить проект</source>
         <translation>Save project</translation>
     </message>
@@ -358,10 +342,6 @@
     <message>
         <source>Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, названо в протоколе с номером строки файла. Новая сеть заменяет прежнюю; ссылки на одноимённые пункты и секции сохраняются.</source>
         <translation>Reads points and height differences from a file. Whatever in the file could not be used is named in the protocol with its file line number. The new network replaces the current one; links to points and sections of the same name are kept.</translation>
-    </message>
-    <message>
-        <source>Записывает уравненные высоты и их СКО в файл CSV. Ведомости — каталог высот и ведомость превышений и поправок — открываются из меню «Ведомости» и готовы к печати.</source>
-        <translation>Writes the adjusted heights and their standard deviations to a CSV file. The reports, a catalogue of heights and a list of height differences and residuals, open from the menu “Reports” and are ready to print.</translation>
     </message>
     <message>
         <source>Что делает каждая обработка</source>
@@ -815,10 +795,6 @@
     <message>
         <source>класс нивелирования, задаёт допуски невязок</source>
         <translation>levelling class, which sets the tolerances</translation>
-    </message>
-    <message>
-        <source>вывести уравненные высоты</source>
-        <translation>export the adjusted heights</translation>
     </message>
     <message>
         <source>записать страницы протоколов</source>
@@ -1462,6 +1438,58 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>L1-анализ: поиск грубых ошибок</source>
         <translation>L1 analysis: search for gross errors</translation>
+    </message>
+    <message>
+        <source>экспортировать, по окончанию имени файла:</source>
+        <translation>export, by the suffix of the file&apos;s name:</translation>
+    </message>
+    <message>
+        <source>&amp;Экспорт…</source>
+        <translation>&amp;Export…</translation>
+    </message>
+    <message>
+        <source>Записать уравненные высоты или сеть в файл</source>
+        <translation>Write adjusted heights or the network to a file</translation>
+    </message>
+    <message>
+        <source>Записывает уравненные высоты и их СКО в таблицу CSV или всю сеть с измерениями в файл .gkf, который читают другие программы уравнивания. Ведомости — каталог высот и ведомость превышений и поправок — открываются из меню «Ведомости» и готовы к печати.</source>
+        <translation>Writes the adjusted heights with their standard deviations as a CSV table, or the whole network with its measurements as a .gkf file, which other adjustment programs read. Reports — the catalogue of heights and the list of height differences with residuals — open from the menu Reports, ready to print.</translation>
+    </message>
+    <message>
+        <source>Уравненные высоты, таблица CSV</source>
+        <translation>Adjusted heights, CSV table</translation>
+    </message>
+    <message>
+        <source>уравненные высоты и их СКО</source>
+        <translation>adjusted heights with their standard deviations</translation>
+    </message>
+    <message>
+        <source>Нивелирная сеть, gama-local</source>
+        <translation>Levelling network, gama-local</translation>
+    </message>
+    <message>
+        <source>сеть с измерениями для другой программы уравнивания</source>
+        <translation>the network with its measurements, for other adjustment programs</translation>
+    </message>
+    <message>
+        <source>неизвестный вид файла «%1», экспорт пишет %2</source>
+        <translation>unknown kind of file &quot;%1&quot;, exports are %2</translation>
+    </message>
+    <message>
+        <source>Экспортировать нечего: в проекте нет сети. Импортируйте нивелирную сеть.</source>
+        <translation>Nothing to export: the project has no network. Import a levelling network.</translation>
+    </message>
+    <message>
+        <source>Пункт %1 записан под именем «%2»: его имя в XML не записывается</source>
+        <translation>Point %1 is written under the name &quot;%2&quot;: XML cannot hold its own</translation>
+    </message>
+    <message>
+        <source>Секций, вес которых записан как СКО (stdev): %1; в сети он задан иначе</source>
+        <translation>Sections whose weight is written as a standard deviation (stdev): %1; the network gives it otherwise</translation>
+    </message>
+    <message>
+        <source>Записано пунктов: %1, секций: %2, файл: %3</source>
+        <translation>Points written: %1, sections: %2; file: %3</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "apps/common/LocalPath.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StandardStreams.h"
+#include "apps/desk/runs/ExportFormats.h"
 #include "apps/desk/runs/RunKinds.h"
 
 #include <QCommandLineParser>
@@ -48,6 +49,15 @@ QString describeRuns()
     return text;
 }
 
+/// A line for each kind of file that can be exported.
+QString describeExports()
+{
+    QString text;
+    for (const ExportFormat& format : exportformats::getFormats())
+        text += QStringLiteral("\n.%1 — %2").arg(format.suffix, format.optionText);
+    return text;
+}
+
 std::vector<Option> getHeadlessOptions()
 {
     return {
@@ -61,7 +71,9 @@ std::vector<Option> getHeadlessOptions()
          QStringLiteral("RUN"),
          describeRuns() + Desk::tr("(--run повторяется, порядок сохраняется)"),
          true},
-        {{QStringLiteral("export")}, QStringLiteral("FILE.csv"), Desk::tr("вывести уравненные высоты")},
+        {{QStringLiteral("export")},
+         QStringLiteral("FILE"),
+         Desk::tr("экспортировать, по окончанию имени файла:") + describeExports()},
         {{QStringLiteral("pages")}, QStringLiteral("DIR"), Desk::tr("записать страницы протоколов")},
         {{QStringLiteral("data")},
          QStringLiteral("FILE.xml"),
@@ -198,7 +210,7 @@ private:
         takeFailLevel();
         result.importFile = apps::toLocalPath(parser.value(QStringLiteral("import")));
         result.projectFile = takeFile(QStringLiteral("open"));
-        result.exportFile = apps::toLocalPath(parser.value(QStringLiteral("export")));
+        result.exportFile = takeExportFile();
         result.pagesFolder = takeFile(QStringLiteral("pages"));
         result.dataFile = apps::toLocalPath(parser.value(QStringLiteral("data")));
         result.saveFile = takeFile(QStringLiteral("save"));
@@ -241,6 +253,14 @@ private:
         if (standardstreams::isStream(value))
             fail(Desk::tr("%1 не принимает «%2»").arg(withDashes(name), value));
         return apps::toLocalPath(value);
+    }
+
+    QString takeExportFile()
+    {
+        const QString path = apps::toLocalPath(parser.value(QStringLiteral("export")));
+        if (!exportformats::find(path))
+            fail(exportformats::describeUnknown(path));
+        return path;
     }
 
     /// A recording begins with an empty file, as no stream can.

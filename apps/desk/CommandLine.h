@@ -25,7 +25,7 @@ struct CommandLine
     QString projectFile;   ///< project to open
     std::vector<int> runs; ///< their protocol types, in this order
     std::optional<LevellingClass> levellingClass;
-    QString exportFile;  ///< heights as CSV
+    QString exportFile;  ///< whose suffix names the format
     QString pagesFolder; ///< where the pages of the runs go
     QString dataFile;    ///< copy of the protocol's data file
     QString saveFile;    ///< project to save

@@ -128,7 +128,7 @@ void TestDeskWindow::emptyProjectOffersImportOnly()
     window = desk->makeWindow();
     QCOMPARE(window->windowTitle(), QStringLiteral("Новый проект[*]"));
     QVERIFY(!window->isWindowModified());
-    for (const char* action : {"Предобработка", "Уравнивание", "L1-анализ", "Экспорт высот…"})
+    for (const char* action : {"Предобработка", "Уравнивание", "L1-анализ", "Экспорт…"})
         QVERIFY2(!isActionEnabled(*window, QString::fromUtf8(action)), action);
     QVERIFY(isActionEnabled(*window, QStringLiteral("Импорт сети…")));
 }
@@ -146,10 +146,9 @@ void TestDeskWindow::importNamesTheProject()
 void TestDeskWindow::runsNeedTheirInput()
 {
     QVERIFY(isActionEnabled(*window, QStringLiteral("Уравнивание")));
-    QVERIFY(!isActionEnabled(*window, QStringLiteral("Экспорт высот…")));
+    QVERIFY(isActionEnabled(*window, QStringLiteral("Экспорт…")));
     QVERIFY(!isActionEnabled(*window, QStringLiteral("Каталог высот")));
     run("Уравнивание");
-    QVERIFY(isActionEnabled(*window, QStringLiteral("Экспорт высот…")));
     QVERIFY(isActionEnabled(*window, QStringLiteral("Каталог высот")));
 }
 

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void wholePagesOfSmallNetwork_data();
     void wholePagesOfSmallNetwork();
     void csvOfSmallNetwork();
+    void exportedNetworkGivesTheSameHeights();
     void dataFileIsCopied();
     void eachRunHasOneLine();
     void runsKeepTheirOrder();
@@ -238,6 +239,17 @@ void TestHeadless::csvOfSmallNetwork()
                                                                  "%1,103.50000,1.000\n"));
 }
 
+void TestHeadless::exportedNetworkGivesTheSameHeights()
+{
+    QCOMPARE(run(words("--import small.gkf --run adjust --export heights.csv")).exitCode, 0);
+    const DeskProcess exporting = run(words("--import small.gkf --export network.GKF"));
+    QCOMPARE(exporting.errors, QString());
+    QCOMPARE(exporting.output, QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3\n"
+                                              "Экспорт: ошибок 0, предупреждений 0, сообщений 1\n"));
+    QCOMPARE(run(words("--import network.GKF --run adjust --export again.csv")).exitCode, 0);
+    QCOMPARE(text(QStringLiteral("again.csv")), text(QStringLiteral("heights.csv")));
+}
+
 void TestHeadless::dataFileIsCopied()
 {
     QCOMPARE(run(words("--import small.gkf --data data.xml")).exitCode, 0);
@@ -263,7 +275,7 @@ void TestHeadless::eachRunHasOneLine()
 void TestHeadless::runsKeepTheirOrder()
 {
     const DeskProcess desk = run(words("--import two-benchmarks.gkf --run adjust --run compile"));
-    QCOMPARE(desk.output, QStringLiteral("Импорт: ошибок 0, предупреждений 0, сообщений 3\n"
+    QCOMPARE(desk.output, QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3\n"
                                          "Уравнивание: ошибок 0, предупреждений 1, сообщений 20\n"
                                          "Предобработка: ошибок 3, предупреждений 0, сообщений 2\n"));
 }
@@ -299,6 +311,8 @@ void TestHeadless::badUsageIsRefused_data()
                                      << "с --headless нужен --import FILE или --open FILE";
     QTest::newRow("unknown option") << "--import small.gkf --quick"
                                     << "непонятный параметр --quick";
+    QTest::newRow("unknown export") << "--import small.gkf --run adjust --export heights.txt"
+                                    << "неизвестный вид файла «heights.txt», экспорт пишет .csv, .gkf";
     QTest::newRow("unknown run") << "--import small.gkf --run solve"
                                  << "неизвестная обработка «solve»: --run compile, adjust, l1";
     QTest::newRow("no value") << "--import small.gkf --run"

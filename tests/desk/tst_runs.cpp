@@ -4,6 +4,7 @@
 #include "apps/desk/runs/ExportRun.h"
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/L1Run.h"
+#include "apps/desk/runs/NetworkExportRun.h"
 #include "tests/desk/LineCollector.h"
 #include "tests/levelling/SyntheticNetwork.h"
 #include "tests/support/TestFiles.h"
@@ -47,6 +48,9 @@ private Q_SLOTS:
     void itemsOfANetworkAreMadeUntilTheStop();
     void exportQuotesNames();
     void exportToMissingFolder();
+    void networkExportTellsWhatItChanged();
+    void networkExportOfEmptyProject();
+    void networkExportToMissingFolder();
     void everyProblemHasItsSentence_data();
     void everyProblemHasItsSentence();
 
@@ -445,6 +449,39 @@ void TestRuns::exportToMissingFolder()
     const QString failure =
         runExport(monitor, {{QStringLiteral("A"), 1, 1.5, 0.5}}, true, QStringLiteral("/no/such/folder.csv"));
     QVERIFY(failure.contains(QStringLiteral("/no/such/folder.csv")));
+    QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
+}
+
+void TestRuns::networkExportTellsWhatItChanged()
+{
+    const int a = addPoint("A\x01", 1.0);
+    const int b = addPoint("<b>");
+    addSection(a, b, 1.0, 1.0);
+    addSection(a, b, 1.0, std::nullopt);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a&b.gkf"));
+    QCOMPARE(runNetworkExport(monitor, snapshot, path), QString());
+    QCOMPARE(
+        monitor.lines,
+        QStringList({QStringLiteral("warning:Пункт [10:A\x01] записан под именем «A\uFFFD»: его имя в "
+                                    "XML не записывается"),
+                     QStringLiteral("message:Секций, вес которых записан как СКО (stdev): 1; в сети он "
+                                    "задан иначе"),
+                     QStringLiteral("message:Записано пунктов: 2, секций: 2, файл: ") + path.toHtmlEscaped(),
+                     QStringLiteral("100%")}));
+}
+
+void TestRuns::networkExportOfEmptyProject()
+{
+    QCOMPARE(runNetworkExport(monitor, snapshot, QStringLiteral("/no/such/folder.gkf")),
+             QStringLiteral("Экспортировать нечего: в проекте нет сети. Импортируйте нивелирную сеть."));
+}
+
+void TestRuns::networkExportToMissingFolder()
+{
+    addLine(1.0);
+    const QString failure = runNetworkExport(monitor, snapshot, QStringLiteral("/no/such/folder.gkf"));
+    QVERIFY(failure.contains(QStringLiteral("/no/such/folder.gkf")));
     QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
 }
 

@@ -90,9 +90,9 @@ void DeskActions::createFileMenu()
     add(menu, Command::Import, Need::Idle, Desk::tr("&Импорт сети…"), makeIcon(Glyph::Import),
         QKeySequence(QStringLiteral("Ctrl+I")))
         ->setStatusTip(Desk::tr("Прочитать нивелирную сеть из файла .gkf"));
-    add(menu, Command::Export, Need::Results, Desk::tr("&Экспорт высот…"), makeIcon(Glyph::Export),
+    add(menu, Command::Export, Need::Network, Desk::tr("&Экспорт…"), makeIcon(Glyph::Export),
         QKeySequence(QStringLiteral("Ctrl+E")))
-        ->setStatusTip(Desk::tr("Записать уравненные высоты и их СКО в файл CSV"));
+        ->setStatusTip(Desk::tr("Записать уравненные высоты или сеть в файл"));
     menu->addSeparator();
     add(menu, Command::Quit, Need::Nothing, Desk::tr("&Выход"), QIcon(),
         QKeySequence(QStringLiteral("Ctrl+Q")));

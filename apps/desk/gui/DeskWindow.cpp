@@ -444,7 +444,8 @@ void DeskWindow::perform(DeskActions::Command command)
         importFile(filedialogs::chooseNetwork(this));
         break;
     case Command::Export:
-        exportFile(filedialogs::chooseHeightsTarget(this, document->getProject().getName()));
+        exportFile(filedialogs::chooseExportTarget(this, document->getProject().getName(),
+                                                   document->hasResults()));
         break;
     case Command::Quit:
         close();

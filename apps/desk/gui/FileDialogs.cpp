@@ -2,6 +2,7 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/gui/RecentFiles.h"
+#include "apps/desk/runs/ExportFormats.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -52,11 +53,29 @@ QString chooseProjectTarget(QWidget* parent, const QString& projectName)
     return path;
 }
 
-QString chooseHeightsTarget(QWidget* parent, const QString& projectName)
+QString chooseExportTarget(QWidget* parent, const QString& projectName, bool hasResults)
 {
-    return QFileDialog::getSaveFileName(parent, Desk::tr("Экспорт высот"),
-                                        suggestPath(projectName, QStringLiteral("csv")),
-                                        Desk::tr("Таблицы CSV (*.csv)"));
+    QStringList suffixes;
+    QStringList filters;
+    for (const ExportFormat& format : exportformats::getFormats()) {
+        if (format.needsResults && !hasResults)
+            continue;
+        suffixes.append(format.suffix);
+        filters.append(QStringLiteral("%1 (*.%2)").arg(format.title, format.suffix));
+    }
+    QFileDialog dialog(parent, Desk::tr("Экспорт"), recentfiles::getFolder(),
+                       filters.join(QStringLiteral(";;")));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(suffixes.constFirst());
+    dialog.selectFile(suggestPath(projectName, suffixes.constFirst()));
+    // The suffix decides what is written, so it follows the choice of a format.
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
+        const QString suffix = suffixes.value(filters.indexOf(filter));
+        const QFileInfo file(dialog.selectedFiles().value(0));
+        dialog.setDefaultSuffix(suffix);
+        dialog.selectFile(file.dir().filePath(file.completeBaseName() + QLatin1Char('.') + suffix));
+    });
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 } // namespace filedialogs

@@ -17,8 +17,10 @@ QString chooseFile(QWidget* parent);
 QString chooseNetwork(QWidget* parent);
 /// Where to save the project; with its suffix.
 QString chooseProjectTarget(QWidget* parent, const QString& projectName);
-/// Where to write the heights as CSV.
-QString chooseHeightsTarget(QWidget* parent, const QString& projectName);
+/// Where to export, with the suffix of the chosen format.
+/// @param hasResults whether there are adjusted heights; without them the first format that needs none is
+///                   offered
+QString chooseExportTarget(QWidget* parent, const QString& projectName, bool hasResults);
 
 } // namespace filedialogs
 

@@ -8,6 +8,8 @@
 #include "apps/desk/runs/ExportRun.h"
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/L1Run.h"
+#include "apps/desk/runs/NetworkExportRun.h"
+#include "apps/desk/runs/RunLines.h"
 #include "apps/desk/runs/ThreadCall.h"
 
 #include <QThreadPool>
@@ -113,7 +115,7 @@ DeskRun makeL1Analysis(const Document& document)
     return run;
 }
 
-DeskRun makeExport(const Document& document, const QString& filePath)
+DeskRun makeHeightExport(const Document& document, const QString& filePath)
 {
     std::vector<ExportedHeight> heights;
     for (const LevellingPoint* point : document.getPoints()) {
@@ -133,6 +135,29 @@ DeskRun makeExport(const Document& document, const QString& filePath)
     run.function = [heights, wasAdjusted, kind, filePath,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
         *failure = RunFailure::make(kind, runExport(monitor, heights, wasAdjusted, filePath));
+    };
+    return run;
+}
+
+DeskRun makeNetworkExport(const Document& document, const QString& filePath)
+{
+    DeskRun run;
+    run.protocolType = enums::Export;
+    run.function = [snapshot = document.shareSnapshot(), filePath,
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure =
+            RunFailure::make(RunFailure::Kind::Refused, runNetworkExport(monitor, *snapshot, filePath));
+    };
+    return run;
+}
+
+DeskRun makeRefusedExport(const QString& failure)
+{
+    DeskRun run;
+    run.protocolType = enums::Export;
+    run.function = [failure, result = run.failure](qor::IProcessMonitor& monitor) {
+        monitor.writeError(RunLines::escape(failure).toStdWString());
+        *result = RunFailure::make(RunFailure::Kind::Refused, failure);
     };
     return run;
 }

@@ -56,8 +56,15 @@ DeskRun makeImport(Document& document, const QString& filePath, const QString& p
 DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);
-/// Export of the adjusted heights as CSV.
+/// Export in the format that the file's suffix names, see ExportFormats; for an unknown one a run that says
+/// so.
 DeskRun makeExport(const Document& document, const QString& filePath);
+/// Export of the adjusted heights as CSV.
+DeskRun makeHeightExport(const Document& document, const QString& filePath);
+/// Export of the network as a gama-local file.
+DeskRun makeNetworkExport(const Document& document, const QString& filePath);
+/// An export that does nothing but tell why, in a sentence of plain text.
+DeskRun makeRefusedExport(const QString& failure);
 
 } // namespace runs
 
