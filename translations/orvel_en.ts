@@ -1491,6 +1491,26 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>Записано пунктов: %1, секций: %2, файл: %3</source>
         <translation>Points written: %1, sections: %2; file: %3</translation>
     </message>
+    <message>
+        <source>число станций</source>
+        <translation>numbers of set-ups</translation>
+    </message>
+    <message>
+        <source>расхождения отсчётов</source>
+        <translation>differences of readings</translation>
+    </message>
+    <message>
+        <source>даты</source>
+        <translation>dates</translation>
+    </message>
+    <message>
+        <source>примечания</source>
+        <translation>notes</translation>
+    </message>
+    <message>
+        <source>В формате .gkf нет места для некоторых сведений о секциях, в файл не вошли: %1</source>
+        <translation>The .gkf format has no place for some of what is known of sections; left out: %1</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>
