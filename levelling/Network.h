@@ -13,6 +13,9 @@ struct Point
     QString id;
     /// Given height, m: the datum of a fixed point, otherwise at most an approximation.
     std::optional<double> height;
+    /// Given coordinates, m: x runs north, y east. They are there together or not at all.
+    std::optional<double> x;
+    std::optional<double> y;
     /// The height is held. A fixed point always has a height.
     bool fixed = false;
     /// The height is an observation of its own, see ObservedHeights. It is there then, and not held.
@@ -26,7 +29,11 @@ struct Point
     /// Line of that file.
     qint64 line = 0;
 
+    /// The point belongs to a tacheometric survey or a list of coordinates: no section need lead to it.
+    bool surveyed = false;
+
     bool isBenchmark() const { return fixed || observed; }
+    bool hasPlan() const { return x && y; }
 };
 
 /// Heights of benchmarks that are known with their covariances, as an earlier adjustment gives them.

@@ -6,13 +6,14 @@ set(arrows
     "host:"
     "formats:"
     "levelling:formats"
+    "tacheometry:formats"
     "Orvel/store:host"
     "Orvel/html:host Orvel/store"
     "Orvel/integration:host Orvel/store Orvel/html"
     "apps/common:host Orvel"
     "apps/replay:host Orvel apps/common"
-    "apps/desk:host Orvel formats levelling apps/common"
-    "bench:host Orvel formats levelling apps tests"
+    "apps/desk:host Orvel formats levelling tacheometry apps/common"
+    "bench:host Orvel formats levelling tacheometry apps tests"
     "examples:host Orvel")
 
 # Headers that the build generates stand at the top of the library that they belong to.
@@ -54,7 +55,7 @@ endforeach()
 
 # The non-widget parts must not reach for widgets, whatever the include path offers.
 file(GLOB_RECURSE cores "${ROOT}/Orvel/store/*" "${ROOT}/Orvel/html/*" "${ROOT}/host/model/*" "${ROOT}/host/enums/*"
-    "${ROOT}/host/files/*" "${ROOT}/host/reports/*" "${ROOT}/formats/*" "${ROOT}/levelling/*")
+    "${ROOT}/host/files/*" "${ROOT}/host/reports/*" "${ROOT}/formats/*" "${ROOT}/levelling/*" "${ROOT}/tacheometry/*")
 foreach(source IN LISTS cores)
     file(STRINGS "${source}" widgets REGEX "#include <(QtWidgets|QApplication|QWidget|QDialog|QMessageBox)")
     if(widgets)

@@ -6,6 +6,7 @@ file(GLOB_RECURSE sources
     "${ROOT}/host/*.h" "${ROOT}/host/*.cpp"
     "${ROOT}/formats/*.h" "${ROOT}/formats/*.cpp"
     "${ROOT}/levelling/*.h" "${ROOT}/levelling/*.cpp"
+    "${ROOT}/tacheometry/*.h" "${ROOT}/tacheometry/*.cpp"
     "${ROOT}/Orvel/*.h" "${ROOT}/Orvel/*.cpp"
     "${ROOT}/apps/*.h" "${ROOT}/apps/*.cpp"
     "${ROOT}/bench/*.h" "${ROOT}/bench/*.cpp"

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void contentNobodyCanComputeWithIsRefused();
     void copiedContentKeepsEverything();
     void fieldDataComesBackFromTheProjectFile();
+    void tacheometryComesBackFromTheProjectFile();
     void earlierProjectFilesAreRead();
     void projectWithTooManyItemsIsRefused();
 
@@ -270,6 +271,27 @@ void TestDocument::contentNobodyCanComputeWithIsRefused_data()
             c.sources = QStringList{QStringLiteral("a.gsi"), QStringLiteral("b.gsi")};
         },
         true);
+    row("x without y", withPoint([](levelling::Point& p) { p.x = 1.0; }));
+    row("y is no number", withPoint([=](levelling::Point& p) {
+            p.x = 1.0;
+            p.y = nan;
+        }));
+    const auto withSight = [](const std::function<void(tacheometry::Setup&)>& change) {
+        return [change](Document::Content& c) {
+            tacheometry::FieldBook book;
+            book.setups.resize(1);
+            book.setups[0].sights.resize(1);
+            change(book.setups[0]);
+            c.fieldBook = std::make_shared<const tacheometry::FieldBook>(book);
+        };
+    };
+    row("field book", withSight([](tacheometry::Setup&) {}), true);
+    row("direction is no number", withSight([=](tacheometry::Setup& s) { s.sights[0].direction = nan; }));
+    row("distance zero", withSight([](tacheometry::Setup& s) { s.sights[0].slopeDistance = 0.0; }));
+    row("instrument height endless",
+        withSight([=](tacheometry::Setup& s) { s.instrumentHeight = infinity; }));
+    row("scale zero", withSight([](tacheometry::Setup& s) { s.scale = 0.0; }));
+    row("set-up of no file", withSight([](tacheometry::Setup& s) { s.source = 7; }));
     row("point of no file", withPoint([](levelling::Point& p) { p.source = -1; }));
     row("sigma-apr zero", [](Document::Content& c) { c.parameters.sigmaApriori = 0.0; });
     row("tol-abs is no number", [=](Document::Content& c) { c.parameters.toleranceAbsolute = nan; });
@@ -377,10 +399,80 @@ void TestDocument::fieldDataComesBackFromTheProjectFile()
     QCOMPARE(document->copyContent().sources, network.sources);
 }
 
+void TestDocument::tacheometryComesBackFromTheProjectFile()
+{
+    StoredProject project = makeFieldProject();
+    levelling::Point station;
+    station.id = QStringLiteral("S");
+    station.x = 100.5;
+    station.y = -20.25;
+    station.surveyed = true;
+    project.content.points.push_back(std::make_unique<LevellingPoint>(1000004, station));
+    project.content.points.back()->setPolarResult({1.0, 2.0, 3.0});
+    project.content.nextId = 1000005;
+    tacheometry::Setup setup;
+    setup.station = QStringLiteral("S");
+    setup.instrumentHeight = 1.5;
+    setup.orientation = 0.25;
+    setup.scale = 1.0001;
+    setup.source = 1;
+    setup.line = 7;
+    tacheometry::Sight sight;
+    sight.point = QStringLiteral("101");
+    sight.code = QStringLiteral("14");
+    sight.direction = 1.25;
+    sight.zenith = 1.5;
+    sight.slopeDistance = 24.622;
+    sight.targetHeight = 0.1;
+    sight.beyond = 0.05;
+    sight.right = -0.3;
+    sight.recorded = {1.0, 2.0, std::nullopt};
+    sight.line = 9;
+    setup.sights = {sight, sight};
+    setup.sights[1].slopeDistance.reset();
+    setup.sights[1].horizontalDistance = 24.5;
+    tacheometry::FieldBook book;
+    book.setups = {setup};
+    project.content.fieldBook = std::make_shared<const tacheometry::FieldBook>(book);
+
+    QVERIFY(document->setContent(rewrite(project, 3, [](QByteArray&) {}).content));
+    const LevellingPoint& point = *document->getPoints()[2];
+    QCOMPARE(*point.getPoint().x, 100.5);
+    QCOMPARE(*point.getPoint().y, -20.25);
+    QVERIFY(point.getPoint().surveyed);
+    QCOMPARE(*point.getPolarResult().height, 3.0);
+    QVERIFY(document->hasCoordinates());
+    QCOMPARE(document->copyContent().fieldBook, document->getSnapshot().fieldBook);
+    const tacheometry::FieldBook& read = *document->getSnapshot().fieldBook;
+    QCOMPARE(read.countSights(), std::size_t(2));
+    QCOMPARE(read.setups[0].station, QStringLiteral("S"));
+    QCOMPARE(*read.setups[0].instrumentHeight, 1.5);
+    QCOMPARE(*read.setups[0].orientation, 0.25);
+    QCOMPARE(read.setups[0].scale, 1.0001);
+    QCOMPARE(read.setups[0].source, 1);
+    QCOMPARE(read.setups[0].line, qint64(7));
+    const tacheometry::Sight& first = read.setups[0].sights[0];
+    QCOMPARE(first.point, QStringLiteral("101"));
+    QCOMPARE(first.code, QStringLiteral("14"));
+    QCOMPARE(*first.direction, 1.25);
+    QCOMPARE(*first.zenith, 1.5);
+    QCOMPARE(*first.slopeDistance, 24.622);
+    QVERIFY(!first.horizontalDistance);
+    QCOMPARE(first.targetHeight, 0.1);
+    QCOMPARE(first.beyond, 0.05);
+    QCOMPARE(first.right, -0.3);
+    QCOMPARE(*first.recorded.y, 2.0);
+    QVERIFY(!first.recorded.height);
+    QCOMPARE(first.line, qint64(9));
+    QCOMPARE(*read.setups[0].sights[1].horizontalDistance, 24.5);
+}
+
 void TestDocument::earlierProjectFilesAreRead()
 {
     // What each version added stands behind all that the version before has.
-    constexpr int thirdVersionSize = 4 + (4 + 10) + (4 + 10) + 2 * 4 + (1 + 4) + (1 + 8) + 4 + (4 + 20) + (4 + 10);
+    constexpr int pointSize = 4 + 1 + 1 + 1 + 3 * 1;
+    constexpr int sectionSize = (1 + 4) + (1 + 8) + 4 + (4 + 20) + (4 + 10);
+    constexpr int thirdVersionSize = 4 + (4 + 10) + (4 + 10) + 2 * pointSize + sectionSize + 4;
     constexpr int secondVersionSize = 8 + 2 * (1 + 1 + 1) + (1 + 1 + 1) + 4;
     const StoredProject second =
         rewrite(makeFieldProject(), 2, [](QByteArray& content) { content.chop(thirdVersionSize); });

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void modelsKeepTheRules();
     void showsPointsAndSections();
     void showsResultsOfAdjustment();
+    void coordinatesAreShownWhereThereAreSome();
     void sortsNamesAsPeopleCount();
     void sortsNumbersByValue();
     void searchHidesWhatItDoesNotMean();
@@ -125,20 +126,44 @@ void TestItemTable::showsPointsAndSections()
 {
     QCOMPARE(column(itemcolumns::Name),
              toList("BMX|BMY|A|B|C|BMX – A|A – BMY|BMY – C|C – BMX|A – B|BMY – B|B – C"));
-    QCOMPARE(row("BMX"), toList("BMX|исходный репер|100,00000||||0|"));
-    QCOMPARE(row("A"), toList("A|пункт|||||0|"));
-    QCOMPARE(row("B – C"), toList("B – C|секция||1,41|1,70000||0|"));
+    QCOMPARE(row("BMX"), toList("BMX|исходный репер|||100,00000||||0|"));
+    QCOMPARE(row("A"), toList("A|пункт|||||||0|"));
+    QCOMPARE(row("B – C"), toList("B – C|секция||||1,41|1,70000||0|"));
 }
 
 void TestItemTable::showsResultsOfAdjustment()
 {
     QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
     QVERIFY(window->getMonitor().waitForFinished());
-    QCOMPARE(row("A"), toList("A|пункт|105,15040|32,76|||2|"));
-    QCOMPARE(row("BMY – C"), toList("BMY – C|секция||1,41|\u22121,25000|\u221252,80|2|"));
+    QCOMPARE(row("A"), toList("A|пункт|||105,15040|32,76|||2|"));
+    QCOMPARE(row("BMY – C"), toList("BMY – C|секция||||1,41|\u22121,25000|\u221252,80|2|"));
     QVERIFY(!cell("A", itemcolumns::Report).data(Qt::DecorationRole).isNull());
     QCOMPARE(cell("A", itemcolumns::Report).data(Qt::AccessibleTextRole).toString(),
              QStringLiteral("есть протокол"));
+}
+
+void TestItemTable::coordinatesAreShownWhereThereAreSome()
+{
+    ItemTable& table = window->getTable();
+    QVERIFY(table.isColumnHidden(itemcolumns::X));
+    QVERIFY(table.isColumnHidden(itemcolumns::Y));
+    levelling::Network network;
+    levelling::Point point;
+    point.id = QStringLiteral("P1");
+    point.x = 118.827;
+    point.y = -119.1974;
+    point.height = 120.014;
+    network.points.push_back(point);
+    point = levelling::Point();
+    point.id = QStringLiteral("P2");
+    network.points.push_back(point);
+    window->getDocument().setNetwork(network);
+    QVERIFY(!table.isColumnHidden(itemcolumns::X));
+    QVERIFY(!table.isColumnHidden(itemcolumns::Y));
+    QCOMPARE(row("P1"), toList("P1|пункт|118,827|\u2212119,197|120,01400||||0|"));
+    QCOMPARE(row("P2"), toList("P2|пункт|||||||0|"));
+    window->getDocument().getPoints()[1]->setPolarResult({1.0, 2.0, std::nullopt});
+    QCOMPARE(row("P2").mid(0, 5), toList("P2|пункт|1,000|2,000|"));
 }
 
 void TestItemTable::sortsNamesAsPeopleCount()

@@ -3,6 +3,7 @@
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/FieldBookArchive.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/reports/DeskReports.h"
@@ -52,7 +53,16 @@ bool isUsable(const levelling::Parameters& parameters)
 
 bool isUsable(const levelling::Point& point)
 {
+    if (point.x.has_value() != point.y.has_value() || !std::isfinite(point.x.value_or(0.0)) ||
+        !std::isfinite(point.y.value_or(0.0)))
+        return false;
     return point.height ? std::isfinite(*point.height) : !point.fixed;
+}
+
+bool isUsable(const tacheometry::Position& position)
+{
+    return position.x.has_value() == position.y.has_value() && std::isfinite(position.x.value_or(0.0)) &&
+           std::isfinite(position.y.value_or(0.0)) && std::isfinite(position.height.value_or(0.0));
 }
 
 bool isUsable(const levelling::Section& section)
@@ -104,11 +114,12 @@ bool isConsistent(const Document::Content& content)
     const auto isPoint = [pointCount](int index) { return index >= 0 && index < pointCount; };
     const int sourceCount = std::max(1, content.sources.size());
     const auto isSource = [sourceCount](int index) { return index >= 0 && index < sourceCount; };
-    return areObservedHeightsUsable(content) &&
+    return areObservedHeightsUsable(content) && fieldbookarchive::isUsable(*content.fieldBook, sourceCount) &&
            std::all_of(content.points.begin(), content.points.end(),
                        [&](const auto& item) {
                            const levelling::Point& point = item->getPoint();
-                           return isNew(item->getId()) && isUsable(point) && isSource(point.source);
+                           return isNew(item->getId()) && isUsable(point) &&
+                                  isUsable(item->getPolarResult()) && isSource(point.source);
                        }) &&
            std::all_of(content.sections.begin(), content.sections.end(), [&](const auto& section) {
                const levelling::Section& ends = section->getSection();
@@ -212,6 +223,13 @@ bool Document::hasResults() const
                        [](const LevellingPoint* point) { return point->getResult().has_value(); });
 }
 
+bool Document::hasCoordinates() const
+{
+    const std::vector<LevellingPoint*> points = getPoints();
+    return std::any_of(points.begin(), points.end(),
+                       [](const LevellingPoint* point) { return point->getPosition().hasPlan(); });
+}
+
 void Document::setNetwork(const levelling::Network& network)
 {
     NetworkItems items = NetworkItems::make(network, *snapshot, nextId);
@@ -256,8 +274,9 @@ bool Document::setContent(Content content)
     network.sources = content.sources;
     network.parameters = content.parameters;
     network.observedHeights = content.observedHeights;
-    NetworkItems items = NetworkItems::make(std::move(network), std::move(content.points),
-                                            std::move(content.sections), content.nextId);
+    NetworkItems items =
+        NetworkItems::make(std::move(network), std::move(content.points), std::move(content.sections),
+                           content.nextId, std::move(content.fieldBook));
     levellingClass = content.levellingClass;
     exchangeItems(items);
     return true;
@@ -275,6 +294,7 @@ Document::Content Document::copyContent() const
     for (const LevellingSection* section : getSections())
         content.sections.push_back(std::make_unique<LevellingSection>(*section));
     content.observedHeights = snapshot->network.observedHeights;
+    content.fieldBook = snapshot->fieldBook;
     content.nextId = nextId;
     return content;
 }

@@ -44,6 +44,8 @@ public:
         std::vector<std::unique_ptr<LevellingPoint>> points;
         std::vector<std::unique_ptr<LevellingSection>> sections;
         std::vector<levelling::ObservedHeights> observedHeights;
+        std::shared_ptr<const tacheometry::FieldBook> fieldBook =
+            std::make_shared<const tacheometry::FieldBook>();
         /// The next new item's id, larger than all that were ever given.
         LONGID nextId = 0;
     };
@@ -85,6 +87,8 @@ public:
     bool isEmpty() const;
     /// Some point has an adjusted height.
     bool hasResults() const;
+    /// Some point has coordinates, given or computed.
+    bool hasCoordinates() const;
 
     /// Replaces the network. Points and sections that the old one had, by their names, keep their ids; no id
     /// is ever given to another item. Results are gone, and so are the protocols of the processing of the old

@@ -57,12 +57,36 @@ void LevellingPoint::serializeAddition(CQtArchive& archive)
 void LevellingPoint::serializeFieldData(CQtArchive& archive)
 {
     serializeValue(archive, point.source);
+    serializeValue(archive, point.x);
+    serializeValue(archive, point.y);
+    serializeValue(archive, point.surveyed);
+    serializeValue(archive, polar.x);
+    serializeValue(archive, polar.y);
+    serializeValue(archive, polar.height);
 }
 
 void LevellingPoint::setResult(const std::optional<Result>& adjusted)
 {
     result = adjusted;
     notify();
+}
+
+void LevellingPoint::setPolarResult(const tacheometry::Position& computed)
+{
+    polar = computed;
+    notify();
+}
+
+tacheometry::Position LevellingPoint::getPosition() const
+{
+    tacheometry::Position position = polar;
+    if (point.hasPlan())
+        position = {point.x, point.y, point.height};
+    if (point.fixed)
+        position.height = point.height;
+    if (result)
+        position.height = result->height;
+    return position;
 }
 
 } // namespace orvel::desk

@@ -2,6 +2,7 @@
 
 #include "host/model/CModelElement.h"
 #include "levelling/Network.h"
+#include "tacheometry/FieldBook.h"
 
 #include <optional>
 
@@ -36,10 +37,17 @@ public:
     const levelling::Point& getPoint() const { return point; }
     const std::optional<Result>& getResult() const { return result; }
     void setResult(const std::optional<Result>& adjusted);
+    /// What the tacheometric computation gave; empty if nothing.
+    const tacheometry::Position& getPolarResult() const { return polar; }
+    void setPolarResult(const tacheometry::Position& computed);
+    /// Where the point is: as it is given, otherwise as it was computed; and its height as it is given to
+    /// computations, adjusted or else computed.
+    tacheometry::Position getPosition() const;
 
 private:
     levelling::Point point;
     std::optional<Result> result;
+    tacheometry::Position polar;
 };
 
 } // namespace orvel::desk

@@ -66,9 +66,12 @@ private:
 std::optional<NetworkItems> assemble(levelling::Network network,
                                      std::vector<std::unique_ptr<LevellingPoint>> points,
                                      std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId,
+                                     std::shared_ptr<const tacheometry::FieldBook> fieldBook,
                                      StopQuestion& question)
 {
     NetworkSnapshot snapshot;
+    if (fieldBook)
+        snapshot.fieldBook = std::move(fieldBook);
     snapshot.network = std::move(network);
     NetworkItems items;
     items.nextId = nextId;
@@ -107,7 +110,8 @@ NetworkItems NetworkItems::make(const levelling::Network& network, const Network
 
 std::optional<NetworkItems> NetworkItems::make(const levelling::Network& network,
                                                const NetworkSnapshot& known, LONGID nextId,
-                                               const std::function<bool()>& isStopped)
+                                               const std::function<bool()>& isStopped,
+                                               std::shared_ptr<const tacheometry::FieldBook> fieldBook)
 {
     StopQuestion question(isStopped);
     IdFinder pointIds(nextId);
@@ -146,16 +150,19 @@ std::optional<NetworkItems> NetworkItems::make(const levelling::Network& network
     rest.sources = network.sources;
     rest.parameters = network.parameters;
     rest.observedHeights = network.observedHeights;
-    return assemble(std::move(rest), std::move(points), std::move(sections), nextId, question);
+    return assemble(std::move(rest), std::move(points), std::move(sections), nextId, std::move(fieldBook),
+                    question);
 }
 
 NetworkItems NetworkItems::make(levelling::Network network,
                                 std::vector<std::unique_ptr<LevellingPoint>> points,
-                                std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId)
+                                std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId,
+                                std::shared_ptr<const tacheometry::FieldBook> fieldBook)
 {
     const std::function<bool()> neverStopped;
     StopQuestion question(neverStopped);
-    return *assemble(std::move(network), std::move(points), std::move(sections), nextId, question);
+    return *assemble(std::move(network), std::move(points), std::move(sections), nextId, std::move(fieldBook),
+                     question);
 }
 
 } // namespace orvel::desk

@@ -25,11 +25,13 @@ struct NetworkItems
     static NetworkItems make(const levelling::Network& network, const NetworkSnapshot& known, LONGID nextId);
     /// The same, or nothing when `isStopped`, asked every few thousand items, says so.
     static std::optional<NetworkItems> make(const levelling::Network& network, const NetworkSnapshot& known,
-                                            LONGID nextId, const std::function<bool()>& isStopped);
+                                            LONGID nextId, const std::function<bool()>& isStopped,
+                                            std::shared_ptr<const tacheometry::FieldBook> fieldBook = {});
     /// Takes items that have ids. The network beside them holds what `network` has besides points and
     /// sections.
     static NetworkItems make(levelling::Network network, std::vector<std::unique_ptr<LevellingPoint>> points,
-                             std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId);
+                             std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId,
+                             std::shared_ptr<const tacheometry::FieldBook> fieldBook = {});
 
     std::unique_ptr<CItemTree> points;
     std::unique_ptr<tervo::CItemManager> sections;

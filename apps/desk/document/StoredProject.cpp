@@ -1,6 +1,7 @@
 #include "apps/desk/document/StoredProject.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/FieldBookArchive.h"
 #include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
 #include "levelling/GkfReader.h"
@@ -131,6 +132,7 @@ void writeFieldData(CQtArchive& archive, const Document::Content& content)
         point->serializeFieldData(archive);
     for (const auto& section : content.sections)
         section->serializeFieldData(archive);
+    fieldbookarchive::save(archive, *content.fieldBook);
 }
 
 void readFieldData(CQtArchive& archive, Document::Content& content)
@@ -144,6 +146,7 @@ void readFieldData(CQtArchive& archive, Document::Content& content)
         point->serializeFieldData(archive);
     for (const auto& section : content.sections)
         section->serializeFieldData(archive);
+    content.fieldBook = fieldbookarchive::load(archive);
 }
 
 QByteArray writeContent(const StoredProject& project)

@@ -413,7 +413,7 @@ void DeskWindow::restoreLayout()
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
-    table->horizontalHeader()->restoreState(settings.value(QStringLiteral("window/columns")).toByteArray());
+    table->restoreColumns(settings.value(QStringLiteral("window/itemColumns")).toByteArray());
 }
 
 void DeskWindow::saveLayout() const
@@ -421,7 +421,7 @@ void DeskWindow::saveLayout() const
     QSettings settings;
     settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
     settings.setValue(QStringLiteral("window/state"), saveState());
-    settings.setValue(QStringLiteral("window/columns"), table->horizontalHeader()->saveState());
+    settings.setValue(QStringLiteral("window/itemColumns"), table->horizontalHeader()->saveState());
 }
 
 void DeskWindow::perform(DeskActions::Command command)

@@ -15,6 +15,9 @@ QString toText(int column, const QVariant& value)
     if (!value.isValid())
         return QString();
     switch (column) {
+    case X:
+    case Y:
+        return numbers::coordinate(value.toDouble());
     case Height:
     case Difference:
         return numbers::height(value.toDouble());
@@ -53,6 +56,10 @@ QString getTitle(int column)
         return Desk::tr("Имя");
     case Type:
         return Desk::tr("Вид");
+    case X:
+        return Desk::tr("X, м");
+    case Y:
+        return Desk::tr("Y, м");
     case Height:
         return Desk::tr("Высота, м");
     case Sigma:
@@ -77,8 +84,12 @@ QString getExplanation(int column)
         return Desk::tr("Имя пункта, или имена концов секции");
     case Type:
         return Desk::tr("Исходный репер, определяемый пункт или секция");
+    case X:
+        return Desk::tr("Координата на север, заданная или вычисленная по тахеометрии");
+    case Y:
+        return Desk::tr("Координата на восток, заданная или вычисленная по тахеометрии");
     case Height:
-        return Desk::tr("Отметка репера или уравненная высота пункта");
+        return Desk::tr("Отметка репера, уравненная высота пункта или высота по тахеометрии");
     case Sigma:
         return Desk::tr("СКО уравненной высоты, у секции — априорная СКО измерения");
     case Difference:
@@ -104,8 +115,8 @@ QVariant present(int column, const QVariant& value, int role)
     case Qt::AccessibleTextRole:
         return toAccessibleText(column, value);
     case Qt::TextAlignmentRole:
-        return column >= Height && column <= Lines ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
-                                                   : QVariant(int(Qt::AlignLeft | Qt::AlignVCenter));
+        return column >= X && column <= Lines ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
+                                              : QVariant(int(Qt::AlignLeft | Qt::AlignVCenter));
     case Qt::DecorationRole:
         return column == Report && value.toBool() ? QVariant(makeIcon(Glyph::Protocol)) : QVariant();
     case SortRole:

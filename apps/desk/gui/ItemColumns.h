@@ -12,7 +12,7 @@ namespace orvel::desk {
 /// How it is shown follows from the column.
 namespace itemcolumns {
 
-enum Column { Name, Type, Height, Sigma, Difference, Residual, Lines, Report };
+enum Column { Name, Type, X, Y, Height, Sigma, Difference, Residual, Lines, Report };
 constexpr int kCount = Report + 1;
 
 /// The item's LONGID, and the value of a cell for sorting.

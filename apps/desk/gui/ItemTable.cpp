@@ -25,8 +25,9 @@ constexpr int kSlowMs = 200;
 
 } // namespace
 
-ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent)
+ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidget* parent)
     : QTableView(parent)
+    , document(openDocument)
     , filterModel(new ItemFilterModel(this))
     , joinedModel(new QConcatenateTablesProxyModel(this))
     , pointModel(new PointTableModel(document, this))
@@ -48,6 +49,9 @@ ItemTable::ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* 
     setWordWrap(false);
     setVerticalScrollMode(ScrollPerPixel);
     setUpHeader();
+    showCoordinates();
+    connect(&document, &Document::networkReplaced, this, &ItemTable::showCoordinates);
+    connect(&document, &Document::resultsChanged, this, &ItemTable::showCoordinates);
     connect(this, &QTableView::clicked, this, &ItemTable::showProtocol);
     slowTimer->setSingleShot(true);
     slowTimer->setInterval(kSlowMs);
@@ -127,6 +131,19 @@ void ItemTable::setEmptyText(const QString& text)
 {
     emptyText = text;
     viewport()->update();
+}
+
+void ItemTable::restoreColumns(const QByteArray& state)
+{
+    horizontalHeader()->restoreState(state);
+    showCoordinates();
+}
+
+void ItemTable::showCoordinates()
+{
+    const bool areHidden = !document.hasCoordinates();
+    setColumnHidden(itemcolumns::X, areHidden);
+    setColumnHidden(itemcolumns::Y, areHidden);
 }
 
 void ItemTable::keyPressEvent(QKeyEvent* event)

@@ -24,7 +24,7 @@ class ItemTable : public QTableView
 
 public:
     /// The document outlives the table.
-    ItemTable(Document& document, ProjectWindow* projectWindow, QWidget* parent = nullptr);
+    ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidget* parent = nullptr);
 
     ItemFilterModel* getFilterModel() const { return filterModel; }
 
@@ -43,6 +43,8 @@ public:
     void setProtocolsAvailable(bool available);
     /// What stands in the table when it has no rows.
     void setEmptyText(const QString& text);
+    /// Takes the order and widths of the columns as QHeaderView::saveState() gave them.
+    void restoreColumns(const QByteArray& state);
 
 Q_SIGNALS:
     void currentItemChanged();
@@ -57,10 +59,13 @@ protected:
 private:
     void showProtocol(const QModelIndex& index);
     void setUpHeader();
+    /// The columns of coordinates are there when some point has them.
+    void showCoordinates();
     QModelIndex findItem(LONGID id) const;
     void selectAwaitedItem();
     void setSlow(bool isSlow);
 
+    Document& document;
     ItemFilterModel* filterModel;
     QConcatenateTablesProxyModel* joinedModel;
     PointTableModel* pointModel;

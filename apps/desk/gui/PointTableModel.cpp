@@ -24,6 +24,11 @@ QVector<CProjectItemModel::Column> makeColumns()
     return columns;
 }
 
+QVariant toVariant(const std::optional<double>& number)
+{
+    return number ? QVariant(*number) : QVariant();
+}
+
 } // namespace
 
 PointTableModel::PointTableModel(Document& openDocument, QObject* parent)
@@ -74,10 +79,12 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
         return point.getName();
     case itemcolumns::Type:
         return isFixed ? fixedPointText : pointText;
+    case itemcolumns::X:
+        return toVariant(point.getPosition().x);
+    case itemcolumns::Y:
+        return toVariant(point.getPosition().y);
     case itemcolumns::Height:
-        if (isFixed)
-            return *point.getPoint().height;
-        return result ? QVariant(result->height) : QVariant();
+        return toVariant(point.getPosition().height);
     case itemcolumns::Sigma:
         return result && !isFixed ? QVariant(result->sigma) : QVariant();
     case itemcolumns::Lines:

@@ -61,6 +61,11 @@ QString height(double metres)
     return fixed(metres, 5);
 }
 
+QString coordinate(double metres)
+{
+    return fixed(metres, 3);
+}
+
 QString length(double kilometres)
 {
     return fixed(kilometres, 3);

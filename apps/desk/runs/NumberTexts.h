@@ -21,6 +21,8 @@ QString shortest(double value);
 
 /// Height or height difference, m.
 QString height(double metres);
+/// Coordinate, m.
+QString coordinate(double metres);
 /// Length of a line, km.
 QString length(double kilometres);
 /// Residual or misclosure, mm, with its sign.
