@@ -404,10 +404,6 @@
         <translation>Benchmark, new point, or section</translation>
     </message>
     <message>
-        <source>Отметка репера или уравненная высота пункта</source>
-        <translation>Given height of a benchmark or adjusted height of a point</translation>
-    </message>
-    <message>
         <source>СКО уравненной высоты, у секции — априорная СКО измерения</source>
         <translation>Standard deviation of the adjusted height; of a section, that of the measurement a priori</translation>
     </message>
@@ -1510,6 +1506,26 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>В формате .gkf нет места для некоторых сведений о секциях, в файл не вошли: %1</source>
         <translation>The .gkf format has no place for some of what is known of sections; left out: %1</translation>
+    </message>
+    <message>
+        <source>X, м</source>
+        <translation>X, m</translation>
+    </message>
+    <message>
+        <source>Y, м</source>
+        <translation>Y, m</translation>
+    </message>
+    <message>
+        <source>Координата на север, заданная или вычисленная по тахеометрии</source>
+        <translation>Coordinate to the north, given or computed by tacheometry</translation>
+    </message>
+    <message>
+        <source>Координата на восток, заданная или вычисленная по тахеометрии</source>
+        <translation>Coordinate to the east, given or computed by tacheometry</translation>
+    </message>
+    <message>
+        <source>Отметка репера, уравненная высота пункта или высота по тахеометрии</source>
+        <translation>Height of the benchmark, adjusted height of the point, or its height by tacheometry</translation>
     </message>
 </context>
 <context>
