@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QTextStream>
@@ -29,23 +30,6 @@ LONGID getLinkedItem(const QUrl& url)
     // toLongLong gives 0 for what is not a number, and no item has the id 0.
     return url.hasQuery() ? QUrlQuery(url).queryItemValue(QStringLiteral("id")).toLongLong() : 0;
 }
-
-/// While this lives, the protocol reads and writes its data file beside the windows.
-class WorkBesideWindow
-{
-public:
-    explicit WorkBesideWindow(COrvel& projectProtocol) : protocol(projectProtocol)
-    {
-        protocol.setLongWork(performBesideWindow);
-    }
-    ~WorkBesideWindow() { protocol.setLongWork({}); }
-
-    WorkBesideWindow(const WorkBesideWindow&) = delete;
-    WorkBesideWindow& operator=(const WorkBesideWindow&) = delete;
-
-private:
-    COrvel& protocol;
-};
 
 } // namespace
 
@@ -140,9 +124,7 @@ void OrvelProcessMonitor::write(const QString& text, const QString& detail)
 void OrvelProcessMonitor::onStarted()
 {
     // The base dialog's start hook is left out on purpose.
-    COrvel& protocol = *getOrvel();
-    const WorkBesideWindow beside(protocol);
-    protocol.ProtocolBegin(protocolType);
+    performOnProtocol(&COrvel::ProtocolBegin);
 }
 
 void OrvelProcessMonitor::onThreadFinished()
@@ -150,7 +132,7 @@ void OrvelProcessMonitor::onThreadFinished()
     const QPointer<OrvelProcessMonitor> self = this;
     // An interrupted run leaves its protocol without the closing lines.
     if (!getInterrupted())
-        endProtocol();
+        performOnProtocol(&COrvel::ProtocolEnd);
     else
         CProcessMonitor::write(
             QCoreApplication::translate("Orvel", "Строки остановленной обработки в протокол не записаны. Его "
@@ -160,11 +142,13 @@ void OrvelProcessMonitor::onThreadFinished()
         CProcessMonitor::onThreadFinished();
 }
 
-void OrvelProcessMonitor::endProtocol() const
+/// Begins or ends the run in the protocol. Its data file is read and written beside the windows.
+void OrvelProcessMonitor::performOnProtocol(void (COrvel::*step)(int)) const
 {
     COrvel& protocol = *getOrvel();
-    const WorkBesideWindow beside(protocol);
-    protocol.ProtocolEnd(protocolType);
+    protocol.setLongWork(performBesideWindow);
+    const auto atEnd = qScopeGuard([&protocol] { protocol.setLongWork({}); });
+    (protocol.*step)(protocolType);
 }
 
 void OrvelProcessMonitor::onProtocolPushed()

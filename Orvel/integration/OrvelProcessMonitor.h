@@ -65,7 +65,7 @@ protected Q_SLOTS:
 
 private:
     void addOrvelMessage(const QString& text, COVMessage::MessageType kind) const;
-    void endProtocol() const;
+    void performOnProtocol(void (COrvel::*step)(int)) const;
     void applyJournalStyle();
     void connectViewer(const ProjectWindow& window) const;
     void followJournalLink(const QUrl& url) const;

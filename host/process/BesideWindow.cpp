@@ -2,12 +2,12 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QScopeGuard>
 #include <QWidget>
 
 #include <algorithm>
 #include <chrono>
 #include <future>
-#include <memory>
 
 namespace {
 
@@ -23,17 +23,6 @@ bool isWindowShown()
                        [](const QWidget* window) { return window->isVisible(); });
 }
 
-/// The cursor of a program that works, as long as this lives.
-class BusyCursor
-{
-public:
-    BusyCursor() { QApplication::setOverrideCursor(Qt::BusyCursor); }
-    ~BusyCursor() { QApplication::restoreOverrideCursor(); }
-
-    BusyCursor(const BusyCursor&) = delete;
-    BusyCursor& operator=(const BusyCursor&) = delete;
-};
-
 } // namespace
 
 void performBesideWindow(const std::function<void()>& work)
@@ -45,14 +34,13 @@ void performBesideWindow(const std::function<void()>& work)
     QEventLoop loop;
     std::future<void> end = std::async(std::launch::async, [&work, &loop] {
         // Also when the work throws. The event waits at the loop until that is entered.
-        const auto quit = [](QEventLoop* each) {
-            QMetaObject::invokeMethod(each, &QEventLoop::quit, Qt::QueuedConnection);
-        };
-        const std::unique_ptr<QEventLoop, decltype(quit)> atEnd(&loop, quit);
+        const auto atEnd = qScopeGuard(
+            [&loop] { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); });
         work();
     });
     if (end.wait_for(kUnnoticed) != std::future_status::ready) {
-        const BusyCursor cursor;
+        QApplication::setOverrideCursor(Qt::BusyCursor);
+        const auto atEnd = qScopeGuard(&QApplication::restoreOverrideCursor);
         // Ends at once, and the work is waited for below, when the application is about to quit.
         loop.exec(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
     }
