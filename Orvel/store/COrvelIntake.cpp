@@ -45,6 +45,9 @@ void COrvel::AddMessageRaw(const QString& text, int protocolType, COVMessage::Me
 {
     const QString html = convertLineBreaks(text);
     COVMessage message(protocolType, type, std::vector<LONGID>(), std::vector<int>(), html, currentStage);
+    // A text that was made of a std::wstring has room for twice its length, and so would all that are kept.
+    if (message.text.capacity() > message.text.size() + message.text.size() / 4)
+        message.text.squeeze();
     if (const std::optional<Ids> ids = findLinkedIds(html)) {
         // A text with links but without a single id in them refers to nothing, not even to "no item".
         message.itemIds.assign(ids->begin(), ids->end());

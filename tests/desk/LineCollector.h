@@ -33,12 +33,10 @@ struct LineCollector : qor::IProcessMonitor
     /// "[id:text]"
     std::wstring getItemLink(LONGID id, const std::wstring& text) override
     {
-        ++linkCount;
         return L'[' + std::to_wstring(id) + L':' + text + L']';
     }
 
     QStringList lines;
-    int linkCount = 0;
     bool isRunning = true;
 
 private:

@@ -17,7 +17,6 @@ private Q_SLOTS:
     void init();
 
     void namesBecomeLinks();
-    void linksAreAskedForOnce();
     void markUpInNamesIsShown();
     void nameThatLooksLikeAnIdIsNone();
     void longListsAreCutOff();
@@ -49,15 +48,6 @@ void TestRunLines::namesBecomeLinks()
     QCOMPARE(lines.point(2), QStringLiteral("[102:P2]"));
     QCOMPARE(lines.section(0), QStringLiteral("[500:P0 – P1]"));
     QCOMPARE(lines.listWay({0, 1, 0}), QStringLiteral("[100:P0] → [101:P1] → [100:P0]"));
-}
-
-void TestRunLines::linksAreAskedForOnce()
-{
-    RunLines lines(monitor, snapshot);
-    lines.point(2);
-    lines.point(2);
-    lines.point(3);
-    QCOMPARE(monitor.linkCount, 2);
 }
 
 void TestRunLines::markUpInNamesIsShown()

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void lineIsFiledUnderItsTypeAndKind();
     void everyKindIsAccepted();
     void linesKeepTheOrderOfTheirAddition();
+    void textTakesNoMoreRoomThanItNeeds();
 
     void lineWithoutALinkRefersToNoItem_data();
     void lineWithoutALinkRefersToNoItem();
@@ -144,6 +145,15 @@ void TestIntake::linesKeepTheOrderOfTheirAddition()
     for (const COVMessage& message : Access::messages(f.protocol).at(enums::Import))
         texts.append(message.text);
     QCOMPARE(texts, (QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("b")}));
+}
+
+void TestIntake::textTakesNoMoreRoomThanItNeeds()
+{
+    ProtocolFixture f;
+    const QString text(300, QChar(0x043F));
+    const COVMessage message = takenIn(f.protocol, QString::fromStdWString(text.toStdWString()));
+    QCOMPARE(message.text, text);
+    QCOMPARE(message.text.capacity(), text.size());
 }
 
 void TestIntake::lineWithoutALinkRefersToNoItem_data()

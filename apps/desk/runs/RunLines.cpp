@@ -90,13 +90,7 @@ void RunLines::setProgress(std::size_t done, std::size_t all)
 
 QString RunLines::link(LONGID id, const QString& text)
 {
-    // Most items stand in several lines.
-    const auto known = links.constFind(id);
-    if (known != links.constEnd())
-        return *known;
-    const QString html = QString::fromStdWString(monitor.getItemLink(id, escape(text).toStdWString()));
-    links.insert(id, html);
-    return html;
+    return QString::fromStdWString(monitor.getItemLink(id, escape(text).toStdWString()));
 }
 
 } // namespace orvel::desk

@@ -3,7 +3,6 @@
 #include "apps/desk/document/NetworkSnapshot.h"
 #include "host/process/IProcessMonitor.h"
 
-#include <QHash>
 #include <QString>
 
 namespace orvel::desk {
@@ -48,7 +47,6 @@ private:
 
     qor::IProcessMonitor& monitor;
     const NetworkSnapshot& snapshot;
-    QHash<LONGID, QString> links;
 };
 
 } // namespace orvel::desk
