@@ -50,13 +50,10 @@ void removeLeftOver(const QString& path)
     close(folder);
 }
 
-void removeLeftOvers(const QString& systemFolder, const QString& prefix)
+/// What the names of the program's folders begin with.
+QString makePrefix(const QString& name)
 {
-    const QDir system(systemFolder);
-    const QStringList names = system.entryList({prefix + QString(randomname::kLength, QLatin1Char('?'))},
-                                               QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString& name : names)
-        removeLeftOver(system.filePath(name));
+    return QString(name).replace(QLatin1Char('/'), QLatin1Char('_')) + QLatin1Char('-');
 }
 
 } // namespace
@@ -67,13 +64,25 @@ TempFolder::TempFolder(const QString& name)
     const QString systemFolder = QDir::tempPath();
     if (systemFolder.isEmpty())
         fail(qEnvironmentVariable("TMPDIR"), QCoreApplication::translate("Host", "такой папки нет"));
-    const QString prefix = QString(name).replace(QLatin1Char('/'), QLatin1Char('_')) + QLatin1Char('-');
-    removeLeftOvers(systemFolder, prefix);
+    removeLeftOvers(name);
     for (int i = 0; i < kTries; ++i) {
-        if (make(systemFolder + QLatin1Char('/') + prefix + randomname::make()))
+        if (make(systemFolder + QLatin1Char('/') + makePrefix(name) + randomname::make()))
             return;
     }
     fail(systemFolder, qt_error_string());
+}
+
+void TempFolder::removeLeftOvers(const QString& name)
+{
+    // An empty path would lead to the present folder.
+    if (QDir::tempPath().isEmpty())
+        return;
+    const QDir system(QDir::tempPath());
+    const QStringList folders =
+        system.entryList({makePrefix(name) + QString(randomname::kLength, QLatin1Char('?'))},
+                         QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+    for (const QString& folder : folders)
+        removeLeftOver(system.filePath(folder));
 }
 
 TempFolder::~TempFolder()

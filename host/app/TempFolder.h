@@ -15,6 +15,8 @@ public:
     /// @throws qor::CFileException if the folder cannot be made
     explicit TempFolder(const QString& name);
     ~TempFolder();
+    /// Removes what killed instances of that name have left. For a program that needs no folder this time.
+    static void removeLeftOvers(const QString& name);
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
