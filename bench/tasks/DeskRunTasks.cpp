@@ -113,8 +113,11 @@ private:
         firstLine.reset();
         start = clocks::getSteady();
         stallWatch.start();
+        // As the desk does before and after each.
+        host.document->checkProtocol();
         monitor.startRun(run);
         monitor.waitForFinished();
+        host.document->checkProtocol(run.protocolType);
         stalls.push_back(stallWatch.stop(name));
         // The other runs compute for a while before they write.
         if (firstLine && run.protocolType == enums::Compile)
