@@ -21,12 +21,15 @@ constexpr std::ptrdiff_t kLookAhead = 1 << 10;
 
 /// Reads a file front to back. The functions answer whether the text at hand was what they read, and go
 /// behind it only then.
+///
+/// What makes a message of its parts is called with the arguments of COVMessage's constructor.
+template<typename Take>
 class Parser
 {
 public:
-    explicit Parser(QIODevice& file) : device(file) {}
+    Parser(QIODevice& file, const Take& takeMessage) : device(file), takeWhole(takeMessage) {}
 
-    bool readFile(Messages& messages)
+    bool readFile()
     {
         if (!takeNextPiece() || !take(form::kHead))
             return false;
@@ -35,7 +38,7 @@ public:
         if (!take(form::kListBegin))
             return false;
         do {
-            if (!readMessage(messages))
+            if (!readMessage())
                 return false;
             if (end - at < kLookAhead)
                 takeNextPiece();
@@ -45,18 +48,18 @@ public:
 
 private:
     /// A message that the piece at hand does not hold to its end is read again when there is more.
-    bool readMessage(Messages& messages)
+    bool readMessage()
     {
         do {
             const char* const begin = at;
-            if (readWholeMessage(messages))
+            if (readWholeMessage())
                 return true;
             at = begin;
         } while (takeNextPiece());
         return false;
     }
 
-    bool readWholeMessage(Messages& messages)
+    bool readWholeMessage()
     {
         int protocolType = 0;
         int messageType = 0;
@@ -80,7 +83,7 @@ private:
             return false;
         if (!take(form::kTextAttributesEnd) || !readText(text) || !take(form::kMessageEnd))
             return false;
-        messages[protocolType].emplace_back(protocolType, messageType, itemIds, itemTypes, text, stage);
+        takeWhole(protocolType, messageType, itemIds, itemTypes, text, stage);
         return true;
     }
 
@@ -147,6 +150,7 @@ private:
     bool isAtEnd() { return at == end && !takeNextPiece(); }
 
     QIODevice& device;
+    const Take& takeWhole;
     std::vector<char> piece;
     const char* at = nullptr;
     const char* end = nullptr;
@@ -164,9 +168,22 @@ namespace orvel::datafile {
 std::optional<Messages> readCanonical(QIODevice& device)
 {
     Messages messages;
-    if (!Parser(device).readFile(messages))
+    const auto keep = [&messages](int protocolType, int messageType, const std::vector<LONGID>& itemIds,
+                                  const std::vector<int>& itemTypes, const QString& text, int stage) {
+        messages[protocolType].emplace_back(protocolType, messageType, itemIds, itemTypes, text, stage);
+    };
+    if (!Parser(device, keep).readFile())
         return std::nullopt;
     return messages;
+}
+
+bool visitCanonical(QIODevice& device, const std::function<void(const COVMessage&)>& visit)
+{
+    const auto show = [&visit](int protocolType, int messageType, const std::vector<LONGID>& itemIds,
+                               const std::vector<int>& itemTypes, const QString& text, int stage) {
+        visit(COVMessage(protocolType, messageType, itemIds, itemTypes, text, stage));
+    };
+    return Parser(device, show).readFile();
 }
 
 } // namespace orvel::datafile

@@ -23,6 +23,8 @@ private Q_SLOTS:
 
     void nothingIsWholeBeforeTheFirstRun();
     void takesWhatARunHasWritten();
+    void theSameAgainIsNoChange();
+    void knowsWhatItKeeps();
     void makesAVanishedFileAnew();
     void makesAVanishedFolderAnew();
     void returnsTheLinesThatAPageHasLost();
@@ -92,6 +94,30 @@ void TestProtocolKeeper::takesWhatARunHasWritten()
     QCOMPARE(outcome.message, QString());
     QVERIFY(!outcome.mentionedItems);
     QCOMPARE(keeper.getContent(), makeFile(oldLines()));
+}
+
+void TestProtocolKeeper::theSameAgainIsNoChange()
+{
+    ProtocolKeeper keeper;
+    writeFile(path, makeFile(oldLines()));
+    QVERIFY(keeper.check(path).isChanged);
+    QVERIFY(!keeper.check(path).isChanged);
+    // A page writes the file anew.
+    QVERIFY(QFile::remove(path));
+    writeFile(path, makeFile(oldLines()));
+    QVERIFY(!keeper.check(path).isChanged);
+}
+
+void TestProtocolKeeper::knowsWhatItKeeps()
+{
+    ProtocolKeeper keeper;
+    keeper.adopt(path, makeFile(oldLines()));
+    QCOMPARE(keeper.getSummary().types.at(enums::Adjust).errors, 2);
+    writeFile(path, makeFile(oldLines() + makeLine(enums::Import, "7", "new")));
+    keeper.check(path);
+    QCOMPARE(keeper.getSummary().types.at(enums::Import).errors, 1);
+    QCOMPARE(keeper.getSummary().types.at(enums::Import).all, 1);
+    QCOMPARE(keeper.getSummary().linesOfItem.value(6), 2);
 }
 
 void TestProtocolKeeper::makesAVanishedFileAnew()

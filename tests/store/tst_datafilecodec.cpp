@@ -175,6 +175,18 @@ std::optional<Messages> readCanonical(QByteArray content)
     return orvel::datafile::readCanonical(buffer);
 }
 
+/// The same, message by message.
+std::optional<Messages> visitCanonical(QByteArray content)
+{
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::ReadOnly);
+    Messages messages;
+    const auto keep = [&messages](const COVMessage& message) {
+        messages[message.protocolType].push_back(message);
+    };
+    return orvel::datafile::visitCanonical(buffer, keep) ? std::make_optional(messages) : std::nullopt;
+}
+
 std::optional<Messages> readByDom(QByteArray content)
 {
     QBuffer buffer(&content);
@@ -207,6 +219,7 @@ private Q_SLOTS:
     void readsMessagesOfAnyLength();
     void aChangedFileIsDeclinedOrReadAsTheDomReadsIt();
     void aTruncatedFileIsDeclined();
+    void messagesAreTheSameOneByOne();
     void otherFormsAreDeclined_data();
     void otherFormsAreDeclined();
 };
@@ -324,6 +337,18 @@ void TestDataFileCodec::aTruncatedFileIsDeclined()
     QVERIFY(readCanonical(file));
     for (int size = 0; size < file.size(); ++size)
         QVERIFY2(!readCanonical(file.left(size)), QByteArray::number(size).constData());
+}
+
+void TestDataFileCodec::messagesAreTheSameOneByOne()
+{
+    TextGenerator generator(4);
+    for (int i = 0; i < 300; ++i) {
+        const MessageStore store = generator.makeStore();
+        const QByteArray file = write(store);
+        QVERIFY2(readCanonical(file) == visitCanonical(file), file.constData());
+        QVERIFY(visitCanonical(file));
+        QVERIFY(!visitCanonical(file.chopped(2)));
+    }
 }
 
 void TestDataFileCodec::otherFormsAreDeclined_data()

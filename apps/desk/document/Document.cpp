@@ -303,13 +303,13 @@ void Document::setProtocolState(const ProtocolState& state, const QByteArray& da
 {
     state.write(getProtocol());
     keeper.adopt(state.dataFilePath, dataContent);
-    setSummary(ProtocolSummary::of(dataContent));
+    setSummary(keeper.getSummary());
 }
 
 ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
 {
     if (checking)
-        return {false, QString(), std::nullopt};
+        return {false, false, QString(), std::nullopt};
     std::set<int> replacedTypes;
     if (finishedRun) {
         replacedTypes.insert(*finishedRun);
@@ -321,22 +321,16 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
     }
     ProtocolState state = ProtocolState::read(getProtocol());
     ProtocolKeeper::Outcome outcome;
-    std::optional<ProtocolSummary> newSummary;
     {
         const QScopedValueRollback<bool> guard(checking, true);
-        performBesideWindow([&] {
-            const QByteArray before = keeper.getContent();
-            outcome = keeper.check(state.dataFilePath, replacedTypes);
-            if (finishedRun || keeper.getContent() != before)
-                newSummary = ProtocolSummary::of(keeper.getContent());
-        });
+        performBesideWindow([&] { outcome = keeper.check(state.dataFilePath, replacedTypes); });
     }
     if (outcome.mentionedItems) {
         state.ids = *outcome.mentionedItems;
         state.write(getProtocol());
     }
-    if (newSummary)
-        setSummary(std::move(*newSummary));
+    if (finishedRun || outcome.isChanged)
+        setSummary(keeper.getSummary());
     return outcome;
 }
 

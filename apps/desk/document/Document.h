@@ -126,7 +126,7 @@ public:
     /// checkProtocol() is at work.
     bool isChecking() const { return checking; }
     /// The lines of the protocols, as the data file held them when it was last checked.
-    const QByteArray& getProtocolData() const { return keeper.getContent(); }
+    QByteArray getProtocolData() const { return keeper.getContent(); }
     const ProtocolSummary& getSummary() const { return summary; }
 
     /// Whether the project differs from what was saved last.

@@ -3,6 +3,7 @@
 #include "Orvel/Toolkit.h"
 #include "apps/desk/Desk.h"
 #include "host/files/Error.h"
+#include "host/files/QtFile.h"
 #include "host/files/WholeFile.h"
 
 #include <QBuffer>
@@ -51,11 +52,6 @@ QString identify(const QString& path)
              QString::number(status.st_mtim.tv_nsec));
 }
 
-QByteArray readIfThere(const QString& path)
-{
-    return QFile::exists(path) ? files::readAll(path) : QByteArray();
-}
-
 void makeAnew(const QString& path, const QByteArray& content)
 {
     // Whoever cleans away the file may have taken its folder as well.
@@ -63,60 +59,108 @@ void makeAnew(const QString& path, const QByteArray& content)
     files::writeAll(path, content);
 }
 
-/// Puts the kept lines of the types that have fewer now into their place.
-/// @return whether there were any
-bool restoreMissing(const datafile::Messages& kept, const std::set<int>& replacedTypes,
-                    datafile::Messages& lines)
+/// Whether the type has fewer lines than were kept of it, and no run was to replace them.
+bool isMissing(int type, const ProtocolSummary::Counts& keptCounts,
+               const std::map<int, ProtocolSummary::Counts>& now, const std::set<int>& replacedTypes)
 {
-    bool isAnyMissing = false;
-    for (const auto& [type, list] : kept) {
-        if (replacedTypes.count(type) != 0 || lines[type].size() >= list.size())
-            continue;
-        lines[type] = list;
-        isAnyMissing = true;
-    }
-    return isAnyMissing;
+    const auto found = now.find(type);
+    return replacedTypes.count(type) == 0 && (found == now.end() ? 0 : found->second.all) < keptCounts.all;
 }
 
 } // namespace
 
 void ProtocolKeeper::adopt(const QString& dataFile, const QByteArray& dataContent)
 {
-    content = dataContent;
+    QBuffer buffer;
+    buffer.setData(dataContent);
+    buffer.open(QIODevice::ReadOnly);
+    kept = read(buffer);
     identity = identify(dataFile);
 }
 
 ProtocolKeeper::Outcome ProtocolKeeper::check(const QString& dataFile, const std::set<int>& replacedTypes)
 {
-    Outcome outcome;
     const bool isRunLost = !replacedTypes.empty() && identify(dataFile) == identity;
-    if (isRunLost) {
-        outcome.isWhole = false;
-        outcome.message = Desk::tr("Строки этого запуска в протокол не попали: его файл не записан. "
-                                   "Страница покажет прежний запуск, если он был.");
-    }
+    Outcome outcome;
     try {
-        QByteArray now = readIfThere(dataFile);
-        const auto kept = now == content ? std::nullopt : parse(content);
-        if (kept) {
-            datafile::Messages lines = parse(now).value_or(datafile::Messages());
-            if (restoreMissing(*kept, isRunLost ? std::set<int>() : replacedTypes, lines)) {
-                now = write(lines);
-                makeAnew(dataFile, now);
-                outcome.mentionedItems = findItems(lines);
-                outcome.message =
-                    Desk::tr("Файл протоколов «%1» пропал или не прочитался. Строки прежних запусков "
-                             "записаны в него заново.")
-                        .arg(dataFile);
-            }
-        }
-        content = now;
+        outcome = compare(dataFile, isRunLost ? std::set<int>() : replacedTypes);
         identity = identify(dataFile);
     } catch (const exceptions::Error& error) {
         outcome.isWhole = false;
         outcome.message = QString::fromStdWString(error.getText());
     }
+    if (isRunLost) {
+        outcome.isWhole = false;
+        if (outcome.message.isEmpty())
+            outcome.message = Desk::tr("Строки этого запуска в протокол не попали: его файл не записан. "
+                                       "Страница покажет прежний запуск, если он был.");
+    }
     return outcome;
+}
+
+/// Keeps what the file holds, after the lines that have gone missing are restored.
+ProtocolKeeper::Outcome ProtocolKeeper::compare(const QString& dataFile, const std::set<int>& replacedTypes)
+{
+    Outcome outcome;
+    Content now;
+    if (QFile::exists(dataFile)) {
+        QtFile file(dataFile);
+        file.open(QIODevice::ReadOnly);
+        if (kept.bytes.isContentOf(*file.device()))
+            return outcome;
+        file.device()->seek(0);
+        now = read(*file.device());
+        file.close();
+    } else if (kept.bytes.isEmpty()) {
+        return outcome;
+    }
+    outcome.mentionedItems = restoreMissing(dataFile, replacedTypes, now);
+    if (outcome.mentionedItems)
+        outcome.message = Desk::tr("Файл протоколов «%1» пропал или не прочитался. Строки прежних запусков "
+                                   "записаны в него заново.")
+                              .arg(dataFile);
+    outcome.isChanged = true;
+    kept = std::move(now);
+    return outcome;
+}
+
+/// Reads a data file to its end, once.
+ProtocolKeeper::Content ProtocolKeeper::read(QIODevice& device)
+{
+    PackingReader reader(device);
+    const std::optional<ProtocolSummary> summary = ProtocolSummary::ofCanonical(reader);
+    Content content;
+    content.bytes = reader.finish();
+    content.isCanonical = summary.has_value();
+    content.summary = summary ? *summary : ProtocolSummary::of(content.bytes.unpack());
+    return content;
+}
+
+/// Puts the kept lines of the types that have fewer now into their place, and makes the file anew.
+/// @return the items that are mentioned then; nothing if no line was missing
+std::optional<std::set<LONGID>> ProtocolKeeper::restoreMissing(const QString& dataFile,
+                                                               const std::set<int>& replacedTypes,
+                                                               Content& now) const
+{
+    // Lines that can't be told apart are as good as none.
+    const auto countsNow = now.isCanonical ? now.summary.types : std::map<int, ProtocolSummary::Counts>();
+    std::set<int> missingTypes;
+    for (const auto& [type, counts] : kept.summary.types) {
+        if (isMissing(type, counts, countsNow, replacedTypes))
+            missingTypes.insert(type);
+    }
+    if (!kept.isCanonical || missingTypes.empty())
+        return std::nullopt;
+    datafile::Messages lines = parse(now.bytes.unpack()).value_or(datafile::Messages());
+    datafile::Messages keptLines = parse(kept.bytes.unpack()).value_or(datafile::Messages());
+    for (const int type : missingTypes)
+        lines[type].swap(keptLines[type]);
+    makeAnew(dataFile, write(lines));
+    QtFile file(dataFile);
+    file.open(QIODevice::ReadOnly);
+    now = read(*file.device());
+    file.close();
+    return findItems(lines);
 }
 
 } // namespace orvel::desk

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/desk/document/PackedBytes.h"
+#include "apps/desk/document/ProtocolSummary.h"
 #include "host/model/LongId.h"
 
 #include <QByteArray>
@@ -20,8 +22,9 @@ class ProtocolKeeper
 public:
     struct Outcome
     {
-        bool isWhole = true; ///< the file holds what it should
-        QString message;     ///< what the user is to be told; empty when there is nothing
+        bool isWhole = true;    ///< the file holds what it should
+        bool isChanged = false; ///< the content is another one now
+        QString message;        ///< what the user is to be told; empty when there is nothing
         /// The items that the lines mention, when lines had to be restored.
         std::optional<std::set<LONGID>> mentionedItems;
     };
@@ -37,10 +40,24 @@ public:
     Outcome check(const QString& dataFile, const std::set<int>& replacedTypes = {});
 
     /// The data file's content; empty before the first run.
-    const QByteArray& getContent() const { return content; }
+    QByteArray getContent() const { return kept.bytes.unpack(); }
+    /// What it holds.
+    const ProtocolSummary& getSummary() const { return kept.summary; }
 
 private:
-    QByteArray content;
+    struct Content
+    {
+        PackedBytes bytes;
+        ProtocolSummary summary;
+        bool isCanonical = false; ///< as the protocol writes it, so that its lines can be told apart
+    };
+
+    static Content read(QIODevice& device);
+    Outcome compare(const QString& dataFile, const std::set<int>& replacedTypes);
+    std::optional<std::set<LONGID>> restoreMissing(const QString& dataFile,
+                                                   const std::set<int>& replacedTypes, Content& now) const;
+
+    Content kept;
     QString identity; ///< tells the file that was there from one that has replaced it
 };
 

@@ -19,6 +19,7 @@ int toNumber(const QXmlStreamReader& xml, QLatin1String attribute)
 
 void countKind(int kind, ProtocolSummary::Counts& counts)
 {
+    ++counts.all;
     if (kind == COVMessage::Error)
         ++counts.errors;
     else if (kind == COVMessage::Warning)
@@ -50,20 +51,6 @@ QSet<LONGID> readItems(QXmlStreamReader& xml)
     return items;
 }
 
-ProtocolSummary count(const datafile::Messages& messages)
-{
-    ProtocolSummary summary;
-    for (const auto& [type, lines] : messages) {
-        ProtocolSummary::Counts& counts = summary.types[type];
-        for (const COVMessage& line : lines) {
-            countKind(line.messageType, counts);
-            for (const LONGID item : std::set<LONGID>(line.itemIds.begin(), line.itemIds.end()))
-                ++summary.linesOfItem[item];
-        }
-    }
-    return summary;
-}
-
 /// Counts what another program has written, as far as it can be understood.
 ProtocolSummary countForeign(const QByteArray& content)
 {
@@ -90,8 +77,21 @@ ProtocolSummary ProtocolSummary::of(const QByteArray& dataContent)
     QByteArray content = dataContent;
     QBuffer buffer(&content);
     buffer.open(QIODevice::ReadOnly);
-    const auto messages = datafile::readCanonical(buffer);
-    return messages ? count(*messages) : countForeign(content);
+    const std::optional<ProtocolSummary> summary = ofCanonical(buffer);
+    return summary ? *summary : countForeign(content);
+}
+
+std::optional<ProtocolSummary> ProtocolSummary::ofCanonical(QIODevice& dataFile)
+{
+    ProtocolSummary summary;
+    const auto count = [&summary](const COVMessage& line) {
+        countKind(line.messageType, summary.types[line.protocolType]);
+        for (const LONGID item : std::set<LONGID>(line.itemIds.begin(), line.itemIds.end()))
+            ++summary.linesOfItem[item];
+    };
+    if (!datafile::visitCanonical(dataFile, count))
+        return std::nullopt;
+    return summary;
 }
 
 } // namespace orvel::desk

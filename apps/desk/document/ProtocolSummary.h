@@ -6,6 +6,9 @@
 #include <QHash>
 
 #include <map>
+#include <optional>
+
+class QIODevice;
 
 namespace orvel::desk {
 
@@ -17,6 +20,7 @@ struct ProtocolSummary
         int errors = 0;
         int warnings = 0;
         int messages = 0;
+        int all = 0; ///< with titles and whatever else there is
     };
 
     std::map<int, Counts> types;    ///< the types that have any line
@@ -24,6 +28,8 @@ struct ProtocolSummary
 
     /// Counts the lines of a protocol's data file by its content; a damaged one counts up to the damage.
     static ProtocolSummary of(const QByteArray& dataContent);
+    /// The same as it is read. Nothing for a file that has another form than the protocol gives it.
+    static std::optional<ProtocolSummary> ofCanonical(QIODevice& dataFile);
 };
 
 } // namespace orvel::desk

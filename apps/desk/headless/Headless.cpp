@@ -166,13 +166,14 @@ void Headless::copyData(const QString& filePath)
 {
     if (!checkProtocol())
         return;
-    if (document.getProtocolData().isEmpty()) {
+    const QByteArray data = document.getProtocolData();
+    if (data.isEmpty()) {
         fail(Refused, Desk::tr("в проекте нет протоколов, копировать в «%1» нечего").arg(filePath));
         return;
     }
     try {
         ProjectLock::requireFree(filePath);
-        standardstreams::write(filePath, document.getProtocolData());
+        standardstreams::write(filePath, data);
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
     }

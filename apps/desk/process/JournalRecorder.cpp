@@ -120,11 +120,12 @@ void JournalRecorder::writeEnum(int value)
 /// Lays what the protocol holds already beside the journal.
 void JournalRecorder::copyData()
 {
-    if (document.getProtocolData().isEmpty())
+    const QByteArray data = document.getProtocolData();
+    if (data.isEmpty())
         return;
     const QString copy = file.fileName() + QStringLiteral(".xml");
     try {
-        files::writeAll(copy, document.getProtocolData());
+        files::writeAll(copy, data);
     } catch (const exceptions::Error& error) {
         hasFailed = true;
         Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2")
