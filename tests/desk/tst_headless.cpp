@@ -429,7 +429,7 @@ void TestHeadless::damagedProjectIsRefused_data()
     QTest::newRow("newer") << -1 << 7
                            << QStringLiteral(
                                   "файл записан более новой версией программы (формат 253, эта версия "
-                                  "понимает формат 2)");
+                                  "понимает формат 3)");
 }
 
 void TestHeadless::damagedProjectIsRefused()
