@@ -42,6 +42,27 @@ enum class ProblemKind {
     CorrelationsIgnored,       ///< {count of covariances other than zero}: variances are used alone
     OtherObservation,          ///< {element, from, to}: not a height difference, skipped
     NoSections,                ///< {}: nothing to compute with
+    UnknownFormat,             ///< {}
+    LineTooLong,               ///< {largest count of bytes}: read up to the line
+    TooManyStations,           ///< {largest count of stations of a level}: read up to the line
+    WordUnreadable,            ///< {text}: skipped
+    LineUnreadable,            ///< {}: skipped
+    ReadingUnusable,           ///< {point, its text}: skipped
+    ReadingOutsideLine,        ///< {point, what kind}: no part of a levelled line, skipped
+    RecordMarked,              ///< {point}: the instrument marks it as repeated or faulty, skipped
+    LineWithoutStart,          ///< {}: readings without the start of a line, taken as one
+    LineWithoutStations,       ///< {}: the start of a line that nothing follows
+    MethodUnknown,             ///< {text}: the order of the readings is taken as it comes
+    InstrumentCheck,           ///< {}: readings that check the instrument, skipped
+    StationWithoutBack,        ///< {fore point}: skipped
+    StationWithoutFore,        ///< {back point}: skipped
+    StationSameEnds,           ///< {point}: back and fore are one point, skipped
+    StationSecondMissing,      ///< {back, fore}: a second reading is missing, the others count
+    StationRepeated,           ///< {back, earlier fore, line of the earlier station}: that one is skipped
+    LineInterrupted,           ///< {fore, back}: the next station begins at another point
+    SightWithoutStation,       ///< {point}: an intermediate sight without a reading back, skipped
+    DistancesMissing,          ///< {count, count of stations, metres}: so long each station is taken
+    NumberEndsLine,            ///< {point}: a number that is a turning point of several lines, too
 };
 
 enum class Severity {
