@@ -80,9 +80,11 @@ void LevellingPoint::setPolarResult(const tacheometry::Position& computed)
 tacheometry::Position LevellingPoint::getPosition() const
 {
     tacheometry::Position position = polar;
-    if (point.hasPlan())
-        position = {point.x, point.y, point.height};
-    if (point.fixed)
+    if (point.hasPlan()) {
+        position.x = point.x;
+        position.y = point.y;
+    }
+    if (point.fixed || (point.hasPlan() && point.height))
         position.height = point.height;
     if (result)
         position.height = result->height;
