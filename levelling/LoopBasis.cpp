@@ -37,13 +37,14 @@ QHash<int, SectionsAtNode> sectionsAtNodes(const SectionGraph& graph, const std:
 }
 
 /// Walks the cycle from that node, first along that section.
-std::vector<LoopSection> walk(const SectionGraph& graph, const std::vector<int>& cycle, int node, int section)
+std::vector<RouteSection> walk(const SectionGraph& graph, const std::vector<int>& cycle, int node,
+                               int section)
 {
     const QHash<int, SectionsAtNode> meeting = sectionsAtNodes(graph, cycle);
-    std::vector<LoopSection> way;
+    std::vector<RouteSection> way;
     while (way.size() < cycle.size()) {
         const bool forward = graph.getFrom(section) == node;
-        way.push_back(LoopSection{section, forward});
+        way.push_back(RouteSection{section, forward});
         node = forward ? graph.getTo(section) : graph.getFrom(section);
         const SectionsAtNode next = meeting.value(node);
         section = next.first == section ? next.second : next.first;
@@ -51,16 +52,16 @@ std::vector<LoopSection> walk(const SectionGraph& graph, const std::vector<int>&
     return way;
 }
 
-void reverse(std::vector<LoopSection>& way)
+void reverse(std::vector<RouteSection>& way)
 {
     std::reverse(way.begin(), way.end());
-    for (LoopSection& step : way)
+    for (RouteSection& step : way)
         step.forward = !step.forward;
 }
 
 /// The way of a loop: from benchmark to benchmark if it passes the datum, otherwise from the point where its
 /// lowest section starts.
-std::vector<LoopSection> findWay(const SectionGraph& graph, const std::vector<int>& cycle)
+std::vector<RouteSection> findWay(const SectionGraph& graph, const std::vector<int>& cycle)
 {
     const int lowest = *std::min_element(cycle.begin(), cycle.end());
     const auto atDatum = std::find_if(cycle.begin(), cycle.end(), [&](int section) {
@@ -69,9 +70,9 @@ std::vector<LoopSection> findWay(const SectionGraph& graph, const std::vector<in
     if (atDatum == cycle.end())
         return walk(graph, cycle, graph.getFrom(lowest), lowest);
 
-    std::vector<LoopSection> way = walk(graph, cycle, SectionGraph::kDatum, *atDatum);
+    std::vector<RouteSection> way = walk(graph, cycle, SectionGraph::kDatum, *atDatum);
     const auto step =
-        std::find_if(way.begin(), way.end(), [&](const LoopSection& s) { return s.section == lowest; });
+        std::find_if(way.begin(), way.end(), [&](const RouteSection& s) { return s.section == lowest; });
     if (!step->forward)
         reverse(way);
     return way;
@@ -80,32 +81,19 @@ std::vector<LoopSection> findWay(const SectionGraph& graph, const std::vector<in
 Loop toLoop(const SectionGraph& graph, const std::vector<int>& cycle)
 {
     const Network& network = graph.getNetwork();
-    Loop loop;
-    loop.sections = findWay(graph, cycle);
-    loop.length = 0.0;
-    double sum = 0.0;
-    double variance = 0.0;
-    const LoopSection& first = loop.sections.front();
+    const std::vector<RouteSection> way = findWay(graph, cycle);
+    const RouteSection& first = way.front();
     const Section& firstSection = network.sections[static_cast<std::size_t>(first.section)];
+    std::vector<int> sections;
+    sections.reserve(way.size());
+    for (const RouteSection& step : way)
+        sections.push_back(step.section);
     const int startIndex = first.forward ? firstSection.from : firstSection.to;
-    int endIndex = startIndex;
-    loop.points.push_back(startIndex);
-    for (const LoopSection& step : loop.sections) {
-        const Section& section = network.sections[static_cast<std::size_t>(step.section)];
-        endIndex = step.forward ? section.to : section.from;
-        loop.points.push_back(endIndex);
-        sum += step.forward ? section.difference : -section.difference;
-        variance += section.sigma * section.sigma;
-        if (!section.distance)
-            loop.length.reset();
-        else if (loop.length)
-            *loop.length += *section.distance;
-    }
+    Loop loop{makeRoute(network, startIndex, sections), 0.0};
     const Point& start = network.points[static_cast<std::size_t>(startIndex)];
-    const Point& end = network.points[static_cast<std::size_t>(endIndex)];
+    const Point& end = network.points[static_cast<std::size_t>(loop.points.back())];
     const double given = graph.isHeld(startIndex) ? *end.height - *start.height : 0.0;
-    loop.misclosure = (sum - given) * 1000.0;
-    loop.sigma = std::sqrt(variance);
+    loop.misclosure = (loop.sum - given) * 1000.0;
     return loop;
 }
 
@@ -150,13 +138,6 @@ std::vector<std::size_t> chooseBasis(const CycleSearch& search,
 }
 
 } // namespace
-
-std::optional<double> Loop::getTolerance(double factor) const
-{
-    if (!length)
-        return std::nullopt;
-    return factor * std::sqrt(*length);
-}
 
 std::vector<Loop> findLoopBasis(const SectionGraph& graph)
 {

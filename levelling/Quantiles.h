@@ -20,6 +20,17 @@ double normalLimit(double error);
 /// @param redundancy f, at least 2
 double tauLimit(int redundancy, double error);
 
+/// Of the absolute value of what is normally distributed over an independent a posteriori standard deviation
+/// (Student's t).
+/// @param redundancy of the standard deviation, at least 1
+double studentLimit(int redundancy, double error);
+
+/// Of a variance over the one that it should be, from above only: chi² / freedom, or Fisher's F where the
+/// latter is an independent a posteriori one.
+/// @param freedom    degrees of freedom of the variance, at least 1
+/// @param redundancy of the a posteriori one; 0 if it is known a priori
+double varianceLimit(int freedom, int redundancy, double error);
+
 /// With fewer degrees of freedom tau says nothing: with one it is always 1, with two it cannot be more than
 /// √2, and the limits of usual levels are that, too, but for the fourth digit.
 constexpr int kLeastTauRedundancy = 3;

@@ -140,7 +140,7 @@ void verifyWay(const Network& network, const Loop& loop)
         QCOMPARE(forward ? section.from : section.to, loop.points[i]);
         QCOMPARE(forward ? section.to : section.from, loop.points[i + 1]);
     }
-    const auto lower = [](const LoopSection& a, const LoopSection& b) { return a.section < b.section; };
+    const auto lower = [](const RouteSection& a, const RouteSection& b) { return a.section < b.section; };
     QVERIFY(std::min_element(loop.sections.begin(), loop.sections.end(), lower)->forward);
 }
 
@@ -149,7 +149,7 @@ void verifySums(const Network& network, const Loop& loop)
     double sum = 0.0;
     double length = 0.0;
     double variance = 0.0;
-    for (const LoopSection& step : loop.sections) {
+    for (const RouteSection& step : loop.sections) {
         const Section& section = network.sections[static_cast<std::size_t>(step.section)];
         sum += step.forward ? section.difference : -section.difference;
         length += *section.distance;
@@ -169,7 +169,7 @@ void verifyIndependent(const Network& network, const std::vector<Loop>& loops)
     CycleElimination elimination(static_cast<int>(network.sections.size()));
     for (const Loop& loop : loops) {
         std::vector<int> sections;
-        for (const LoopSection& step : loop.sections)
+        for (const RouteSection& step : loop.sections)
             sections.push_back(step.section);
         QVERIFY(elimination.add(sections));
     }
@@ -211,7 +211,7 @@ void TestLoopBasis::loopsOfTwoBenchmarksSpanThePublishedOnes()
     CycleElimination elimination(7);
     for (const Loop& loop : findLoopBasis(SectionGraph(network))) {
         std::vector<int> sections;
-        for (const LoopSection& step : loop.sections)
+        for (const RouteSection& step : loop.sections)
             sections.push_back(step.section);
         QVERIFY(elimination.add(sections));
     }

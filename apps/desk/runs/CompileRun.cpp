@@ -209,7 +209,7 @@ private:
     std::vector<int> sectionsOf(const Loop& loop) const
     {
         std::vector<int> sections;
-        for (const levelling::LoopSection& step : loop.sections) {
+        for (const levelling::RouteSection& step : loop.sections) {
             const std::vector<int>& members = merged.members[static_cast<std::size_t>(step.section)];
             sections.insert(sections.end(), members.begin(), members.end());
         }

@@ -1,0 +1,36 @@
+#include "levelling/Route.h"
+
+#include <cmath>
+
+namespace levelling {
+
+std::optional<double> Route::getTolerance(double factor) const
+{
+    if (!length)
+        return std::nullopt;
+    return factor * std::sqrt(*length);
+}
+
+Route makeRoute(const Network& network, int start, const std::vector<int>& sections)
+{
+    Route route;
+    route.points.push_back(start);
+    route.length = 0.0;
+    double variance = 0.0;
+    for (const int index : sections) {
+        const Section& section = network.sections[static_cast<std::size_t>(index)];
+        const bool forward = section.from == route.points.back();
+        route.sections.push_back({index, forward});
+        route.points.push_back(forward ? section.to : section.from);
+        route.sum += forward ? section.difference : -section.difference;
+        variance += section.sigma * section.sigma;
+        if (!section.distance)
+            route.length.reset();
+        else if (route.length)
+            *route.length += *section.distance;
+    }
+    route.sigma = std::sqrt(variance);
+    return route;
+}
+
+} // namespace levelling
