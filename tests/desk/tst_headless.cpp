@@ -428,7 +428,7 @@ void TestHeadless::damagedProjectIsRefused_data()
     QTest::newRow("another kind of file") << -1 << 0 << QStringLiteral("это не файл проекта");
     QTest::newRow("newer") << -1 << 7
                            << QStringLiteral(
-                                  "файл записан более новой версией программы (формат 253, эта версия "
+                                  "файл записан более новой версией программы (формат 252, эта версия "
                                   "понимает формат 3)");
 }
 
