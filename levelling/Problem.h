@@ -43,7 +43,7 @@ enum class ProblemKind {
     OtherObservation,          ///< {element, from, to}: not a height difference, skipped
     NoSections,                ///< {}: nothing to compute with
     UnknownFormat,             ///< {}
-    LineTooLong,               ///< {largest count of bytes}: read up to the line
+    LineTooLong,               ///< {largest count of bytes, or of characters}: read up to the line
     TooManyStations,           ///< {largest count of stations of a level}: read up to the line
     WordUnreadable,            ///< {text}: skipped
     LineUnreadable,            ///< {}: skipped
@@ -63,6 +63,23 @@ enum class ProblemKind {
     SightWithoutStation,       ///< {point}: an intermediate sight without a reading back, skipped
     DistancesMissing,          ///< {count, count of stations, metres}: so long each station is taken
     NumberEndsLine,            ///< {point}: a number that is a turning point of several lines, too
+
+    // Of the rows of a text file.
+    RowQuoteOpen,     ///< {}: a quotation mark is missing, skipped
+    RowCellMissing,   ///< {role}: skipped
+    RowCellUnusable,  ///< {role, its text}: skipped
+    RowDecimalSign,   ///< {role, its text, the sign that is expected}: skipped
+    RowsTooLong,      ///< {count, columns}: what stands behind the last column is left out; line of the first
+    RowsUndecoded,    ///< {count, encoding}: with characters that the encoding has not; line of the first
+    RowRepeated,      ///< {from, to, line of the first}: the same difference; both count
+    RowWithoutWeight, ///< {from, to}: the a priori standard deviation is taken as it is
+    StationsUnusable, ///< {from, to, its text}: taken as not given
+    SectionTooSteep,  ///< {from, to, difference, largest plausible one, m}: perhaps in another unit
+    PointSigmaUnusable, ///< {id, its text}: the height is held
+    CoordinateUnusable, ///< {id, role, its text}: the point has no place
+    UnitDoubtful,       ///< {role, unit, median of the column}: perhaps in another unit
+    EncodingMarked,     ///< {encoding that the file names, that of the template}: the file's counts
+    NoRows,             ///< {}: no row could be used
 };
 
 enum class Severity {

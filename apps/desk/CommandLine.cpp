@@ -12,7 +12,6 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace orvel::desk {
@@ -62,7 +61,15 @@ std::vector<Option> getHeadlessOptions()
 {
     return {
         {{QStringLiteral("headless")}, QString(), Desk::tr("обработка без окна")},
-        {{QStringLiteral("import")}, QStringLiteral("FILE.gkf"), Desk::tr("прочитать нивелирную сеть")},
+        {{QStringLiteral("import")},
+         QStringLiteral("FILE"),
+         Desk::tr("прочитать файл измерений; второй и следующие добавляются\n"
+                  "к сети, порядок сохраняется"),
+         true},
+        {{QStringLiteral("template")},
+         QStringLiteral("FILE.json"),
+         Desk::tr("шаблон, по которому читается текст --import перед ним"),
+         true},
         {{QStringLiteral("open")}, QStringLiteral("FILE"), Desk::tr("открыть проект")},
         {{QStringLiteral("class")},
          QStringLiteral("I|II|III|IV|technical"),
@@ -208,7 +215,7 @@ private:
         for (const QString& name : parser.values(QStringLiteral("run")))
             takeRun(name);
         takeFailLevel();
-        result.importFile = apps::toLocalPath(parser.value(QStringLiteral("import")));
+        takeImports();
         result.projectFile = takeFile(QStringLiteral("open"));
         result.exportFile = takeExportFile();
         result.pagesFolder = takeFile(QStringLiteral("pages"));
@@ -217,6 +224,42 @@ private:
         result.recordFile = takeRecordFile();
         result.argument = apps::toLocalPath(parser.positionalArguments().value(0));
         checkTogether();
+    }
+
+    /// The parser keeps the order of all options, but the values of each by themselves.
+    void takeImports()
+    {
+        int imports = 0;
+        int templates = 0;
+        for (const QString& name : parser.optionNames()) {
+            if (name == QLatin1String("import"))
+                result.imports.push_back({apps::toLocalPath(parser.values(name)[imports++]), QString()});
+            else if (name == QLatin1String("template"))
+                takeTemplate(parser.values(name)[templates++]);
+        }
+        const auto streams = std::count_if(
+            result.imports.begin(), result.imports.end(),
+            [](const CommandLine::ImportFile& file) { return standardstreams::isStream(file.path); });
+        if (streams > 1)
+            fail(Desk::tr("стандартный ввод читается один раз: --import - указан дважды"));
+        // Each change of the kind is another run, and a run replaces the protocol of its kind.
+        int changes = 0;
+        for (std::size_t i = 1; i < result.imports.size(); ++i) {
+            if (result.imports[i].templateFile.isEmpty() != result.imports[i - 1].templateFile.isEmpty())
+                ++changes;
+        }
+        if (changes > 1)
+            fail(Desk::tr("--import с --template и без него чередуются: поставьте файлы с шаблоном подряд"));
+    }
+
+    void takeTemplate(const QString& value)
+    {
+        if (standardstreams::isStream(value))
+            fail(Desk::tr("%1 не принимает «%2»").arg(QStringLiteral("--template"), value));
+        else if (result.imports.empty() || !result.imports.back().templateFile.isEmpty())
+            fail(Desk::tr("--template относится к --import перед ним, по одному на файл"));
+        else
+            result.imports.back().templateFile = apps::toLocalPath(value);
     }
 
     void checkValues(const Option& option)
@@ -302,7 +345,7 @@ private:
     {
         if (result.wantsHelp || result.wantsVersion)
             return;
-        const bool hasInput = !result.importFile.isEmpty() || !result.projectFile.isEmpty();
+        const bool hasInput = !result.imports.empty() || !result.projectFile.isEmpty();
         const bool hasHeadlessTask = hasInput || !result.runs.empty() || !result.exportFile.isEmpty() ||
                                      !result.pagesFolder.isEmpty() || !result.dataFile.isEmpty() ||
                                      !result.saveFile.isEmpty() || parser.isSet(QStringLiteral("fail-on"));
@@ -315,7 +358,7 @@ private:
                           "--headless"));
         else if (result.isHeadless && !hasInput)
             fail(Desk::tr("с --headless нужен --import FILE или --open FILE"));
-        else if (!result.importFile.isEmpty() && !result.projectFile.isEmpty())
+        else if (!result.imports.empty() && !result.projectFile.isEmpty())
             fail(Desk::tr("--import и --open вместе не действуют"));
         else if (standardstreams::isOutput(result.exportFile) && standardstreams::isOutput(result.dataFile))
             fail(Desk::tr("стандартный вывод принимает что-то одно: --export или --data"));
@@ -326,12 +369,20 @@ private:
     /// No output replaces another one or the input; only a project is saved where it was opened.
     void checkTargets()
     {
-        const std::pair<QString, QString> files[] = {
-            {QStringLiteral("--import"), result.importFile}, {QStringLiteral("--open"), result.projectFile},
-            {QStringLiteral("--export"), result.exportFile}, {QStringLiteral("--data"), result.dataFile},
-            {QStringLiteral("--record"), result.recordFile}, {QStringLiteral("--save"), result.saveFile}};
-        for (const auto* target = std::begin(files) + 2; target != std::end(files); ++target) {
-            for (const auto* other = std::begin(files); other != target; ++other) {
+        std::vector<std::pair<QString, QString>> files;
+        for (const CommandLine::ImportFile& file : result.imports) {
+            files.emplace_back(QStringLiteral("--import"), file.path);
+            files.emplace_back(QStringLiteral("--template"), file.templateFile);
+        }
+        files.emplace_back(QStringLiteral("--open"), result.projectFile);
+        const std::size_t inputs = files.size();
+        files.emplace_back(QStringLiteral("--export"), result.exportFile);
+        files.emplace_back(QStringLiteral("--data"), result.dataFile);
+        files.emplace_back(QStringLiteral("--record"), result.recordFile);
+        files.emplace_back(QStringLiteral("--save"), result.saveFile);
+        for (auto target = files.begin() + static_cast<std::ptrdiff_t>(inputs); target != files.end();
+             ++target) {
+            for (auto other = files.begin(); other != target; ++other) {
                 const bool isSaving = target->first == QLatin1String("--save");
                 const bool mayBeSame = isSaving && other->first == QLatin1String("--open");
                 if (!mayBeSame && areSameFile(target->second, other->second))
@@ -357,7 +408,7 @@ QString CommandLine::getHelp()
     return Desk::tr("Использование:\n"
                     "  orvel-desk [параметры] [FILE]\n"
                     "      окно с проектом FILE или с нивелирной сетью FILE.gkf\n"
-                    "  orvel-desk --headless (--import FILE.gkf | --open FILE) [параметры]\n"
+                    "  orvel-desk --headless (--import FILE… | --open FILE) [параметры]\n"
                     "      обработка без окна\n") +
            QLatin1Char('\n') + Desk::tr("Параметры:") + QLatin1Char('\n') + describe(getGeneralOptions()) +
            QLatin1Char('\n') + Desk::tr("Параметры обработки без окна:") + QLatin1Char('\n') +

@@ -14,16 +14,22 @@ namespace orvel::desk {
 /// the standard input or output.
 struct CommandLine
 {
+    /// A file to be imported, and how it is to be read if it does not tell that itself.
+    struct ImportFile
+    {
+        QString path;
+        QString templateFile; ///< JSON; empty if the file needs none
+    };
     /// Which lines of the runs make the program fail.
     enum class FailLevel { Never, Error, Warning };
 
     bool isHeadless = false;
     bool wantsHelp = false;
     bool wantsVersion = false;
-    QString language;      ///< "ru", "en", or empty for the system's
-    QString importFile;    ///< network to import (.gkf)
-    QString projectFile;   ///< project to open
-    std::vector<int> runs; ///< their protocol types, in this order
+    QString language;                ///< "ru", "en", or empty for the system's
+    std::vector<ImportFile> imports; ///< files of the network to import, in this order
+    QString projectFile;             ///< project to open
+    std::vector<int> runs;           ///< their protocol types, in this order
     std::optional<LevellingClass> levellingClass;
     QString exportFile;  ///< whose suffix names the format
     QString pagesFolder; ///< where the pages of the runs go

@@ -83,7 +83,8 @@ public:
     void run() override
     {
         desk::Document& document = *host.document;
-        perform(desk::runs::makeImport(document, networkFile, sample::getProjectName()),
+        perform(desk::runs::makeImport(document, {{networkFile, std::nullopt}}, desk::ImportMode::Replace,
+                                       sample::getProjectName()),
                 QStringLiteral("import"));
         if (importOnly)
             return;
@@ -144,10 +145,11 @@ public:
     {
         desk::Document& document = *host.document;
         perform(enums::Import, [&](qor::IProcessMonitor& monitor) {
-            desk::runImport(monitor, networkFile, [&](const levelling::Network& network) {
-                document.setNetwork(network);
-                return document.shareSnapshot();
-            });
+            desk::runImport(monitor, {{networkFile, std::nullopt}}, {},
+                            [&](const levelling::Network& network) {
+                                document.setNetwork(network);
+                                return document.shareSnapshot();
+                            });
         });
         perform(desk::runs::makeCompile(document));
         perform(desk::runs::makeAdjust(document));

@@ -325,8 +325,22 @@ void TestHeadless::badUsageIsRefused_data()
                                   << "лишний аргумент --export";
     QTest::newRow("network and project") << "--import small.gkf --open a.orvel"
                                          << "--import и --open вместе не действуют";
-    QTest::newRow("twice") << "--import small.gkf --import small.gkf"
-                           << "--import указан дважды";
+    QTest::newRow("twice") << "--open a.orvel --open a.orvel"
+                           << "--open указан дважды";
+    QTest::newRow("two streams") << "--import - --import -"
+                                 << "стандартный ввод читается один раз: --import - указан дважды";
+    QTest::newRow("template of nothing") << "--template t.json --import small.csv"
+                                         << "--template относится к --import перед ним, по одному на файл";
+    QTest::newRow("two templates of one file")
+        << "--import small.csv --template t.json --template t.json"
+        << "--template относится к --import перед ним, по одному на файл";
+    QTest::newRow("template from a stream") << "--import small.csv --template -"
+                                            << "--template не принимает «-»";
+    QTest::newRow("kinds by turns")
+        << "--import small.gkf --import a.csv --template t.json --import small.gkf"
+        << "--import с --template и без него чередуются: поставьте файлы с шаблоном подряд";
+    QTest::newRow("template written over") << "--import small.csv --template t.json --data t.json"
+                                           << "--template и --data называют один и тот же файл";
     QTest::newRow("class") << "--import small.gkf --class V"
                            << "неизвестный класс нивелирования «V»: --class I, II, III, IV или technical";
     QTest::newRow("language") << "--import small.gkf --language de"
@@ -458,7 +472,8 @@ void TestHeadless::helpAndVersion()
     QCOMPARE(version.exitCode, 0);
     const DeskProcess help = DeskProcess::runPlain(folder->path(), words("--help"));
     QVERIFY(help.output.startsWith(QStringLiteral("Использование:\n")));
-    QVERIFY(help.output.contains(QStringLiteral("\n  --import FILE.gkf      прочитать нивелирную сеть\n")));
+    QVERIFY(help.output.contains(QStringLiteral(
+        "\n  --import FILE          прочитать файл измерений; второй и следующие добавляются\n")));
     QVERIFY(help.output.contains(QStringLiteral("\n  -h, --help             эта справка\n")));
     QCOMPARE(help.errors, QString());
     QCOMPARE(help.exitCode, 0);

@@ -44,7 +44,8 @@ void registerDeskTypes()
 
 std::vector<int> getProtocolTypes()
 {
-    return {enums::Import, enums::Compile, enums::Adjust, enums::L1Analysis, enums::Export};
+    return {enums::Import, enums::ImportTemplate, enums::Compile,
+            enums::Adjust, enums::L1Analysis,     enums::Export};
 }
 
 int getTypeDigit(int protocolType)

@@ -72,6 +72,17 @@ bool isUsable(const levelling::Section& section)
            section.stations.value_or(1) > 0 && std::isfinite(section.readingDifference.value_or(0.0));
 }
 
+/// The types whose protocols are about a network, and not about where it comes from.
+std::vector<int> getProcessingTypes()
+{
+    std::vector<int> types = getProtocolTypes();
+    types.erase(
+        std::remove_if(types.begin(), types.end(),
+                       [](int type) { return type == enums::Import || type == enums::ImportTemplate; }),
+        types.end());
+    return types;
+}
+
 /// Whether the observed points are those of the groups, each in one, with heights and all covariances.
 bool areObservedHeightsUsable(const Document::Content& content)
 {
@@ -236,10 +247,13 @@ void Document::setNetwork(const levelling::Network& network)
     takeNetwork(items);
 }
 
-void Document::takeNetwork(NetworkItems& items)
+void Document::takeNetwork(NetworkItems& items, std::optional<int> otherImport)
 {
+    clearedTypes = getProcessingTypes();
+    if (otherImport)
+        clearedTypes.push_back(*otherImport);
     exchangeItems(items);
-    for (const int type : getProcessingTypes())
+    for (const int type : clearedTypes)
         getProtocol().ClearProtocolByType(type);
     isProcessingCleared = true;
 }
@@ -256,13 +270,6 @@ void Document::exchangeItems(NetworkItems& items)
     std::swap(nextId, items.nextId);
     Q_EMIT networkReplaced();
     setModified(true);
-}
-
-std::vector<int> Document::getProcessingTypes()
-{
-    std::vector<int> types = getProtocolTypes();
-    types.erase(std::remove(types.begin(), types.end(), enums::Import), types.end());
-    return types;
 }
 
 bool Document::setContent(Content content)
@@ -314,8 +321,7 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
     if (finishedRun) {
         replacedTypes.insert(*finishedRun);
         if (isProcessingCleared) {
-            const std::vector<int> cleared = getProcessingTypes();
-            replacedTypes.insert(cleared.begin(), cleared.end());
+            replacedTypes.insert(clearedTypes.begin(), clearedTypes.end());
         }
         isProcessingCleared = false;
     }

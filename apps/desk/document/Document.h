@@ -97,13 +97,14 @@ public:
     void setNetwork(const levelling::Network& network);
     /// The same with items that are made already, from this network's snapshot and getNextId(). Gives the old
     /// network out. Takes a time that does not depend on the number of items.
-    void takeNetwork(NetworkItems& items);
+    /// @param otherImport  protocol type of an import that has nothing to do with this network
+    void takeNetwork(NetworkItems& items, std::optional<int> otherImport = std::nullopt);
     /// Puts one network into the other's place, the protocols left as they are.
     void exchangeItems(NetworkItems& items);
     /// The next new item's id.
     LONGID getNextId() const { return nextId; }
-    /// The protocol types that setNetwork() clears.
-    static std::vector<int> getProcessingTypes();
+    /// The protocol types that were cleared when a network was taken last.
+    const std::vector<int>& getClearedTypes() const { return clearedTypes; }
     /// Replaces the network by items that have ids. False, and nothing changed, if these are not unique, a
     /// section's ends are not two points, or a number is none that can be computed with.
     bool setContent(Content content);
@@ -161,6 +162,7 @@ private:
     LONGID nextId;
     ProtocolKeeper keeper;
     bool isProcessingCleared = false; // by the run at work, with the network
+    std::vector<int> clearedTypes;
     ProtocolSummary summary;
     bool checking = false;
     bool modified = false;

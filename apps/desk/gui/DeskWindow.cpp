@@ -165,7 +165,7 @@ void DeskWindow::importFile(const QString& path)
     if (isSaved ? !mayLoseChanges() : !mayReplaceNetwork())
         return;
     recentfiles::add(path);
-    start(runs::makeImport(*document, path,
+    start(runs::makeImport(*document, {{path, std::nullopt}}, ImportMode::Replace,
                            isSaved || document->isEmpty() ? QFileInfo(path).completeBaseName() : QString()));
 }
 

@@ -8,6 +8,7 @@
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/runs/RunKinds.h"
+#include "apps/desk/templates/TemplateFile.h"
 #include "host/enums/EnumData.h"
 #include "host/files/Error.h"
 #include "host/files/StringUtils.h"
@@ -55,12 +56,8 @@ void Headless::performAll(const CommandLine& commandLine)
         startRecording(commandLine.recordFile);
 
     bool hasInput = true;
-    if (!commandLine.importFile.isEmpty()) {
-        const QString name = standardstreams::isStream(commandLine.importFile)
-                                 ? QString()
-                                 : QFileInfo(commandLine.importFile).completeBaseName();
-        hasInput = perform(runs::makeImport(document, commandLine.importFile, name));
-    }
+    if (!commandLine.imports.empty())
+        hasInput = import();
     if (hasInput) {
         for (const int protocolType : commandLine.runs)
             perform(runs::make(protocolType, document));
@@ -82,9 +79,29 @@ void Headless::performAll(const CommandLine& commandLine)
     judge(commandLine.failLevel);
 }
 
+/// Whether all files have given their part of the network.
+bool Headless::import()
+{
+    const QString& firstFile = sources.front().filePath;
+    const QString name =
+        standardstreams::isStream(firstFile) ? QString() : QFileInfo(firstFile).completeBaseName();
+    ImportMode mode = ImportMode::Replace;
+    for (const std::vector<ImportSource>& group : groupSources(sources)) {
+        if (!perform(runs::makeImport(document, group, mode, mode == ImportMode::Replace ? name : QString())))
+            return false;
+        mode = ImportMode::Add;
+    }
+    return true;
+}
+
 bool Headless::load(const CommandLine& commandLine)
 {
     try {
+        for (const CommandLine::ImportFile& file : commandLine.imports) {
+            sources.push_back({file.path, std::nullopt});
+            if (!file.templateFile.isEmpty())
+                sources.back().format = templatefile::read(file.templateFile);
+        }
         // A project that is only read may be open elsewhere: it is always whole.
         if (!commandLine.saveFile.isEmpty())
             lock = ProjectLock::take(commandLine.saveFile);

@@ -42,6 +42,7 @@ public:
 private:
     void performAll(const CommandLine& commandLine);
     bool load(const CommandLine& commandLine);
+    bool import();
     void startRecording(const QString& path);
     bool perform(const DeskRun& run);
     void writePages(const QString& folder);
@@ -56,6 +57,7 @@ private:
 
     Document& document;
     Complain complain;
+    std::vector<ImportSource> sources; // with the templates that were read
     std::shared_ptr<ProjectLock> lock; // of the project to be saved
     int exitCode = Done;
     std::unique_ptr<JournalRecorder> recorder;

@@ -142,7 +142,7 @@ void JournalRecorder::replaceItems()
     for (const LONGID id : items)
         write(QStringLiteral("remove"), {{QStringLiteral("id"), QString::number(id)}});
     if (!items.empty()) {
-        for (const int type : Document::getProcessingTypes())
+        for (const int type : document.getClearedTypes())
             write(QStringLiteral("clear"), {{QStringLiteral("type"), type}});
     }
     items.clear();

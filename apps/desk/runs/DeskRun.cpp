@@ -35,28 +35,45 @@ void destroyElsewhere(std::optional<NetworkItems>& items)
 
 } // namespace
 
-DeskRun makeImport(Document& document, const QString& filePath, const QString& projectName)
+namespace {
+
+/// What the network comes from has no protocol of the other kind when that is replaced.
+std::optional<int> getOtherImport(int importType)
+{
+    return importType == enums::Import ? enums::ImportTemplate : enums::Import;
+}
+
+} // namespace
+
+DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources, ImportMode mode,
+                   const QString& projectName)
 {
     DeskRun run;
-    run.protocolType = enums::Import;
+    run.protocolType = sources.front().format ? enums::ImportTemplate : enums::Import;
     const auto replaced = std::make_shared<std::optional<NetworkItems>>();
     const auto windowThread = std::make_shared<ThreadCall>();
-    run.function = [&document, filePath, replaced, windowThread, known = document.shareSnapshot(),
-                    nextId = document.getNextId(), failure = run.failure](qor::IProcessMonitor& monitor) {
+    run.function = [&document, sources, mode, type = run.protocolType, replaced, windowThread,
+                    known = document.shareSnapshot(), nextId = document.getNextId(),
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
         const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
         const NetworkTaker takeNetwork =
             [&](const levelling::Network& network) -> std::shared_ptr<const NetworkSnapshot> {
-            std::optional<NetworkItems> items = NetworkItems::make(network, *known, nextId, isStopped);
+            std::optional<NetworkItems> items = NetworkItems::make(
+                network, *known, nextId, isStopped, mode == ImportMode::Add ? known->fieldBook : nullptr);
             if (!items)
                 return nullptr;
             const std::shared_ptr<const NetworkSnapshot> snapshot = items->snapshot;
             const bool isTaken = windowThread->call(monitor, [&] {
-                document.takeNetwork(*items);
+                document.takeNetwork(*items,
+                                     mode == ImportMode::Replace ? getOtherImport(type) : std::nullopt);
                 replaced->emplace(std::move(*items));
             });
             return isTaken ? snapshot : nullptr;
         };
-        *failure = RunFailure::make(RunFailure::Kind::Refused, runImport(monitor, filePath, takeNetwork));
+        *failure = RunFailure::make(RunFailure::Kind::Refused,
+                                    runImport(monitor, sources,
+                                              mode == ImportMode::Add ? known->network : levelling::Network(),
+                                              takeNetwork));
     };
     // The links of the run's lines name the project.
     const Document::Origin origin = document.getOrigin();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/desk/runs/ImportSource.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -50,9 +51,11 @@ struct DeskRun
 /// Makes runs on the document as it is at this moment. The document outlives them.
 namespace runs {
 
-/// Import of a network. The project that it makes gets the name, and has no file yet; with an empty name it
-/// is still the project that it was, with another network. If there is no network, nothing changes.
-DeskRun makeImport(Document& document, const QString& filePath, const QString& projectName);
+/// Import of networks from files, which all have a template or none has. The project that it makes gets the
+/// name, and has no file yet; with an empty name it is still the project that it was, with another network.
+/// If one of the files gives no network, nothing changes.
+DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources, ImportMode mode,
+                   const QString& projectName);
 DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);

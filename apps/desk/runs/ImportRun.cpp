@@ -6,8 +6,12 @@
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/ProblemTexts.h"
 #include "apps/desk/runs/RunLines.h"
+#include "apps/desk/templates/TemplateTexts.h"
 #include "levelling/GkfReader.h"
+#include "levelling/NetworkMerge.h"
+#include "levelling/TemplateReader.h"
 
+#include <QFileInfo>
 #include <QHash>
 
 #include <algorithm>
@@ -33,6 +37,8 @@ int countNamedPoints(ProblemKind kind)
     case ProblemKind::ObservedPointFixed:
     case ProblemKind::ObservedPointRepeated:
     case ProblemKind::ObservedHeightMissing:
+    case ProblemKind::PointSigmaUnusable:
+    case ProblemKind::CoordinateUnusable:
         return 1;
     case ProblemKind::SectionWithoutPoint:
     case ProblemKind::SectionSameEnds:
@@ -42,17 +48,41 @@ int countNamedPoints(ProblemKind kind)
     case ProblemKind::DistanceUnusable:
     case ProblemKind::StdevUnusable:
     case ProblemKind::VarianceUnusable:
+    case ProblemKind::RowRepeated:
+    case ProblemKind::RowWithoutWeight:
+    case ProblemKind::StationsUnusable:
+    case ProblemKind::SectionTooSteep:
         return 2;
     default:
         return 0;
     }
 }
 
+/// Writes the lines about one file. Where there are several, each names its own.
+class FileLines
+{
+public:
+    FileLines(RunLines& runLines, const QString& fileName) : lines(runLines)
+    {
+        if (!fileName.isEmpty())
+            prefix = RunLines::escape(fileName) + QStringLiteral(": ");
+    }
+
+    void error(const QString& text) { lines.error(prefix + text); }
+    void warning(const QString& text) { lines.warning(prefix + text); }
+    void message(const QString& text) { lines.message(prefix + text); }
+    RunLines& get() { return lines; }
+
+private:
+    RunLines& lines;
+    QString prefix;
+};
+
 /// Writes the problems of a file, the items in them as links.
 class ProblemWriter
 {
 public:
-    ProblemWriter(RunLines& runLines, const levelling::Network& network) : lines(runLines)
+    ProblemWriter(FileLines& fileLines, const levelling::Network& network) : lines(fileLines)
     {
         int index = 0;
         for (const levelling::Point& point : network.points)
@@ -76,27 +106,58 @@ private:
         for (const QString& argument : problem.arguments) {
             const auto point = indexOfPoint.constFind(argument);
             const bool isPoint = arguments.size() < namedPoints && point != indexOfPoint.constEnd();
-            arguments.append(isPoint ? lines.point(*point) : RunLines::escape(argument));
+            arguments.append(isPoint ? lines.get().point(*point) : RunLines::escape(argument));
         }
         return arguments;
     }
 
-    RunLines& lines;
+    FileLines& lines;
     QHash<QString, int> indexOfPoint;
 };
 
-levelling::GkfResult readNetwork(const QString& filePath, const qor::IProcessMonitor& monitor)
+/// What one of the files gave.
+struct ReadFile
+{
+    QString name;
+    bool isStopped = false;
+    std::optional<Problem> fatal;
+    levelling::Network network;
+    std::vector<Problem> problems;
+    std::optional<levelling::TableCounts> counts; ///< of the rows of a text file
+    levelling::NetworkAddition addition;
+};
+
+ReadFile readFile(const ImportSource& source, const levelling::Parameters& parameters,
+                  const qor::IProcessMonitor& monitor)
 {
     const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
-    apps::InputFile input(filePath);
-    if (standardstreams::isStream(filePath))
+    apps::InputFile input(source.filePath);
+    if (standardstreams::isStream(source.filePath))
         input.open(STDIN_FILENO, QIODevice::ReadOnly);
     else
         input.open(QIODevice::ReadOnly);
-    return levelling::GkfReader::readFile(input, isStopped);
+    ReadFile file;
+    file.name = standardstreams::describeInput(source.filePath);
+    if (source.format) {
+        levelling::TableResult result =
+            levelling::TemplateReader::readFile(input, *source.format, parameters, isStopped);
+        file.isStopped = result.isStopped;
+        file.fatal = std::move(result.fatal);
+        file.network = std::move(result.network);
+        file.problems = std::move(result.problems);
+        file.counts = std::move(result.counts);
+    } else {
+        levelling::GkfResult result = levelling::GkfReader::readFile(input, isStopped);
+        file.isStopped = result.isStopped;
+        file.fatal = std::move(result.fatal);
+        file.network = std::move(result.network);
+        file.problems = std::move(result.problems);
+    }
+    file.network.sources = QStringList(QFileInfo(file.name).fileName());
+    return file;
 }
 
-void describeNetwork(RunLines& lines, const levelling::Network& network)
+void describeNetwork(FileLines& lines, const levelling::Network& network)
 {
     const auto fixedPoints = std::count_if(network.points.begin(), network.points.end(),
                                            [](const levelling::Point& point) { return point.isBenchmark(); });
@@ -105,6 +166,10 @@ void describeNetwork(RunLines& lines, const levelling::Network& network)
     lines.message(Desk::tr("Прочитано пунктов: %1, из них исходных реперов: %2; секций: %3")
                       .arg(QString::number(network.points.size()), QString::number(fixedPoints),
                            QString::number(network.sections.size())));
+}
+
+void describeParameters(RunLines& lines, const levelling::Network& network)
+{
     const bool isApriori = network.parameters.sigmaAct == levelling::SigmaAct::Apriori;
     const bool isPerKilometre =
         std::none_of(network.sections.begin(), network.sections.end(),
@@ -116,41 +181,199 @@ void describeNetwork(RunLines& lines, const levelling::Network& network)
                            isApriori ? Desk::tr("априорной") : Desk::tr("апостериорной")));
 }
 
+QString listLines(qint64 count, const std::vector<qint64>& fileLines)
+{
+    QStringList texts;
+    for (const qint64 line : fileLines)
+        texts.append(QString::number(line));
+    if (count > static_cast<qint64>(fileLines.size()))
+        texts.append(QStringLiteral("…"));
+    return texts.join(QStringLiteral(", "));
+}
+
+void describeTemplate(FileLines& lines, const levelling::TableTemplate& format)
+{
+    lines.get().service(Desk::tr("Шаблон: %1").arg(RunLines::escape(templatetexts::describe(format))));
+    if (format.isOfPoints())
+        lines.message(Desk::tr("Единицы: высоты и координаты — м, СКО — мм"));
+    else
+        lines.message(Desk::tr("Единицы: превышения — %1, длины — %2, СКО — мм")
+                          .arg(templatetexts::describeUnit(format.differenceUnit),
+                               templatetexts::describeUnit(format.lengthUnit)));
+}
+
+void describeRows(FileLines& lines, const levelling::TableCounts& counts)
+{
+    const qint64 skipped = counts.headings + counts.empty + counts.comments + counts.refused;
+    lines.message(Desk::tr("Прочитано строк: %1, из них с данными: %2, пропущено: %3")
+                      .arg(QString::number(counts.used + skipped), QString::number(counts.used),
+                           QString::number(skipped)));
+    if (counts.headings > 0)
+        lines.message(Desk::tr("Пропущено строк шапки: %1 (от начала файла)").arg(counts.headings));
+    if (counts.empty > 0)
+        lines.message(Desk::tr("Пропущено пустых строк: %1 (строки файла %2)")
+                          .arg(QString::number(counts.empty), listLines(counts.empty, counts.emptyLines)));
+    if (counts.comments > 0)
+        lines.message(
+            Desk::tr("Пропущено строк с комментарием: %1 (строки файла %2)")
+                .arg(QString::number(counts.comments), listLines(counts.comments, counts.commentLines)));
+    if (counts.weighedByStations > 0)
+        lines.message(
+            Desk::tr("Секций без длины и СКО, вес которых взят по числу штативов (10 на 1\u00A0км): %1")
+                .arg(counts.weighedByStations));
+}
+
+/// What the file has changed about the points that were there before it.
+void describeChange(FileLines& lines, const levelling::PointChange& change)
+{
+    const QString point = lines.get().point(change.point);
+    QString text;
+    switch (change.kind) {
+    case levelling::PointChange::Kind::Height:
+        text = Desk::tr("пункт %1: отметка %2\u00A0м вместо прежней %3\u00A0м")
+                   .arg(point, numbers::height(change.after), numbers::height(change.before));
+        break;
+    case levelling::PointChange::Kind::Held:
+        text = Desk::tr("пункт %1 теперь исходный репер").arg(point);
+        break;
+    case levelling::PointChange::Kind::Observed:
+        text = Desk::tr("отметка пункта %1 теперь измерена с СКО и не удерживается").arg(point);
+        break;
+    case levelling::PointChange::Kind::Released:
+        text = Desk::tr("пункт %1 был исходным репером, теперь он определяемый").arg(point);
+        break;
+    case levelling::PointChange::Kind::Place:
+        text = Desk::tr("координаты пункта %1 заменены").arg(point);
+        break;
+    }
+    lines.warning(Desk::tr("Строка файла %1: %2").arg(QString::number(change.line), text));
+}
+
+void describeAddition(FileLines& lines, const ReadFile& file)
+{
+    const levelling::NetworkAddition& addition = file.addition;
+    if (addition.firstPoint == 0)
+        return;
+    std::vector<int> repeated;
+    for (const std::size_t section : addition.repeatedSections)
+        repeated.push_back(static_cast<int>(section));
+    if (!repeated.empty())
+        lines.warning(
+            Desk::tr("Секции с теми же концами и превышением уже были в сети, учтены ещё раз: %1 (%2). "
+                     "Если файл импортирован дважды, замените сеть")
+                .arg(QString::number(repeated.size()), lines.get().listSections(repeated)));
+    if (addition.areParametersKept)
+        lines.warning(
+            Desk::tr("Параметры уравнивания этого файла другие; действуют параметры сети, к которой он "
+                     "добавлен"));
+    lines.message(Desk::tr("Добавлено к сети пунктов: %1, секций: %2; совпало с имевшимися пунктов: %3")
+                      .arg(QString::number(file.network.points.size() - addition.commonPoints),
+                           QString::number(file.network.sections.size()),
+                           QString::number(addition.commonPoints)));
+}
+
+/// Points that stand in the tables of the one kind only.
+void describeUnknownPoints(RunLines& lines, const levelling::Network& network)
+{
+    std::vector<bool> hasSection(network.points.size(), false);
+    for (const levelling::Section& section : network.sections) {
+        hasSection[static_cast<std::size_t>(section.from)] = true;
+        hasSection[static_cast<std::size_t>(section.to)] = true;
+    }
+    std::vector<int> withoutSection;
+    std::vector<int> undeclared;
+    for (std::size_t i = 0; i < network.points.size(); ++i) {
+        if (!hasSection[i] && !network.points[i].surveyed)
+            withoutSection.push_back(static_cast<int>(i));
+        else if (!network.points[i].declared && !network.points[i].surveyed)
+            undeclared.push_back(static_cast<int>(i));
+    }
+    if (!undeclared.empty())
+        lines.message(Desk::tr("Пункты, известные только по секциям, считаются определяемыми: %1 (%2)")
+                          .arg(QString::number(undeclared.size()), lines.listPoints(undeclared)));
+    if (!withoutSection.empty() && !network.sections.empty())
+        lines.warning(Desk::tr("Пункты, к которым не ведёт ни одна секция: %1 (%2). Проверьте их имена")
+                          .arg(QString::number(withoutSection.size()), lines.listPoints(withoutSection)));
+    if (network.sections.empty())
+        lines.message(Desk::tr("В сети только пункты. Добавьте к ней файлы с измерениями"));
+}
+
+QString refuse(qor::IProcessMonitor& monitor, const ReadFile& file)
+{
+    const NetworkSnapshot nothing;
+    RunLines lines(monitor, nothing);
+    lines.service(Desk::tr("Файл: %1").arg(RunLines::escape(file.name)));
+    const QString failure = problems::describeFailure(file.name, *file.fatal);
+    lines.error(RunLines::escape(failure));
+    return failure;
+}
+
+/// Writes what there is to say of a file. False if the run was stopped.
+bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& file,
+                  const levelling::Network& network)
+{
+    RunLines& runLines = lines.get();
+    runLines.service(Desk::tr("Файл: %1").arg(RunLines::escape(file.name)));
+    if (source.format)
+        describeTemplate(lines, *source.format);
+    ProblemWriter problemWriter(lines, network);
+    const std::size_t all = file.problems.size() + file.addition.changes.size();
+    std::size_t done = 0;
+    for (const Problem& problem : file.problems) {
+        if (!runLines.isRunning())
+            return false;
+        problemWriter.write(problem);
+        runLines.setProgress(++done, all);
+    }
+    for (const levelling::PointChange& change : file.addition.changes) {
+        if (!runLines.isRunning())
+            return false;
+        describeChange(lines, change);
+        runLines.setProgress(++done, all);
+    }
+    if (file.counts)
+        describeRows(lines, *file.counts);
+    describeNetwork(lines, file.network);
+    describeAddition(lines, file);
+    return true;
+}
+
 } // namespace
 
-QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork)
+QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
+                  const levelling::Network& base, const NetworkTaker& takeNetwork)
 {
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
-    const levelling::GkfResult file = readNetwork(filePath, monitor);
-    if (file.isStopped)
-        return QString();
-    monitor.finishCurrentStage();
-    const QString fileName = standardstreams::describeInput(filePath);
-    const QString fileLine = Desk::tr("Файл: %1").arg(RunLines::escape(fileName));
-    if (file.fatal) {
-        const NetworkSnapshot nothing;
-        RunLines lines(monitor, nothing);
-        lines.service(fileLine);
-        const QString failure = problems::describeFailure(fileName, *file.fatal);
-        lines.error(RunLines::escape(failure));
-        return failure;
+    levelling::Network network = base;
+    std::vector<ReadFile> files;
+    for (const ImportSource& source : sources) {
+        ReadFile file = readFile(source, network.parameters, monitor);
+        if (file.isStopped)
+            return QString();
+        if (file.fatal) {
+            monitor.finishCurrentStage();
+            return refuse(monitor, file);
+        }
+        file.addition = levelling::addNetwork(network, file.network);
+        files.push_back(std::move(file));
     }
+    monitor.finishCurrentStage();
     // The items must be there before lines link to them.
-    const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(file.network);
+    const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(network);
     if (!snapshot)
         return QString();
 
     RunLines lines(monitor, *snapshot);
-    lines.service(fileLine);
-    ProblemWriter problemWriter(lines, snapshot->network);
-    std::size_t done = 0;
-    for (const Problem& problem : file.problems) {
-        if (!lines.isRunning())
+    bool hasTable = false;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const QString prefix = files.size() > 1 ? files[i].network.sources.constFirst() : QString();
+        if (!describeFile(FileLines(lines, prefix), sources[i], files[i], snapshot->network))
             return QString();
-        problemWriter.write(problem);
-        lines.setProgress(++done, file.problems.size());
+        hasTable = hasTable || sources[i].format;
     }
-    describeNetwork(lines, snapshot->network);
+    if (hasTable)
+        describeUnknownPoints(lines, snapshot->network);
+    describeParameters(lines, snapshot->network);
     monitor.setPercentage(100);
     return QString();
 }

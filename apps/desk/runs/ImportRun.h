@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/runs/ImportSource.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -13,11 +14,13 @@ namespace orvel::desk {
 /// Puts a network into the project and gives its snapshot; null if the run was stopped before.
 using NetworkTaker = std::function<std::shared_ptr<const NetworkSnapshot>(const levelling::Network& network)>;
 
-/// Reads a levelling network from a file (.gkf) and has the project take it. Every part of the file that was
-/// not used as it stands becomes a line that names the line number.
+/// Reads levelling networks from files, adds them in their order to a network, and has the project take it.
+/// Every part of a file that was not used as it stands becomes a line that names the line number, and so does
+/// what a file changes about points that are there already.
 ///
-/// @param filePath  "-" is the standard input
-/// @return why the file gave no network, as plain text; empty if it did or if the run was stopped
-QString runImport(qor::IProcessMonitor& monitor, const QString& filePath, const NetworkTaker& takeNetwork);
+/// @param base  the network that the files are added to; an empty one for a network of them alone
+/// @return why a file gave no network, as plain text; empty if all did or if the run was stopped
+QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
+                  const levelling::Network& base, const NetworkTaker& takeNetwork);
 
 } // namespace orvel::desk

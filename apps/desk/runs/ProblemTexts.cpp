@@ -43,6 +43,10 @@ QString failureReason(const Problem& problem)
     case ProblemKind::TextTooLong:
         return Desk::tr("текст элемента <%1> длиннее %2 знаков, файл не прочитан; сократите его")
             .arg(argument, problem.arguments.value(1));
+    case ProblemKind::LineTooLong:
+        return Desk::tr(
+                   "строка длиннее %1 знаков, файл не прочитан; проверьте, что это текст, и его кодировку")
+            .arg(argument);
     case ProblemKind::TooManyCovariances:
         return Desk::tr("в <cov-mat> больше %1 чисел, файл не прочитан; разделите измерения на группы "
                         "<height-differences>")
@@ -112,6 +116,69 @@ QString sentence(ProblemKind kind)
         return Desk::tr("измерение &lt;%1&gt; («%2» – «%3») не является превышением, пропущено");
     case ProblemKind::NoSections:
         return Desk::tr("в файле нет ни одной пригодной секции, вычислять нечего");
+    case ProblemKind::RowQuoteOpen:
+        return Desk::tr("кавычка открыта и не закрыта, строка пропущена");
+    case ProblemKind::RowCellMissing:
+        return Desk::tr("в столбце %1 пусто, строка пропущена");
+    case ProblemKind::RowCellUnusable:
+        return Desk::tr("столбец %1: «%2» — непригодное число, строка пропущена");
+    case ProblemKind::RowDecimalSign:
+        return Desk::tr(
+            "столбец %1: «%2» — число с другим десятичным знаком, в шаблоне «%3»; строка пропущена");
+    case ProblemKind::RowsTooLong:
+        return Desk::tr(
+            "здесь и дальше строк, в которых данные есть и правее последнего столбца шаблона: %1; "
+            "лишнее не прочитано, столбцов в шаблоне %2");
+    case ProblemKind::RowsUndecoded:
+        return Desk::tr(
+            "здесь и дальше строк со знаками, которых нет в кодировке %2: %1; проверьте кодировку "
+            "в шаблоне");
+    case ProblemKind::RowRepeated:
+        return Desk::tr("секция %1 – %2 с тем же превышением уже есть в строке файла %3, учтены обе; лишнюю "
+                        "удалите");
+    case ProblemKind::RowWithoutWeight:
+        return Desk::tr(
+            "секция %1 – %2: нет ни длины, ни числа штативов, ни СКО; принята априорная СКО 1\u00A0км "
+            "хода");
+    case ProblemKind::StationsUnusable:
+        return Desk::tr("секция %1 – %2: непригодное число штативов «%3», считается не заданным");
+    case ProblemKind::SectionTooSteep:
+        return Desk::tr("секция %1 – %2: превышение %3\u00A0м больше правдоподобного для её длины %4\u00A0м; "
+                        "проверьте единицы");
+    case ProblemKind::PointSigmaUnusable:
+        return Desk::tr("пункт %1: непригодная СКО отметки «%2», отметка удерживается");
+    case ProblemKind::CoordinateUnusable:
+        return Desk::tr("пункт %1: непригодная координата %2 «%3», координаты не взяты");
+    case ProblemKind::UnitDoubtful:
+        return Desk::tr(
+            "столбец %1: среднее по величине значение %3 неправдоподобно для единицы %2; проверьте "
+            "единицу в шаблоне");
+    case ProblemKind::EncodingMarked:
+        return Desk::tr(
+            "файл начинается меткой кодировки %1, он прочитан в ней, а не в кодировке шаблона %2");
+    case ProblemKind::NoRows:
+        return Desk::tr("в файле нет ни одной пригодной строки; проверьте разделитель и столбцы шаблона");
+    case ProblemKind::UnknownFormat:
+    case ProblemKind::TooManyStations:
+    case ProblemKind::WordUnreadable:
+    case ProblemKind::LineUnreadable:
+    case ProblemKind::ReadingUnusable:
+    case ProblemKind::ReadingOutsideLine:
+    case ProblemKind::RecordMarked:
+    case ProblemKind::LineWithoutStart:
+    case ProblemKind::LineWithoutStations:
+    case ProblemKind::MethodUnknown:
+    case ProblemKind::InstrumentCheck:
+    case ProblemKind::StationWithoutBack:
+    case ProblemKind::StationWithoutFore:
+    case ProblemKind::StationSameEnds:
+    case ProblemKind::StationSecondMissing:
+    case ProblemKind::StationRepeated:
+    case ProblemKind::LineInterrupted:
+    case ProblemKind::SightWithoutStation:
+    case ProblemKind::DistancesMissing:
+    case ProblemKind::NumberEndsLine:
+    case ProblemKind::LineTooLong:
     case ProblemKind::FileNotReadable:
     case ProblemKind::MalformedXml:
     case ProblemKind::WrongRoot:
@@ -150,8 +217,11 @@ QString describe(const Problem& problem, const QStringList& arguments)
     case 2:
         text = text.arg(arguments[0], arguments[1]);
         break;
-    default:
+    case 3:
         text = text.arg(arguments[0], arguments[1], arguments[2]);
+        break;
+    default:
+        text = text.arg(arguments[0], arguments[1], arguments[2], arguments[3]);
         break;
     }
     if (problem.line == 0)
