@@ -781,10 +781,6 @@
         <translation>work without a window</translation>
     </message>
     <message>
-        <source>прочитать нивелирную сеть</source>
-        <translation>read a levelling network</translation>
-    </message>
-    <message>
         <source>открыть проект</source>
         <translation>open a project</translation>
     </message>
@@ -819,20 +815,6 @@
     <message>
         <source>--import и --open вместе не действуют</source>
         <translation>--import and --open cannot be used together</translation>
-    </message>
-    <message>
-        <source>Использование:
-  orvel-desk [параметры] [FILE]
-      окно с проектом FILE или с нивелирной сетью FILE.gkf
-  orvel-desk --headless (--import FILE.gkf | --open FILE) [параметры]
-      обработка без окна
-</source>
-        <translation>Usage:
-  orvel-desk [options] [FILE]
-      a window with the project FILE or the levelling network FILE.gkf
-  orvel-desk --headless (--import FILE.gkf | --open FILE) [options]
-      work without a window
-</translation>
     </message>
     <message>
         <source>Параметры:</source>
@@ -1526,6 +1508,218 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Отметка репера, уравненная высота пункта или высота по тахеометрии</source>
         <translation>Height of the benchmark, adjusted height of the point, or its height by tacheometry</translation>
+    </message>
+    <message>
+        <source>&amp;Тахеометрия</source>
+        <translation>&amp;Tacheometry</translation>
+    </message>
+    <message>
+        <source>Вычислить координаты и высоты пунктов тахеометрической съёмки</source>
+        <translation>Compute coordinates and heights of the points of a tacheometric survey</translation>
+    </message>
+    <message>
+        <source>тахеометрия: координаты и высоты пунктов съёмки</source>
+        <translation>tacheometry: coordinates and heights of surveyed points</translation>
+    </message>
+    <message>
+        <source>Вычисляет координаты и высоты пунктов по полярным измерениям тахеометра: ориентирует каждую станцию по исходным пунктам, берёт среднее из двух кругов, учитывает кривизну Земли и рефракцию. Сверяет повторные измерения между собой, исходные пункты с их координатами и результат с координатами, записанными прибором.</source>
+        <translation>Computes coordinates and heights from the polar measurements of a total station: orients each set-up by given points, takes the mean of two faces, allows for the curvature of the Earth and refraction. Compares repeated measurements with each other, given points with their coordinates, and the result with the coordinates that the instrument recorded.</translation>
+    </message>
+    <message>
+        <source>В проекте нет тахеометрии. Импортируйте файл тахеометра.</source>
+        <translation>The project has no tacheometry. Import a file of a total station.</translation>
+    </message>
+    <message>
+        <source>Вычисление координат</source>
+        <translation>Computation of coordinates</translation>
+    </message>
+    <message>
+        <source>Контроль</source>
+        <translation>Checks</translation>
+    </message>
+    <message>
+        <source>Результаты</source>
+        <translation>Results</translation>
+    </message>
+    <message>
+        <source>Ни один пункт не вычислен: ни одна станция не имеет координат и ориентирования. Импортируйте координаты исходных пунктов.</source>
+        <translation>No point was computed: no station has coordinates and an orientation. Import the coordinates of the given points.</translation>
+    </message>
+    <message>
+        <source>строка файла %1</source>
+        <translation>file line %1</translation>
+    </message>
+    <message>
+        <source>%1, строка %2</source>
+        <translation>%1, line %2</translation>
+    </message>
+    <message>
+        <source>станция %1, %2</source>
+        <translation>station %1, %2</translation>
+    </message>
+    <message>
+        <source>Станций: %1, из них не вычислено: %2; наведений: %3; вычислено пунктов: %4</source>
+        <translation>Set-ups: %1, not computed: %2; sights: %3; points computed: %4</translation>
+    </message>
+    <message>
+        <source>Допуски: расстояние до пункта %1&#xa0;м, направление на исходный пункт %2, коллимационная ошибка и место нуля %3, расхождение определений пункта %4&#xa0;мм в плане и %5&#xa0;мм по высоте, расхождение с координатами прибора %6&#xa0;мм</source>
+        <translation>Tolerances: distance to a point %1&#xa0;m, direction to a given point %2, collimation and index error %3, discrepancy between measurements of a point %4&#xa0;mm in plan and %5&#xa0;mm in height, difference from the instrument&apos;s coordinates %6&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Превышения исправлены за кривизну Земли и рефракцию (k = %1, R = %2&#xa0;км); расстояния взяты с поправками прибора, к уровню моря и на плоскость проекции не приведены</source>
+        <translation>Height differences are corrected for the curvature of the Earth and refraction (k = %1, R = %2&#xa0;km); distances are taken with the instrument&apos;s corrections and not reduced to sea level or to a projection</translation>
+    </message>
+    <message>
+        <source>Станция %1 (%2): нет координат станции, наведений без результата: %3. Импортируйте её координаты или измерьте её с другой станции</source>
+        <translation>Station %1 (%2): the station has no coordinates, sights without a result: %3. Import its coordinates or measure it from another station</translation>
+    </message>
+    <message>
+        <source>Станция %1 (%2): нет ориентирования, ни одно направление не ведёт на пункт с координатами; наведений без результата: %3. Импортируйте координаты исходных пунктов</source>
+        <translation>Station %1 (%2): no orientation, no direction leads to a point with coordinates; sights without a result: %3. Import the coordinates of the given points</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2): расстояние %3&#xa0;м, больше допуска %4&#xa0;м</source>
+        <translation>Point %1 (%2): distance %3&#xa0;m exceeds the tolerance of %4&#xa0;m</translation>
+    </message>
+    <message>
+        <source>Станция %1: направление на пункт %2 (%3) отклоняется от ориентирования на %4, больше допуска %5; на расстоянии %6&#xa0;м это %7&#xa0;мм. Проверьте, тот ли это пункт и верны ли его координаты</source>
+        <translation>Station %1: the direction to point %2 (%3) deviates from the orientation by %4, exceeding the tolerance of %5; at a distance of %6&#xa0;m this is %7&#xa0;mm. Check that it is the right point and that its coordinates are right</translation>
+    </message>
+    <message>
+        <source>коллимационная ошибка</source>
+        <translation>collimation error</translation>
+    </message>
+    <message>
+        <source>место нуля</source>
+        <translation>index error</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2): расстояния при двух кругах расходятся на %3&#xa0;мм, больше допуска %4&#xa0;мм</source>
+        <translation>Point %1 (%2): the distances of the two faces differ by %3&#xa0;mm, exceeding the tolerance of %4&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2): %3 %4, больше допуска %5. Проверьте, та ли это цель при другом круге</source>
+        <translation>Point %1 (%2): %3 %4 exceeds the tolerance of %5. Check that it is the same target in the other face</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;мм в плане (X %2, Y %3)</source>
+        <translation>%1&#xa0;mm in plan (X %2, Y %3)</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;мм по высоте</source>
+        <translation>%1&#xa0;mm in height</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2) измерен с самого себя, расстояние до станции %3&#xa0;м: номер пункта ошибочен</source>
+        <translation>Point %1 (%2) was measured from itself, %3&#xa0;m from the station: the number of the point is wrong</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2): измеренное отличается от заданных координат на %3</source>
+        <translation>Point %1 (%2): what was measured differs from the given coordinates by %3</translation>
+    </message>
+    <message>
+        <source>Пункт %1 измерен повторно (%2; впервые %3): расхождение %4</source>
+        <translation>Point %1 was measured again (%2; first %3): discrepancy %4</translation>
+    </message>
+    <message>
+        <source>%1, больше допуска %2&#xa0;мм в плане или %3&#xa0;мм по высоте</source>
+        <translation>%1, exceeding the tolerance of %2&#xa0;mm in plan or %3&#xa0;mm in height</translation>
+    </message>
+    <message>
+        <source>%1, в допуске</source>
+        <translation>%1, within tolerance</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2): вычисленное отличается от координат прибора на X %3, Y %4, H %5&#xa0;мм, больше допуска %6&#xa0;мм</source>
+        <translation>Point %1 (%2): what was computed differs from the instrument&apos;s coordinates by X %3, Y %4, H %5&#xa0;mm, exceeding the tolerance of %6&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>От координат прибора отличаются больше допуска ещё %1 пунктов; проверьте постоянные прибора: призму, масштаб, проекцию</source>
+        <translation>Another %1 points differ from the instrument&apos;s coordinates by more than the tolerance; check the settings of the instrument: prism, scale, projection</translation>
+    </message>
+    <message>
+        <source>нет расстояния</source>
+        <translation>no distance</translation>
+    </message>
+    <message>
+        <source>нет горизонтального направления</source>
+        <translation>no horizontal direction</translation>
+    </message>
+    <message>
+        <source>нет зенитного расстояния, наклонное расстояние нельзя привести к горизонту</source>
+        <translation>no zenith angle, the slope distance cannot be reduced to the horizontal</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2) не вычислен: %3</source>
+        <translation>Point %1 (%2) was not computed: %3</translation>
+    </message>
+    <message>
+        <source>ориентирование прибора %1, контроль по пунктам %2: наибольшее отклонение %3</source>
+        <translation>orientation of the instrument %1, checked by points %2: largest deviation %3</translation>
+    </message>
+    <message>
+        <source>ориентирование прибора %1, без контроля</source>
+        <translation>orientation of the instrument %1, unchecked</translation>
+    </message>
+    <message>
+        <source>ориентирование %1 по координатам, записанным прибором</source>
+        <translation>orientation %1 from the coordinates that the instrument recorded</translation>
+    </message>
+    <message>
+        <source>ориентирование %1 по исходным пунктам %2</source>
+        <translation>orientation %1 from given points %2</translation>
+    </message>
+    <message>
+        <source>ориентирование %1 по вычисленным пунктам %2</source>
+        <translation>orientation %1 from computed points %2</translation>
+    </message>
+    <message>
+        <source>%1, без контроля</source>
+        <translation>%1, unchecked</translation>
+    </message>
+    <message>
+        <source>%1, наибольшее отклонение %2, СКО %3</source>
+        <translation>%1, largest deviation %2, standard deviation %3</translation>
+    </message>
+    <message>
+        <source>м</source>
+        <translation>m</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;м, высота не определена</source>
+        <translation>%1&#xa0;m, height undetermined</translation>
+    </message>
+    <message>
+        <source>высота прибора %1&#xa0;м</source>
+        <translation>height of the instrument %1&#xa0;m</translation>
+    </message>
+    <message>
+        <source>высота прибора не записана</source>
+        <translation>height of the instrument not recorded</translation>
+    </message>
+    <message>
+        <source>Станция %1 (%2): %3, %4; %5; %6; наведений: %7</source>
+        <translation>Station %1 (%2): %3, %4; %5; %6; sights: %7</translation>
+    </message>
+    <message>
+        <source>вычислена</source>
+        <translation>computed</translation>
+    </message>
+    <message>
+        <source>исходная</source>
+        <translation>given</translation>
+    </message>
+    <message>
+        <source>%1; при двух кругах: %2, коллимационная ошибка %3, место нуля %4</source>
+        <translation>%1; measured in both faces: %2, collimation error %3, index error %4</translation>
+    </message>
+    <message>
+        <source>Станция %1: сравнение с координатами прибора, пунктов: %2, наибольшее отличие X %3, Y %4, H %5&#xa0;мм</source>
+        <translation>Station %1: compared with the instrument&apos;s coordinates, points: %2, largest difference X %3, Y %4, H %5&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Пункт %1: %2; станция %3, расстояние %4&#xa0;м</source>
+        <translation>Point %1: %2; station %3, distance %4&#xa0;m</translation>
     </message>
 </context>
 <context>

@@ -44,8 +44,8 @@ void registerDeskTypes()
 
 std::vector<int> getProtocolTypes()
 {
-    return {enums::Import, enums::ImportTemplate, enums::Compile,
-            enums::Adjust, enums::L1Analysis,     enums::Export};
+    return {enums::Import,     enums::ImportTemplate,  enums::Compile, enums::Adjust,
+            enums::L1Analysis, enums::CalcTacheometry, enums::Export};
 }
 
 int getTypeDigit(int protocolType)

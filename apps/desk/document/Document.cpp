@@ -354,6 +354,35 @@ void Document::setModified(bool isChanged)
     Q_EMIT modifiedChanged(modified);
 }
 
+QHash<QString, tacheometry::Position> Document::getGivenPositions() const
+{
+    QHash<QString, tacheometry::Position> positions;
+    for (const LevellingPoint* item : getPoints()) {
+        const levelling::Point& point = item->getPoint();
+        tacheometry::Position position{point.x, point.y, std::nullopt};
+        if (point.isBenchmark() || point.hasPlan())
+            position.height = point.height;
+        if (item->getResult())
+            position.height = item->getResult()->height;
+        if (position.hasPlan() || position.height)
+            positions.insert(point.id, position);
+    }
+    return positions;
+}
+
+void Document::setPolarResults(const tacheometry::Computation& computation)
+{
+    QHash<QString, const tacheometry::Position*> computed;
+    for (const tacheometry::ComputedPoint& point : computation.points)
+        computed.insert(point.name, &point.position);
+    for (LevellingPoint* point : getPoints()) {
+        const tacheometry::Position* position = computed.value(point->getPoint().id);
+        point->setPolarResult(position ? *position : tacheometry::Position());
+    }
+    Q_EMIT resultsChanged();
+    setModified(true);
+}
+
 void Document::setAdjustment(const levelling::Adjustment& adjustment)
 {
     const bool isUsable = adjustment.status == levelling::AdjustmentStatus::Ok;

@@ -9,7 +9,9 @@
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
 #include "levelling/Adjustment.h"
+#include "tacheometry/Computation.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <memory>
@@ -134,6 +136,12 @@ public:
     bool isModified() const { return modified; }
     void setModified(bool isChanged);
 
+    /// What is known of points before tacheometry is computed, by name: given coordinates, and heights that
+    /// are given with them, held or adjusted.
+    QHash<QString, tacheometry::Position> getGivenPositions() const;
+    /// Takes the points of a computation of the tacheometry as it is now; what it has not computed has no
+    /// result.
+    void setPolarResults(const tacheometry::Computation& computation);
     /// Takes the results of an adjustment of the network as it is now; one that failed leaves no results.
     void setAdjustment(const levelling::Adjustment& adjustment);
 

@@ -10,6 +10,7 @@
 #include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/NetworkExportRun.h"
 #include "apps/desk/runs/RunLines.h"
+#include "apps/desk/runs/TacheometryRun.h"
 #include "apps/desk/runs/ThreadCall.h"
 
 #include <QThreadPool>
@@ -129,6 +130,20 @@ DeskRun makeL1Analysis(const Document& document)
                     failure = run.failure](qor::IProcessMonitor& monitor) {
         *failure = RunFailure::make(RunFailure::Kind::NoResult, runL1Analysis(monitor, *snapshot));
     };
+    return run;
+}
+
+DeskRun makeTacheometry(Document& document)
+{
+    DeskRun run;
+    run.protocolType = enums::CalcTacheometry;
+    const auto outcome = std::make_shared<TacheometryOutcome>();
+    run.function = [snapshot = document.shareSnapshot(), given = document.getGivenPositions(), outcome,
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        *outcome = runTacheometry(monitor, *snapshot, given);
+        *failure = RunFailure::make(RunFailure::Kind::NoResult, outcome->failure);
+    };
+    run.takeResults = [&document, outcome] { document.setPolarResults(outcome->computation); };
     return run;
 }
 

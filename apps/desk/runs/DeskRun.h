@@ -59,6 +59,7 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
 DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);
+DeskRun makeTacheometry(Document& document);
 /// Export in the format that the file's suffix names, see ExportFormats; for an unknown one a run that says
 /// so.
 DeskRun makeExport(const Document& document, const QString& filePath);

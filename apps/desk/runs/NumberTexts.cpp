@@ -14,6 +14,24 @@ namespace {
 // Below this three decimals would not show enough of a standard deviation of unit weight.
 constexpr double kSmallUnitWeight = 0.1;
 
+constexpr double kSecondsPerRadian = 180.0 * 3600.0 / 3.14159265358979323846;
+constexpr qint64 kSecondsPerMinute = 60;
+constexpr qint64 kSecondsPerDegree = 3600;
+
+/// An angle of so many seconds, not negative; from the largest unit on that it has.
+QString inDegrees(qint64 seconds)
+{
+    const QString minutes = QString::number(seconds / kSecondsPerMinute % kSecondsPerMinute);
+    const QString rest = QString::number(seconds % kSecondsPerMinute);
+    if (seconds < kSecondsPerMinute)
+        return rest + QStringLiteral("″");
+    if (seconds < kSecondsPerDegree)
+        return minutes + QStringLiteral("′") + rest.rightJustified(2, QLatin1Char('0')) + QStringLiteral("″");
+    return QStringLiteral("%1°%2′%3″")
+        .arg(QString::number(seconds / kSecondsPerDegree), minutes.rightJustified(2, QLatin1Char('0')),
+             rest.rightJustified(2, QLatin1Char('0')));
+}
+
 /// The number in the language that is installed.
 QString localise(QString text)
 {
@@ -64,6 +82,28 @@ QString height(double metres)
 QString coordinate(double metres)
 {
     return fixed(metres, 3);
+}
+
+QString direction(double radians)
+{
+    constexpr qint64 fullCircle = 360 * kSecondsPerDegree;
+    const qint64 seconds = qRound64(radians * kSecondsPerRadian) % fullCircle;
+    return QStringLiteral("%1°%2′%3″")
+        .arg(QString::number(seconds / kSecondsPerDegree),
+             QString::number(seconds / kSecondsPerMinute % kSecondsPerMinute)
+                 .rightJustified(2, QLatin1Char('0')),
+             QString::number(seconds % kSecondsPerMinute).rightJustified(2, QLatin1Char('0')));
+}
+
+QString angleDifference(double radians)
+{
+    const qint64 seconds = qRound64(radians * kSecondsPerRadian);
+    return localise(seconds < 0 ? QStringLiteral("-") : QStringLiteral("+")) + inDegrees(std::abs(seconds));
+}
+
+QString angleLimit(double radians)
+{
+    return inDegrees(qRound64(std::abs(radians) * kSecondsPerRadian));
 }
 
 QString length(double kilometres)

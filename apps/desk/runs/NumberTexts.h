@@ -23,6 +23,12 @@ QString shortest(double value);
 QString height(double metres);
 /// Coordinate, m.
 QString coordinate(double metres);
+/// Direction or orientation, rad, in degrees, minutes and seconds.
+QString direction(double radians);
+/// Small angle, rad: with its sign, and without degrees and minutes that it does not have.
+QString angleDifference(double radians);
+/// The same of a limit or standard deviation, without a sign.
+QString angleLimit(double radians);
 /// Length of a line, km.
 QString length(double kilometres);
 /// Residual or misclosure, mm, with its sign.

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "apps/desk/document/NetworkSnapshot.h"
+#include "host/process/IProcessMonitor.h"
+#include "tacheometry/Computation.h"
+
+#include <QHash>
+#include <QString>
+
+namespace orvel::desk {
+
+/// What a computation of tacheometry gave.
+struct TacheometryOutcome
+{
+    tacheometry::Computation computation;
+    /// Why it has no points, as plain text; empty if it has or if the run was stopped.
+    QString failure;
+};
+
+/// Computes the points of the field book and writes what is over a limit, the largest excess first, then the
+/// set-ups and the points.
+///
+/// @param given  what is known of points, by name
+TacheometryOutcome runTacheometry(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+                                  const QHash<QString, tacheometry::Position>& given);
+
+} // namespace orvel::desk
