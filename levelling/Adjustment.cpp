@@ -349,7 +349,7 @@ Adjustment adjust(const Network& network)
     result.componentOfPoint = findComponentOfPoint(network, result.components);
     result.points.resize(network.points.size());
     result.sections.resize(network.sections.size());
-    result.undetermined = findUndeterminedPoints(result.components);
+    result.undetermined = findUndeterminedPoints(network, result.components);
 
     const SectionGraph graph(network);
     std::vector<std::optional<double>> heights = approximateHeights(graph);

@@ -143,7 +143,8 @@ std::vector<Component> findComponents(const Network& network)
     return components;
 }
 
-std::vector<UndeterminedPoint> findUndeterminedPoints(const std::vector<Component>& components)
+std::vector<UndeterminedPoint> findUndeterminedPoints(const Network& network,
+                                                      const std::vector<Component>& components)
 {
     std::vector<UndeterminedPoint> undetermined;
     for (const Component& component : components) {
@@ -151,8 +152,11 @@ std::vector<UndeterminedPoint> findUndeterminedPoints(const std::vector<Componen
             continue;
         const auto reason =
             component.sections.empty() ? UndeterminedReason::NoSections : UndeterminedReason::NoDatum;
-        for (const int point : component.points)
-            undetermined.push_back(UndeterminedPoint{point, reason});
+        for (const int point : component.points) {
+            const bool isSurveyed = network.points[static_cast<std::size_t>(point)].surveyed;
+            if (reason != UndeterminedReason::NoSections || !isSurveyed)
+                undetermined.push_back(UndeterminedPoint{point, reason});
+        }
     }
     std::sort(undetermined.begin(), undetermined.end(),
               [](const UndeterminedPoint& a, const UndeterminedPoint& b) { return a.point < b.point; });

@@ -50,8 +50,11 @@ struct UndeterminedPoint
     UndeterminedReason reason = UndeterminedReason::NoDatum;
 };
 
-/// Points whose height cannot be determined, ascending.
-std::vector<UndeterminedPoint> findUndeterminedPoints(const std::vector<Component>& components);
+/// Points whose height cannot be determined, ascending. Surveyed points that no section leads to are not
+/// among them.
+/// @param components  of the network
+std::vector<UndeterminedPoint> findUndeterminedPoints(const Network& network,
+                                                      const std::vector<Component>& components);
 
 /// All sections between one pair of points, measured more than once.
 struct RepeatedSections

@@ -302,7 +302,7 @@ L1Analysis analyseL1(const Network& network, const std::function<bool()>& isStop
     L1Analysis result;
     result.heights.resize(network.points.size());
     result.sections.resize(network.sections.size());
-    result.undetermined = findUndeterminedPoints(components);
+    result.undetermined = findUndeterminedPoints(network, components);
 
     const SectionGraph graph(network);
     const std::vector<std::optional<double>> approximate = approximateHeights(graph);

@@ -117,25 +117,34 @@ private:
             point.y = later.y;
         }
         point.surveyed = point.surveyed || later.surveyed;
-        if (!later.declared)
+        if (!later.declared) {
+            // A list of coordinates makes nothing of a benchmark, nor of its height.
+            if (later.height && !point.isBenchmark())
+                mergeHeight(index, point, later);
             return;
-        if (point.height && later.height && *point.height != *later.height)
-            addition.changes.push_back(
-                {index, PointChange::Kind::Height, *point.height, *later.height, later.line});
+        }
+        if (later.height)
+            mergeHeight(index, point, later);
         if (later.fixed && !point.fixed)
             addRole(index, point, PointChange::Kind::Held, later);
         else if (later.observed && !point.observed)
             addRole(index, point, PointChange::Kind::Observed, later);
         else if (!later.isBenchmark() && point.isBenchmark())
             addRole(index, point, PointChange::Kind::Released, later);
-        if (later.height)
-            point.height = later.height;
         point.fixed = later.fixed;
         point.observed = later.observed;
         point.constrained = later.constrained;
         point.declared = true;
         point.source = later.source + firstSource;
         point.line = later.line;
+    }
+
+    void mergeHeight(int index, Point& point, const Point& later)
+    {
+        if (point.height && *point.height != *later.height)
+            addition.changes.push_back(
+                {index, PointChange::Kind::Height, *point.height, *later.height, later.line});
+        point.height = later.height;
     }
 
     /// What nobody has declared yet has no role that could change.

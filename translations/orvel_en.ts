@@ -1721,6 +1721,82 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <source>Пункт %1: %2; станция %3, расстояние %4&#xa0;м</source>
         <translation>Point %1: %2; station %3, distance %4&#xa0;m</translation>
     </message>
+    <message>
+        <source>файл больше %1&#xa0;МиБ и не прочитан; разделите съёмку на части</source>
+        <translation>the file is larger than %1&#xa0;MiB and was not read; divide the survey into parts</translation>
+    </message>
+    <message>
+        <source>строка длиннее %1 байт, файл не прочитан; проверьте, что это файл тахеометра</source>
+        <translation>the line is longer than %1 bytes, the file was not read; check that it is a file of a total station</translation>
+    </message>
+    <message>
+        <source>станций, наведений или пунктов больше %1, файл не прочитан; разделите съёмку на части</source>
+        <translation>there are more than %1 set-ups, sights or points, the file was not read; divide the survey into parts</translation>
+    </message>
+    <message>
+        <source>замечаний больше %1, файл не прочитан; проверьте, что это файл тахеометра</source>
+        <translation>there are more than %1 remarks, the file was not read; check that it is a file of a total station</translation>
+    </message>
+    <message>
+        <source>в файле нет ни измерений, ни координат</source>
+        <translation>the file has neither measurements nor coordinates</translation>
+    </message>
+    <message>
+        <source>строка не читается, пропущена</source>
+        <translation>the line cannot be read and was skipped</translation>
+    </message>
+    <message>
+        <source>не читается «%1», пропущено</source>
+        <translation>“%1” cannot be read and was skipped</translation>
+    </message>
+    <message>
+        <source>запись о пункте %1 отмечена прибором как ошибочная, пропущена</source>
+        <translation>the record of point %1 is marked as faulty by the instrument and was skipped</translation>
+    </message>
+    <message>
+        <source>величина %1 имеет непригодное значение «%2», считается не заданной</source>
+        <translation>the value %1 is unusable (“%2”), taken as not given</translation>
+    </message>
+    <message>
+        <source>величина %1 не используется, здесь и дальше</source>
+        <translation>the value %1 is not used, here and from here on</translation>
+    </message>
+    <message>
+        <source>записи вида %1 не используются, здесь и дальше</source>
+        <translation>records of the kind %1 are not used, here and from here on</translation>
+    </message>
+    <message>
+        <source>нет номера пункта, строка пропущена</source>
+        <translation>no number of a point, the line was skipped</translation>
+    </message>
+    <message>
+        <source>пункт %1 измерен до установки прибора на станцию, измерение пропущено</source>
+        <translation>point %1 was measured before the instrument was set up on a station, the measurement was skipped</translation>
+    </message>
+    <message>
+        <source>у пункта %1 нет ни направления, ни расстояния, измерение пропущено</source>
+        <translation>point %1 has neither a direction nor a distance, the measurement was skipped</translation>
+    </message>
+    <message>
+        <source>у пункта %1 только одна из координат X и Y, обе считаются не заданными</source>
+        <translation>point %1 has only one of the coordinates X and Y, both are taken as not given</translation>
+    </message>
+    <message>
+        <source>координаты пункта %1 отличаются от заданных в строке %2 на %3&#xa0;м, действуют последние</source>
+        <translation>the coordinates of point %1 differ from those given in line %2 by %3&#xa0;m, the last ones count</translation>
+    </message>
+    <message>
+        <source>смещение цели пункта %1 записано, а измерение за ним не следует; пропущено</source>
+        <translation>an offset of the target of point %1 is recorded, but no measurement follows; skipped</translation>
+    </message>
+    <message>
+        <source>Прочитано установок тахеометра: %1, наведений: %2; заданных координат пунктов: %3</source>
+        <translation>Read set-ups of the total station: %1, sights: %2; points with given coordinates: %3</translation>
+    </message>
+    <message>
+        <source>Прибор исправил расстояния сам, наведений: %1; постоянная призмы %2&#xa0;мм, поправка за атмосферу %3&#xa0;мм/км</source>
+        <translation>Distances corrected by the instrument itself, sights: %1; prism constant %2&#xa0;mm, atmospheric correction %3&#xa0;ppm</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

@@ -146,7 +146,7 @@ public:
         desk::Document& document = *host.document;
         perform(enums::Import, [&](qor::IProcessMonitor& monitor) {
             desk::runImport(monitor, {{networkFile, std::nullopt}}, {},
-                            [&](const levelling::Network& network) {
+                            [&](const levelling::Network& network, const auto& /*fieldBook*/) {
                                 document.setNetwork(network);
                                 return document.shareSnapshot();
                             });

@@ -398,11 +398,12 @@ void TestRuns::importStopsWhileItReads()
         StoppingMonitor stopping;
         stopping.stopAt = stopAt;
         bool isTaken = false;
-        const QString failure = runImport(stopping, {{path, std::nullopt}}, {},
-                                          [&isTaken](const levelling::Network& /*network*/) {
-                                              isTaken = true;
-                                              return nullptr;
-                                          });
+        const QString failure =
+            runImport(stopping, {{path, std::nullopt}}, {},
+                      [&isTaken](const levelling::Network& /*network*/, const auto& /*fieldBook*/) {
+                          isTaken = true;
+                          return nullptr;
+                      });
         QCOMPARE(failure, QString());
         QCOMPARE(stopping.questions, stopAt);
         QCOMPARE(stopping.lines, QStringList());
@@ -555,14 +556,14 @@ void TestRuns::everyProblemHasItsSentence()
                                    "</height-differences></points-observations></network></gama-local>\n")
                         .arg(xml)
                         .toUtf8());
-    const QString failure =
-        runImport(monitor, {{path, std::nullopt}}, {}, [](const levelling::Network& network) {
-            const auto taken = std::make_shared<NetworkSnapshot>();
-            taken->network = network;
-            for (std::size_t i = 0; i < network.points.size(); ++i)
-                taken->pointIds.push_back(static_cast<LONGID>(i) + 1);
-            return taken;
-        });
+    const QString failure = runImport(monitor, {{path, std::nullopt}}, {},
+                                      [](const levelling::Network& network, const auto& /*fieldBook*/) {
+                                          const auto taken = std::make_shared<NetworkSnapshot>();
+                                          taken->network = network;
+                                          for (std::size_t i = 0; i < network.points.size(); ++i)
+                                              taken->pointIds.push_back(static_cast<LONGID>(i) + 1);
+                                          return taken;
+                                      });
     QCOMPARE(failure, QString());
     QVERIFY2(monitor.lines.contains(line), qUtf8Printable(monitor.lines.join(QLatin1Char('\n'))));
 }

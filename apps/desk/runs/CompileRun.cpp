@@ -60,14 +60,16 @@ private:
         const std::vector<Component> components = levelling::findComponents(network);
         int redundancy = 0;
         int benchmarks = 0;
+        int parts = 0;
         for (const Component& component : components) {
+            parts += isLevelled(component) ? 1 : 0;
             redundancy += component.hasDatum() ? component.getRedundancy() : 0;
             benchmarks += component.fixedPoints + component.observedPoints;
         }
         lines.service(Desk::tr("Пунктов: %1, исходных реперов: %2, секций: %3, частей сети: %4, избыточных "
                                "измерений: %5")
                           .arg(QString::number(network.points.size()), QString::number(benchmarks),
-                               QString::number(network.sections.size()), QString::number(components.size()),
+                               QString::number(network.sections.size()), QString::number(parts),
                                QString::number(redundancy)));
         lines.service(
             Desk::tr(
@@ -76,12 +78,21 @@ private:
                 .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), describeClass(levellingClass),
                      numbers::fixed(kSigmaLimit, 0)));
         std::size_t number = 0;
+        std::size_t done = 0;
         for (const Component& component : components) {
             if (!lines.isRunning())
                 return;
-            checkComponent(component, ++number);
-            lines.setProgress(number, components.size());
+            if (isLevelled(component))
+                checkComponent(component, ++number);
+            lines.setProgress(++done, components.size());
         }
+    }
+
+    /// Whether it is more than a point of tacheometry that no section need lead to.
+    bool isLevelled(const Component& component) const
+    {
+        return !component.sections.empty() ||
+               !network.points[static_cast<std::size_t>(component.points.front())].surveyed;
     }
 
     void checkComponent(const Component& component, std::size_t number)

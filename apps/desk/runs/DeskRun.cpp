@@ -57,10 +57,11 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
                     known = document.shareSnapshot(), nextId = document.getNextId(),
                     failure = run.failure](qor::IProcessMonitor& monitor) {
         const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
-        const NetworkTaker takeNetwork =
-            [&](const levelling::Network& network) -> std::shared_ptr<const NetworkSnapshot> {
-            std::optional<NetworkItems> items = NetworkItems::make(
-                network, *known, nextId, isStopped, mode == ImportMode::Add ? known->fieldBook : nullptr);
+        const NetworkTaker takeNetwork = [&](const levelling::Network& network,
+                                             std::shared_ptr<const tacheometry::FieldBook> fieldBook)
+            -> std::shared_ptr<const NetworkSnapshot> {
+            std::optional<NetworkItems> items =
+                NetworkItems::make(network, *known, nextId, isStopped, std::move(fieldBook));
             if (!items)
                 return nullptr;
             const std::shared_ptr<const NetworkSnapshot> snapshot = items->snapshot;
@@ -71,10 +72,9 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
             });
             return isTaken ? snapshot : nullptr;
         };
-        *failure = RunFailure::make(RunFailure::Kind::Refused,
-                                    runImport(monitor, sources,
-                                              mode == ImportMode::Add ? known->network : levelling::Network(),
-                                              takeNetwork));
+        *failure = RunFailure::make(
+            RunFailure::Kind::Refused,
+            runImport(monitor, sources, mode == ImportMode::Add ? *known : NetworkSnapshot(), takeNetwork));
     };
     // The links of the run's lines name the project.
     const Document::Origin origin = document.getOrigin();

@@ -6,10 +6,15 @@
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/ProblemTexts.h"
 #include "apps/desk/runs/RunLines.h"
+#include "apps/desk/runs/SurveyNetwork.h"
+#include "apps/desk/runs/SurveyTexts.h"
 #include "apps/desk/templates/TemplateTexts.h"
+#include "formats/FileKind.h"
 #include "levelling/GkfReader.h"
 #include "levelling/NetworkMerge.h"
 #include "levelling/TemplateReader.h"
+#include "tacheometry/GsiTotalStationReader.h"
+#include "tacheometry/M5TotalStationReader.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -124,8 +129,26 @@ struct ReadFile
     levelling::Network network;
     std::vector<Problem> problems;
     std::optional<levelling::TableCounts> counts; ///< of the rows of a text file
+    std::optional<tacheometry::FieldBookReading> survey;
     levelling::NetworkAddition addition;
 };
+
+bool isTotalStation(formats::FileKind kind)
+{
+    return kind == formats::FileKind::GsiTotalStation || kind == formats::FileKind::M5TotalStation;
+}
+
+void readSurvey(QFile& input, formats::FileKind kind, const std::function<bool()>& isStopped, ReadFile& file)
+{
+    file.survey = kind == formats::FileKind::GsiTotalStation
+                      ? tacheometry::gsitotalstation::read(input, isStopped)
+                      : tacheometry::m5totalstation::read(input, isStopped);
+    file.isStopped = file.survey->isStopped;
+    if (input.error() != QFileDevice::NoError)
+        file.fatal =
+            Problem{ProblemKind::FileNotReadable, levelling::Severity::Fatal, 0, {input.errorString()}};
+    file.network = makeSurveyNetwork(*file.survey);
+}
 
 ReadFile readFile(const ImportSource& source, const levelling::Parameters& parameters,
                   const qor::IProcessMonitor& monitor)
@@ -146,6 +169,10 @@ ReadFile readFile(const ImportSource& source, const levelling::Parameters& param
         file.network = std::move(result.network);
         file.problems = std::move(result.problems);
         file.counts = std::move(result.counts);
+    } else if (const formats::FileKind kind =
+                   input.isOpen() ? formats::recognise(input) : formats::FileKind::Unknown;
+               isTotalStation(kind)) {
+        readSurvey(input, kind, isStopped, file);
     } else {
         levelling::GkfResult result = levelling::GkfReader::readFile(input, isStopped);
         file.isStopped = result.isStopped;
@@ -303,9 +330,42 @@ QString refuse(qor::IProcessMonitor& monitor, const ReadFile& file)
     const NetworkSnapshot nothing;
     RunLines lines(monitor, nothing);
     lines.service(Desk::tr("Файл: %1").arg(RunLines::escape(file.name)));
-    const QString failure = problems::describeFailure(file.name, *file.fatal);
+    const QString failure = file.fatal ? problems::describeFailure(file.name, *file.fatal)
+                                       : surveytexts::describeFailure(file.name, *file.survey->fatal);
     lines.error(RunLines::escape(failure));
     return failure;
+}
+
+/// Writes what there is to say of the file of a total station. False if the run was stopped.
+bool describeSurvey(FileLines& lines, const tacheometry::FieldBookReading& reading,
+                    const levelling::Network& network)
+{
+    RunLines& runLines = lines.get();
+    QHash<QString, int> indexOfPoint;
+    int index = 0;
+    for (const levelling::Point& point : network.points)
+        indexOfPoint.insert(point.id, index++);
+    std::size_t done = 0;
+    for (const tacheometry::Problem& problem : reading.problems) {
+        if (!runLines.isRunning())
+            return false;
+        QStringList arguments;
+        for (const QString& argument : problem.arguments) {
+            const int point = arguments.isEmpty() && surveytexts::namesPoint(problem.kind)
+                                  ? indexOfPoint.value(argument, -1)
+                                  : -1;
+            arguments.append(point >= 0 ? runLines.point(point) : RunLines::escape(argument));
+        }
+        const QString text = surveytexts::describe(problem, arguments);
+        if (problem.severity == tacheometry::Severity::Warning)
+            lines.warning(text);
+        else
+            lines.error(text);
+        runLines.setProgress(++done, reading.problems.size());
+    }
+    for (const QString& text : surveytexts::describeContent(reading))
+        lines.message(text);
+    return true;
 }
 
 /// Writes what there is to say of a file. False if the run was stopped.
@@ -333,33 +393,51 @@ bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& f
     }
     if (file.counts)
         describeRows(lines, *file.counts);
-    describeNetwork(lines, file.network);
+    if (file.survey && !describeSurvey(lines, *file.survey, network))
+        return false;
+    if (!file.survey)
+        describeNetwork(lines, file.network);
     describeAddition(lines, file);
     return true;
+}
+
+/// The set-ups of a file behind those of the book.
+std::shared_ptr<const tacheometry::FieldBook> addSetups(const tacheometry::FieldBook& book,
+                                                        const tacheometry::FieldBook& added, int source)
+{
+    auto joined = std::make_shared<tacheometry::FieldBook>(book);
+    for (tacheometry::Setup setup : added.setups) {
+        setup.source = source;
+        joined->setups.push_back(std::move(setup));
+    }
+    return joined;
 }
 
 } // namespace
 
 QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
-                  const levelling::Network& base, const NetworkTaker& takeNetwork)
+                  const NetworkSnapshot& base, const NetworkTaker& takeNetwork)
 {
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
-    levelling::Network network = base;
+    levelling::Network network = base.network;
+    std::shared_ptr<const tacheometry::FieldBook> fieldBook = base.fieldBook;
     std::vector<ReadFile> files;
     for (const ImportSource& source : sources) {
         ReadFile file = readFile(source, network.parameters, monitor);
         if (file.isStopped)
             return QString();
-        if (file.fatal) {
+        if (file.fatal || (file.survey && file.survey->fatal)) {
             monitor.finishCurrentStage();
             return refuse(monitor, file);
         }
         file.addition = levelling::addNetwork(network, file.network);
+        if (file.survey)
+            fieldBook = addSetups(*fieldBook, file.survey->book, network.sources.size() - 1);
         files.push_back(std::move(file));
     }
     monitor.finishCurrentStage();
     // The items must be there before lines link to them.
-    const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(network);
+    const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(network, fieldBook);
     if (!snapshot)
         return QString();
 
@@ -373,7 +451,8 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
     }
     if (hasTable)
         describeUnknownPoints(lines, snapshot->network);
-    describeParameters(lines, snapshot->network);
+    if (!snapshot->network.sections.empty() || snapshot->fieldBook->isEmpty())
+        describeParameters(lines, snapshot->network);
     monitor.setPercentage(100);
     return QString();
 }
