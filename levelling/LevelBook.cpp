@@ -1,7 +1,5 @@
 #include "levelling/LevelBook.h"
 
-#include "levelling/DisjointSets.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -87,7 +85,7 @@ void LevelBook::beginLine(qint64 fileLine, LevelMethod method)
     line.firstLine = fileLine;
     line.lastLine = fileLine;
     line.method = method;
-    result.lines.push_back(line);
+    result.findings.lines.push_back(line);
     contents.push_back({stations.size(), stations.size(), shots.size(), shots.size()});
     limitEntries();
 }
@@ -104,7 +102,8 @@ void LevelBook::endLine()
     contents.back().endStation = stations.size();
     contents.back().endShot = shots.size();
     if (contents.back().firstStation == stations.size() && contents.back().firstShot == shots.size())
-        addProblem(ProblemKind::LineWithoutStations, Severity::Warning, result.lines.back().firstLine);
+        addProblem(ProblemKind::LineWithoutStations, Severity::Warning,
+                   result.findings.lines.back().firstLine);
 }
 
 void LevelBook::addReading(const StaffReading& reading)
@@ -115,7 +114,7 @@ void LevelBook::addReading(const StaffReading& reading)
         beginLine(reading.line, LevelMethod::Unknown);
         addProblem(ProblemKind::LineWithoutStart, Severity::Warning, reading.line);
     }
-    result.lines.back().lastLine = reading.line;
+    result.findings.lines.back().lastLine = reading.line;
     isShotOpen = false;
     if (reading.sight == Sight::Intermediate)
         addSideShot(reading);
@@ -146,7 +145,7 @@ void LevelBook::placeReading(StaffReading reading)
         const auto earlier =
             std::count_if(setup.readings.begin(), setup.readings.end(),
                           [&](const StaffReading& other) { return other.sight == reading.sight; });
-        reading.series = earlier > 0 && hasTwoReadings(result.lines.back().method) ? 2 : 1;
+        reading.series = earlier > 0 && hasTwoReadings(result.findings.lines.back().method) ? 2 : 1;
     }
     (reading.sight == Sight::Back ? setup.back : setup.fore) = point;
     setup.readings.push_back(reading);
@@ -180,7 +179,7 @@ LevelBook::Staff LevelBook::evaluate(const Setup& observed, Sight sight)
             sums[place] = 0.0;
             counts[place] = 0;
         } else if (isRepeated) {
-            ++result.lines.back().averagedReadings;
+            ++result.findings.lines.back().averagedReadings;
         }
         sums[place] += reading.value;
         series = sums[place] / ++counts[place];
@@ -212,7 +211,7 @@ void LevelBook::closeSetup(const StatedHeight* stated)
     }
     const Staff back = evaluate(observed, Sight::Back);
     const Staff fore = evaluate(observed, Sight::Fore);
-    LevelLine& line = result.lines.back();
+    LevelLine& line = result.findings.lines.back();
     Station station;
     station.back = observed.back;
     station.fore = observed.fore;
@@ -276,7 +275,7 @@ void LevelBook::addStation(Station station)
             addProblem(ProblemKind::LineInterrupted, Severity::Warning, station.line,
                        {name(last.fore).text, name(station.back).text});
             station.beginsPart = true;
-            result.lines.back().isInterrupted = true;
+            result.findings.lines.back().isInterrupted = true;
         }
     }
     stations.push_back(station);
@@ -318,7 +317,7 @@ void LevelBook::addSideShot(const StaffReading& reading)
         shot.distance = distanceSum / distanceCount + *reading.distance;
     shot.line = reading.line;
     shots.push_back(shot);
-    ++result.lines.back().sideShots;
+    ++result.findings.lines.back().sideShots;
     isShotOpen = true;
     limitEntries();
 }
@@ -343,7 +342,7 @@ bool LevelBook::checkSideShot(const StatedHeight& height)
     check.second = from->value + shot.difference;
     check.limit =
         toMillimetres(instrument.readings.front().resolution + (height.resolution + from->resolution) / 2.0);
-    LevelLine& line = result.lines.back();
+    LevelLine& line = result.findings.lines.back();
     const double amount = std::abs(toMillimetres(check.first - check.second));
     ++line.comparedHeights;
     line.largestHeightDeviation = std::max(line.largestHeightDeviation, amount);
@@ -361,7 +360,7 @@ void LevelBook::addHeight(const StatedHeight& height)
         return;
     }
     if (inLine)
-        result.lines.back().lastLine = height.line;
+        result.findings.lines.back().lastLine = height.line;
     if (inLine && checkSideShot(height))
         return;
     const int point = intern(height.point);
@@ -432,12 +431,12 @@ void LevelBook::addCheck(const LevelCheck& check)
     if (isFull())
         return;
     LevelCheck placed = check;
-    placed.levelLine = static_cast<int>(result.lines.size()) - 1;
+    placed.levelLine = static_cast<int>(result.findings.lines.size()) - 1;
     // The instrument of an intermediate sight may be that of the last station still.
     const bool isOfLast = check.kind == LevelCheckKind::SightHeight && setup.back == kNoPoint;
     if (check.kind != LevelCheckKind::EnteredHeight)
         placed.station = countStations() + (isOfLast ? 0 : 1);
-    result.checks.push_back(placed);
+    result.findings.checks.push_back(placed);
     limitEntries();
 }
 
@@ -453,21 +452,22 @@ void LevelBook::addProblem(ProblemKind kind, Severity severity, qint64 line, con
 
 void LevelBook::addUnused(const QString& what, qint64 line)
 {
-    const auto known = std::find_if(result.unused.begin(), result.unused.end(),
+    const auto known = std::find_if(result.findings.unused.begin(), result.findings.unused.end(),
                                     [&what](const UnusedEntries& entries) { return entries.what == what; });
-    if (known != result.unused.end())
+    if (known != result.findings.unused.end())
         ++known->count;
     else
-        result.unused.push_back({what, 1, line});
+        result.findings.unused.push_back({what, 1, line});
 }
 
 void LevelBook::limitEntries()
 {
-    const std::size_t count = stations.size() + shots.size() + result.lines.size() + result.checks.size();
+    const std::size_t count =
+        stations.size() + shots.size() + result.findings.lines.size() + result.findings.checks.size();
     if (!isFull() && count > kMaxStations)
         fullProblem = Problem{ProblemKind::TooManyStations,
                               Severity::Fatal,
-                              result.lines.empty() ? 0 : result.lines.back().lastLine,
+                              result.findings.lines.empty() ? 0 : result.findings.lines.back().lastLine,
                               {QString::number(kMaxStations)}};
 }
 
@@ -522,7 +522,7 @@ void LevelBook::fillDistances(std::size_t line)
     const double usual = known > 0 ? sum / known : kUsualStation;
     for (auto station = first; station != end; ++station)
         station->distance = station->distance.value_or(usual);
-    addProblem(ProblemKind::DistancesMissing, Severity::Warning, result.lines[line].firstLine,
+    addProblem(ProblemKind::DistancesMissing, Severity::Warning, result.findings.lines[line].firstLine,
                {QString::number(all - known), QString::number(all), QString::number(usual, 'f', 1)});
 }
 
@@ -530,7 +530,6 @@ int LevelBook::addPoint(const QString& id, qint64 fileLine)
 {
     Point point;
     point.id = id;
-    point.declared = true;
     point.line = fileLine;
     result.file.network.points.push_back(point);
     return static_cast<int>(result.file.network.points.size()) - 1;
@@ -616,7 +615,7 @@ void LevelBook::makeShotSection(LevelLine& line, const Run& run, int current, co
 void LevelBook::makeSections(std::size_t index)
 {
     const LineContent& content = contents[index];
-    LevelLine& line = result.lines[index];
+    LevelLine& line = result.findings.lines[index];
     line.firstSection = static_cast<int>(result.file.network.sections.size());
     std::size_t shot = content.firstShot;
     Run run;
@@ -660,43 +659,15 @@ void LevelBook::makeSections(std::size_t index)
     }
 }
 
-void LevelBook::giveDatum()
+void LevelBook::giveHeights()
 {
-    Network& network = result.file.network;
     for (const Name& known : names) {
-        if (known.networkPoint == kNoPoint || !known.enteredHeight)
+        if (known.networkPoint == kNoPoint || known.enteredHeight.value_or(0.0) == 0.0)
             continue;
-        Point& point = network.points[static_cast<std::size_t>(known.networkPoint)];
+        Point& point = result.file.network.points[static_cast<std::size_t>(known.networkPoint)];
         point.height = known.enteredHeight;
-        point.fixed = *known.enteredHeight != 0.0;
-    }
-    const auto count = static_cast<int>(network.points.size());
-    DisjointSets parts(count);
-    for (const Section& section : network.sections)
-        parts.unite(section.from, section.to);
-    // By the part's first point: -1 if it has a benchmark, else the point that is held, from 1.
-    std::vector<int> held(network.points.size(), 0);
-    const auto partOf = [&](int point) { return static_cast<std::size_t>(parts.find(point)); };
-    for (int i = 0; i < count; ++i) {
-        const Point& point = network.points[static_cast<std::size_t>(i)];
-        int& part = held[partOf(i)];
-        if (point.fixed)
-            part = -1;
-        else if (point.height && part == 0)
-            part = i + 1;
-    }
-    for (int i = 0; i < count; ++i) {
-        int& part = held[partOf(i)];
-        if (part == 0)
-            part = i + 1;
-        Point& point = network.points[static_cast<std::size_t>(i)];
-        const bool isHeld = part == i + 1;
-        // A zero that holds nothing is no height.
-        if (!point.fixed)
-            point.height = isHeld ? std::make_optional(0.0) : std::nullopt;
-        point.constrained = isHeld;
-        if (isHeld)
-            result.heldPoints.push_back(i);
+        point.fixed = true;
+        point.declared = true;
     }
 }
 
@@ -722,13 +693,13 @@ LevelResult LevelBook::finish(const std::function<bool()>& isStopped)
         result.file.fatal = fullProblem;
         return std::move(result);
     }
-    giveDatum();
+    giveHeights();
     result.file.network.parameters.sigmaApriori = settings.sigmaPerKilometre;
     if (result.file.network.sections.empty())
         addProblem(ProblemKind::NoSections, Severity::Error, 0);
     const auto byLine = [](const auto& a, const auto& b) { return a.line < b.line; };
     std::stable_sort(result.file.problems.begin(), result.file.problems.end(), byLine);
-    std::stable_sort(result.checks.begin(), result.checks.end(), byLine);
+    std::stable_sort(result.findings.checks.begin(), result.findings.checks.end(), byLine);
     return std::move(result);
 }
 

@@ -76,7 +76,7 @@ struct LevelCheck
 {
     LevelCheckKind kind = LevelCheckKind::StatedHeight;
     qint64 line = 0;   ///< of the file
-    int levelLine = 0; ///< index in LevelResult::lines
+    int levelLine = 0; ///< index in LevelBookFindings::lines
     int station = 0;   ///< number of the station in its line, from 1; 0 if it is about none
     QString from;
     QString to;
@@ -121,18 +121,22 @@ struct UnusedEntries
     qint64 firstLine = 0;
 };
 
-/// What a field file of a level gave.
-struct LevelResult
+/// What a field file of a level tells besides the network.
+struct LevelBookFindings
 {
-    GkfResult file;
     std::vector<LevelLine> lines;
     /// In the order of their lines.
     std::vector<LevelCheck> checks;
     std::vector<UnusedEntries> unused;
     /// The file has feet, of 0.3048 m.
     bool isInFeet = false;
-    /// Points at which a part of the network that has no height is held.
-    std::vector<int> heldPoints;
+};
+
+/// What a field file of a level gave.
+struct LevelResult
+{
+    GkfResult file;
+    LevelBookFindings findings;
 };
 
 /// Makes lines and sections of what a level has observed, reading by reading; the readers of the formats feed
@@ -144,8 +148,8 @@ struct LevelResult
 /// Where a line comes back to a mark without another one between, its middle turning point gets into the
 /// network, named by its file and line, so that the loop is not lost.
 ///
-/// A height that was entered and is not zero makes its point a benchmark. A part of the network without such
-/// a height is held at the first of its points whose entered height is zero, or else at its first point.
+/// A height that was entered and is not zero makes its point a benchmark; other points are known from
+/// sections only.
 class LevelBook
 {
 public:
@@ -173,7 +177,7 @@ public:
 
     void addProblem(ProblemKind kind, Severity severity, qint64 line, const QStringList& arguments = {});
     void addUnused(const QString& what, qint64 line);
-    void setInFeet() { result.isInFeet = true; }
+    void setInFeet() { result.findings.isInFeet = true; }
     /// More was found than can be kept; reading is to end.
     bool isFull() const { return fullProblem.has_value(); }
 
@@ -287,7 +291,7 @@ private:
     void makeShotSection(LevelLine& line, const Run& run, int current, const SideShot& shot);
     int getNetworkPoint(int id, qint64 fileLine);
     int addPoint(const QString& id, qint64 fileLine);
-    void giveDatum();
+    void giveHeights();
 
     const LevelSettings settings;
     LevelResult result;

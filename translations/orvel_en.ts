@@ -104,10 +104,6 @@
         <translation>New project</translation>
     </message>
     <message>
-        <source>Нивелирные сети (*.%1)</source>
-        <translation>Levelling networks (*.%1)</translation>
-    </message>
-    <message>
         <source>Проекты (*.%1)</source>
         <translation>Projects (*.%1)</translation>
     </message>
@@ -182,10 +178,6 @@
     <message>
         <source>&amp;Импорт сети…</source>
         <translation>&amp;Import network…</translation>
-    </message>
-    <message>
-        <source>Прочитать нивелирную сеть из файла .gkf</source>
-        <translation>Read a levelling network from a .gkf file</translation>
     </message>
     <message>
         <source>&amp;Выход</source>
@@ -276,10 +268,6 @@
         <translation>Open a project or network</translation>
     </message>
     <message>
-        <source>Проекты и нивелирные сети (*.%1 *.%2)</source>
-        <translation>Projects and levelling networks (*.%1 *.%2)</translation>
-    </message>
-    <message>
         <source>Импорт нивелирной сети</source>
         <translation>Import levelling network</translation>
     </message>
@@ -324,20 +312,12 @@
         <translation>&amp;Continue</translation>
     </message>
     <message>
-        <source>Импортируйте нивелирную сеть (.gkf) или откройте проект</source>
-        <translation>Import a levelling network (.gkf) or open a project</translation>
-    </message>
-    <message>
         <source>Пунктов: %1, секций: %2, показано: %3</source>
         <translation>Points: %1, sections: %2, shown: %3</translation>
     </message>
     <message>
         <source>С чего начать</source>
         <translation>Where to begin</translation>
-    </message>
-    <message>
-        <source>Импортируйте файл нивелирной сети (.gkf), выполните предобработку, затем уравнивание. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет этот пункт или секцию в таблице, а щелчок в столбце «Протокол» показывает все их строки.</source>
-        <translation>Import a file with a levelling network (.gkf), run the pre-processing, then the adjustment. Every run writes a protocol. A link to a point or section in a protocol selects it in the table, and a click in the column “Protocol” shows all lines about it.</translation>
     </message>
     <message>
         <source>Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, названо в протоколе с номером строки файла. Новая сеть заменяет прежнюю; ссылки на одноимённые пункты и секции сохраняются.</source>
@@ -751,10 +731,6 @@
     <message>
         <source>%1 … и ещё %2</source>
         <translation>%1 … and %2 more</translation>
-    </message>
-    <message>
-        <source>Перетащите сюда файл нивелирной сети (.gkf) или нажмите Ctrl+I</source>
-        <translation>Drop a levelling network (.gkf) here, or press Ctrl+I</translation>
     </message>
     <message>
         <source>Поиск не нашёл ни пунктов, ни секций</source>
@@ -1796,6 +1772,266 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Прибор исправил расстояния сам, наведений: %1; постоянная призмы %2&#xa0;мм, поправка за атмосферу %3&#xa0;мм/км</source>
         <translation>Distances corrected by the instrument itself, sights: %1; prism constant %2&#xa0;mm, atmospheric correction %3&#xa0;ppm</translation>
+    </message>
+    <message>
+        <source>прочитать файл измерений: нивелирную сеть (.gkf) или файл прибора
+(GSI, M5, REC_E), по содержанию; второй и следующие добавляются
+к сети, порядок сохраняется</source>
+        <translation>read a file of measurements: a levelling network (.gkf) or the file
+of an instrument (GSI, M5, REC_E), told by its content; the second
+and later ones are added to the network, in their order</translation>
+    </message>
+    <message>
+        <source>СКО секций файла нивелира: √(C² + A²·L), мм, L в км
+(без неё СКО задаёт класс)</source>
+        <translation>standard deviation of a level file&apos;s sections: √(C² + A²·L), mm,
+L in km (else the class sets it)</translation>
+    </message>
+    <message>
+        <source>непригодные СКО «%1»: --sigma C,A, два числа в миллиметрах, как 0.2,1.5</source>
+        <translation>unusable standard deviations “%1”: --sigma C,A, two numbers in millimetres, such as 0.2,1.5</translation>
+    </message>
+    <message>
+        <source>Использование:
+  orvel-desk [параметры] [FILE]
+      окно с проектом FILE, с нивелирной сетью или с файлом прибора
+  orvel-desk --headless (--import FILE… | --open FILE) [параметры]
+      обработка без окна
+</source>
+        <translation>Usage:
+  orvel-desk [options] [FILE]
+      a window with the project FILE, a levelling network or the file of an instrument
+  orvel-desk --headless (--import FILE… | --open FILE) [options]
+      work without a window
+</translation>
+    </message>
+    <message>
+        <source>Прочитать нивелирную сеть (.gkf) или файл цифрового нивелира (GSI, M5)</source>
+        <translation>Read a levelling network (.gkf) or the file of a digital level (GSI, M5)</translation>
+    </message>
+    <message>
+        <source>Импортируйте нивелирную сеть или файл нивелира, или откройте проект</source>
+        <translation>Import a levelling network or a level&apos;s file, or open a project</translation>
+    </message>
+    <message>
+        <source>Перетащите сюда файл нивелирной сети (.gkf) или нивелира (GSI, M5) или нажмите Ctrl+I</source>
+        <translation>Drop the file of a levelling network (.gkf) or of a level (GSI, M5) here, or press Ctrl+I</translation>
+    </message>
+    <message>
+        <source>Проекты, нивелирные сети и файлы приборов (*.%1 *.%2 %3);;Все файлы (*)</source>
+        <translation>Projects, levelling networks and instrument files (*.%1 *.%2 %3);;All files (*)</translation>
+    </message>
+    <message>
+        <source>Нивелирные сети и файлы приборов (*.%1 %2);;Все файлы (*)</source>
+        <translation>Levelling networks and instrument files (*.%1 %2);;All files (*)</translation>
+    </message>
+    <message>
+        <source>Импортируйте файл нивелирной сети (.gkf) или цифрового нивелира (GSI, M5, REC_E), выполните предобработку, затем уравнивание. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет этот пункт или секцию в таблице, а щелчок в столбце «Протокол» показывает все их строки.</source>
+        <translation>Import a file with a levelling network (.gkf) or of a digital level (GSI, M5, REC_E), run the pre-processing, then the adjustment. Every run writes a protocol. A link to a point or section in a protocol selects it in the table, and a click in the column “Protocol” shows all lines about it.</translation>
+    </message>
+    <message>
+        <source>Формат: GSI цифрового нивелира</source>
+        <translation>Format: GSI of a digital level</translation>
+    </message>
+    <message>
+        <source>Формат: M5 цифрового нивелира</source>
+        <translation>Format: M5 of a digital level</translation>
+    </message>
+    <message>
+        <source>Формат: REC_E цифрового нивелира</source>
+        <translation>Format: REC_E of a digital level</translation>
+    </message>
+    <message>
+        <source>СКО секций приняты по классу нивелирования (%1): %2&#xa0;мм·√L</source>
+        <translation>Standard deviations of the sections by the levelling class (%1): %2&#xa0;mm·√L</translation>
+    </message>
+    <message>
+        <source>СКО секций заданы: √(%1² + %2²·L)&#xa0;мм</source>
+        <translation>Standard deviations of the sections as given: √(%1² + %2²·L)&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Высоты относительные, так как отметок реперов нет; отметка ноль у пунктов: %1. Введите отметки на приборе или добавьте их другим файлом</source>
+        <translation>Heights are relative, since no benchmark has a height; zero at the points: %1. Enter the heights in the instrument, or add them by another file</translation>
+    </message>
+    <message>
+        <source>два отсчёта по каждой рейке</source>
+        <translation>two readings of each staff</translation>
+    </message>
+    <message>
+        <source>не назван</source>
+        <translation>not named</translation>
+    </message>
+    <message>
+        <source>рейка на %1</source>
+        <translation>staff on %1</translation>
+    </message>
+    <message>
+        <source>Строка файла %1: ход %2, станция %3 (%4)</source>
+        <translation>File line %1: line %2, station %3 (%4)</translation>
+    </message>
+    <message>
+        <source>%1: высота по прибору %2&#xa0;м, по отсчётам %3&#xa0;м, разность %4&#xa0;мм, округление объясняет %5&#xa0;мм; взято превышение по отсчётам, проверьте запись</source>
+        <translation>%1: the instrument&apos;s height is %2&#xa0;m, by the readings %3&#xa0;m, the difference %4&#xa0;mm, of which rounding explains %5&#xa0;mm; the height difference by the readings is used, check the record</translation>
+    </message>
+    <message>
+        <source>%1: превышение по первым отсчётам %2&#xa0;м, по вторым %3&#xa0;м, разность %4&#xa0;мм при допуске %5&#xa0;мм; взято среднее, повторите станцию</source>
+        <translation>%1: the height difference by the first readings is %2&#xa0;m, by the second %3&#xa0;m, they differ by %4&#xa0;mm, the tolerance is %5&#xa0;mm; the mean is used, repeat the station</translation>
+    </message>
+    <message>
+        <source>%1: отсчёт %2&#xa0;м, при повторении %3&#xa0;м, разность %4&#xa0;мм при допуске %5&#xa0;мм; взят последний, проверьте запись</source>
+        <translation>%1: the reading is %2&#xa0;m, when repeated %3&#xa0;m, they differ by %4&#xa0;mm, the tolerance is %5&#xa0;mm; the last one is used, check the record</translation>
+    </message>
+    <message>
+        <source>Строка файла %1: пункту %2 введена отметка %4&#xa0;м, прежде — %3&#xa0;м; действует последняя</source>
+        <translation>File line %1: point %2 is given the height %4&#xa0;m, before %3&#xa0;m; the last one counts</translation>
+    </message>
+    <message>
+        <source>Файл в футах, пересчитан в метры: 1&#xa0;фут = 0,3048&#xa0;м</source>
+        <translation>The file is in feet and was converted into metres: 1&#xa0;foot = 0.3048&#xa0;m</translation>
+    </message>
+    <message>
+        <source>Ходов: %1, станций: %2; с высотами прибора сверено: %3, из них расходится: %4</source>
+        <translation>Lines: %1, stations: %2; compared with the instrument&apos;s heights: %3, of which differ: %4</translation>
+    </message>
+    <message>
+        <source>станций %1, длина %2&#xa0;км</source>
+        <translation>stations %1, length %2&#xa0;km</translation>
+    </message>
+    <message>
+        <source>невязка замкнутого хода %1&#xa0;мм при допуске %2&#xa0;мм (%3)</source>
+        <translation>misclosure of the closed line %1&#xa0;mm, tolerance %2&#xa0;mm (%3)</translation>
+    </message>
+    <message>
+        <source>превышение %1&#xa0;м</source>
+        <translation>height difference %1&#xa0;m</translation>
+    </message>
+    <message>
+        <source>сумма разностей двух отсчётов %1&#xa0;мм, наибольшая на станции %2&#xa0;мм</source>
+        <translation>sum of the differences between both readings %1&#xa0;mm, largest of a station %2&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>наибольшее расхождение с прибором %1&#xa0;мм</source>
+        <translation>largest difference from the instrument %1&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>переходная точка %1</source>
+        <translation>turning point %1</translation>
+    </message>
+    <message>
+        <source>переходных точек %1, с %2 по %3</source>
+        <translation>turning points %1, from %2 to %3</translation>
+    </message>
+    <message>
+        <source>промежуточных точек %1</source>
+        <translation>intermediate points %1</translation>
+    </message>
+    <message>
+        <source>повторных отсчётов усреднено %1</source>
+        <translation>repeated readings averaged %1</translation>
+    </message>
+    <message>
+        <source>секция %1</source>
+        <translation>section %1</translation>
+    </message>
+    <message>
+        <source>секции %1</source>
+        <translation>sections %1</translation>
+    </message>
+    <message>
+        <source>без станций</source>
+        <translation>no stations</translation>
+    </message>
+    <message>
+        <source>Ход %1 (строки файла %2–%3): %4, порядок отсчётов %5; %6</source>
+        <translation>Line %1 (file lines %2–%3): %4, order of readings %5; %6</translation>
+    </message>
+    <message>
+        <source>%1 (по %2, впервые в строке %3)</source>
+        <translation>%1 (%2 each, first in file line %3)</translation>
+    </message>
+    <message>
+        <source>Не использованы слова и записи без отсчётов хода: %1</source>
+        <translation>Words and records without readings of a line, not used: %1</translation>
+    </message>
+    <message>
+        <source>формат не распознан: нужны gama-local XML (.gkf) или файл прибора, нивелира (GSI, M5, REC_E) или тахеометра (GSI, M5); текст со столбцами читается по шаблону</source>
+        <translation>the format is not known: gama-local XML (.gkf) or the file of an instrument is wanted, of a level (GSI, M5, REC_E) or a total station (GSI, M5); text in columns is read by a template</translation>
+    </message>
+    <message>
+        <source>ходов, станций и замечаний к ним больше %1, файл не прочитан; разделите его на части</source>
+        <translation>more than %1 lines, stations and findings about them, the file was not read; divide it into parts</translation>
+    </message>
+    <message>
+        <source>слово «%1» не читается, пропущено</source>
+        <translation>the word “%1” cannot be read, skipped</translation>
+    </message>
+    <message>
+        <source>строка не похожа на запись прибора, пропущена</source>
+        <translation>this is no record of an instrument, skipped</translation>
+    </message>
+    <message>
+        <source>пункт %1: непригодный отсчёт «%2», пропущен</source>
+        <translation>point %1: unusable reading “%2”, skipped</translation>
+    </message>
+    <message>
+        <source>пункт %1: отсчёт «%2» не относится к ходу (отдельное измерение или вынос), пропущен</source>
+        <translation>point %1: the reading “%2” is no part of a line (measured alone or set out), skipped</translation>
+    </message>
+    <message>
+        <source>пункт %1: запись помечена прибором как повторённая или ошибочная, пропущена</source>
+        <translation>point %1: the instrument marks the record as repeated or faulty, skipped</translation>
+    </message>
+    <message>
+        <source>отсчёты без начала хода, приняты за новый ход</source>
+        <translation>readings without the start of a line, taken as a new line</translation>
+    </message>
+    <message>
+        <source>ход начат, но станций в нём нет</source>
+        <translation>a line starts, but has no stations</translation>
+    </message>
+    <message>
+        <source>неизвестный порядок отсчётов «%1», отсчёты взяты по их словам</source>
+        <translation>unknown order of readings “%1”, the readings are taken as their words say</translation>
+    </message>
+    <message>
+        <source>поверка нивелира, её отсчёты в ход не входят</source>
+        <translation>check of the instrument, its readings are no part of a line</translation>
+    </message>
+    <message>
+        <source>станция с передней рейкой на %1 не имеет отсчёта назад, пропущена</source>
+        <translation>the station with the fore staff on %1 has no reading back, skipped</translation>
+    </message>
+    <message>
+        <source>станция с задней рейкой на %1 не имеет отсчёта вперёд, пропущена</source>
+        <translation>the station with the back staff on %1 has no reading fore, skipped</translation>
+    </message>
+    <message>
+        <source>обе рейки станции на пункте %1, станция пропущена</source>
+        <translation>both staffs of the station are on point %1, the station is skipped</translation>
+    </message>
+    <message>
+        <source>станция %1 – %2: нет второго отсчёта, превышение взято по имеющимся</source>
+        <translation>station %1 – %2: a second reading is missing, the height difference is that of the others</translation>
+    </message>
+    <message>
+        <source>станция повторена, прежняя %1 – %2 (строка файла %3) не использована</source>
+        <translation>the station was repeated, the earlier %1 – %2 (file line %3) is not used</translation>
+    </message>
+    <message>
+        <source>разрыв хода: предыдущая станция кончается на %1, следующая начинается на %2</source>
+        <translation>the line is interrupted: the station before ends at %1, the next one begins at %2</translation>
+    </message>
+    <message>
+        <source>промежуточная точка %1 без отсчёта назад пропущена</source>
+        <translation>intermediate point %1 without a reading back, skipped</translation>
+    </message>
+    <message>
+        <source>у станций без расстояний (%1 из %2) длина принята %3&#xa0;м</source>
+        <translation>stations without distances (%1 of %2) are taken as %3&#xa0;m long</translation>
+    </message>
+    <message>
+        <source>ход кончается или начинается на числе %1, которым названы и переходные точки других ходов; проверьте, один ли это пункт, и назовите марку иначе</source>
+        <translation>the line ends or begins at the number %1, which turning points of other lines have, too; check whether it is one point, and give the mark another name</translation>
     </message>
 </context>
 <context>

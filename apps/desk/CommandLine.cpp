@@ -63,7 +63,8 @@ std::vector<Option> getHeadlessOptions()
         {{QStringLiteral("headless")}, QString(), Desk::tr("обработка без окна")},
         {{QStringLiteral("import")},
          QStringLiteral("FILE"),
-         Desk::tr("прочитать файл измерений; второй и следующие добавляются\n"
+         Desk::tr("прочитать файл измерений: нивелирную сеть (.gkf) или файл прибора\n"
+                  "(GSI, M5, REC_E), по содержанию; второй и следующие добавляются\n"
                   "к сети, порядок сохраняется"),
          true},
         {{QStringLiteral("template")},
@@ -74,6 +75,10 @@ std::vector<Option> getHeadlessOptions()
         {{QStringLiteral("class")},
          QStringLiteral("I|II|III|IV|technical"),
          Desk::tr("класс нивелирования, задаёт допуски невязок")},
+        {{QStringLiteral("sigma")},
+         QStringLiteral("C,A"),
+         Desk::tr("СКО секций файла нивелира: √(C² + A²·L), мм, L в км\n"
+                  "(без неё СКО задаёт класс)")},
         {{QStringLiteral("run")},
          QStringLiteral("RUN"),
          describeRuns() + Desk::tr("(--run повторяется, порядок сохраняется)"),
@@ -212,6 +217,7 @@ private:
             checkValues(option);
         takeLanguage();
         takeClass();
+        takeSigma();
         for (const QString& name : parser.values(QStringLiteral("run")))
             takeRun(name);
         takeFailLevel();
@@ -287,6 +293,27 @@ private:
         if (!result.levellingClass && !name.isEmpty())
             fail(Desk::tr("неизвестный класс нивелирования «%1»: --class I, II, III, IV или technical")
                      .arg(name));
+    }
+
+    void takeSigma()
+    {
+        const QString text = parser.value(QStringLiteral("sigma"));
+        if (text.isEmpty())
+            return;
+        const QStringList parts = text.split(QLatin1Char(','));
+        bool isConstant = false;
+        bool isPerKilometre = false;
+        const SectionSigma sigma{parts.value(0).toDouble(&isConstant),
+                                 parts.value(1).toDouble(&isPerKilometre)};
+        constexpr double largest = 1000.0;
+        const auto isUsable = [=](double part) { return part >= 0.0 && part <= largest; };
+        // Without a part that grows with the length nothing tells long sections from short ones.
+        if (parts.size() == 2 && isConstant && isPerKilometre && isUsable(sigma.constant) &&
+            isUsable(sigma.perKilometre) && sigma.perKilometre > 0.0)
+            result.sigma = sigma;
+        else
+            fail(Desk::tr("непригодные СКО «%1»: --sigma C,A, два числа в миллиметрах, как 0.2,1.5")
+                     .arg(text));
     }
 
     /// A file that no stream can stand for.
@@ -407,7 +434,7 @@ QString CommandLine::getHelp()
 {
     return Desk::tr("Использование:\n"
                     "  orvel-desk [параметры] [FILE]\n"
-                    "      окно с проектом FILE или с нивелирной сетью FILE.gkf\n"
+                    "      окно с проектом FILE, с нивелирной сетью или с файлом прибора\n"
                     "  orvel-desk --headless (--import FILE… | --open FILE) [параметры]\n"
                     "      обработка без окна\n") +
            QLatin1Char('\n') + Desk::tr("Параметры:") + QLatin1Char('\n') + describe(getGeneralOptions()) +

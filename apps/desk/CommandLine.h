@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/desk/document/LevellingClass.h"
+#include "apps/desk/runs/ImportRun.h"
 
 #include <QString>
 #include <QStringList>
@@ -31,11 +32,12 @@ struct CommandLine
     QString projectFile;             ///< project to open
     std::vector<int> runs;           ///< their protocol types, in this order
     std::optional<LevellingClass> levellingClass;
-    QString exportFile;  ///< whose suffix names the format
-    QString pagesFolder; ///< where the pages of the runs go
-    QString dataFile;    ///< copy of the protocol's data file
-    QString saveFile;    ///< project to save
-    QString recordFile;  ///< journal of the runs to record
+    std::optional<SectionSigma> sigma; ///< of the sections of field files
+    QString exportFile;                ///< whose suffix names the format
+    QString pagesFolder;               ///< where the pages of the runs go
+    QString dataFile;                  ///< copy of the protocol's data file
+    QString saveFile;                  ///< project to save
+    QString recordFile;                ///< journal of the runs to record
     FailLevel failLevel = FailLevel::Never;
     QString argument; ///< file or URI for the window
 

@@ -343,6 +343,11 @@ void TestHeadless::badUsageIsRefused_data()
                                            << "--template и --data называют один и тот же файл";
     QTest::newRow("class") << "--import small.gkf --class V"
                            << "неизвестный класс нивелирования «V»: --class I, II, III, IV или technical";
+    for (const char* sigma : {"1", "1,", "0.2,0", "-1,2", "0.2,1.5,3", "0,1001", "nan,1"})
+        QTest::addRow("sigma %s", sigma)
+            << QStringLiteral("--import small.gkf --sigma %1").arg(QLatin1String(sigma))
+            << QStringLiteral("непригодные СКО «%1»: --sigma C,A, два числа в миллиметрах, как 0.2,1.5")
+                   .arg(QLatin1String(sigma));
     QTest::newRow("language") << "--import small.gkf --language de"
                               << "неизвестный язык «de»: --language ru или en";
     QTest::newRow("level") << "--import small.gkf --fail-on message"
@@ -384,11 +389,13 @@ void TestHeadless::badInputIsRefused_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("error");
-    QTest::newRow("empty") << QByteArray() << "bad.gkf, line 1: XML error: Premature end of document.";
+    const char* const unknown =
+        "bad.gkf: the format is not known: gama-local XML (.gkf) or the file of an instrument is wanted, of "
+        "a level (GSI, M5, REC_E) or a total station (GSI, M5); text in columns is read by a template";
+    QTest::newRow("empty") << QByteArray() << unknown;
     QTest::newRow("truncated") << QByteArray("<gama-local>\n<network>\n")
                                << "bad.gkf, line 3: XML error: Premature end of document.";
-    QTest::newRow("not XML") << QByteArray("point;height\n")
-                             << "bad.gkf, line 1: XML error: Start tag expected.";
+    QTest::newRow("table") << QByteArray("point;height\n") << unknown;
     QTest::newRow("other root") << QByteArray("<?xml version=\"1.0\"?>\n<survey/>\n")
                                 << "bad.gkf, line 2: this is not a file of a levelling network: the root "
                                    "element is <survey>, but should be <gama-local>";
@@ -473,7 +480,7 @@ void TestHeadless::helpAndVersion()
     const DeskProcess help = DeskProcess::runPlain(folder->path(), words("--help"));
     QVERIFY(help.output.startsWith(QStringLiteral("Использование:\n")));
     QVERIFY(help.output.contains(QStringLiteral(
-        "\n  --import FILE          прочитать файл измерений; второй и следующие добавляются\n")));
+        "\n  --import FILE          прочитать файл измерений: нивелирную сеть (.gkf) или файл прибора\n")));
     QVERIFY(help.output.contains(QStringLiteral("\n  -h, --help             эта справка\n")));
     QCOMPARE(help.errors, QString());
     QCOMPARE(help.exitCode, 0);
@@ -677,7 +684,10 @@ void TestHeadless::streamsAreReadAndWritten()
         runShell(folder->path(), QStringLiteral("$DESK --language en --import - </dev/null 2>errors >out")),
         2);
     QCOMPARE(text(QStringLiteral("errors")),
-             QStringLiteral("orvel-desk: standard input, line 1: XML error: Premature end of document.\n"));
+             QStringLiteral("orvel-desk: standard input: the format is not known: gama-local XML (.gkf) or "
+                            "the file of an instrument is wanted, of a level (GSI, M5, REC_E) or a total "
+                            "station (GSI, M5); text in columns is read by a "
+                            "template\n"));
 }
 
 void TestHeadless::logIsNotEmptied()

@@ -5,6 +5,7 @@
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/NetworkExportRun.h"
+#include "tests/desk/DeskFixture.h"
 #include "tests/desk/LineCollector.h"
 #include "tests/levelling/SyntheticNetwork.h"
 #include "tests/support/TestFiles.h"
@@ -51,10 +52,17 @@ private Q_SLOTS:
     void networkExportTellsWhatItChanged();
     void networkExportOfEmptyProject();
     void networkExportToMissingFolder();
+    void fieldFileIsTold_data();
+    void fieldFileIsTold();
+    void fileOfNoKnownKindIsRefused();
+    void linesOfALevelAreSummedUp();
+    void sigmaComesFromTheClassOrTheSettings();
     void everyProblemHasItsSentence_data();
     void everyProblemHasItsSentence();
 
 private:
+    /// Imports a file of that content.
+    QString import(const QByteArray& content, const ImportSettings& settings = {});
     int addPoint(const char* name, std::optional<double> fixedHeight = std::nullopt);
     void addSection(int from, int to, double difference, std::optional<double> distance);
     /// A section from A, which may be fixed, to B.
@@ -543,27 +551,206 @@ void TestRuns::everyProblemHasItsSentence_data()
         "error:Строка файла 3: измерение &lt;distance&gt; («A» – «B») не является превышением, пропущено");
 }
 
+QString TestRuns::import(const QByteArray& content, const ImportSettings& settings)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("network.gkf"));
+    writeFile(path, content);
+    return runImport(
+        monitor, {{path, std::nullopt}}, {},
+        [this](const levelling::Network& network, const auto& /*fieldBook*/) {
+            const auto taken = std::make_shared<NetworkSnapshot>();
+            taken->network = network;
+            for (std::size_t i = 0; i < network.points.size(); ++i)
+                taken->pointIds.push_back(static_cast<LONGID>(i) + 1);
+            for (std::size_t i = 0; i < network.sections.size(); ++i) {
+                taken->sectionIds.push_back(static_cast<LONGID>(i) + 51);
+                taken->sectionNames.append(QStringLiteral("s%1").arg(i));
+            }
+            snapshot = *taken;
+            return taken;
+        },
+        settings);
+}
+
+void TestRuns::fieldFileIsTold_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("line");
+    const auto row = [](const char* name, const char* content, const char* line) {
+        QTest::newRow(name) << QByteArray(content) << QString::fromUtf8(line);
+    };
+    const char* const start = "410001+?......2\n110002+0000000A 83..58+01000000\n";
+    const auto add = [&](const char* name, const char* content, const char* line) {
+        row(name, (QByteArray(start) + content).constData(), line);
+    };
+    // A station from A to B, each line of it on its own.
+    const char* const a1 = "110003+0000000A 32...8+02000000 331.08+00150000\n";
+    const char* const b1 = "110004+0000000B 32...8+02000000 332.08+00100000\n";
+    const char* const b2 = "110005+0000000B 32...8+02000000 336.08+00100000\n";
+    const char* const a2 = "110006+0000000A 32...8+02000000 335.08+00150000\n";
+    const QByteArray station = QByteArray(a1) + b1 + b2 + a2;
+
+    add("height", (station + "110007+0000000B 83..08+01050100\n").constData(),
+        "error:Строка файла 7: ход 1, станция 1 ([1:A] – [2:B]): высота по прибору 10,50100\u00A0м, по "
+        "отсчётам "
+        "10,50000\u00A0м, разность +1,00\u00A0мм, округление объясняет 0,02\u00A0мм; взято превышение по "
+        "отсчётам, "
+        "проверьте запись");
+    add("two readings",
+        (QByteArray(a1) + b1 + b2 + "110006+0000000A 32...8+02000000 335.08+00150800\n").constData(),
+        "error:Строка файла 3: ход 1, станция 1 ([1:A] – [2:B]): превышение по первым отсчётам "
+        "0,50000\u00A0м, по "
+        "вторым 0,50800\u00A0м, разность −8,00\u00A0мм при допуске 5,00\u00A0мм; взято среднее, повторите "
+        "станцию");
+    add("repeated reading", ("110003+0000000A 331.08+00120000\n" + station).constData(),
+        "error:Строка файла 4: ход 1, станция 1 (рейка на [1:A]): отсчёт 1,20000\u00A0м, при повторении "
+        "1,50000\u00A0м, разность −300,00\u00A0мм при допуске 5,00\u00A0мм; взят последний, проверьте "
+        "запись");
+    add("entered height",
+        (station + "410007+?......2\n110008+0000000A 83..58+01000500\n" + station).constData(),
+        "warning:Строка файла 8: пункту [1:A] введена отметка 10,00500\u00A0м, прежде — 10,00000\u00A0м; "
+        "действует "
+        "последняя");
+    add("word", (station + "331.06+\n").constData(),
+        "error:Строка файла 7: строка не похожа на запись прибора, пропущена");
+    add("part of a line", (station + "110007+0000000B <b>x 83..08+01050000\n").constData(),
+        "error:Строка файла 7: слово «&lt;b&gt;x» не читается, пропущено");
+    add("reading", (station + "110007+0000000B 331.08+0001?000\n").constData(),
+        "error:Строка файла 7: пункт [2:B]: непригодный отсчёт «0001?000», пропущен");
+    add("reading alone", (station + "110007+<i>%1</i> 330.08+00010000\n").constData(),
+        "warning:Строка файла 7: пункт &lt;i&gt;%1&lt;/i&gt;: отсчёт «330» не относится к ходу (отдельное "
+        "измерение "
+        "или вынос), пропущен");
+    row("no start", station.constData(),
+        "warning:Строка файла 1: отсчёты без начала хода, приняты за новый ход");
+    add("no stations", (station + "410007+?......2\n").constData(),
+        "warning:Строка файла 7: ход начат, но станций в нём нет");
+    add("method", (station + "410007+?......9\n" + station).constData(),
+        "warning:Строка файла 7: неизвестный порядок отсчётов «9», отсчёты взяты по их словам");
+    add("check", (station + "410007+?.....10\n").constData(),
+        "warning:Строка файла 7: поверка нивелира, её отсчёты в ход не входят");
+    add("no reading back", (station + "410007+?......2\n" + b1).constData(),
+        "error:Строка файла 8: станция с передней рейкой на [2:B] не имеет отсчёта назад, пропущена");
+    add("no reading fore", (station + "410007+?......2\n" + a1).constData(),
+        "error:Строка файла 8: станция с задней рейкой на [1:A] не имеет отсчёта вперёд, пропущена");
+    add("both staffs on one point",
+        (station + "410007+?......2\n" + a1 + "110004+0000000A 332.08+00150000\n").constData(),
+        "error:Строка файла 8: обе рейки станции на пункте [1:A], станция пропущена");
+    add("one reading", (QByteArray(a1) + b1).constData(),
+        "warning:Строка файла 3: станция [1:A] – [2:B]: нет второго отсчёта, превышение взято по имеющимся");
+    add("station again",
+        (QByteArray(a1) + "110004+00000001 332.08+00100000\n110004+00000001 83..08+01050000\n" + a1 + b1)
+            .constData(),
+        "warning:Строка файла 6: станция повторена, прежняя [1:A] – 1 (строка файла 3) не использована");
+    add("interruption",
+        (station + "110007+0000000C 331.08+00100000\n110007+0000000D 332.08+00100000\n").constData(),
+        "warning:Строка файла 7: разрыв хода: предыдущая станция кончается на [2:B], следующая начинается на "
+        "[3:C]");
+    add("sight", (QByteArray("110003+0000000K 333.08+00100000\n") + station).constData(),
+        "error:Строка файла 3: промежуточная точка K без отсчёта назад пропущена");
+    add("distances", "110003+0000000A 331.08+00150000\n110004+0000000B 332.08+00100000\n",
+        "warning:Строка файла 1: у станций без расстояний (1 из 1) длина принята 100.0\u00A0м");
+    add("feet",
+        (station + "410007+?......2\n110003+0000000A 331.07+00150000\n110004+0000000B 332.07+00100000\n")
+            .constData(),
+        "message:Файл в футах, пересчитан в метры: 1\u00A0фут = 0,3048\u00A0м");
+    row("no heights", ("410001+?......2\n" + station).constData(),
+        "warning:Высоты относительные, так как отметок реперов нет; отметка ноль у пунктов: [1:A]. Введите "
+        "отметки "
+        "на приборе или добавьте их другим файлом");
+    add("codes", (station + "41....+00000007 42....+00000003\n95....+00000021\n").constData(),
+        "message:Не использованы слова и записи без отсчётов хода: 41, 42 (по 1, впервые в строке 7); 95 (по "
+        "1, "
+        "впервые в строке 8)");
+    row("marked record",
+        "For M5|Adr     1|TO  Start-Line BF 1            |                      |                      |"
+        "                      |\n"
+        "For M5|Adr     2|KD1        A #####             |Rb        1.50000 m   |                      |"
+        "                      |\n"
+        "For M5|Adr     3|KD1        A                   |Rb        1.50000 m   |                      |"
+        "                      |\n"
+        "For M5|Adr     4|KD1        B                   |Rf        1.50000 m   |                      |"
+        "                      |\n",
+        "warning:Строка файла 2: пункт [1:A]: запись помечена прибором как повторённая или ошибочная, "
+        "пропущена");
+}
+
+void TestRuns::fieldFileIsTold()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, line);
+    QCOMPARE(import(content), QString());
+    QVERIFY2(monitor.lines.contains(line), qUtf8Printable(monitor.lines.join(QLatin1Char('\n'))));
+}
+
+void TestRuns::fileOfNoKnownKindIsRefused()
+{
+    QVERIFY(
+        import("point;height\n")
+            .endsWith(QStringLiteral(
+                "network.gkf: формат не распознан: нужны gama-local XML (.gkf) или файл прибора, нивелира "
+                "(GSI, M5, REC_E) или тахеометра (GSI, M5); текст со столбцами читается по шаблону")));
+    QVERIFY(
+        import("410001+?......1\n" + QByteArray(100000, ' ') + "11")
+            .endsWith(QStringLiteral("network.gkf, строка 2: строка длиннее 65536 знаков, файл не прочитан; "
+                                     "проверьте, что это текст, и его кодировку")));
+}
+
+void TestRuns::linesOfALevelAreSummedUp()
+{
+    QCOMPARE(import(readFile(samplePath(QStringLiteral("level-loop.gsi")))), QString());
+    QVERIFY(has("message:Формат: GSI цифрового нивелира"));
+    QVERIFY(has("message:Ходов: 5, станций: 22; с высотами прибора сверено: 23, из них расходится: 1"));
+    QVERIFY(
+        has("message:Ход 3 (строки файла 56–84): [3:M2] → [1:RP1], порядок отсчётов BFFB; станций 5, длина "
+            "0,268\u00A0км; превышение +0,86918\u00A0м; сумма разностей двух отсчётов +8,10\u00A0мм, "
+            "наибольшая на "
+            "станции 8,11\u00A0мм; наибольшее расхождение с прибором 0,005\u00A0мм; переходных точек 4, с 9 "
+            "по 12; "
+            "промежуточных точек 1; секции [53:s2], [54:s3]"));
+    QCOMPARE(snapshot.network.sources, QStringList(QStringLiteral("network.gkf")));
+    monitor = LineCollector();
+    // A loop of 40 m, whose tolerance in class I is 0.6 mm.
+    const QByteArray loop = "410001+?......1\n110002+0000000A 83..58+01000000\n"
+                            "110003+0000000A 32...8+01000000 331.08+00150000\n"
+                            "110004+00000001 32...8+01000000 332.08+00100000\n"
+                            "110005+00000001 32...8+01000000 331.08+00100000\n"
+                            "110006+0000000A 32...8+01000000 332.08+00149900\n";
+    QCOMPARE(import(loop, {LevellingClass::I, std::nullopt}), QString());
+    QVERIFY(has(
+        "error:Ход 1 (строки файла 1–6): [1:A] → [1:A], порядок отсчётов BF; станций 2, длина 0,040\u00A0км; "
+        "невязка замкнутого хода +1,00\u00A0мм при допуске 0,60\u00A0мм (I класс); переходная точка 1; "
+        "секции "
+        "[51:s0], [52:s1]"));
+    QCOMPARE(snapshot.network.points[1].id, QStringLiteral("1 (network.gkf:1)"));
+}
+
+void TestRuns::sigmaComesFromTheClassOrTheSettings()
+{
+    const QByteArray sample = readFile(samplePath(QStringLiteral("level-loop.gsi")));
+    import(sample, {LevellingClass::II, std::nullopt});
+    QVERIFY(has("message:СКО секций приняты по классу нивелирования (II класс): 2,5\u00A0мм·√L"));
+    QCOMPARE(snapshot.network.parameters.sigmaApriori, 2.5);
+    monitor = LineCollector();
+    import(sample, {LevellingClass::II, SectionSigma { 0.2, 1.5 }});
+    QVERIFY(has("message:СКО секций заданы: √(0,2² + 1,5²·L)\u00A0мм"));
+    QVERIFY(snapshot.network.sections[0].stdev);
+}
+
 void TestRuns::everyProblemHasItsSentence()
 {
     QFETCH(QString, xml);
     QFETCH(QString, line);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("network.gkf"));
-    writeFile(path, QStringLiteral("<gama-local><network><points-observations>\n"
-                                   "<point id=\"A\" z=\"1\" fix=\"z\"/><point id=\"B\" adj=\"z\"/>\n"
-                                   "%1\n"
-                                   "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"1\"/>"
-                                   "</height-differences></points-observations></network></gama-local>\n")
-                        .arg(xml)
-                        .toUtf8());
-    const QString failure = runImport(monitor, {{path, std::nullopt}}, {},
-                                      [](const levelling::Network& network, const auto& /*fieldBook*/) {
-                                          const auto taken = std::make_shared<NetworkSnapshot>();
-                                          taken->network = network;
-                                          for (std::size_t i = 0; i < network.points.size(); ++i)
-                                              taken->pointIds.push_back(static_cast<LONGID>(i) + 1);
-                                          return taken;
-                                      });
+    const QByteArray content =
+        QStringLiteral("<gama-local><network><points-observations>\n"
+                       "<point id=\"A\" z=\"1\" fix=\"z\"/><point id=\"B\" adj=\"z\"/>\n"
+                       "%1\n"
+                       "<height-differences><dh from=\"A\" to=\"B\" val=\"1\" dist=\"1\"/>"
+                       "</height-differences></points-observations></network></gama-local>\n")
+            .arg(xml)
+            .toUtf8();
+    const QString failure = import(content);
     QCOMPARE(failure, QString());
     QVERIFY2(monitor.lines.contains(line), qUtf8Printable(monitor.lines.join(QLatin1Char('\n'))));
 }

@@ -1,4 +1,5 @@
 #include "levelling/GsiLevelReader.h"
+#include "levelling/HeldPoints.h"
 
 #include <QBuffer>
 #include <QTest>
@@ -171,15 +172,15 @@ void TestGsiLevelReader::lineBecomesASection()
     QCOMPARE(section.line, qint64(3));
     QCOMPARE(section.sigma, 10.0 * std::sqrt(0.08));
     QVERIFY(!section.stdev);
-    QCOMPARE(int(result.lines.size()), 1);
-    const LevelLine& line = result.lines[0];
+    QCOMPARE(int(result.findings.lines.size()), 1);
+    const LevelLine& line = result.findings.lines[0];
     QCOMPARE(line.firstLine, qint64(1));
     QCOMPARE(line.lastLine, qint64(12));
     QCOMPARE(line.method, LevelMethod::BackForeForeBack);
     QCOMPARE(line.comparedHeights, 2);
     QCOMPARE(line.turningPoints, 1);
     QCOMPARE(line.firstTurningPoint, QStringLiteral("1"));
-    QCOMPARE(int(result.checks.size()), 0);
+    QCOMPARE(int(result.findings.checks.size()), 0);
     QVERIFY(result.file.network.points[0].fixed);
     QCOMPARE(*result.file.network.points[0].height, 100.0);
     QVERIFY(!result.file.network.points[1].height);
@@ -200,8 +201,8 @@ void TestGsiLevelReader::shortWordsGiveTheSame()
     QCOMPARE(problemsOf(result), QStringList());
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("BM01-BM02 -0.58470 m, 110.0 m, 2 st.")));
     QVERIFY(!result.file.network.sections[0].readingDifference);
-    QCOMPARE(int(result.checks.size()), 0);
-    QCOMPARE(result.lines[0].method, LevelMethod::BackFore);
+    QCOMPARE(int(result.findings.checks.size()), 0);
+    QCOMPARE(result.findings.lines[0].method, LevelMethod::BackFore);
 }
 
 void TestGsiLevelReader::namedPointsInsideALineAreMarks()
@@ -218,8 +219,8 @@ void TestGsiLevelReader::namedPointsInsideALineAreMarks()
                                               QStringLiteral("P7-2 (1) 0.50000 m, 40.0 m, 1 st."),
                                               QStringLiteral("2 (1)-P7 -0.50000 m, 40.0 m, 1 st."),
                                               QStringLiteral("P7-B 0.50000 m, 40.0 m, 1 st.")}));
-    QCOMPARE(result.lines[0].firstSection, 0);
-    QCOMPARE(result.lines[0].sectionCount, 4);
+    QCOMPARE(result.findings.lines[0].firstSection, 0);
+    QCOMPARE(result.findings.lines[0].sectionCount, 4);
 }
 
 void TestGsiLevelReader::numberThatEndsAnotherLineIsAMark()
@@ -269,8 +270,8 @@ void TestGsiLevelReader::loopKeepsItsMiddlePoint()
     const LevelResult result = read(writer.content, settings);
     QCOMPARE(sectionsOf(result), QStringList({QStringLiteral("A-1 (day.gsi:1) 0.50000 m, 40.0 m, 1 st."),
                                               QStringLiteral("1 (day.gsi:1)-A -0.50020 m, 80.0 m, 2 st.")}));
-    QCOMPARE(result.lines[0].from, result.lines[0].to);
-    QCOMPARE(QString::number(result.lines[0].difference, 'f', 5), QStringLiteral("-0.00020"));
+    QCOMPARE(result.findings.lines[0].from, result.findings.lines[0].to);
+    QCOMPARE(QString::number(result.findings.lines[0].difference, 'f', 5), QStringLiteral("-0.00020"));
 }
 
 void TestGsiLevelReader::alternatingOrderIsRead()
@@ -287,7 +288,7 @@ void TestGsiLevelReader::alternatingOrderIsRead()
     QCOMPARE(problemsOf(result), QStringList());
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-B 0.30005 m, 80.0 m, 2 st.")));
     QCOMPARE(*result.file.network.sections[0].readingDifference, -0.1);
-    QCOMPARE(result.lines[0].method, LevelMethod::AlternateBackForeForeBack);
+    QCOMPARE(result.findings.lines[0].method, LevelMethod::AlternateBackForeForeBack);
 }
 
 void TestGsiLevelReader::invertedStaffHasNegativeReadings()
@@ -297,7 +298,7 @@ void TestGsiLevelReader::invertedStaffHasNegativeReadings()
     writer.station("A", "Roof", 150000, -230000);
     const LevelResult result = read(writer.content);
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-Roof 3.80000 m, 40.0 m, 1 st.")));
-    QCOMPARE(int(result.checks.size()), 0);
+    QCOMPARE(int(result.findings.checks.size()), 0);
 }
 
 void TestGsiLevelReader::feetAreConverted()
@@ -307,10 +308,10 @@ void TestGsiLevelReader::feetAreConverted()
                                     "110003+0000BM01 32...1+00100000 331.07+00050000\n"
                                     "110004+0000BM02 32...1+00100000 332.07+00040000\n"
                                     "110005+0000BM02 83..07+01010000\n");
-    QVERIFY(result.isInFeet);
+    QVERIFY(result.findings.isInFeet);
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("BM01-BM02 0.30480 m, 61.0 m, 1 st.")));
     QCOMPARE(*result.file.network.points[0].height, 30.48);
-    QCOMPARE(int(result.checks.size()), 0);
+    QCOMPARE(int(result.findings.checks.size()), 0);
 }
 
 void TestGsiLevelReader::repeatedReadingsAreAveraged()
@@ -323,8 +324,8 @@ void TestGsiLevelReader::repeatedReadingsAreAveraged()
     writer.close("B", 50002);
     const LevelResult result = read(writer.content);
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-B 0.50002 m, 40.0 m, 1 st.")));
-    QCOMPARE(result.lines[0].averagedReadings, 1);
-    QCOMPARE(int(result.checks.size()), 0);
+    QCOMPARE(result.findings.lines[0].averagedReadings, 1);
+    QCOMPARE(int(result.findings.checks.size()), 0);
 }
 
 void TestGsiLevelReader::repeatedReadingsThatDisagreeAreTold()
@@ -337,8 +338,8 @@ void TestGsiLevelReader::repeatedReadingsThatDisagreeAreTold()
     writer.close("B", 20000);
     const LevelResult result = read(writer.content);
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-B 0.20000 m, 40.0 m, 1 st.")));
-    QCOMPARE(int(result.checks.size()), 1);
-    const LevelCheck& check = result.checks[0];
+    QCOMPARE(int(result.findings.checks.size()), 1);
+    const LevelCheck& check = result.findings.checks[0];
     QCOMPARE(check.kind, LevelCheckKind::RepeatedReading);
     QCOMPARE(check.line, qint64(4));
     QCOMPARE(check.station, 1);
@@ -375,8 +376,8 @@ void TestGsiLevelReader::heightOfTheInstrumentIsChecked()
     writer.reading(335, "1", 150000);
     writer.close("B", 50003);
     const LevelResult result = read(writer.content);
-    QCOMPARE(int(result.checks.size()), 1);
-    const LevelCheck& check = result.checks[0];
+    QCOMPARE(int(result.findings.checks.size()), 1);
+    const LevelCheck& check = result.findings.checks[0];
     QCOMPARE(check.kind, LevelCheckKind::StatedHeight);
     QCOMPARE(check.line, qint64(12));
     QCOMPARE(check.levelLine, 0);
@@ -386,8 +387,9 @@ void TestGsiLevelReader::heightOfTheInstrumentIsChecked()
     QCOMPARE(check.first, 101.00003);
     QCOMPARE(check.second, 101.0);
     QCOMPARE(QString::number(check.limit, 'f', 6), QStringLiteral("0.020000"));
-    QCOMPARE(QString::number(result.lines[0].largestHeightDeviation, 'f', 3), QStringLiteral("0.030"));
-    QCOMPARE(result.lines[0].comparedHeights, 2);
+    QCOMPARE(QString::number(result.findings.lines[0].largestHeightDeviation, 'f', 3),
+             QStringLiteral("0.030"));
+    QCOMPARE(result.findings.lines[0].comparedHeights, 2);
 }
 
 void TestGsiLevelReader::twoReadingsAreCompared()
@@ -397,8 +399,8 @@ void TestGsiLevelReader::twoReadingsAreCompared()
     writer.station("A", "1", 150000, 100000, 150500, 100000); // the limit itself
     writer.station("1", "B", 150000, 100000, 150502, 100000);
     const LevelResult result = read(writer.content);
-    QCOMPARE(int(result.checks.size()), 1);
-    const LevelCheck& check = result.checks[0];
+    QCOMPARE(int(result.findings.checks.size()), 1);
+    const LevelCheck& check = result.findings.checks[0];
     QCOMPARE(check.kind, LevelCheckKind::TwoReadings);
     QCOMPARE(check.line, qint64(8));
     QCOMPARE(check.station, 2);
@@ -420,7 +422,7 @@ void TestGsiLevelReader::stationWithoutHeightEndsWhereTheNextBegins()
     const LevelResult result = read(writer.content);
     QCOMPARE(problemsOf(result), QStringList());
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-B 1.00000 m, 80.0 m, 2 st.")));
-    QCOMPARE(result.lines[0].comparedHeights, 0);
+    QCOMPARE(result.findings.lines[0].comparedHeights, 0);
 }
 
 void TestGsiLevelReader::secondReadingMayBeMissing()
@@ -466,7 +468,7 @@ void TestGsiLevelReader::interruptedLineBecomesTwoParts()
     QCOMPARE(sectionsOf(result), QStringList({QStringLiteral("A-P 0.50000 m, 40.0 m, 1 st."),
                                               QStringLiteral("Q-B 0.50000 m, 40.0 m, 1 st.")}));
     QCOMPARE(problemsOf(result), QStringList(problem(ProblemKind::LineInterrupted, 6, "P|Q")));
-    QVERIFY(result.lines[0].isInterrupted);
+    QVERIFY(result.findings.lines[0].isInterrupted);
 }
 
 void TestGsiLevelReader::intermediateSightIsASectionFromTheLastMark()
@@ -488,11 +490,11 @@ void TestGsiLevelReader::intermediateSightIsASectionFromTheLastMark()
                                               QStringLiteral("A-Step 0.70000 m, 75.0 m, 2 st."),
                                               QStringLiteral("A-17 0.40000 m, 75.0 m, 2 st."),
                                               QStringLiteral("A-B 0.80000 m, 80.0 m, 2 st.")}));
-    QCOMPARE(result.lines[0].sideShots, 3);
-    QCOMPARE(int(result.checks.size()), 1);
-    QCOMPARE(result.checks[0].kind, LevelCheckKind::SightHeight);
-    QCOMPARE(result.checks[0].station, 2);
-    QCOMPARE(result.checks[0].to, QStringLiteral("Step"));
+    QCOMPARE(result.findings.lines[0].sideShots, 3);
+    QCOMPARE(int(result.findings.checks.size()), 1);
+    QCOMPARE(result.findings.checks[0].kind, LevelCheckKind::SightHeight);
+    QCOMPARE(result.findings.checks[0].station, 2);
+    QCOMPARE(result.findings.checks[0].to, QStringLiteral("Step"));
     QCOMPARE(read("410001+?......1\n110002+00000P 32...8+00200000 333.08+00100000\n").file.problems.size(),
              std::size_t(3)); // the sight, the line, no section
 }
@@ -516,12 +518,11 @@ void TestGsiLevelReader::heightsThatWereEnteredAreBenchmarks()
     QVERIFY(!points[1].height);
     QVERIFY(points[2].fixed);
     QCOMPARE(*points[2].height, 101.001);
-    QCOMPARE(int(result.heldPoints.size()), 0);
-    QCOMPARE(int(result.checks.size()), 1);
-    QCOMPARE(result.checks[0].kind, LevelCheckKind::EnteredHeight);
-    QCOMPARE(result.checks[0].line, qint64(17));
-    QCOMPARE(result.checks[0].first, 100.0);
-    QCOMPARE(result.checks[0].second, 100.002);
+    QCOMPARE(int(result.findings.checks.size()), 1);
+    QCOMPARE(result.findings.checks[0].kind, LevelCheckKind::EnteredHeight);
+    QCOMPARE(result.findings.checks[0].line, qint64(17));
+    QCOMPARE(result.findings.checks[0].first, 100.0);
+    QCOMPARE(result.findings.checks[0].second, 100.002);
 }
 
 void TestGsiLevelReader::partWithoutHeightsIsHeldAtAPoint()
@@ -533,15 +534,18 @@ void TestGsiLevelReader::partWithoutHeightsIsHeldAtAPoint()
     writer.station("C", "D", 150000, 100000);
     writer.start("1", "B", 0);
     writer.station("B", "A", 100000, 150000);
-    const LevelResult result = read(writer.content);
-    const std::vector<Point>& points = result.file.network.points;
-    QCOMPARE(result.heldPoints, std::vector<int>({0, 2}));
-    QVERIFY(points[0].constrained);
-    QVERIFY(!points[0].fixed);
-    QCOMPARE(*points[0].height, 0.0);
-    QVERIFY(!points[1].constrained);
-    QVERIFY(!points[1].height);
-    QVERIFY(points[2].constrained);
+    Network network = read(writer.content).file.network;
+    QVERIFY(!network.points[0].declared);
+    QVERIFY(!network.points[0].height);
+    // The first part only is concerned.
+    QCOMPARE(holdPartsWithoutDatum(network, {true, false, false}), std::vector<int>({0}));
+    QVERIFY(!network.points[2].constrained);
+    QCOMPARE(holdPartsWithoutDatum(network, {true, true, true}), std::vector<int>({2}));
+    QVERIFY(network.points[0].constrained);
+    QVERIFY(!network.points[0].fixed);
+    QCOMPARE(*network.points[0].height, 0.0);
+    QVERIFY(!network.points[1].height);
+    QVERIFY(network.points[2].constrained);
 }
 
 void TestGsiLevelReader::distancesMayBeMissing()
@@ -575,7 +579,7 @@ void TestGsiLevelReader::severalJobsAreReadOneAfterTheOther()
     QCOMPARE(problemsOf(result), QStringList());
     QCOMPARE(sectionsOf(result), QStringList({QStringLiteral("A-B 1.00000 m, 80.0 m, 2 st."),
                                               QStringLiteral("B-C 1.00000 m, 80.0 m, 2 st.")}));
-    QCOMPARE(result.lines[1].firstLine, qint64(9));
+    QCOMPARE(result.findings.lines[1].firstLine, qint64(9));
 }
 
 void TestGsiLevelReader::checkOfTheInstrumentIsNoLine()
@@ -590,7 +594,7 @@ void TestGsiLevelReader::checkOfTheInstrumentIsNoLine()
     writer.station("B", "C", 150000, 100000);
     const LevelResult result = read(writer.content);
     QCOMPARE(problemsOf(result), QStringList(problem(ProblemKind::InstrumentCheck, 6)));
-    QCOMPARE(int(result.lines.size()), 2);
+    QCOMPARE(int(result.findings.lines.size()), 2);
 }
 
 void TestGsiLevelReader::readingsWithoutALineStartOne()
@@ -617,7 +621,7 @@ void TestGsiLevelReader::codesAndUnknownWordsAreCounted()
     const LevelResult result = read(writer.content);
     QCOMPARE(problemsOf(result), QStringList(problem(ProblemKind::MethodUnknown, 2, "7")));
     QStringList unused;
-    for (const UnusedEntries& entries : result.unused)
+    for (const UnusedEntries& entries : result.findings.unused)
         unused.append(
             QStringLiteral("%1 x%2 @%3")
                 .arg(entries.what, QString::number(entries.count), QString::number(entries.firstLine)));

@@ -21,6 +21,27 @@ double getToleranceFactor(LevellingClass levellingClass)
     return 20.0;
 }
 
+double getSigmaPerKilometre(LevellingClass levellingClass)
+{
+    return getToleranceFactor(levellingClass) / 2.0;
+}
+
+double getReadingLimit(LevellingClass levellingClass)
+{
+    switch (levellingClass) {
+    case LevellingClass::I:
+        return 0.5;
+    case LevellingClass::II:
+        return 0.7;
+    case LevellingClass::III:
+        return 3.0;
+    case LevellingClass::IV:
+    case LevellingClass::Technical:
+        break;
+    }
+    return 5.0;
+}
+
 QString getClassName(LevellingClass levellingClass)
 {
     switch (levellingClass) {

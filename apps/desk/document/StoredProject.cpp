@@ -216,6 +216,11 @@ void write(const StoredProject& project, QIODevice& device)
     archive << kSignature << kVersion << content << makeChecksum(content);
 }
 
+bool isProject(const QByteArray& start)
+{
+    return start.startsWith("ORVP");
+}
+
 StoredProject read(QIODevice& device)
 {
     QString problem = Desk::tr("файл проекта повреждён или обрезан");

@@ -25,6 +25,9 @@ namespace storedproject {
 /// @throws qor::CFileException
 void write(const StoredProject& project, QIODevice& device);
 
+/// Whether a file that begins so is one of a project.
+bool isProject(const QByteArray& start);
+
 /// Reads what write() wrote. That the network makes sense is for Document::setContent() to find out.
 ///
 /// @throws qor::CFileException  its description says what is wrong with the file

@@ -444,8 +444,8 @@ void DeskWindow::perform(DeskActions::Command command)
         importFile(filedialogs::chooseNetwork(this));
         break;
     case Command::Export:
-        exportFile(filedialogs::chooseExportTarget(this, document->getProject().getName(),
-                                                   document->hasResults()));
+        exportFile(
+            filedialogs::chooseExportTarget(this, document->getProject().getName(), document->hasResults()));
         break;
     case Command::Quit:
         close();
@@ -548,8 +548,9 @@ void DeskWindow::updateActions()
 void DeskWindow::updateStatus()
 {
     if (document->isEmpty()) {
-        status->setText(Desk::tr("Импортируйте нивелирную сеть (.gkf) или откройте проект"));
-        table->setEmptyText(Desk::tr("Перетащите сюда файл нивелирной сети (.gkf) или нажмите Ctrl+I"));
+        status->setText(Desk::tr("Импортируйте нивелирную сеть или файл нивелира, или откройте проект"));
+        table->setEmptyText(Desk::tr(
+            "Перетащите сюда файл нивелирной сети (.gkf) или нивелира (GSI, M5) или нажмите Ctrl+I"));
         return;
     }
     table->setEmptyText(Desk::tr("Поиск не нашёл ни пунктов, ни секций"));

@@ -1,10 +1,13 @@
 #include "apps/desk/gui/FileDialogs.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/StoredProject.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/runs/ExportFormats.h"
+#include "formats/FileKind.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 
@@ -15,6 +18,8 @@ namespace filedialogs {
 namespace {
 
 const QString kNetworkSuffix = QStringLiteral("gkf");
+// What the files of instruments are usually called; they are told by their content.
+const QString kFieldPatterns = QStringLiteral("*.gsi *.GSI *.m5 *.M5 *.dat *.DAT *.rec *.REC");
 const QString kProjectSuffix = QStringLiteral("orvel");
 
 /// A file named like the project, where the user's files are.
@@ -27,20 +32,28 @@ QString suggestPath(const QString& projectName, const QString& suffix)
 
 bool isNetworkFile(const QString& path)
 {
-    return QFileInfo(path).suffix().compare(kNetworkSuffix, Qt::CaseInsensitive) == 0;
+    if (QFileInfo(path).suffix().compare(kNetworkSuffix, Qt::CaseInsensitive) == 0)
+        return true;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray start = file.read(formats::kRecognisedSize);
+    return !storedproject::isProject(start) && formats::recognise(start) != formats::FileKind::Unknown;
 }
 
 QString chooseFile(QWidget* parent)
 {
     return QFileDialog::getOpenFileName(
         parent, Desk::tr("Открыть проект или сеть"), recentfiles::getFolder(),
-        Desk::tr("Проекты и нивелирные сети (*.%1 *.%2)").arg(kProjectSuffix, kNetworkSuffix));
+        Desk::tr("Проекты, нивелирные сети и файлы приборов (*.%1 *.%2 %3);;Все файлы (*)")
+            .arg(kProjectSuffix, kNetworkSuffix, kFieldPatterns));
 }
 
 QString chooseNetwork(QWidget* parent)
 {
     return QFileDialog::getOpenFileName(parent, Desk::tr("Импорт нивелирной сети"), recentfiles::getFolder(),
-                                        Desk::tr("Нивелирные сети (*.%1)").arg(kNetworkSuffix));
+                                        Desk::tr("Нивелирные сети и файлы приборов (*.%1 %2);;Все файлы (*)")
+                                            .arg(kNetworkSuffix, kFieldPatterns));
 }
 
 QString chooseProjectTarget(QWidget* parent, const QString& projectName)

@@ -9,7 +9,7 @@ namespace orvel::desk {
 /// Dialogs that let the user choose a file. Each gives an empty path if the user gave up.
 namespace filedialogs {
 
-/// Whether the desk imports the file, by its suffix; it opens others as projects.
+/// Whether the desk imports the file, by its suffix or its content; it opens others as projects.
 bool isNetworkFile(const QString& path);
 
 /// A project or a network.

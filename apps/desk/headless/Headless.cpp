@@ -57,7 +57,7 @@ void Headless::performAll(const CommandLine& commandLine)
 
     bool hasInput = true;
     if (!commandLine.imports.empty())
-        hasInput = import();
+        hasInput = import(commandLine.sigma);
     if (hasInput) {
         for (const int protocolType : commandLine.runs)
             perform(runs::make(protocolType, document));
@@ -80,14 +80,15 @@ void Headless::performAll(const CommandLine& commandLine)
 }
 
 /// Whether all files have given their part of the network.
-bool Headless::import()
+bool Headless::import(const std::optional<SectionSigma>& sigma)
 {
     const QString& firstFile = sources.front().filePath;
     const QString name =
         standardstreams::isStream(firstFile) ? QString() : QFileInfo(firstFile).completeBaseName();
     ImportMode mode = ImportMode::Replace;
     for (const std::vector<ImportSource>& group : groupSources(sources)) {
-        if (!perform(runs::makeImport(document, group, mode, mode == ImportMode::Replace ? name : QString())))
+        const QString newName = mode == ImportMode::Replace ? name : QString();
+        if (!perform(runs::makeImport(document, group, mode, newName, sigma)))
             return false;
         mode = ImportMode::Add;
     }

@@ -42,7 +42,7 @@ public:
 private:
     void performAll(const CommandLine& commandLine);
     bool load(const CommandLine& commandLine);
-    bool import();
+    bool import(const std::optional<SectionSigma>& sigma);
     void startRecording(const QString& path);
     bool perform(const DeskRun& run);
     void writePages(const QString& folder);

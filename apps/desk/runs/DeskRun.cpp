@@ -47,13 +47,14 @@ std::optional<int> getOtherImport(int importType)
 } // namespace
 
 DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources, ImportMode mode,
-                   const QString& projectName)
+                   const QString& projectName, const std::optional<SectionSigma>& sigma)
 {
     DeskRun run;
+    const ImportSettings settings{document.getLevellingClass(), sigma};
     run.protocolType = sources.front().format ? enums::ImportTemplate : enums::Import;
     const auto replaced = std::make_shared<std::optional<NetworkItems>>();
     const auto windowThread = std::make_shared<ThreadCall>();
-    run.function = [&document, sources, mode, type = run.protocolType, replaced, windowThread,
+    run.function = [&document, sources, mode, settings, type = run.protocolType, replaced, windowThread,
                     known = document.shareSnapshot(), nextId = document.getNextId(),
                     failure = run.failure](qor::IProcessMonitor& monitor) {
         const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
@@ -72,9 +73,10 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
             });
             return isTaken ? snapshot : nullptr;
         };
-        *failure = RunFailure::make(
-            RunFailure::Kind::Refused,
-            runImport(monitor, sources, mode == ImportMode::Add ? *known : NetworkSnapshot(), takeNetwork));
+        *failure =
+            RunFailure::make(RunFailure::Kind::Refused,
+                             runImport(monitor, sources, mode == ImportMode::Add ? *known : NetworkSnapshot(),
+                                       takeNetwork, settings));
     };
     // The links of the run's lines name the project.
     const Document::Origin origin = document.getOrigin();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/ImportSource.h"
 #include "host/process/IProcessMonitor.h"
 
@@ -54,8 +55,10 @@ namespace runs {
 /// Import of networks from files, which all have a template or none has. The project that it makes gets the
 /// name, and has no file yet; with an empty name it is still the project that it was, with another network.
 /// If one of the files gives no network, nothing changes.
+///
+/// @param sigma  of the sections of levels' files; else the document's levelling class sets it
 DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources, ImportMode mode,
-                   const QString& projectName);
+                   const QString& projectName, const std::optional<SectionSigma>& sigma = std::nullopt);
 DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);

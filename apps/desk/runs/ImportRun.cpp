@@ -3,6 +3,8 @@
 #include "apps/common/InputFile.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StandardStreams.h"
+#include "apps/desk/runs/FileLines.h"
+#include "apps/desk/runs/LevelLines.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/ProblemTexts.h"
 #include "apps/desk/runs/RunLines.h"
@@ -11,6 +13,9 @@
 #include "apps/desk/templates/TemplateTexts.h"
 #include "formats/FileKind.h"
 #include "levelling/GkfReader.h"
+#include "levelling/GsiLevelReader.h"
+#include "levelling/HeldPoints.h"
+#include "levelling/M5LevelReader.h"
 #include "levelling/NetworkMerge.h"
 #include "levelling/TemplateReader.h"
 #include "tacheometry/GsiTotalStationReader.h"
@@ -44,6 +49,14 @@ int countNamedPoints(ProblemKind kind)
     case ProblemKind::ObservedHeightMissing:
     case ProblemKind::PointSigmaUnusable:
     case ProblemKind::CoordinateUnusable:
+    case ProblemKind::ReadingUnusable:
+    case ProblemKind::ReadingOutsideLine:
+    case ProblemKind::RecordMarked:
+    case ProblemKind::StationWithoutBack:
+    case ProblemKind::StationWithoutFore:
+    case ProblemKind::StationSameEnds:
+    case ProblemKind::SightWithoutStation:
+    case ProblemKind::NumberEndsLine:
         return 1;
     case ProblemKind::SectionWithoutPoint:
     case ProblemKind::SectionSameEnds:
@@ -57,42 +70,24 @@ int countNamedPoints(ProblemKind kind)
     case ProblemKind::RowWithoutWeight:
     case ProblemKind::StationsUnusable:
     case ProblemKind::SectionTooSteep:
+    case ProblemKind::StationSecondMissing:
+    case ProblemKind::StationRepeated:
+    case ProblemKind::LineInterrupted:
         return 2;
     default:
         return 0;
     }
 }
 
-/// Writes the lines about one file. Where there are several, each names its own.
-class FileLines
-{
-public:
-    FileLines(RunLines& runLines, const QString& fileName) : lines(runLines)
-    {
-        if (!fileName.isEmpty())
-            prefix = RunLines::escape(fileName) + QStringLiteral(": ");
-    }
-
-    void error(const QString& text) { lines.error(prefix + text); }
-    void warning(const QString& text) { lines.warning(prefix + text); }
-    void message(const QString& text) { lines.message(prefix + text); }
-    RunLines& get() { return lines; }
-
-private:
-    RunLines& lines;
-    QString prefix;
-};
-
 /// Writes the problems of a file, the items in them as links.
 class ProblemWriter
 {
 public:
-    ProblemWriter(FileLines& fileLines, const levelling::Network& network) : lines(fileLines)
-    {
-        int index = 0;
-        for (const levelling::Point& point : network.points)
-            indexOfPoint.insert(point.id, index++);
-    }
+    /// @param pointIndices  of the network's points by their names
+    ProblemWriter(FileLines& fileLines, const QHash<QString, int>& pointIndices)
+        : lines(fileLines)
+        , indexOfPoint(pointIndices)
+    {}
 
     void write(const Problem& problem)
     {
@@ -117,7 +112,7 @@ private:
     }
 
     FileLines& lines;
-    QHash<QString, int> indexOfPoint;
+    const QHash<QString, int>& indexOfPoint;
 };
 
 /// What one of the files gave.
@@ -130,28 +125,83 @@ struct ReadFile
     std::vector<Problem> problems;
     std::optional<levelling::TableCounts> counts; ///< of the rows of a text file
     std::optional<tacheometry::FieldBookReading> survey;
+    formats::FileKind kind = formats::FileKind::Unknown;
+    levelling::LevelBookFindings level; ///< of a level's file
     levelling::NetworkAddition addition;
 };
 
-bool isTotalStation(formats::FileKind kind)
+bool isLevelFile(const ReadFile& file)
 {
-    return kind == formats::FileKind::GsiTotalStation || kind == formats::FileKind::M5TotalStation;
+    return file.kind == formats::FileKind::GsiLevel || file.kind == formats::FileKind::M5Level ||
+           file.kind == formats::FileKind::RecLevel;
 }
 
-void readSurvey(QFile& input, formats::FileKind kind, const std::function<bool()>& isStopped, ReadFile& file)
+levelling::LevelSettings makeLevelSettings(const ImportSettings& settings, const QString& fileName)
 {
-    file.survey = kind == formats::FileKind::GsiTotalStation
+    levelling::LevelSettings made;
+    if (settings.sigma) {
+        made.sigmaConstant = settings.sigma->constant;
+        made.sigmaPerKilometre = settings.sigma->perKilometre;
+    } else {
+        made.sigmaPerKilometre = getSigmaPerKilometre(settings.levellingClass);
+    }
+    made.readingLimit = getReadingLimit(settings.levellingClass);
+    made.sourceName = fileName;
+    return made;
+}
+
+void take(levelling::GkfResult&& result, ReadFile& file)
+{
+    file.isStopped = result.isStopped;
+    file.fatal = std::move(result.fatal);
+    file.network = std::move(result.network);
+    file.problems = std::move(result.problems);
+}
+
+void take(levelling::LevelResult&& result, ReadFile& file)
+{
+    take(std::move(result.file), file);
+    file.level = std::move(result.findings);
+}
+
+void readSurvey(QFile& input, const std::function<bool()>& isStopped, ReadFile& file)
+{
+    file.survey = file.kind == formats::FileKind::GsiTotalStation
                       ? tacheometry::gsitotalstation::read(input, isStopped)
                       : tacheometry::m5totalstation::read(input, isStopped);
     file.isStopped = file.survey->isStopped;
-    if (input.error() != QFileDevice::NoError)
-        file.fatal =
-            Problem{ProblemKind::FileNotReadable, levelling::Severity::Fatal, 0, {input.errorString()}};
     file.network = makeSurveyNetwork(*file.survey);
 }
 
+/// Reads a file that tells what it is.
+void readKnownKind(QFile& input, const levelling::LevelSettings& levelSettings,
+                   const std::function<bool()>& isStopped, ReadFile& file)
+{
+    file.kind = formats::recognise(input);
+    switch (file.kind) {
+    case formats::FileKind::Xml:
+        take(levelling::GkfReader::read(input, isStopped), file);
+        break;
+    case formats::FileKind::GsiLevel:
+        take(levelling::gsilevelreader::read(input, levelSettings, isStopped), file);
+        break;
+    case formats::FileKind::M5Level:
+        take(levelling::m5levelreader::readM5(input, levelSettings, isStopped), file);
+        break;
+    case formats::FileKind::RecLevel:
+        take(levelling::m5levelreader::readRec(input, levelSettings, isStopped), file);
+        break;
+    case formats::FileKind::GsiTotalStation:
+    case formats::FileKind::M5TotalStation:
+        readSurvey(input, isStopped, file);
+        break;
+    case formats::FileKind::Unknown:
+        file.fatal = Problem{ProblemKind::UnknownFormat, levelling::Severity::Fatal, 0, {}};
+    }
+}
+
 ReadFile readFile(const ImportSource& source, const levelling::Parameters& parameters,
-                  const qor::IProcessMonitor& monitor)
+                  const ImportSettings& settings, const qor::IProcessMonitor& monitor)
 {
     const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
     apps::InputFile input(source.filePath);
@@ -169,16 +219,13 @@ ReadFile readFile(const ImportSource& source, const levelling::Parameters& param
         file.network = std::move(result.network);
         file.problems = std::move(result.problems);
         file.counts = std::move(result.counts);
-    } else if (const formats::FileKind kind =
-                   input.isOpen() ? formats::recognise(input) : formats::FileKind::Unknown;
-               isTotalStation(kind)) {
-        readSurvey(input, kind, isStopped, file);
     } else {
-        levelling::GkfResult result = levelling::GkfReader::readFile(input, isStopped);
-        file.isStopped = result.isStopped;
-        file.fatal = std::move(result.fatal);
-        file.network = std::move(result.network);
-        file.problems = std::move(result.problems);
+        if (input.isOpen())
+            readKnownKind(input, makeLevelSettings(settings, QFileInfo(file.name).fileName()), isStopped,
+                          file);
+        if (input.error() != QFileDevice::NoError)
+            file.fatal =
+                Problem{ProblemKind::FileNotReadable, levelling::Severity::Fatal, 0, {input.errorString()}};
     }
     file.network.sources = QStringList(QFileInfo(file.name).fileName());
     return file;
@@ -325,6 +372,18 @@ void describeUnknownPoints(RunLines& lines, const levelling::Network& network)
         lines.message(Desk::tr("В сети только пункты. Добавьте к ней файлы с измерениями"));
 }
 
+/// Parts of the network without a height that levels have measured are held at one of their points.
+std::vector<int> holdLevelledParts(levelling::Network& network, const std::vector<ReadFile>& files)
+{
+    std::vector<bool> isLevelled(network.sections.size(), false);
+    for (const ReadFile& file : files) {
+        const auto first = isLevelled.begin() + static_cast<std::ptrdiff_t>(file.addition.firstSection);
+        if (isLevelFile(file))
+            std::fill_n(first, file.network.sections.size(), true);
+    }
+    return levelling::holdPartsWithoutDatum(network, isLevelled);
+}
+
 QString refuse(qor::IProcessMonitor& monitor, const ReadFile& file)
 {
     const NetworkSnapshot nothing;
@@ -338,13 +397,9 @@ QString refuse(qor::IProcessMonitor& monitor, const ReadFile& file)
 
 /// Writes what there is to say of the file of a total station. False if the run was stopped.
 bool describeSurvey(FileLines& lines, const tacheometry::FieldBookReading& reading,
-                    const levelling::Network& network)
+                    const QHash<QString, int>& indexOfPoint)
 {
     RunLines& runLines = lines.get();
-    QHash<QString, int> indexOfPoint;
-    int index = 0;
-    for (const levelling::Point& point : network.points)
-        indexOfPoint.insert(point.id, index++);
     std::size_t done = 0;
     for (const tacheometry::Problem& problem : reading.problems) {
         if (!runLines.isRunning())
@@ -368,32 +423,84 @@ bool describeSurvey(FileLines& lines, const tacheometry::FieldBookReading& readi
     return true;
 }
 
+QString describeKind(formats::FileKind kind)
+{
+    switch (kind) {
+    case formats::FileKind::GsiLevel:
+        return Desk::tr("Формат: GSI цифрового нивелира");
+    case formats::FileKind::M5Level:
+        return Desk::tr("Формат: M5 цифрового нивелира");
+    default:
+        return Desk::tr("Формат: REC_E цифрового нивелира");
+    }
+}
+
+void describeSigma(FileLines& lines, const ImportSettings& settings)
+{
+    if (!settings.sigma)
+        lines.message(Desk::tr("СКО секций приняты по классу нивелирования (%1): %2\u00A0мм·√L")
+                          .arg(describeClass(settings.levellingClass),
+                               numbers::shortest(getSigmaPerKilometre(settings.levellingClass))));
+    else
+        lines.message(Desk::tr("СКО секций заданы: √(%1² + %2²·L)\u00A0мм")
+                          .arg(numbers::shortest(settings.sigma->constant),
+                               numbers::shortest(settings.sigma->perKilometre)));
+}
+
+/// Writes the problems and the checks of the file, by their lines, and what it changes. False if the run was
+/// stopped.
+bool writeFindings(FileLines& lines, const QHash<QString, int>& indexOfPoint, LevelLines& levelLines,
+                   const ReadFile& file)
+{
+    ProblemWriter problemWriter(lines, indexOfPoint);
+    const std::vector<Problem>& problems = file.problems;
+    const std::vector<levelling::LevelCheck>& checks = file.level.checks;
+    const std::size_t all = problems.size() + checks.size() + file.addition.changes.size();
+    std::size_t problem = 0;
+    std::size_t check = 0;
+    while (problem + check < problems.size() + checks.size()) {
+        if (!lines.get().isRunning())
+            return false;
+        const bool isProblemNext = check == checks.size() || (problem < problems.size() &&
+                                                              problems[problem].line <= checks[check].line);
+        if (isProblemNext)
+            problemWriter.write(problems[problem++]);
+        else
+            levelLines.writeCheck(checks[check++]);
+        lines.get().setProgress(problem + check, all);
+    }
+    std::size_t done = problem + check;
+    for (const levelling::PointChange& change : file.addition.changes) {
+        if (!lines.get().isRunning())
+            return false;
+        describeChange(lines, change);
+        lines.get().setProgress(++done, all);
+    }
+    return true;
+}
+
 /// Writes what there is to say of a file. False if the run was stopped.
 bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& file,
-                  const levelling::Network& network)
+                  const QHash<QString, int>& indexOfPoint, const ImportSettings& settings)
 {
     RunLines& runLines = lines.get();
     runLines.service(Desk::tr("Файл: %1").arg(RunLines::escape(file.name)));
     if (source.format)
         describeTemplate(lines, *source.format);
-    ProblemWriter problemWriter(lines, network);
-    const std::size_t all = file.problems.size() + file.addition.changes.size();
-    std::size_t done = 0;
-    for (const Problem& problem : file.problems) {
-        if (!runLines.isRunning())
+    if (isLevelFile(file))
+        lines.message(describeKind(file.kind));
+    LevelLines levelLines(lines, file.level, file.network, indexOfPoint,
+                          static_cast<int>(file.addition.firstSection));
+    if (!writeFindings(lines, indexOfPoint, levelLines, file))
+        return false;
+    if (isLevelFile(file)) {
+        if (!levelLines.writeSummary(settings.levellingClass))
             return false;
-        problemWriter.write(problem);
-        runLines.setProgress(++done, all);
-    }
-    for (const levelling::PointChange& change : file.addition.changes) {
-        if (!runLines.isRunning())
-            return false;
-        describeChange(lines, change);
-        runLines.setProgress(++done, all);
+        describeSigma(lines, settings);
     }
     if (file.counts)
         describeRows(lines, *file.counts);
-    if (file.survey && !describeSurvey(lines, *file.survey, network))
+    if (file.survey && !describeSurvey(lines, *file.survey, indexOfPoint))
         return false;
     if (!file.survey)
         describeNetwork(lines, file.network);
@@ -416,14 +523,15 @@ std::shared_ptr<const tacheometry::FieldBook> addSetups(const tacheometry::Field
 } // namespace
 
 QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
-                  const NetworkSnapshot& base, const NetworkTaker& takeNetwork)
+                  const NetworkSnapshot& base, const NetworkTaker& takeNetwork,
+                  const ImportSettings& settings)
 {
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
     levelling::Network network = base.network;
     std::shared_ptr<const tacheometry::FieldBook> fieldBook = base.fieldBook;
     std::vector<ReadFile> files;
     for (const ImportSource& source : sources) {
-        ReadFile file = readFile(source, network.parameters, monitor);
+        ReadFile file = readFile(source, network.parameters, settings, monitor);
         if (file.isStopped)
             return QString();
         if (file.fatal || (file.survey && file.survey->fatal)) {
@@ -436,21 +544,31 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
         files.push_back(std::move(file));
     }
     monitor.finishCurrentStage();
+    const std::vector<int> heldPoints = holdLevelledParts(network, files);
     // The items must be there before lines link to them.
     const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(network, fieldBook);
     if (!snapshot)
         return QString();
 
     RunLines lines(monitor, *snapshot);
+    QHash<QString, int> indexOfPoint;
+    int index = 0;
+    for (const levelling::Point& point : snapshot->network.points)
+        indexOfPoint.insert(point.id, index++);
     bool hasTable = false;
     for (std::size_t i = 0; i < files.size(); ++i) {
         const QString prefix = files.size() > 1 ? files[i].network.sources.constFirst() : QString();
-        if (!describeFile(FileLines(lines, prefix), sources[i], files[i], snapshot->network))
+        if (!describeFile(FileLines(lines, prefix), sources[i], files[i], indexOfPoint, settings))
             return QString();
         hasTable = hasTable || sources[i].format;
     }
     if (hasTable)
         describeUnknownPoints(lines, snapshot->network);
+    if (!heldPoints.empty())
+        lines.warning(
+            Desk::tr("Высоты относительные, так как отметок реперов нет; отметка ноль у пунктов: %1. Введите "
+                     "отметки на приборе или добавьте их другим файлом")
+                .arg(lines.listPoints(heldPoints)));
     if (!snapshot->network.sections.empty() || snapshot->fieldBook->isEmpty())
         describeParameters(lines, snapshot->network);
     monitor.setPercentage(100);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkSnapshot.h"
 #include "apps/desk/runs/ImportSource.h"
 #include "host/process/IProcessMonitor.h"
@@ -8,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace orvel::desk {
 
@@ -16,13 +18,31 @@ namespace orvel::desk {
 using NetworkTaker = std::function<std::shared_ptr<const NetworkSnapshot>(
     const levelling::Network& network, std::shared_ptr<const tacheometry::FieldBook> fieldBook)>;
 
+/// A priori standard deviation of the sections of a level's file: sqrt(constant² + perKilometre² * length),
+/// mm.
+struct SectionSigma
+{
+    double constant = 0.0;
+    double perKilometre = 0.0;
+};
+
+/// What the files of instruments do not say themselves.
+struct ImportSettings
+{
+    /// Sets the tolerances, and the standard deviations if nobody has given them.
+    LevellingClass levellingClass = LevellingClass::IV;
+    std::optional<SectionSigma> sigma;
+};
+
 /// Reads levelling networks from files, adds them in their order to a network, and has the project take it.
 /// Every part of a file that was not used as it stands becomes a line that names the line number, and so does
-/// what a file changes about points that are there already.
+/// what a file changes about points that are there already. A file without a template is gama-local XML or
+/// that of a digital level (GSI, M5, REC_E), which its content tells.
 ///
 /// @param base  what the files are added to; an empty one for a network of them alone
 /// @return why a file gave no network, as plain text; empty if all did or if the run was stopped
 QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
-                  const NetworkSnapshot& base, const NetworkTaker& takeNetwork);
+                  const NetworkSnapshot& base, const NetworkTaker& takeNetwork,
+                  const ImportSettings& settings = {});
 
 } // namespace orvel::desk

@@ -51,6 +51,13 @@ QString failureReason(const Problem& problem)
         return Desk::tr("в <cov-mat> больше %1 чисел, файл не прочитан; разделите измерения на группы "
                         "<height-differences>")
             .arg(argument);
+    case ProblemKind::UnknownFormat:
+        return Desk::tr("формат не распознан: нужны gama-local XML (.gkf) или файл прибора, нивелира (GSI, "
+                        "M5, REC_E) или тахеометра (GSI, M5); текст со столбцами читается по шаблону");
+    case ProblemKind::TooManyStations:
+        return Desk::tr(
+                   "ходов, станций и замечаний к ним больше %1, файл не прочитан; разделите его на части")
+            .arg(argument);
     default:
         return Desk::tr("ошибка XML: %1").arg(argument);
     }
@@ -158,26 +165,46 @@ QString sentence(ProblemKind kind)
             "файл начинается меткой кодировки %1, он прочитан в ней, а не в кодировке шаблона %2");
     case ProblemKind::NoRows:
         return Desk::tr("в файле нет ни одной пригодной строки; проверьте разделитель и столбцы шаблона");
+    case ProblemKind::WordUnreadable:
+        return Desk::tr("слово «%1» не читается, пропущено");
+    case ProblemKind::LineUnreadable:
+        return Desk::tr("строка не похожа на запись прибора, пропущена");
+    case ProblemKind::ReadingUnusable:
+        return Desk::tr("пункт %1: непригодный отсчёт «%2», пропущен");
+    case ProblemKind::ReadingOutsideLine:
+        return Desk::tr(
+            "пункт %1: отсчёт «%2» не относится к ходу (отдельное измерение или вынос), пропущен");
+    case ProblemKind::RecordMarked:
+        return Desk::tr("пункт %1: запись помечена прибором как повторённая или ошибочная, пропущена");
+    case ProblemKind::LineWithoutStart:
+        return Desk::tr("отсчёты без начала хода, приняты за новый ход");
+    case ProblemKind::LineWithoutStations:
+        return Desk::tr("ход начат, но станций в нём нет");
+    case ProblemKind::MethodUnknown:
+        return Desk::tr("неизвестный порядок отсчётов «%1», отсчёты взяты по их словам");
+    case ProblemKind::InstrumentCheck:
+        return Desk::tr("поверка нивелира, её отсчёты в ход не входят");
+    case ProblemKind::StationWithoutBack:
+        return Desk::tr("станция с передней рейкой на %1 не имеет отсчёта назад, пропущена");
+    case ProblemKind::StationWithoutFore:
+        return Desk::tr("станция с задней рейкой на %1 не имеет отсчёта вперёд, пропущена");
+    case ProblemKind::StationSameEnds:
+        return Desk::tr("обе рейки станции на пункте %1, станция пропущена");
+    case ProblemKind::StationSecondMissing:
+        return Desk::tr("станция %1 – %2: нет второго отсчёта, превышение взято по имеющимся");
+    case ProblemKind::StationRepeated:
+        return Desk::tr("станция повторена, прежняя %1 – %2 (строка файла %3) не использована");
+    case ProblemKind::LineInterrupted:
+        return Desk::tr("разрыв хода: предыдущая станция кончается на %1, следующая начинается на %2");
+    case ProblemKind::SightWithoutStation:
+        return Desk::tr("промежуточная точка %1 без отсчёта назад пропущена");
+    case ProblemKind::DistancesMissing:
+        return Desk::tr("у станций без расстояний (%1 из %2) длина принята %3\u00A0м");
+    case ProblemKind::NumberEndsLine:
+        return Desk::tr("ход кончается или начинается на числе %1, которым названы и переходные точки других "
+                        "ходов; проверьте, один ли это пункт, и назовите марку иначе");
     case ProblemKind::UnknownFormat:
     case ProblemKind::TooManyStations:
-    case ProblemKind::WordUnreadable:
-    case ProblemKind::LineUnreadable:
-    case ProblemKind::ReadingUnusable:
-    case ProblemKind::ReadingOutsideLine:
-    case ProblemKind::RecordMarked:
-    case ProblemKind::LineWithoutStart:
-    case ProblemKind::LineWithoutStations:
-    case ProblemKind::MethodUnknown:
-    case ProblemKind::InstrumentCheck:
-    case ProblemKind::StationWithoutBack:
-    case ProblemKind::StationWithoutFore:
-    case ProblemKind::StationSameEnds:
-    case ProblemKind::StationSecondMissing:
-    case ProblemKind::StationRepeated:
-    case ProblemKind::LineInterrupted:
-    case ProblemKind::SightWithoutStation:
-    case ProblemKind::DistancesMissing:
-    case ProblemKind::NumberEndsLine:
     case ProblemKind::LineTooLong:
     case ProblemKind::FileNotReadable:
     case ProblemKind::MalformedXml:
