@@ -113,6 +113,7 @@ private:
             station = GivenPoint();
             orientation.reset();
             hasOpened = false;
+            isStationing = true;
         }
         for (const M5Value& value : record.values) {
             if (!value.type.isEmpty())
@@ -210,11 +211,13 @@ private:
         }
         if (isOffset)
             takeOffset(newOffset);
-        if (isPosition)
+        if (isPosition || (isStation(name) && !isSight && !isOffset))
             takePosition(name, position);
         if (isSight)
             takeSight(name, sight);
     }
+
+    static bool isStation(const PointName& name) { return name.code == QLatin1String("S"); }
 
     PointName readName(const QString& information) const
     {
@@ -261,7 +264,7 @@ private:
             position.y.reset();
         }
         const GivenPoint point{name.number, name.code, position, line};
-        if (name.code == QLatin1String("S")) {
+        if (isStation(name)) {
             if (!station.name.isEmpty())
                 openSetup();
             station = point;
@@ -293,6 +296,10 @@ private:
             return;
         }
         openSetup();
+        if (isStationing) {
+            builder.tell(ProblemKind::SightWithoutStation, Severity::Error, line, {name.number});
+            return;
+        }
         continueSetup();
         builder.addSight(sight);
         if (!builder.hasSetup() || builder.getSetup().sights.empty())
@@ -315,6 +322,7 @@ private:
             return;
         }
         hasOpened = true;
+        isStationing = false;
         Setup setup;
         setup.station = station.name;
         setup.instrumentHeight = instrumentHeight;
@@ -399,6 +407,8 @@ private:
     /// The set-up of the station has begun.
     bool hasOpened = false;
     bool hasPolarSights = false;
+    /// A station is being set up, and which one has not been said.
+    bool isStationing = false;
     std::vector<Sight> backsights;
     Offset offset;
     /// What coordinates in the next record belong to.

@@ -1410,14 +1410,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Writes the adjusted heights with their standard deviations as a CSV table, or the whole network with its measurements as a .gkf file, which other adjustment programs read. Reports — the catalogue of heights and the list of height differences with residuals — open from the menu Reports, ready to print.</translation>
     </message>
     <message>
-        <source>Уравненные высоты, таблица CSV</source>
-        <translation>Adjusted heights, CSV table</translation>
-    </message>
-    <message>
-        <source>уравненные высоты и их СКО</source>
-        <translation>adjusted heights with their standard deviations</translation>
-    </message>
-    <message>
         <source>Нивелирная сеть, gama-local</source>
         <translation>Levelling network, gama-local</translation>
     </message>
@@ -1612,10 +1604,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>От координат прибора отличаются больше допуска ещё %1 пунктов; проверьте постоянные прибора: призму, масштаб, проекцию</source>
         <translation>Another %1 points differ from the instrument&apos;s coordinates by more than the tolerance; check the settings of the instrument: prism, scale, projection</translation>
-    </message>
-    <message>
-        <source>нет расстояния</source>
-        <translation>no distance</translation>
     </message>
     <message>
         <source>нет горизонтального направления</source>
@@ -2032,6 +2020,42 @@ L in km (else the class sets it)</translation>
     <message>
         <source>ход кончается или начинается на числе %1, которым названы и переходные точки других ходов; проверьте, один ли это пункт, и назовите марку иначе</source>
         <translation>the line ends or begins at the number %1, which turning points of other lines have, too; check whether it is one point, and give the mark another name</translation>
+    </message>
+    <message>
+        <source>Высоты и координаты, таблица CSV</source>
+        <translation>Heights and coordinates, CSV table</translation>
+    </message>
+    <message>
+        <source>уравненные высоты и их СКО, координаты</source>
+        <translation>adjusted heights, their standard deviations, coordinates</translation>
+    </message>
+    <message>
+        <source>План в местной системе, GeoJSON</source>
+        <translation>Plan in local coordinates, GeoJSON</translation>
+    </message>
+    <message>
+        <source>пункты с координатами и секции для ГИС</source>
+        <translation>points with coordinates, and sections, for GIS</translation>
+    </message>
+    <message>
+        <source>План, чертёж DXF</source>
+        <translation>Plan, DXF drawing</translation>
+    </message>
+    <message>
+        <source>пункты, имена, высоты и секции для САПР</source>
+        <translation>points, names, heights and sections for CAD</translation>
+    </message>
+    <message>
+        <source>Экспортировать нечего: ни у одного пункта нет координат. Импортируйте координаты или выполните расчёт тахеометрии.</source>
+        <translation>Nothing to export: no point has coordinates. Import coordinates or compute the tacheometry.</translation>
+    </message>
+    <message>
+        <source>Не экспортировано пунктов без координат: %1 (%2)</source>
+        <translation>Points without coordinates, not exported: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>нет ни расстояния, ни координат для ориентирования по нему</source>
+        <translation>neither a distance, nor coordinates to orient by it</translation>
     </message>
 </context>
 <context>

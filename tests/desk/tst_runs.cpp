@@ -47,6 +47,7 @@ private Q_SLOTS:
     void stoppedRunsEndAtOnce();
     void importStopsWhileItReads();
     void itemsOfANetworkAreMadeUntilTheStop();
+    void exportWithCoordinates();
     void exportQuotesNames();
     void exportToMissingFolder();
     void networkExportTellsWhatItChanged();
@@ -438,14 +439,41 @@ void TestRuns::itemsOfANetworkAreMadeUntilTheStop()
     }
 }
 
+namespace {
+
+tacheometry::Position atHeight(double height)
+{
+    return {std::nullopt, std::nullopt, height};
+}
+
+} // namespace
+
+void TestRuns::exportWithCoordinates()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("points.csv"));
+    QCOMPARE(runExport(monitor,
+                       {{QStringLiteral("A"), 1, {1000.25, -20.5, 150.0}, 0.5},
+                        {QStringLiteral("=B"), 2, {0.0, 1.00004, std::nullopt}, std::nullopt},
+                        {QStringLiteral("C"), 3, atHeight(12.0), 2.0},
+                        {QStringLiteral("D"), 4, {}, std::nullopt}},
+                       false, path),
+             QString());
+    QCOMPARE(readFile(path), QByteArray("point,x_m,y_m,height_m,sigma_mm\n"
+                                        "A,1000.2500,-20.5000,150.00000,0.500\n"
+                                        "'=B,0.0000,1.0000,,\n"
+                                        "C,,,12.00000,2.000\n"));
+    QVERIFY(has("warning:Пункт [4:D] не экспортирован: его высота не определена"));
+}
+
 void TestRuns::exportQuotesNames()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("heights.csv"));
     QCOMPARE(runExport(monitor,
-                       {{QStringLiteral("a,b"), 1, 1.5, 0.5},
-                        {QStringLiteral("say \"x\""), 2, -1.0, 2.0},
-                        {QStringLiteral("none"), 3, std::nullopt, 0.0}},
+                       {{QStringLiteral("a,b"), 1, atHeight(1.5), 0.5},
+                        {QStringLiteral("say \"x\""), 2, atHeight(-1.0), 2.0},
+                        {QStringLiteral("none"), 3, {}, std::nullopt}},
                        true, path),
              QString());
     QCOMPARE(readFile(path), QByteArray("point,height_m,sigma_mm\n"
@@ -456,8 +484,8 @@ void TestRuns::exportQuotesNames()
 
 void TestRuns::exportToMissingFolder()
 {
-    const QString failure =
-        runExport(monitor, {{QStringLiteral("A"), 1, 1.5, 0.5}}, true, QStringLiteral("/no/such/folder.csv"));
+    const QString failure = runExport(monitor, {{QStringLiteral("A"), 1, atHeight(1.5), 0.5}}, true,
+                                      QStringLiteral("/no/such/folder.csv"));
     QVERIFY(failure.contains(QStringLiteral("/no/such/folder.csv")));
     QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
 }

@@ -17,6 +17,7 @@ class TestM5TotalStationReader : public QObject
 
 private Q_SLOTS:
     void stationIsSetUpAndOriented();
+    void stationMayHaveNoCoordinates();
     void directionsBeforeTheOrientationAreTurned();
     void heightsHoldUntilTheyChange();
     void otherInstrumentHeightIsAnotherSetup();
@@ -80,6 +81,19 @@ void TestM5TotalStationReader::stationIsSetUpAndOriented()
     QCOMPARE(*reading.points[1].position.x, 100.0);
     QCOMPARE(*reading.points[1].position.y, 0.0);
     QCOMPARE(*reading.points[1].position.height, 50.0);
+}
+
+void TestM5TotalStationReader::stationMayHaveNoCoordinates()
+{
+    const FieldBookReading reading =
+        readM5(makeStation() + m5Point("7", "101", kSight) + m5Record("TI", " KN STAT") +
+               m5Point("S", "9", {}) + m5Point("7", "102", kSight));
+    QCOMPARE(describe(reading.problems), QStringList());
+    QCOMPARE(reading.book.setups.size(), std::size_t(2));
+    QCOMPARE(reading.book.setups[1].station, QStringLiteral("9"));
+    QVERIFY(!reading.book.setups[1].orientation);
+    QCOMPARE(reading.book.setups[1].sights[0].point, QStringLiteral("102"));
+    QCOMPARE(reading.points.size(), std::size_t(2));
 }
 
 void TestM5TotalStationReader::directionsBeforeTheOrientationAreTurned()
@@ -233,6 +247,8 @@ void TestM5TotalStationReader::whatCannotBeUsedIsTold_data()
         << m5Point("7", "102", kSight) + good << describeProblem(1, Kind::SightWithoutStation, "102");
     QTest::newRow("oriented without a station") << m5Record("TI", " KN STAT") + m5Point("A", "10", kSight)
                                                 << describeProblem(2, Kind::SightWithoutStation, "10");
+    QTest::newRow("set up nowhere") << good + m5Record("TI", " KN STAT") + m5Point("7", "102", kSight)
+                                    << describeProblem(10, Kind::SightWithoutStation, "102");
     QTest::newRow("nothing") << m5Record("TI", " KN STAT") << describeProblem(0, Kind::NothingUsable);
 }
 

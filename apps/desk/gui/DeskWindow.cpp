@@ -444,8 +444,7 @@ void DeskWindow::perform(DeskActions::Command command)
         importFile(filedialogs::chooseNetwork(this));
         break;
     case Command::Export:
-        exportFile(
-            filedialogs::chooseExportTarget(this, document->getProject().getName(), document->hasResults()));
+        exportFile(filedialogs::chooseExportTarget(this, *document));
         break;
     case Command::Quit:
         close();

@@ -1,6 +1,7 @@
 #include "apps/desk/gui/FileDialogs.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/Document.h"
 #include "apps/desk/document/StoredProject.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/runs/ExportFormats.h"
@@ -66,12 +67,12 @@ QString chooseProjectTarget(QWidget* parent, const QString& projectName)
     return path;
 }
 
-QString chooseExportTarget(QWidget* parent, const QString& projectName, bool hasResults)
+QString chooseExportTarget(QWidget* parent, const Document& document)
 {
     QStringList suffixes;
     QStringList filters;
     for (const ExportFormat& format : exportformats::getFormats()) {
-        if (format.needsResults && !hasResults)
+        if (format.isAvailable && !format.isAvailable(document))
             continue;
         suffixes.append(format.suffix);
         filters.append(QStringLiteral("%1 (*.%2)").arg(format.title, format.suffix));
@@ -80,7 +81,7 @@ QString chooseExportTarget(QWidget* parent, const QString& projectName, bool has
                        filters.join(QStringLiteral(";;")));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(suffixes.constFirst());
-    dialog.selectFile(suggestPath(projectName, suffixes.constFirst()));
+    dialog.selectFile(suggestPath(document.getProject().getName(), suffixes.constFirst()));
     // The suffix decides what is written, so it follows the choice of a format.
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
         const QString suffix = suffixes.value(filters.indexOf(filter));

@@ -6,6 +6,8 @@ class QWidget;
 
 namespace orvel::desk {
 
+class Document;
+
 /// Dialogs that let the user choose a file. Each gives an empty path if the user gave up.
 namespace filedialogs {
 
@@ -18,9 +20,8 @@ QString chooseNetwork(QWidget* parent);
 /// Where to save the project; with its suffix.
 QString chooseProjectTarget(QWidget* parent, const QString& projectName);
 /// Where to export, with the suffix of the chosen format.
-/// @param hasResults whether there are adjusted heights; without them the first format that needs none is
-///                   offered
-QString chooseExportTarget(QWidget* parent, const QString& projectName, bool hasResults);
+/// @param document  what is to be exported: only formats that have something of it are offered
+QString chooseExportTarget(QWidget* parent, const Document& document);
 
 } // namespace filedialogs
 

@@ -3,12 +3,14 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/runs/AdjustRun.h"
 #include "apps/desk/runs/CompileRun.h"
 #include "apps/desk/runs/ExportRun.h"
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/NetworkExportRun.h"
+#include "apps/desk/runs/PlanExportRun.h"
 #include "apps/desk/runs/RunLines.h"
 #include "apps/desk/runs/TacheometryRun.h"
 #include "apps/desk/runs/ThreadCall.h"
@@ -153,9 +155,12 @@ DeskRun makeHeightExport(const Document& document, const QString& filePath)
 {
     std::vector<ExportedHeight> heights;
     for (const LevellingPoint* point : document.getPoints()) {
-        ExportedHeight height{point->getName(), point->getId(), std::nullopt, 0.0};
+        ExportedHeight height{point->getName(), point->getId(), point->getPosition(), std::nullopt};
+        // Without coordinates only what the adjustment gave is a height to be exported.
+        if (!height.position.hasPlan())
+            height.position.height.reset();
         if (const auto& result = point->getResult()) {
-            height.height = result->height;
+            height.position.height = result->height;
             height.sigma = result->sigma;
         }
         heights.push_back(height);
@@ -183,6 +188,63 @@ DeskRun makeNetworkExport(const Document& document, const QString& filePath)
             RunFailure::make(RunFailure::Kind::Refused, runNetworkExport(monitor, *snapshot, filePath));
     };
     return run;
+}
+
+namespace {
+
+/// What of the document has coordinates, and the points that have none, by their indices.
+Plan makePlan(const Document& document, std::vector<int>& withoutPlace)
+{
+    Plan plan;
+    std::vector<int> placeOfPoint;
+    for (const LevellingPoint* point : document.getPoints()) {
+        const tacheometry::Position position = point->getPosition();
+        if (!position.hasPlan()) {
+            withoutPlace.push_back(static_cast<int>(placeOfPoint.size()));
+            placeOfPoint.push_back(-1);
+            continue;
+        }
+        placeOfPoint.push_back(static_cast<int>(plan.points.size()));
+        PlanPoint planned{point->getName(), point->getPoint().hasPlan(), position, std::nullopt};
+        if (point->getResult())
+            planned.sigma = point->getResult()->sigma;
+        plan.points.push_back(planned);
+    }
+    for (const LevellingSection* section : document.getSections()) {
+        const levelling::Section& measured = section->getSection();
+        const int from = placeOfPoint[static_cast<std::size_t>(measured.from)];
+        const int to = placeOfPoint[static_cast<std::size_t>(measured.to)];
+        if (from >= 0 && to >= 0)
+            plan.sections.push_back({section->getName(), from, to, measured.difference, measured.distance});
+    }
+    return plan;
+}
+
+DeskRun makePlanExport(const Document& document, const QString& filePath, QByteArray (*toBytes)(const Plan&))
+{
+    DeskRun run;
+    run.protocolType = enums::Export;
+    std::vector<int> withoutPlace;
+    const auto plan = std::make_shared<const Plan>(makePlan(document, withoutPlace));
+    run.function = [snapshot = document.shareSnapshot(), plan, withoutPlace, toBytes, filePath,
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure =
+            RunFailure::make(RunFailure::Kind::Refused,
+                             runPlanExport(monitor, *snapshot, *plan, toBytes, withoutPlace, filePath));
+    };
+    return run;
+}
+
+} // namespace
+
+DeskRun makeGeoJsonExport(const Document& document, const QString& filePath)
+{
+    return makePlanExport(document, filePath, planexport::toGeoJson);
+}
+
+DeskRun makeDxfExport(const Document& document, const QString& filePath)
+{
+    return makePlanExport(document, filePath, planexport::toDxf);
 }
 
 DeskRun makeRefusedExport(const QString& failure)

@@ -66,7 +66,10 @@ DeskRun makeTacheometry(Document& document);
 /// Export in the format that the file's suffix names, see ExportFormats; for an unknown one a run that says
 /// so.
 DeskRun makeExport(const Document& document, const QString& filePath);
-/// Export of the adjusted heights as CSV.
+/// Export of the plan, points with coordinates and sections between them, as GeoJSON or as a DXF drawing.
+DeskRun makeGeoJsonExport(const Document& document, const QString& filePath);
+DeskRun makeDxfExport(const Document& document, const QString& filePath);
+/// Export of the adjusted heights, and of coordinates where there are some, as CSV.
 DeskRun makeHeightExport(const Document& document, const QString& filePath);
 /// Export of the network as a gama-local file.
 DeskRun makeNetworkExport(const Document& document, const QString& filePath);

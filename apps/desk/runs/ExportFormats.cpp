@@ -1,6 +1,7 @@
 #include "apps/desk/runs/ExportFormats.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/Document.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -11,13 +12,31 @@ namespace orvel::desk {
 
 namespace exportformats {
 
+namespace {
+
+bool hasCoordinates(const Document& document)
+{
+    return document.hasCoordinates();
+}
+
+bool hasHeightsOrCoordinates(const Document& document)
+{
+    return document.hasResults() || document.hasCoordinates();
+}
+
+} // namespace
+
 std::vector<ExportFormat> getFormats()
 {
     return {
-        {QStringLiteral("csv"), Desk::tr("Уравненные высоты, таблица CSV"),
-         Desk::tr("уравненные высоты и их СКО"), true, runs::makeHeightExport},
+        {QStringLiteral("csv"), Desk::tr("Высоты и координаты, таблица CSV"),
+         Desk::tr("уравненные высоты и их СКО, координаты"), hasHeightsOrCoordinates, runs::makeHeightExport},
         {QStringLiteral("gkf"), Desk::tr("Нивелирная сеть, gama-local"),
-         Desk::tr("сеть с измерениями для другой программы уравнивания"), false, runs::makeNetworkExport},
+         Desk::tr("сеть с измерениями для другой программы уравнивания"), nullptr, runs::makeNetworkExport},
+        {QStringLiteral("geojson"), Desk::tr("План в местной системе, GeoJSON"),
+         Desk::tr("пункты с координатами и секции для ГИС"), hasCoordinates, runs::makeGeoJsonExport},
+        {QStringLiteral("dxf"), Desk::tr("План, чертёж DXF"),
+         Desk::tr("пункты, имена, высоты и секции для САПР"), hasCoordinates, runs::makeDxfExport},
     };
 }
 

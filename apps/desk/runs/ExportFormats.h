@@ -15,8 +15,8 @@ struct ExportFormat
     QString suffix;     ///< lower case, without the dot
     QString title;      ///< what the file holds, for file dialogs
     QString optionText; ///< the same behind its suffix in --help
-    /// Whether there is something to export only after an adjustment.
-    bool needsResults = false;
+    /// Whether there is something to export; null if any network will do.
+    bool (*isAvailable)(const Document& document) = nullptr;
     DeskRun (*make)(const Document& document, const QString& filePath) = nullptr;
 };
 

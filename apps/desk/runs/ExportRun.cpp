@@ -28,14 +28,27 @@ QString toField(const QString& text)
     return QLatin1Char('"') + doubled + QLatin1Char('"');
 }
 
+/// A number; nothing if it is not known.
+QString toField(const std::optional<double>& number, int decimals)
+{
+    return number ? numbers::plain(*number, decimals) : QString();
+}
+
 QByteArray toCsv(const std::vector<ExportedHeight>& heights)
 {
-    QString csv = QStringLiteral("point,height_m,sigma_mm\n");
+    const bool hasPlan = std::any_of(heights.begin(), heights.end(),
+                                     [](const ExportedHeight& height) { return height.position.hasPlan(); });
+    QString csv = hasPlan ? QStringLiteral("point,x_m,y_m,height_m,sigma_mm\n")
+                          : QStringLiteral("point,height_m,sigma_mm\n");
     for (const ExportedHeight& height : heights) {
-        if (height.height)
-            csv += QStringLiteral("%1,%2,%3\n")
-                       .arg(toField(spreadsheet::guard(height.point)), numbers::plain(*height.height, 5),
-                            numbers::plain(height.sigma, 3));
+        if (!height.isKnown())
+            continue;
+        csv += toField(spreadsheet::guard(height.point)) + QLatin1Char(',');
+        if (hasPlan)
+            csv += toField(height.position.x, 4) + QLatin1Char(',') + toField(height.position.y, 4) +
+                   QLatin1Char(',');
+        csv += toField(height.position.height, 5) + QLatin1Char(',') + toField(height.sigma, 3) +
+               QLatin1Char('\n');
     }
     return csv.toUtf8();
 }
@@ -48,7 +61,7 @@ QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeigh
     const NetworkSnapshot noNetwork;
     RunLines lines(monitor, noNetwork);
     const auto count = std::count_if(heights.begin(), heights.end(),
-                                     [](const ExportedHeight& height) { return height.height.has_value(); });
+                                     [](const ExportedHeight& height) { return height.isKnown(); });
     if (count == 0) {
         const QString failure =
             wasAdjusted
@@ -66,7 +79,7 @@ QString runExport(qor::IProcessMonitor& monitor, const std::vector<ExportedHeigh
         return failure;
     }
     for (const ExportedHeight& height : heights) {
-        if (!height.height)
+        if (!height.isKnown())
             lines.warning(Desk::tr("Пункт %1 не экспортирован: его высота не определена")
                               .arg(QString::fromStdWString(monitor.getItemLink(
                                   height.id, RunLines::escape(height.point).toStdWString()))));

@@ -2,6 +2,7 @@
 
 #include "host/model/LongId.h"
 #include "host/process/IProcessMonitor.h"
+#include "tacheometry/FieldBook.h"
 
 #include <QString>
 
@@ -10,16 +11,19 @@
 
 namespace orvel::desk {
 
-/// A height to be exported.
+/// A point whose height, or coordinates, are to be exported.
 struct ExportedHeight
 {
     QString point;
     LONGID id = 0;
-    std::optional<double> height; ///< m; none if the adjustment could not determine it
-    double sigma = 0.0;           ///< mm
+    tacheometry::Position position; ///< what of it is known
+    std::optional<double> sigma;    ///< of an adjusted height, mm
+
+    bool isKnown() const { return position.height || position.hasPlan(); }
 };
 
-/// Writes adjusted heights as CSV (UTF-8) with the header "point,height_m,sigma_mm".
+/// Writes adjusted heights as CSV (UTF-8) with the header "point,height_m,sigma_mm"; where some point has
+/// coordinates, with "point,x_m,y_m,height_m,sigma_mm".
 ///
 /// @param wasAdjusted  whether an adjustment has run: it decides what is said when there are no heights
 /// @param filePath     "-" is the standard output

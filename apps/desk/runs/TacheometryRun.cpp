@@ -42,7 +42,7 @@ QString toMillimetres(double metres)
     return numbers::fixed(metres * kMillimetres, 0);
 }
 
-/// Something over its limit, to be told in the order of the excess.
+/// A value beside its limit, to be told in the order of the excess.
 struct Finding
 {
     double excess = 0.0; ///< value over limit
@@ -294,7 +294,7 @@ private:
                                 Desk::tr("%1, больше допуска %2\u00A0мм в плане или %3\u00A0мм по высоте")
                                     .arg(text, toMillimetres(limits.plan), toMillimetres(limits.height))});
         else
-            agreements.append(Desk::tr("%1, в допуске").arg(text));
+            agreements.push_back({excess, false, Desk::tr("%1, в допуске").arg(text)});
     }
 
     void checkRecorded()
@@ -325,11 +325,16 @@ private:
                            .arg(QString::number(over.size() - named)));
     }
 
-    void writeFindings()
+    static void sortByExcess(std::vector<Finding>& list)
     {
-        std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+        std::stable_sort(list.begin(), list.end(), [](const Finding& a, const Finding& b) {
             return a.isError != b.isError ? a.isError : a.excess > b.excess;
         });
+    }
+
+    void writeFindings()
+    {
+        sortByExcess(findings);
         for (const Finding& finding : findings) {
             if (!lines.isRunning())
                 return;
@@ -344,7 +349,7 @@ private:
     {
         switch (failure) {
         case SightFailure::NoDistance:
-            return Desk::tr("нет расстояния");
+            return Desk::tr("нет ни расстояния, ни координат для ориентирования по нему");
         case SightFailure::NoDirection:
             return Desk::tr("нет горизонтального направления");
         case SightFailure::NoZenith:
@@ -469,10 +474,11 @@ private:
 
     void writePoints()
     {
-        for (const QString& text : agreements) {
+        sortByExcess(agreements);
+        for (const Finding& agreement : agreements) {
             if (!lines.isRunning())
                 return;
-            lines.message(text);
+            lines.message(agreement.text);
         }
         std::size_t done = 0;
         for (const tacheometry::ComputedPoint& computed : result.points) {
@@ -495,7 +501,7 @@ private:
     QHash<QString, int> indexOfPoint;
     Computation result;
     std::vector<Finding> findings;
-    QStringList agreements;
+    std::vector<Finding> agreements;
 };
 
 } // namespace
