@@ -1,13 +1,13 @@
 #include "levelling/GkfReader.h"
 
 #include <QFile>
-#include <QThreadPool>
 
 #include <Eigen/Dense>
 
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <thread>
 #include <utility>
 
 namespace levelling {
@@ -244,16 +244,10 @@ void GkfReader::stop(ProblemKind kind, const QStringList& arguments)
 
 void GkfReader::dropAll()
 {
-    struct Dropped
-    {
-        GkfResult result;
-        QHash<QString, int> indexOfPoint;
-        QSet<QString> pointsWithRole;
-    };
     // Many names take a while to free, and whoever stops shall not wait for it.
-    const auto dropped = std::make_shared<Dropped>(
-        Dropped{std::move(result), std::move(indexOfPoint), std::move(pointsWithRole)});
-    QThreadPool::globalInstance()->start([dropped] { *dropped = Dropped(); });
+    std::thread([result = std::move(result), index = std::move(indexOfPoint),
+                 roles = std::move(pointsWithRole)] {
+    }).detach();
     result = GkfResult();
     result.isStopped = true;
 }

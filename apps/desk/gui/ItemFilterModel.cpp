@@ -2,12 +2,10 @@
 
 #include "apps/desk/gui/ItemColumns.h"
 
-#include <QThreadPool>
 #include <QTimer>
 
 #include <algorithm>
 #include <limits>
-#include <mutex>
 #include <numeric>
 
 namespace orvel::desk {
@@ -15,19 +13,11 @@ namespace orvel::desk {
 using tableorder::Value;
 using tableorder::Values;
 
-struct ItemFilterModel::Address
-{
-    std::mutex mutex;
-    ItemFilterModel* model = nullptr;
-};
-
 ItemFilterModel::ItemFilterModel(const Limits& tableLimits, QObject* parent)
     : QAbstractProxyModel(parent)
     , limits(tableLimits)
     , stepTimer(new QTimer(this))
-    , address(std::make_shared<Address>())
 {
-    address->model = this;
     stepTimer->setSingleShot(true);
     connect(stepTimer, &QTimer::timeout, this, [this] {
         rowsThisTurn = 0;
@@ -35,11 +25,7 @@ ItemFilterModel::ItemFilterModel(const Limits& tableLimits, QObject* parent)
     });
 }
 
-ItemFilterModel::~ItemFilterModel()
-{
-    const std::lock_guard<std::mutex> lock(address->mutex);
-    address->model = nullptr;
-}
+ItemFilterModel::~ItemFilterModel() = default;
 
 void ItemFilterModel::setSearchText(const QString& text)
 {
@@ -267,12 +253,10 @@ void ItemFilterModel::compute()
 {
     computing = true;
     const auto work = std::make_shared<Work>(makeWork());
-    QThreadPool::globalInstance()->start([work, receiver = address] {
+    computation = std::async(std::launch::async, [this, work] {
         work->rows = tableorder::arrange(work->task);
-        const std::lock_guard<std::mutex> lock(receiver->mutex);
-        if (ItemFilterModel* model = receiver->model)
-            QMetaObject::invokeMethod(
-                model, [model, work] { model->take(*work); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, work] { take(*work); }, Qt::QueuedConnection);
     });
 }
 

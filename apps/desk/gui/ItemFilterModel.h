@@ -5,6 +5,7 @@
 #include <QAbstractProxyModel>
 #include <QPersistentModelIndex>
 
+#include <future>
 #include <map>
 #include <memory>
 #include <set>
@@ -33,6 +34,7 @@ public:
 
     explicit ItemFilterModel(QObject* parent = nullptr) : ItemFilterModel(Limits(), parent) {}
     explicit ItemFilterModel(const Limits& tableLimits, QObject* parent = nullptr);
+    /// Waits for the other thread, if that computes.
     ~ItemFilterModel() override;
 
     /// Shows the items whose names or kinds hold all words of the text.
@@ -70,8 +72,6 @@ private:
         tableorder::Task task;
         std::vector<int> rows;
     };
-    /// Where another thread finds this model, as long as it is there.
-    struct Address;
 
     bool isImmediate() const;
     bool dependsOn(int firstColumn, int lastColumn) const;
@@ -117,11 +117,13 @@ private:
     bool computing = false; ///< in the other thread
     int rowsThisTurn = 0;   ///< that were sorted and searched since other events had a turn
     QTimer* const stepTimer;
-    const std::shared_ptr<Address> address;
 
     // While rows change.
     QModelIndexList indexesBefore;
     std::vector<QPersistentModelIndex> sourcesBefore;
+
+    // Last: whoever destroys the model waits for the other thread first.
+    std::future<void> computation;
 };
 
 } // namespace orvel::desk

@@ -15,9 +15,8 @@
 #include "apps/desk/runs/TacheometryRun.h"
 #include "apps/desk/runs/ThreadCall.h"
 
-#include <QThreadPool>
-
 #include <optional>
+#include <thread>
 
 namespace orvel::desk {
 
@@ -30,10 +29,8 @@ void destroyElsewhere(std::optional<NetworkItems>& items)
 {
     if (!items)
         return;
-    // A function may be copied, items may not.
-    const auto condemned = std::make_shared<NetworkItems>(std::move(*items));
+    std::thread([condemned = std::move(*items)] {}).detach();
     items.reset();
-    QThreadPool::globalInstance()->start([condemned] { *condemned = NetworkItems(); });
 }
 
 } // namespace
