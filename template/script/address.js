@@ -4,13 +4,14 @@ import { orders } from "./order.js";
 const pause = 250;
 let timer = 0;
 
-/** What an address names: a line, and filters if it tells any. */
+/** What an address names: a line by its id or by its text, and filters if it tells any. */
 export function readAddress({ hash } = location) {
   const fragment = hash.slice(1);
   if (!fragment.includes("=")) return { line: fragment };
   const values = new URLSearchParams(fragment);
   return {
     line: values.get("line") ?? "",
+    find: values.get("find") ?? "",
     filters: {
       search: values.get("q") ?? "",
       hidden: (values.get("hide") ?? "").split(",").filter((kind) => kinds.includes(kind)),

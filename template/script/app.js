@@ -11,7 +11,7 @@ import { highlight } from "./highlight.js";
 import { Ids } from "./ids.js";
 import { handleKey } from "./keys.js";
 import { matchApart } from "./expressions.js";
-import { foldedOf, kinds, linksOf, textOf, treeOf } from "./item.js";
+import { fold, foldedOf, kinds, linksOf, textOf, treeOf } from "./item.js";
 import { sizesOf } from "./numbers.js";
 import { makeFlatModel, sortRows } from "./order.js";
 import { readModel } from "./model.js";
@@ -72,7 +72,7 @@ export class App {
   // Start
 
   start() {
-    const { line, filters } = readAddress();
+    const { line, find, filters } = readAddress();
     this.filters.set(filters ?? { alike: this.settings.alike });
     if (line) this.ids.finish();
     this.filter();
@@ -81,7 +81,7 @@ export class App {
     this.tree.setCurrent(firstRow(this.model));
     if (!this.view.isPartlyLaidOut) this.draw(null);
     const first = this.model.lines.find((each) => each.kind === "error" && each.shown);
-    if (this.goToId(line)) return;
+    if (this.goToId(line) || this.goToText(find)) return;
     if (first && !isRestored) this.tree.goTo(first, { focus: false, middle: true });
     else this.draw(null);
   }
@@ -350,11 +350,21 @@ export class App {
     return Boolean(item);
   }
 
+  /** Goes to the first line that says that. */
+  goToText(text) {
+    const wanted = fold(text);
+    const item = text && this.model.lines.find((line) => foldedOf(line) === wanted);
+    if (item) this.reveal(item);
+    else if (text) this.controls.tell(say("lineGone"), goneTime);
+    return Boolean(item);
+  }
+
   addressChanged(address) {
-    const { line, filters } = readAddress(address);
+    const { line, find, filters } = readAddress(address);
     this.ids.finish();
     if (filters) this.setFilters(filters);
     this.goToId(line);
+    this.goToText(find);
   }
 
   turnTo(kind, step) {

@@ -170,6 +170,21 @@ describe("a link", () => {
     assert.match(await page.locator("#status").textContent(), /больше нет/);
     await page.context().close();
   });
+
+  test("by its text leads to the line, however long its blanks are", async () => {
+    const lines = [
+      { kind: "error", text: `Невязка ${linkTo(point(3))} равна 3 мм` },
+      { kind: "message", text: `Пункт ${linkTo(point(4))}: поправка 5\u00a0мм\nСКО 7 мм` },
+    ];
+    const address = pageOf("text", makeRun("flat", 0, lines));
+    const text = encodeURIComponent("Пункт Рп 4: поправка 5\u00a0мм СКО 7 мм");
+    const page = await open(browser, `${address}#find=${text}`);
+    const current = page.locator("#lines [tabindex='0']");
+    assert.match(await current.textContent(), /поправка 5/);
+    await page.evaluate(() => (location.hash = "#find=nothing"));
+    await page.waitForFunction(() => /больше нет/.test(document.querySelector("#status").textContent));
+    await page.context().close();
+  });
 });
 
 describe("two open pages", () => {
