@@ -100,10 +100,9 @@ bool TextTable::readRow(TableRow& row)
     row.cells.clear();
     row.line = lineNumber;
     replaceUnusable(line);
+    divide(line, row);
     if (lineNumber <= syntax.skipRows)
         row.kind = TableRow::Kind::Heading;
-    else
-        divide(line, row);
     return true;
 }
 

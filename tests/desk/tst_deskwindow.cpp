@@ -52,6 +52,9 @@ private Q_SLOTS:
     void stoppedImportGivesNetworkBack();
     void importIntoSavedProjectStartsAnother();
     void failedImportLeavesSavedProject();
+    void additionStaysInTheSavedProject();
+    void additionDropsResults();
+    void stoppedAdditionGivesNetworkBack();
     void changedFileIsNotWrittenOverUnasked_data();
     void changedFileIsNotWrittenOverUnasked();
     void lockedFileIsNotWritten();
@@ -63,6 +66,7 @@ private Q_SLOTS:
     void closingDuringRunAsks();
     void failedSaveSaysWhatToDo();
     void droppedNetworkIsImported();
+    void droppedFilesAreOneNetwork();
     void droppedProjectIsRequested();
     void droppedTextIsRefused();
     void recentFilesAreOffered();
@@ -230,6 +234,7 @@ void TestDeskWindow::importAsksBeforeReplacing_data()
     QTest::addColumn<QString>("button");
     QTest::addColumn<int>("pointCount");
     QTest::newRow("replace") << "Заменить" << 8;
+    QTest::newRow("add") << "Добавить" << 13;
     QTest::newRow("cancel") << "Отмена" << 5;
 }
 
@@ -240,8 +245,8 @@ void TestDeskWindow::importAsksBeforeReplacing()
     const Answer answer(button);
     window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
     QCOMPARE(answer.getQuestion(),
-             QStringLiteral("Заменить сеть проекта «two-benchmarks»? Результаты и протоколы "
-                            "обработки прежней сети будут потеряны."));
+             QStringLiteral("Заменить сеть проекта «two-benchmarks» или добавить к ней? Результаты и "
+                            "протоколы обработки прежней сети будут потеряны."));
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(int(window->getDocument().getPoints().size()), pointCount);
     // Links name the project, so it keeps its name.
@@ -286,6 +291,7 @@ void TestDeskWindow::importIntoSavedProjectStartsAnother()
     const QString path = desk->path(QStringLiteral("project.orvel"));
     QVERIFY(window->saveFile(path));
     const QByteArray saved = readFile(path);
+    const Answer answer(QStringLiteral("Заменить"));
     window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(int(window->getDocument().getPoints().size()), 8);
@@ -301,11 +307,50 @@ void TestDeskWindow::failedImportLeavesSavedProject()
 {
     const QString path = desk->path(QStringLiteral("project.orvel"));
     QVERIFY(window->saveFile(path));
+    const Answer answer(QStringLiteral("Заменить"));
     window->importFile(QStringLiteral("/no/such/network.gkf"));
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(window->getDocument().getProject().getFilePath(), path);
     QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*] (project.orvel)"));
     QVERIFY_EXCEPTION_THROWN(ProjectLock::take(path), qor::CFileException);
+}
+
+void TestDeskWindow::additionStaysInTheSavedProject()
+{
+    const QString path = desk->path(QStringLiteral("project.orvel"));
+    QVERIFY(window->saveFile(path));
+    const Answer answer(QStringLiteral("Добавить"));
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->getDocument().getProject().getFilePath(), path);
+    QVERIFY(window->isWindowModified());
+    QCOMPARE(window->getDocument().getSnapshot().network.sources,
+             QStringList({QStringLiteral("two-benchmarks.gkf"), QStringLiteral("one-benchmark.gkf")}));
+}
+
+void TestDeskWindow::additionDropsResults()
+{
+    run("Уравнивание");
+    const LONGID pointId = window->getDocument().getPoints()[2]->getId();
+    const Answer answer(QStringLiteral("Добавить"));
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->getDocument().getPoints()[2]->getId(), pointId);
+    QVERIFY(!window->getDocument().hasResults());
+    QCOMPARE(int(window->getDocument().getSummary().types.count(enums::Adjust)), 0);
+}
+
+void TestDeskWindow::stoppedAdditionGivesNetworkBack()
+{
+    run("Уравнивание");
+    connect(&window->getDocument(), &Document::networkReplaced, &window->getMonitor(),
+            &CProcessMonitor::stop);
+    const Answer answer(QStringLiteral("Добавить"));
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(window->getMonitor().wasInterrupted());
+    QCOMPARE(int(window->getDocument().getPoints().size()), 5);
+    QVERIFY(window->getDocument().hasResults());
 }
 
 void TestDeskWindow::changedFileIsNotWrittenOverUnasked_data()
@@ -515,6 +560,18 @@ void TestDeskWindow::droppedNetworkIsImported()
     QTRY_COMPARE(int(window->getDocument().getPoints().size()), 12);
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(window->windowTitle(), QStringLiteral("blunder[*]"));
+}
+
+void TestDeskWindow::droppedFilesAreOneNetwork()
+{
+    window = desk->makeWindow();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(samplePath(QStringLiteral("two-benchmarks.gkf"))),
+                  QUrl::fromLocalFile(samplePath(QStringLiteral("one-benchmark.gkf")))});
+    QVERIFY(drop(*window, data));
+    QTRY_COMPARE(int(window->getDocument().getPoints().size()), 13);
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*]"));
 }
 
 void TestDeskWindow::droppedProjectIsRequested()

@@ -89,7 +89,10 @@ void DeskActions::createFileMenu()
     menu->addSeparator();
     add(menu, Command::Import, Need::Idle, Desk::tr("&Импорт сети…"), makeIcon(Glyph::Import),
         QKeySequence(QStringLiteral("Ctrl+I")))
-        ->setStatusTip(Desk::tr("Прочитать нивелирную сеть (.gkf) или файл цифрового нивелира (GSI, M5)"));
+        ->setStatusTip(Desk::tr("Прочитать файлы .gkf, цифровых нивелиров и тахеометров (GSI, M5)"));
+    add(menu, Command::ImportTable, Need::Idle, Desk::tr("Импорт по ша&блону…"), makeIcon(Glyph::Import),
+        QKeySequence(QStringLiteral("Ctrl+Shift+I")))
+        ->setStatusTip(Desk::tr("Прочитать текстовый файл, выбрав, что в его столбцах"));
     add(menu, Command::Export, Need::Network, Desk::tr("&Экспорт…"), makeIcon(Glyph::Export),
         QKeySequence(QStringLiteral("Ctrl+E")))
         ->setStatusTip(Desk::tr("Записать уравненные высоты или сеть в файл"));

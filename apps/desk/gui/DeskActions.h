@@ -27,6 +27,7 @@ public:
         Save,
         SaveAs,
         Import,
+        ImportTable,
         Export,
         Quit,
         ShowMonitor,

@@ -18,6 +18,7 @@
 #include "apps/desk/gui/ProtocolList.h"
 #include "apps/desk/gui/Questions.h"
 #include "apps/desk/gui/RecentFiles.h"
+#include "apps/desk/gui/TemplateWizard.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/runs/RunKinds.h"
 #include "host/app/Application.h"
@@ -44,6 +45,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace orvel::desk {
 
@@ -52,14 +54,15 @@ namespace {
 // A window that may not be closed right now tries again after so long.
 constexpr std::chrono::milliseconds kCloseAgain(100);
 
-/// The file of a drag from a file manager, if it is one that the desk opens.
-QString findDroppedFile(const QMimeData& data)
+/// The files of a drag from a file manager.
+QStringList findDroppedFiles(const QMimeData& data)
 {
+    QStringList files;
     for (const QUrl& url : data.urls()) {
         if (url.isLocalFile())
-            return url.toLocalFile();
+            files.append(url.toLocalFile());
     }
-    return QString();
+    return files;
 }
 
 /// The pages that the viewer has made.
@@ -156,17 +159,81 @@ void DeskWindow::setRecordFile(const QString& path)
         monitor->setRecorder(recorder.get());
 }
 
-void DeskWindow::importFile(const QString& path)
+void DeskWindow::importFiles(const QStringList& paths)
 {
-    if (path.isEmpty() || isRunWorking())
+    QStringList tables;
+    std::vector<ImportSource> sources;
+    for (const QString& path : paths) {
+        if (filedialogs::isTableFile(path))
+            tables.append(path);
+        else if (!path.isEmpty())
+            sources.push_back({path, std::nullopt});
+    }
+    if (isRunWorking())
         return;
-    // A saved project stays what it is in its file: another network makes another project.
+    if (sources.empty()) {
+        if (!tables.isEmpty())
+            showTemplateWizard(tables);
+        return;
+    }
+    importSources(sources);
+    // Whoever gives up the one does not mean the other.
+    if (isRunWorking())
+        tablesToImport = tables;
+}
+
+void DeskWindow::showTemplateWizard(const QStringList& paths)
+{
+    auto* wizard = new TemplateWizard(paths, this);
+    wizard->setAttribute(Qt::WA_DeleteOnClose);
+    connect(wizard, &QDialog::accepted, this, [this, wizard] {
+        std::vector<ImportSource> sources;
+        for (const QString& path : wizard->getFiles())
+            sources.push_back({path, wizard->getFormat()});
+        // The wizard is gone before there are questions.
+        QMetaObject::invokeMethod(
+            this, [this, sources] { importSources(sources); }, Qt::QueuedConnection);
+    });
+    wizard->open();
+}
+
+void DeskWindow::importSources(const std::vector<ImportSource>& sources)
+{
+    if (isRunWorking())
+        return;
     const bool isSaved = !document->getProject().getFilePath().isEmpty();
-    if (isSaved ? !mayLoseChanges() : !mayReplaceNetwork())
+    const bool wasEmpty = document->isEmpty();
+    const std::optional<ImportMode> mode = chooseMode();
+    if (!mode)
         return;
-    recentfiles::add(path);
-    start(runs::makeImport(*document, {{path, std::nullopt}}, ImportMode::Replace,
-                           isSaved || document->isEmpty() ? QFileInfo(path).completeBaseName() : QString()));
+    for (const ImportSource& source : sources)
+        recentfiles::add(source.filePath);
+    // A saved project stays what it is in its file: another network makes another project.
+    const bool isOther = *mode == ImportMode::Replace && (isSaved || wasEmpty);
+    start(runs::makeImport(*document, sources, *mode,
+                           isOther ? QFileInfo(sources.front().filePath).completeBaseName() : QString()));
+}
+
+/// How files are imported, after the questions that this asks for; nothing if the user gave up.
+std::optional<ImportMode> DeskWindow::chooseMode()
+{
+    const bool isSaved = !document->getProject().getFilePath().isEmpty();
+    const auto replace = [&]() -> std::optional<ImportMode> {
+        if (isSaved && !mayLoseChanges())
+            return std::nullopt;
+        return ImportMode::Replace;
+    };
+    if (document->isEmpty())
+        return replace();
+    switch (questions::askToImport(this, document->getProject().getName())) {
+    case questions::Import::Replace:
+        return replace();
+    case questions::Import::Add:
+        return ImportMode::Add;
+    case questions::Import::Cancel:
+        break;
+    }
+    return std::nullopt;
 }
 
 void DeskWindow::exportFile(const QString& path)
@@ -227,11 +294,6 @@ bool DeskWindow::mayBeClosed()
         return false;
     // A run that still works is stopped first; this is asked again when it is over.
     return isRunWorking() || mayLoseChanges();
-}
-
-bool DeskWindow::mayReplaceNetwork()
-{
-    return document->isEmpty() || questions::mayReplaceNetwork(this, document->getProject().getName());
 }
 
 bool DeskWindow::mayLoseChanges()
@@ -353,19 +415,19 @@ void DeskWindow::closeEvent(QCloseEvent* event)
 
 void DeskWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!isRunWorking() && !findDroppedFile(*event->mimeData()).isEmpty())
+    if (!isRunWorking() && !findDroppedFiles(*event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void DeskWindow::dropEvent(QDropEvent* event)
 {
-    const QString path = findDroppedFile(*event->mimeData());
-    if (path.isEmpty() || isRunWorking())
+    const QStringList paths = findDroppedFiles(*event->mimeData());
+    if (paths.isEmpty() || isRunWorking())
         return;
     event->acceptProposedAction();
     // The file manager waits for the end of the drag: no questions before that.
     QMetaObject::invokeMethod(
-        this, [this, path] { openFile(path); }, Qt::QueuedConnection);
+        this, [this, paths] { openFiles(paths); }, Qt::QueuedConnection);
 }
 
 QWidget* DeskWindow::createCentralWidget()
@@ -441,7 +503,10 @@ void DeskWindow::perform(DeskActions::Command command)
         chooseAndSave();
         break;
     case Command::Import:
-        importFile(filedialogs::chooseNetwork(this));
+        importFiles(filedialogs::chooseNetworks(this));
+        break;
+    case Command::ImportTable:
+        showTemplateWizard({});
         break;
     case Command::Export:
         exportFile(filedialogs::chooseExportTarget(this, *document));
@@ -501,6 +566,16 @@ void DeskWindow::openFile(const QString& path)
         Q_EMIT openRequested(path);
 }
 
+/// Several files are one network; a project among them is opened, and nothing else.
+void DeskWindow::openFiles(const QStringList& paths)
+{
+    const auto project = std::find_if_not(paths.begin(), paths.end(), &filedialogs::isNetworkFile);
+    if (project != paths.end())
+        openFile(*project);
+    else
+        importFiles(paths);
+}
+
 void DeskWindow::start(const DeskRun& run)
 {
     if (isRunWorking() || !checkProtocol())
@@ -521,9 +596,13 @@ void DeskWindow::finishRun()
     else
         checkProtocol(monitor->getRun().protocolType);
     updateActions();
+    const QStringList tables = std::exchange(tablesToImport, QStringList());
     if (closeAfterRun) {
         closeAfterRun = false;
         close();
+    } else if (!tables.isEmpty() && !monitor->wasInterrupted() &&
+               monitor->getRun().failure->kind == RunFailure::Kind::None) {
+        showTemplateWizard(tables);
     }
 }
 

@@ -41,8 +41,12 @@ public:
     /// Has the runs from now on recorded.
     void setRecordFile(const QString& path);
 
-    /// Imports a network, after a question if that replaces one.
-    void importFile(const QString& path);
+    /// Imports files into one network, after a question if there is one already. Text files are imported by a
+    /// template, which a wizard asks for, behind the others.
+    void importFiles(const QStringList& paths);
+    void importFile(const QString& path) { importFiles({path}); }
+    /// Shows the wizard that makes a template for the files and imports them.
+    void showTemplateWizard(const QStringList& paths);
     void exportFile(const QString& path);
     /// False if the file could not be written; the user was told why.
     bool saveFile(const QString& path);
@@ -85,10 +89,12 @@ private:
     void showMonitor();
     void startSearch();
     void openFile(const QString& path);
+    void openFiles(const QStringList& paths);
 
     void start(const DeskRun& run);
     void finishRun();
-    bool mayReplaceNetwork();
+    void importSources(const std::vector<ImportSource>& sources);
+    std::optional<ImportMode> chooseMode();
     /// True if nothing is unsaved, or after it was saved or given up.
     bool mayLoseChanges();
     bool showPage(const std::function<void()>& show);
@@ -101,6 +107,7 @@ private:
     std::unique_ptr<JournalRecorder> recorder;
     std::unique_ptr<RunMonitor> monitor;
     bool closeAfterRun = false;
+    QStringList tablesToImport;   // behind the run at work
     std::map<int, QString> pages; ///< made of the lines as they are, by protocol type
 
     UriFollower uriFollower;

@@ -20,8 +20,20 @@ namespace {
 
 const QString kNetworkSuffix = QStringLiteral("gkf");
 // What the files of instruments are usually called; they are told by their content.
-const QString kFieldPatterns = QStringLiteral("*.gsi *.GSI *.m5 *.M5 *.dat *.DAT *.rec *.REC");
+const QString kFieldPatterns = QStringLiteral("*.gsi *.GSI *.m5 *.M5 *.dat *.DAT *.rec *.REC *.csv *.txt");
 const QString kProjectSuffix = QStringLiteral("orvel");
+const QStringList kTableSuffixes{QStringLiteral("csv"), QStringLiteral("txt"), QStringLiteral("tsv"),
+                                 QStringLiteral("tab"), QStringLiteral("prn"), QStringLiteral("asc")};
+
+/// What a regular file holds. A pipe would not give its beginning again.
+formats::FileKind recognise(const QString& path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return formats::FileKind::Unknown;
+    const QByteArray start = file.read(formats::kRecognisedSize);
+    return storedproject::isProject(start) ? formats::FileKind::Unknown : formats::recognise(start);
+}
 
 /// A file named like the project, where the user's files are.
 QString suggestPath(const QString& projectName, const QString& suffix)
@@ -33,28 +45,36 @@ QString suggestPath(const QString& projectName, const QString& suffix)
 
 bool isNetworkFile(const QString& path)
 {
-    if (QFileInfo(path).suffix().compare(kNetworkSuffix, Qt::CaseInsensitive) == 0)
-        return true;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray start = file.read(formats::kRecognisedSize);
-    return !storedproject::isProject(start) && formats::recognise(start) != formats::FileKind::Unknown;
+    return QFileInfo(path).suffix().compare(kNetworkSuffix, Qt::CaseInsensitive) == 0 ||
+           recognise(path) != formats::FileKind::Unknown || isTableFile(path);
+}
+
+bool isTableFile(const QString& path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return kTableSuffixes.contains(suffix) && recognise(path) == formats::FileKind::Unknown;
 }
 
 QString chooseFile(QWidget* parent)
 {
-    return QFileDialog::getOpenFileName(
-        parent, Desk::tr("Открыть проект или сеть"), recentfiles::getFolder(),
-        Desk::tr("Проекты, нивелирные сети и файлы приборов (*.%1 *.%2 %3);;Все файлы (*)")
-            .arg(kProjectSuffix, kNetworkSuffix, kFieldPatterns));
+    return QFileDialog::getOpenFileName(parent, Desk::tr("Открыть проект или измерения"),
+                                        recentfiles::getFolder(),
+                                        Desk::tr("Проекты и измерения (*.%1 *.%2 %3);;Все файлы (*)")
+                                            .arg(kProjectSuffix, kNetworkSuffix, kFieldPatterns));
 }
 
-QString chooseNetwork(QWidget* parent)
+QStringList chooseNetworks(QWidget* parent)
 {
-    return QFileDialog::getOpenFileName(parent, Desk::tr("Импорт нивелирной сети"), recentfiles::getFolder(),
-                                        Desk::tr("Нивелирные сети и файлы приборов (*.%1 %2);;Все файлы (*)")
-                                            .arg(kNetworkSuffix, kFieldPatterns));
+    return QFileDialog::getOpenFileNames(
+        parent, Desk::tr("Импорт измерений"), recentfiles::getFolder(),
+        Desk::tr("Файлы измерений (*.%1 %2);;Все файлы (*)").arg(kNetworkSuffix, kFieldPatterns));
+}
+
+QStringList chooseTables(QWidget* parent)
+{
+    return QFileDialog::getOpenFileNames(
+        parent, Desk::tr("Импорт по шаблону"), recentfiles::getFolder(),
+        Desk::tr("Текстовые файлы (*.%1);;Все файлы (*)").arg(kTableSuffixes.join(QStringLiteral(" *."))));
 }
 
 QString chooseProjectTarget(QWidget* parent, const QString& projectName)

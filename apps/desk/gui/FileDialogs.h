@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -11,12 +11,17 @@ class Document;
 /// Dialogs that let the user choose a file. Each gives an empty path if the user gave up.
 namespace filedialogs {
 
-/// Whether the desk imports the file, by its suffix or its content; it opens others as projects.
+/// Whether the desk imports the file, by what it holds; it opens others as projects.
 bool isNetworkFile(const QString& path);
+/// Whether the file is text that needs a template to be imported.
+bool isTableFile(const QString& path);
 
 /// A project or a network.
 QString chooseFile(QWidget* parent);
-QString chooseNetwork(QWidget* parent);
+/// Files to be imported, which may be text files, too.
+QStringList chooseNetworks(QWidget* parent);
+/// Text files to be imported by a template.
+QStringList chooseTables(QWidget* parent);
 /// Where to save the project; with its suffix.
 QString chooseProjectTarget(QWidget* parent, const QString& projectName);
 /// Where to export, with the suffix of the chosen format.

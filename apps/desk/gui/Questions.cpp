@@ -47,18 +47,22 @@ Overwrite askToOverwrite(QWidget* parent, const QString& path)
     return box.clickedButton() == elsewhereButton ? Overwrite::Elsewhere : Overwrite::No;
 }
 
-bool mayReplaceNetwork(QWidget* parent, const QString& projectName)
+Import askToImport(QWidget* parent, const QString& projectName)
 {
-    QMessageBox box(QMessageBox::Question, Desk::tr("Импорт нивелирной сети"),
-                    Desk::tr("Заменить сеть проекта «%1»?").arg(projectName), QMessageBox::NoButton, parent);
+    QMessageBox box(QMessageBox::Question, Desk::tr("Импорт измерений"),
+                    Desk::tr("Заменить сеть проекта «%1» или добавить к ней?").arg(projectName),
+                    QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(Desk::tr("Результаты и протоколы обработки прежней сети будут потеряны."));
-    QPushButton* replaceButton = box.addButton(Desk::tr("&Заменить"), QMessageBox::AcceptRole);
+    QPushButton* replaceButton = box.addButton(Desk::tr("&Заменить"), QMessageBox::DestructiveRole);
+    QPushButton* addButton = box.addButton(Desk::tr("&Добавить"), QMessageBox::AcceptRole);
     QPushButton* cancelButton = box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole);
     box.setDefaultButton(cancelButton);
     box.setEscapeButton(cancelButton);
     box.exec();
-    return box.clickedButton() == replaceButton;
+    if (box.clickedButton() == replaceButton)
+        return Import::Replace;
+    return box.clickedButton() == addButton ? Import::Add : Import::Cancel;
 }
 
 bool mayStopRun(QWidget* parent, CProcessMonitor& monitor)

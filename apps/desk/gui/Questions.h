@@ -20,8 +20,10 @@ enum class Overwrite { Yes, Elsewhere, No };
 /// Whether to save over a file that somebody has changed.
 Overwrite askToOverwrite(QWidget* parent, const QString& path);
 
-/// Whether another network may replace that of the project.
-bool mayReplaceNetwork(QWidget* parent, const QString& projectName);
+enum class Import { Replace, Add, Cancel };
+
+/// Whether imported files replace the network of the project or are added to it.
+Import askToImport(QWidget* parent, const QString& projectName);
 
 /// Whether the run may be stopped; yes, too, when it ends meanwhile.
 bool mayStopRun(QWidget* parent, CProcessMonitor& monitor);
