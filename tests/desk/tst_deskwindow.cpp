@@ -648,7 +648,7 @@ void TestDeskWindow::urisAreFollowed_data()
     QTest::newRow("another project") << "orvel://locate-item?id=1000003&project=Other" << other;
     QTest::newRow("no project") << "orvel://locate-item?id=1000003" << other;
     QTest::newRow("no such protocol")
-        << QStringLiteral("orvel://generate-protocol?id=%1").arg(int(enums::CalcTacheometry)) + project
+        << QStringLiteral("orvel://generate-protocol?id=%1").arg(int(enums::UndefProtocol)) + project
         << declined;
     QTest::newRow("no id") << QStringLiteral("orvel://locate-item?type=LevellingPoint") + project << declined;
     QTest::newRow("id is no number") << QStringLiteral("orvel://generate-protocol?id=abc") + project
