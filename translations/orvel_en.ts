@@ -2057,6 +2057,62 @@ L in km (else the class sets it)</translation>
         <source>нет ни расстояния, ни координат для ориентирования по нему</source>
         <translation>neither a distance, nor coordinates to orient by it</translation>
     </message>
+    <message>
+        <source>С&amp;ледующая ошибка</source>
+        <translation>&amp;Next error</translation>
+    </message>
+    <message>
+        <source>Перейти в строках протокола к следующей ошибке, а если их нет — к предупреждению</source>
+        <translation>Go to the next error in the protocol lines, or to a warning where there is none</translation>
+    </message>
+    <message>
+        <source>&amp;Предыдущая ошибка</source>
+        <translation>&amp;Previous error</translation>
+    </message>
+    <message>
+        <source>Время</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>О выделенном</source>
+        <translation>About the selected</translation>
+    </message>
+    <message>
+        <source>Показывать только строки о пункте или секции, которые выделены в таблице</source>
+        <translation>Show only lines about the point or section that is selected in the table</translation>
+    </message>
+    <message>
+        <source>Поиск в строках протокола</source>
+        <translation>Search the protocol lines</translation>
+    </message>
+    <message>
+        <source>Строки протокола</source>
+        <translation>Protocol lines</translation>
+    </message>
+    <message>
+        <source>%1 из %2</source>
+        <translation>%1 of %2</translation>
+    </message>
+    <message>
+        <source>ошибок и предупреждений нет</source>
+        <translation>no errors and warnings</translation>
+    </message>
+    <message>
+        <source>Ошибки</source>
+        <translation>Errors</translation>
+    </message>
+    <message>
+        <source>Предупреждения</source>
+        <translation>Warnings</translation>
+    </message>
+    <message>
+        <source>Сообщения</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>Вне этапов</source>
+        <translation>Outside of stages</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

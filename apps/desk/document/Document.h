@@ -130,6 +130,8 @@ public:
     bool isChecking() const { return checking; }
     /// The lines of the protocols, as the data file held them when it was last checked.
     QByteArray getProtocolData() const { return keeper.getContent(); }
+    /// The same for another thread.
+    PackedBytes sharePackedData() const { return keeper.getBytes(); }
     const ProtocolSummary& getSummary() const { return summary; }
 
     /// Whether the project differs from what was saved last.

@@ -41,6 +41,8 @@ public:
 
     /// The data file's content; empty before the first run.
     QByteArray getContent() const { return kept.bytes.unpack(); }
+    /// The same, packed.
+    const PackedBytes& getBytes() const { return kept.bytes; }
     /// What it holds.
     const ProtocolSummary& getSummary() const { return kept.summary; }
 

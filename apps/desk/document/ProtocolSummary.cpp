@@ -28,6 +28,14 @@ void countKind(int kind, ProtocolSummary::Counts& counts)
         ++counts.messages;
 }
 
+/// Notes when a run ended, if this is the line that says it.
+void takeTime(const QString& text, ProtocolSummary::Counts& counts)
+{
+    const QDateTime time = QDateTime::fromString(text, QStringLiteral("dd.MM.yyyy hh:mm:ss"));
+    if (time.isValid())
+        counts.ended = time;
+}
+
 /// The file's content with blanks for control characters: a protocol keeps them in its texts, and the stream
 /// reader would end at the first one.
 QByteArray withoutControls(QByteArray content)
@@ -85,7 +93,10 @@ std::optional<ProtocolSummary> ProtocolSummary::ofCanonical(QIODevice& dataFile)
 {
     ProtocolSummary summary;
     const auto count = [&summary](const COVMessage& line) {
-        countKind(line.messageType, summary.types[line.protocolType]);
+        ProtocolSummary::Counts& counts = summary.types[line.protocolType];
+        countKind(line.messageType, counts);
+        if (line.messageType == COVMessage::Service)
+            takeTime(line.text, counts);
         for (const LONGID item : std::set<LONGID>(line.itemIds.begin(), line.itemIds.end()))
             ++summary.linesOfItem[item];
     };

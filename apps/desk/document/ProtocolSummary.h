@@ -3,6 +3,7 @@
 #include "host/model/LongId.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QHash>
 
 #include <map>
@@ -20,7 +21,8 @@ struct ProtocolSummary
         int errors = 0;
         int warnings = 0;
         int messages = 0;
-        int all = 0; ///< with titles and whatever else there is
+        int all = 0;     ///< with titles and whatever else there is
+        QDateTime ended; ///< as the run's closing line says; invalid if none does
     };
 
     std::map<int, Counts> types;    ///< the types that have any line

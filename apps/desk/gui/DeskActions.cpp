@@ -151,6 +151,13 @@ void DeskActions::createProtocolMenu()
     add(protocolMenu, Command::ShowItemProtocol, Need::Item, Desk::tr("О &выделенном пункте или секции"),
         makeIcon(Glyph::Search), QKeySequence(QStringLiteral("Ctrl+L")));
     protocolMenu->addSeparator();
+    add(protocolMenu, Command::NextProblem, Need::Nothing, Desk::tr("С&ледующая ошибка"), QIcon(),
+        QKeySequence(QStringLiteral("F8")))
+        ->setStatusTip(
+            Desk::tr("Перейти в строках протокола к следующей ошибке, а если их нет — к предупреждению"));
+    add(protocolMenu, Command::PreviousProblem, Need::Nothing, Desk::tr("&Предыдущая ошибка"), QIcon(),
+        QKeySequence(QStringLiteral("Shift+F8")));
+    protocolMenu->addSeparator();
 }
 
 void DeskActions::createReportMenu()

@@ -32,6 +32,8 @@ public:
         Quit,
         ShowMonitor,
         ShowItemProtocol,
+        NextProblem,
+        PreviousProblem,
         ShowHelp,
         ShowAbout
     };

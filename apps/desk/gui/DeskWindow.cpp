@@ -2,6 +2,7 @@
 
 #include "Orvel/Toolkit.h"
 #include "Orvel/integration/OrvelGUIExtension.h"
+#include "Orvel/store/COrvel.h"
 #include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
@@ -15,10 +16,12 @@
 #include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
-#include "apps/desk/gui/ProtocolList.h"
 #include "apps/desk/gui/Questions.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/gui/TemplateWizard.h"
+#include "apps/desk/protocol/LinePage.h"
+#include "apps/desk/protocol/ProtocolList.h"
+#include "apps/desk/protocol/ProtocolPanel.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/runs/RunKinds.h"
 #include "host/app/Application.h"
@@ -38,6 +41,7 @@
 #include <QMimeData>
 #include <QScreen>
 #include <QSettings>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
 #include <QUrl>
@@ -351,6 +355,22 @@ bool DeskWindow::checkProtocol(std::optional<int> finishedRun)
     return outcome.isWhole;
 }
 
+void DeskWindow::showLine(int protocolType, const QString& text)
+{
+    if (isRunWorking())
+        return;
+    const QString page =
+        QDir(Application::getTempFolder()).filePath(QStringLiteral("lines_%1.html").arg(protocolType));
+    ExceptionCatcher catcher;
+    catcher.addErrorHandler([this](const QString& message) { Application::warning(message, this); });
+    catcher.run([&] {
+        bool isMade = false;
+        const auto make = [&] { isMade = document->getProtocol().CreateProtocolFile(protocolType, page); };
+        if (showPage(make) && isMade)
+            QDesktopServices::openUrl(QUrl::fromLocalFile(linepage::write(page, text)));
+    });
+}
+
 void DeskWindow::showReport(int reportType)
 {
     if (needsResults(reportType) && !document->hasResults()) {
@@ -462,11 +482,22 @@ void DeskWindow::createProtocolDock()
 {
     auto* dock = new QDockWidget(Desk::tr("Последние протоколы"), this);
     dock->setObjectName(QStringLiteral("protocols"));
-    protocols = new ProtocolList(dock);
-    dock->setWidget(protocols);
+    auto* parts = new QSplitter(dock);
+    protocols = new ProtocolList(parts);
+    protocolPanel = new ProtocolPanel(*document, parts);
+    parts->setStretchFactor(1, 2);
+    dock->setWidget(parts);
     addDockWidget(Qt::BottomDockWidgetArea, dock);
-    resizeDocks({dock}, {150}, Qt::Vertical);
+    resizeDocks({dock}, {220}, Qt::Vertical);
     connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
+    connect(protocols, &ProtocolList::protocolChosen, protocolPanel, &ProtocolPanel::showProtocol);
+    connect(protocolPanel, &ProtocolPanel::itemRequested, this, [this](LONGID id) {
+        // The keyboard stays with the lines.
+        table->selectItem(id, ItemTable::Focus::Stays);
+    });
+    connect(protocolPanel, &ProtocolPanel::lineRequested, this, &DeskWindow::showLine);
+    connect(table, &ItemTable::currentItemChanged, protocolPanel,
+            [this] { protocolPanel->setCurrentItem(table->getCurrentItem()); });
     actions->addToProtocolMenu(dock->toggleViewAction());
 }
 
@@ -519,6 +550,12 @@ void DeskWindow::perform(DeskActions::Command command)
         break;
     case Command::ShowItemProtocol:
         showCurrentItemProtocol();
+        break;
+    case Command::NextProblem:
+        protocolPanel->goToProblem(true);
+        break;
+    case Command::PreviousProblem:
+        protocolPanel->goToProblem(false);
         break;
     case Command::ShowHelp:
         HelpDialog::showOver(this);
@@ -595,6 +632,7 @@ void DeskWindow::finishRun()
         checkProtocol();
     else
         checkProtocol(monitor->getRun().protocolType);
+    protocols->choose(monitor->getRun().protocolType);
     updateActions();
     const QStringList tables = std::exchange(tablesToImport, QStringList());
     if (closeAfterRun) {

@@ -20,6 +20,7 @@ class Document;
 class ItemTable;
 class MessageBar;
 class ProtocolList;
+class ProtocolPanel;
 
 /// The project window of the desk: the table of points and sections, the runs, the protocols and the reports.
 class DeskWindow : public ProjectWindow
@@ -33,6 +34,7 @@ public:
 
     Document& getDocument() { return *document; }
     ItemTable& getTable() { return *table; }
+    ProtocolPanel& getProtocolPanel() { return *protocolPanel; }
     MessageBar& getMessageBar() { return *messageBar; }
     /// The progress window, made at its first use.
     RunMonitor& getMonitor();
@@ -60,6 +62,8 @@ public:
 
     /// Opens the page of a protocol; while its lines are the same, the page that there is.
     void showProtocol(int protocolType);
+    /// Opens the page of a protocol at the line with that text.
+    void showLine(int protocolType, const QString& text);
     void showReport(int reportType);
     /// Selects the item, or says that there is none. With the internal name of a type only an item of that
     /// type is meant: another project of the same name has other items under the same ids.
@@ -116,6 +120,7 @@ private:
     QLineEdit* search = nullptr;
     ItemTable* table = nullptr;
     ProtocolList* protocols = nullptr;
+    ProtocolPanel* protocolPanel = nullptr;
     QLabel* status;
 };
 

@@ -73,12 +73,13 @@ LONGID ItemTable::getCurrentItem() const
     return currentIndex().data(itemcolumns::ItemIdRole).toLongLong();
 }
 
-bool ItemTable::selectItem(LONGID id)
+bool ItemTable::selectItem(LONGID id, Focus focus)
 {
     const QModelIndex source = findItem(id);
     if (!source.isValid() || !filterModel->isMeant(source))
         return false;
     awaitedItem = id;
+    awaitedFocus = focus;
     selectAwaitedItem();
     return true;
 }
@@ -99,7 +100,8 @@ void ItemTable::selectAwaitedItem()
     if (index.isValid()) {
         setCurrentIndex(index);
         scrollTo(index, PositionAtCenter);
-        setFocus();
+        if (awaitedFocus == Focus::Comes)
+            setFocus();
     }
     awaitedItem = filterModel->isWorking() ? id : 0;
 }

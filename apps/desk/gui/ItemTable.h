@@ -30,9 +30,11 @@ public:
 
     /// The item of the current row; 0 if there is none.
     LONGID getCurrentItem() const;
+    /// Whether the keyboard goes to the table with a selection.
+    enum class Focus { Comes, Stays };
     /// Selects the row of an item and brings it into sight, as soon as rows that were asked for are in place.
     /// False if the table has no such item or the search does not mean it.
-    bool selectItem(LONGID id);
+    bool selectItem(LONGID id, Focus focus = Focus::Comes);
     /// Whether rows have been waited for so long that somebody should be told.
     bool isSlow() const { return slow; }
     /// Shows what the protocols say of the current row's item.
@@ -71,6 +73,7 @@ private:
     PointTableModel* pointModel;
     SectionTableModel* sectionModel;
     LONGID awaitedItem = 0; ///< to be selected when the rows are in place
+    Focus awaitedFocus = Focus::Comes;
     QTimer* slowTimer;
     bool slow = false;
     std::function<void(const std::function<void()>& show)> showPage;

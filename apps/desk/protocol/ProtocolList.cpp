@@ -1,0 +1,102 @@
+#include "apps/desk/protocol/ProtocolList.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/ProtocolSummary.h"
+#include "apps/desk/gui/GlyphIcon.h"
+
+#include <QHeaderView>
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <vector>
+
+namespace orvel::desk {
+
+namespace {
+
+constexpr int kTypeRole = Qt::UserRole;
+
+using TypeCounts = std::vector<std::pair<int, ProtocolSummary::Counts>>;
+
+/// The types, the latest run's first.
+TypeCounts sortByTime(const ProtocolSummary& summary)
+{
+    TypeCounts types(summary.types.begin(), summary.types.end());
+    std::stable_sort(types.begin(), types.end(),
+                     [](const auto& a, const auto& b) { return a.second.ended > b.second.ended; });
+    return types;
+}
+
+/// The time of day; of another day, the day as well.
+QString describeTime(const QDateTime& time)
+{
+    const bool isToday = time.date() == QDate::currentDate();
+    return time.toString(isToday ? QStringLiteral("hh:mm:ss") : QStringLiteral("dd.MM.yyyy hh:mm"));
+}
+
+} // namespace
+
+ProtocolList::ProtocolList(QWidget* parent) : QTreeWidget(parent)
+{
+    setAccessibleName(Desk::tr("Последние протоколы"));
+    setHeaderLabels({Desk::tr("Обработка"), Desk::tr("Ошибок"), Desk::tr("Предупреждений"),
+                     Desk::tr("Сообщений"), Desk::tr("Время")});
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setToolTip(Desk::tr("Двойной щелчок или Enter показывает страницу протокола"));
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    connect(this, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
+        Q_EMIT protocolRequested(item->data(0, kTypeRole).toInt());
+    });
+    connect(this, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
+        if (item)
+            Q_EMIT protocolChosen(item->data(0, kTypeRole).toInt());
+    });
+}
+
+void ProtocolList::setSummary(const ProtocolSummary& summary)
+{
+    const int chosen = currentItem() ? currentItem()->data(0, kTypeRole).toInt() : 0;
+    {
+        const QSignalBlocker blocker(this);
+        clear();
+        for (const auto& [type, counts] : sortByTime(summary))
+            addType(type, counts);
+    }
+    choose(chosen);
+    if (!currentItem() && topLevelItemCount() > 0)
+        setCurrentItem(topLevelItem(0));
+}
+
+void ProtocolList::choose(int protocolType)
+{
+    for (int i = 0; i < topLevelItemCount(); ++i) {
+        if (topLevelItem(i)->data(0, kTypeRole).toInt() == protocolType)
+            setCurrentItem(topLevelItem(i));
+    }
+}
+
+void ProtocolList::addType(int type, const ProtocolSummary::Counts& counts)
+{
+    auto* item = new QTreeWidgetItem(this);
+    item->setText(0, getTypeText(type));
+    item->setIcon(0, makeIcon(Glyph::Protocol));
+    item->setData(0, kTypeRole, type);
+    int column = 1;
+    for (const int count : {counts.errors, counts.warnings, counts.messages}) {
+        item->setText(column, QString::number(count));
+        item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+        ++column;
+    }
+    if (counts.errors > 0) {
+        QFont bold = font();
+        bold.setBold(true);
+        item->setFont(1, bold);
+    }
+    item->setText(column, describeTime(counts.ended));
+}
+
+} // namespace orvel::desk

@@ -1,0 +1,231 @@
+#include "apps/desk/protocol/ProtocolPanel.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/protocol/ProtocolTreeModel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace orvel::desk {
+
+namespace {
+
+// A branch with so many lines is not unfolded unasked.
+constexpr std::size_t kFoldedFrom = 1000;
+
+} // namespace
+
+ProtocolPanel::ProtocolPanel(const Document& projectDocument, QWidget* parent)
+    : QWidget(parent)
+    , document(projectDocument)
+    , model(new ProtocolTreeModel(this))
+    , view(new QTreeView(this))
+    , place(new QLabel(this))
+{
+    createView();
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addLayout(createControls());
+    layout->addWidget(view, 1);
+    setFocusProxy(view);
+    connect(&document, &Document::summaryChanged, this, &ProtocolPanel::forgetLines);
+}
+
+ProtocolPanel::~ProtocolPanel() = default;
+
+QLayout* ProtocolPanel::createControls()
+{
+    auto* layout = new QHBoxLayout;
+    for (const COVMessage::MessageType kind : ProtocolTree::kKinds) {
+        auto* button = new QToolButton(this);
+        button->setCheckable(true);
+        button->setChecked(true);
+        button->setAutoRaise(true);
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        button->setIcon(ProtocolTreeModel::getKindIcon(kind));
+        connect(button, &QToolButton::toggled, this, &ProtocolPanel::refresh);
+        kindButtons[kind] = button;
+        layout->addWidget(button);
+    }
+    aboutItem = new QToolButton(this);
+    aboutItem->setText(Desk::tr("О выделенном"));
+    aboutItem->setToolTip(
+        Desk::tr("Показывать только строки о пункте или секции, которые выделены в таблице"));
+    aboutItem->setCheckable(true);
+    aboutItem->setAutoRaise(true);
+    connect(aboutItem, &QToolButton::toggled, this, &ProtocolPanel::refresh);
+    layout->addWidget(aboutItem);
+    search = new QLineEdit(this);
+    search->setPlaceholderText(Desk::tr("Поиск в строках протокола"));
+    search->setAccessibleName(Desk::tr("Поиск в строках протокола"));
+    search->setClearButtonEnabled(true);
+    connect(search, &QLineEdit::textChanged, this, &ProtocolPanel::refresh);
+    connect(search, &QLineEdit::returnPressed, view, QOverload<>::of(&QWidget::setFocus));
+    layout->addWidget(search, 1);
+    layout->addWidget(place);
+    updateCounts();
+    return layout;
+}
+
+void ProtocolPanel::createView()
+{
+    view->setModel(model);
+    view->setAccessibleName(Desk::tr("Строки протокола"));
+    view->setHeaderHidden(true);
+    // Rows that need not be measured: there may be a hundred thousand.
+    view->setUniformRowHeights(true);
+    view->setTextElideMode(Qt::ElideRight);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setExpandsOnDoubleClick(false);
+    connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this, &ProtocolPanel::tellOfItem);
+    connect(view, &QTreeView::activated, this, [this](const QModelIndex& index) {
+        if (const ProtocolLine* line = model->getLine(index))
+            Q_EMIT lineRequested(protocolType, line->text);
+        else
+            view->setExpanded(index, !view->isExpanded(index));
+    });
+}
+
+void ProtocolPanel::showProtocol(int type)
+{
+    if (type == protocolType)
+        return;
+    protocolType = type;
+    forgetLines();
+}
+
+void ProtocolPanel::setCurrentItem(LONGID id)
+{
+    currentItem = id;
+    if (aboutItem->isChecked())
+        refresh();
+}
+
+ProtocolFilter ProtocolPanel::getFilter() const
+{
+    ProtocolFilter filter;
+    for (const auto& [kind, button] : kindButtons) {
+        if (!button->isChecked())
+            filter.hiddenKinds.insert(kind);
+    }
+    filter.words = search->text().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (aboutItem->isChecked())
+        filter.item = currentItem;
+    return filter;
+}
+
+void ProtocolPanel::forgetLines()
+{
+    lines.reset();
+    refresh();
+}
+
+/// Has what is asked for made, if anybody sees it. What is asked for meanwhile is made afterwards.
+void ProtocolPanel::refresh()
+{
+    isStale = true;
+    if (!isVisible() || isMaking)
+        return;
+    isStale = false;
+    isMaking = true;
+    const auto make = [this, packed = document.sharePackedData(), type = protocolType, known = lines,
+                       filter = getFilter()] {
+        const auto work = std::make_shared<Work>();
+        work->lines =
+            known ? known : std::make_shared<const ProtocolLines>(ProtocolLines::read(packed.unpack(), type));
+        work->tree = ProtocolTree::make(*work->lines, filter);
+        QMetaObject::invokeMethod(
+            this, [this, work] { take(*work); }, Qt::QueuedConnection);
+    };
+    making = std::async(std::launch::async, make);
+}
+
+void ProtocolPanel::take(Work& work)
+{
+    isMaking = false;
+    if (isStale) {
+        refresh();
+        return;
+    }
+    const bool isSameProtocol = lines == work.lines;
+    const int current = isSameProtocol ? model->getPlace(view->currentIndex()) : -1;
+    lines = work.lines;
+    model->setLines(work.lines, std::move(work.tree));
+    expand();
+    updateCounts();
+    const QModelIndex kept = model->findPlace(current);
+    if (current >= 0 && kept.isValid()) {
+        const QSignalBlocker blocker(view->selectionModel());
+        view->setCurrentIndex(kept);
+        view->scrollTo(kept, QAbstractItemView::PositionAtCenter);
+    }
+    Q_EMIT shown();
+}
+
+/// Unfolds what is short, and the first branch of problems however long.
+void ProtocolPanel::expand()
+{
+    const auto& branches = model->getTree().branches;
+    int number = 0;
+    for (const ProtocolTree::Branch& branch : branches) {
+        const bool isGroup = !branch.kind;
+        const bool isProblem = branch.kind && *branch.kind != COVMessage::Message;
+        if (isGroup || isProblem || branch.count < kFoldedFrom)
+            view->expand(model->getBranchIndex(number));
+        ++number;
+    }
+}
+
+void ProtocolPanel::updateCounts()
+{
+    const auto& counts = model->getTree().counts;
+    for (const auto& [kind, button] : kindButtons) {
+        const auto count = counts.find(kind);
+        button->setText(QStringLiteral("%1: %2").arg(
+            ProtocolTreeModel::nameKind(kind), QString::number(count == counts.end() ? 0 : count->second)));
+    }
+}
+
+void ProtocolPanel::goToProblem(bool isForward)
+{
+    for (const COVMessage::MessageType kind : {COVMessage::Error, COVMessage::Warning}) {
+        const QModelIndex next = model->findNext(view->currentIndex(), kind, isForward);
+        if (!next.isValid())
+            continue;
+        view->setCurrentIndex(next);
+        view->scrollTo(next, QAbstractItemView::PositionAtCenter);
+        const auto [number, all] = model->countOfKind(next);
+        place->setText(Desk::tr("%1 из %2").arg(QString::number(number), QString::number(all)));
+        return;
+    }
+    place->setText(Desk::tr("ошибок и предупреждений нет"));
+}
+
+void ProtocolPanel::tellOfItem(const QModelIndex& index)
+{
+    place->clear();
+    const ProtocolLine* line = model->getLine(index);
+    if (line == nullptr)
+        return;
+    const std::vector<LONGID>& items = line->items;
+    const bool isAboutCurrent = std::find(items.begin(), items.end(), currentItem) != items.end();
+    if (!isAboutCurrent && !items.empty() && items.front() != 0)
+        Q_EMIT itemRequested(items.front());
+}
+
+void ProtocolPanel::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (isStale)
+        refresh();
+}
+
+} // namespace orvel::desk

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "apps/desk/protocol/ProtocolTree.h"
+
+#include <QWidget>
+
+#include <future>
+#include <map>
+#include <memory>
+
+class QLineEdit;
+class QLabel;
+class QToolButton;
+class QTreeView;
+
+namespace orvel::desk {
+
+class Document;
+class ProtocolTreeModel;
+
+/// The lines of a protocol inside the desk: a tree by stage and kind, to be searched and gone through.
+///
+/// Lines are read and found in another thread, and only while somebody sees the panel.
+class ProtocolPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The document outlives the panel.
+    explicit ProtocolPanel(const Document& projectDocument, QWidget* parent = nullptr);
+    /// Waits for the other thread, if that is at work.
+    ~ProtocolPanel() override;
+
+    /// Shows the protocol of that type.
+    void showProtocol(int type);
+    int getProtocolType() const { return protocolType; }
+    /// The item that "about the selected one" means.
+    void setCurrentItem(LONGID id);
+    /// Goes to the next error, or where there is none to the next warning; back with `isForward` false.
+    void goToProblem(bool isForward);
+    /// Whether what is shown is not yet what was asked for.
+    bool isWorking() const { return isMaking || isStale; }
+
+    QTreeView& getView() { return *view; }
+    QLineEdit& getSearch() { return *search; }
+
+Q_SIGNALS:
+    /// The user has turned to a line about that item.
+    void itemRequested(LONGID id);
+    /// The user wants to see the line on the page.
+    void lineRequested(int protocolType, const QString& text);
+    /// What was asked for is shown.
+    void shown();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    /// What another thread made: lines, and what is shown of them.
+    struct Work
+    {
+        std::shared_ptr<const ProtocolLines> lines;
+        ProtocolTree tree;
+    };
+
+    QLayout* createControls();
+    void createView();
+    ProtocolFilter getFilter() const;
+    void forgetLines();
+    void refresh();
+    void take(Work& work);
+    void expand();
+    void updateCounts();
+    void tellOfItem(const QModelIndex& index);
+
+    const Document& document;
+    int protocolType = 0;
+    LONGID currentItem = 0;
+    std::shared_ptr<const ProtocolLines> lines; ///< null until they are read
+    bool isStale = true;                        ///< what is shown is not what was asked for
+    bool isMaking = false;                      ///< the other thread is at work
+
+    std::map<COVMessage::MessageType, QToolButton*> kindButtons;
+    QLineEdit* search = nullptr;
+    QToolButton* aboutItem = nullptr;
+    ProtocolTreeModel* model;
+    QTreeView* view;
+    QLabel* place;
+
+    // Last: whoever destroys the panel waits for the other thread first.
+    std::future<void> making;
+};
+
+} // namespace orvel::desk
