@@ -15,6 +15,7 @@ import { fold, foldedOf, kinds, linksOf, textOf, treeOf } from "./item.js";
 import { sizesOf } from "./numbers.js";
 import { makeFlatModel, sortRows } from "./order.js";
 import { readModel } from "./model.js";
+import { placePrinted } from "./printed.js";
 import { RowMenu } from "./rowmenu.js";
 import { firstRow, isInOpen, nearestRow } from "./rows.js";
 import { selectedText } from "./selection.js";
@@ -35,6 +36,7 @@ export class App {
   filters = new Filters();
   /** Whether the reader has gone to a row; before, the address names none. */
   isMoved = false;
+  printed = [];
 
   /** `lists`: the markup of the lines of each list. */
   constructor(lists) {
@@ -106,10 +108,10 @@ export class App {
       view.resized();
       this.drawDetails();
     });
-    listen(window, "beforeprint", () => view.spread("print"));
-    listen(window, "afterprint", () => this.gather());
+    listen(window, "beforeprint", () => this.print());
+    listen(window, "afterprint", () => this.printed.forEach((rows) => rows.remove()));
     // The browser's own search may have been chosen from its menu.
-    listen(window, "blur", () => (this.leaving = setTimeout(() => view.spread("find"), leavingPause)));
+    listen(window, "blur", () => (this.leaving = setTimeout(() => view.spread(), leavingPause)));
     listen(window, "focus", () => {
       clearTimeout(this.leaving);
       this.gather();
@@ -310,6 +312,13 @@ export class App {
   gather() {
     this.view.gather();
     this.drawDetails();
+  }
+
+  /** Puts what goes on paper beside the trees. */
+  print() {
+    for (const rows of this.printed) rows.remove();
+    this.printed = placePrinted(this.model);
+    page.style.setProperty("--printed-title", JSON.stringify(page.querySelector("title").textContent));
   }
 
   setTheme(theme) {

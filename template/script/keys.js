@@ -26,7 +26,7 @@ export function handleKey(app, event) {
   const isField = event.target.matches("input, textarea, dialog *, [role=menu] *");
   const isControlled = event.ctrlKey || event.metaKey;
   const key = meantKey(event);
-  if (event.key === "F3" || (isControlled && key === "f")) app.view.spread("find");
+  if (event.key === "F3" || (isControlled && key === "f")) app.view.spread();
   if (event.target === query && event.key === "Escape" && query.value) {
     event.preventDefault();
     app.setFilters({ search: "" });

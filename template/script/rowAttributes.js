@@ -19,13 +19,22 @@ function writeRowAttributes(item, position, count) {
 }
 
 /** What a branch holds: errors, warnings, and how many of its lines are shown. */
-function writeContent({ caption, errors, warnings, count, total, missing }) {
+export function heldTextOf({ errors, warnings, count, total, missing }) {
   const parts = [errors && `× ${write(errors)}`, warnings && `! ${write(warnings)}`].filter(Boolean);
   if (count < total) parts.push(say("someOf", count, total));
   else if (missing) parts.push(say("below", total, total + missing));
-  writeAttribute(caption, "data-holds", parts.length ? parts.join("  ") : null);
+  return parts.join("  ");
+}
+
+function writeContent(item) {
+  const { caption, errors, warnings } = item;
+  writeAttribute(caption, "data-holds", heldTextOf(item) || null);
   writeAttribute(caption, "data-worst", errors ? "error" : warnings ? "warning" : null);
 }
+
+/** How many lines a row stands for, and between what they lie. */
+export const alikeTextOf = ({ times, alike }) =>
+  [`×${write(times)}`, rangeOf(alike)].filter(Boolean).join("  ");
 
 /** What stays the same. Only the row is a tab stop, and never a link inside. */
 function writeLastingAttributes(item) {
@@ -41,8 +50,7 @@ function writeLastingAttributes(item) {
 /** A row that stands for alike lines is the worst of them; it tells how many they are, and between what they lie. */
 function writeAlikeAttributes(item) {
   const { element, caption } = item;
-  const times =
-    item.times > 1 ? [`×${write(item.times)}`, rangeOf(item.alike)].filter(Boolean).join("  ") : null;
+  const times = item.times > 1 ? alikeTextOf(item) : null;
   writeAttribute(element, "data-times", times && `×${item.times}`);
   writeAttribute(caption, "data-alike", times);
   writeAttribute(element, "aria-label", times && `${times}: ${textOf(item)}`);

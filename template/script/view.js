@@ -17,8 +17,7 @@ const topOf = (element) => boxOf(element).top;
 
 /**
  * Draws the rows of a model. `mode` is "all" on a page that is short enough to lay out every row. A long page is
- * in mode "near", or for a while in "find" or "print", when every row is laid out for the browser's own search
- * or for paper.
+ * in mode "near", or for a while in "find", when every row is there for the browser's own search.
  */
 export class View {
   mode = "all";
@@ -233,21 +232,17 @@ export class View {
 
   // Every row of a long page at once
 
-  /** Lays out every shown row; in mode "find" the browser draws none far from the view until it finds it. */
-  spread(mode) {
+  /** Has every shown row in the page; the browser draws none far from the view until its search finds it. */
+  spread() {
     if (this.mode !== "near") return;
     this.fill();
     const place = this.placeOf(this.topRow());
-    this.leftAt = mode === "print" && place;
-    for (const node of this.model.branches) {
+    for (const node of this.model.branches)
       for (const list of node.lists) list.style.removeProperty("padding");
-      if (mode === "print") writeRowsAttributes(node);
-    }
     for (const { element, shown } of this.model.items) if (!shown) element.setAttribute("hidden", "");
-    if (mode === "find") for (const tree of this.model.trees) this.#leaveToSearch(tree);
-    this.#setMode(mode);
-    // Before printing, the browser lays all rows out for paper only.
-    if (place && mode === "find") this.#align(place, false);
+    for (const tree of this.model.trees) this.#leaveToSearch(tree);
+    this.#setMode("find");
+    if (place) this.#align(place, false);
   }
 
   /** Rows inside one that is left to the search need nothing more. */
@@ -283,7 +278,7 @@ export class View {
   /** Back to the rows near the view. */
   gather() {
     if (!this.isPartlyLaidOut || this.mode === "near") return;
-    const place = this.leftAt || this.placeOf(this.topRow());
+    const place = this.placeOf(this.topRow());
     this.#leaveSpread();
     this.draw(place);
   }

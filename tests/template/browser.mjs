@@ -113,3 +113,9 @@ export async function addressHolds(page, text) {
 /** Waits until the browser has drawn two frames. */
 export const settle = (page) =>
   page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
+
+/** Has a long page leave all its rows to the browser's own search, as when that is opened from the browser's menu. */
+export async function leaveToSearch(page) {
+  await page.evaluate(() => window.dispatchEvent(new Event("blur")));
+  await page.waitForFunction(() => document.querySelector("main").dataset.long === "find");
+}

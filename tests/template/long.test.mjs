@@ -2,9 +2,19 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { choose, chromiumOnly, launch, open, places, search, settle, shown } from "./browser.mjs";
+import {
+  choose,
+  chromiumOnly,
+  launch,
+  leaveToSearch,
+  open,
+  places,
+  search,
+  settle,
+  shown,
+} from "./browser.mjs";
 import { makeRun, recordsOf } from "./fixtures.mjs";
-import { bodyOf, pageOf, writePage, writtenRows } from "./pages.mjs";
+import { bodyOf, fixture, pageOf, writePage, writtenRows } from "./pages.mjs";
 import { pdfText } from "./pdftext.mjs";
 
 const total = 100000;
@@ -116,13 +126,12 @@ for (const layout of ["grouped", "staged", "flat"])
       await choose(page, "Ветви", "Развернуть всё");
       assert.equal(await page.locator(".ExpandClosed").count(), 0);
       assert.deepEqual(await page.evaluate(holes), []);
-      // The ids are made while the page is idle, or at once when the address names one; on paper there are all rows.
+      // The ids are made while the page is idle, or at once when the address names one.
       await page.evaluate(() => (location.hash = "none"));
-      const ids = await page.evaluate(async () => {
-        await new Promise((done) => setTimeout(done, 100));
-        window.dispatchEvent(new Event("beforeprint"));
+      await leaveToSearch(page);
+      const ids = await page.evaluate(() => {
         const found = [...document.querySelectorAll("li.ExpandLeaf")].map(({ id }) => id);
-        window.dispatchEvent(new Event("afterprint"));
+        window.dispatchEvent(new Event("focus"));
         return found;
       });
       assert.equal(ids.length, writtenRows(`long-${layout}`));
@@ -214,8 +223,7 @@ for (const layout of ["grouped", "staged", "flat"])
     });
 
     test("are left to the browser's own search, and put away again", async () => {
-      await page.evaluate(() => window.dispatchEvent(new Event("blur")));
-      await page.waitForFunction(() => document.querySelector("main").dataset.long === "find");
+      await leaveToSearch(page);
       const lost = await page.evaluate(() => {
         const outermost = new Map();
         const outermostOf = (element) => {
@@ -297,8 +305,8 @@ describe("lines whose rows are not in the page yet", () => {
     await whole.waitForFunction(() => document.querySelector("li.Node:last-child").id, null, {
       polling: 200,
     });
+    await leaveToSearch(whole);
     const [id, text] = await whole.evaluate(() => {
-      window.dispatchEvent(new Event("beforeprint"));
       const lines = document.querySelectorAll("li.ExpandLeaf");
       const line = lines[Math.floor(lines.length * 0.7)];
       return [line.id, line.textContent];
@@ -310,18 +318,12 @@ describe("lines whose rows are not in the page yet", () => {
     await page.context().close();
   });
 
-  for (const [event, mode] of [
-    ["beforeprint", "print"],
-    ["blur", "find"],
-  ])
-    test(`get all their rows at once for mode "${mode}"`, async () => {
-      const name = `unfilled-${mode}`;
-      const page = await open(browser, pageOf(name, makeRun("staged", 6000)), { prepare });
-      await page.evaluate((type) => window.dispatchEvent(new Event(type)), event);
-      await page.waitForFunction((wanted) => document.querySelector("main").dataset.long === wanted, mode);
-      assert.equal(await rows(page), writtenRows(name));
-      await page.context().close();
-    });
+  test("are all there at once for the browser's own search", async () => {
+    const page = await open(browser, pageOf("unfilled-find", makeRun("staged", 6000)), { prepare });
+    await leaveToSearch(page);
+    assert.equal(await rows(page), writtenRows("unfilled-find"));
+    await page.context().close();
+  });
 
   test("stand in their lists as they were written, in whatever order they came", async () => {
     const normal = () => {
@@ -346,7 +348,7 @@ describe("lines whose rows are not in the page yet", () => {
       }
       await search(page, "невязка");
       await search(page, "");
-      await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+      await leaveToSearch(page);
       const plain = await open(browser, writePage(`bare-${layout}`, bodyOf(name), bare));
       assert.equal(await page.evaluate(normal), await plain.evaluate(normal));
       await plain.context().close();
@@ -360,11 +362,102 @@ test("scroll height is near to that of the plain layout", async () => {
     const page = await open(browser, pageOf(`high-${layout}`, makeRun(layout, 6000)));
     await choose(page, "Ветви", "Развернуть всё");
     const guessed = await page.evaluate(() => document.documentElement.scrollHeight);
-    await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
-    const plain = await page.evaluate(() => document.documentElement.scrollHeight);
+    await leaveToSearch(page);
+    const plain = await page.evaluate(() => {
+      document.querySelector("main").dataset.long = "";
+      for (const row of document.querySelectorAll("[hidden=until-found]")) row.hidden = false;
+      return document.documentElement.scrollHeight;
+    });
     assert.ok(Math.abs(guessed - plain) < plain * 0.1, `${layout}: ${guessed}, not ${plain}`);
     await page.context().close();
   }
+});
+
+describe("on paper", () => {
+  /** Runs in the page: its rows with how deep they stand, their kinds and their texts. */
+  const readRows = (selector) => {
+    const depthOf = (row) => (row ? 1 + depthOf(row.parentElement.closest("li")) : 0);
+    return [...document.querySelectorAll(selector)].map((row) => {
+      const caption = row.querySelector(":scope > .Content");
+      const own = (caption ?? row).cloneNode(true);
+      for (const each of own.querySelectorAll("ul, p > b")) each.remove();
+      for (const each of own.querySelectorAll("br")) each.replaceWith(" ");
+      const kind = (caption ?? row).className.replace("Content", "").trim();
+      return [depthOf(row), kind, own.textContent.replace(/\s+/g, " ").trim()];
+    });
+  };
+  const signs = { error: "× ", warning: "! ", message: "i " };
+  const bare = "<!DOCTYPE html><meta charset='utf-8'><div id='lines'></div>";
+
+  for (const layout of ["grouped", "staged", "flat"])
+    test(`all rows stand in their branches as they were written, ${layout}`, async () => {
+      const name = `paper-${layout}`;
+      const page = await open(browser, pageOf(name, makeRun(layout, 4000)));
+      await choose(page, "Ветви", "Развернуть всё");
+      await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+      const printed = await page.evaluate(readRows, ".printed li");
+      const plain = await open(browser, writePage(`bare-${name}`, bodyOf(name), bare));
+      const written = await plain.evaluate(readRows, "li.Node, li.IsRoot");
+      assert.deepEqual(
+        printed,
+        written.map(([depth, kind, text]) => [depth, kind, (signs[kind] ?? "") + text]),
+      );
+      await page.evaluate(() => window.dispatchEvent(new Event("afterprint")));
+      assert.equal(await page.locator(".printed").count(), 0);
+      await plain.context().close();
+      await page.context().close();
+    });
+
+  test("folded branches stay folded, alike lines stand once, captions tell what is below", async () => {
+    const page = await open(browser, pageOf("paper-alike", makeRun("grouped", 4000)));
+    await page.locator("#alike").click();
+    await search(page, "Строка");
+    const seen = () =>
+      page.evaluate(() => {
+        const isSeen = (row) => !row.parentElement.closest("[hidden]");
+        const told = (row, name) => row.querySelector(":scope > .Content").getAttribute(name) ?? "";
+        return [...document.querySelectorAll("[data-near]")]
+          .filter(isSeen)
+          .map((row) => told(row, row.ariaExpanded ? "data-holds" : "data-alike"));
+      });
+    await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+    const printed = await page.evaluate(() =>
+      [...document.querySelectorAll(".printed li")].map(
+        (row) => row.querySelector(":scope > p > b, :scope > b:last-child")?.textContent ?? "",
+      ),
+    );
+    assert.ok(printed.length > 2 && printed.some((text) => /^×\d+ {2}\d/.test(text)), String(printed));
+    assert.deepEqual(printed, await seen());
+    await page.context().close();
+  });
+
+  test("a line cannot reach beyond its row", async () => {
+    const page = await open(browser, fixture("hostile"));
+    await choose(page, "Ветви", "Развернуть всё");
+    await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+    const texts = (selector) =>
+      page.evaluate(
+        (rows) =>
+          [...document.querySelectorAll(rows)].map((row) => row.textContent.replace(/^[×!i]\t/, "").trim()),
+        selector,
+      );
+    assert.deepEqual(await texts(".printed li[class]"), await texts("li.ExpandLeaf > .Content"));
+    assert.equal(await page.evaluate(() => window.injected), undefined);
+    await page.context().close();
+  });
+
+  test("each sheet tells the run and its number", chromiumOnly, async () => {
+    const page = await open(browser, pageOf("paper-sheets", makeRun("flat", 300)));
+    const text = pdfText(await page.pdf());
+    const sheets = [...text.matchAll(/Импорт – Проект: Проект 1 – \n(\d+)\n \/ \n(\d+)\n/g)];
+    const numbers = sheets.map(([, at, count]) => [Number(at), Number(count)]);
+    assert.ok(sheets.length > 3);
+    assert.deepEqual(
+      numbers,
+      sheets.map((_, at) => [at + 1, sheets.length]),
+    );
+    await page.context().close();
+  });
 });
 
 test("every visible line of a long page is printed", chromiumOnly, async () => {

@@ -2,7 +2,17 @@ import assert from "node:assert/strict";
 import fs from "node:fs";
 import { after, before, describe, test } from "node:test";
 import { fileURLToPath } from "node:url";
-import { choose, chromiumOnly, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
+import {
+  choose,
+  chromiumOnly,
+  launch,
+  leaveToSearch,
+  open,
+  search,
+  settle,
+  shown,
+  visibleLines,
+} from "./browser.mjs";
 import { makeLines, makeRun, recordsOf, runAround, runs } from "./fixtures.mjs";
 import { bodyOf, fixture, pageOf, writeFile, writePage, writtenRows } from "./pages.mjs";
 
@@ -459,7 +469,7 @@ describe("a page that the browser has saved with what the script did to it", () 
     const before = [await bar(page), await shown(page)];
     const again = await open(browser, writeFile("saved-again", await save(page)));
     assert.deepEqual([await bar(again), await shown(again)], before);
-    await again.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
+    await leaveToSearch(again);
     assert.equal(await again.locator("li.ExpandLeaf").count(), writtenRows("saved-early"));
     await again.context().close();
     await page.context().close();
