@@ -113,13 +113,13 @@ private:
                          {block.unreadable.join(QLatin1Char(' '))});
         tellUnknown(block);
         const GsiWord* nameWord = block.find(PointName);
-        if (!nameWord) {
+        const QString name = nameWord ? nameWord->toText() : QString();
+        if (name.isEmpty()) {
             // A block of a code has no point.
             if (!block.find(Code))
                 builder.tell(ProblemKind::PointWithoutName, Severity::Error, line);
             return;
         }
-        const QString name = nameWord->toText();
         takeStation(block, name);
         if (const GsiWord* word = block.find(TargetHeight))
             targetHeight = length(*word).value_or(targetHeight);
@@ -192,8 +192,9 @@ private:
             setup.instrumentHeight = builder.getSetup().instrumentHeight;
         }
         const bool isElsewhere = position.hasPlan() && toKey(position) != stationPlace;
-        if (stationWord)
-            setup.station = stationWord->toText();
+        const QString stationName = stationWord ? stationWord->toText() : QString();
+        if (!stationName.isEmpty())
+            setup.station = stationName;
         else if (isOwnBlock)
             setup.station = name;
         else if (isElsewhere)

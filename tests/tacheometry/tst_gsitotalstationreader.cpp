@@ -221,6 +221,7 @@ void TestGsiTotalStationReader::whatCannotBeUsedIsTold_data()
     row("a word that is none", "110003+00000102 21.102+05000000 31..00+00020000 abc\n", Kind::WordsUnreadable,
         "abc");
     row("no point", "21.102+05000000 31..00+00020000\n", Kind::PointWithoutName);
+    row("blank point", "110003+         21.102+05000000 31..00+00020000\n", Kind::PointWithoutName);
     row("no number", "110003+00000102 21.102+0500?000 31..00+00020000\n", Kind::ValueUnusable,
         "21|.102+0500?000");
     row("sixty minutes", "110003+00000102 21.104+04560000 31..00+00020000\n", Kind::ValueUnusable,
