@@ -10,6 +10,7 @@
 #include "tests/support/TestFiles.h"
 
 #include <QAbstractItemModelTester>
+#include <QDockWidget>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -43,6 +44,7 @@ private Q_SLOTS:
     void selectedItemFiltersTheLines();
     void searchKeepsTheLine();
     void f8GoesToTheNextError();
+    void f8WaitsForTheLines();
     void activatedLineOpensThePageThere();
     void hiddenPanelReadsNothing();
 
@@ -253,8 +255,8 @@ void TestProtocolPanel::latestRunIsShown()
     QCOMPARE(shownTexts().constFirst(), QStringLiteral("Ошибки (3)"));
     QStringList buttons;
     for (const QToolButton* button : window->getProtocolPanel().findChildren<QToolButton*>())
-        buttons.append(button->text());
-    QCOMPARE(buttons.mid(0, 3), toList("Ошибки: 3|Предупреждения: 0|Сообщения: 10"));
+        buttons.append(button->text() + QStringLiteral(", ") + button->accessibleName());
+    QCOMPARE(buttons.mid(0, 3), toList("3, Ошибки: 3|0, Предупреждения: 0|10, Сообщения: 10"));
 }
 
 void TestProtocolPanel::latestRunStandsFirst()
@@ -334,6 +336,21 @@ void TestProtocolPanel::f8GoesToTheNextError()
     QVERIFY(view.currentIndex().data().toString() != first);
     QVERIFY(triggerAction(*window, QStringLiteral("Предыдущая ошибка")));
     QCOMPARE(view.currentIndex().data().toString(), first);
+}
+
+void TestProtocolPanel::f8WaitsForTheLines()
+{
+    openWindow(QStringLiteral("Предобработка"));
+    auto* dock = window->findChild<QDockWidget*>(QStringLiteral("protocols"));
+    dock->hide();
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(shownTexts(), QStringList());
+    QVERIFY(triggerAction(*window, QStringLiteral("Следующая ошибка")));
+    QVERIFY(dock->isVisible());
+    waitForLines();
+    QCOMPARE(window->getProtocolPanel().getView().currentIndex().parent().data().toString(),
+             QStringLiteral("Ошибки (3)"));
 }
 
 void TestProtocolPanel::activatedLineOpensThePageThere()

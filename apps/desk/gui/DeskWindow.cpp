@@ -480,15 +480,15 @@ QWidget* DeskWindow::createCentralWidget()
 
 void DeskWindow::createProtocolDock()
 {
-    auto* dock = new QDockWidget(Desk::tr("Последние протоколы"), this);
-    dock->setObjectName(QStringLiteral("protocols"));
-    auto* parts = new QSplitter(dock);
+    protocolDock = new QDockWidget(Desk::tr("Последние протоколы"), this);
+    protocolDock->setObjectName(QStringLiteral("protocols"));
+    auto* parts = new QSplitter(protocolDock);
     protocols = new ProtocolList(parts);
     protocolPanel = new ProtocolPanel(*document, parts);
-    parts->setStretchFactor(1, 2);
-    dock->setWidget(parts);
-    addDockWidget(Qt::BottomDockWidgetArea, dock);
-    resizeDocks({dock}, {220}, Qt::Vertical);
+    parts->setSizes({380, 620});
+    protocolDock->setWidget(parts);
+    addDockWidget(Qt::BottomDockWidgetArea, protocolDock);
+    resizeDocks({protocolDock}, {220}, Qt::Vertical);
     connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
     connect(protocols, &ProtocolList::protocolChosen, protocolPanel, &ProtocolPanel::showProtocol);
     connect(protocolPanel, &ProtocolPanel::itemRequested, this, [this](LONGID id) {
@@ -498,7 +498,7 @@ void DeskWindow::createProtocolDock()
     connect(protocolPanel, &ProtocolPanel::lineRequested, this, &DeskWindow::showLine);
     connect(table, &ItemTable::currentItemChanged, protocolPanel,
             [this] { protocolPanel->setCurrentItem(table->getCurrentItem()); });
-    actions->addToProtocolMenu(dock->toggleViewAction());
+    actions->addToProtocolMenu(protocolDock->toggleViewAction());
 }
 
 void DeskWindow::restoreLayout()
@@ -552,10 +552,10 @@ void DeskWindow::perform(DeskActions::Command command)
         showCurrentItemProtocol();
         break;
     case Command::NextProblem:
-        protocolPanel->goToProblem(true);
+        goToProblem(true);
         break;
     case Command::PreviousProblem:
-        protocolPanel->goToProblem(false);
+        goToProblem(false);
         break;
     case Command::ShowHelp:
         HelpDialog::showOver(this);
@@ -564,6 +564,12 @@ void DeskWindow::perform(DeskActions::Command command)
         showAboutBox(this);
         break;
     }
+}
+
+void DeskWindow::goToProblem(bool isForward)
+{
+    protocolDock->show();
+    protocolPanel->goToProblem(isForward);
 }
 
 bool DeskWindow::chooseAndSave()

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 
+class QDockWidget;
 class QLabel;
 class QLineEdit;
 
@@ -90,6 +91,7 @@ private:
     void perform(DeskActions::Command command);
     bool chooseAndSave();
     void showCurrentItemProtocol();
+    void goToProblem(bool isForward);
     void showMonitor();
     void startSearch();
     void openFile(const QString& path);
@@ -120,6 +122,7 @@ private:
     QLineEdit* search = nullptr;
     ItemTable* table = nullptr;
     ProtocolList* protocols = nullptr;
+    QDockWidget* protocolDock = nullptr;
     ProtocolPanel* protocolPanel = nullptr;
     QLabel* status;
 };

@@ -4,6 +4,7 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/ProtocolSummary.h"
 #include "apps/desk/gui/GlyphIcon.h"
+#include "apps/desk/protocol/ProtocolTreeModel.h"
 
 #include <QHeaderView>
 #include <QSignalBlocker>
@@ -45,9 +46,15 @@ ProtocolList::ProtocolList(QWidget* parent) : QTreeWidget(parent)
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setToolTip(Desk::tr("Двойной щелчок или Enter показывает страницу протокола"));
-    header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    int column = 1;
+    for (const COVMessage::MessageType kind : ProtocolTree::kKinds) {
+        // The words would need more room than the numbers.
+        headerItem()->setToolTip(column, headerItem()->text(column));
+        headerItem()->setData(column, Qt::AccessibleTextRole, headerItem()->text(column));
+        headerItem()->setText(column, QString());
+        headerItem()->setIcon(column++, ProtocolTreeModel::getKindIcon(kind));
+    }
     connect(this, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
         Q_EMIT protocolRequested(item->data(0, kTypeRole).toInt());
     });

@@ -99,6 +99,9 @@ void ProtocolPanel::showProtocol(int type)
     if (type == protocolType)
         return;
     protocolType = type;
+    // Lines of the other one would be taken for this one's.
+    model->setLines(std::make_shared<const ProtocolLines>(), ProtocolTree());
+    updateCounts();
     forgetLines();
 }
 
@@ -168,6 +171,8 @@ void ProtocolPanel::take(Work& work)
         view->scrollTo(kept, QAbstractItemView::PositionAtCenter);
     }
     Q_EMIT shown();
+    if (const std::optional<bool> step = std::exchange(awaitedStep, std::nullopt))
+        goToProblem(*step);
 }
 
 /// Unfolds what is short, and the first branch of problems however long.
@@ -189,13 +194,20 @@ void ProtocolPanel::updateCounts()
     const auto& counts = model->getTree().counts;
     for (const auto& [kind, button] : kindButtons) {
         const auto count = counts.find(kind);
-        button->setText(QStringLiteral("%1: %2").arg(
-            ProtocolTreeModel::nameKind(kind), QString::number(count == counts.end() ? 0 : count->second)));
+        const QString number = QString::number(count == counts.end() ? 0 : count->second);
+        const QString description = QStringLiteral("%1: %2").arg(ProtocolTreeModel::nameKind(kind), number);
+        button->setText(number);
+        button->setToolTip(description);
+        button->setAccessibleName(description);
     }
 }
 
 void ProtocolPanel::goToProblem(bool isForward)
 {
+    if (isWorking()) {
+        awaitedStep = isForward;
+        return;
+    }
     for (const COVMessage::MessageType kind : {COVMessage::Error, COVMessage::Warning}) {
         const QModelIndex next = model->findNext(view->currentIndex(), kind, isForward);
         if (!next.isValid())

@@ -7,6 +7,7 @@
 #include <future>
 #include <map>
 #include <memory>
+#include <optional>
 
 class QLineEdit;
 class QLabel;
@@ -36,7 +37,8 @@ public:
     int getProtocolType() const { return protocolType; }
     /// The item that "about the selected one" means.
     void setCurrentItem(LONGID id);
-    /// Goes to the next error, or where there is none to the next warning; back with `isForward` false.
+    /// Goes to the next error, or where there is none to the next warning; back with `isForward` false. Does
+    /// so as soon as the lines are there.
     void goToProblem(bool isForward);
     /// Whether what is shown is not yet what was asked for.
     bool isWorking() const { return isMaking || isStale; }
@@ -78,6 +80,7 @@ private:
     LONGID currentItem = 0;
     std::shared_ptr<const ProtocolLines> lines; ///< null until they are read
     bool isStale = true;                        ///< what is shown is not what was asked for
+    std::optional<bool> awaitedStep;            ///< to the next problem or back, when the lines are there
     bool isMaking = false;                      ///< the other thread is at work
 
     std::map<COVMessage::MessageType, QToolButton*> kindButtons;
