@@ -1,5 +1,7 @@
 #include "levelling/BenchmarkLines.h"
 
+#include "levelling/PointLinks.h"
+
 #include <queue>
 
 #include <algorithm>
@@ -14,34 +16,6 @@ namespace {
 constexpr std::size_t kMostForAllPairs = 30;
 constexpr std::size_t kStepsBetweenQuestions = 4096;
 constexpr int kNone = -1;
-
-/// Sections by the points at their ends.
-class Links
-{
-public:
-    explicit Links(const Network& network) : first(network.points.size() + 1, 0)
-    {
-        for (const Section& section : network.sections) {
-            ++first[static_cast<std::size_t>(section.from) + 1];
-            ++first[static_cast<std::size_t>(section.to) + 1];
-        }
-        for (std::size_t point = 1; point < first.size(); ++point)
-            first[point] += first[point - 1];
-        sections.resize(first.back());
-        std::vector<std::size_t> next(first.begin(), first.end() - 1);
-        for (std::size_t index = 0; index < network.sections.size(); ++index) {
-            for (const int point : {network.sections[index].from, network.sections[index].to})
-                sections[next[static_cast<std::size_t>(point)]++] = static_cast<int>(index);
-        }
-    }
-
-    const int* begin(int point) const { return sections.data() + first[static_cast<std::size_t>(point)]; }
-    const int* end(int point) const { return sections.data() + first[static_cast<std::size_t>(point) + 1]; }
-
-private:
-    std::vector<std::size_t> first;
-    std::vector<int> sections;
-};
 
 /// Shortest ways from one or all benchmarks to all points that can be reached without another benchmark
 /// between (E. W. Dijkstra, A note on two problems in connexion with graphs, Numer. Math. 1, 1959).
@@ -100,7 +74,7 @@ public:
         std::vector<int> way;
         while (!isSource(point)) {
             way.push_back(sectionBefore[static_cast<std::size_t>(point)]);
-            point = getOtherEnd(way.back(), point);
+            point = getOtherEnd(network.sections[static_cast<std::size_t>(way.back())], point);
         }
         std::reverse(way.begin(), way.end());
         return way;
@@ -109,12 +83,6 @@ public:
 private:
     static constexpr double kUnreached = std::numeric_limits<double>::infinity();
     using Entry = std::pair<double, int>;
-
-    int getOtherEnd(int section, int point) const
-    {
-        const Section& ends = network.sections[static_cast<std::size_t>(section)];
-        return ends.from == point ? ends.to : ends.from;
-    }
 
     void reach(int point, double length, int section, int from)
     {
@@ -130,7 +98,7 @@ private:
     void reachNeighbours(int point)
     {
         for (const int* section = links.begin(point); section != links.end(point); ++section) {
-            const int next = getOtherEnd(*section, point);
+            const int next = getOtherEnd(network.sections[static_cast<std::size_t>(*section)], point);
             const double length = getDistance(point) + weigh(*section);
             if (length < getDistance(next))
                 reach(next, length, *section, getSource(point));
@@ -138,7 +106,7 @@ private:
     }
 
     const Network& network;
-    const Links links;
+    const PointLinks links;
     std::vector<double> distance;
     std::vector<int> sectionBefore;
     std::vector<int> source;

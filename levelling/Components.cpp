@@ -73,6 +73,7 @@ Section meanOf(const Network& network, const std::vector<int>& members)
     double weightSum = 0.0;
     double deviation = 0.0; // from the first, which keeps all digits of a large difference
     double lengthSum = 0.0;
+    int stationSum = 0;
     for (const int index : members) {
         const Section& section = network.sections[static_cast<std::size_t>(index)];
         const double weight = 1.0 / (section.sigma * section.sigma);
@@ -82,12 +83,18 @@ Section meanOf(const Network& network, const std::vector<int>& members)
         lengthSum += section.distance.value_or(0.0);
         if (!section.distance)
             mean.distance.reset();
+        stationSum += section.stations.value_or(0);
+        if (!section.stations)
+            mean.stations.reset();
     }
     mean.difference += deviation / weightSum;
     mean.sigma = 1.0 / std::sqrt(weightSum);
     mean.stdev.reset();
     if (mean.distance)
         mean.distance = lengthSum / static_cast<double>(members.size());
+    if (mean.stations)
+        mean.stations = static_cast<int>(std::lround(stationSum / static_cast<double>(members.size())));
+    mean.readingDifference.reset();
     return mean;
 }
 

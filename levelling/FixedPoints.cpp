@@ -262,10 +262,13 @@ private:
                                   : quantiles::normalLimit(share);
         };
         SetLimits limits;
-        limits.sum = [redundancy, half](int count) {
-            return quantiles::varianceLimit(count - 1, redundancy, half) * (count - 1);
+        // Of two benchmarks both tests are one.
+        limits.sum = [redundancy, error, half](int count) {
+            return quantiles::varianceLimit(count - 1, redundancy, count == 2 ? error : half) * (count - 1);
         };
-        limits.single = [single, half](int count) { return single(quantiles::shareOfEach(half, count)); };
+        limits.single = [single, error, half](int count) {
+            return single(count == 2 ? error : quantiles::shareOfEach(half, count));
+        };
         limits.distinction = single(error) * single(error);
         return limits;
     }

@@ -97,7 +97,8 @@ struct FixedPoints
 ///   networks, 1968), with the share of the error probability that each of m tests has;
 /// - without the benchmarks E the sum is d'Wd - (Wd)_E' W_EE^-1 (Wd)_E.
 ///
-/// A set of benchmarks is consistent if it passes both tests, each with half of the error probability. The
+/// A set of benchmarks is consistent if it passes both tests, each with half of the error probability; of two
+/// they are one test with the whole of it. The
 /// largest such set is looked for by leaving out 0, 1, 2 … benchmarks in all ways; where these are too many,
 /// by leaving out the worst one after the other, and by collecting them around those that agree best.
 /// @param isStopped asked now and then

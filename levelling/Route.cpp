@@ -4,13 +4,6 @@
 
 namespace levelling {
 
-std::optional<double> Route::getTolerance(double factor) const
-{
-    if (!length)
-        return std::nullopt;
-    return factor * std::sqrt(*length);
-}
-
 Route makeRoute(const Network& network, int start, const std::vector<int>& sections)
 {
     Route route;

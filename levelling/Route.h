@@ -27,9 +27,6 @@ struct Route
     double sigma = 0.0;
     /// Length of the way, km; none if a section has no length.
     std::optional<double> length;
-
-    /// Tolerance factor * sqrt(length), mm, for a factor in mm per sqrt(km); none without a length.
-    std::optional<double> getTolerance(double factor) const;
 };
 
 /// Walks from a point along sections, of which each begins where the one before ends.

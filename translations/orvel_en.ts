@@ -264,14 +264,6 @@
         <translation>Latest protocols</translation>
     </message>
     <message>
-        <source>Открыть проект или сеть</source>
-        <translation>Open a project or network</translation>
-    </message>
-    <message>
-        <source>Импорт нивелирной сети</source>
-        <translation>Import levelling network</translation>
-    </message>
-    <message>
         <source>Сохранить проект</source>
         <translation>Save project</translation>
     </message>
@@ -294,10 +286,6 @@
     <message>
         <source>Пока нет</source>
         <translation>None yet</translation>
-    </message>
-    <message>
-        <source>Заменить сеть проекта «%1»?</source>
-        <translation>Replace the network of the project “%1”?</translation>
     </message>
     <message>
         <source>&amp;Заменить</source>
@@ -1157,10 +1145,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Discrepancies of repeated sections</translation>
     </message>
     <message>
-        <source>Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1&#xa0;мм·√L (%2), L — длина, км; без длины — %3 СКО</source>
-        <translation>Tolerance of misclosures of lines and loops, and of discrepancies between measurements of a section: ±%1 mm·√L (%2), L is the length in km; without a length %3 standard deviations</translation>
-    </message>
-    <message>
         <source>Часть %1 не связана ни с одним исходным репером и будет уравнена как свободная сеть: %2</source>
         <translation>Part %1 is not connected with any benchmark and will be adjusted as a free network: %2</translation>
     </message>
@@ -1794,24 +1778,12 @@ L in km (else the class sets it)</translation>
 </translation>
     </message>
     <message>
-        <source>Прочитать нивелирную сеть (.gkf) или файл цифрового нивелира (GSI, M5)</source>
-        <translation>Read a levelling network (.gkf) or the file of a digital level (GSI, M5)</translation>
-    </message>
-    <message>
         <source>Импортируйте нивелирную сеть или файл нивелира, или откройте проект</source>
         <translation>Import a levelling network or a level&apos;s file, or open a project</translation>
     </message>
     <message>
         <source>Перетащите сюда файл нивелирной сети (.gkf) или нивелира (GSI, M5) или нажмите Ctrl+I</source>
         <translation>Drop the file of a levelling network (.gkf) or of a level (GSI, M5) here, or press Ctrl+I</translation>
-    </message>
-    <message>
-        <source>Проекты, нивелирные сети и файлы приборов (*.%1 *.%2 %3);;Все файлы (*)</source>
-        <translation>Projects, levelling networks and instrument files (*.%1 *.%2 %3);;All files (*)</translation>
-    </message>
-    <message>
-        <source>Нивелирные сети и файлы приборов (*.%1 %2);;Все файлы (*)</source>
-        <translation>Levelling networks and instrument files (*.%1 %2);;All files (*)</translation>
     </message>
     <message>
         <source>Импортируйте файл нивелирной сети (.gkf) или цифрового нивелира (GSI, M5, REC_E), выполните предобработку, затем уравнивание. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет этот пункт или секцию в таблице, а щелчок в столбце «Протокол» показывает все их строки.</source>
@@ -2112,6 +2084,310 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Вне этапов</source>
         <translation>Outside of stages</translation>
+    </message>
+    <message>
+        <source>Трассирование ходов</source>
+        <translation>Tracing of lines</translation>
+    </message>
+    <message>
+        <source>Ход соединяет секции через определяемые пункты, в которых сходятся только две; узловой пункт — тот, где сходятся три или больше. Повторные измерения секции, в том числе прямо и обратно, — одна секция, их среднее</source>
+        <translation>A line joins sections at new points where only two of them meet; a node is one where three or more meet. Repeated measurements of a section, forward and backward included, are one section, their mean</translation>
+    </message>
+    <message>
+        <source>Допуск невязок ходов: %1</source>
+        <translation>Tolerance of lines: %1</translation>
+    </message>
+    <message>
+        <source>Высоты узловых пунктов не вычислены: веса измерений различаются слишком сильно, проверьте СКО и длины секций</source>
+        <translation>Heights of nodes not computed: the weights of the measurements differ too much; check standard deviations and lengths of the sections</translation>
+    </message>
+    <message>
+        <source>между исходными реперами %1</source>
+        <translation>between benchmarks %1</translation>
+    </message>
+    <message>
+        <source>от репера к узловому пункту %1</source>
+        <translation>from a benchmark to a node %1</translation>
+    </message>
+    <message>
+        <source>между узловыми пунктами %1</source>
+        <translation>between nodes %1</translation>
+    </message>
+    <message>
+        <source>замкнутых %1</source>
+        <translation>closed %1</translation>
+    </message>
+    <message>
+        <source>висячих %1</source>
+        <translation>hanging %1</translation>
+    </message>
+    <message>
+        <source>отдельных %1</source>
+        <translation>isolated %1</translation>
+    </message>
+    <message>
+        <source>колец %1</source>
+        <translation>rings %1</translation>
+    </message>
+    <message>
+        <source>Ходов: %1 (%2); узловых пунктов: %3; секций: %4, каждая входит в один ход</source>
+        <translation>Lines: %1 (%2); nodes: %3; sections: %4, each in one line</translation>
+    </message>
+    <message>
+        <source>Ход между исходными реперами</source>
+        <translation>Line between benchmarks</translation>
+    </message>
+    <message>
+        <source>Замкнутый ход</source>
+        <translation>Closed line</translation>
+    </message>
+    <message>
+        <source>Ход от исходного репера к узловому пункту</source>
+        <translation>Line from a benchmark to a node</translation>
+    </message>
+    <message>
+        <source>Ход между узловыми пунктами</source>
+        <translation>Line between nodes</translation>
+    </message>
+    <message>
+        <source>Висячий ход</source>
+        <translation>Hanging line</translation>
+    </message>
+    <message>
+        <source>Отдельный ход</source>
+        <translation>Isolated line</translation>
+    </message>
+    <message>
+        <source>Кольцевой ход без узлов</source>
+        <translation>Ring without nodes</translation>
+    </message>
+    <message>
+        <source>не контролируется</source>
+        <translation>not checked</translation>
+    </message>
+    <message>
+        <source>не связан с исходными реперами</source>
+        <translation>not connected with benchmarks</translation>
+    </message>
+    <message>
+        <source>невязка %1&#xa0;мм, %2, отношение %3</source>
+        <translation>misclosure %1 mm, %2, ratio %3</translation>
+    </message>
+    <message>
+        <source>Σh = %1&#xa0;м</source>
+        <translation>Σh = %1 m</translation>
+    </message>
+    <message>
+        <source>станций %1</source>
+        <translation>set-ups %1</translation>
+    </message>
+    <message>
+        <source>%1 %2: %3; пункты: %4</source>
+        <translation>%1 %2: %3; points: %4</translation>
+    </message>
+    <message>
+        <source>секций %1</source>
+        <translation>sections %1</translation>
+    </message>
+    <message>
+        <source>секций %1, измерений %2</source>
+        <translation>sections %1, measurements %2</translation>
+    </message>
+    <message>
+        <source>Узловой пункт %1: высоты нет, он не связан с исходными реперами</source>
+        <translation>Node %1: no height, it is not connected with benchmarks</translation>
+    </message>
+    <message>
+        <source>от %1 %2&#xa0;м (%3&#xa0;мм, %4)</source>
+        <translation>from %1 %2 m (%3 mm, %4)</translation>
+    </message>
+    <message>
+        <source>Узловой пункт %1: уравненная H = %2&#xa0;м, по ходам с размахом %3&#xa0;мм: %4</source>
+        <translation>Node %1: adjusted H = %2 m, by its lines with a range of %3 mm: %4</translation>
+    </message>
+    <message>
+        <source>Пункт %1 не связан ни с одной секцией</source>
+        <translation>Point %1 is not connected with any section</translation>
+    </message>
+    <message>
+        <source>Допуск невязок ходов и полигонов и расхождений измерений секции: %1</source>
+        <translation>Tolerance of misclosures of lines and loops, and of discrepancies between measurements of a section: %1</translation>
+    </message>
+    <message>
+        <source>Измерения уравнены без исходных отметок (свободная сеть); верные отметки отличаются от её высот все на одну величину. Доверительная вероятность %1</source>
+        <translation>The measurements are adjusted without the given heights (free network); right heights differ from its heights all by the same amount. Confidence level %1</translation>
+    </message>
+    <message>
+        <source>Допуск невязок ходов между реперами: %1</source>
+        <translation>Tolerance of lines between benchmarks: %1</translation>
+    </message>
+    <message>
+        <source>Свободное уравнивание</source>
+        <translation>Free adjustment</translation>
+    </message>
+    <message>
+        <source>Ходы между исходными реперами</source>
+        <translation>Lines between benchmarks</translation>
+    </message>
+    <message>
+        <source>Анализировать нечего: в сети нет исходных реперов</source>
+        <translation>Nothing to analyse: the network has no benchmarks</translation>
+    </message>
+    <message>
+        <source>Свободная сеть не уравнивается: веса измерений различаются слишком сильно, проверьте СКО и длины секций</source>
+        <translation>The free network cannot be adjusted: the weights of the measurements differ too much; check standard deviations and lengths of the sections</translation>
+    </message>
+    <message>
+        <source>Анализировать нечего: ни одна секция не ведёт к исходному реперу</source>
+        <translation>Nothing to analyse: no section leads to a benchmark</translation>
+    </message>
+    <message>
+        <source>Часть сети с репером %1. </source>
+        <translation>Part with benchmark %1. </translation>
+    </message>
+    <message>
+        <source>%1Исходный репер один, %2: его отметку сравнить не с чем; чтобы найти ошибочную, нужны хотя бы три</source>
+        <translation>%1There is one benchmark, %2: its height has nothing to be compared with; to find a wrong one takes three at least</translation>
+    </message>
+    <message>
+        <source>%1Исходных реперов %2, вместе проверяется не больше 2000; проверены только ходы между ними</source>
+        <translation>%1There are %2 benchmarks, no more than 2000 are compared together; only the lines between them were checked</translation>
+    </message>
+    <message>
+        <source>%1Исходные отметки согласуются, реперов %2; %3</source>
+        <translation>%1The given heights are consistent, benchmarks: %2; %3</translation>
+    </message>
+    <message>
+        <source>%1Измерения друг друга не проверяют, СКО взяты априорные; расхождение отметок может быть и ошибкой измерения</source>
+        <translation>%1The measurements do not check each other, standard deviations are a priori; a discrepancy of heights may be an error of a measurement, too</translation>
+    </message>
+    <message>
+        <source>%1Свободное уравнивание: избыточных измерений %2, μ апостериорная к априорной %3</source>
+        <translation>%1Free adjustment: redundant measurements %2, σ₀ a posteriori over a priori %3</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по апостериорной</source>
+        <translation>standard deviations are a posteriori</translation>
+    </message>
+    <message>
+        <source>СКО вычислены по априорной</source>
+        <translation>standard deviations are a priori</translation>
+    </message>
+    <message>
+        <source>%1, больше предела %2: измерения не согласуются и без исходных отметок, сначала найдите их ошибки L1-анализом; %3</source>
+        <translation>%1, above the limit %2: the measurements disagree even without the given heights, find their errors by L1 analysis first; %3</translation>
+    </message>
+    <message>
+        <source>%1, предел %2; %3</source>
+        <translation>%1, limit %2; %3</translation>
+    </message>
+    <message>
+        <source>отношение дисперсий %1, больше предела %2</source>
+        <translation>ratio of variances %1, above the limit %2</translation>
+    </message>
+    <message>
+        <source>отношение дисперсий %1, предел %2</source>
+        <translation>ratio of variances %1, limit %2</translation>
+    </message>
+    <message>
+        <source>%1 (отметка больше на %2&#xa0;мм, СКО %3&#xa0;мм)</source>
+        <translation>%1 (given height too large by %2 mm, σ %3 mm)</translation>
+    </message>
+    <message>
+        <source>%1 (отметка меньше на %2&#xa0;мм, СКО %3&#xa0;мм)</source>
+        <translation>%1 (given height too small by %2 mm, σ %3 mm)</translation>
+    </message>
+    <message>
+        <source>%1Исходные отметки не согласуются, %2. Исключите из исходных или проверьте: %3. Остальные согласуются, реперов %4</source>
+        <translation>%1The given heights are not consistent, %2. Exclude from the benchmarks, or check: %3. The others are consistent, benchmarks: %4</translation>
+    </message>
+    <message>
+        <source>%1Перебрать все наборы реперов нельзя, слишком много; возможен и больший согласованный набор</source>
+        <translation>%1There are too many sets of benchmarks to try them all; a larger consistent one is possible</translation>
+    </message>
+    <message>
+        <source>%1Исходные отметки не согласуются, %2, но какие неверны, измерения не решают: остальные согласуются без %3. Свяжите их с другими реперами или проверьте отметки</source>
+        <translation>%1The given heights are not consistent, %2, but the measurements do not decide which are wrong: the others are consistent without %3. Connect them with further benchmarks or check the heights</translation>
+    </message>
+    <message>
+        <source>, или без </source>
+        <translation>, or without </translation>
+    </message>
+    <message>
+        <source>%1Никакие два исходных репера не согласуются, %2: %3. Проверьте отметки, их систему высот и имена пунктов</source>
+        <translation>%1No two benchmarks agree, %2: %3. Check the heights, their height system and the names of the points</translation>
+    </message>
+    <message>
+        <source>%1Отметки двух исходных реперов расходятся: %2 относительно %3 на %4&#xa0;мм, СКО %5&#xa0;мм, критерий %6, больше предела %7. Какая неверна, решить нельзя: нужен третий репер</source>
+        <translation>%1The heights of two benchmarks disagree: %2 relative to %3 by %4 mm, σ %5 mm, test %6, above the limit %7. Which one is wrong cannot be decided: a third benchmark is needed</translation>
+    </message>
+    <message>
+        <source>В части сети с пунктом %1 нет исходных реперов</source>
+        <translation>The part with point %1 has no benchmarks</translation>
+    </message>
+    <message>
+        <source>Исходных реперов много: ходы показаны только между соседними, числом %1</source>
+        <translation>There are many benchmarks: lines are shown between neighbours only, %1 of them</translation>
+    </message>
+    <message>
+        <source>Ход %1: Σh = %2&#xa0;м, по отметкам %3&#xa0;м, невязка %4&#xa0;мм, %5, %6</source>
+        <translation>Line %1: Σh = %2 m, by the given heights %3 m, misclosure %4 mm, %5, %6</translation>
+    </message>
+    <message>
+        <source>Репер %1: отметка %2&#xa0;м, по всем другим реперам %3&#xa0;м, сдвиг %4&#xa0;мм, СКО %5&#xa0;мм, критерий %6, %7</source>
+        <translation>Benchmark %1: given height %2 m, by all other benchmarks %3 m, shift %4 mm, σ %5 mm, test %6, %7</translation>
+    </message>
+    <message>
+        <source>больше предела %1</source>
+        <translation>above the limit %1</translation>
+    </message>
+    <message>
+        <source>предел %1</source>
+        <translation>limit %1</translation>
+    </message>
+    <message>
+        <source>в свободной сети %1&#xa0;м, разность %2&#xa0;мм, СКО %3&#xa0;мм</source>
+        <translation>in the free network %1 m, difference %2 mm, σ %3 mm</translation>
+    </message>
+    <message>
+        <source>%1 (из-за исключённых реперов); %2</source>
+        <translation>%1 (because of the excluded benchmarks); %2</translation>
+    </message>
+    <message>
+        <source>Анализ &amp;исходных данных</source>
+        <translation>Analysis of &amp;given heights</translation>
+    </message>
+    <message>
+        <source>Проверить, согласуются ли исходные отметки</source>
+        <translation>Check whether the given heights are consistent</translation>
+    </message>
+    <message>
+        <source>анализ исходных данных: согласуются ли отметки реперов</source>
+        <translation>analysis of given heights: are the benchmarks consistent?</translation>
+    </message>
+    <message>
+        <source>Проверяет, согласуются ли отметки исходных реперов с измерениями и между собой: сравнивает их с высотами свободной сети, вычисляет невязки ходов между реперами и сдвиг каждого репера относительно остальных, находит наибольший согласованный набор и называет реперы, которые следует исключить, или говорит, что решить этого нельзя.</source>
+        <translation>Checks whether the given heights of the benchmarks are consistent with the measurements and with each other: compares them with the heights of the free network, computes misclosures of the lines between benchmarks and the shift of each benchmark against all others, finds the largest consistent set and names the benchmarks to exclude, or says that this cannot be decided.</translation>
+    </message>
+    <message>
+        <source>Т&amp;рассирование ходов</source>
+        <translation>Line t&amp;racing</translation>
+    </message>
+    <message>
+        <source>Показать сеть ходами между реперами и узловыми пунктами</source>
+        <translation>Show the network as lines between benchmarks and nodes</translation>
+    </message>
+    <message>
+        <source>трассирование: сеть ходами, их невязки, узловые пункты</source>
+        <translation>line tracing: lines, their misclosures, nodes</translation>
+    </message>
+    <message>
+        <source>Соединяет секции в ходы между исходными реперами и узловыми пунктами, как их чертит геодезист: у каждого хода вид, пункты, длина, станции, сумма превышений, невязка рядом с допуском, у каждого узлового пункта высоты по всем ходам, которые к нему ведут. Висячие и замкнутые ходы и кольца названы отдельно.</source>
+        <translation>Joins sections to lines between benchmarks and nodes, as a surveyor draws them: of each line its kind, points, length, set-ups, sum of height differences, and misclosure beside its tolerance; of each node the heights by all lines that lead to it. Hanging and closed lines and rings are named as such.</translation>
+    </message>
+    <message>
+        <source>±%1&#xa0;мм·√L (%2), L — длина, км; без длины — %3 СКО</source>
+        <translation>±%1 mm·√L (%2), L is the length in km; without a length %3 standard deviations</translation>
     </message>
 </context>
 <context>

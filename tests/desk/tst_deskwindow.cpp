@@ -132,7 +132,8 @@ void TestDeskWindow::emptyProjectOffersImportOnly()
     window = desk->makeWindow();
     QCOMPARE(window->windowTitle(), QStringLiteral("Новый проект[*]"));
     QVERIFY(!window->isWindowModified());
-    for (const char* action : {"Предобработка", "Уравнивание", "L1-анализ", "Экспорт…"})
+    for (const char* action : {"Предобработка", "Уравнивание", "L1-анализ", "Анализ исходных данных",
+                               "Трассирование ходов", "Экспорт…"})
         QVERIFY2(!isActionEnabled(*window, QString::fromUtf8(action)), action);
     QVERIFY(isActionEnabled(*window, QStringLiteral("Импорт сети…")));
 }
@@ -811,7 +812,8 @@ void TestDeskWindow::helpTellsOfEveryRun()
     const auto browsers = window->findChildren<QTextBrowser*>();
     QVERIFY(!browsers.isEmpty());
     const QString text = browsers.constLast()->toPlainText();
-    for (const char* name : {"Импорт", "Предобработка", "Уравнивание", "L1-анализ", "Экспорт"})
+    for (const char* name : {"Импорт", "Предобработка", "Уравнивание", "L1-анализ",
+                             "Общий анализ исходных данных", "Авто трассирование", "Экспорт"})
         QVERIFY2(text.contains(QString::fromUtf8(name) + QLatin1Char('\n')), name);
 }
 

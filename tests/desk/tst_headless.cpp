@@ -214,15 +214,17 @@ void TestHeadless::grossErrorsAreIsolatedByL1()
 void TestHeadless::wholePagesOfSmallNetwork_data()
 {
     QTest::addColumn<QString>("page");
-    for (const char* page : {"Import", "Compile", "Adjust", "L1Analysis", "Export"})
+    for (const char* page : {"Import", "Compile", "Adjust", "L1Analysis", "FixedPointsAnalysis",
+                             "AutoChainTracingAnalysis", "Export"})
         QTest::newRow(page) << QString::fromLatin1(page);
 }
 
 void TestHeadless::wholePagesOfSmallNetwork()
 {
     QFETCH(QString, page);
-    const DeskProcess desk = run(
-        words("--import small.gkf --run compile --run adjust --run l1 --export heights.csv --pages pages"));
+    const DeskProcess desk =
+        run(words("--import small.gkf --run compile --run adjust --run l1 --run fixed-points --run chains "
+                  "--export heights.csv --pages pages"));
     QCOMPARE(desk.errors, QString());
     QCOMPARE(compareWithFile(withoutDates(text(QStringLiteral("pages/%1.html").arg(page))),
                              QStringLiteral(DESK_EXPECTED "/%1.html").arg(page)),
@@ -313,8 +315,9 @@ void TestHeadless::badUsageIsRefused_data()
                                     << "непонятный параметр --quick";
     QTest::newRow("unknown export") << "--import small.gkf --run adjust --export heights.txt"
                                     << "неизвестный вид файла «heights.txt», экспорт пишет .csv, .gkf";
-    QTest::newRow("unknown run") << "--import small.gkf --run solve"
-                                 << "неизвестная обработка «solve»: --run compile, adjust, l1";
+    QTest::newRow("unknown run")
+        << "--import small.gkf --run solve"
+        << "неизвестная обработка «solve»: --run compile, adjust, l1, fixed-points, chains, tacheometry";
     QTest::newRow("no value") << "--import small.gkf --run"
                               << "для --run не указано значение";
     QTest::newRow("empty value") << "--import= --run adjust"
@@ -563,6 +566,9 @@ void TestHeadless::exitCodeTellsHowItWent_data()
                               << QStringLiteral("Уравнивать нечего: ") + nothing;
     QTest::newRow("no datum for L1") << "--import free.gkf --run l1" << 1
                                      << QStringLiteral("Анализировать нечего: ") + nothing;
+    QTest::newRow("no benchmark to compare")
+        << "--import free.gkf --run fixed-points" << 1 << "Анализировать нечего: в сети нет исходных реперов";
+    QTest::newRow("lines without a benchmark") << "--import free.gkf --run chains" << 0 << QString();
     QTest::newRow("wrong order") << "--import free.gkf --export a.csv" << 2
                                  << "Экспортировать нечего: сеть не уравнена. Сначала выполните уравнивание.";
 }

@@ -1,7 +1,9 @@
 #include "apps/desk/document/NetworkItems.h"
 #include "apps/desk/runs/AdjustRun.h"
+#include "apps/desk/runs/ChainsRun.h"
 #include "apps/desk/runs/CompileRun.h"
 #include "apps/desk/runs/ExportRun.h"
+#include "apps/desk/runs/FixedPointsRun.h"
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/NetworkExportRun.h"
@@ -10,10 +12,12 @@
 #include "tests/levelling/SyntheticNetwork.h"
 #include "tests/support/TestFiles.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
+#include <string>
 
 using namespace orvel::desk;
 using namespace orvel::test;
@@ -50,6 +54,17 @@ private Q_SLOTS:
     void exportWithCoordinates();
     void exportQuotesNames();
     void exportToMissingFolder();
+    void fixedPointsNamesWhatToExclude();
+    void fixedPointsOfTwoThatDisagree();
+    void fixedPointsLeavesOpenWhatCannotBeDecided();
+    void fixedPointsOfOneBenchmark();
+    void fixedPointsOfSeveralParts();
+    void fixedPointsOfBadMeasurements();
+    void fixedPointsOfManyBenchmarks();
+    void chainsOfEveryKind();
+    void chainsOverTheToleranceComeFirst();
+    void chainOfThousandsOfPointsIsCut();
+    void chainsOfEmptyProject();
     void networkExportTellsWhatItChanged();
     void networkExportOfEmptyProject();
     void networkExportToMissingFolder();
@@ -389,6 +404,12 @@ void TestRuns::stoppedRunsEndAtOnce()
     runL1Analysis(monitor, snapshot);
     QVERIFY(monitor.lines.filter(QStringLiteral("H = ")).isEmpty());
     QVERIFY(monitor.lines.filter(QStringLiteral("Полигон")).isEmpty());
+    monitor.lines.clear();
+    QCOMPARE(runFixedPoints(monitor, snapshot, LevellingClass::IV), QString());
+    QCOMPARE(monitor.lines.filter(QStringLiteral("service:")), monitor.lines);
+    monitor.lines.clear();
+    QCOMPARE(runChains(monitor, snapshot, LevellingClass::IV), QString());
+    QCOMPARE(monitor.lines.filter(QStringLiteral("service:")), monitor.lines);
 }
 
 void TestRuns::importStopsWhileItReads()
@@ -487,6 +508,255 @@ void TestRuns::exportToMissingFolder()
     const QString failure = runExport(monitor, {{QStringLiteral("A"), 1, atHeight(1.5), 0.5}}, true,
                                       QStringLiteral("/no/such/folder.csv"));
     QVERIFY(failure.contains(QStringLiteral("/no/such/folder.csv")));
+    QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
+}
+
+void TestRuns::fixedPointsNamesWhatToExclude()
+{
+    snapshot.network.parameters.sigmaAct = levelling::SigmaAct::Apriori;
+    const int r1 = addPoint("R1", 10.0);
+    const int r2 = addPoint("<b>", 11.0);
+    const int r3 = addPoint("R3", 12.1);
+    addSection(r1, r2, 1.0, 1.0);
+    addSection(r2, r3, 1.0, 1.0);
+    QCOMPARE(runFixedPoints(monitor, snapshot, LevellingClass::IV), QString());
+    // Freed, R3 is 100 mm too high, with the 2 mm of one section.
+    QCOMPARE(
+        monitor.lines,
+        QStringList(
+            {QStringLiteral(
+                 "service:Измерения уравнены без исходных отметок (свободная сеть); верные отметки "
+                 "отличаются от её высот все на одну величину. Доверительная вероятность 0,95"),
+             QStringLiteral(
+                 "service:Допуск невязок ходов между реперами: ±20\u00A0мм·√L (IV класс), L — длина, "
+                 "км; без длины — 3 СКО"),
+             QStringLiteral(
+                 "error:Исходные отметки не согласуются, отношение дисперсий 1250,00, больше предела "
+                 "3,68. Исключите из исходных или проверьте: [12:R3] (отметка больше на "
+                 "100,00\u00A0мм, СКО 2,00\u00A0мм). Остальные согласуются, реперов 2"),
+             QStringLiteral("message:Измерения друг друга не проверяют, СКО взяты априорные; расхождение "
+                            "отметок может быть и ошибкой измерения"),
+             QStringLiteral("0%"),
+             QStringLiteral(
+                 "error:Ход [11:&lt;b&gt;] → [12:R3]: Σh = +1,00000\u00A0м, по отметкам "
+                 "+1,10000\u00A0м, невязка \u2212100,00\u00A0мм, больше допуска ±20,00\u00A0мм, длина "
+                 "1,000\u00A0км"),
+             QStringLiteral("20%"),
+             QStringLiteral(
+                 "error:Репер [12:R3]: отметка 12,10000\u00A0м, по всем другим реперам "
+                 "12,00000\u00A0м, сдвиг +100,00\u00A0мм, СКО 2,00\u00A0мм, критерий 50,00, больше "
+                 "предела 2,63; в свободной сети 12,00000\u00A0м, разность +100,00\u00A0мм, СКО "
+                 "2,24\u00A0мм"),
+             QStringLiteral("40%"),
+             QStringLiteral(
+                 "message:Репер [11:&lt;b&gt;]: отметка 11,00000\u00A0м, по всем другим реперам "
+                 "11,05000\u00A0м, сдвиг \u221250,00\u00A0мм, СКО 1,41\u00A0мм, критерий 35,36, больше "
+                 "предела 2,63 (из-за исключённых реперов); в свободной сети 11,00000\u00A0м, разность "
+                 "+0,00\u00A0мм, СКО 1,00\u00A0мм"),
+             QStringLiteral("60%"),
+             QStringLiteral(
+                 "message:Репер [10:R1]: отметка 10,00000\u00A0м, по всем другим реперам "
+                 "10,00000\u00A0м, сдвиг +0,00\u00A0мм, СКО 2,00\u00A0мм, критерий 0,00, предел 2,63; "
+                 "в свободной сети 10,00000\u00A0м, разность +0,00\u00A0мм, СКО 1,00\u00A0мм"),
+             QStringLiteral("80%"),
+             QStringLiteral("message:Ход [10:R1] → [11:&lt;b&gt;]: Σh = +1,00000\u00A0м, по отметкам "
+                            "+1,00000\u00A0м, невязка +0,00\u00A0мм, допуск ±20,00\u00A0мм, длина "
+                            "1,000\u00A0км")}));
+}
+
+void TestRuns::fixedPointsOfTwoThatDisagree()
+{
+    const int r1 = addPoint("R1", 10.0);
+    const int r2 = addPoint("R2", 11.01);
+    addSection(r1, r2, 1.0, 1.0);
+    runFixedPoints(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has("error:Отметки двух исходных реперов расходятся: [11:R2] относительно [10:R1] на "
+                "+10,00\u00A0мм, СКО 2,00\u00A0мм, критерий 5,00, больше предела 1,96. Какая неверна, решить "
+                "нельзя: нужен третий репер"));
+    // 10 mm are within the tolerance of 1 km.
+    QVERIFY(has("message:Ход [10:R1] → [11:R2]: Σh = +1,00000\u00A0м, по отметкам +1,01000\u00A0м, невязка "
+                "\u221210,00\u00A0мм, допуск ±20,00\u00A0мм, длина 1,000\u00A0км"));
+    QCOMPARE(monitor.lines.filter(QStringLiteral("warning:Репер")).size(), 2);
+}
+
+void TestRuns::fixedPointsLeavesOpenWhatCannotBeDecided()
+{
+    const int a = addPoint("A");
+    for (const char* name : {"R1", "R2", "R3", "R4"})
+        addSection(a, addPoint(name, name[1] > '2' ? 0.05 : 0.0), 0.0, 1.0);
+    runFixedPoints(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has("error:Исходные отметки не согласуются, отношение дисперсий 208,33, больше предела 3,11, но "
+                "какие неверны, измерения не решают: остальные согласуются без [11:R1], [12:R2], или без "
+                "[13:R3], [14:R4]. Свяжите их с другими реперами или проверьте отметки"));
+
+    init();
+    const int b = addPoint("B");
+    for (const char* name : {"R1", "R2", "R3"})
+        addSection(b, addPoint(name, 0.05 * (name[1] - '1')), 0.0, 1.0);
+    runFixedPoints(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(
+        has("error:Никакие два исходных репера не согласуются, отношение дисперсий 625,00, больше предела "
+            "3,68: [11:R1], [12:R2], [13:R3]. Проверьте отметки, их систему высот и имена пунктов"));
+}
+
+void TestRuns::fixedPointsOfOneBenchmark()
+{
+    addLine(1.0);
+    addPoint("R2", 5.0);
+    const int c = addPoint("C");
+    addSection(c, addPoint("D"), 1.0, 1.0);
+    QCOMPARE(runFixedPoints(monitor, snapshot, LevellingClass::IV), QString());
+    QCOMPARE(
+        monitor.lines.mid(2),
+        QStringList({QStringLiteral("warning:Исходный репер один, [10:A]: его отметку сравнить не с чем; "
+                                    "чтобы найти ошибочную, нужны хотя бы три"),
+                     QStringLiteral("warning:Исходный репер [12:R2] не связан ни с одной секцией"),
+                     QStringLiteral("warning:В части сети с пунктом [13:C] нет исходных реперов")}));
+    init();
+    addLine(std::nullopt);
+    QCOMPARE(runFixedPoints(monitor, snapshot, LevellingClass::IV),
+             QStringLiteral("Анализировать нечего: в сети нет исходных реперов"));
+    addPoint("R", 1.0);
+    QCOMPARE(runFixedPoints(monitor, snapshot, LevellingClass::IV),
+             QStringLiteral("Анализировать нечего: ни одна секция не ведёт к исходному реперу"));
+}
+
+void TestRuns::fixedPointsOfSeveralParts()
+{
+    for (const char* part : {"A", "B"}) {
+        const int first = addPoint((std::string(part) + "1").c_str(), 0.0);
+        const int second = addPoint((std::string(part) + "2").c_str(), 1.0);
+        addSection(first, second, 1.001, 1.0);
+    }
+    runFixedPoints(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has("message:Часть сети с репером [10:A1]. Исходные отметки согласуются, реперов 2; отношение "
+                "дисперсий 0,25, предел 3,84"));
+    QVERIFY(has("message:Часть сети с репером [12:B1]. Исходные отметки согласуются, реперов 2; отношение "
+                "дисперсий 0,25, предел 3,84"));
+}
+
+void TestRuns::fixedPointsOfBadMeasurements()
+{
+    const int a = addPoint("A", 0.0);
+    const int b = addPoint("B", 1.0);
+    addSection(a, b, 1.0, 1.0);
+    addSection(a, b, 1.020, 1.0);
+    runFixedPoints(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has("warning:Свободное уравнивание: избыточных измерений 1, μ апостериорная к априорной 7,071, "
+                "больше предела 2,241: измерения не согласуются и без исходных отметок, сначала найдите их "
+                "ошибки L1-анализом; СКО вычислены по априорной"));
+}
+
+void TestRuns::fixedPointsOfManyBenchmarks()
+{
+    int last = addPoint("R0", 0.0);
+    for (int number = 1; number < 40; ++number) {
+        const int next = addPoint(QByteArray("R" + QByteArray::number(number)).constData(), 0.0);
+        addSection(last, next, 0.0, 1.0);
+        last = next;
+    }
+    runFixedPoints(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has("message:Исходных реперов много: ходы показаны только между соседними, числом 39"));
+    QCOMPARE(monitor.lines.filter(QStringLiteral("message:Ход")).size(), 39);
+}
+
+void TestRuns::chainsOfEveryKind()
+{
+    const int r1 = addPoint("R1", 10.0);
+    const int r2 = addPoint("R2", 12.0);
+    const int a = addPoint("<b>");
+    const int n = addPoint("N");
+    const int h = addPoint("H");
+    addSection(r1, a, 1.0, 1.0);
+    addSection(a, r1, -1.002, 1.0);
+    addSection(a, r2, 1.002, 1.0);
+    addSection(r1, n, 1.0, 1.0);
+    addSection(n, r2, 1.004, 1.0);
+    addSection(n, h, 1.0, std::nullopt);
+    for (levelling::Section& section : snapshot.network.sections)
+        section.stations = 5;
+    const int x = addPoint("X");
+    addSection(x, addPoint("Y"), 1.0, 1.0);
+    addPoint("Z");
+    QCOMPARE(runChains(monitor, snapshot, LevellingClass::IV), QString());
+    QCOMPARE(
+        monitor.lines.mid(1).filter(QRegularExpression(QStringLiteral("^[a-z]+:"))),
+        QStringList(
+            {QStringLiteral(
+                 "service:Допуск невязок ходов: ±20\u00A0мм·√L (IV класс), L — длина, км; без длины — "
+                 "3 СКО"),
+             QStringLiteral(
+                 "service:Ходов: 5 (между исходными реперами 1, от репера к узловому пункту 2, "
+                 "висячих 1, отдельных 1); узловых пунктов: 1; секций: 6, каждая входит в один ход"),
+             QStringLiteral(
+                 "warning:Висячий ход [13:N] – [14:H]: не контролируется, Σh = +1,00000\u00A0м, длина "
+                 "не задана, секций 1, станций 5; пункты: [13:N] → [14:H]"),
+             QStringLiteral("warning:Отдельный ход [15:X] – [16:Y]: не связан с исходными реперами, Σh = "
+                            "+1,00000\u00A0м, длина 1,000\u00A0км, секций 1; пункты: [15:X] → [16:Y]"),
+             QStringLiteral("warning:Пункт [17:Z] не связан ни с одной секцией"),
+             QStringLiteral(
+                 "message:Ход между исходными реперами [10:R1] – [11:R2]: невязка +3,00\u00A0мм, "
+                 "допуск ±28,28\u00A0мм, отношение 0,11, Σh = +2,00300\u00A0м, длина 2,000\u00A0км, "
+                 "секций 2, измерений 3, станций 10; пункты: [10:R1] → [12:&lt;b&gt;] → [11:R2]"),
+             QStringLiteral("message:Ход от исходного репера к узловому пункту [10:R1] – [13:N]: Σh = "
+                            "+1,00000\u00A0м, длина 1,000\u00A0км, секций 1, станций 5; пункты: [10:R1] → "
+                            "[13:N]"),
+             QStringLiteral(
+                 "message:Ход от исходного репера к узловому пункту [11:R2] – [13:N]: Σh = "
+                 "\u22121,00400\u00A0м, длина 1,000\u00A0км, секций 1, станций 5; пункты: [11:R2] → "
+                 "[13:N]"),
+             QStringLiteral(
+                 "message:Узловой пункт [13:N]: уравненная H = 10,99800\u00A0м, по ходам с размахом "
+                 "4,00\u00A0мм: от [10:R1] 11,00000\u00A0м (+2,00\u00A0мм, допуск ±20,00\u00A0мм), от "
+                 "[11:R2] 10,99600\u00A0м (\u22122,00\u00A0мм, допуск ±20,00\u00A0мм)")}));
+}
+
+void TestRuns::chainsOverTheToleranceComeFirst()
+{
+    const int r1 = addPoint("R1", 10.0);
+    const int r2 = addPoint("R2", 11.0);
+    const int r3 = addPoint("R3", 12.0);
+    addSection(r1, r2, 1.021, 1.0);
+    addSection(r2, r3, 0.9, 1.0);
+    addSection(r1, addPoint("A"), 1.0, 1.0);
+    const int b = addPoint("B");
+    const int c = addPoint("C");
+    const int d = addPoint("D");
+    addSection(b, c, 1.0, 1.0);
+    addSection(c, d, 1.0, 1.0);
+    addSection(d, b, 1.0, 1.0);
+    runChains(monitor, snapshot, LevellingClass::IV);
+    QStringList starts;
+    for (const QString& line : monitor.lines.filter(QStringLiteral("; пункты:")))
+        starts.append(line.section(QLatin1Char(','), 0, 0));
+    QCOMPARE(starts,
+             QStringList(
+                 {QStringLiteral("error:Кольцевой ход без узлов [14:B]: не связан с исходными реперами"),
+                  QStringLiteral("error:Ход между исходными реперами [11:R2] – [12:R3]: невязка \u2212100"),
+                  QStringLiteral("error:Ход между исходными реперами [10:R1] – [11:R2]: невязка +21"),
+                  QStringLiteral("warning:Висячий ход [10:R1] – [13:A]: не контролируется")}));
+}
+
+void TestRuns::chainOfThousandsOfPointsIsCut()
+{
+    int last = addPoint("P0", 0.0);
+    for (int number = 1; number <= 1500; ++number) {
+        const int next = addPoint(QByteArray("P" + QByteArray::number(number)).constData());
+        addSection(last, next, 0.0, 1.0);
+        last = next;
+    }
+    snapshot.network.points.back().fixed = true;
+    snapshot.network.points.back().height = 0.0;
+    runChains(monitor, snapshot, LevellingClass::IV);
+    const QString line = monitor.lines.filter(QStringLiteral("; пункты:")).value(0);
+    QVERIFY(line.startsWith(QStringLiteral("message:Ход между исходными реперами [10:P0] – [1510:P1500]:")));
+    QVERIFY(line.endsWith(QStringLiteral("[1009:P999] … и ещё 501")));
+}
+
+void TestRuns::chainsOfEmptyProject()
+{
+    const QString failure = QStringLiteral("В проекте нет ни одной секции. Импортируйте нивелирную сеть.");
+    QCOMPARE(runChains(monitor, snapshot, LevellingClass::IV), failure);
     QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
 }
 

@@ -93,8 +93,9 @@ std::set<std::vector<int>> findLargestSets(const Network& network)
             continue;
         const double sum = pvvOf(network, set) - freeSum;
         const auto count = static_cast<int>(set.size());
-        bool isConsistent = sum <= quantiles::varianceLimit(count - 1, 0, half) * (count - 1);
-        const double limit = quantiles::normalLimit(quantiles::shareOfEach(half, count));
+        const double error = count == 2 ? 1.0 - network.parameters.confidence : half;
+        bool isConsistent = sum <= quantiles::varianceLimit(count - 1, 0, error) * (count - 1);
+        const double limit = quantiles::normalLimit(count == 2 ? error : quantiles::shareOfEach(half, count));
         for (const int freed : set) {
             std::vector<int> others = set;
             others.erase(std::find(others.begin(), others.end(), freed));

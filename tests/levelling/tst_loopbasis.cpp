@@ -185,8 +185,8 @@ private Q_SLOTS:
     void twoBenchmarksAreCountedAsJoined();
     void loopsOfTwoBenchmarksSpanThePublishedOnes();
     void oneBenchmarkGivesTriangles();
-    void lengthSigmaAndToleranceOfALoop();
-    void loopWithoutLengthHasNoTolerance();
+    void lengthAndSigmaOfALoop();
+    void loopOfASectionWithoutLengthHasNone();
     void lineBetweenTwoBenchmarksIsALoop();
     void forwardAndBackAreALoop();
     void freeNetworkHasLoops();
@@ -230,7 +230,7 @@ void TestLoopBasis::oneBenchmarkGivesTriangles()
                           QStringLiteral("51-34-32-51 -0.4"), QStringLiteral("51-38-1-51 +5.8")}));
 }
 
-void TestLoopBasis::lengthSigmaAndToleranceOfALoop()
+void TestLoopBasis::lengthAndSigmaOfALoop()
 {
     const Network network = networks::Builder()
                                 .fixed(QStringLiteral("R"), 10.0)
@@ -240,10 +240,9 @@ void TestLoopBasis::lengthSigmaAndToleranceOfALoop()
     const Loop loop = findLoopBasis(SectionGraph(network)).front();
     QCOMPARE(*loop.length, 4.0);
     QCOMPARE(loop.sigma, 2.0);
-    QCOMPARE(*loop.getTolerance(5.0), 10.0);
 }
 
-void TestLoopBasis::loopWithoutLengthHasNoTolerance()
+void TestLoopBasis::loopOfASectionWithoutLengthHasNone()
 {
     for (const std::size_t without : {std::size_t(0), std::size_t(1)}) {
         Network network = networks::Builder()
@@ -253,7 +252,6 @@ void TestLoopBasis::loopWithoutLengthHasNoTolerance()
         network.sections[without].distance.reset();
         const Loop loop = findLoopBasis(SectionGraph(network)).front();
         QVERIFY(!loop.length);
-        QVERIFY(!loop.getTolerance(5.0));
     }
 }
 

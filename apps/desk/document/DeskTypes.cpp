@@ -44,8 +44,15 @@ void registerDeskTypes()
 
 std::vector<int> getProtocolTypes()
 {
-    return {enums::Import,     enums::ImportTemplate,  enums::Compile, enums::Adjust,
-            enums::L1Analysis, enums::CalcTacheometry, enums::Export};
+    return {enums::Import,
+            enums::ImportTemplate,
+            enums::Compile,
+            enums::Adjust,
+            enums::L1Analysis,
+            enums::FixedPointsAnalysis,
+            enums::AutoChainTracingAnalysis,
+            enums::CalcTacheometry,
+            enums::Export};
 }
 
 int getTypeDigit(int protocolType)

@@ -3,21 +3,16 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/RunLines.h"
+#include "apps/desk/runs/Tolerances.h"
 #include "levelling/Components.h"
 #include "levelling/LoopBasis.h"
 #include "levelling/SectionGraph.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace orvel::desk {
 
 namespace {
-
-// Limit of a misclosure whose line has no length, in standard deviations of it.
-constexpr double kSigmaLimit = 3.0;
-// Differences of whole tenths of a millimetre are not quite such in binary numbers, mm.
-constexpr double kRounding = 1e-6;
 
 using levelling::Component;
 using levelling::Loop;
@@ -71,12 +66,8 @@ private:
                           .arg(QString::number(network.points.size()), QString::number(benchmarks),
                                QString::number(network.sections.size()), QString::number(parts),
                                QString::number(redundancy)));
-        lines.service(
-            Desk::tr(
-                "Допуск невязок ходов и полигонов и расхождений измерений секции: ±%1\u00A0мм·√L (%2), L — "
-                "длина, км; без длины — %3 СКО")
-                .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), describeClass(levellingClass),
-                     numbers::fixed(kSigmaLimit, 0)));
+        lines.service(Desk::tr("Допуск невязок ходов и полигонов и расхождений измерений секции: %1")
+                          .arg(tolerances::describeRule(levellingClass)));
         std::size_t number = 0;
         std::size_t done = 0;
         for (const Component& component : components) {
@@ -159,22 +150,13 @@ private:
         const QString kind = repeated.back.empty() || repeated.forward.empty()
                                  ? Desk::tr("Повторные измерения")
                                  : Desk::tr("Прямой и обратный ход");
-        // Without lengths the limit comes from the two measurements' own standard deviations.
-        const double limit = repeated.length
-                                 ? getToleranceFactor(levellingClass) * std::sqrt(*repeated.length)
-                                 : kSigmaLimit * repeated.discrepancySigma;
-        const bool isExceeded = repeated.discrepancy > limit + kRounding;
+        const Tolerance tolerance = tolerances::judge(repeated.discrepancy, repeated.length,
+                                                      repeated.discrepancySigma, levellingClass);
         const QString text =
             Desk::tr("%1 %2: расхождение %3\u00A0мм, %4")
                 .arg(kind, lines.listSections(sections), numbers::fixed(repeated.discrepancy, 2),
-                     describeLimit(isExceeded, numbers::fixed(limit, 2)));
-        write(isExceeded, text);
-    }
-
-    static QString describeLimit(bool isExceeded, const QString& limit)
-    {
-        return isExceeded ? Desk::tr("больше допуска %1\u00A0мм").arg(limit)
-                          : Desk::tr("допуск %1\u00A0мм").arg(limit);
+                     tolerances::describeLimit(tolerance));
+        write(tolerance.isExceeded, text);
     }
 
     void write(bool isError, const QString& text)
@@ -202,19 +184,15 @@ private:
 
     void checkLoop(const Loop& loop)
     {
-        const auto tolerance = loop.getTolerance(getToleranceFactor(levellingClass));
-        const double limit = tolerance.value_or(kSigmaLimit * loop.sigma);
-        const QString length = loop.length ? Desk::tr("длина %1\u00A0км").arg(numbers::length(*loop.length))
-                                           : Desk::tr("длина не задана");
-        const bool isExceeded = std::abs(loop.misclosure) > limit + kRounding;
+        const Tolerance tolerance =
+            tolerances::judge(loop.misclosure, loop.length, loop.sigma, levellingClass);
         const bool isClosed = loop.points.front() == loop.points.back();
         const QString text =
             Desk::tr("%1 %2: невязка %3\u00A0мм, %4, %5; секции: %6")
                 .arg(isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), lines.listWay(loop.points),
-                     numbers::misclosure(loop.misclosure),
-                     describeLimit(isExceeded, QStringLiteral("±") + numbers::fixed(limit, 2)), length,
-                     lines.listSections(sectionsOf(loop)));
-        write(isExceeded, text);
+                     numbers::misclosure(loop.misclosure), tolerances::describeSignedLimit(tolerance),
+                     tolerances::describeLength(loop.length), lines.listSections(sectionsOf(loop)));
+        write(tolerance.isExceeded, text);
     }
 
     std::vector<int> sectionsOf(const Loop& loop) const

@@ -5,8 +5,10 @@
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/runs/AdjustRun.h"
+#include "apps/desk/runs/ChainsRun.h"
 #include "apps/desk/runs/CompileRun.h"
 #include "apps/desk/runs/ExportRun.h"
+#include "apps/desk/runs/FixedPointsRun.h"
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/L1Run.h"
 #include "apps/desk/runs/NetworkExportRun.h"
@@ -130,6 +132,30 @@ DeskRun makeL1Analysis(const Document& document)
     run.function = [snapshot = document.shareSnapshot(),
                     failure = run.failure](qor::IProcessMonitor& monitor) {
         *failure = RunFailure::make(RunFailure::Kind::NoResult, runL1Analysis(monitor, *snapshot));
+    };
+    return run;
+}
+
+DeskRun makeChains(const Document& document)
+{
+    DeskRun run;
+    run.protocolType = enums::AutoChainTracingAnalysis;
+    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass(),
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure =
+            RunFailure::make(RunFailure::Kind::NoResult, runChains(monitor, *snapshot, levellingClass));
+    };
+    return run;
+}
+
+DeskRun makeFixedPoints(const Document& document)
+{
+    DeskRun run;
+    run.protocolType = enums::FixedPointsAnalysis;
+    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass(),
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure =
+            RunFailure::make(RunFailure::Kind::NoResult, runFixedPoints(monitor, *snapshot, levellingClass));
     };
     return run;
 }

@@ -62,6 +62,10 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
 DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);
+/// Tracing of the lines.
+DeskRun makeChains(const Document& document);
+/// Analysis of the given heights.
+DeskRun makeFixedPoints(const Document& document);
 DeskRun makeTacheometry(Document& document);
 /// Export in the format that the file's suffix names, see ExportFormats; for an unknown one a run that says
 /// so.

@@ -8,19 +8,17 @@ namespace orvel::desk {
 
 namespace {
 
-// So many items are named in one line.
-constexpr std::size_t kListLimit = 50;
-
 template<typename MakeLink>
-QString makeList(const std::vector<int>& indices, const QString& separator, MakeLink makeLink)
+QString makeList(const std::vector<int>& indices, const QString& separator, std::size_t limit,
+                 MakeLink makeLink)
 {
     QStringList links;
-    for (std::size_t i = 0; i < std::min(indices.size(), kListLimit); ++i)
+    for (std::size_t i = 0; i < std::min(indices.size(), limit); ++i)
         links.append(makeLink(indices[i]));
     const QString text = links.join(separator);
-    if (indices.size() <= kListLimit)
+    if (indices.size() <= limit)
         return text;
-    return Desk::tr("%1 … и ещё %2").arg(text, QString::number(indices.size() - kListLimit));
+    return Desk::tr("%1 … и ещё %2").arg(text, QString::number(indices.size() - limit));
 }
 
 } // namespace
@@ -50,17 +48,17 @@ QString RunLines::section(int index)
 
 QString RunLines::listPoints(const std::vector<int>& points)
 {
-    return makeList(points, QStringLiteral(", "), [this](int index) { return point(index); });
+    return makeList(points, QStringLiteral(", "), kListLimit, [this](int index) { return point(index); });
 }
 
 QString RunLines::listSections(const std::vector<int>& sections)
 {
-    return makeList(sections, QStringLiteral(", "), [this](int index) { return section(index); });
+    return makeList(sections, QStringLiteral(", "), kListLimit, [this](int index) { return section(index); });
 }
 
-QString RunLines::listWay(const std::vector<int>& points)
+QString RunLines::listWay(const std::vector<int>& points, std::size_t limit)
 {
-    return makeList(points, QStringLiteral(" → "), [this](int index) { return point(index); });
+    return makeList(points, QStringLiteral(" → "), limit, [this](int index) { return point(index); });
 }
 
 void RunLines::error(const QString& text)

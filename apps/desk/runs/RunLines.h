@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <cstddef>
+
 namespace orvel::desk {
 
 /// Writes the lines of a run: points and sections as links, texts of files escaped.
@@ -14,6 +16,9 @@ namespace orvel::desk {
 class RunLines
 {
 public:
+    /// So many items are named in one line.
+    static constexpr std::size_t kListLimit = 50;
+
     /// Both outlive the lines.
     RunLines(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot);
 
@@ -29,7 +34,8 @@ public:
     QString listPoints(const std::vector<int>& points);
     QString listSections(const std::vector<int>& sections);
     /// The points of a way, one after the other.
-    QString listWay(const std::vector<int>& points);
+    /// @param limit so many are named before it is cut off
+    QString listWay(const std::vector<int>& points, std::size_t limit = kListLimit);
 
     /// An error line, and so on. The text is HTML.
     void error(const QString& text);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "apps/desk/document/LevellingClass.h"
+#include "apps/desk/document/NetworkSnapshot.h"
+#include "host/process/IProcessMonitor.h"
+
+#include <QString>
+
+namespace orvel::desk {
+
+/// Compares the given heights of the benchmarks with the measurements and with each other: which are to be
+/// excluded, the misclosures of the lines between them, and what each benchmark's height should be.
+///
+/// @return why nothing could be compared, as plain text; empty if it was or if the run was stopped
+QString runFixedPoints(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+                       LevellingClass levellingClass);
+
+} // namespace orvel::desk
