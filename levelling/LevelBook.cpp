@@ -437,6 +437,7 @@ void LevelBook::addCheck(const LevelCheck& check)
     if (check.kind != LevelCheckKind::EnteredHeight)
         placed.station = countStations() + (isOfLast ? 0 : 1);
     result.findings.checks.push_back(placed);
+    checkedStations.push_back(stations.size() - (isOfLast ? 1 : 0));
     limitEntries();
 }
 
@@ -562,6 +563,22 @@ void LevelBook::appendSection(LevelLine& line, const Run& run, int from, int to,
     ++line.sectionCount;
 }
 
+void LevelBook::noteSection(std::size_t firstStation, std::size_t endStation)
+{
+    const auto section = static_cast<int>(result.file.network.sections.size());
+    for (std::size_t station = firstStation; station < endStation; ++station)
+        sectionOfStation[station] = section;
+}
+
+void LevelBook::findSectionsOfChecks()
+{
+    for (std::size_t i = 0; i < result.findings.checks.size(); ++i) {
+        LevelCheck& check = result.findings.checks[i];
+        if (check.kind != LevelCheckKind::EnteredHeight && checkedStations[i] < stations.size())
+            check.section = sectionOfStation[checkedStations[i]];
+    }
+}
+
 /// Makes a section of the run, or two if it comes back to where it began.
 void LevelBook::finishRun(LevelLine& line, const Run& run, std::size_t endStation)
 {
@@ -569,6 +586,7 @@ void LevelBook::finishRun(LevelLine& line, const Run& run, std::size_t endStatio
     const qint64 fileLine = stations[run.firstStation].line;
     if (last.fore != run.from) {
         const int from = getNetworkPoint(run.from, fileLine);
+        noteSection(run.firstStation, endStation);
         appendSection(line, run, from, getNetworkPoint(last.fore, last.line), fileLine);
         return;
     }
@@ -585,7 +603,9 @@ void LevelBook::finishRun(LevelLine& line, const Run& run, std::size_t endStatio
     const int mark = getNetworkPoint(run.from, fileLine);
     const int turning = addPoint(name(back.from).text + QStringLiteral(" (") + place + QLatin1Char(')'),
                                  stations[middle].line);
+    noteSection(run.firstStation, middle);
     appendSection(line, there, mark, turning, fileLine);
+    noteSection(middle, endStation);
     appendSection(line, back, turning, mark, stations[middle].line);
 }
 
@@ -675,6 +695,7 @@ LevelResult LevelBook::finish(const std::function<bool()>& isStopped)
 {
     endLine();
     findMarks();
+    sectionOfStation.assign(stations.size(), -1);
     std::size_t nextQuestion = 0;
     for (std::size_t line = 0; line < contents.size() && !isFull(); ++line) {
         if (isStopped && contents[line].endStation >= nextQuestion) {
@@ -694,6 +715,7 @@ LevelResult LevelBook::finish(const std::function<bool()>& isStopped)
         return std::move(result);
     }
     giveHeights();
+    findSectionsOfChecks();
     result.file.network.parameters.sigmaApriori = settings.sigmaPerKilometre;
     if (result.file.network.sections.empty())
         addProblem(ProblemKind::NoSections, Severity::Error, 0);

@@ -78,6 +78,7 @@ struct LevelCheck
     qint64 line = 0;   ///< of the file
     int levelLine = 0; ///< index in LevelBookFindings::lines
     int station = 0;   ///< number of the station in its line, from 1; 0 if it is about none
+    int section = -1;  ///< index in Network::sections of that with the station; -1 if none has it
     QString from;
     QString to;
     double first = 0.0;  ///< m
@@ -287,6 +288,9 @@ private:
     void fillDistances(std::size_t line);
     void makeSections(std::size_t line);
     void finishRun(LevelLine& line, const Run& run, std::size_t endStation);
+    /// The section that is made next has these stations.
+    void noteSection(std::size_t firstStation, std::size_t endStation);
+    void findSectionsOfChecks();
     void appendSection(LevelLine& line, const Run& run, int from, int to, qint64 fileLine);
     void makeShotSection(LevelLine& line, const Run& run, int current, const SideShot& shot);
     int getNetworkPoint(int id, qint64 fileLine);
@@ -301,6 +305,8 @@ private:
     std::vector<LineContent> contents;
     std::vector<Station> stations;
     std::vector<SideShot> shots;
+    std::vector<std::size_t> checkedStations; ///< by index of the check
+    std::vector<int> sectionOfStation;        ///< of stations that a section has
     bool inLine = false;
     Setup setup;     ///< being observed
     Setup lastSetup; ///< of the station before, whose instrument may still stand

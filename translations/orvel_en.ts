@@ -1818,10 +1818,6 @@ L in km (else the class sets it)</translation>
         <translation>two readings of each staff</translation>
     </message>
     <message>
-        <source>не назван</source>
-        <translation>not named</translation>
-    </message>
-    <message>
         <source>рейка на %1</source>
         <translation>staff on %1</translation>
     </message>
@@ -1866,20 +1862,8 @@ L in km (else the class sets it)</translation>
         <translation>height difference %1&#xa0;m</translation>
     </message>
     <message>
-        <source>сумма разностей двух отсчётов %1&#xa0;мм, наибольшая на станции %2&#xa0;мм</source>
-        <translation>sum of the differences between both readings %1&#xa0;mm, largest of a station %2&#xa0;mm</translation>
-    </message>
-    <message>
-        <source>наибольшее расхождение с прибором %1&#xa0;мм</source>
-        <translation>largest difference from the instrument %1&#xa0;mm</translation>
-    </message>
-    <message>
         <source>переходная точка %1</source>
         <translation>turning point %1</translation>
-    </message>
-    <message>
-        <source>переходных точек %1, с %2 по %3</source>
-        <translation>turning points %1, from %2 to %3</translation>
     </message>
     <message>
         <source>промежуточных точек %1</source>
@@ -1900,10 +1884,6 @@ L in km (else the class sets it)</translation>
     <message>
         <source>без станций</source>
         <translation>no stations</translation>
-    </message>
-    <message>
-        <source>Ход %1 (строки файла %2–%3): %4, порядок отсчётов %5; %6</source>
-        <translation>Line %1 (file lines %2–%3): %4, order of readings %5; %6</translation>
     </message>
     <message>
         <source>%1 (по %2, впервые в строке %3)</source>
@@ -2388,6 +2368,30 @@ L in km (else the class sets it)</translation>
     <message>
         <source>±%1&#xa0;мм·√L (%2), L — длина, км; без длины — %3 СКО</source>
         <translation>±%1 mm·√L (%2), L is the length in km; without a length %3 standard deviations</translation>
+    </message>
+    <message>
+        <source>порядок отсчётов не назван</source>
+        <translation>order of readings not named</translation>
+    </message>
+    <message>
+        <source>%1, секция %2</source>
+        <translation>%1, section %2</translation>
+    </message>
+    <message>
+        <source>Σ разностей двух отсчётов %1&#xa0;мм, на станции до %2&#xa0;мм</source>
+        <translation>Σ of differences between both readings %1&#xa0;mm, of a station up to %2&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>с прибором расходится до %1&#xa0;мм</source>
+        <translation>up to %1&#xa0;mm from the instrument</translation>
+    </message>
+    <message>
+        <source>переходные точки %1…%2 (%3)</source>
+        <translation>turning points %1…%2 (%3)</translation>
+    </message>
+    <message>
+        <source>Ход %1 (строки файла %2–%3): %4, %5: %6</source>
+        <translation>Line %1 (file lines %2–%3): %4, %5: %6</translation>
     </message>
 </context>
 <context>

@@ -34,7 +34,7 @@ QString methodText(LevelMethod method)
     case LevelMethod::Unknown:
         break;
     }
-    return Desk::tr("не назван");
+    return Desk::tr("порядок отсчётов не назван");
 }
 
 } // namespace
@@ -60,9 +60,12 @@ QString LevelLines::place(const LevelCheck& check)
     const QString points = check.from == check.to
                                ? Desk::tr("рейка на %1").arg(point(check.from))
                                : QStringLiteral("%1 – %2").arg(point(check.from), point(check.to));
-    return Desk::tr("Строка файла %1: ход %2, станция %3 (%4)")
-        .arg(QString::number(check.line), QString::number(check.levelLine + 1),
-             QString::number(check.station), points);
+    const QString station = Desk::tr("Строка файла %1: ход %2, станция %3 (%4)")
+                                .arg(QString::number(check.line), QString::number(check.levelLine + 1),
+                                     QString::number(check.station), points);
+    if (check.section < 0)
+        return station;
+    return Desk::tr("%1, секция %2").arg(station, lines.get().section(check.section + sectionOffset));
 }
 
 void LevelLines::writeCheck(const LevelCheck& check)
@@ -152,18 +155,18 @@ void LevelLines::writeLine(std::size_t index, LevellingClass levellingClass)
             parts.append(Desk::tr("превышение %1\u00A0м").arg(numbers::withSign(line.difference, 5)));
     }
     if (line.readingDifference)
-        parts.append(Desk::tr("сумма разностей двух отсчётов %1\u00A0мм, наибольшая на станции %2\u00A0мм")
+        parts.append(Desk::tr("Σ разностей двух отсчётов %1\u00A0мм, на станции до %2\u00A0мм")
                          .arg(numbers::misclosure(*line.readingDifference),
                               numbers::sigma(line.largestReadingDifference)));
     if (line.comparedHeights > 0)
-        parts.append(Desk::tr("наибольшее расхождение с прибором %1\u00A0мм")
+        parts.append(Desk::tr("с прибором расходится до %1\u00A0мм")
                          .arg(numbers::fixed(line.largestHeightDeviation, 3)));
     if (line.turningPoints == 1)
         parts.append(Desk::tr("переходная точка %1").arg(RunLines::escape(line.firstTurningPoint)));
     else if (line.turningPoints > 1)
-        parts.append(Desk::tr("переходных точек %1, с %2 по %3")
-                         .arg(QString::number(line.turningPoints), RunLines::escape(line.firstTurningPoint),
-                              RunLines::escape(line.lastTurningPoint)));
+        parts.append(Desk::tr("переходные точки %1…%2 (%3)")
+                         .arg(RunLines::escape(line.firstTurningPoint),
+                              RunLines::escape(line.lastTurningPoint), QString::number(line.turningPoints)));
     if (line.sideShots > 0)
         parts.append(Desk::tr("промежуточных точек %1").arg(QString::number(line.sideShots)));
     if (line.averagedReadings > 0)
@@ -177,7 +180,7 @@ void LevelLines::writeLine(std::size_t index, LevellingClass levellingClass)
         line.stations == 0 ? Desk::tr("без станций")
                            : QStringLiteral("%1 → %2").arg(point(nameOf(line.from)), point(nameOf(line.to)));
     const QString text =
-        Desk::tr("Ход %1 (строки файла %2–%3): %4, порядок отсчётов %5; %6")
+        Desk::tr("Ход %1 (строки файла %2–%3): %4, %5: %6")
             .arg(QString::number(index + 1), QString::number(line.firstLine), QString::number(line.lastLine),
                  ends, methodText(line.method), parts.join(QStringLiteral("; ")));
     if (isClosed && std::abs(misclosure) > tolerance)
