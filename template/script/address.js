@@ -7,7 +7,7 @@ let timer = 0;
 /** What an address names: a line by its id or by its text, and filters if it tells any. */
 export function readAddress({ hash } = location) {
   const fragment = hash.slice(1);
-  if (!fragment.includes("=")) return { line: fragment };
+  if (!fragment.includes("=")) return { line: fragment, find: "" };
   const values = new URLSearchParams(fragment);
   return {
     line: values.get("line") ?? "",
