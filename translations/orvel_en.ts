@@ -1554,40 +1554,12 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Point %1 (%2): %3 %4 exceeds the tolerance of %5. Check that it is the same target in the other face</translation>
     </message>
     <message>
-        <source>%1&#xa0;мм в плане (X %2, Y %3)</source>
-        <translation>%1&#xa0;mm in plan (X %2, Y %3)</translation>
-    </message>
-    <message>
-        <source>%1&#xa0;мм по высоте</source>
-        <translation>%1&#xa0;mm in height</translation>
-    </message>
-    <message>
         <source>Пункт %1 (%2) измерен с самого себя, расстояние до станции %3&#xa0;м: номер пункта ошибочен</source>
         <translation>Point %1 (%2) was measured from itself, %3&#xa0;m from the station: the number of the point is wrong</translation>
     </message>
     <message>
-        <source>Пункт %1 (%2): измеренное отличается от заданных координат на %3</source>
-        <translation>Point %1 (%2): what was measured differs from the given coordinates by %3</translation>
-    </message>
-    <message>
         <source>Пункт %1 измерен повторно (%2; впервые %3): расхождение %4</source>
         <translation>Point %1 was measured again (%2; first %3): discrepancy %4</translation>
-    </message>
-    <message>
-        <source>%1, больше допуска %2&#xa0;мм в плане или %3&#xa0;мм по высоте</source>
-        <translation>%1, exceeding the tolerance of %2&#xa0;mm in plan or %3&#xa0;mm in height</translation>
-    </message>
-    <message>
-        <source>%1, в допуске</source>
-        <translation>%1, within tolerance</translation>
-    </message>
-    <message>
-        <source>Пункт %1 (%2): вычисленное отличается от координат прибора на X %3, Y %4, H %5&#xa0;мм, больше допуска %6&#xa0;мм</source>
-        <translation>Point %1 (%2): what was computed differs from the instrument&apos;s coordinates by X %3, Y %4, H %5&#xa0;mm, exceeding the tolerance of %6&#xa0;mm</translation>
-    </message>
-    <message>
-        <source>От координат прибора отличаются больше допуска ещё %1 пунктов; проверьте постоянные прибора: призму, масштаб, проекцию</source>
-        <translation>Another %1 points differ from the instrument&apos;s coordinates by more than the tolerance; check the settings of the instrument: prism, scale, projection</translation>
     </message>
     <message>
         <source>нет горизонтального направления</source>
@@ -1600,10 +1572,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Пункт %1 (%2) не вычислен: %3</source>
         <translation>Point %1 (%2) was not computed: %3</translation>
-    </message>
-    <message>
-        <source>ориентирование прибора %1, контроль по пунктам %2: наибольшее отклонение %3</source>
-        <translation>orientation of the instrument %1, checked by points %2: largest deviation %3</translation>
     </message>
     <message>
         <source>ориентирование прибора %1, без контроля</source>
@@ -1620,14 +1588,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>ориентирование %1 по вычисленным пунктам %2</source>
         <translation>orientation %1 from computed points %2</translation>
-    </message>
-    <message>
-        <source>%1, без контроля</source>
-        <translation>%1, unchecked</translation>
-    </message>
-    <message>
-        <source>%1, наибольшее отклонение %2, СКО %3</source>
-        <translation>%1, largest deviation %2, standard deviation %3</translation>
     </message>
     <message>
         <source>м</source>
@@ -1660,10 +1620,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>%1; при двух кругах: %2, коллимационная ошибка %3, место нуля %4</source>
         <translation>%1; measured in both faces: %2, collimation error %3, index error %4</translation>
-    </message>
-    <message>
-        <source>Станция %1: сравнение с координатами прибора, пунктов: %2, наибольшее отличие X %3, Y %4, H %5&#xa0;мм</source>
-        <translation>Station %1: compared with the instrument&apos;s coordinates, points: %2, largest difference X %3, Y %4, H %5&#xa0;mm</translation>
     </message>
     <message>
         <source>Пункт %1: %2; станция %3, расстояние %4&#xa0;м</source>
@@ -2392,6 +2348,46 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Ход %1 (строки файла %2–%3): %4, %5: %6</source>
         <translation>Line %1 (file lines %2–%3): %4, %5: %6</translation>
+    </message>
+    <message>
+        <source>по высоте %1&#xa0;мм</source>
+        <translation>in height %1&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>в плане %1&#xa0;мм (X %2, Y %3)</source>
+        <translation>in plan %1&#xa0;mm (X %2, Y %3)</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2): отличие измеренного от заданных координат %3</source>
+        <translation>Point %1 (%2): what was measured differs from the given coordinates %3</translation>
+    </message>
+    <message>
+        <source>Пункт %1 (%2): вычисленное отличается от координат прибора на %3&#xa0;мм (X %4, Y %5, H %6), больше допуска %7&#xa0;мм</source>
+        <translation>Point %1 (%2): what was computed differs from the instrument&apos;s coordinates by %3&#xa0;mm (X %4, Y %5, H %6), exceeding the tolerance of %7&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Ещё %1 пунктов отличаются от координат прибора больше, чем допускается; проверьте постоянные прибора: призму, масштаб, проекцию</source>
+        <translation>Another %1 points differ from the instrument&apos;s coordinates by more than the tolerance; check the settings of the instrument: prism, scale, projection</translation>
+    </message>
+    <message>
+        <source>наибольшее отклонение %1, допуск %2</source>
+        <translation>largest deviation %1, tolerance %2</translation>
+    </message>
+    <message>
+        <source>ориентирование прибора %1, контроль по пунктам %2: %3</source>
+        <translation>orientation of the instrument %1, checked by points %2: %3</translation>
+    </message>
+    <message>
+        <source>СКО %1″, %2</source>
+        <translation>standard deviation %1″, %2</translation>
+    </message>
+    <message>
+        <source>без контроля</source>
+        <translation>unchecked</translation>
+    </message>
+    <message>
+        <source>Станция %1: сравнение с координатами прибора, пунктов: %2, наибольшее отличие %3&#xa0;мм (X %4, Y %5, H %6), допуск %7&#xa0;мм</source>
+        <translation>Station %1: compared with the instrument&apos;s coordinates, points: %2, largest difference %3&#xa0;mm (X %4, Y %5, H %6), tolerance %7&#xa0;mm</translation>
     </message>
 </context>
 <context>

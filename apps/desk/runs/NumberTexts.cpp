@@ -18,20 +18,6 @@ constexpr double kSecondsPerRadian = 180.0 * 3600.0 / 3.14159265358979323846;
 constexpr qint64 kSecondsPerMinute = 60;
 constexpr qint64 kSecondsPerDegree = 3600;
 
-/// An angle of so many seconds, not negative; from the largest unit on that it has.
-QString inDegrees(qint64 seconds)
-{
-    const QString minutes = QString::number(seconds / kSecondsPerMinute % kSecondsPerMinute);
-    const QString rest = QString::number(seconds % kSecondsPerMinute);
-    if (seconds < kSecondsPerMinute)
-        return rest + QStringLiteral("″");
-    if (seconds < kSecondsPerDegree)
-        return minutes + QStringLiteral("′") + rest.rightJustified(2, QLatin1Char('0')) + QStringLiteral("″");
-    return QStringLiteral("%1°%2′%3″")
-        .arg(QString::number(seconds / kSecondsPerDegree), minutes.rightJustified(2, QLatin1Char('0')),
-             rest.rightJustified(2, QLatin1Char('0')));
-}
-
 /// The number in the language that is installed.
 QString localise(QString text)
 {
@@ -95,15 +81,19 @@ QString direction(double radians)
              QString::number(seconds % kSecondsPerMinute).rightJustified(2, QLatin1Char('0')));
 }
 
-QString angleDifference(double radians)
+QString arcSeconds(double radians)
 {
-    const qint64 seconds = qRound64(radians * kSecondsPerRadian);
-    return localise(seconds < 0 ? QStringLiteral("-") : QStringLiteral("+")) + inDegrees(std::abs(seconds));
+    return withSign(radians * kSecondsPerRadian, 0) + QStringLiteral("″");
 }
 
-QString angleLimit(double radians)
+QString arcMinutes(double radians)
 {
-    return inDegrees(qRound64(std::abs(radians) * kSecondsPerRadian));
+    return withSign(radians * kSecondsPerRadian / kSecondsPerMinute, 1) + QStringLiteral("′");
+}
+
+QString arcLimit(double radians)
+{
+    return fixed(std::abs(radians) * kSecondsPerRadian / kSecondsPerMinute, 1) + QStringLiteral("′");
 }
 
 QString length(double kilometres)

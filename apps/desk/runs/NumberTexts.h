@@ -25,10 +25,11 @@ QString height(double metres);
 QString coordinate(double metres);
 /// Direction or orientation, rad, in degrees, minutes and seconds.
 QString direction(double radians);
-/// Small angle, rad: with its sign, and without degrees and minutes that it does not have.
-QString angleDifference(double radians);
-/// The same of a limit or standard deviation, without a sign.
-QString angleLimit(double radians);
+/// Small angle, rad, in seconds with its sign.
+QString arcSeconds(double radians);
+/// Angle beside its limit, and the limit, rad, in minutes; the first with its sign.
+QString arcMinutes(double radians);
+QString arcLimit(double radians);
 /// Length of a line, km.
 QString length(double kilometres);
 /// Residual or misclosure, mm, with its sign.

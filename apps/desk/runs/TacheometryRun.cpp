@@ -3,7 +3,11 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/RunLines.h"
+#include "tacheometry/Angles.h"
 #include "tacheometry/PolarReduction.h"
+
+#include <QSet>
+#include <QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -143,8 +147,8 @@ private:
                 "Допуски: расстояние до пункта %1\u00A0м, направление на исходный пункт %2, коллимационная "
                 "ошибка и место нуля %3, расхождение определений пункта %4\u00A0мм в плане и %5\u00A0мм "
                 "по высоте, расхождение с координатами прибора %6\u00A0мм")
-                .arg(numbers::shortest(limits.distance), numbers::angleLimit(limits.orientation),
-                     numbers::angleLimit(limits.collimation), toMillimetres(limits.plan),
+                .arg(numbers::shortest(limits.distance), numbers::arcLimit(limits.orientation),
+                     numbers::arcLimit(limits.collimation), toMillimetres(limits.plan),
                      toMillimetres(limits.height), toMillimetres(limits.recorded)));
         lines.service(
             Desk::tr(
@@ -216,8 +220,8 @@ private:
                          "пункт и верны ли его координаты")
                     .arg(point(getSetup(setup).station),
                          point(getSetup(setup).sights[toIndex(sight.sight)].point),
-                         place({setup, sight.sight}), numbers::angleDifference(sight.deviation),
-                         numbers::angleLimit(limits.orientation), numbers::coordinate(sight.distance),
+                         place({setup, sight.sight}), numbers::arcMinutes(sight.deviation),
+                         numbers::arcLimit(limits.orientation), numbers::coordinate(sight.distance),
                          toMillimetres(std::abs(std::sin(sight.deviation)) * sight.distance)));
         }
     }
@@ -248,24 +252,32 @@ private:
         addFinding(
             angle, limits.collimation, true,
             Desk::tr("Пункт %1 (%2): %3 %4, больше допуска %5. Проверьте, та ли это цель при другом круге")
-                .arg(point(getSight(key).point), stationOf(key), what, numbers::angleDifference(angle),
-                     numbers::angleLimit(limits.collimation)));
+                .arg(point(getSight(key).point), stationOf(key), what, numbers::arcMinutes(angle),
+                     numbers::arcLimit(limits.collimation)));
     }
 
-    QString describeDifferences(const Check& check) const
+    /// Both differences, the worse one last and beside its limit.
+    QString describeDifferences(const Check& check, bool isExceeded) const
     {
+        const double height = check.dh.value_or(0.0);
+        const bool isHeightWorse = std::abs(height) / limits.height > check.getPlan() / limits.plan;
         const bool hasPlan = check.dx != 0.0 || check.dy != 0.0 || !check.dh;
-        QString text;
-        if (hasPlan)
-            text = Desk::tr("%1\u00A0мм в плане (X %2, Y %3)")
-                       .arg(toMillimetres(check.getPlan()), numbers::withSign(check.dx * kMillimetres, 0),
-                            numbers::withSign(check.dy * kMillimetres, 0));
-        if (check.dh) {
-            const QString height =
-                Desk::tr("%1\u00A0мм по высоте").arg(numbers::withSign(*check.dh * kMillimetres, 0));
-            text = text.isEmpty() ? height : text + QStringLiteral(", ") + height;
-        }
-        return text;
+        const QString limit =
+            (isExceeded ? Desk::tr("больше допуска %1\u00A0мм") : Desk::tr("допуск %1\u00A0мм"))
+                .arg(toMillimetres(isHeightWorse || !hasPlan ? limits.height : limits.plan));
+        const QString heightText =
+            check.dh ? Desk::tr("по высоте %1\u00A0мм").arg(numbers::withSign(height * kMillimetres, 0))
+                     : QString();
+        const QString planText =
+            hasPlan ? Desk::tr("в плане %1\u00A0мм (X %2, Y %3)")
+                          .arg(toMillimetres(check.getPlan()), numbers::withSign(check.dx * kMillimetres, 0),
+                               numbers::withSign(check.dy * kMillimetres, 0))
+                    : QString();
+        QStringList texts =
+            isHeightWorse ? QStringList{planText, heightText} : QStringList{heightText, planText};
+        texts.removeAll(QString());
+        texts.append(limit);
+        return texts.join(QStringLiteral(", "));
     }
 
     void checkPoint(const Check& check)
@@ -279,22 +291,18 @@ private:
                     .arg(name, place(check.sight), numbers::coordinate(check.getPlan())));
             return;
         }
-        const double excess =
-            std::max(check.getPlan() / limits.plan, std::abs(check.dh.value_or(0.0)) / limits.height);
-        const bool isExceeded = check.getPlan() > limits.plan + kRounding ||
-                                std::abs(check.dh.value_or(0.0)) > limits.height + kRounding;
+        const double height = std::abs(check.dh.value_or(0.0));
+        const double excess = std::max(check.getPlan() / limits.plan, height / limits.height);
+        const bool isExceeded =
+            check.getPlan() > limits.plan + kRounding || height > limits.height + kRounding;
+        const QString differences = describeDifferences(check, isExceeded);
         const QString text =
-            check.isGiven
-                ? Desk::tr("Пункт %1 (%2): измеренное отличается от заданных координат на %3")
-                      .arg(name, stationOf(check.sight), describeDifferences(check))
-                : Desk::tr("Пункт %1 измерен повторно (%2; впервые %3): расхождение %4")
-                      .arg(name, stationOf(check.sight), stationOf(check.origin), describeDifferences(check));
-        if (isExceeded)
-            findings.push_back({excess, true,
-                                Desk::tr("%1, больше допуска %2\u00A0мм в плане или %3\u00A0мм по высоте")
-                                    .arg(text, toMillimetres(limits.plan), toMillimetres(limits.height))});
-        else
-            agreements.push_back({excess, false, Desk::tr("%1, в допуске").arg(text)});
+            check.isGiven ? Desk::tr("Пункт %1 (%2): отличие измеренного от заданных координат %3")
+                                .arg(name, stationOf(check.sight), differences)
+                          : Desk::tr("Пункт %1 измерен повторно (%2; впервые %3): расхождение %4")
+                                .arg(name, stationOf(check.sight), stationOf(check.origin), differences);
+        std::vector<Finding>& list = isExceeded ? findings : agreements;
+        list.push_back({excess, isExceeded, text});
     }
 
     void checkRecorded()
@@ -309,19 +317,22 @@ private:
                           [](const auto& a, const auto& b) { return a.getLargest() > b.getLargest(); });
         for (std::size_t i = 0; i < named; ++i) {
             const tacheometry::RecordedDifference& difference = over[i];
-            addFinding(difference.getLargest(), limits.recorded, false,
-                       Desk::tr("Пункт %1 (%2): вычисленное отличается от координат прибора на X %3, Y %4, H "
-                                "%5\u00A0мм, больше допуска %6\u00A0мм")
-                           .arg(point(getSight(difference.sight).point), stationOf(difference.sight),
-                                numbers::withSign(difference.dx * kMillimetres, 1),
-                                numbers::withSign(difference.dy * kMillimetres, 1),
-                                numbers::withSign(difference.dh.value_or(0.0) * kMillimetres, 1),
-                                toMillimetres(limits.recorded)));
+            addFinding(
+                difference.getLargest(), limits.recorded, false,
+                Desk::tr(
+                    "Пункт %1 (%2): вычисленное отличается от координат прибора на %3\u00A0мм (X %4, Y %5, H "
+                    "%6), больше допуска %7\u00A0мм")
+                    .arg(point(getSight(difference.sight).point), stationOf(difference.sight),
+                         numbers::fixed(difference.getLargest() * kMillimetres, 1),
+                         numbers::withSign(difference.dx * kMillimetres, 1),
+                         numbers::withSign(difference.dy * kMillimetres, 1),
+                         numbers::withSign(difference.dh.value_or(0.0) * kMillimetres, 1),
+                         toMillimetres(limits.recorded)));
         }
         if (over.size() > named)
             addFinding(0.0, 1.0, false,
-                       Desk::tr("От координат прибора отличаются больше допуска ещё %1 пунктов; проверьте "
-                                "постоянные прибора: призму, масштаб, проекцию")
+                       Desk::tr("Ещё %1 пунктов отличаются от координат прибора больше, чем допускается; "
+                                "проверьте постоянные прибора: призму, масштаб, проекцию")
                            .arg(QString::number(over.size() - named)));
     }
 
@@ -369,38 +380,53 @@ private:
         }
     }
 
+    /// The points with coordinates that the set-up has directions to, each once.
+    QString listTargets(int setup)
+    {
+        std::vector<int> targets;
+        QSet<int> known;
+        for (const OrientationSight& sight : result.setups[toIndex(setup)].orientationSights) {
+            const int target = indexOfPoint.value(getSetup(setup).sights[toIndex(sight.sight)].point, -1);
+            if (target < 0 || known.contains(target))
+                continue;
+            known.insert(target);
+            targets.push_back(target);
+        }
+        return lines.listPoints(targets);
+    }
+
+    QString describeWorst(const SetupResult& outcome) const
+    {
+        return Desk::tr("наибольшее отклонение %1, допуск %2")
+            .arg(numbers::arcLimit(outcome.findWorst()->deviation), numbers::arcLimit(limits.orientation));
+    }
+
     QString describeOrientation(int setup)
     {
         const SetupResult& outcome = result.setups[toIndex(setup)];
-        std::vector<int> targets;
-        for (const OrientationSight& sight : outcome.orientationSights) {
-            const int target = indexOfPoint.value(getSetup(setup).sights[toIndex(sight.sight)].point, -1);
-            if (target >= 0 && (targets.empty() || targets.back() != target))
-                targets.push_back(target);
-        }
         const QString angle = numbers::direction(outcome.orientation);
-        const OrientationSight* worst = outcome.findWorst();
-        const QString spread = worst ? numbers::angleLimit(worst->deviation) : QString();
         switch (outcome.source) {
         case OrientationSource::Instrument:
-            return worst ? Desk::tr(
-                               "ориентирование прибора %1, контроль по пунктам %2: наибольшее отклонение %3")
-                               .arg(angle, lines.listPoints(targets), spread)
-                         : Desk::tr("ориентирование прибора %1, без контроля").arg(angle);
+            return outcome.orientationSights.empty()
+                       ? Desk::tr("ориентирование прибора %1, без контроля").arg(angle)
+                       : Desk::tr("ориентирование прибора %1, контроль по пунктам %2: %3")
+                             .arg(angle, listTargets(setup), describeWorst(outcome));
         case OrientationSource::RecordedTargets:
             return Desk::tr("ориентирование %1 по координатам, записанным прибором").arg(angle);
         default:
             break;
         }
-        const QString text =
-            outcome.source == OrientationSource::GivenPoints
-                ? Desk::tr("ориентирование %1 по исходным пунктам %2").arg(angle, lines.listPoints(targets))
-                : Desk::tr("ориентирование %1 по вычисленным пунктам %2")
-                      .arg(angle, lines.listPoints(targets));
-        if (!outcome.orientationSigma)
-            return Desk::tr("%1, без контроля").arg(text);
-        return Desk::tr("%1, наибольшее отклонение %2, СКО %3")
-            .arg(text, spread, numbers::angleLimit(*outcome.orientationSigma));
+        const QString text = outcome.source == OrientationSource::GivenPoints
+                                 ? Desk::tr("ориентирование %1 по исходным пунктам %2")
+                                 : Desk::tr("ориентирование %1 по вычисленным пунктам %2");
+        const QString control =
+            outcome.orientationSigma
+                ? Desk::tr("СКО %1″, %2")
+                      .arg(numbers::fixed(*outcome.orientationSigma * tacheometry::angles::kSecondsPerRadian,
+                                          1),
+                           describeWorst(outcome))
+                : Desk::tr("без контроля");
+        return text.arg(angle, listTargets(setup)) + QStringLiteral(", ") + control;
     }
 
     QString describePosition(const Position& position) const
@@ -459,17 +485,19 @@ private:
         if (!outcome.pairs.empty())
             text = Desk::tr("%1; при двух кругах: %2, коллимационная ошибка %3, место нуля %4")
                        .arg(text, QString::number(outcome.pairs.size()),
-                            numbers::angleDifference(outcome.collimation),
-                            numbers::angleDifference(outcome.index));
+                            numbers::arcSeconds(outcome.collimation), numbers::arcSeconds(outcome.index));
         lines.message(text);
+        const double largest = std::max({recorded.largestX, recorded.largestY, recorded.largestHeight});
         if (recorded.count > 0)
-            lines.message(
-                Desk::tr("Станция %1: сравнение с координатами прибора, пунктов: %2, наибольшее отличие X "
-                         "%3, Y %4, H %5\u00A0мм")
-                    .arg(point(measured.station), QString::number(recorded.count),
-                         numbers::fixed(recorded.largestX * kMillimetres, 1),
-                         numbers::fixed(recorded.largestY * kMillimetres, 1),
-                         numbers::fixed(recorded.largestHeight * kMillimetres, 1)));
+            lines.message(Desk::tr("Станция %1: сравнение с координатами прибора, пунктов: %2, наибольшее "
+                                   "отличие %3\u00A0мм "
+                                   "(X %4, Y %5, H %6), допуск %7\u00A0мм")
+                              .arg(point(measured.station), QString::number(recorded.count),
+                                   numbers::fixed(largest * kMillimetres, 1),
+                                   numbers::fixed(recorded.largestX * kMillimetres, 1),
+                                   numbers::fixed(recorded.largestY * kMillimetres, 1),
+                                   numbers::fixed(recorded.largestHeight * kMillimetres, 1),
+                                   toMillimetres(limits.recorded)));
     }
 
     void writePoints()
