@@ -320,16 +320,21 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
     std::set<int> replacedTypes;
     if (finishedRun) {
         replacedTypes.insert(*finishedRun);
-        if (isProcessingCleared) {
+        if (isProcessingCleared)
             replacedTypes.insert(clearedTypes.begin(), clearedTypes.end());
-        }
         isProcessingCleared = false;
     }
-    ProtocolState state = ProtocolState::read(getProtocol());
+    ProtocolState state;
     ProtocolKeeper::Outcome outcome;
     {
         const QScopedValueRollback<bool> guard(checking, true);
-        performBesideWindow([&] { outcome = keeper.check(state.dataFilePath, replacedTypes); });
+        performBesideWindow([&] {
+            state = ProtocolState::read(getProtocol());
+            outcome = keeper.check(state.dataFilePath, replacedTypes);
+            // What a large network takes a while to free is freed here, too.
+            state.ids.clear();
+            replacedSummary = ProtocolSummary();
+        });
     }
     if (outcome.mentionedItems) {
         state.ids = *outcome.mentionedItems;
@@ -342,7 +347,7 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
 
 void Document::setSummary(ProtocolSummary newSummary)
 {
-    summary = std::move(newSummary);
+    replacedSummary = std::exchange(summary, std::move(newSummary));
     Q_EMIT summaryChanged();
 }
 

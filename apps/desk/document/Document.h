@@ -174,6 +174,7 @@ private:
     bool isProcessingCleared = false; // by the run at work, with the network
     std::vector<int> clearedTypes;
     ProtocolSummary summary;
+    ProtocolSummary replacedSummary; ///< the one before it, until that is freed beside the window
     bool checking = false;
     bool modified = false;
 };
