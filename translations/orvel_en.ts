@@ -1422,10 +1422,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Points written: %1, sections: %2; file: %3</translation>
     </message>
     <message>
-        <source>число станций</source>
-        <translation>numbers of set-ups</translation>
-    </message>
-    <message>
         <source>расхождения отсчётов</source>
         <translation>differences of readings</translation>
     </message>
@@ -1436,10 +1432,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>примечания</source>
         <translation>notes</translation>
-    </message>
-    <message>
-        <source>В формате .gkf нет места для некоторых сведений о секциях, в файл не вошли: %1</source>
-        <translation>The .gkf format has no place for some of what is known of sections; left out: %1</translation>
     </message>
     <message>
         <source>X, м</source>
@@ -2388,6 +2380,22 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Станция %1: сравнение с координатами прибора, пунктов: %2, наибольшее отличие %3&#xa0;мм (X %4, Y %5, H %6), допуск %7&#xa0;мм</source>
         <translation>Station %1: compared with the instrument&apos;s coordinates, points: %2, largest difference %3&#xa0;mm (X %4, Y %5, H %6), tolerance %7&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>число станций секций</source>
+        <translation>numbers of set-ups of sections</translation>
+    </message>
+    <message>
+        <source>координаты пунктов</source>
+        <translation>coordinates of points</translation>
+    </message>
+    <message>
+        <source>станции тахеометрии</source>
+        <translation>set-ups of tacheometry</translation>
+    </message>
+    <message>
+        <source>В формате .gkf этому нет места, в файл не вошли: %1</source>
+        <translation>The .gkf format has no place for this, left out: %1</translation>
     </message>
 </context>
 <context>

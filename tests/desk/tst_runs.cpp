@@ -771,21 +771,21 @@ void TestRuns::networkExportTellsWhatItChanged()
     snapshot.network.sections[1].readingDifference = 0.1;
     snapshot.network.sections[1].date = QStringLiteral("2026-05-04");
     snapshot.network.sections[0].note = QStringLiteral("wind");
+    snapshot.network.points[0].x = snapshot.network.points[0].y = 5.0;
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("a&b.gkf"));
     QCOMPARE(runNetworkExport(monitor, snapshot, path), QString());
     QCOMPARE(
         monitor.lines,
-        QStringList(
-            {QStringLiteral("warning:Пункт [10:A\x01] записан под именем «A\uFFFD»: его имя в "
-                            "XML не записывается"),
-             QStringLiteral("message:Секций, вес которых записан как СКО (stdev): 1; в сети он "
-                            "задан иначе"),
-             QStringLiteral("message:В формате .gkf нет места для некоторых сведений о секциях, в файл "
-                            "не вошли: число станций (2), расхождения отсчётов (1), даты (1), примечания "
-                            "(1)"),
-             QStringLiteral("message:Записано пунктов: 2, секций: 2, файл: ") + path.toHtmlEscaped(),
-             QStringLiteral("100%")}));
+        QStringList({QStringLiteral("warning:Пункт [10:A\x01] записан под именем «A\uFFFD»: его имя в "
+                                    "XML не записывается"),
+                     QStringLiteral("message:Секций, вес которых записан как СКО (stdev): 1; в сети он "
+                                    "задан иначе"),
+                     QStringLiteral(
+                         "message:В формате .gkf этому нет места, в файл не вошли: число станций секций (2), "
+                         "расхождения отсчётов (1), даты (1), примечания (1), координаты пунктов (1)"),
+                     QStringLiteral("message:Записано пунктов: 2, секций: 2, файл: ") + path.toHtmlEscaped(),
+                     QStringLiteral("100%")}));
 }
 
 void TestRuns::networkExportOfEmptyProject()

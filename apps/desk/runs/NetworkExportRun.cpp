@@ -21,28 +21,33 @@ QString refuse(RunLines& lines, const QString& failure)
     return failure;
 }
 
-/// What the sections have beyond the format, each kind with its count.
-QString listUnwritten(const levelling::Network& network)
+/// What the project has beyond the format, each kind with its count.
+QString listUnwritten(const NetworkSnapshot& snapshot)
 {
-    std::ptrdiff_t stations = 0;
-    std::ptrdiff_t readings = 0;
-    std::ptrdiff_t dates = 0;
-    std::ptrdiff_t notes = 0;
-    for (const levelling::Section& section : network.sections) {
-        stations += section.stations ? 1 : 0;
-        readings += section.readingDifference ? 1 : 0;
-        dates += section.date.isEmpty() ? 0 : 1;
-        notes += section.note.isEmpty() ? 0 : 1;
+    std::size_t stations = 0;
+    std::size_t readings = 0;
+    std::size_t dates = 0;
+    std::size_t notes = 0;
+    for (const levelling::Section& section : snapshot.network.sections) {
+        stations += section.stations ? 1U : 0U;
+        readings += section.readingDifference ? 1U : 0U;
+        dates += section.date.isEmpty() ? 0U : 1U;
+        notes += section.note.isEmpty() ? 0U : 1U;
     }
+    std::size_t coordinates = 0;
+    for (const levelling::Point& point : snapshot.network.points)
+        coordinates += point.hasPlan() ? 1U : 0U;
     QStringList list;
-    const auto add = [&list](const QString& name, std::ptrdiff_t count) {
+    const auto add = [&list](const QString& name, std::size_t count) {
         if (count > 0)
             list.append(QStringLiteral("%1 (%2)").arg(name, QString::number(count)));
     };
-    add(Desk::tr("число станций"), stations);
+    add(Desk::tr("число станций секций"), stations);
     add(Desk::tr("расхождения отсчётов"), readings);
     add(Desk::tr("даты"), dates);
     add(Desk::tr("примечания"), notes);
+    add(Desk::tr("координаты пунктов"), coordinates);
+    add(Desk::tr("станции тахеометрии"), snapshot.fieldBook->setups.size());
     return list.join(QStringLiteral(", "));
 }
 
@@ -71,11 +76,9 @@ QString runNetworkExport(qor::IProcessMonitor& monitor, const NetworkSnapshot& s
     if (gkf.weightedSections > 0)
         lines.message(Desk::tr("Секций, вес которых записан как СКО (stdev): %1; в сети он задан иначе")
                           .arg(QString::number(gkf.weightedSections)));
-    const QString unwritten = listUnwritten(network);
+    const QString unwritten = listUnwritten(snapshot);
     if (!unwritten.isEmpty())
-        lines.message(
-            Desk::tr("В формате .gkf нет места для некоторых сведений о секциях, в файл не вошли: %1")
-                .arg(unwritten));
+        lines.message(Desk::tr("В формате .gkf этому нет места, в файл не вошли: %1").arg(unwritten));
     lines.message(Desk::tr("Записано пунктов: %1, секций: %2, файл: %3")
                       .arg(QString::number(network.points.size()), QString::number(network.sections.size()),
                            RunLines::escape(standardstreams::describeOutput(filePath))));
