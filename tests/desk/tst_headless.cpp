@@ -34,6 +34,8 @@ private Q_SLOTS:
     void eachRunHasOneLine();
     void runsKeepTheirOrder();
     void savedProjectKeepsProtocol();
+    void fieldFilesOfATotalStationGiveCoordinates();
+    void tacheometryWithoutCoordinatesHasNoResult();
     void savedProjectIsSavedTheSameAgain();
     void badUsageIsRefused_data();
     void badUsageIsRefused();
@@ -298,6 +300,51 @@ void TestHeadless::savedProjectKeepsProtocol()
     QVERIFY(text(QStringLiteral("heights.csv")).contains(QStringLiteral("R2,103.00000,0.000\n")));
 }
 
+void TestHeadless::fieldFilesOfATotalStationGiveCoordinates()
+{
+    for (const char* sample : {"given-points.gsi", "tacheometry.gsi", "tacheometry.m5"}) {
+        const QString name = QLatin1String(sample);
+        QVERIFY(QFile::copy(kSamples + QLatin1Char('/') + name, path(name)));
+    }
+    const DeskProcess desk = run(words("--import given-points.gsi --import tacheometry.gsi --run tacheometry "
+                                       "--export points.csv --pages pages --save survey.orvel"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.exitCode, 0);
+    QCOMPARE(desk.output,
+             QStringLiteral("Импорт: ошибок 0, предупреждений 0, сообщений 4; pages/Import.html\n"
+                            "Расчет тахеометрии: ошибок 1, предупреждений 0, сообщений 13; "
+                            "pages/CalcTacheometry.html\n"
+                            "Экспорт: ошибок 0, предупреждений 0, сообщений 1; pages/Export.html\n"));
+    const QString points = text(QStringLiteral("points.csv"));
+    QVERIFY(points.startsWith(QStringLiteral("point,x_m,y_m,height_m,sigma_mm\n"
+                                             "G1,500.0000,800.0000,98.21500,\n")));
+    QCOMPARE(points.count(QLatin1Char('\n')), 14);
+    QCOMPARE(findMissing(plainText(QStringLiteral("pages/CalcTacheometry.html")),
+                         {"Станций: 1, из них не вычислено: 0; наведений: 16; вычислено пунктов: 9",
+                          "Пункт 201: X = 522,724, Y = 832,109, H = 95,237\u00A0м; станция G1"}),
+             QStringList());
+
+    // Results and field book come back with the project.
+    QCOMPARE(run(words("--open survey.orvel --export again.csv")).exitCode, 0);
+    QCOMPARE(text(QStringLiteral("again.csv")), points);
+    QCOMPARE(
+        run(words("--open survey.orvel --run tacheometry --export plan.geojson --save b.orvel")).exitCode, 0);
+    QCOMPARE(text(QStringLiteral("plan.geojson")).count(QStringLiteral("\"type\":\"Point\"")), 13);
+    // Another file of the same project; its set-ups are those of that file.
+    QCOMPARE(run(words("--import tacheometry.m5 --run tacheometry --export - --fail-on error")).exitCode, 1);
+}
+
+void TestHeadless::tacheometryWithoutCoordinatesHasNoResult()
+{
+    QVERIFY(QFile::copy(kSamples + QStringLiteral("/tacheometry.gsi"), path(QStringLiteral("a.gsi"))));
+    const DeskProcess desk = run(words("--import two-benchmarks.gkf --run tacheometry --export plan.dxf"));
+    QCOMPARE(desk.exitCode, 2);
+    QVERIFY(desk.errors.contains(QStringLiteral("В проекте нет тахеометрии. Импортируйте файл тахеометра.")));
+    QVERIFY(desk.errors.contains(QStringLiteral("Экспортировать нечего: ни у одного пункта нет координат.")));
+    QVERIFY(!QFile::exists(path(QStringLiteral("plan.dxf"))));
+    QCOMPARE(run(words("--import a.gsi --run tacheometry")).exitCode, 1);
+}
+
 void TestHeadless::savedProjectIsSavedTheSameAgain()
 {
     QCOMPARE(run(words("--import blunder.gkf --run adjust --save a.orvel")).exitCode, 0);
@@ -313,8 +360,9 @@ void TestHeadless::badUsageIsRefused_data()
                                      << "с --headless нужен --import FILE или --open FILE";
     QTest::newRow("unknown option") << "--import small.gkf --quick"
                                     << "непонятный параметр --quick";
-    QTest::newRow("unknown export") << "--import small.gkf --run adjust --export heights.txt"
-                                    << "неизвестный вид файла «heights.txt», экспорт пишет .csv, .gkf";
+    QTest::newRow("unknown export")
+        << "--import small.gkf --run adjust --export heights.txt"
+        << "неизвестный вид файла «heights.txt», экспорт пишет .csv, .gkf, .geojson, .dxf";
     QTest::newRow("unknown run")
         << "--import small.gkf --run solve"
         << "неизвестная обработка «solve»: --run compile, adjust, l1, fixed-points, chains, tacheometry";

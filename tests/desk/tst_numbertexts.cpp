@@ -19,6 +19,7 @@ private Q_SLOTS:
     void significant_data();
     void significant();
     void signOfResiduals();
+    void angles();
     void unitWeight();
     void localeOfTheSystemChangesNothing();
     void filesHavePoints();
@@ -69,6 +70,19 @@ void TestNumberTexts::signOfResiduals()
     QCOMPARE(numbers::misclosure(50.4), QStringLiteral("+50,40"));
     QCOMPARE(numbers::misclosure(-8.6), QStringLiteral("\u22128,60"));
     QCOMPARE(numbers::misclosure(-0.001), QStringLiteral("+0,00"));
+}
+
+void TestNumberTexts::angles()
+{
+    constexpr double second = 3.14159265358979323846 / 180.0 / 3600.0;
+    QCOMPARE(numbers::direction(0.0), QStringLiteral("0°00′00″"));
+    QCOMPARE(numbers::direction((77 * 3600 + 5 * 60 + 9.4) * second), QStringLiteral("77°05′09″"));
+    QCOMPARE(numbers::direction((360 * 3600 - 0.3) * second), QStringLiteral("0°00′00″"));
+    QCOMPARE(numbers::arcSeconds(14.4 * second), QStringLiteral("+14″"));
+    QCOMPARE(numbers::arcSeconds(-14.6 * second), QStringLiteral("\u221215″"));
+    QCOMPARE(numbers::arcMinutes(-360.0 * second), QStringLiteral("\u22126,0′"));
+    QCOMPARE(numbers::arcLimit(90.0 * second), QStringLiteral("1,5′"));
+    QCOMPARE(numbers::arcLimit(-90.0 * second), QStringLiteral("1,5′"));
 }
 
 void TestNumberTexts::unitWeight()

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void compileMakesLoopsOfMeans();
     void compileWithoutSurplusWarns();
     void compileNamesLonelyBenchmark();
+    void surveyedPointsNeedNoSections();
     void adjustmentWithoutDatum();
     void adjustmentWithoutSurplus();
     void adjustmentChecksAbsoluteTerms();
@@ -198,6 +199,23 @@ void TestRuns::compileNamesLonelyBenchmark()
     addPoint("C", 12.0);
     runCompile(monitor, snapshot, LevellingClass::IV);
     QVERIFY(has("warning:Исходный репер [12:C] не связан ни с одной секцией"));
+}
+
+void TestRuns::surveyedPointsNeedNoSections()
+{
+    addLine(10.0);
+    addSection(0, 1, 1.001, 1.0);
+    addPoint("detail");
+    snapshot.network.points.back().surveyed = true;
+    runCompile(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(
+        has("service:Пунктов: 3, исходных реперов: 1, секций: 2, частей сети: 1, избыточных измерений: 1"));
+    runAdjust(monitor, snapshot);
+    runL1Analysis(monitor, snapshot);
+    QCOMPARE(monitor.lines.filter(QStringLiteral("[12:detail]")), QStringList());
+    snapshot.network.points.back().surveyed = false;
+    runCompile(monitor, snapshot, LevellingClass::IV);
+    QVERIFY(has("error:Пункт [12:detail] не связан ни с одной секцией, его высоту определить нельзя"));
 }
 
 void TestRuns::adjustmentWithoutDatum()

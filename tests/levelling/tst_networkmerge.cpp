@@ -23,6 +23,7 @@ private Q_SLOTS:
     void repeatedSectionsAreTold();
     void parametersOfMeasurementsStay();
     void placesAreTaken();
+    void coordinatesMakeNothingOfABenchmark();
     void nothingIsAddedToNothing();
     void partsAdjustAsTheWhole();
 };
@@ -236,6 +237,30 @@ void TestNetworkMerge::placesAreTaken()
     QCOMPARE(moved.changes.size(), std::size_t(1));
     QVERIFY(moved.changes[0].kind == PointChange::Kind::Place);
     QCOMPARE(*network.points[0].y, 2.6);
+}
+
+void TestNetworkMerge::coordinatesMakeNothingOfABenchmark()
+{
+    Network network = pointsOnly({makePoint("A", 10.0, true), makePoint("B", 20.0, false)});
+    Point a = makePoint("A", 10.5, false);
+    Point b = makePoint("B", 20.5, false);
+    Point c = makePoint("C", 30.5, false);
+    for (Point* point : {&a, &b, &c}) {
+        point->declared = false;
+        point->surveyed = true;
+        point->x = 1.0;
+        point->y = 2.0;
+    }
+    const NetworkAddition addition = addNetwork(network, pointsOnly({a, b, c}));
+    QVERIFY(network.points[0].fixed);
+    QCOMPARE(*network.points[0].height, 10.0);
+    QCOMPARE(*network.points[0].x, 1.0);
+    QVERIFY(network.points[0].surveyed);
+    QCOMPARE(*network.points[1].height, 20.5);
+    QCOMPARE(*network.points[2].height, 30.5);
+    QCOMPARE(addition.changes.size(), std::size_t(1));
+    QCOMPARE(addition.changes[0].kind, PointChange::Kind::Height);
+    QCOMPARE(addition.changes[0].point, 1);
 }
 
 void TestNetworkMerge::nothingIsAddedToNothing()
