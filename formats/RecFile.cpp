@@ -12,6 +12,8 @@ namespace {
 
 constexpr int kPointLength = 8;
 constexpr int kInformationLength = 27;
+// Records have some 80 columns.
+constexpr int kLongestRecord = 300;
 
 bool isStaffReading(const M5Value& value)
 {
@@ -45,6 +47,8 @@ std::optional<M5Record> RecFile::parse(const QByteArray& line)
     static const QRegularExpression valued(QStringLiteral(
         "\\s(Rb|Rf|Rz|Lr|Lv|Lz|HD|E|Z|Sh|dz|Db|Df|Sr|Sv|sR|sL|dR|dL)\\s+([+-]?\\d+(?:\\.\\d*)?)"
         "(?=\\s|$)"));
+    if (line.size() > kLongestRecord)
+        return std::nullopt;
     const QRegularExpressionMatch whole = addressed.match(QString::fromLatin1(line));
     if (!whole.hasMatch())
         return std::nullopt;

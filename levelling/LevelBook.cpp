@@ -69,6 +69,7 @@ int LevelBook::intern(const QString& text)
     added.isNumber = isWholeNumber(text);
     names.push_back(added);
     ids.insert(text, id);
+    limitEntries();
     return id;
 }
 
@@ -453,18 +454,19 @@ void LevelBook::addProblem(ProblemKind kind, Severity severity, qint64 line, con
 
 void LevelBook::addUnused(const QString& what, qint64 line)
 {
-    const auto known = std::find_if(result.findings.unused.begin(), result.findings.unused.end(),
-                                    [&what](const UnusedEntries& entries) { return entries.what == what; });
-    if (known != result.findings.unused.end())
-        ++known->count;
-    else
-        result.findings.unused.push_back({what, 1, line});
+    const auto known = indexOfUnused.constFind(what);
+    if (known != indexOfUnused.constEnd()) {
+        ++result.findings.unused[static_cast<std::size_t>(*known)].count;
+        return;
+    }
+    indexOfUnused.insert(what, static_cast<int>(result.findings.unused.size()));
+    result.findings.unused.push_back({what, 1, line});
 }
 
 void LevelBook::limitEntries()
 {
-    const std::size_t count =
-        stations.size() + shots.size() + result.findings.lines.size() + result.findings.checks.size();
+    const std::size_t count = names.size() + stations.size() + shots.size() + result.findings.lines.size() +
+                              result.findings.checks.size();
     if (!isFull() && count > kMaxStations)
         fullProblem = Problem{ProblemKind::TooManyStations,
                               Severity::Fatal,

@@ -301,6 +301,7 @@ private:
     LevelResult result;
     std::optional<Problem> fullProblem;
     QHash<QString, int> ids;
+    QHash<QString, int> indexOfUnused;
     std::vector<Name> names;
     std::vector<LineContent> contents;
     std::vector<Station> stations;

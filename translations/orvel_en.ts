@@ -1846,8 +1846,8 @@ L in km (else the class sets it)</translation>
         <translation>the format is not known: gama-local XML (.gkf) or the file of an instrument is wanted, of a level (GSI, M5, REC_E) or a total station (GSI, M5); text in columns is read by a template</translation>
     </message>
     <message>
-        <source>ходов, станций и замечаний к ним больше %1, файл не прочитан; разделите его на части</source>
-        <translation>more than %1 lines, stations and findings about them, the file was not read; divide it into parts</translation>
+        <source>пунктов, ходов и станций больше %1, файл не прочитан; разделите его на части</source>
+        <translation>more than %1 points, lines and stations, the file was not read; divide it into parts</translation>
     </message>
     <message>
         <source>слово «%1» не читается, пропущено</source>

@@ -66,6 +66,7 @@ private Q_SLOTS:
     void closingDuringRunAsks();
     void failedSaveSaysWhatToDo();
     void droppedNetworkIsImported();
+    void droppedFieldFileIsToldByItsContent();
     void droppedFilesAreOneNetwork();
     void droppedProjectIsRequested();
     void droppedTextIsRefused();
@@ -561,6 +562,20 @@ void TestDeskWindow::droppedNetworkIsImported()
     QTRY_COMPARE(int(window->getDocument().getPoints().size()), 12);
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(window->windowTitle(), QStringLiteral("blunder[*]"));
+}
+
+void TestDeskWindow::droppedFieldFileIsToldByItsContent()
+{
+    window = desk->makeWindow();
+    const QString path = desk->path(QStringLiteral("day.1"));
+    QVERIFY(QFile::copy(samplePath(QStringLiteral("level-loop.gsi")), path));
+    window->getDocument().setLevellingClass(LevellingClass::II);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    QVERIFY(drop(*window, data));
+    QTRY_COMPARE(int(window->getDocument().getPoints().size()), 5);
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(window->getDocument().getParameters().sigmaApriori, 2.5);
 }
 
 void TestDeskWindow::droppedFilesAreOneNetwork()

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void unwritableOutputIsAFailure_data();
     void unwritableOutputIsAFailure();
     void streamsAreReadAndWritten();
+    void fieldFileOfALevelIsAdjusted();
     void logIsNotEmptied();
     void fileUrlsAreTaken();
     void namesOnStderrShowControlCharacters();
@@ -742,6 +743,23 @@ void TestHeadless::streamsAreReadAndWritten()
                             "the file of an instrument is wanted, of a level (GSI, M5, REC_E) or a total "
                             "station (GSI, M5); text in columns is read by a "
                             "template\n"));
+}
+
+void TestHeadless::fieldFileOfALevelIsAdjusted()
+{
+    QFile::copy(samplePath(QStringLiteral("level-loop.gsi")), path(QStringLiteral("day.1")));
+    QCOMPARE(run(words("--import day.1 --run compile --run adjust --export day.csv")).output,
+             QStringLiteral("Импорт: ошибок 2, предупреждений 0, сообщений 11\n"
+                            "Предобработка: ошибок 1, предупреждений 0, сообщений 3\n"
+                            "Уравнивание: ошибок 0, предупреждений 4, сообщений 16\n"
+                            "Экспорт: ошибок 0, предупреждений 0, сообщений 1\n"));
+    QCOMPARE(runShell(folder->path(), QStringLiteral("cat day.1 | $DESK --import - --run adjust --export - "
+                                                     ">pipe.csv 2>errors")),
+             0);
+    QCOMPARE(text(QStringLiteral("pipe.csv")), text(QStringLiteral("day.csv")));
+    // The constant part of the deviations stands in the exported network with each section.
+    QCOMPARE(run(words("--import day.1 --class II --sigma 0.2,1.5 --export day.gkf")).exitCode, 0);
+    QCOMPARE(text(QStringLiteral("day.gkf")).count(QLatin1String(" stdev=\"")), 6);
 }
 
 void TestHeadless::logIsNotEmptied()

@@ -48,6 +48,7 @@ void TestRecFile::whatHasNoAddressIsNone()
     QVERIFY(!RecFile::parse("Start-Line BFFB 101"));
     QVERIFY(!RecFile::parse("1.5 2.5 3.5"));
     QVERIFY(!RecFile::parse("   65   "));
+    QVERIFY(!RecFile::parse("   65 A" + QByteArray(300, ' ') + "B"));
 }
 
 void TestRecFile::filesOfLevelsAreKnown()

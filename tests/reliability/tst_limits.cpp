@@ -1,6 +1,8 @@
 #include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
 #include "levelling/GkfReader.h"
+#include "levelling/GsiLevelReader.h"
+#include "levelling/M5LevelReader.h"
 #include "tests/support/OrvelTestAccess.h"
 #include "tests/support/ProtocolFixture.h"
 #include "tests/support/TestFiles.h"
@@ -31,6 +33,9 @@ private Q_SLOTS:
     void networkFileThatIsTooLarge();
     void networkFileWithTooManyPoints();
     void networkFileWithTooManyProblems();
+    void fieldFileThatIsTooLarge();
+    void fieldFileWithTooManyStations();
+    void fieldFileWithTooManyProblems();
 };
 
 namespace {
@@ -309,6 +314,42 @@ void TestLimits::networkFileWithTooManyProblems()
     QCOMPARE(result.fatal->arguments, QStringList{QStringLiteral("1000000")});
     QCOMPARE(result.fatal->line, qint64(1000004));
     QVERIFY(result.problems.empty());
+}
+
+void TestLimits::fieldFileThatIsTooLarge()
+{
+    // A gigabyte, of which a quarter is looked at: readings of one station that never ends.
+    RepeatingFile gsi("410001+?......1\n", "110003+0000000A 331.08+00150000\n", qint64(1) << 25,
+                      QByteArray());
+    const levelling::LevelResult result = levelling::gsilevelreader::read(gsi, {});
+    QVERIFY(result.file.fatal);
+    QCOMPARE(result.file.fatal->kind, levelling::ProblemKind::FileTooLarge);
+    QCOMPARE(result.file.fatal->arguments, QStringList{QStringLiteral("256")});
+    QVERIFY(result.findings.checks.empty());
+}
+
+void TestLimits::fieldFileWithTooManyStations()
+{
+    // There and back without end, two stations a time.
+    RepeatingFile gsi("410001+?......1\n",
+                      "110003+0000000A 331.08+00150000\n110003+00000001 332.08+00150000\n"
+                      "110003+00000001 331.08+00150000\n110003+0000000A 332.08+00150000\n",
+                      1000001, QByteArray());
+    const levelling::LevelResult result = levelling::gsilevelreader::read(gsi, {});
+    QVERIFY(result.file.fatal);
+    QCOMPARE(result.file.fatal->kind, levelling::ProblemKind::TooManyStations);
+    QCOMPARE(result.file.fatal->arguments, QStringList{QStringLiteral("2000000")});
+    QVERIFY(result.file.network.points.empty());
+}
+
+void TestLimits::fieldFileWithTooManyProblems()
+{
+    RepeatingFile m5(QByteArray(), "noise\n", 1000001, QByteArray());
+    const levelling::LevelResult result = levelling::m5levelreader::readM5(m5, {});
+    QVERIFY(result.file.fatal);
+    QCOMPARE(result.file.fatal->kind, levelling::ProblemKind::TooManyProblems);
+    QCOMPARE(result.file.fatal->line, qint64(1000000));
+    QVERIFY(result.file.problems.empty());
 }
 
 QTEST_GUILESS_MAIN(TestLimits)

@@ -55,8 +55,7 @@ QString failureReason(const Problem& problem)
         return Desk::tr("формат не распознан: нужны gama-local XML (.gkf) или файл прибора, нивелира (GSI, "
                         "M5, REC_E) или тахеометра (GSI, M5); текст со столбцами читается по шаблону");
     case ProblemKind::TooManyStations:
-        return Desk::tr(
-                   "ходов, станций и замечаний к ним больше %1, файл не прочитан; разделите его на части")
+        return Desk::tr("пунктов, ходов и станций больше %1, файл не прочитан; разделите его на части")
             .arg(argument);
     default:
         return Desk::tr("ошибка XML: %1").arg(argument);
