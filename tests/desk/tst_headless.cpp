@@ -747,7 +747,7 @@ void TestHeadless::streamsAreReadAndWritten()
 
 void TestHeadless::fieldFileOfALevelIsAdjusted()
 {
-    QFile::copy(samplePath(QStringLiteral("level-loop.gsi")), path(QStringLiteral("day.1")));
+    QVERIFY(QFile::copy(QStringLiteral(DESK_SAMPLES "/level-loop.gsi"), path(QStringLiteral("day.1"))));
     QCOMPARE(run(words("--import day.1 --run compile --run adjust --export day.csv")).output,
              QStringLiteral("Импорт: ошибок 2, предупреждений 0, сообщений 11\n"
                             "Предобработка: ошибок 1, предупреждений 0, сообщений 3\n"
