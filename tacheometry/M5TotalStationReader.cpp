@@ -263,6 +263,12 @@ private:
             position.x.reset();
             position.y.reset();
         }
+        if (lastSight && lastSight->point == name.number && lastSight->code == name.code) {
+            lastSight->recorded = position;
+            lastSight = nullptr;
+            return;
+        }
+        lastSight = nullptr;
         const GivenPoint point{name.number, name.code, position, line};
         if (isStation(name)) {
             if (!station.name.isEmpty())
@@ -270,11 +276,8 @@ private:
             station = point;
             hasOpened = false;
         }
-        if (lastSight && lastSight->point == name.number && lastSight->code == name.code)
-            lastSight->recorded = position;
-        else if (position.hasPlan() || position.height)
+        if (position.hasPlan() || position.height)
             builder.addPoint(point);
-        lastSight = nullptr;
     }
 
     void takeSight(const PointName& name, Sight sight)

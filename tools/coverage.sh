@@ -26,8 +26,8 @@ measure() {
     sed -n "s#^\(lines\|branches\)#$folder: \1#p" "$summary"
 }
 
-measure '(Orvel|host|levelling)' --html-details build/coverage/report/index.html
+measure '(Orvel|host|formats|levelling|tacheometry)' --html-details build/coverage/report/index.html
 measure Orvel --fail-under-line 98 --fail-under-branch 90
 measure host --fail-under-line 90
-measure levelling --fail-under-line 90
+measure '(formats|levelling|tacheometry)' --fail-under-line 90
 exit "$failed"

@@ -83,6 +83,6 @@ if [ -n "${sources:-}" ]; then
     exit
 fi
 if [ "$#" -eq 0 ]; then
-    set -- "^$PWD/(Orvel|host|levelling|apps|template|bench|tests)/"
+    set -- "^$PWD/(Orvel|host|formats|levelling|tacheometry|apps|template|bench|tests)/"
 fi
 run-clang-tidy -quiet -p build/tidy "$@"

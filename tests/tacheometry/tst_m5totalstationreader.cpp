@@ -152,8 +152,12 @@ void TestM5TotalStationReader::targetOffsetsBelongToTheNextSight()
 void TestM5TotalStationReader::instrumentsOwnCoordinatesStandBesideTheSight()
 {
     const QList<QByteArray> own{"Y 14.142 m", "X 114.142 m", "Z 50.200 m"};
-    const FieldBookReading reading = readM5(makeStation() + m5Point("7", "101", kSight) +
-                                            m5Point("7", "101", own) + m5Point("7", "102", own));
+    const FieldBookReading reading =
+        readM5(makeStation() + m5Point("7", "101", kSight) + m5Point("7", "101", own) +
+               m5Point("S", "103", kSight) + m5Point("S", "103", own) + m5Point("7", "102", own));
+    // A code "S" behind a measurement is what the surveyor calls the point, and no station.
+    QCOMPARE(reading.book.setups.size(), std::size_t(1));
+    QCOMPARE(reading.book.setups[0].sights[2].recorded.x.value_or(0.0), 114.142);
     const Sight& sight = reading.book.setups[0].sights[1];
     QCOMPARE(sight.recorded.x.value_or(0.0), 114.142);
     QCOMPARE(sight.recorded.y.value_or(0.0), 14.142);
