@@ -43,6 +43,7 @@ TestHome::TestHome()
     QCoreApplication::setApplicationName(QStringLiteral("orvel-desk-test"));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
     qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
     desk::registerDeskTypes();
 }
 

@@ -29,7 +29,7 @@ private:
     QStringList warnings;
 };
 
-/// A folder of settings for a test program, made before it looks for any.
+/// A folder of settings and of kept data for a test program, made before it looks for any.
 class TestHome
 {
 public:

@@ -12,7 +12,9 @@ namespace orvel::desk {
 
 using levelling::ColumnRole;
 
-RoleHeader::RoleHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent)
+RoleHeader::RoleHeader(int firstColumn, QWidget* parent)
+    : QHeaderView(Qt::Horizontal, parent)
+    , first(firstColumn)
 {
     setDefaultAlignment(Qt::AlignHCenter | Qt::AlignTop);
     setSectionsMovable(false);
@@ -68,7 +70,7 @@ QComboBox* RoleHeader::makeList(int column)
 void RoleHeader::place()
 {
     for (std::size_t column = 0; column < lists.size(); ++column) {
-        const auto section = static_cast<int>(column);
+        const int section = first + static_cast<int>(column);
         if (section >= count())
             return;
         QComboBox* list = lists[column];

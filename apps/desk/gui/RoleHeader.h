@@ -16,15 +16,17 @@ class RoleHeader : public QHeaderView
     Q_OBJECT
 
 public:
-    explicit RoleHeader(QWidget* parent = nullptr);
+    /// The columns with roles are those from the first one on.
+    explicit RoleHeader(int firstColumn, QWidget* parent = nullptr);
 
-    /// Gives the first columns lists, in which these are chosen.
+    /// Gives so many columns lists, in which these are chosen.
     void setRoles(const std::vector<levelling::ColumnRole>& roles);
     const std::vector<QComboBox*>& getLists() const { return lists; }
 
     QSize sizeHint() const override;
 
 Q_SIGNALS:
+    /// @param column  counted from the first one that has a role
     void roleChosen(int column, levelling::ColumnRole role);
 
 protected:
@@ -34,6 +36,7 @@ private:
     QComboBox* makeList(int column);
     void place();
 
+    const int first;
     std::vector<QComboBox*> lists;
 };
 

@@ -63,7 +63,7 @@ int TablePreviewModel::rowCount(const QModelIndex& parent) const
 
 int TablePreviewModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : cellColumns + 1;
+    return parent.isValid() ? 0 : FirstCell + cellColumns;
 }
 
 QVariant TablePreviewModel::data(const QModelIndex& index, int role) const
@@ -82,14 +82,13 @@ QVariant TablePreviewModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         return row.remark.toHtmlEscaped();
     case Qt::BackgroundRole:
-        if (!cell.fault.isEmpty() || (row.state == State::Refused && index.column() == cellColumns))
+        if (!cell.fault.isEmpty() || (row.state == State::Refused && index.column() == Remark))
             return getFaultColour();
         return QVariant();
     case Qt::ForegroundRole: {
-        const auto column = static_cast<std::size_t>(index.column());
-        const bool isRead = column >= format.columns.size() ||
-                            format.columns[column] != levelling::ColumnRole::Skip ||
-                            index.column() == cellColumns;
+        const auto column = static_cast<std::size_t>(index.column() - FirstCell);
+        const bool isRead = index.column() == Remark || column >= format.columns.size() ||
+                            format.columns[column] != levelling::ColumnRole::Skip;
         if (row.state == State::Skipped || !isRead)
             return QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
         return QVariant();
@@ -105,7 +104,7 @@ QVariant TablePreviewModel::headerData(int section, Qt::Orientation orientation,
         return QVariant();
     if (orientation == Qt::Vertical)
         return QString::number(rows[static_cast<std::size_t>(section)].line);
-    return section < cellColumns ? Desk::tr("Столбец %1").arg(section + 1) : Desk::tr("Строка");
+    return section == Remark ? Desk::tr("Строка") : Desk::tr("Столбец %1").arg(section);
 }
 
 void TablePreviewModel::readRows()
@@ -172,9 +171,9 @@ TablePreviewModel::Row TablePreviewModel::makeRow(const TableRow& tableRow)
 TablePreviewModel::Cell TablePreviewModel::getCell(const QModelIndex& index) const
 {
     const Row& row = rows[static_cast<std::size_t>(index.row())];
-    if (index.column() == cellColumns)
+    if (index.column() == Remark)
         return {row.remark, QString()};
-    const auto column = static_cast<std::size_t>(index.column());
+    const auto column = static_cast<std::size_t>(index.column() - FirstCell);
     return column < row.cells.size() ? row.cells[column] : Cell();
 }
 

@@ -8,13 +8,15 @@
 
 namespace orvel::desk {
 
-/// The first rows of a text file as a template reads them: what is wrong with a cell stands in it, and what
-/// becomes of a row stands behind it.
+/// The first rows of a text file as a template reads them: what becomes of a row stands before its cells, and
+/// what is wrong with a cell stands in it.
 class TablePreviewModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
+    enum Column { Remark, FirstCell };
+
     /// So many rows are shown.
     static constexpr int kMostRows = 100;
     /// So much of a file is enough for them, bytes.

@@ -212,7 +212,7 @@ TemplateColumnsPage::TemplateColumnsPage(TemplateWizard& templateWizard)
     , lengthUnit(new QComboBox(this))
     , table(new QTableView(this))
     , preview(new TablePreviewModel(this))
-    , header(new RoleHeader(table))
+    , header(new RoleHeader(TablePreviewModel::FirstCell, table))
     , state(makeNote(this, "state"))
 {
     setTitle(Desk::tr("Столбцы"));
@@ -265,6 +265,7 @@ QWidget* TemplateColumnsPage::createForm()
     auto* right = new QFormLayout;
     auto* both = new QHBoxLayout(form);
     both->setContentsMargins(0, 0, 0, 0);
+    both->setSpacing(24);
     both->addLayout(left, 1);
     both->addLayout(right, 1);
     const auto add = [](QFormLayout* layout, const QString& text, QWidget* field, const char* name) {
@@ -288,7 +289,6 @@ void TemplateColumnsPage::initializePage()
     preview->setContent(wizard.beginning);
     showFormat();
     updatePreview();
-    table->resizeColumnsToContents();
 }
 
 bool TemplateColumnsPage::isComplete() const
@@ -368,15 +368,25 @@ void TemplateColumnsPage::updatePreview()
         previous = list;
     }
     setTabOrder(previous, table);
-    for (int column = 0; column < static_cast<int>(columns); ++column)
-        table->setColumnWidth(
-            column, std::max(table->columnWidth(column),
-                             header->getLists()[static_cast<std::size_t>(column)]->sizeHint().width()));
-    table->resizeColumnToContents(preview->getCellColumns());
+    fitColumns();
     widths->setEnabled(separator->currentData().toChar() == kNoSeparator);
     differenceUnit->setEnabled(format.has(ColumnRole::Difference));
     lengthUnit->setEnabled(format.has(ColumnRole::Length));
     updateState();
+}
+
+/// Makes the columns as wide as what they hold and their lists; remarks are whole in their tool tips.
+void TemplateColumnsPage::fitColumns()
+{
+    constexpr int widestRemark = 240;
+    table->resizeColumnsToContents();
+    table->setColumnWidth(TablePreviewModel::Remark,
+                          std::min(table->columnWidth(TablePreviewModel::Remark), widestRemark));
+    int column = TablePreviewModel::FirstCell;
+    for (const QComboBox* list : header->getLists()) {
+        table->setColumnWidth(column, std::max(table->columnWidth(column), list->sizeHint().width()));
+        ++column;
+    }
 }
 
 QString TemplateColumnsPage::findProblem() const

@@ -67,6 +67,7 @@ private:
     void takeFields();
     void takeRole(int column, levelling::ColumnRole role);
     void updatePreview();
+    void fitColumns();
     void updateState();
     QString findProblem() const;
 
