@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 
 wanted=${1:-10000000}
 [ $# -eq 0 ] || shift
-targets=${*:-"links gkf gsi m5 tacheometry datafile project uri journal"}
+targets=${*:-"links gkf template gsi m5 tacheometry datafile project uri journal"}
 seconds_per_turn=300
 
 # shellcheck disable=SC2086

@@ -308,10 +308,6 @@
         <translation>Where to begin</translation>
     </message>
     <message>
-        <source>Читает пункты и превышения из файла. Всё, что в файле не удалось использовать, названо в протоколе с номером строки файла. Новая сеть заменяет прежнюю; ссылки на одноимённые пункты и секции сохраняются.</source>
-        <translation>Reads points and height differences from a file. Whatever in the file could not be used is named in the protocol with its file line number. The new network replaces the current one; links to points and sections of the same name are kept.</translation>
-    </message>
-    <message>
         <source>Что делает каждая обработка</source>
         <translation>What each run does</translation>
     </message>
@@ -2396,6 +2392,590 @@ L in km (else the class sets it)</translation>
     <message>
         <source>В формате .gkf этому нет места, в файл не вошли: %1</source>
         <translation>The .gkf format has no place for this, left out: %1</translation>
+    </message>
+    <message>
+        <source>шаблон, по которому читается текст --import перед ним</source>
+        <translation>template by which the text of the --import before it is read</translation>
+    </message>
+    <message>
+        <source>стандартный ввод читается один раз: --import - указан дважды</source>
+        <translation>the standard input is read once: --import - is given twice</translation>
+    </message>
+    <message>
+        <source>--import с --template и без него чередуются: поставьте файлы с шаблоном подряд</source>
+        <translation>--import with and without --template take turns: put the files with a template next to each other</translation>
+    </message>
+    <message>
+        <source>--template относится к --import перед ним, по одному на файл</source>
+        <translation>--template belongs to the --import before it, one for each file</translation>
+    </message>
+    <message>
+        <source>Прочитать файлы .gkf, цифровых нивелиров и тахеометров (GSI, M5)</source>
+        <translation>Read .gkf files and those of digital levels and total stations (GSI, M5)</translation>
+    </message>
+    <message>
+        <source>Импорт по ша&amp;блону…</source>
+        <translation>Import by &amp;template…</translation>
+    </message>
+    <message>
+        <source>Прочитать текстовый файл, выбрав, что в его столбцах</source>
+        <translation>Read a text file by choosing what its columns hold</translation>
+    </message>
+    <message>
+        <source>Открыть проект или измерения</source>
+        <translation>Open project or measurements</translation>
+    </message>
+    <message>
+        <source>Проекты и измерения (*.%1 *.%2 %3);;Все файлы (*)</source>
+        <translation>Projects and measurements (*.%1 *.%2 %3);;All files (*)</translation>
+    </message>
+    <message>
+        <source>Импорт измерений</source>
+        <translation>Import measurements</translation>
+    </message>
+    <message>
+        <source>Файлы измерений (*.%1 %2);;Все файлы (*)</source>
+        <translation>Files of measurements (*.%1 %2);;All files (*)</translation>
+    </message>
+    <message>
+        <source>Текстовые файлы (*.%1);;Все файлы (*)</source>
+        <translation>Text files (*.%1);;All files (*)</translation>
+    </message>
+    <message>
+        <source>Читает измерения из одного или нескольких файлов. Всё, что в файле не удалось использовать, названо в протоколе с номером строки файла. Новая сеть заменяет прежнюю или добавляется к ней: одноимённые пункты становятся одним пунктом, действует то, что сказано о нём последним; ссылки на одноимённые пункты и секции сохраняются.</source>
+        <translation>Reads measurements from one or several files. Whatever in a file could not be used is named in the protocol with its file line. The new network replaces the former one or is added to it: points of one name become one point, and what is said of it last counts; links to points and sections of the same name are kept.</translation>
+    </message>
+    <message>
+        <source>Читает секции или отметки пунктов из текстового файла (.csv, .txt). Шаблон говорит, как разделены строки и что в столбцах; его составляет мастер, показывая первые строки файла, и хранит под именем. В протоколе названы шаблон, пропущенные строки с причиной, повторы и значения, похожие на другую единицу.</source>
+        <translation>Reads sections or given heights of points from a text file (.csv, .txt). A template tells how rows are divided and what the columns hold; a wizard makes it, showing the first rows of the file, and keeps it by name. The protocol names the template, skipped rows with the reason, repeated ones, and values that look like another unit.</translation>
+    </message>
+    <message>
+        <source>Заменить сеть проекта «%1» или добавить к ней?</source>
+        <translation>Replace the network of the project “%1” or add to it?</translation>
+    </message>
+    <message>
+        <source>&amp;Добавить</source>
+        <translation>&amp;Add</translation>
+    </message>
+    <message>
+        <source>Столбец %1: что в нём</source>
+        <translation>Column %1: what it holds</translation>
+    </message>
+    <message>
+        <source>шапка, пропускается</source>
+        <translation>heading, skipped</translation>
+    </message>
+    <message>
+        <source>пустая, пропускается</source>
+        <translation>empty, skipped</translation>
+    </message>
+    <message>
+        <source>комментарий, пропускается</source>
+        <translation>comment, skipped</translation>
+    </message>
+    <message>
+        <source>не прочитана: кавычка не закрыта</source>
+        <translation>not read: the quotation mark is not closed</translation>
+    </message>
+    <message>
+        <source>Строка</source>
+        <translation>Row</translation>
+    </message>
+    <message>
+        <source>Столбец %1</source>
+        <translation>Column %1</translation>
+    </message>
+    <message>
+        <source>не прочитана: %1</source>
+        <translation>not read: %1</translation>
+    </message>
+    <message>
+        <source>годится</source>
+        <translation>good</translation>
+    </message>
+    <message>
+        <source>годится, но %1</source>
+        <translation>good, but %1</translation>
+    </message>
+    <message>
+        <source>&amp;Удалить шаблон</source>
+        <translation>&amp;Delete template</translation>
+    </message>
+    <message>
+        <source>Файл и шаблон</source>
+        <translation>File and template</translation>
+    </message>
+    <message>
+        <source>Шаблон говорит, как разделены строки и что в столбцах. Возьмите готовый или начните с того, что видно по файлу.</source>
+        <translation>A template tells how rows are divided and what the columns hold. Take a kept one or begin with what the file looks like.</translation>
+    </message>
+    <message>
+        <source>Об&amp;зор…</source>
+        <translation>&amp;Browse…</translation>
+    </message>
+    <message>
+        <source>Текстовый &amp;файл:</source>
+        <translation>Text &amp;file:</translation>
+    </message>
+    <message>
+        <source>&amp;Начать с шаблона:</source>
+        <translation>Begin &amp;with the template:</translation>
+    </message>
+    <message>
+        <source>Текстовый файл</source>
+        <translation>Text file</translation>
+    </message>
+    <message>
+        <source>Шаблоны</source>
+        <translation>Templates</translation>
+    </message>
+    <message>
+        <source>Файл не читается: %1</source>
+        <translation>The file cannot be read: %1</translation>
+    </message>
+    <message>
+        <source>Новый, по содержанию файла</source>
+        <translation>New, by the content of the file</translation>
+    </message>
+    <message>
+        <source>Шаблон не удалён: файл «%1» остался на месте</source>
+        <translation>The template is not deleted: the file “%1” is still there</translation>
+    </message>
+    <message>
+        <source>Выберите текстовый файл: .csv, .txt или другой.</source>
+        <translation>Choose a text file: .csv, .txt or another.</translation>
+    </message>
+    <message>
+        <source>Файл «%1» не найден или не читается.</source>
+        <translation>The file “%1” is not found or cannot be read.</translation>
+    </message>
+    <message>
+        <source>Столбцы</source>
+        <translation>Columns</translation>
+    </message>
+    <message>
+        <source>Над каждым столбцом выберите, что в нём. Ниже — первые строки файла, как они читаются.</source>
+        <translation>Choose above each column what it holds. Below are the first rows of the file as they are read.</translation>
+    </message>
+    <message>
+        <source>Первые строки файла</source>
+        <translation>First rows of the file</translation>
+    </message>
+    <message>
+        <source>нет: столбцы постоянной ширины</source>
+        <translation>none: columns of fixed width</translation>
+    </message>
+    <message>
+        <source>точка</source>
+        <translation>point</translation>
+    </message>
+    <message>
+        <source>запятая</source>
+        <translation>comma</translation>
+    </message>
+    <message>
+        <source>системная</source>
+        <translation>of the system</translation>
+    </message>
+    <message>
+        <source>&amp;Разделитель столбцов:</source>
+        <translation>Column &amp;separator:</translation>
+    </message>
+    <message>
+        <source>&amp;Ширины столбцов, знаков:</source>
+        <translation>Column &amp;widths, characters:</translation>
+    </message>
+    <message>
+        <source>Деся&amp;тичный знак:</source>
+        <translation>&amp;Decimal sign:</translation>
+    </message>
+    <message>
+        <source>&amp;Пропустить строк в начале:</source>
+        <translation>Rows to sk&amp;ip at the beginning:</translation>
+    </message>
+    <message>
+        <source>&amp;Кодировка:</source>
+        <translation>&amp;Encoding:</translation>
+    </message>
+    <message>
+        <source>Ко&amp;мментарий начинается с:</source>
+        <translation>&amp;Comments begin with:</translation>
+    </message>
+    <message>
+        <source>&amp;Единица превышений:</source>
+        <translation>Unit of &amp;height differences:</translation>
+    </message>
+    <message>
+        <source>Единица д&amp;лин:</source>
+        <translation>Unit of &amp;lengths:</translation>
+    </message>
+    <message>
+        <source>Ширины столбцов — целые числа через запятую, например 8, 8, 10.</source>
+        <translation>Column widths are whole numbers with commas between them, for example 8, 8, 10.</translation>
+    </message>
+    <message>
+        <source>Не выбран столбец «%1». Секциям нужны оба пункта и превышение, пунктам — имя и отметка или координаты.</source>
+        <translation>No column is chosen as “%1”. Sections need both points and the height difference, points a name and a given height or coordinates.</translation>
+    </message>
+    <message>
+        <source>Столбцы секций и пунктов вместе не читаются: лишний «%1».</source>
+        <translation>Columns of sections and of points are not read together: “%1” is one too many.</translation>
+    </message>
+    <message>
+        <source>Из первых строк не годится ни одна: проверьте разделитель, десятичный знак и столбцы.</source>
+        <translation>None of the first rows is good: check the separator, the decimal sign and the columns.</translation>
+    </message>
+    <message>
+        <source>Из первых строк годится %1, не прочитано %2.</source>
+        <translation>Good rows among the first ones: %1; not read: %2.</translation>
+    </message>
+    <message>
+        <source>&amp;Сохранить шаблон для других файлов</source>
+        <translation>&amp;Keep the template for other files</translation>
+    </message>
+    <message>
+        <source>Имя шаблона</source>
+        <translation>Name of the template</translation>
+    </message>
+    <message>
+        <source>Под этим именем шаблон стоит в протоколе и в списке готовых.</source>
+        <translation>Under this name the template stands in the protocol and in the list of kept ones.</translation>
+    </message>
+    <message>
+        <source>&amp;Имя шаблона:</source>
+        <translation>&amp;Name of the template:</translation>
+    </message>
+    <message>
+        <source>Шаблон не сохранён: %1</source>
+        <translation>The template is not kept: %1</translation>
+    </message>
+    <message>
+        <source>У шаблона должно быть имя.</source>
+        <translation>The template must have a name.</translation>
+    </message>
+    <message>
+        <source>&lt; &amp;Назад</source>
+        <translation>&lt; &amp;Back</translation>
+    </message>
+    <message>
+        <source>&amp;Дальше &gt;</source>
+        <translation>&amp;Next &gt;</translation>
+    </message>
+    <message>
+        <source>&amp;Импортировать</source>
+        <translation>&amp;Import</translation>
+    </message>
+    <message>
+        <source>Шаблон: %1</source>
+        <translation>Template: %1</translation>
+    </message>
+    <message>
+        <source>Единицы: высоты и координаты — м, СКО — мм</source>
+        <translation>Units: heights and coordinates in m, standard deviations in mm</translation>
+    </message>
+    <message>
+        <source>Единицы: превышения — %1, длины — %2, СКО — мм</source>
+        <translation>Units: height differences in %1, lengths in %2, standard deviations in mm</translation>
+    </message>
+    <message>
+        <source>Прочитано строк: %1, из них с данными: %2, пропущено: %3</source>
+        <translation>Rows read: %1; with data: %2; skipped: %3</translation>
+    </message>
+    <message>
+        <source>Пропущено строк шапки: %1 (от начала файла)</source>
+        <translation>Heading rows skipped: %1 (from the beginning of the file)</translation>
+    </message>
+    <message>
+        <source>Пропущено пустых строк: %1 (строки файла %2)</source>
+        <translation>Empty rows skipped: %1 (file lines %2)</translation>
+    </message>
+    <message>
+        <source>Пропущено строк с комментарием: %1 (строки файла %2)</source>
+        <translation>Comment rows skipped: %1 (file lines %2)</translation>
+    </message>
+    <message>
+        <source>Секций без длины и СКО, вес которых взят по числу штативов (10 на 1&#xa0;км): %1</source>
+        <translation>Sections without length and standard deviation that are weighted by their stations (10 per km): %1</translation>
+    </message>
+    <message>
+        <source>пункт %1: отметка %2&#xa0;м вместо прежней %3&#xa0;м</source>
+        <translation>point %1: given height %2&#xa0;m in place of %3&#xa0;m</translation>
+    </message>
+    <message>
+        <source>пункт %1 теперь исходный репер</source>
+        <translation>point %1 is a benchmark now</translation>
+    </message>
+    <message>
+        <source>отметка пункта %1 теперь измерена с СКО и не удерживается</source>
+        <translation>the height of point %1 is now measured with a standard deviation, and not held</translation>
+    </message>
+    <message>
+        <source>пункт %1 был исходным репером, теперь он определяемый</source>
+        <translation>point %1 was a benchmark, it is a new point now</translation>
+    </message>
+    <message>
+        <source>координаты пункта %1 заменены</source>
+        <translation>the coordinates of point %1 are replaced</translation>
+    </message>
+    <message>
+        <source>Секции с теми же концами и превышением уже были в сети, учтены ещё раз: %1 (%2). Если файл импортирован дважды, замените сеть</source>
+        <translation>Sections with the same ends and height difference were in the network already and count once more: %1 (%2). If the file was imported twice, replace the network</translation>
+    </message>
+    <message>
+        <source>Параметры уравнивания этого файла другие; действуют параметры сети, к которой он добавлен</source>
+        <translation>The parameters of the adjustment differ in this file; those of the network that it is added to hold</translation>
+    </message>
+    <message>
+        <source>Добавлено к сети пунктов: %1, секций: %2; совпало с имевшимися пунктов: %3</source>
+        <translation>Added to the network: points %1, sections %2; points that were there already: %3</translation>
+    </message>
+    <message>
+        <source>Пункты, известные только по секциям, считаются определяемыми: %1 (%2)</source>
+        <translation>Points known from sections only are treated as new points: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Пункты, к которым не ведёт ни одна секция: %1 (%2). Проверьте их имена</source>
+        <translation>Points that no section leads to: %1 (%2). Check their names</translation>
+    </message>
+    <message>
+        <source>В сети только пункты. Добавьте к ней файлы с измерениями</source>
+        <translation>There are only points in the network. Add files with measurements to it</translation>
+    </message>
+    <message>
+        <source>Координаты — в системе проекта, X на север, Y на восток, м; это не WGS-84</source>
+        <translation>Coordinates are in the system of the project, X to the north, Y to the east, m; this is not WGS-84</translation>
+    </message>
+    <message>
+        <source>строка длиннее %1 знаков, файл не прочитан; проверьте, что это текст, и его кодировку</source>
+        <translation>a line is longer than %1 characters, the file is not read; check that it is text, and its encoding</translation>
+    </message>
+    <message>
+        <source>кавычка открыта и не закрыта, строка пропущена</source>
+        <translation>a quotation mark is opened and not closed, the row is skipped</translation>
+    </message>
+    <message>
+        <source>в столбце %1 пусто, строка пропущена</source>
+        <translation>the column %1 is empty, the row is skipped</translation>
+    </message>
+    <message>
+        <source>столбец %1: «%2» — непригодное число, строка пропущена</source>
+        <translation>column %1: “%2” is no usable number, the row is skipped</translation>
+    </message>
+    <message>
+        <source>столбец %1: «%2» — число с другим десятичным знаком, в шаблоне «%3»; строка пропущена</source>
+        <translation>column %1: “%2” is a number with another decimal sign than the template&apos;s “%3”; the row is skipped</translation>
+    </message>
+    <message>
+        <source>здесь и дальше строк, в которых данные есть и правее последнего столбца шаблона: %1; лишнее не прочитано, столбцов в шаблоне %2</source>
+        <translation>rows with data behind the last column of the template, here and further on: %1; the surplus is not read, the template has %2 columns</translation>
+    </message>
+    <message>
+        <source>здесь и дальше строк со знаками, которых нет в кодировке %2: %1; проверьте кодировку в шаблоне</source>
+        <translation>rows with characters that the encoding %2 does not have, here and further on: %1; check the encoding in the template</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2 с тем же превышением уже есть в строке файла %3, учтены обе; лишнюю удалите</source>
+        <translation>section %1 – %2 with the same height difference is in file line %3 already, both count; delete the surplus one</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: нет ни длины, ни числа штативов, ни СКО; принята априорная СКО 1&#xa0;км хода</source>
+        <translation>section %1 – %2: neither length nor stations nor standard deviation; the a priori standard deviation of 1&#xa0;km is taken</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: непригодное число штативов «%3», считается не заданным</source>
+        <translation>section %1 – %2: unusable number of stations “%3”, treated as not given</translation>
+    </message>
+    <message>
+        <source>секция %1 – %2: превышение %3&#xa0;м больше правдоподобного для её длины %4&#xa0;м; проверьте единицы</source>
+        <translation>section %1 – %2: the height difference %3&#xa0;m is larger than what is plausible for its length, %4&#xa0;m; check the units</translation>
+    </message>
+    <message>
+        <source>пункт %1: непригодная СКО отметки «%2», отметка удерживается</source>
+        <translation>point %1: unusable standard deviation “%2” of the given height, which is held</translation>
+    </message>
+    <message>
+        <source>пункт %1: непригодная координата %2 «%3», координаты не взяты</source>
+        <translation>point %1: unusable coordinate %2 “%3”, the coordinates are not taken</translation>
+    </message>
+    <message>
+        <source>столбец %1: среднее по величине значение %3 неправдоподобно для единицы %2; проверьте единицу в шаблоне</source>
+        <translation>column %1: the median %3 is not plausible for the unit %2; check the unit in the template</translation>
+    </message>
+    <message>
+        <source>файл начинается меткой кодировки %1, он прочитан в ней, а не в кодировке шаблона %2</source>
+        <translation>the file begins with the mark of the encoding %1 and is read by it, not by the template&apos;s encoding %2</translation>
+    </message>
+    <message>
+        <source>в файле нет ни одной пригодной строки; проверьте разделитель и столбцы шаблона</source>
+        <translation>there is no usable row in the file; check the separator and the columns of the template</translation>
+    </message>
+    <message>
+        <source>непригодное значение ключа «%1»: допустимо %2</source>
+        <translation>unusable value of the key “%1”: allowed is %2</translation>
+    </message>
+    <message>
+        <source>неизвестный ключ «%1»: допустимы %2</source>
+        <translation>unknown key “%1”: allowed are %2</translation>
+    </message>
+    <message>
+        <source>целое число от %1 до %2</source>
+        <translation>a whole number from %1 to %2</translation>
+    </message>
+    <message>
+        <source>нужен один из ключей separator (знак между столбцами) и widths (ширины столбцов)</source>
+        <translation>one of the keys separator (sign between columns) and widths (of the columns) is needed</translation>
+    </message>
+    <message>
+        <source>один знак, например «;», «,», «|», пробел или \t</source>
+        <translation>one sign, for example “;”, “,”, “|”, a blank or \t</translation>
+    </message>
+    <message>
+        <source>список целых чисел</source>
+        <translation>a list of whole numbers</translation>
+    </message>
+    <message>
+        <source>UTF-8, windows-1251, UTF-16, system или другое известное имя кодировки</source>
+        <translation>UTF-8, windows-1251, UTF-16, system or another known name of an encoding</translation>
+    </message>
+    <message>
+        <source>не больше %1 знаков</source>
+        <translation>at most %1 characters</translation>
+    </message>
+    <message>
+        <source>список из %1</source>
+        <translation>a list of %1</translation>
+    </message>
+    <message>
+        <source>это не JSON, ошибка в строке %1</source>
+        <translation>this is not JSON, error in line %1</translation>
+    </message>
+    <message>
+        <source>шаблон — это объект JSON {…} с ключами %1</source>
+        <translation>a template is a JSON object {…} with the keys %1</translation>
+    </message>
+    <message>
+        <source>непустое имя</source>
+        <translation>a name that is not empty</translation>
+    </message>
+    <message>
+        <source>Шаблон «%1»: %2</source>
+        <translation>Template “%1”: %2</translation>
+    </message>
+    <message>
+        <source>файл больше 1&#xa0;МиБ</source>
+        <translation>the file is larger than 1&#xa0;MiB</translation>
+    </message>
+    <message>
+        <source>не читать</source>
+        <translation>do not read</translation>
+    </message>
+    <message>
+        <source>начальный пункт</source>
+        <translation>from point</translation>
+    </message>
+    <message>
+        <source>конечный пункт</source>
+        <translation>to point</translation>
+    </message>
+    <message>
+        <source>превышение</source>
+        <translation>height difference</translation>
+    </message>
+    <message>
+        <source>длина</source>
+        <translation>length</translation>
+    </message>
+    <message>
+        <source>число штативов</source>
+        <translation>stations</translation>
+    </message>
+    <message>
+        <source>дата</source>
+        <translation>date</translation>
+    </message>
+    <message>
+        <source>примечание</source>
+        <translation>note</translation>
+    </message>
+    <message>
+        <source>отметка, м</source>
+        <translation>given height, m</translation>
+    </message>
+    <message>
+        <source>X (север), м</source>
+        <translation>X (north), m</translation>
+    </message>
+    <message>
+        <source>Y (восток), м</source>
+        <translation>Y (east), m</translation>
+    </message>
+    <message>
+        <source>см</source>
+        <translation>cm</translation>
+    </message>
+    <message>
+        <source>мм</source>
+        <translation>mm</translation>
+    </message>
+    <message>
+        <source>км</source>
+        <translation>km</translation>
+    </message>
+    <message>
+        <source>пробелы</source>
+        <translation>blanks</translation>
+    </message>
+    <message>
+        <source>табуляция</source>
+        <translation>tabulator</translation>
+    </message>
+    <message>
+        <source>разделитель %1</source>
+        <translation>separator %1</translation>
+    </message>
+    <message>
+        <source>столбцы постоянной ширины</source>
+        <translation>columns of fixed width</translation>
+    </message>
+    <message>
+        <source>«%1»; %2; десятичный знак «%3»; кодировка %4; столбцы: %5</source>
+        <translation>“%1”; %2; decimal sign “%3”; encoding %4; columns: %5</translation>
+    </message>
+    <message>
+        <source>в columns нет столбца %1; для таблицы пунктов нужны point и height или x и y</source>
+        <translation>there is no column %1 in columns; a table of points needs point and height, or x and y</translation>
+    </message>
+    <message>
+        <source>в columns нет столбца %1; для таблицы секций нужны from, to и dh</source>
+        <translation>there is no column %1 in columns; a table of sections needs from, to and dh</translation>
+    </message>
+    <message>
+        <source>в columns столбец %1 назван дважды; повторяться может только skip</source>
+        <translation>the column %1 is named twice in columns; only skip may be repeated</translation>
+    </message>
+    <message>
+        <source>в columns смешаны столбцы секций и пунктов: %1; в таблице секций есть from, to, dh, в таблице пунктов — point, height, x, y</source>
+        <translation>columns of sections and of points are mixed in columns: %1; a table of sections has from, to, dh, one of points point, height, x, y</translation>
+    </message>
+    <message>
+        <source>в widths %1 чисел, а в columns столбцов %2; нужно поровну</source>
+        <translation>there are %1 numbers in widths, but %2 columns in columns; they must be equally many</translation>
+    </message>
+    <message>
+        <source>separator «%1» не может разделять столбцы; нужен один знак, например «;», «,», «|», пробел или табуляция</source>
+        <translation>separator “%1” cannot divide columns; one sign is needed, for example “;”, “,”, “|”, a blank or a tabulator</translation>
+    </message>
+    <message>
+        <source>пусто</source>
+        <translation>empty</translation>
+    </message>
+    <message>
+        <source>другой десятичный знак</source>
+        <translation>another decimal sign</translation>
+    </message>
+    <message>
+        <source>непригодное число</source>
+        <translation>unusable number</translation>
     </message>
 </context>
 <context>

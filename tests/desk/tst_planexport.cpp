@@ -158,7 +158,7 @@ void TestPlanExport::runTellsWhatItWrote()
                  QStringLiteral("warning:Не экспортировано пунктов без координат: 1 ([7:C&lt;i&gt;])"),
                  QStringLiteral("message:Записано пунктов: 2, секций: 1, файл: ") + path,
                  QStringLiteral("message:Координаты — в системе проекта, X на север, Y на восток, м; это не "
-                                "WGS\u00A084"),
+                                "WGS-84"),
                  QStringLiteral("100%")}));
 }
 

@@ -34,7 +34,7 @@ QString runPlanExport(qor::IProcessMonitor& monitor, const NetworkSnapshot& snap
     lines.message(Desk::tr("Записано пунктов: %1, секций: %2, файл: %3")
                       .arg(QString::number(plan.points.size()), QString::number(plan.sections.size()),
                            RunLines::escape(standardstreams::describeOutput(filePath))));
-    lines.message(Desk::tr("Координаты — в системе проекта, X на север, Y на восток, м; это не WGS\u00A084"));
+    lines.message(Desk::tr("Координаты — в системе проекта, X на север, Y на восток, м; это не WGS-84"));
     monitor.setPercentage(100);
     return QString();
 }
