@@ -357,7 +357,7 @@ void TestDeskSession::otherOutputLeavesProjectThatIsOpen_data()
     QTest::newRow("data") << "--data"
                           << "";
     QTest::newRow("recording") << "--record"
-                               << "Журнал «project.orvel» не записывается: ";
+                               << "Журнал «project.csv» не записывается: ";
 }
 
 void TestDeskSession::otherOutputLeavesProjectThatIsOpen()
@@ -365,16 +365,17 @@ void TestDeskSession::otherOutputLeavesProjectThatIsOpen()
     QFETCH(QString, option);
     QFETCH(QString, failure);
     adjust();
-    const QString path = desk->path(QStringLiteral("project.orvel"));
+    // An export takes no other suffix.
+    const QString path = desk->path(QStringLiteral("project.csv"));
     QVERIFY(window().saveFile(path));
     const QByteArray saved = readFile(path);
     const DeskProcess script = DeskProcess::run(
         desk->folder.path(),
         {QStringLiteral("--import"), samplePath(QStringLiteral("two-benchmarks.gkf")),
-         QStringLiteral("--run"), QStringLiteral("adjust"), option, QStringLiteral("project.orvel")});
+         QStringLiteral("--run"), QStringLiteral("adjust"), option, QStringLiteral("project.csv")});
     QCOMPARE(script.exitCode, 2);
     const QString expected =
-        QStringLiteral("orvel-desk: %1Файл «project.orvel» не записан: это открытый проект (tst_desksession, "
+        QStringLiteral("orvel-desk: %1Файл «project.csv» не записан: это открытый проект (tst_desksession, "
                        "процесс %2, компьютер %3).\n")
             .arg(failure, QString::number(QCoreApplication::applicationPid()), QSysInfo::machineHostName());
     QCOMPARE(script.errors, expected);

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void showsPointsAndSections();
     void showsResultsOfAdjustment();
     void coordinatesAreShownWhereThereAreSome();
+    void showsResultsOfTacheometry();
     void sortsNamesAsPeopleCount();
     void sortsNumbersByValue();
     void searchHidesWhatItDoesNotMean();
@@ -162,6 +163,21 @@ void TestItemTable::coordinatesAreShownWhereThereAreSome()
     QCOMPARE(row("P2"), toList("P2|пункт|||||||0|"));
     window->getDocument().getPoints()[1]->setPolarResult({1.0, 2.0, std::nullopt});
     QCOMPARE(row("P2").mid(0, 5), toList("P2|пункт|1,000|2,000|"));
+}
+
+void TestItemTable::showsResultsOfTacheometry()
+{
+    window = desk->makeWindow(samplePath(QStringLiteral("tacheometry.m5")));
+    QCOMPARE(row("101"), toList("101|пункт|||||||0|"));
+    QVERIFY(triggerAction(*window, QStringLiteral("Тахеометрия")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(!window->getTable().isColumnHidden(itemcolumns::X));
+    QCOMPARE(row("101"), toList("101|пункт|992,911|2014,169|150,60376||||2|"));
+    QCOMPARE(row("2"), toList("2|пункт|1085,320|2042,170|152,41000||||10|"));
+    QCOMPARE(row("130"), toList("130|пункт|||||||1|"));
+    QVERIFY(!cell("101", itemcolumns::Report).data(Qt::DecorationRole).isNull());
+    window->getTable().sortByColumn(itemcolumns::X, Qt::DescendingOrder);
+    QTRY_COMPARE(column(itemcolumns::Name).mid(0, 2), toList("120|2"));
 }
 
 void TestItemTable::sortsNamesAsPeopleCount()
