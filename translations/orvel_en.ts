@@ -2826,10 +2826,6 @@ L in km (else the class sets it)</translation>
         <translation>one of the keys separator (sign between columns) and widths (of the columns) is needed</translation>
     </message>
     <message>
-        <source>один знак, например «;», «,», «|», пробел или \t</source>
-        <translation>one sign, for example “;”, “,”, “|”, a blank or \t</translation>
-    </message>
-    <message>
         <source>список целых чисел</source>
         <translation>a list of whole numbers</translation>
     </message>
@@ -2976,6 +2972,14 @@ L in km (else the class sets it)</translation>
     <message>
         <source>непригодное число</source>
         <translation>unusable number</translation>
+    </message>
+    <message>
+        <source>один знак, например «;», «,», «|», пробел или табуляция</source>
+        <translation>one sign, for example “;”, “,”, “|”, a blank or a tabulator</translation>
+    </message>
+    <message>
+        <source>«%1»</source>
+        <translation>“%1”</translation>
     </message>
 </context>
 <context>

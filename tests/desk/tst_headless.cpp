@@ -57,6 +57,8 @@ private Q_SLOTS:
     void unwritableOutputIsAFailure();
     void streamsAreReadAndWritten();
     void fieldFileOfALevelIsAdjusted();
+    void textFilesAreImportedByTemplates();
+    void brokenTemplateStartsNothing();
     void logIsNotEmptied();
     void fileUrlsAreTaken();
     void namesOnStderrShowControlCharacters();
@@ -760,6 +762,45 @@ void TestHeadless::fieldFileOfALevelIsAdjusted()
     // The constant part of the deviations stands in the exported network with each section.
     QCOMPARE(run(words("--import day.1 --class II --sigma 0.2,1.5 --export day.gkf")).exitCode, 0);
     QCOMPARE(text(QStringLiteral("day.gkf")).count(QLatin1String(" stdev=\"")), 6);
+}
+
+void TestHeadless::textFilesAreImportedByTemplates()
+{
+    for (const char* sample : {"line.csv", "line-template.json", "line-heights.txt", "heights-template.json"})
+        QVERIFY(
+            QFile::copy(kSamples + QLatin1Char('/') + QLatin1String(sample), path(QLatin1String(sample))));
+    const DeskProcess desk =
+        run(words("--import line.csv --template line-template.json --import line-heights.txt "
+                  "--template heights-template.json --run adjust --export out.csv --save a.orvel"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.exitCode, 0);
+    QVERIFY(desk.output.startsWith(
+        QStringLiteral("Импорт по шаблону: ошибок 0, предупреждений 0, сообщений 10\n")));
+    QCOMPARE(text(QStringLiteral("out.csv")), QStringLiteral("point,height_m,sigma_mm\n"
+                                                             "Рп 17,102.34100,0.000\n"
+                                                             "М1,103.57582,0.755\n"
+                                                             "М2,103.16406,0.889\n"
+                                                             "М3,105.17188,0.789\n"
+                                                             "Рп 21,104.34244,0.251\n"));
+    // Each kind of file has a protocol of its own, and they are kept in one project.
+    const DeskProcess both =
+        run(words("--import small.gkf --import line.csv --template line-template.json --pages pages"));
+    QCOMPARE(both.exitCode, 0);
+    QVERIFY(QFile::exists(path(QStringLiteral("pages/Import.html"))));
+    QVERIFY(plainText(QStringLiteral("pages/ImportTemplate.html"))
+                .contains(QStringLiteral(
+                    "Добавлено к сети пунктов: 5, секций: 8; совпало с имевшимися пунктов: 0")));
+}
+
+void TestHeadless::brokenTemplateStartsNothing()
+{
+    writeFile(path(QStringLiteral("t.json")), "{\"separator\": \";\", \"columns\": [\"from\", \"to\"]}");
+    const DeskProcess desk = run(words("--import small.gkf --import a.csv --template t.json --save a.orvel"));
+    QCOMPARE(desk.errors,
+             QStringLiteral("orvel-desk: Шаблон «t.json»: в columns нет столбца dh (превышение); для таблицы "
+                            "секций нужны from, to и dh\n"));
+    QCOMPARE(desk.exitCode, 2);
+    QVERIFY(!QFile::exists(path(QStringLiteral("a.orvel"))));
 }
 
 void TestHeadless::logIsNotEmptied()

@@ -290,8 +290,8 @@ void TestImportFiles::templatesAreRefusedInASentence_data()
     const char* const roles =
         "непригодное значение ключа «columns»: допустимо список из skip, from, to, dh, length, "
         "stations, sigma, date, note, point, height, x, y";
-    const char* const signs =
-        "непригодное значение ключа «separator»: допустимо один знак, например «;», «,», «|», пробел или \\t";
+    const char* const signs = "непригодное значение ключа «separator»: допустимо один знак, например «;», "
+                              "«,», «|», пробел или табуляция";
     row("no JSON", "{\n\"separator\" \";\"}", "это не JSON, ошибка в строке 2");
     row("nothing", "", "это не JSON, ошибка в строке 1");
     row("a list", "[1]",

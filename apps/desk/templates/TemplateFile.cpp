@@ -87,7 +87,7 @@ void readDivision(const QJsonObject& object, formats::TableSyntax& syntax)
     if (hasSeparator == hasWidths)
         refuse(Desk::tr("нужен один из ключей separator (знак между столбцами) и widths (ширины столбцов)"));
     if (hasSeparator) {
-        const QString allowed = Desk::tr("один знак, например «;», «,», «|», пробел или \\t");
+        const QString allowed = Desk::tr("один знак, например «;», «,», «|», пробел или табуляция");
         const QString separator = readText(object, QStringLiteral("separator"), QString(), allowed);
         if (separator.size() != 1)
             refuseValue(QStringLiteral("separator"), allowed);

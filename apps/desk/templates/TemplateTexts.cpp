@@ -67,7 +67,7 @@ QString describeSeparator(QChar separator)
         return Desk::tr("пробелы");
     if (separator == QLatin1Char('\t'))
         return Desk::tr("табуляция");
-    return QStringLiteral("«%1»").arg(separator);
+    return Desk::tr("«%1»").arg(separator);
 }
 
 QString describe(const levelling::TableTemplate& format)
