@@ -45,6 +45,7 @@ private Q_SLOTS:
     void unreadableFileIsNamed();
     void severalFilesAreOneNetwork();
     void networkAndTableAreImportedInTurn();
+    void replacedNetworkTakesItsImportAlong();
 
 private:
     /// Opens the wizard for a file of the test, on its second page.
@@ -398,6 +399,27 @@ void TestTemplateWizard::networkAndTableAreImportedInTurn()
     QCOMPARE(*network.points[0].height, 100.5);
     QCOMPARE(int(window->getDocument().getSummary().types.count(enums::Import)), 1);
     QCOMPARE(int(window->getDocument().getSummary().types.count(enums::ImportTemplate)), 1);
+}
+
+void TestTemplateWizard::replacedNetworkTakesItsImportAlong()
+{
+    showColumns(kLine);
+    wizard->next();
+    finish();
+    const auto hasProtocol = [this](int type) {
+        return window->getDocument().getSummary().types.count(type) == 1;
+    };
+    QVERIFY(hasProtocol(enums::ImportTemplate));
+    {
+        const Answer answer(QStringLiteral("Добавить"));
+        window->importFile(samplePath(QStringLiteral("two-benchmarks.gkf")));
+        QVERIFY(window->getMonitor().waitForFinished());
+    }
+    QVERIFY(hasProtocol(enums::ImportTemplate) && hasProtocol(enums::Import));
+    const Answer answer(QStringLiteral("Заменить"));
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(!hasProtocol(enums::ImportTemplate) && hasProtocol(enums::Import));
 }
 
 QTEST_MAIN(TestTemplateWizard)
