@@ -1730,10 +1730,6 @@ L in km (else the class sets it)</translation>
         <translation>Drop the file of a levelling network (.gkf) or of a level (GSI, M5) here, or press Ctrl+I</translation>
     </message>
     <message>
-        <source>Импортируйте файл нивелирной сети (.gkf) или цифрового нивелира (GSI, M5, REC_E), выполните предобработку, затем уравнивание. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет этот пункт или секцию в таблице, а щелчок в столбце «Протокол» показывает все их строки.</source>
-        <translation>Import a file with a levelling network (.gkf) or of a digital level (GSI, M5, REC_E), run the pre-processing, then the adjustment. Every run writes a protocol. A link to a point or section in a protocol selects it in the table, and a click in the column “Protocol” shows all lines about it.</translation>
-    </message>
-    <message>
         <source>Формат: GSI цифрового нивелира</source>
         <translation>Format: GSI of a digital level</translation>
     </message>
@@ -2980,6 +2976,10 @@ L in km (else the class sets it)</translation>
     <message>
         <source>«%1»</source>
         <translation>“%1”</translation>
+    </message>
+    <message>
+        <source>Импортируйте файл нивелирной сети (.gkf) или цифрового нивелира (GSI, M5, REC_E), выполните предобработку, затем уравнивание; для файла тахеометра (GSI, M5) — расчёт тахеометрии. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет этот пункт или секцию в таблице, а щелчок в столбце «Протокол» показывает все их строки.</source>
+        <translation>Import a file with a levelling network (.gkf) or of a digital level (GSI, M5, REC_E), run the pre-processing, then the adjustment; for the file of a total station (GSI, M5) compute the tacheometry. Every run writes a protocol. A link to a point or section in a protocol selects it in the table, and a click in the column “Protocol” shows all lines about it.</translation>
     </message>
 </context>
 <context>
