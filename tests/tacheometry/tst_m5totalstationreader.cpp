@@ -300,6 +300,12 @@ void TestM5TotalStationReader::limitsEndTheReading()
     QCOMPARE(describe({*reading.fatal}), QStringList{describeProblem(8, ProblemKind::LineTooLong, "65536")});
     QVERIFY(reading.book.isEmpty());
     QVERIFY(reading.problems.empty());
+
+    const FieldBookReading prose = readM5(makeStation() + QByteArray("x\n").repeated(1000001));
+    QVERIFY(prose.fatal);
+    QCOMPARE(describe({*prose.fatal}),
+             QStringList{describeProblem(1000008, ProblemKind::TooManyProblems, "1000000")});
+    QVERIFY(prose.book.isEmpty());
 }
 
 QTEST_APPLESS_MAIN(TestM5TotalStationReader)
