@@ -261,6 +261,7 @@ void TemplateColumnsPage::createFields()
 QWidget* TemplateColumnsPage::createForm()
 {
     auto* form = new QWidget(this);
+    form->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* left = new QFormLayout;
     auto* right = new QFormLayout;
     auto* both = new QHBoxLayout(form);
