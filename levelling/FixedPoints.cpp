@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace levelling {
 
@@ -56,6 +57,7 @@ public:
             return finish(FixedPoints::Status::Singular);
         if (!findCovariances())
             return finish(FixedPoints::Status::Stopped);
+        addObservedHeights();
         for (std::size_t part = 0; part < components.size(); ++part) {
             const FixedPoints::Status status = analyse(part);
             if (status != FixedPoints::Status::Ok)
@@ -100,60 +102,63 @@ private:
     /// benchmark of each part: between parts there are none.
     bool findCovariances()
     {
-        std::size_t most = 0;
         for (const std::vector<int>& benchmarks : benchmarksOf) {
-            const std::size_t count = benchmarks.size() <= kMostBenchmarks ? benchmarks.size() : 0;
-            const auto size = static_cast<Eigen::Index>(count);
-            covariances.emplace_back(size, size);
-            most = std::max(most, count);
+            const auto size = static_cast<Eigen::Index>(benchmarks.size());
+            const bool isTaken = benchmarks.size() <= kMostBenchmarks;
+            covariances.emplace_back(isTaken ? size : 0, isTaken ? size : 0);
         }
-        for (std::size_t column = 0; column < most; ++column) {
+        std::vector<std::size_t> largestFirst(covariances.size());
+        std::iota(largestFirst.begin(), largestFirst.end(), std::size_t{0});
+        std::stable_sort(largestFirst.begin(), largestFirst.end(), [&](std::size_t a, std::size_t b) {
+            return covariances[a].cols() > covariances[b].cols();
+        });
+        for (Eigen::Index column = 0; column < covariances[largestFirst.front()].cols(); ++column) {
             if (isStopRequested && isStopRequested())
                 return false;
-            std::vector<double> unit(network.points.size(), 0.0);
-            for (std::size_t part = 0; part < benchmarksOf.size(); ++part) {
-                if (hasColumn(part, column))
-                    unit[toIndex(benchmarksOf[part][column])] = 1.0;
-            }
-            const std::vector<double> solved = equations.applyInverse(unit);
-            for (std::size_t part = 0; part < benchmarksOf.size(); ++part) {
-                if (hasColumn(part, column))
-                    takeColumn(part, column, solved);
-            }
+            const auto end = std::find_if(largestFirst.begin(), largestFirst.end(), [&](std::size_t part) {
+                return column >= covariances[part].cols();
+            });
+            takeColumn(column, {largestFirst.begin(), end});
         }
         return true;
     }
 
-    bool hasColumn(std::size_t part, std::size_t column) const
+    void takeColumn(Eigen::Index column, const std::vector<std::size_t>& parts)
     {
-        return static_cast<Eigen::Index>(column) < covariances[part].cols();
-    }
-
-    void takeColumn(std::size_t part, std::size_t column, const std::vector<double>& solved)
-    {
-        for (std::size_t row = 0; row < benchmarksOf[part].size(); ++row)
-            covariances[part](static_cast<Eigen::Index>(row), static_cast<Eigen::Index>(column)) =
-                solved[toIndex(benchmarksOf[part][row])];
+        std::vector<double> unit(network.points.size(), 0.0);
+        for (const std::size_t part : parts)
+            unit[toIndex(benchmarksOf[part][static_cast<std::size_t>(column)])] = 1.0;
+        const std::vector<double> solved = equations.applyInverse(unit);
+        for (const std::size_t part : parts) {
+            for (std::size_t row = 0; row < benchmarksOf[part].size(); ++row)
+                covariances[part](static_cast<Eigen::Index>(row), column) =
+                    solved[toIndex(benchmarksOf[part][row])];
+        }
     }
 
     /// Adds the covariances of observed heights. Those with benchmarks of other parts do not matter here.
-    void addObserved(std::size_t part)
+    void addObservedHeights()
     {
-        const std::vector<int>& benchmarks = benchmarksOf[part];
-        const auto place = [&](int point) {
-            const auto found = std::lower_bound(benchmarks.begin(), benchmarks.end(), point);
-            return found != benchmarks.end() && *found == point
-                       ? static_cast<Eigen::Index>(found - benchmarks.begin())
-                       : Eigen::Index{-1};
+        struct Place
+        {
+            int part = -1;
+            Eigen::Index row = 0;
         };
+        std::vector<Place> places(network.points.size());
+        for (std::size_t part = 0; part < benchmarksOf.size(); ++part) {
+            for (Eigen::Index row = 0; row < covariances[part].rows(); ++row)
+                places[toIndex(benchmarksOf[part][static_cast<std::size_t>(row)])] = {static_cast<int>(part),
+                                                                                      row};
+        }
         for (const ObservedHeights& observed : network.observedHeights) {
             const std::size_t size = observed.points.size();
             for (std::size_t row = 0; row < size; ++row) {
+                const Place first = places[toIndex(observed.points[row])];
                 for (std::size_t column = 0; column < size; ++column) {
-                    const Eigen::Index first = place(observed.points[row]);
-                    const Eigen::Index second = place(observed.points[column]);
-                    if (first >= 0 && second >= 0)
-                        covariances[part](first, second) += observed.covariance[row * size + column];
+                    const Place second = places[toIndex(observed.points[column])];
+                    if (first.part >= 0 && first.part == second.part)
+                        covariances[toIndex(first.part)](first.row, second.row) +=
+                            observed.covariance[row * size + column];
                 }
             }
         }
@@ -205,7 +210,6 @@ private:
 
     FixedPoints::Status compare(std::size_t part, BenchmarkPart& found)
     {
-        addObserved(part);
         const auto count = static_cast<Eigen::Index>(found.benchmarks.size());
         Eigen::MatrixXd& covariance = covariances[part];
         covariance = 0.5 * (covariance + covariance.transpose()).eval();
@@ -226,6 +230,8 @@ private:
         Eigen::MatrixXd weights = cholesky.solve(Eigen::MatrixXd::Identity(count, count));
         const Eigen::VectorXd shares = solvedOnes / solvedOnes.sum();
         weights -= solvedOnes * shares.transpose();
+        if (!weights.allFinite() || weights.diagonal().minCoeff() <= 0.0)
+            return FixedPoints::Status::Singular;
         // What all have in common would cost digits.
         differences.array() -= shares.dot(differences);
         testAll(weights, differences, found);
@@ -325,7 +331,7 @@ private:
         for (Eigen::Index row = 0; row < size; ++row) {
             BenchmarkFit& fit = found.benchmarks[toIndex(excluded[static_cast<std::size_t>(row)])];
             fit.error = errors[row];
-            fit.errorSigma = std::sqrt(inverse(row, row));
+            fit.errorSigma = std::sqrt(std::max(0.0, inverse(row, row)));
         }
     }
 

@@ -2102,10 +2102,6 @@ L in km (else the class sets it)</translation>
         <translation>set-ups %1</translation>
     </message>
     <message>
-        <source>%1 %2: %3; пункты: %4</source>
-        <translation>%1 %2: %3; points: %4</translation>
-    </message>
-    <message>
         <source>секций %1</source>
         <translation>sections %1</translation>
     </message>
@@ -2980,6 +2976,10 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Импортируйте файл нивелирной сети (.gkf) или цифрового нивелира (GSI, M5, REC_E), выполните предобработку, затем уравнивание; для файла тахеометра (GSI, M5) — расчёт тахеометрии. Каждая обработка пишет протокол. Ссылка на пункт или секцию в протоколе выделяет этот пункт или секцию в таблице, а щелчок в столбце «Протокол» показывает все их строки.</source>
         <translation>Import a file with a levelling network (.gkf) or of a digital level (GSI, M5, REC_E), run the pre-processing, then the adjustment; for the file of a total station (GSI, M5) compute the tacheometry. Every run writes a protocol. A link to a point or section in a protocol selects it in the table, and a click in the column “Protocol” shows all lines about it.</translation>
+    </message>
+    <message>
+        <source>%1; пункты: %2</source>
+        <translation>%1; points: %2</translation>
     </message>
 </context>
 <context>

@@ -1,10 +1,14 @@
-// Network files: what is read is a network as the computations need it, or one failure and nothing else; and
-// small networks can be computed with, whatever their numbers. Elements nest anywhere, and deeper than may
-// be.
+// Network files: what is read is a network as the computations need it, or one failure and nothing else;
+// written and read again it is the same network; and small networks can be computed with, whatever their
+// numbers. Elements nest anywhere, and deeper than may be.
 
 #include "levelling/Adjustment.h"
+#include "levelling/BenchmarkLines.h"
+#include "levelling/Chains.h"
 #include "levelling/Components.h"
+#include "levelling/FixedPoints.h"
 #include "levelling/GkfReader.h"
+#include "levelling/GkfWriter.h"
 #include "levelling/L1Analysis.h"
 #include "levelling/LoopBasis.h"
 #include "tests/fuzz/Finding.h"
@@ -53,9 +57,51 @@ void compute(const Network& network)
             mustHold(!point || (std::isfinite(point->height) && std::isfinite(point->sigma)),
                      "adjusted heights are numbers");
     }
+    const FixedPoints fixedPoints = analyseFixedPoints(network);
+    for (const BenchmarkPart& part : fixedPoints.parts) {
+        for (const BenchmarkFit& fit : part.benchmarks)
+            mustHold(std::isfinite(fit.freeHeight) && std::isfinite(fit.shift.value_or(0.0)) &&
+                         std::isfinite(fit.statistic),
+                     "what is told of a benchmark are numbers");
+    }
+    const Network merged = mergeRepeatedSections(network).network;
+    std::size_t inLines = 0;
+    for (const Chain& chain : traceChains(merged).chains)
+        inLines += chain.sections.size();
+    mustHold(inLines == merged.sections.size(), "every section is in one line");
+    for (const BenchmarkLine& line : findBenchmarkLines(merged).lines)
+        mustHold(line.points.front() != line.points.back(), "a line between benchmarks has two ends");
     findRepeatedSections(network);
     findLoopBasis(SectionGraph(network));
     analyseL1(network);
+}
+
+/// What is written of a network is the same network.
+void checkWritten(const Network& network)
+{
+    GkfText gkf = writeGkf(network);
+    if (!gkf.renamedPoints.empty())
+        return;
+    QBuffer buffer(&gkf.text);
+    buffer.open(QIODevice::ReadOnly);
+    const GkfResult again = GkfReader::read(buffer);
+    mustHold(!again.fatal, "a written network can be read");
+    mustHold(again.network.points.size() == network.points.size(), "it has the same points");
+    mustHold(again.network.sections.size() == network.sections.size(), "it has the same sections");
+    for (std::size_t index = 0; index < network.points.size(); ++index) {
+        const Point& written = network.points[index];
+        const Point& read = again.network.points[index];
+        mustHold(read.id == written.id && read.height == written.height && read.fixed == written.fixed &&
+                     read.observed == written.observed,
+                 "a point is the same");
+    }
+    for (std::size_t index = 0; index < network.sections.size(); ++index) {
+        const Section& written = network.sections[index];
+        const Section& read = again.network.sections[index];
+        mustHold(read.from == written.from && read.to == written.to &&
+                     read.difference == written.difference && read.sigma == written.sigma,
+                 "a section is the same");
+    }
 }
 
 GkfResult read(QByteArray content)
@@ -92,6 +138,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (size > 1 && data[0] % 8 == 0)
         read(nest(content));
     const GkfResult result = read(content);
+    if (!result.fatal)
+        checkWritten(result.network);
     if (!result.fatal && result.network.sections.size() <= 30)
         compute(result.network);
     return 0;

@@ -240,9 +240,12 @@ private:
         const QString start = lines.point(chain.points.front());
         const QString ends =
             chain.isClosed() ? start : QStringLiteral("%1 – %2").arg(start, lines.point(chain.points.back()));
-        return Desk::tr("%1 %2: %3; пункты: %4")
-            .arg(nameKind(chain.kind), ends, values.join(QStringLiteral(", ")),
-                 lines.listWay(chain.points, kMostPoints));
+        const QString text =
+            QStringLiteral("%1 %2: %3").arg(nameKind(chain.kind), ends, values.join(QStringLiteral(", ")));
+        // Of one section both points are named already.
+        return chain.sections.size() == 1
+                   ? text
+                   : Desk::tr("%1; пункты: %2").arg(text, lines.listWay(chain.points, kMostPoints));
     }
 
     QString describeSections(const Chain& chain) const
