@@ -1,7 +1,7 @@
 // A histogram of how the values of the run's lines lie to their limits.
 
 import { build, listen } from "./dom.js";
-import { sizesOf } from "./numbers.js";
+import { ratioOf } from "./numbers.js";
 import { say, write } from "./texts.js";
 
 const step = 0.25;
@@ -61,7 +61,7 @@ function draw(counts, search) {
 export function makeChart(records, search) {
   const counts = Array(bars).fill(0);
   for (const line of records) {
-    const { ratio } = sizesOf(line);
+    const ratio = ratioOf(line);
     if (ratio >= 0) ++counts[barOf(ratio)];
   }
   return counts.some(Boolean) ? draw(counts, search) : null;

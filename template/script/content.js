@@ -8,7 +8,7 @@ const lineLists = new RegExp(`(<ul class="Container")>\n${rowStart}([^]*?)${rowE
 // Captions of branches, titles, service lines and statistics.
 const named = /(<(div|h1|p)(?: class=(?:"Content"|'service'))?)>([^]{0,4000}?)(<\/\2>)(?=\n|<ul)/g;
 export const plainLink = /<a href="([^"<>]*)">([^<]*)<\/a>/g;
-const link = /<a href="[^"<>]*">([^<]*)<\/a>/y;
+const [linkStart, linkEnd, lineBreak] = ['<a href="', "</a>", "<br>"];
 const foreignTag = /<(?!\/?(?:div|h1|p|ul|li|a)[\s>])/g;
 
 // A list of so many branches of lines gets its rows as they are looked at.
@@ -72,17 +72,32 @@ function readWritten() {
   return keeper.textContent.slice(1);
 }
 
+/** Where the whole link ends that begins at a place of markup, and where its text begins; null when there is none. */
+function linkAt(markup, at) {
+  if (!markup.startsWith(linkStart, at)) return null;
+  const quote = markup.indexOf('"', at + linkStart.length);
+  const end = markup.indexOf("<", at + 1);
+  const isWhole = end > quote && markup.indexOf(">", at) === quote + 1 && markup.startsWith(linkEnd, end);
+  return isWhole ? { from: quote + 2, to: end } : null;
+}
+
 /** The text of markup that is but text, line breaks and whole links, and so can't reach beyond its element; else null. */
 export function plainText(markup) {
-  let text = markup;
-  for (let at = text.indexOf("<a "); at >= 0; at = text.indexOf("<a ", at)) {
-    link.lastIndex = at;
-    const found = link.exec(text);
-    if (!found) return null;
-    text = text.slice(0, at) + found[1] + text.slice(link.lastIndex);
+  let text = "";
+  let from = 0;
+  for (let at = markup.indexOf("<"); at >= 0; at = markup.indexOf("<", from)) {
+    text += markup.slice(from, at);
+    const link = linkAt(markup, at);
+    if (link) {
+      text += markup.slice(link.from, link.to);
+      from = link.to + linkEnd.length;
+    } else if (markup.startsWith(lineBreak, at)) {
+      text += "\n";
+      from = at + lineBreak.length;
+    } else return null;
   }
-  if (text.includes("<br>")) text = text.replaceAll("<br>", "\n");
-  return text.includes("<") || text.includes("&") ? null : text;
+  text += markup.slice(from);
+  return text.includes("&") ? null : text;
 }
 
 /**

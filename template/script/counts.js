@@ -1,51 +1,77 @@
 import { kinds, nameOf, textOf } from "./item.js";
 
+const noneOfAny = () => ({ error: 0, warning: 0, message: 0, other: 0 });
+
 /** Counts a line once in each branch around it, in which its record may stand several times. */
 function countUp(line, count) {
   for (let node = line.parent; node && node.lastRecord !== line.record; node = node.parent) {
     node.lastRecord = line.record;
-    count(node);
+    count(node, line);
   }
 }
 
-function forEachLine({ branches, records }, act) {
-  for (const node of branches) node.lastRecord = null;
-  for (const record of records) {
-    act(record);
-    for (const line of record.repeats) act(line);
-  }
+const countTotal = ({ totals }, { kind }) => ++totals[kind];
+
+function countLine(node, { kind }) {
+  ++node.count;
+  if (kind === "error") ++node.errors;
+  else if (kind === "warning") ++node.warnings;
 }
 
-/** How many records of each kind stand below each branch. */
+/** How many records of each kind stand below each branch; in the model how many there are, and in how many places. */
 export function countTotals(model) {
-  for (const node of model.branches) node.totals = { error: 0, warning: 0, message: 0, other: 0 };
-  forEachLine(model, (line) => countUp(line, ({ totals }) => ++totals[line.kind]));
-  for (const node of model.branches) node.total = countOf(node, kinds);
+  for (const node of model.branches) {
+    node.totals = noneOfAny();
+    node.lastRecord = null;
+  }
+  model.totals = noneOfAny();
+  model.places = noneOfAny();
+  for (const record of model.records) {
+    countUp(record, countTotal);
+    for (const line of record.repeats) countUp(line, countTotal);
+    ++model.totals[record.kind];
+    model.places[record.kind] += 1 + record.repeats.length;
+  }
+  for (const node of model.branches) node.total = sumOf(node.totals, kinds);
 }
 
-const countOf = ({ totals }, own) => own.reduce((sum, kind) => sum + totals[kind], 0);
+const sumOf = (totals, own) => own.reduce((sum, kind) => sum + totals[kind], 0);
 
-/** How many of them stand in the kinds that are not hidden, and how many of these are errors and warnings. */
+/**
+ * How many of them stand in the kinds that are not hidden, and how many of these are errors and warnings. Answers how
+ * many there are, and in how many places.
+ */
 export function countKinds(model, hidden) {
   const own = kinds.filter((kind) => !hidden.includes(kind));
   for (const node of model.branches) {
-    node.count = countOf(node, own);
+    node.count = hidden.length ? sumOf(node.totals, own) : node.total;
     node.errors = hidden.includes("error") ? 0 : node.totals.error;
     node.warnings = hidden.includes("warning") ? 0 : node.totals.warning;
   }
+  return { shown: sumOf(model.totals, own), places: sumOf(model.places, own) };
 }
 
-/** How many of them the filters let through, and how many of these are errors and warnings. */
-export function countShown(model) {
-  for (const node of model.branches) node.count = node.errors = node.warnings = 0;
-  forEachLine(model, (line) => {
-    if (!line.matches) return;
-    countUp(line, (node) => {
-      ++node.count;
-      if (line.kind === "error") ++node.errors;
-      else if (line.kind === "warning") ++node.warnings;
-    });
-  });
+/** The same of those that the filters let through. */
+export function countShown({ branches, records }) {
+  for (const node of branches) {
+    node.count = node.errors = node.warnings = 0;
+    node.lastRecord = null;
+  }
+  let [shown, places] = [0, 0];
+  for (const record of records) {
+    const before = places;
+    if (record.matches) {
+      countUp(record, countLine);
+      ++places;
+    }
+    for (const line of record.repeats) {
+      if (!line.matches) continue;
+      countUp(line, countLine);
+      ++places;
+    }
+    if (places > before) ++shown;
+  }
+  return { shown, places };
 }
 
 /** How many lines the caption of a branch counts that do not stand below it. */

@@ -50,14 +50,9 @@ export class Filters {
 
 /** Works out which of the written lines match; those in one list match where their records do in any place. */
 function matchLines(model, { hidden, query }, written) {
-  const matchKinds = () => {
-    for (const line of written.lines) line.matches = !hidden.includes(line.kind);
-  };
-  matchKinds();
-  if (!query.isEmpty) {
-    query.match(written);
-    if (query.isEmpty) matchKinds();
-  }
+  if (!query.isEmpty) query.match(written, hidden);
+  // A query that has taken too long is as good as none.
+  if (query.isEmpty) for (const line of written.lines) line.matches = !hidden.includes(line.kind);
   if (!model.isFlat) return;
   for (const line of model.lines) {
     const { origin } = line;
@@ -69,6 +64,7 @@ function matchLines(model, { hidden, query }, written) {
 function foldAlike(model, unfolded) {
   const groups = new Map();
   for (const line of model.lines) {
+    line.times = line.matches ? 1 : 0;
     if (!line.matches || line.isBranch) continue;
     const key = `${line.parent.index} ${line.kind} ${maskOf(line)}`;
     const group = groups.get(key);
@@ -78,34 +74,39 @@ function foldAlike(model, unfolded) {
   for (const group of groups.values()) {
     if (group.length < 2 || group.some((line) => unfolded.has(line))) continue;
     const head = group.reduce((worst, line) => (isWorse(line, worst) ? line : worst));
-    for (const line of group) {
-      line.shown = line === head;
-      line.times = line === head ? group.length : 0;
-    }
+    for (const line of group) line.times = line === head ? group.length : 0;
     head.alike = group;
   }
 }
 
 /**
- * Works out which lines match and which rows are shown. A branch is shown when something in it is; one that never
- * held a line is shown as long as nothing is filtered. `written` are the rows as they were written.
+ * Takes up which rows of each branch are shown. A branch is shown when something in it is; one that never held a line
+ * as long as nothing is filtered.
+ */
+function showRows({ branches }, { isActive, alike }) {
+  // What lies inside a branch stands behind it.
+  for (let at = branches.length - 1; at >= 0; --at) {
+    const node = branches[at];
+    const rows = [];
+    for (const child of node.children) {
+      if (child.isLine) {
+        if (!alike) child.times = child.matches ? 1 : 0;
+        child.shown = child.times > 0 || child.rows.length > 0;
+      } else child.shown = child.isBranch ? child.rows.length > 0 : !isActive;
+      if (child.shown) rows.push(child);
+    }
+    node.rows = rows.length === node.children.length ? node.children : rows;
+    node.ends = null;
+  }
+}
+
+/**
+ * Works out which lines match and which rows are shown. `written` are the rows as they were written. Answers how many
+ * records are shown, and in how many places of the tree.
  */
 export function applyFilters(model, filters, written) {
   matchLines(model, filters, written);
-  for (const item of model.items) {
-    item.shown = item.isLine ? item.matches : !filters.isActive && !item.isBranch;
-    item.times = item.isLine && item.matches ? 1 : 0;
-  }
   if (filters.alike) foldAlike(model, filters.unfolded);
-  for (let at = model.items.length - 1; at >= 0; --at) {
-    const item = model.items[at];
-    if (item.shown) item.parent.shown = true;
-  }
-  if (filters.query.isEmpty) countKinds(model, filters.hidden);
-  else countShown(model);
-  const isWhole = !filters.isActive && !filters.alike;
-  for (const node of model.branches) {
-    node.rows = isWhole ? node.children : node.children.filter((child) => child.shown);
-    node.ends = null;
-  }
+  showRows(model, filters);
+  return filters.query.isEmpty ? countKinds(model, filters.hidden) : countShown(model);
 }

@@ -61,7 +61,8 @@ export class Item {
   folded = undefined;
   mask = undefined;
   numbers = undefined;
-  sizes = undefined;
+  ratio = undefined;
+  size = undefined;
   key = undefined;
 
   constructor(parent, built = null) {

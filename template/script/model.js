@@ -98,8 +98,9 @@ export function readModel(lists) {
   const isItemPage = lines.length > 0 && !page.querySelector(".serviceinfoblock");
   if (!isItemPage) joinRecords(branches);
   const records = lines.filter((line) => !line.isRepeat);
-  countTotals({ branches, records });
-  return { items, trees, branches, lines, records, isItemPage };
+  const model = { items, trees, branches, lines, records, isItemPage };
+  countTotals(model);
+  return model;
 }
 
 /**

@@ -1,6 +1,6 @@
 // The numbers in a line, with the words beside them.
 
-import { fold, foldedOf, textOf } from "./item.js";
+import { fold, textOf } from "./item.js";
 import { write } from "./texts.js";
 
 // A sign or a digit right behind a letter or a digit belongs to a name; thin spaces part thousands.
@@ -8,7 +8,7 @@ const number =
   "(?<![\\p{L}\\p{N}_.,])[-+\\u2212]?(?:\\d{1,3}(?:[\\u2009\\u202f\\u00a0]\\d{3})+(?!\\d)|\\d+)(?:[.,]\\d+)?";
 const namePart = /[\p{L}\p{N}_.,]/u;
 const unitBehind = /[\s±]?([^\s\d.,;:()<>=]+)/uy;
-const limitWord = /допус[кт]|предел|limit|toleran/;
+const limitWord = /допус[кт]|предел|limit|toleran/i;
 const limitPattern = new RegExp(`(?:допус[кт]|предел|limit|toleran)[^\\d]{0,40}?(${number})`, "iu");
 // How many millimetres, seconds of arc and so on the units have.
 const units = new Map(
@@ -76,9 +76,11 @@ function endOfWhole(text, from, to) {
   return end;
 }
 
-/** The numbers in a text as `number` describes them. An expression takes several times as long. */
-function foundIn(text) {
-  const found = [];
+/**
+ * Whether one of the numbers in a text passes a test; numbers are as `number` describes them. An expression takes
+ * several times as long.
+ */
+function someIn(text, test) {
   for (let at = 0; at < text.length; ++at) {
     if (!isDigit(text.charCodeAt(at))) continue;
     let end = at + 1;
@@ -89,12 +91,25 @@ function foundIn(text) {
       if (isPoint(text.charCodeAt(end)) && isDigit(text.charCodeAt(end + 1)))
         for (end += 2; isDigit(text.charCodeAt(end));) ++end;
       const index = hasSign ? at - 1 : at;
-      found.push({ value: valueOf(text.slice(index, end)), index, end });
+      if (test(valueOf(text.slice(index, end)), index, end)) return true;
     }
     at = end - 1;
   }
+  return false;
+}
+
+function foundIn(text) {
+  const found = [];
+  someIn(text, (value, index, end) => {
+    found.push({ value, index, end });
+    return false;
+  });
   return found;
 }
+
+/** Whether one of a line's numbers passes a test. */
+export const hasNumber = (line, test) =>
+  line.numbers ? line.numbers.some(test) : someIn(textOf(line), test);
 
 /** The values of a line's numbers. */
 export function numbersOf(line) {
@@ -106,25 +121,33 @@ function unitAt(text, end) {
   return fold(unitBehind.exec(text)?.[1] ?? "");
 }
 
-/** Reads the numbers that stand right before a unit or right behind a name. */
-export function numbersBesideOf(label) {
-  const beside = new RegExp(
-    `(${number})[\\s±]?${label}(?![\\p{L}\\p{N}])|(?<![\\p{L}\\p{N}])${label}[\\s:=≈±]*(${number})`,
-    "giu",
-  );
-  return (line) =>
-    Array.from(textOf(line).matchAll(beside), ([, before, behind]) => valueOf(before ?? behind));
+/** Tests whether a number that stands right before a unit or right behind a name is such a one. */
+export function besideTestOf(label, holds) {
+  const behind = new RegExp(`[\\s±]?${label}(?![\\p{L}\\p{N}])`, "iuy");
+  const before = new RegExp(`(?<![\\p{L}\\p{N}])${label}[\\s:=≈±]*$`, "iu");
+  return (line) => {
+    const text = textOf(line);
+    // What is the unit of one number is not the name of the next.
+    let from = 0;
+    return someIn(text, (value, index, end) => {
+      behind.lastIndex = end;
+      const isUnit = behind.test(text);
+      if (holds(value) && (isUnit || before.test(text.slice(from, index)))) return true;
+      from = isUnit ? behind.lastIndex : end;
+      return false;
+    });
+  };
 }
 
-/** The ratio of a value to its limit: the last number before the limit in its unit, or the first one behind it. */
-function readRatio(text, numbers) {
-  const found = limitPattern.exec(text);
+/** The last number before the limit in its unit, or the first one behind it, as a ratio to the limit. */
+function readRatio(text) {
+  const found = limitWord.test(text) && limitPattern.exec(text);
   const limit = found && valueOf(found[1]);
   if (!limit) return -1;
   const end = found.index + found[0].length;
   const unit = unitAt(text, end);
   let before = null;
-  for (const each of numbers) {
+  for (const each of foundIn(text)) {
     if (each.end === end || unitAt(text, each.end) !== unit) continue;
     if (each.end < end) before = each;
     else return Math.abs((before ?? each).value / limit);
@@ -132,9 +155,8 @@ function readRatio(text, numbers) {
   return before ? Math.abs(before.value / limit) : -1;
 }
 
-/** The size of the first number with a unit. */
-function readSize(text, numbers) {
-  for (const { value, end } of numbers) {
+function readSize(text) {
+  for (const { value, end } of foundIn(text)) {
     sizeUnit.lastIndex = end;
     const unit = sizeUnit.exec(text)?.[1];
     if (unit) return Math.abs(value) * units.get(unit);
@@ -142,26 +164,16 @@ function readSize(text, numbers) {
   return -1;
 }
 
-function readSizes(line) {
-  const text = textOf(line);
-  const numbers = foundIn(text);
-  line.numbers ??= numbers.map(({ value }) => value);
-  const hasLimit = numbers.length > 0 && limitWord.test(foldedOf(line));
-  return { size: readSize(text, numbers), ratio: hasLimit ? readRatio(text, numbers) : -1 };
-}
+/** The ratio of a line's value to its limit; -1 where it has none. */
+export const ratioOf = (line) => (line.ratio ??= readRatio(textOf(line)));
 
-/**
- * What lines are sorted by: `size` is that of the first number with a unit, `ratio` that of a value to its limit;
- * -1 where a line has none.
- */
-export function sizesOf(line) {
-  return (line.sizes ??= readSizes(line));
-}
+/** The size of a line's first number with a unit; -1 where it has none. */
+export const sizeOf = (line) => (line.size ??= readSize(textOf(line)));
 
 /** Whether a line is worse than another one: farther over its limit or, without limits, larger. */
 export function isWorse(line, other) {
-  const [own, others] = [sizesOf(line), sizesOf(other)];
-  return own.ratio > others.ratio || (own.ratio === others.ratio && own.size > others.size);
+  const [own, others] = [ratioOf(line), ratioOf(other)];
+  return own > others || (own === others && sizeOf(line) > sizeOf(other));
 }
 
 /** The smallest and the largest of the numbers in which alike lines differ: the first with a unit, or the first. */

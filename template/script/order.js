@@ -3,14 +3,16 @@
 import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
 import { foldedOf, Item } from "./item.js";
-import { sizesOf } from "./numbers.js";
+import { ratioOf, sizeOf } from "./numbers.js";
 
 export const orders = ["page", "text", "size", "ratio"];
 
+const measures = { size: sizeOf, ratio: ratioOf };
+
 /** What is larger comes first; a branch is as large as the largest line in it. */
-function keyOf(item, name) {
-  if (item.isLine) return sizesOf(item.origin)[name];
-  return item.children.reduce((largest, child) => Math.max(largest, keyOf(child, name)), -1);
+function keyOf(item, measure) {
+  if (item.isLine) return measure(item.origin);
+  return item.children.reduce((largest, child) => Math.max(largest, keyOf(child, measure)), -1);
 }
 
 /** A text by which texts can be compared quickly: numbers stand in the order of their values, ё behind е. */
@@ -25,7 +27,7 @@ function sorted(items, order) {
     for (const item of items) item.key = textKeyOf(item);
     return items.toSorted((a, b) => (a.key < b.key ? -1 : a.key > b.key ? 1 : a.number - b.number));
   }
-  for (const item of items) item.key = keyOf(item, order);
+  for (const item of items) item.key = keyOf(item, measures[order]);
   return items.toSorted((a, b) => b.key - a.key || a.number - b.number);
 }
 

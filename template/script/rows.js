@@ -31,11 +31,18 @@ export function previousRow(model, item) {
 
 /** The shown line in open branches that is nearest to an item, by the order of the page. */
 export function nearestRow(model, item) {
-  const { items } = model;
-  for (let step = 0; step < items.length; ++step)
-    for (const candidate of [items[item.index + step], items[item.index - step]])
-      if (candidate?.shown && candidate.isLine && isInOpen(candidate)) return candidate;
-  return firstRow(model);
+  let nearest = null;
+  let distance = Infinity;
+  const visit = ({ rows }) => {
+    for (const row of rows) {
+      const own = Math.abs(row.index - item.index);
+      if (row.isLine && (own < distance || (own === distance && row.index > item.index)))
+        [nearest, distance] = [row, own];
+      if (row.isOpen && row.rows.length) visit(row);
+    }
+  };
+  model.trees.forEach(visit);
+  return nearest ?? firstRow(model);
 }
 
 function lastWithin(node) {

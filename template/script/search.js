@@ -1,6 +1,6 @@
 import { compile, isQuick } from "./expressions.js";
-import { fold, foldedOf, kinds, nameOf, treeOf } from "./item.js";
-import { numbersBesideOf, numbersOf, sizesOf, valueOf } from "./numbers.js";
+import { fold, foldedOf, kinds, nameOf, textOf, treeOf } from "./item.js";
+import { besideTestOf, hasNumber, ratioOf, valueOf } from "./numbers.js";
 
 const number = "[-+\u2212]?\\d+(?:[.,]\\d+)?";
 const termPattern = new RegExp(
@@ -37,6 +37,33 @@ function holdsWhole(text, words) {
   return false;
 }
 
+// What other letters have when theirs is made small.
+const otherForms = { i: "I\u0130", k: "K\u212a" };
+
+/** An expression for a folded text in a text that is not; null where there may be more to it than two cases. */
+function unfoldedPattern(text) {
+  const parts = Array.from(text, (character) => {
+    if (/[a-zа-яё]/.test(character))
+      return `[${character}${otherForms[character] ?? character.toUpperCase()}]`;
+    const hasCase = character.toUpperCase() !== character || character.toLowerCase() !== character;
+    return hasCase || /\s/.test(character) ? null : escapePattern(character);
+  });
+  return parts.includes(null) ? null : new RegExp(parts.join(""));
+}
+
+/** Tests for a folded text: `line` the texts of lines, `name` those of captions. To fold 100,000 takes longest. */
+function testsOfText(text) {
+  const pattern = unfoldedPattern(text);
+  if (pattern)
+    return { line: (line) => pattern.test(textOf(line)), name: (node) => pattern.test(nameOf(node)) };
+  return testsOfFolded((own) => own.includes(text));
+}
+
+const testsOfFolded = (holds) => ({
+  line: (line) => holds(foldedOf(line)),
+  name: (node) => holds((node.foldedName ??= fold(nameOf(node)))),
+});
+
 /** Tests for a link to the item of this id. */
 function linksTo(id) {
   const link = new RegExp(`[?&;]id=${id}(?!\\d)`);
@@ -67,17 +94,15 @@ function numberTest({ label, compare, bound, low, high }) {
   const holds = compare
     ? (value) => comparisons[compare](value, limit)
     : (value) => value >= from && value <= to;
-  if (!label) return (line) => numbersOf(line).some(holds);
-  if (/^(?:ratio|отношение)$/i.test(label))
-    return (line) => sizesOf(line).ratio >= 0 && holds(sizesOf(line).ratio);
-  const own = fold(label);
-  const numbersBeside = numbersBesideOf(escapePattern(label));
-  return (line) =>
-    line.folded.includes(own) && numbersOf(line).some(holds) && numbersBeside(line).some(holds);
+  if (!label) return (line) => hasNumber(line, holds);
+  if (/^(?:ratio|отношение)$/i.test(label)) return (line) => ratioOf(line) >= 0 && holds(ratioOf(line));
+  const labelled = testsOfText(fold(label));
+  const isBeside = besideTestOf(escapePattern(label), holds);
+  return (line) => labelled.line(line) && isBeside(line);
 }
 
 /**
- * One term: `excluded`; `test` of a line; `caption`: what the captions around a line may hold instead; `mark`: what to
+ * One term: `excluded`; `test` of a line; `caption`: a test of the captions around a line instead; `mark`: what to
  * highlight; `apart`: an expression that must run apart from the page.
  */
 function termOf({ groups }) {
@@ -89,18 +114,18 @@ function termOf({ groups }) {
     const own = [...new Set(`im${flags}`.replace(/[gu]/g, ""))].join("");
     const expression = compile(pattern, own);
     if (!isQuick(pattern)) return { excluded, apart: expression };
-    return { excluded, test: (line) => expression.test(line.text), mark: compile(pattern, `g${own}`) };
+    return { excluded, test: (line) => expression.test(textOf(line)), mark: compile(pattern, `g${own}`) };
   }
   if (word === "-") return null;
   if (word?.startsWith("/")) throw new SyntaxError("unfinished expression");
   const text = fold(phrase ?? word);
   if (!text) return null;
-  const holds = phrase === undefined ? (own) => own.includes(text) : (own) => holdsWhole(own, text);
+  const holds = phrase === undefined ? testsOfText(text) : testsOfFolded((own) => holdsWhole(own, text));
   const isNamed = /^\d+$/.test(text) && !excluded ? linksTo(text) : () => false;
   return {
     excluded,
-    test: (line) => holds(line.folded) || isNamed(line),
-    caption: excluded ? null : holds,
+    test: (line) => holds.line(line) || isNamed(line),
+    caption: excluded ? null : holds.name,
     mark: compile(escapePattern(text), "gi"),
   };
 }
@@ -146,12 +171,12 @@ export class Query {
     });
   }
 
-  /** Works out which of the lines match, those that do already; gives up when that takes too long. */
-  match({ records, branches }) {
+  /** Works out which of the lines match whose kinds are not hidden; gives up when that takes too long. */
+  match({ records, branches }, hidden) {
     this.#markCaptions(branches);
     const end = performance.now() + wholeTime;
     for (let at = 0; at < records.length && !this.state; ++at) {
-      if (records[at].matches) this.#matchRecord(records[at]);
+      this.#matchRecord(records[at], hidden.includes(records[at].kind));
       if (at % checkedLines === 0 && performance.now() > end) this.state = "slow";
     }
   }
@@ -162,26 +187,24 @@ export class Query {
     for (const node of branches) {
       node.captionHits = node.parent?.captionHits ?? none;
       if (!captions.length || !node.parent || node.isLine) continue;
-      const name = (node.foldedName ??= fold(nameOf(node)));
-      const hits = captions.filter((holds) => holds(name));
+      const hits = captions.filter((holds) => holds(node));
       if (hits.length) node.captionHits = [...node.captionHits, ...hits];
     }
   }
 
   /** The places of a record differ in the captions around them only. */
-  #matchRecord(record) {
-    foldedOf(record);
+  #matchRecord(record, isHidden) {
     const { captionHits } = record.parent;
-    record.matches = this.#holds(record, captionHits);
+    record.matches = !isHidden && this.#holds(record, captionHits);
     for (const repeat of record.repeats) {
       const own = repeat.parent.captionHits;
-      repeat.matches = own === captionHits ? record.matches : this.#holds(record, own);
+      repeat.matches = !isHidden && (own === captionHits ? record.matches : this.#holds(record, own));
     }
   }
 
   #holds(record, hits) {
-    return this.terms.every(
-      ({ test, excluded, caption }) => (test(record) || hits.includes(caption)) !== excluded,
-    );
+    for (const { test, excluded, caption } of this.terms)
+      if ((test(record) || hits.includes(caption)) === excluded) return false;
+    return true;
   }
 }

@@ -62,6 +62,19 @@ describe("numbers", () => {
       await page.context().close();
     });
 
+  test("the unit of one number is not the name of the next", async () => {
+    const texts = ["Сдвиг 5 мм 700 с", "Сдвиг мм: 700", "Сдвиг 700 мм"];
+    const run = makeRun(
+      "flat",
+      0,
+      texts.map((text) => ({ kind: "error", text })),
+    );
+    const page = await open(browser, pageOf("units", run));
+    await search(page, "мм>80");
+    assert.deepEqual(await visibleLines(page), texts.slice(1));
+    await page.context().close();
+  });
+
   // What an older version has written, and what one writes that spells numbers as the language does.
   const spellings = {
     plain: ["-95.5 мм", "80.5 мм", "12345.5 м", "+3.25 мм", "0.7″"],
@@ -404,4 +417,44 @@ describe("the histogram", () => {
     assert.ok(line.top >= bar.bottom && line.bottom <= 800);
     await page.context().close();
   });
+});
+
+test("words are found in any case of any letters, over links, and in captions", async () => {
+  const texts = [
+    "НЕВЯЗКА Ёлки",
+    `Пункт М${linkTo(point(4, "арка 7"))}`,
+    "Straße",
+    "5 \u212a",
+    "\u0130zmir",
+    "a.b",
+    "aXb",
+    "ΑΘΗΝΑΣ",
+  ];
+  const seen = texts.map((text) => text.replace(/<[^>]*>/g, ""));
+  const run = makeRun(
+    "flat",
+    0,
+    texts.map((text) => ({ kind: "error", text })),
+  );
+  const page = await open(browser, pageOf("letters", run));
+  const cases = {
+    "невязка ёЛ": [0],
+    марка: [1],
+    STRASSE: [],
+    straßE: [2],
+    k: [3],
+    izm: [4],
+    i: [4],
+    "A.B": [5],
+    αθηνας: [7],
+  };
+  for (const [query, expected] of Object.entries(cases)) {
+    await search(page, query);
+    assert.deepEqual(
+      await visibleLines(page),
+      expected.map((at) => seen[at]),
+      query,
+    );
+  }
+  await page.context().close();
 });
