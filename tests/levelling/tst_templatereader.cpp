@@ -474,11 +474,17 @@ void TestTemplateReader::hundredThousandRowsAreLinear()
             qFatal("all rows are used");
         return elapsed;
     };
-    measure(10000);
-    const qint64 tenth = measure(10000);
-    const qint64 whole = measure(100000);
-    // Ten times as much, and as much again for a machine that has other work.
-    QVERIFY2(whole < 25 * tenth, qPrintable(QStringLiteral("%1 ns, %2 ns").arg(tenth).arg(whole)));
+    // What is quickest of several says least of the other work of the machine.
+    const auto measureBest = [&measure](int count) {
+        qint64 best = measure(count);
+        for (int i = 0; i < 4; ++i)
+            best = std::min(best, measure(count));
+        return best;
+    };
+    const qint64 tenth = measureBest(10000);
+    const qint64 whole = measureBest(100000);
+    // Ten times as much, and more where the caches end; a time that grew with the square would be a hundred.
+    QVERIFY2(whole < 40 * tenth, qPrintable(QStringLiteral("%1 ns, %2 ns").arg(tenth).arg(whole)));
 }
 
 QTEST_GUILESS_MAIN(TestTemplateReader)
