@@ -34,8 +34,8 @@ void performBesideWindow(const std::function<void()>& work)
     QEventLoop loop;
     std::future<void> end = std::async(std::launch::async, [&work, &loop] {
         // Also when the work throws. The event waits at the loop until that is entered.
-        const auto atEnd = qScopeGuard(
-            [&loop] { QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection); });
+        const auto atEnd =
+            qScopeGuard([&loop] { QCoreApplication::postEvent(&loop, new QEvent(QEvent::Quit)); });
         work();
     });
     if (end.wait_for(kUnnoticed) != std::future_status::ready) {

@@ -18,6 +18,7 @@ ItemFilterModel::ItemFilterModel(const Limits& tableLimits, QObject* parent)
     , limits(tableLimits)
     , stepTimer(new QTimer(this))
 {
+    connect(this, &ItemFilterModel::computed, this, &ItemFilterModel::take, Qt::QueuedConnection);
     stepTimer->setSingleShot(true);
     connect(stepTimer, &QTimer::timeout, this, [this] {
         rowsThisTurn = 0;
@@ -252,17 +253,17 @@ ItemFilterModel::Work ItemFilterModel::makeWork()
 void ItemFilterModel::compute()
 {
     computing = true;
-    const auto work = std::make_shared<Work>(makeWork());
-    computation = std::async(std::launch::async, [this, work] {
-        work->rows = tableorder::arrange(work->task);
-        QMetaObject::invokeMethod(
-            this, [this, work] { take(*work); }, Qt::QueuedConnection);
+    computation = std::async(std::launch::async, [this, work = makeWork()]() mutable {
+        work.rows = tableorder::arrange(work.task);
+        Q_EMIT computed();
+        return std::move(work);
     });
 }
 
-void ItemFilterModel::take(const Work& work)
+void ItemFilterModel::take()
 {
     computing = false;
+    const Work work = computation.get();
     keep(work);
     // Values that the request depends on have not changed either: that would have made another request of it.
     if (working && work.request == requestNumber)

@@ -62,6 +62,8 @@ public:
 Q_SIGNALS:
     /// Work has begun, or the rows are as they were asked for.
     void workingChanged(bool isWorking);
+    /// From the other thread: it has computed what it was asked for.
+    void computed();
 
 private:
     /// One computation: for which request it is, of which values, and what came of it.
@@ -83,7 +85,7 @@ private:
     bool readValues(int limit);
     Work makeWork();
     void compute();
-    void take(const Work& work);
+    void take();
     void keep(const Work& work);
     void showRows(const std::vector<int>& rows);
     std::vector<int> arrangeAtOnce();
@@ -123,7 +125,7 @@ private:
     std::vector<QPersistentModelIndex> sourcesBefore;
 
     // Last: whoever destroys the model waits for the other thread first.
-    std::future<void> computation;
+    std::future<Work> computation;
 };
 
 } // namespace orvel::desk

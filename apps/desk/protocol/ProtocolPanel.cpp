@@ -37,6 +37,7 @@ ProtocolPanel::ProtocolPanel(const Document& projectDocument, QWidget* parent)
     layout->addWidget(view, 1);
     setFocusProxy(view);
     connect(&document, &Document::summaryChanged, this, &ProtocolPanel::forgetLines);
+    connect(this, &ProtocolPanel::made, this, &ProtocolPanel::take, Qt::QueuedConnection);
 }
 
 ProtocolPanel::~ProtocolPanel() = default;
@@ -141,19 +142,20 @@ void ProtocolPanel::refresh()
     isMaking = true;
     const auto make = [this, packed = document.sharePackedData(), type = protocolType, known = lines,
                        filter = getFilter()] {
-        const auto work = std::make_shared<Work>();
-        work->lines =
+        Work work;
+        work.lines =
             known ? known : std::make_shared<const ProtocolLines>(ProtocolLines::read(packed.unpack(), type));
-        work->tree = ProtocolTree::make(*work->lines, filter);
-        QMetaObject::invokeMethod(
-            this, [this, work] { take(*work); }, Qt::QueuedConnection);
+        work.tree = ProtocolTree::make(*work.lines, filter);
+        Q_EMIT made();
+        return work;
     };
     making = std::async(std::launch::async, make);
 }
 
-void ProtocolPanel::take(Work& work)
+void ProtocolPanel::take()
 {
     isMaking = false;
+    Work work = making.get();
     if (isStale) {
         refresh();
         return;

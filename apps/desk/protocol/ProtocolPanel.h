@@ -53,6 +53,8 @@ Q_SIGNALS:
     void lineRequested(int protocolType, const QString& text);
     /// What was asked for is shown.
     void shown();
+    /// From the other thread: it has made what it was asked for.
+    void made();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -70,7 +72,7 @@ private:
     ProtocolFilter getFilter() const;
     void forgetLines();
     void refresh();
-    void take(Work& work);
+    void take();
     void expand();
     void updateCounts();
     void tellOfItem(const QModelIndex& index);
@@ -91,7 +93,7 @@ private:
     QLabel* place;
 
     // Last: whoever destroys the panel waits for the other thread first.
-    std::future<void> making;
+    std::future<Work> making;
 };
 
 } // namespace orvel::desk
