@@ -150,6 +150,7 @@ private Q_SLOTS:
     void severalJobsAreReadOneAfterTheOther();
     void checkOfTheInstrumentIsNoLine();
     void readingsWithoutALineStartOne();
+    void readingBesideTheLineChangesNothing();
     void codesAndUnknownWordsAreCounted();
     void unusableTextIsTold();
     void sigmaHasAConstantPart();
@@ -510,6 +511,8 @@ void TestGsiLevelReader::heightsThatWereEnteredAreBenchmarks()
     writer.station("C", "A", 100000, 200000);
     writer.start("1", "A", 10000200);
     writer.station("A", "C", 200000, 100000);
+    writer.start("1", "A", 0); // the instrument begins at zero; that is no height
+    writer.station("A", "B", 150000, 100000);
     const LevelResult result = read(writer.content);
     const std::vector<Point>& points = result.file.network.points;
     QVERIFY(points[0].fixed);
@@ -607,6 +610,19 @@ void TestGsiLevelReader::readingsWithoutALineStartOne()
     QCOMPARE(problemsOf(result), QStringList({problem(ProblemKind::ReadingOutsideLine, 1, "X|330"),
                                               problem(ProblemKind::LineWithoutStart, 3)}));
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-B 0.50000 m, 40.0 m, 1 st.")));
+}
+
+void TestGsiLevelReader::readingBesideTheLineChangesNothing()
+{
+    GsiWriter writer;
+    writer.start("1", "A", 10000000);
+    writer.station("A", "1", 150000, 100000);
+    writer.reading(330, "X", 150000);
+    writer.block("X", GsiWriter::word("83..08", 10070009));
+    writer.station("1", "B", 150000, 100000);
+    const LevelResult result = read(writer.content);
+    QCOMPARE(problemsOf(result), QStringList(problem(ProblemKind::ReadingOutsideLine, 6, "X|330")));
+    QCOMPARE(result.findings.lines[0].comparedHeights, 2);
 }
 
 void TestGsiLevelReader::codesAndUnknownWordsAreCounted()

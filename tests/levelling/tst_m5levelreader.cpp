@@ -186,11 +186,12 @@ void TestM5LevelReader::recordsWithoutColumnsGiveTheSame()
                 "     69        1    0            101 Rf        1.127 HD        28.00\n"
                 "     70     5090    0            101 Rb        2.385 HD        23.27\n"
                 "     71        1    0            101                     Z   2175.260\n"
-                "     72        1    0            101 Sr     23.2 Sv     28.0 Z   2175.260\n"
+                "     72        1    0            101 Sr     23.2 Sv     28.0 Z   2175.999\n"
                 "     73 End-Line                 101\n");
     QCOMPARE(problemsOf(result), QStringList());
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("5090-1 1.25800 m, 51.2 m, 1 st.")));
     QCOMPARE(*result.file.network.points[0].height, 2174.002);
+    QVERIFY(!result.file.network.points[1].fixed);
     QCOMPARE(result.findings.lines[0].method, LevelMethod::BackForeForeBack);
     QCOMPARE(int(result.findings.checks.size()), 0);
     QVERIFY(readRec("1 Measurement units ft\n2 Start-Line BF 1\n3 A 1 Rb 5.0 HD 100\n4 B 1 Rf 4.0 HD 100\n")
