@@ -4,7 +4,7 @@ import { build } from "./dom.js";
 import { alikeTextOf, heldTextOf } from "./rowAttributes.js";
 
 // Generated content, or an element for each sign, would take a browser half as long again.
-const signs = { error: "<b>×</b>\t", warning: "!\t", message: "i\t", other: "•\t" };
+const signs = { error: "<b>×</b>&#9;", warning: "!&#9;", message: "i&#9;", other: "•&#9;" };
 const foreignMark = "<s></s>";
 
 const behind = (text) => (text ? ` <b>${text}</b>` : "");
