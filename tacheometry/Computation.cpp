@@ -14,6 +14,8 @@ namespace {
 // A station does not orient itself by its own place, m.
 constexpr double kShortestBackSight = 0.01;
 constexpr std::size_t kStepsBetweenQuestions = 4096;
+// Where more directions contradict each other, which are right is not to be told.
+constexpr int kMostExcluded = 10;
 
 /// One or two sights of a target, in the first face.
 struct Observation
@@ -273,34 +275,63 @@ private:
             outcome.source = OrientationSource::RecordedTargets;
     }
 
-    static void takeMean(SetupResult& outcome)
+    /// The mean of the directions that agree with each other. Three can tell which of them does not.
+    void takeMean(SetupResult& outcome) const
     {
-        if (outcome.orientationSights.empty())
+        std::vector<OrientationSight>& sights = outcome.orientationSights;
+        if (sights.empty())
             return;
+        std::size_t used = sights.size();
+        outcome.orientation = meanOf(outcome);
+        for (int excluded = 0; excluded < kMostExcluded && used > 2; ++excluded) {
+            OrientationSight* worst = nullptr;
+            double largest = limits.orientation;
+            for (OrientationSight& sight : sights) {
+                const double deviation =
+                    std::abs(angles::normaliseDifference(sight.orientation - outcome.orientation));
+                if (sight.isExcluded || deviation <= largest)
+                    continue;
+                largest = deviation;
+                worst = &sight;
+            }
+            if (!worst)
+                return;
+            worst->isExcluded = true;
+            --used;
+            outcome.orientation = meanOf(outcome);
+        }
+    }
+
+    static double meanOf(const SetupResult& outcome)
+    {
         // Coordinates are rounded: far points have the better direction.
         const bool isByDistance = outcome.source == OrientationSource::RecordedTargets;
         double sine = 0.0;
         double cosine = 0.0;
         for (const OrientationSight& sight : outcome.orientationSights) {
             const double weight = isByDistance ? sight.distance * sight.distance : 1.0;
-            sine += weight * std::sin(sight.orientation);
-            cosine += weight * std::cos(sight.orientation);
+            sine += sight.isExcluded ? 0.0 : weight * std::sin(sight.orientation);
+            cosine += sight.isExcluded ? 0.0 : weight * std::cos(sight.orientation);
         }
-        outcome.orientation = angles::normalise(std::atan2(sine, cosine));
+        return angles::normalise(std::atan2(sine, cosine));
     }
 
     static void estimateSigma(SetupResult& outcome)
     {
-        const bool isMean = outcome.source == OrientationSource::GivenPoints ||
-                            outcome.source == OrientationSource::ComputedPoints;
-        const auto count = static_cast<double>(outcome.orientationSights.size());
         outcome.orientationSigma.reset();
-        if (!isMean || outcome.orientationSights.size() < 2)
+        if (outcome.source != OrientationSource::GivenPoints &&
+            outcome.source != OrientationSource::ComputedPoints)
             return;
         double squares = 0.0;
-        for (const OrientationSight& sight : outcome.orientationSights)
+        double count = 0.0;
+        for (const OrientationSight& sight : outcome.orientationSights) {
+            if (sight.isExcluded)
+                continue;
             squares += sight.deviation * sight.deviation;
-        outcome.orientationSigma = std::sqrt(squares / (count * (count - 1.0)));
+            count += 1.0;
+        }
+        if (count > 1.0)
+            outcome.orientationSigma = std::sqrt(squares / (count * (count - 1.0)));
     }
 
     void computePoint(int setup, const SetupResult& outcome, const Observation& target)
@@ -453,11 +484,12 @@ private:
 
 const OrientationSight* SetupResult::findWorst() const
 {
-    const auto worst = std::max_element(orientationSights.begin(), orientationSights.end(),
-                                        [](const OrientationSight& a, const OrientationSight& b) {
-                                            return std::abs(a.deviation) < std::abs(b.deviation);
-                                        });
-    return worst == orientationSights.end() ? nullptr : &*worst;
+    const OrientationSight* worst = nullptr;
+    for (const OrientationSight& sight : orientationSights) {
+        if (!sight.isExcluded && (!worst || std::abs(sight.deviation) > std::abs(worst->deviation)))
+            worst = &sight;
+    }
+    return worst;
 }
 
 double Check::getPlan() const

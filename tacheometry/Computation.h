@@ -53,6 +53,7 @@ struct OrientationSight
     double orientation = 0.0; ///< azimuth less direction, rad
     double deviation = 0.0;   ///< from the orientation of the set-up, rad, -π to π
     double distance = 0.0;    ///< between the points by their coordinates, m
+    bool isExcluded = false;  ///< from the mean: it contradicts the others
 };
 
 /// A target that was measured in both faces: mean and errors.
@@ -85,7 +86,7 @@ struct SetupResult
     double collimation = 0.0; ///< mean of the pairs, rad
     double index = 0.0;       ///< mean of the pairs, rad
 
-    /// The direction that is farthest from the orientation; null if there is none.
+    /// Of the directions that are not excluded the farthest from the orientation; null if there is none.
     const OrientationSight* findWorst() const;
 };
 
@@ -177,7 +178,8 @@ struct Computation
 ///
 /// with the scale m, and b and r how far the point lies beyond and to the right of its target. The
 /// orientation is the instrument's own where it has one, otherwise the mean of azimuth less direction over
-/// the points with given coordinates, without such over those that are computed by then.
+/// the points with given coordinates, without such over those that are computed by then. Of three and more,
+/// those over the limit are excluded one by one, the farthest first, while two remain.
 ///
 /// @param given  what is known of points, by name
 /// @param isStopped  asked every few thousand sights; may be empty

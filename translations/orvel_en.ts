@@ -1522,10 +1522,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
         <translation>Point %1 (%2): distance %3&#xa0;m exceeds the tolerance of %4&#xa0;m</translation>
     </message>
     <message>
-        <source>Станция %1: направление на пункт %2 (%3) отклоняется от ориентирования на %4, больше допуска %5; на расстоянии %6&#xa0;м это %7&#xa0;мм. Проверьте, тот ли это пункт и верны ли его координаты</source>
-        <translation>Station %1: the direction to point %2 (%3) deviates from the orientation by %4, exceeding the tolerance of %5; at a distance of %6&#xa0;m this is %7&#xa0;mm. Check that it is the right point and that its coordinates are right</translation>
-    </message>
-    <message>
         <source>коллимационная ошибка</source>
         <translation>collimation error</translation>
     </message>
@@ -2980,6 +2976,14 @@ L in km (else the class sets it)</translation>
     <message>
         <source>%1; пункты: %2</source>
         <translation>%1; points: %2</translation>
+    </message>
+    <message>
+        <source>Станция %1: направление на пункт %2 (%3) отклоняется от ориентирования на %4, больше допуска %5; на расстоянии %6&#xa0;м это %7&#xa0;мм%8. Проверьте, тот ли это пункт и верны ли его координаты</source>
+        <translation>Station %1: the direction to point %2 (%3) deviates from the orientation by %4, exceeding the tolerance of %5; at a distance of %6&#xa0;m this is %7&#xa0;mm%8. Check that it is the right point and that its coordinates are right</translation>
+    </message>
+    <message>
+        <source>; из ориентирования исключено</source>
+        <translation>; it is excluded from the orientation</translation>
     </message>
 </context>
 <context>

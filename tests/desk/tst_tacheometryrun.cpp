@@ -27,6 +27,7 @@ private Q_SLOTS:
     void emptyProjectHasNoResult();
     void stationsWithoutCoordinatesHaveNoResult();
     void orientationOverItsLimitIsAnError();
+    void excludedDirectionIsNamed();
     void errorsOfTwoFacesAreNamed();
     void pointsWithoutResultAreNamed();
     void largestExcessComesFirst();
@@ -177,6 +178,23 @@ void TestTacheometryRun::orientationOverItsLimitIsAnError()
         "message:Станция [10:S] (строка файла 1): X = 0,000, Y = 0,000, H = 100,000\u00A0м, исходная; высота "
         "прибора 1,500\u00A0м; ориентирование прибора 0°00′00″, контроль по пунктам [11:N], [12:E]: "
         "наибольшее отклонение 6,0′, допуск 1,5′; наведений: 2"));
+}
+
+void TestTacheometryRun::excludedDirectionIsNamed()
+{
+    addSetup().orientation.reset();
+    survey.points.push_back({QStringLiteral("N"), QString(), {100.0, 0.0, std::nullopt}, 1});
+    survey.points.push_back({QStringLiteral("E"), QString(), {0.0, 100.0, std::nullopt}, 1});
+    survey.points.push_back({QStringLiteral("W"), QString(), {0.0, -100.0, std::nullopt}, 1});
+    addSight("N", 0.0, 100.0);
+    addSight("E", 90.5, 100.0);
+    addSight("W", 270.0, 100.0);
+    run();
+    QVERIFY(has(
+        "error:Станция [10:S]: направление на пункт [12:E] (строка файла 3) отклоняется от ориентирования на "
+        "\u221230,0′, больше допуска 1,5′; на расстоянии 100,000\u00A0м это 873\u00A0мм; из ориентирования "
+        "исключено. Проверьте, тот ли это пункт и верны ли его координаты"));
+    QCOMPARE(count("отклоняется от ориентирования"), 1);
 }
 
 void TestTacheometryRun::errorsOfTwoFacesAreNamed()

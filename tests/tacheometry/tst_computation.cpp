@@ -17,6 +17,7 @@ class TestComputation : public QObject
 private Q_SLOTS:
     void pointIsDeterminedByOrientationDistanceAndRise();
     void orientationIsTheMeanOverGivenPoints();
+    void directionThatContradictsTheOthersIsExcluded();
     void orientationOfTheInstrumentHoldsAndIsChecked();
     void orientationFromTheInstrumentsOwnCoordinates();
     void twoFacesAreOneMeasurement();
@@ -124,6 +125,27 @@ void TestComputation::orientationIsTheMeanOverGivenPoints()
     QVERIFY(isNear(setup.orientationSights[0].distance, 100.0));
     // Two deviations of 54": the mean of two has 54" for its standard deviation.
     QVERIFY(isNear(setup.orientationSigma, 0.015 * kDegree, 1e-12));
+}
+
+void TestComputation::directionThatContradictsTheOthersIsExcluded()
+{
+    QHash<QString, Position> given = makeGiven();
+    given.insert(QStringLiteral("W"), {100.0, 100.0, std::nullopt});
+    const FieldBook three{
+        {makeSetup("S", {makeDirection("N", 0.0), makeDirection("E", 91.0), makeDirection("W", 270.002)})}};
+    const SetupResult setup = compute(three, given).setups[0];
+    QVERIFY(!setup.orientationSights[0].isExcluded);
+    QVERIFY(setup.orientationSights[1].isExcluded);
+    QVERIFY(!setup.orientationSights[2].isExcluded);
+    QVERIFY(isNear(setup.orientation, 359.999 * kDegree, 1e-12));
+    QVERIFY(isNear(setup.orientationSights[1].deviation, -0.999 * kDegree, 1e-12));
+    QVERIFY(isNear(setup.orientationSigma, 0.001 * kDegree, 1e-12));
+    // Two cannot tell which of them is wrong.
+    const FieldBook two{{makeSetup("S", {makeDirection("N", 0.0), makeDirection("E", 91.0)})}};
+    const SetupResult open = compute(two, given).setups[0];
+    QVERIFY(!open.orientationSights[0].isExcluded);
+    QVERIFY(!open.orientationSights[1].isExcluded);
+    QVERIFY(isNear(open.orientation, 359.5 * kDegree, 1e-12));
 }
 
 void TestComputation::orientationOfTheInstrumentHoldsAndIsChecked()

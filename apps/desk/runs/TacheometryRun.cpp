@@ -215,13 +215,14 @@ private:
             addFinding(
                 sight.deviation, limits.orientation, true,
                 Desk::tr("Станция %1: направление на пункт %2 (%3) отклоняется от ориентирования на %4, "
-                         "больше допуска %5; на расстоянии %6\u00A0м это %7\u00A0мм. Проверьте, тот ли это "
+                         "больше допуска %5; на расстоянии %6\u00A0м это %7\u00A0мм%8. Проверьте, тот ли это "
                          "пункт и верны ли его координаты")
                     .arg(point(getSetup(setup).station),
                          point(getSetup(setup).sights[toIndex(sight.sight)].point),
                          place({setup, sight.sight}), numbers::arcMinutes(sight.deviation),
                          numbers::arcLimit(limits.orientation), numbers::coordinate(sight.distance),
-                         toMillimetres(std::abs(std::sin(sight.deviation)) * sight.distance)));
+                         toMillimetres(std::abs(std::sin(sight.deviation)) * sight.distance),
+                         sight.isExcluded ? Desk::tr("; из ориентирования исключено") : QString()));
         }
     }
 
