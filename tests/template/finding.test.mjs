@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { addressHolds, choose, launch, open, search, shown, visibleLines } from "./browser.mjs";
+import { addressHolds, choose, chromiumOnly, launch, open, search, shown, visibleLines } from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point, runs, section } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -417,6 +417,22 @@ describe("the histogram", () => {
     assert.ok(line.top >= bar.bottom && line.bottom <= 800);
     await page.context().close();
   });
+});
+
+test("where colours are forced the histogram has those of the system", chromiumOnly, async () => {
+  const page = await open(browser, fixture("flat"), { forcedColors: "active", colorScheme: "dark" });
+  await page.waitForSelector("#chart");
+  const fills = await page.evaluate(() => {
+    const own = (selector) => getComputedStyle(document.querySelector(selector)).fill;
+    const probe = document.body.appendChild(document.createElement("p"));
+    const system = ["CanvasText", "Highlight"].map((name) => {
+      probe.style.color = name;
+      return getComputedStyle(probe).color;
+    });
+    return [[own("#chart :not(.over) > .bar"), own("#chart .over > .bar")], system];
+  });
+  assert.deepEqual(fills[0], fills[1]);
+  await page.context().close();
 });
 
 test("words are found in any case of any letters, over links, and in captions", async () => {
