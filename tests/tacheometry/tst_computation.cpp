@@ -41,7 +41,6 @@ private Q_SLOTS:
 namespace {
 
 constexpr double kDegree = angles::kPi / 180.0;
-const double kLevel = 90.0 * kDegree;
 
 Sight makeSight(const char* point, double direction, double zenith, double distance)
 {
