@@ -114,7 +114,7 @@ void TestPlanExport::anotherProgramReadsTheDrawing()
 {
     const QString python = QStringLiteral(PYTHON_WITH_EZDXF);
     if (python.isEmpty())
-        QSKIP("python3-ezdxf is not installed");
+        QSKIP("python3-ezdxf is not installed", 0);
     plan.points[0].name = QStringLiteral("Репер %%u\\1");
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("plan.dxf"));
