@@ -287,6 +287,7 @@ private:
             return false;
         const auto toPoints = [&](const std::vector<int>& numbers) {
             std::vector<int> points;
+            points.reserve(numbers.size());
             for (const int number : numbers)
                 points.push_back(found.benchmarks[toIndex(number)].point);
             return points;

@@ -299,6 +299,7 @@ const std::vector<ColumnRole>& getRoles()
 {
     static const std::vector<ColumnRole> roles = [] {
         std::vector<ColumnRole> all;
+        all.reserve(std::size(kNames));
         for (const auto& name : kNames)
             all.push_back(name.first);
         return all;
