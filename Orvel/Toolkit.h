@@ -6,8 +6,7 @@
 /// - `orvel::ExceptionCatcher` runs an action of the user and turns what it throws into a message;
 /// - `orvel::SavedProtocol` keeps a protocol in the host's project;
 /// - `orvel::datafile::readCanonical`, `visitCanonical` and `write` read and write the messages of a data
-/// file
-///   without touching the protocol.
+///   file without touching the protocol.
 ///
 /// Whatever else stands in the headers of this folder is the library's own and not exported.
 #include "Orvel/integration/ExceptionCatcher.h" // IWYU pragma: export

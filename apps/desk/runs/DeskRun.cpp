@@ -35,14 +35,23 @@ void destroyElsewhere(std::optional<NetworkItems>& items)
     items.reset();
 }
 
-} // namespace
-
-namespace {
-
 /// What the network comes from has no protocol of the other kind when that is replaced.
 std::optional<int> getOtherImport(int importType)
 {
     return importType == enums::Import ? enums::ImportTemplate : enums::Import;
+}
+
+/// A run that looks at the network by the tolerances of its class, and changes nothing.
+DeskRun makeAnalysis(const Document& document, int protocolType,
+                     QString (*analyse)(qor::IProcessMonitor&, const NetworkSnapshot&, LevellingClass))
+{
+    DeskRun run;
+    run.protocolType = protocolType;
+    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass(),
+                    analyse, failure = run.failure](qor::IProcessMonitor& monitor) {
+        *failure = RunFailure::make(RunFailure::Kind::NoResult, analyse(monitor, *snapshot, levellingClass));
+    };
+    return run;
 }
 
 } // namespace
@@ -138,26 +147,12 @@ DeskRun makeL1Analysis(const Document& document)
 
 DeskRun makeChains(const Document& document)
 {
-    DeskRun run;
-    run.protocolType = enums::AutoChainTracingAnalysis;
-    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass(),
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
-        *failure =
-            RunFailure::make(RunFailure::Kind::NoResult, runChains(monitor, *snapshot, levellingClass));
-    };
-    return run;
+    return makeAnalysis(document, enums::AutoChainTracingAnalysis, runChains);
 }
 
 DeskRun makeFixedPoints(const Document& document)
 {
-    DeskRun run;
-    run.protocolType = enums::FixedPointsAnalysis;
-    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass(),
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
-        *failure =
-            RunFailure::make(RunFailure::Kind::NoResult, runFixedPoints(monitor, *snapshot, levellingClass));
-    };
-    return run;
+    return makeAnalysis(document, enums::FixedPointsAnalysis, runFixedPoints);
 }
 
 DeskRun makeTacheometry(Document& document)

@@ -508,16 +508,13 @@ bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& f
     return true;
 }
 
-/// The set-ups of a file behind those of the book.
-std::shared_ptr<const tacheometry::FieldBook> addSetups(const tacheometry::FieldBook& book,
-                                                        const tacheometry::FieldBook& added, int source)
+/// Puts the set-ups of a file behind those of the book.
+void addSetups(tacheometry::FieldBook& book, const tacheometry::FieldBook& added, int source)
 {
-    auto joined = std::make_shared<tacheometry::FieldBook>(book);
     for (tacheometry::Setup setup : added.setups) {
         setup.source = source;
-        joined->setups.push_back(std::move(setup));
+        book.setups.push_back(std::move(setup));
     }
-    return joined;
 }
 
 } // namespace
@@ -528,7 +525,7 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
 {
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
     levelling::Network network = base.network;
-    std::shared_ptr<const tacheometry::FieldBook> fieldBook = base.fieldBook;
+    const auto fieldBook = std::make_shared<tacheometry::FieldBook>(*base.fieldBook);
     std::vector<ReadFile> files;
     for (const ImportSource& source : sources) {
         ReadFile file = readFile(source, network.parameters, settings, monitor);
@@ -540,7 +537,7 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
         }
         file.addition = levelling::addNetwork(network, file.network);
         if (file.survey)
-            fieldBook = addSetups(*fieldBook, file.survey->book, network.sources.size() - 1);
+            addSetups(*fieldBook, file.survey->book, network.sources.size() - 1);
         files.push_back(std::move(file));
     }
     monitor.finishCurrentStage();
