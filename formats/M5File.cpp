@@ -45,7 +45,13 @@ const M5Value* M5Record::find(const QString& valueType) const
     return found == values.end() ? nullptr : found;
 }
 
-M5File::M5File(QIODevice& device, std::function<bool()> isStopped) : lines(device, std::move(isStopped))
+M5File::M5File(QIODevice& device, std::function<bool()> isStopped)
+    : M5File(device, std::move(isStopped), &M5File::parse)
+{}
+
+M5File::M5File(QIODevice& device, std::function<bool()> isStopped, Parse parseFunction)
+    : lines(device, std::move(isStopped))
+    , parseLine(parseFunction)
 {}
 
 M5File::Line M5File::readNext()
@@ -54,7 +60,7 @@ M5File::Line M5File::readNext()
         return Line::End;
     if (isBlank(lines.getLine()))
         return Line::Blank;
-    std::optional<M5Record> parsed = parse(lines.getLine());
+    std::optional<M5Record> parsed = parseLine(lines.getLine());
     if (!parsed)
         return Line::Malformed;
     record = std::move(*parsed);

@@ -61,8 +61,15 @@ public:
     /// The number that a value has; none if it is no finite number, or out of all bounds (1e9).
     static std::optional<double> toNumber(const M5Value& value);
 
+protected:
+    using Parse = std::optional<M5Record> (*)(const QByteArray& line);
+
+    /// A file whose lines are read by another function.
+    M5File(QIODevice& device, std::function<bool()> isStopped, Parse parseFunction);
+
 private:
     LineReader lines;
+    Parse parseLine;
     M5Record record;
 };
 

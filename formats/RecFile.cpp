@@ -24,22 +24,9 @@ bool isStaffReading(const M5Value& value)
 
 } // namespace
 
-RecFile::RecFile(QIODevice& device, std::function<bool()> isStopped) : lines(device, std::move(isStopped))
+RecFile::RecFile(QIODevice& device, std::function<bool()> isStopped)
+    : M5File(device, std::move(isStopped), &RecFile::parse)
 {}
-
-RecFile::Line RecFile::readNext()
-{
-    if (!lines.readNext())
-        return Line::End;
-    if (lines.getLine().trimmed().isEmpty())
-        return Line::Blank;
-    std::optional<M5Record> parsed = parse(lines.getLine());
-    if (!parsed)
-        return Line::Malformed;
-    record = std::move(*parsed);
-    record.line = lines.getNumber();
-    return Line::Record;
-}
 
 std::optional<M5Record> RecFile::parse(const QByteArray& line)
 {

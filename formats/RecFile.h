@@ -13,31 +13,20 @@ namespace formats {
 ///        67     5090    0            101 Rb        2.384 HD        23.21
 ///
 /// The address is followed by the point or a text, then by up to three values, each by its type identifier.
-class RecFile
+/// A record is what an M5 file would have: "KD1" with the point in the first eight columns, "TO" with a text.
+class RecFile : public M5File
 {
 public:
-    using Line = M5File::Line;
-
     /// @param device  is open for reading and outlives this object
     /// @param isStopped  see LineReader
     explicit RecFile(QIODevice& device, std::function<bool()> isStopped = {});
 
-    Line readNext();
-    /// The record as an M5 file would have it: "KD1" with the point in the first eight columns, "TO" with a
-    /// text.
-    const M5Record& getRecord() const { return record; }
-    qint64 getLineNumber() const { return lines.getNumber(); }
-    LineReader::End getEnd() const { return lines.getEnd(); }
-
+    /// Reads one line.
     static std::optional<M5Record> parse(const QByteArray& line);
     /// Whether a level writes such texts, about its lines and what it measures in them.
     static bool isLevelText(const QString& information);
     /// Whether the first bytes of a file have records of a level.
     static bool isLevelFile(QByteArray start);
-
-private:
-    LineReader lines;
-    M5Record record;
 };
 
 } // namespace formats

@@ -255,16 +255,14 @@ private:
     bool isBehindMark = false; // the record before is marked as not to be used
 };
 
-template<typename File>
-LevelResult read(QIODevice& device, const LevelSettings& settings, const std::function<bool()>& isStopped)
+LevelResult read(M5File& file, const LevelSettings& settings, const std::function<bool()>& isStopped)
 {
     LevelBook book(settings);
     RecordTaker taker(book);
-    File file(device, isStopped);
-    for (auto line = file.readNext(); line != File::Line::End && !book.isFull(); line = file.readNext()) {
-        if (line == File::Line::Record)
+    for (auto line = file.readNext(); line != M5File::Line::End && !book.isFull(); line = file.readNext()) {
+        if (line == M5File::Line::Record)
             taker.take(file.getRecord());
-        else if (line == File::Line::Malformed)
+        else if (line == M5File::Line::Malformed)
             book.addProblem(ProblemKind::LineUnreadable, Severity::Error, file.getLineNumber());
     }
     return finishLevelFile(book, file.getEnd(), file.getLineNumber(), isStopped);
@@ -274,12 +272,14 @@ LevelResult read(QIODevice& device, const LevelSettings& settings, const std::fu
 
 LevelResult readM5(QIODevice& device, const LevelSettings& settings, const std::function<bool()>& isStopped)
 {
-    return read<formats::M5File>(device, settings, isStopped);
+    M5File file(device, isStopped);
+    return read(file, settings, isStopped);
 }
 
 LevelResult readRec(QIODevice& device, const LevelSettings& settings, const std::function<bool()>& isStopped)
 {
-    return read<formats::RecFile>(device, settings, isStopped);
+    formats::RecFile file(device, isStopped);
+    return read(file, settings, isStopped);
 }
 
 } // namespace m5levelreader

@@ -1,20 +1,15 @@
 #include "levelling/NetworkMerge.h"
 
+#include "levelling/SectionKey.h"
+
 #include <QHash>
-#include <QPair>
+#include <QSet>
 
 #include <algorithm>
 
 namespace levelling {
 
 namespace {
-
-using SectionKey = QPair<quint64, double>;
-
-SectionKey makeKey(int from, int to, double difference)
-{
-    return {quint64(from) << 32 | quint64(to), difference};
-}
 
 bool isSame(const Parameters& a, const Parameters& b)
 {
@@ -178,15 +173,15 @@ private:
 
     void addSections()
     {
-        QHash<SectionKey, bool> known;
+        QSet<SectionKey> known;
         known.reserve(static_cast<int>(network.sections.size()));
         for (const Section& section : network.sections)
-            known.insert(makeKey(section.from, section.to, section.difference), true);
+            known.insert(makeSectionKey(section));
         for (Section section : added.sections) {
             section.from = places[static_cast<std::size_t>(section.from)];
             section.to = places[static_cast<std::size_t>(section.to)];
             section.source += firstSource;
-            if (known.contains(makeKey(section.from, section.to, section.difference)))
+            if (known.contains(makeSectionKey(section)))
                 addition.repeatedSections.push_back(network.sections.size());
             network.sections.push_back(std::move(section));
         }

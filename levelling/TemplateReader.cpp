@@ -180,7 +180,7 @@ void TemplateReader::addSection(qint64 line, const TableValues& values)
     setWeight(section, ends);
     checkSlope(section, ends);
 
-    const auto key = qMakePair(quint64(section.from) << 32 | quint64(section.to), section.difference);
+    const SectionKey key = makeSectionKey(section);
     const auto earlier = lineOfSection.constFind(key);
     if (earlier == lineOfSection.constEnd())
         lineOfSection.insert(key, line);

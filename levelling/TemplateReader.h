@@ -2,10 +2,10 @@
 
 #include "levelling/Network.h"
 #include "levelling/Problem.h"
+#include "levelling/SectionKey.h"
 #include "levelling/TableTemplate.h"
 
 #include <QHash>
-#include <QPair>
 
 #include <functional>
 #include <optional>
@@ -96,7 +96,7 @@ private:
     TableResult result;
     QHash<QString, int> indexOfPoint;
     /// Line of the first section with these ends and this difference.
-    QHash<QPair<quint64, double>, qint64> lineOfSection;
+    QHash<SectionKey, qint64> lineOfSection;
     QHash<int, double> sigmaOfPoint; ///< of those that are observed, by index of the point
     std::vector<Problem> steepSections;
     qint64 longRows = 0;
