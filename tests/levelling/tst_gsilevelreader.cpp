@@ -1,5 +1,6 @@
 #include "levelling/GsiLevelReader.h"
 #include "levelling/HeldPoints.h"
+#include "tests/levelling/LevelTexts.h"
 
 #include <QBuffer>
 #include <QTest>
@@ -7,6 +8,7 @@
 #include <cmath>
 
 using namespace levelling;
+using namespace orvel::test;
 
 namespace {
 
@@ -81,41 +83,6 @@ private:
     int count = 0;
     int heightHere = 0;
 };
-
-QString pointId(const LevelResult& result, int point)
-{
-    return result.file.network.points.at(static_cast<std::size_t>(point)).id;
-}
-
-/// "A-B +1.23450 m, 40 m, 2 st.", section by section.
-QStringList sectionsOf(const LevelResult& result)
-{
-    QStringList texts;
-    for (const Section& section : result.file.network.sections)
-        texts.append(QStringLiteral("%1-%2 %3 m, %4 m, %5 st.")
-                         .arg(pointId(result, section.from), pointId(result, section.to),
-                              QString::number(section.difference, 'f', 5),
-                              QString::number(*section.distance * 1000.0, 'f', 1),
-                              QString::number(*section.stations)));
-    return texts;
-}
-
-/// "kind@line: arguments", problem by problem.
-QStringList problemsOf(const LevelResult& result)
-{
-    QStringList texts;
-    for (const Problem& problem : result.file.problems)
-        texts.append(QStringLiteral("%1@%2: %3")
-                         .arg(QString::number(static_cast<int>(problem.kind)), QString::number(problem.line),
-                              problem.arguments.join(QLatin1Char('|'))));
-    return texts;
-}
-
-QString problem(ProblemKind kind, int line, const char* arguments = "")
-{
-    return QStringLiteral("%1@%2: %3")
-        .arg(QString::number(static_cast<int>(kind)), QString::number(line), QString::fromUtf8(arguments));
-}
 
 } // namespace
 

@@ -1,10 +1,12 @@
 #include "levelling/M5LevelReader.h"
+#include "tests/levelling/LevelTexts.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QTest>
 
 using namespace levelling;
+using namespace orvel::test;
 
 Q_DECLARE_METATYPE(levelling::LevelMethod)
 
@@ -53,37 +55,6 @@ QByteArray reading(const char* type, const char* point, const char* number, cons
 QByteArray height(const char* point, const char* number)
 {
     return line("KD1", QByteArray(point).rightJustified(8), "", "", value("Z", number));
-}
-
-QStringList sectionsOf(const LevelResult& result)
-{
-    QStringList texts;
-    for (const Section& section : result.file.network.sections) {
-        const auto& points = result.file.network.points;
-        texts.append(QStringLiteral("%1-%2 %3 m, %4 m, %5 st.")
-                         .arg(points[static_cast<std::size_t>(section.from)].id,
-                              points[static_cast<std::size_t>(section.to)].id,
-                              QString::number(section.difference, 'f', 5),
-                              QString::number(*section.distance * 1000.0, 'f', 1),
-                              QString::number(*section.stations)));
-    }
-    return texts;
-}
-
-QStringList problemsOf(const LevelResult& result)
-{
-    QStringList texts;
-    for (const Problem& problem : result.file.problems)
-        texts.append(QStringLiteral("%1@%2: %3")
-                         .arg(QString::number(static_cast<int>(problem.kind)), QString::number(problem.line),
-                              problem.arguments.join(QLatin1Char('|'))));
-    return texts;
-}
-
-QString problem(ProblemKind kind, int line, const char* arguments = "")
-{
-    return QStringLiteral("%1@%2: %3")
-        .arg(QString::number(static_cast<int>(kind)), QString::number(line), QString::fromUtf8(arguments));
 }
 
 } // namespace
