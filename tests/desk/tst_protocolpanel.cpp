@@ -46,6 +46,7 @@ private Q_SLOTS:
     void f8GoesToTheNextError();
     void f8WaitsForTheLines();
     void activatedLineOpensThePageThere();
+    void pageIsMadeOnceForAllLines();
     void hiddenPanelReadsNothing();
 
 private:
@@ -368,6 +369,28 @@ void TestProtocolPanel::activatedLineOpensThePageThere()
                                  name + ".html#find=" + QUrl::toPercentEncoding(text) + "\">\n");
     QVERIFY(
         readFile(QFileInfo(path).dir().filePath(QString::fromLatin1(name + ".html"))).contains("errorblock"));
+}
+
+void TestProtocolPanel::pageIsMadeOnceForAllLines()
+{
+    openWindow(QStringLiteral("Предобработка"));
+    QTreeView& view = window->getProtocolPanel().getView();
+    window->getProtocolPanel().goToProblem(true);
+    Q_EMIT view.activated(view.currentIndex());
+    const QString page = QFileInfo(desk->opened.getPaths().constLast())
+                             .dir()
+                             .filePath(QStringLiteral("lines_%1.html").arg(int(enums::Compile)));
+    writeFile(page, "mark");
+    window->getProtocolPanel().goToProblem(true);
+    Q_EMIT view.activated(view.currentIndex());
+    QCOMPARE(readFile(page), QByteArray("mark"));
+    // After another run its lines are others.
+    QVERIFY(triggerAction(*window, QStringLiteral("Предобработка")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    waitForLines();
+    window->getProtocolPanel().goToProblem(true);
+    Q_EMIT view.activated(view.currentIndex());
+    QVERIFY(readFile(page).contains("errorblock"));
 }
 
 void TestProtocolPanel::hiddenPanelReadsNothing()

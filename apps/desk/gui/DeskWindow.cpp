@@ -364,10 +364,16 @@ void DeskWindow::showLine(int protocolType, const QString& text)
     ExceptionCatcher catcher;
     catcher.addErrorHandler([this](const QString& message) { Application::warning(message, this); });
     catcher.run([&] {
-        bool isMade = false;
-        const auto make = [&] { isMade = document->getProtocol().CreateProtocolFile(protocolType, page); };
-        if (showPage(make) && isMade)
-            QDesktopServices::openUrl(QUrl::fromLocalFile(linepage::write(page, text)));
+        if (!QFileInfo::exists(pages[protocolType])) {
+            bool isMade = false;
+            const auto make = [&] {
+                isMade = document->getProtocol().CreateProtocolFile(protocolType, page);
+            };
+            if (!showPage(make) || !isMade)
+                return;
+            pages[protocolType] = page;
+        }
+        QDesktopServices::openUrl(QUrl::fromLocalFile(linepage::write(pages[protocolType], text)));
     });
 }
 
