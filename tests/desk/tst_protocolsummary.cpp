@@ -13,6 +13,7 @@ class TestProtocolSummary : public QObject
 private Q_SLOTS:
     void countsKindsByType();
     void countsLinesOfItems();
+    void gravestLineOfAnItemCounts();
     void countsTheSameInItsOwnForm();
     void countsBehindControlCharacters();
     void nothingIsEmpty();
@@ -62,6 +63,17 @@ void TestProtocolSummary::countsLinesOfItems()
     QCOMPARE(summary.linesOfItem.value(7), 0);
 }
 
+void TestProtocolSummary::gravestLineOfAnItemCounts()
+{
+    const ProtocolSummary summary = ProtocolSummary::of(makeFile(
+        makeLine(enums::Import, 5, makeItem(5) + makeItem(6)) + makeLine(enums::Adjust, 3, makeItem(5)) +
+        makeLine(enums::Adjust, 4, makeItem(5)) + makeLine(enums::Adjust, 4, makeItem(6)) +
+        makeLine(enums::Adjust, 5, makeItem(7)) + makeLine(enums::Adjust, 1, makeItem(8))));
+    QCOMPARE(summary.worstOfItem,
+             (QHash<LONGID, COVMessage::MessageType>{
+                 {5, COVMessage::Error}, {6, COVMessage::Warning}, {7, COVMessage::Message}}));
+}
+
 void TestProtocolSummary::countsTheSameInItsOwnForm()
 {
     const ProtocolSummary summary = ProtocolSummary::of(
@@ -76,6 +88,8 @@ void TestProtocolSummary::countsTheSameInItsOwnForm()
     QCOMPARE(summary.types.at(305510146).warnings, 1);
     QCOMPARE(summary.types.at(305510146).messages, 0);
     QCOMPARE(summary.linesOfItem, (QHash<LONGID, int>{{5, 2}, {6, 1}}));
+    QCOMPARE(summary.worstOfItem,
+             (QHash<LONGID, COVMessage::MessageType>{{5, COVMessage::Error}, {6, COVMessage::Error}}));
 }
 
 void TestProtocolSummary::countsBehindControlCharacters()

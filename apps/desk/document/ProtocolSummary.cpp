@@ -6,6 +6,7 @@
 #include <QSet>
 #include <QXmlStreamReader>
 
+#include <algorithm>
 #include <set>
 
 namespace orvel::desk {
@@ -26,6 +27,21 @@ void countKind(int kind, ProtocolSummary::Counts& counts)
         ++counts.warnings;
     else if (kind == COVMessage::Message)
         ++counts.messages;
+}
+
+/// Counts a line that mentions the item.
+void countItem(LONGID item, int kind, ProtocolSummary& summary)
+{
+    ++summary.linesOfItem[item];
+    if (kind < COVMessage::Error || kind > COVMessage::Message)
+        return;
+    // The graver a kind, the smaller its number.
+    const auto type = static_cast<COVMessage::MessageType>(kind);
+    const auto known = summary.worstOfItem.find(item);
+    if (known == summary.worstOfItem.end())
+        summary.worstOfItem.insert(item, type);
+    else
+        *known = std::min(*known, type);
 }
 
 /// Notes when a run ended, if this is the line that says it.
@@ -70,10 +86,10 @@ ProtocolSummary countForeign(const QByteArray& content)
             xml.skipCurrentElement();
             continue;
         }
-        countKind(toNumber(xml, QLatin1String("mtype")),
-                  summary.types[toNumber(xml, QLatin1String("ptype"))]);
+        const int kind = toNumber(xml, QLatin1String("mtype"));
+        countKind(kind, summary.types[toNumber(xml, QLatin1String("ptype"))]);
         for (const LONGID item : readItems(xml))
-            ++summary.linesOfItem[item];
+            countItem(item, kind, summary);
     }
     return summary;
 }
@@ -98,7 +114,7 @@ std::optional<ProtocolSummary> ProtocolSummary::ofCanonical(QIODevice& dataFile)
         if (line.messageType == COVMessage::Service)
             takeTime(line.text, counts);
         for (const LONGID item : std::set<LONGID>(line.itemIds.begin(), line.itemIds.end()))
-            ++summary.linesOfItem[item];
+            countItem(item, line.messageType, summary);
     };
     if (!datafile::visitCanonical(dataFile, count))
         return std::nullopt;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Orvel/store/COVMessage.h"
 #include "host/model/LongId.h"
 
 #include <QByteArray>
@@ -27,6 +28,9 @@ struct ProtocolSummary
 
     std::map<int, Counts> types;    ///< the types that have any line
     QHash<LONGID, int> linesOfItem; ///< count of the lines that mention the item
+    /// The gravest kind of line that mentions the item: Error, Warning or Message. Items of other lines only
+    /// have none.
+    QHash<LONGID, COVMessage::MessageType> worstOfItem;
 
     /// Counts the lines of a protocol's data file by its content; a damaged one counts up to the damage.
     static ProtocolSummary of(const QByteArray& dataContent);
