@@ -10,13 +10,12 @@
 
 namespace tacheometry {
 
-/// What a survey must keep to.
+/// What a survey must keep to: conventions for a topographic survey at 1:2000.
 struct Limits
 {
-    /// Longest distance to a point, m: that for contour intervals of 1 m at the scale 1:2000 in the
-    /// instruction for topographic surveys at the scales 1:5000 to 1:500 (GKINP-02-033-82).
+    /// Longest distance to a point, m.
     double distance = 250.0;
-    /// Largest difference of a direction to a known point from the orientation, rad: 1.5' there.
+    /// Largest difference of a direction to a known point from the orientation, rad: 1.5'.
     double orientation = 1.5 / 60.0 * 3.14159265358979323846 / 180.0;
     /// Largest collimation and index error, and difference between the faces from their mean, rad: 1'.
     double collimation = 1.0 / 60.0 * 3.14159265358979323846 / 180.0;

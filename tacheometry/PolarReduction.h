@@ -10,8 +10,7 @@ namespace tacheometry {
 ///     D = s sin z - (1 - k/2) s² sin z cos z / R
 ///     h = s cos z + (1 - k) (s sin z)² / (2 R)
 ///
-/// (trigonometric levelling with one-sided zenith angles; e.g. H. Kahmen, Angewandte Geodäsie:
-/// Vermessungskunde, 20th ed., 2006; docs/tests-and-formulas.md derives them).
+/// (trigonometric levelling with one-sided zenith angles; docs/tacheometry.md derives them).
 namespace polar {
 
 /// Mean radius of the Earth, m.

@@ -16,11 +16,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
 using namespace orvel::desk;
 using namespace orvel::test;
+
+Q_DECLARE_METATYPE(orvel::desk::LevellingClass)
 
 /// What runs write about networks that whole files do not show: each edge by itself.
 class TestRuns : public QObject
@@ -74,6 +77,8 @@ private Q_SLOTS:
     void fileOfNoKnownKindIsRefused();
     void linesOfALevelAreSummedUp();
     void sigmaComesFromTheClassOrTheSettings();
+    void twoReadingsAreComparedByTheClass_data();
+    void twoReadingsAreComparedByTheClass();
     void everyProblemHasItsSentence_data();
     void everyProblemHasItsSentence();
 
@@ -1055,6 +1060,46 @@ void TestRuns::sigmaComesFromTheClassOrTheSettings()
     import(sample, {LevellingClass::II, SectionSigma { 0.2, 1.5 }});
     QVERIFY(has("message:СКО секций заданы: √(0,2² + 1,5²·L)\u00A0мм"));
     QVERIFY(snapshot.network.sections[0].stdev);
+}
+
+void TestRuns::twoReadingsAreComparedByTheClass_data()
+{
+    QTest::addColumn<LevellingClass>("levellingClass");
+    QTest::addColumn<int>("limit"); // 0.01 mm
+    QTest::addColumn<QString>("text");
+    QTest::newRow("I") << LevellingClass::I << 50 << "0,50";
+    QTest::newRow("II") << LevellingClass::II << 70 << "0,70";
+    QTest::newRow("III") << LevellingClass::III << 300 << "3,00";
+    QTest::newRow("IV") << LevellingClass::IV << 500 << "5,00";
+    QTest::newRow("technical") << LevellingClass::Technical << 500 << "5,00";
+}
+
+void TestRuns::twoReadingsAreComparedByTheClass()
+{
+    QFETCH(LevellingClass, levellingClass);
+    QFETCH(int, limit);
+    QFETCH(QString, text);
+    const auto importStation = [&](int difference) {
+        monitor = LineCollector();
+        const QByteArray secondBack = QByteArray::number(150000 - difference).rightJustified(8, '0');
+        return import("410001+?......2\n110002+0000000A 83..58+01000000\n"
+                      "110003+0000000A 32...8+01000000 331.08+00150000\n"
+                      "110004+0000000B 32...8+01000000 332.08+00100000\n"
+                      "110005+0000000B 32...8+01000000 336.08+00100000\n"
+                      "110006+0000000A 32...8+01000000 335.08+" +
+                          secondBack + "\n",
+                      {levellingClass, std::nullopt});
+    };
+    const auto countErrors = [this] {
+        return std::count_if(monitor.lines.begin(), monitor.lines.end(),
+                             [](const QString& line) { return line.startsWith(QLatin1String("error:")); });
+    };
+    QCOMPARE(importStation(limit), QString());
+    QCOMPARE(countErrors(), 0);
+    QCOMPARE(importStation(limit + 1), QString());
+    QCOMPARE(countErrors(), 1);
+    QVERIFY2(!monitor.lines.filter(QStringLiteral("при допуске %1\u00A0мм").arg(text)).isEmpty(),
+             qUtf8Printable(monitor.lines.join(QLatin1Char('\n'))));
 }
 
 void TestRuns::everyProblemHasItsSentence()

@@ -3,6 +3,7 @@
 #include "tests/levelling/LevelTexts.h"
 
 #include <QBuffer>
+#include <QHash>
 #include <QTest>
 
 #include <cmath>
@@ -111,6 +112,7 @@ private Q_SLOTS:
     void abandonedStationsAreTold();
     void interruptedLineBecomesTwoParts();
     void intermediateSightIsASectionFromTheLastMark();
+    void bookByRiseAndFallGivesItsLevels();
     void heightsThatWereEnteredAreBenchmarks();
     void partWithoutHeightsIsHeldAtAPoint();
     void distancesMayBeMissing();
@@ -465,6 +467,36 @@ void TestGsiLevelReader::intermediateSightIsASectionFromTheLastMark()
     QCOMPARE(result.findings.checks[0].to, QStringLiteral("Step"));
     QCOMPARE(read("410001+?......1\n110002+00000P 32...8+00200000 333.08+00100000\n").file.problems.size(),
              std::size_t(3)); // the sight, the line, no section
+}
+
+void TestGsiLevelReader::bookByRiseAndFallGivesItsLevels()
+{
+    // A published level book with its reduced levels (rise and fall, askfilo.com, question 3430353738373636).
+    // It prints 1.497 for the foresight on C; its sum of foresights, rise and levels are those of 1.496.
+    GsiWriter writer;
+    writer.start("1", "BM", 4987200);
+    writer.reading(331, "BM", 219100);
+    writer.reading(333, "A", 250700);
+    writer.reading(333, "B", 232500);
+    writer.reading(332, "C", 149600);
+    writer.close("C", 69500);
+    writer.reading(331, "C", 301900);
+    writer.reading(333, "D", 251300);
+    writer.reading(332, "E", 281100);
+    writer.close("E", 20800);
+    writer.station("E", "TBM", 175200, 381700);
+    const LevelResult result = read(writer.content);
+    QCOMPARE(problemsOf(result), QStringList());
+    QCOMPARE(int(result.findings.checks.size()), 0);
+    QHash<QString, double> levels{{QStringLiteral("BM"), 49.872}};
+    for (const Section& section : result.file.network.sections)
+        levels.insert(pointId(result, section.to),
+                      levels.value(pointId(result, section.from)) + section.difference);
+    QStringList texts;
+    for (const char* name : {"A", "B", "C", "D", "E", "TBM"})
+        texts.append(QString::number(levels.value(QLatin1String(name)), 'f', 3));
+    // The bench mark at the end is given as 48.719: 9 mm of misclosure.
+    QCOMPARE(texts.join(QLatin1Char(' ')), QStringLiteral("49.556 49.738 50.567 51.073 50.775 48.710"));
 }
 
 void TestGsiLevelReader::heightsThatWereEnteredAreBenchmarks()

@@ -55,8 +55,8 @@ Place traceRay(double slope, double zenith)
 
 void TestPolarReduction::levelSightRisesByCurvatureAndRefraction()
 {
-    // Curvature alone is 0.0785 m at 1 km (B. C. Punmia, Surveying: C = 0.0785 d², d in km); refraction takes
-    // 13 % of it.
+    // Curvature alone is 0.0785 m at 1 km (textbooks have C = 0.0785 d², d in km); refraction takes 13 % of
+    // it.
     const polar::Reduced reduced = polar::reduceSlope(1000.0, angles::kPi / 2.0);
     QVERIFY(std::abs(reduced.rise - 0.87 * 0.0785) < 5e-5);
     QVERIFY(std::abs(reduced.horizontal - 1000.0) < 1e-9);
