@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace levelling {
 
@@ -50,11 +51,18 @@ public:
     {
         addition.firstPoint = network.points.size();
         addition.firstSection = network.sections.size();
+        // The first part is mostly all there is.
+        if (addition.firstPoint == 0)
+            network.points.reserve(added.points.size());
+        if (addition.firstSection == 0)
+            network.sections.reserve(added.sections.size());
+        places.reserve(added.points.size());
         addSources();
         addParameters();
         addPoints();
         addObservedHeights();
         addSections();
+        addition.places = std::move(places);
         return std::move(addition);
     }
 

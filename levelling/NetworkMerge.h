@@ -31,6 +31,8 @@ struct PointChange
 struct NetworkAddition
 {
     std::vector<PointChange> changes;
+    /// Indices of the added points in the network.
+    std::vector<int> places;
     /// Points and sections with indices from these on are new.
     std::size_t firstPoint = 0;
     std::size_t firstSection = 0;

@@ -63,6 +63,7 @@ private:
     int items = 0;
 };
 
+/// The network is that of the items.
 std::optional<NetworkItems> assemble(levelling::Network network,
                                      std::vector<std::unique_ptr<LevellingPoint>> points,
                                      std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId,
@@ -78,14 +79,12 @@ std::optional<NetworkItems> assemble(levelling::Network network,
     for (auto& point : points) {
         if (!question.mayGoOn())
             return std::nullopt;
-        snapshot.network.points.push_back(point->getPoint());
         snapshot.pointIds.push_back(point->getId());
         items.points->addItem(std::move(point));
     }
     for (auto& section : sections) {
         if (!question.mayGoOn())
             return std::nullopt;
-        snapshot.network.sections.push_back(section->getSection());
         snapshot.sectionIds.push_back(section->getId());
         snapshot.sectionNames.append(section->getName());
         items.sections->addItem(std::move(section));
@@ -102,15 +101,13 @@ NetworkItems::NetworkItems()
     , snapshot(std::make_shared<NetworkSnapshot>())
 {}
 
-NetworkItems NetworkItems::make(const levelling::Network& network, const NetworkSnapshot& known,
-                                LONGID nextId)
+NetworkItems NetworkItems::make(levelling::Network network, const NetworkSnapshot& known, LONGID nextId)
 {
-    return *make(network, known, nextId, {});
+    return *make(std::move(network), known, nextId, {});
 }
 
-std::optional<NetworkItems> NetworkItems::make(const levelling::Network& network,
-                                               const NetworkSnapshot& known, LONGID nextId,
-                                               const std::function<bool()>& isStopped,
+std::optional<NetworkItems> NetworkItems::make(levelling::Network network, const NetworkSnapshot& known,
+                                               LONGID nextId, const std::function<bool()>& isStopped,
                                                std::shared_ptr<const tacheometry::FieldBook> fieldBook)
 {
     StopQuestion question(isStopped);
@@ -145,12 +142,7 @@ std::optional<NetworkItems> NetworkItems::make(const levelling::Network& network
                                               network.points[static_cast<std::size_t>(section.to)].id));
         sections.push_back(std::make_unique<LevellingSection>(sectionIds.find(name), section, name));
     }
-    levelling::Network rest;
-    rest.description = network.description;
-    rest.sources = network.sources;
-    rest.parameters = network.parameters;
-    rest.observedHeights = network.observedHeights;
-    return assemble(std::move(rest), std::move(points), std::move(sections), nextId, std::move(fieldBook),
+    return assemble(std::move(network), std::move(points), std::move(sections), nextId, std::move(fieldBook),
                     question);
 }
 
@@ -159,6 +151,12 @@ NetworkItems NetworkItems::make(levelling::Network network,
                                 std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId,
                                 std::shared_ptr<const tacheometry::FieldBook> fieldBook)
 {
+    network.points.reserve(points.size());
+    for (const auto& point : points)
+        network.points.push_back(point->getPoint());
+    network.sections.reserve(sections.size());
+    for (const auto& section : sections)
+        network.sections.push_back(section->getSection());
     const std::function<bool()> neverStopped;
     StopQuestion question(neverStopped);
     return *assemble(std::move(network), std::move(points), std::move(sections), nextId, std::move(fieldBook),

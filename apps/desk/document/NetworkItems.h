@@ -22,13 +22,13 @@ struct NetworkItems
 
     /// Makes the items of a network. Those that `known` has, by their names, get the ids that they have
     /// there, the others ids from `nextId` on.
-    static NetworkItems make(const levelling::Network& network, const NetworkSnapshot& known, LONGID nextId);
+    static NetworkItems make(levelling::Network network, const NetworkSnapshot& known, LONGID nextId);
     /// The same, or nothing when `isStopped`, asked every few thousand items, says so.
-    static std::optional<NetworkItems> make(const levelling::Network& network, const NetworkSnapshot& known,
+    static std::optional<NetworkItems> make(levelling::Network network, const NetworkSnapshot& known,
                                             LONGID nextId, const std::function<bool()>& isStopped,
                                             std::shared_ptr<const tacheometry::FieldBook> fieldBook = {});
-    /// Takes items that have ids. The network beside them holds what `network` has besides points and
-    /// sections.
+    /// Takes items that have ids. The network beside them holds their points and sections, and what `network`
+    /// has besides.
     static NetworkItems make(levelling::Network network, std::vector<std::unique_ptr<LevellingPoint>> points,
                              std::vector<std::unique_ptr<LevellingSection>> sections, LONGID nextId,
                              std::shared_ptr<const tacheometry::FieldBook> fieldBook = {});

@@ -19,6 +19,7 @@
 
 #include <optional>
 #include <thread>
+#include <utility>
 
 namespace orvel::desk {
 
@@ -68,11 +69,11 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
                     known = document.shareSnapshot(), nextId = document.getNextId(),
                     failure = run.failure](qor::IProcessMonitor& monitor) {
         const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
-        const NetworkTaker takeNetwork = [&](const levelling::Network& network,
+        const NetworkTaker takeNetwork = [&](levelling::Network network,
                                              std::shared_ptr<const tacheometry::FieldBook> fieldBook)
             -> std::shared_ptr<const NetworkSnapshot> {
             std::optional<NetworkItems> items =
-                NetworkItems::make(network, *known, nextId, isStopped, std::move(fieldBook));
+                NetworkItems::make(std::move(network), *known, nextId, isStopped, std::move(fieldBook));
             if (!items)
                 return nullptr;
             const std::shared_ptr<const NetworkSnapshot> snapshot = items->snapshot;

@@ -26,6 +26,7 @@
 
 #include <algorithm>
 #include <unistd.h>
+#include <utility>
 
 namespace orvel::desk {
 
@@ -115,13 +116,23 @@ private:
     const QHash<QString, int>& indexOfPoint;
 };
 
+/// How much the network of a file has.
+struct NetworkSize
+{
+    QString description;
+    std::size_t points = 0;
+    std::size_t benchmarks = 0;
+    std::size_t sections = 0;
+};
+
 /// What one of the files gave.
 struct ReadFile
 {
     QString name;
     bool isStopped = false;
     std::optional<Problem> fatal;
-    levelling::Network network;
+    levelling::Network network; ///< until it is added to that of the others
+    NetworkSize size;
     std::vector<Problem> problems;
     std::optional<levelling::TableCounts> counts; ///< of the rows of a text file
     std::optional<tacheometry::FieldBookReading> survey;
@@ -231,15 +242,26 @@ ReadFile readFile(const ImportSource& source, const levelling::Parameters& param
     return file;
 }
 
-void describeNetwork(FileLines& lines, const levelling::Network& network)
+/// Adds the network of the file to the others'. Many networks are large: the file's own goes.
+void addNetwork(levelling::Network& network, ReadFile& file)
 {
-    const auto fixedPoints = std::count_if(network.points.begin(), network.points.end(),
-                                           [](const levelling::Point& point) { return point.isBenchmark(); });
-    if (!network.description.isEmpty())
-        lines.message(Desk::tr("Описание: %1").arg(RunLines::escape(network.description.simplified())));
+    const levelling::Network added = std::exchange(file.network, {});
+    file.size.description = added.description;
+    file.size.points = added.points.size();
+    file.size.benchmarks = static_cast<std::size_t>(
+        std::count_if(added.points.begin(), added.points.end(),
+                      [](const levelling::Point& point) { return point.isBenchmark(); }));
+    file.size.sections = added.sections.size();
+    file.addition = levelling::addNetwork(network, added);
+}
+
+void describeNetwork(FileLines& lines, const NetworkSize& size)
+{
+    if (!size.description.isEmpty())
+        lines.message(Desk::tr("Описание: %1").arg(RunLines::escape(size.description.simplified())));
     lines.message(Desk::tr("Прочитано пунктов: %1, из них исходных реперов: %2; секций: %3")
-                      .arg(QString::number(network.points.size()), QString::number(fixedPoints),
-                           QString::number(network.sections.size())));
+                      .arg(QString::number(size.points), QString::number(size.benchmarks),
+                           QString::number(size.sections)));
 }
 
 void describeParameters(RunLines& lines, const levelling::Network& network)
@@ -341,9 +363,8 @@ void describeAddition(FileLines& lines, const ReadFile& file)
             Desk::tr("Параметры уравнивания этого файла другие; действуют параметры сети, к которой он "
                      "добавлен"));
     lines.message(Desk::tr("Добавлено к сети пунктов: %1, секций: %2; совпало с имевшимися пунктов: %3")
-                      .arg(QString::number(file.network.points.size() - addition.commonPoints),
-                           QString::number(file.network.sections.size()),
-                           QString::number(addition.commonPoints)));
+                      .arg(QString::number(file.size.points - addition.commonPoints),
+                           QString::number(file.size.sections), QString::number(addition.commonPoints)));
 }
 
 /// Points that stand in the tables of the one kind only.
@@ -379,7 +400,7 @@ std::vector<int> holdLevelledParts(levelling::Network& network, const std::vecto
     for (const ReadFile& file : files) {
         const auto first = isLevelled.begin() + static_cast<std::ptrdiff_t>(file.addition.firstSection);
         if (isLevelFile(file))
-            std::fill_n(first, file.network.sections.size(), true);
+            std::fill_n(first, file.size.sections, true);
     }
     return levelling::holdPartsWithoutDatum(network, isLevelled);
 }
@@ -489,8 +510,7 @@ bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& f
         describeTemplate(lines, *source.format);
     if (isLevelFile(file))
         lines.message(describeKind(file.kind));
-    LevelLines levelLines(lines, file.level, file.network, indexOfPoint,
-                          static_cast<int>(file.addition.firstSection));
+    LevelLines levelLines(lines, file.level, indexOfPoint, file.addition);
     if (!writeFindings(lines, indexOfPoint, levelLines, file))
         return false;
     if (isLevelFile(file)) {
@@ -503,7 +523,7 @@ bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& f
     if (file.survey && !describeSurvey(lines, *file.survey, indexOfPoint))
         return false;
     if (!file.survey)
-        describeNetwork(lines, file.network);
+        describeNetwork(lines, file.size);
     describeAddition(lines, file);
     return true;
 }
@@ -535,7 +555,7 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
             monitor.finishCurrentStage();
             return refuse(monitor, file);
         }
-        file.addition = levelling::addNetwork(network, file.network);
+        addNetwork(network, file);
         if (file.survey)
             addSetups(*fieldBook, file.survey->book, network.sources.size() - 1);
         files.push_back(std::move(file));
@@ -543,7 +563,7 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
     monitor.finishCurrentStage();
     const std::vector<int> heldPoints = holdLevelledParts(network, files);
     // The items must be there before lines link to them.
-    const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(network, fieldBook);
+    const std::shared_ptr<const NetworkSnapshot> snapshot = takeNetwork(std::move(network), fieldBook);
     if (!snapshot)
         return QString();
 
@@ -554,7 +574,7 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
         indexOfPoint.insert(point.id, index++);
     bool hasTable = false;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        const QString prefix = files.size() > 1 ? files[i].network.sources.constFirst() : QString();
+        const QString prefix = files.size() > 1 ? QFileInfo(files[i].name).fileName() : QString();
         if (!describeFile(FileLines(lines, prefix), sources[i], files[i], indexOfPoint, settings))
             return QString();
         hasTable = hasTable || sources[i].format;

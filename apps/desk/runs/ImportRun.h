@@ -16,7 +16,7 @@ namespace orvel::desk {
 /// Puts a network and a field book into the project and gives its snapshot; null if the run was stopped
 /// before.
 using NetworkTaker = std::function<std::shared_ptr<const NetworkSnapshot>(
-    const levelling::Network& network, std::shared_ptr<const tacheometry::FieldBook> fieldBook)>;
+    levelling::Network network, std::shared_ptr<const tacheometry::FieldBook> fieldBook)>;
 
 /// A priori standard deviation of the sections of a level's file: sqrt(constant² + perKilometre² * length),
 /// mm.

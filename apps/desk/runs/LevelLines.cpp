@@ -40,13 +40,11 @@ QString methodText(LevelMethod method)
 } // namespace
 
 LevelLines::LevelLines(FileLines& fileLines, const levelling::LevelBookFindings& findings,
-                       const levelling::Network& fileNetwork, const QHash<QString, int>& pointIndices,
-                       int firstSection)
+                       const QHash<QString, int>& pointIndices, const levelling::NetworkAddition& entered)
     : lines(fileLines)
     , result(findings)
-    , network(fileNetwork)
     , indexOfPoint(pointIndices)
-    , sectionOffset(firstSection)
+    , addition(entered)
 {}
 
 QString LevelLines::point(const QString& name)
@@ -65,7 +63,8 @@ QString LevelLines::place(const LevelCheck& check)
                                      QString::number(check.station), points);
     if (check.section < 0)
         return station;
-    return Desk::tr("%1, секция %2").arg(station, lines.get().section(check.section + sectionOffset));
+    return Desk::tr("%1, секция %2")
+        .arg(station, lines.get().section(check.section + static_cast<int>(addition.firstSection)));
 }
 
 void LevelLines::writeCheck(const LevelCheck& check)
@@ -139,8 +138,9 @@ void LevelLines::writeLine(std::size_t index, LevellingClass levellingClass)
     if (line.sectionCount == 0)
         return;
     QStringList parts;
-    const auto& points = network.points;
-    const auto nameOf = [&points](int number) { return points[static_cast<std::size_t>(number)].id; };
+    const auto linkTo = [this](int number) {
+        return lines.get().point(addition.places[static_cast<std::size_t>(number)]);
+    };
     const bool isClosed = line.from == line.to && line.from >= 0 && !line.isInterrupted;
     const double misclosure = line.difference * kMillimetres;
     const double tolerance = getToleranceFactor(levellingClass) * std::sqrt(line.length);
@@ -172,13 +172,13 @@ void LevelLines::writeLine(std::size_t index, LevellingClass levellingClass)
     if (line.averagedReadings > 0)
         parts.append(Desk::tr("повторных отсчётов усреднено %1").arg(QString::number(line.averagedReadings)));
     std::vector<int> sections(static_cast<std::size_t>(line.sectionCount));
-    std::iota(sections.begin(), sections.end(), line.firstSection + sectionOffset);
+    std::iota(sections.begin(), sections.end(), line.firstSection + static_cast<int>(addition.firstSection));
     parts.append((sections.size() == 1 ? Desk::tr("секция %1") : Desk::tr("секции %1"))
                      .arg(lines.get().listSections(sections)));
 
-    const QString ends =
-        line.stations == 0 ? Desk::tr("без станций")
-                           : QStringLiteral("%1 → %2").arg(point(nameOf(line.from)), point(nameOf(line.to)));
+    const QString ends = line.stations == 0
+                             ? Desk::tr("без станций")
+                             : QStringLiteral("%1 → %2").arg(linkTo(line.from), linkTo(line.to));
     const QString text =
         Desk::tr("Ход %1 (строки файла %2–%3): %4, %5: %6")
             .arg(QString::number(index + 1), QString::number(line.firstLine), QString::number(line.lastLine),

@@ -3,6 +3,7 @@
 #include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/runs/FileLines.h"
 #include "levelling/LevelBook.h"
+#include "levelling/NetworkMerge.h"
 
 #include <QHash>
 
@@ -14,12 +15,10 @@ class LevelLines
 public:
     /// All outlive this object.
     ///
-    /// @param fileNetwork  what the file has given
-    /// @param pointIndices  of the points of the network that it has entered, by their names
-    /// @param firstSection  index that the first section of the file has there
+    /// @param pointIndices  of the points of the network that the file has entered, by their names
+    /// @param entered  places of the file's points and sections in that network
     LevelLines(FileLines& fileLines, const levelling::LevelBookFindings& findings,
-               const levelling::Network& fileNetwork, const QHash<QString, int>& pointIndices,
-               int firstSection);
+               const QHash<QString, int>& pointIndices, const levelling::NetworkAddition& entered);
 
     /// Two values that should agree and do not.
     void writeCheck(const levelling::LevelCheck& check);
@@ -37,9 +36,8 @@ private:
 
     FileLines& lines;
     const levelling::LevelBookFindings& result;
-    const levelling::Network& network;
     const QHash<QString, int>& indexOfPoint;
-    const int sectionOffset;
+    const levelling::NetworkAddition& addition;
 };
 
 } // namespace orvel::desk
