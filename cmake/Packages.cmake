@@ -38,8 +38,8 @@ protocols of their processing runs with Orvel.")
 
 set(CPACK_DEBIAN_DESK_PACKAGE_NAME orvel-desk)
 set(CPACK_DEBIAN_DESK_PACKAGE_SECTION science)
-set(CPACK_DEBIAN_DESK_PACKAGE_DEPENDS "${library} (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_DESK_PACKAGE_RECOMMENDS "xdg-utils, qttranslations5-l10n")
+set(CPACK_DEBIAN_DESK_PACKAGE_DEPENDS "${library} (= ${PROJECT_VERSION}), qttranslations5-l10n")
+set(CPACK_DEBIAN_DESK_PACKAGE_RECOMMENDS "xdg-utils")
 set(CPACK_DEBIAN_DESK_DESCRIPTION "levelling desk: adjusts networks and keeps protocols
 Reads a levelling network, checks its lines and loops against tolerances,
 adjusts it by least squares and searches it for gross errors, with a window

@@ -2985,6 +2985,10 @@ L in km (else the class sets it)</translation>
         <source>; из ориентирования исключено</source>
         <translation>; it is excluded from the orientation</translation>
     </message>
+    <message>
+        <source>В проекте ничего не изменилось, протокол прежнего импорта остался.</source>
+        <translation>Nothing in the project has changed; the protocol of the earlier import has stayed.</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>
@@ -3202,6 +3206,66 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Не начато</source>
         <translation>Not started</translation>
+    </message>
+    <message>
+        <source>нет прав доступа</source>
+        <translation>no permission</translation>
+    </message>
+    <message>
+        <source>такого файла или папки нет</source>
+        <translation>there is no such file or folder</translation>
+    </message>
+    <message>
+        <source>часть пути — файл, а не папка</source>
+        <translation>a part of the path is a file, not a folder</translation>
+    </message>
+    <message>
+        <source>это папка, а не файл</source>
+        <translation>it is a folder, not a file</translation>
+    </message>
+    <message>
+        <source>на диске нет места</source>
+        <translation>no space is left on the disk</translation>
+    </message>
+    <message>
+        <source>исчерпана дисковая квота</source>
+        <translation>the disk quota is used up</translation>
+    </message>
+    <message>
+        <source>файл слишком велик</source>
+        <translation>the file is too large</translation>
+    </message>
+    <message>
+        <source>диск доступен только для чтения</source>
+        <translation>the disk is read-only</translation>
+    </message>
+    <message>
+        <source>ошибка ввода-вывода</source>
+        <translation>input/output error</translation>
+    </message>
+    <message>
+        <source>имя слишком длинное</source>
+        <translation>the name is too long</translation>
+    </message>
+    <message>
+        <source>ссылки ведут по кругу</source>
+        <translation>links lead in a circle</translation>
+    </message>
+    <message>
+        <source>открыто слишком много файлов</source>
+        <translation>too many files are open</translation>
+    </message>
+    <message>
+        <source>система этого не разрешает</source>
+        <translation>the system does not permit it</translation>
+    </message>
+    <message>
+        <source>файл занят другой программой</source>
+        <translation>another program uses the file</translation>
+    </message>
+    <message>
+        <source>читающая программа закрыла канал</source>
+        <translation>the reading program has closed the pipe</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "host/files/CFileException.h"
 #include "host/files/RandomName.h"
+#include "host/files/StringUtils.h"
 #include "host/files/UnfinishedFile.h"
 
 #include <QCoreApplication>
@@ -69,7 +70,7 @@ TempFolder::TempFolder(const QString& name)
         if (make(systemFolder + QLatin1Char('/') + makePrefix(name) + randomname::make()))
             return;
     }
-    fail(systemFolder, qt_error_string());
+    fail(systemFolder, utils::describeReason(qt_error_string()));
 }
 
 void TempFolder::removeLeftOvers(const QString& name)

@@ -1,6 +1,7 @@
 #include "host/files/CQtArchive.h"
 
 #include "host/files/CFileException.h"
+#include "host/files/StringUtils.h"
 
 #include <QCoreApplication>
 #include <QIODevice>
@@ -153,7 +154,7 @@ CQtArchive& CQtArchive::save(const T& value)
 {
     stream << value;
     if (stream.status() != QDataStream::Ok)
-        failSaving(stream.device()->errorString());
+        failSaving(utils::describeReason(stream.device()->errorString()));
     return *this;
 }
 

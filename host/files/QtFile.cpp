@@ -1,6 +1,7 @@
 #include "host/files/QtFile.h"
 
 #include "host/files/CFileException.h"
+#include "host/files/StringUtils.h"
 #include "host/files/UnfinishedFile.h"
 #include "host/files/UnreadFiles.h"
 
@@ -30,7 +31,8 @@ namespace {
         text = QCoreApplication::translate("Host", "Не удалось открыть файл «%1»: %2.");
         break;
     }
-    throw qor::CFileException(code, text.arg(QDir::toNativeSeparators(path), reason).toStdWString());
+    throw qor::CFileException(
+        code, text.arg(QDir::toNativeSeparators(path), utils::describeReason(reason)).toStdWString());
 }
 
 /// Whether this process's descriptor of that number is of the file that the path leads to.

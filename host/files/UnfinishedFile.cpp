@@ -2,11 +2,9 @@
 
 #include "host/files/RandomName.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 #include <atomic>
 #include <cerrno>
@@ -62,12 +60,6 @@ bool isOwnRegularFile(const QString& path)
            status.st_uid == geteuid();
 }
 
-/// A sentence of Qt's own, in the words of Qt's translations.
-QString getQtText(const char* text)
-{
-    return QCoreApplication::translate(QSaveFile::staticMetaObject.className(), text);
-}
-
 } // namespace
 
 UnfinishedFile::UnfinishedFile(const QString& targetPath) : target(targetPath)
@@ -85,9 +77,9 @@ bool UnfinishedFile::open(OpenMode mode)
 {
     const QFileInfo existing(target);
     if (existing.isDir())
-        return fail(getQtText("Filename refers to a directory"));
+        return fail(qt_error_string(EISDIR));
     if (existing.exists() && !existing.isWritable())
-        return fail(getQtText("Existing file %1 is not writable").arg(target));
+        return fail(qt_error_string(EACCES));
     // A link stays, and what it leads to is replaced.
     if (existing.isSymLink())
         target = existing.exists() ? existing.canonicalFilePath() : existing.symLinkTarget();

@@ -64,7 +64,8 @@ private Q_SLOTS:
     void namesOnStderrShowControlCharacters();
     void formulasAreGuarded();
     void projectNameHasNoMarkUp();
-    void otherLanguagesGetEnglish();
+    void systemDecidesOnTheLanguage_data();
+    void systemDecidesOnTheLanguage();
 
 private:
     QString path(const QString& name) const { return folder->filePath(name); }
@@ -460,7 +461,7 @@ void TestHeadless::badInputIsRefused()
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
     writeFile(path(QStringLiteral("bad.gkf")), content);
-    // In English, since Qt's own words for the reasons need not be there in Russian.
+    // In English, since Qt's own words for some of the reasons are not there in Russian.
     const DeskProcess desk = run(words("--language en --import bad.gkf --run adjust --save a.orvel"));
     QCOMPARE(desk.errors, QStringLiteral("orvel-desk: %1\n").arg(error));
     QCOMPARE(desk.exitCode, 2);
@@ -472,7 +473,7 @@ void TestHeadless::missingFileIsRefused()
 {
     const DeskProcess desk = run(words("--import nowhere.gkf"));
     QCOMPARE(desk.errors,
-             QStringLiteral("orvel-desk: nowhere.gkf: файл не читается: No such file or directory\n"));
+             QStringLiteral("orvel-desk: nowhere.gkf: файл не читается: такого файла или папки нет\n"));
     QCOMPARE(desk.exitCode, 2);
 }
 
@@ -649,7 +650,7 @@ void TestHeadless::failedExportKeepsTheRest_data()
         << "Импорт: ошибок 0, предупреждений 0, сообщений 3; pages/Import.html\n"
            "Уравнивание: ошибок 0, предупреждений 1, сообщений 20; pages/Adjust.html\n"
            "Экспорт: ошибок 1, предупреждений 0, сообщений 0; pages/Export.html\n"
-        << "orvel-desk: Не удалось открыть файл «/no/such/folder.csv»: No such file or directory.\n"
+        << "orvel-desk: Не удалось открыть файл «/no/such/folder.csv»: такого файла или папки нет.\n"
         << 2;
     QTest::newRow("nothing to export")
         << "free.gkf"
@@ -690,9 +691,10 @@ void TestHeadless::failedOutputsAreEachTold()
     // No page was written, and none is named.
     QCOMPARE(desk.output, QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3\n"));
     QCOMPARE(desk.errors,
-             QStringLiteral("orvel-desk: не удалось создать папку «file/pages»: Not a directory\n"
-                            "orvel-desk: Не удалось открыть файл «file/data.xml»: Not a directory.\n"
-                            "orvel-desk: Не удалось открыть файл «file/a.orvel»: Not a directory.\n"));
+             QStringLiteral(
+                 "orvel-desk: не удалось создать папку «file/pages»: часть пути — файл, а не папка\n"
+                 "orvel-desk: Не удалось открыть файл «file/data.xml»: часть пути — файл, а не папка.\n"
+                 "orvel-desk: Не удалось открыть файл «file/a.orvel»: часть пути — файл, а не папка.\n"));
     QCOMPARE(desk.exitCode, 2);
 }
 
@@ -841,7 +843,7 @@ void TestHeadless::namesOnStderrShowControlCharacters()
 {
     const DeskProcess desk = run({QStringLiteral("--import"), QStringLiteral("a\x1b[31m\nb\u202e.gkf")});
     QCOMPARE(desk.errors, QStringLiteral("orvel-desk: a\\x1b[31m\\nb\\u202e.gkf: файл не читается: "
-                                         "No such file or directory\n"));
+                                         "такого файла или папки нет\n"));
 }
 
 void TestHeadless::formulasAreGuarded()
@@ -871,10 +873,35 @@ void TestHeadless::projectNameHasNoMarkUp()
     QVERIFY(page.contains(QStringLiteral("‹meta http-equiv=refresh›")));
 }
 
-void TestHeadless::otherLanguagesGetEnglish()
+void TestHeadless::systemDecidesOnTheLanguage_data()
 {
-    QCOMPARE(runShell(folder->path(), QStringLiteral("LC_ALL=de_DE.UTF-8 $DESK --import small.gkf >out")), 0);
-    QCOMPARE(text(QStringLiteral("out")), QStringLiteral("Import: errors 1, warnings 1, messages 3\n"));
+    QTest::addColumn<QString>("environment");
+    QTest::addColumn<QString>("title");
+    const QString russian = QStringLiteral("Импорт");
+    const QString english = QStringLiteral("Import");
+    QTest::newRow("nothing") << "" << english;
+    QTest::newRow("C") << "LC_ALL=C" << english;
+    QTest::newRow("C of today") << "LANG=C.UTF-8" << english;
+    QTest::newRow("German") << "LC_ALL=de_DE.UTF-8" << english;
+    QTest::newRow("British") << "LANG=en_GB.UTF-8" << english;
+    QTest::newRow("Russian") << "LANG=ru_RU.UTF-8" << russian;
+    QTest::newRow("Russian in Ukraine") << "LANG=ru_UA.UTF-8" << russian;
+    QTest::newRow("Russian with points in numbers") << "LANG=ru_RU.UTF-8 LC_NUMERIC=en_US.UTF-8" << russian;
+    QTest::newRow("English with commas in numbers") << "LANG=en_US.UTF-8 LC_NUMERIC=ru_RU.UTF-8" << english;
+    QTest::newRow("Ukrainian, else Russian") << "LANG=uk_UA.UTF-8 LANGUAGE=uk:ru:en" << russian;
+    QTest::newRow("German, else English") << "LANG=de_DE.UTF-8 LANGUAGE=de:en:ru" << english;
+}
+
+void TestHeadless::systemDecidesOnTheLanguage()
+{
+    QFETCH(QString, environment);
+    QFETCH(QString, title);
+    QCOMPARE(
+        runShell(folder->path(), QStringLiteral("unset LC_ALL LANG LANGUAGE; %1 $DESK --import small.gkf "
+                                                "--pages pages >out")
+                                     .arg(environment)),
+        0);
+    QVERIFY(text(QStringLiteral("pages/Import.html")).contains(QStringLiteral("<h1>%1</h1>").arg(title)));
 }
 
 QTEST_GUILESS_MAIN(TestHeadless)

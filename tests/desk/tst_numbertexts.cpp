@@ -23,6 +23,7 @@ private Q_SLOTS:
     void unitWeight();
     void localeOfTheSystemChangesNothing();
     void filesHavePoints();
+    void fieldsHaveCommas();
     void english();
 };
 
@@ -101,11 +102,18 @@ void TestNumberTexts::localeOfTheSystemChangesNothing()
     QLocale::setDefault(before);
 }
 
+void TestNumberTexts::fieldsHaveCommas()
+{
+    installLanguage(QStringLiteral("ru"));
+    QCOMPARE(QLocale().decimalPoint(), QLatin1Char(','));
+}
+
 void TestNumberTexts::english()
 {
     installLanguage(QStringLiteral("en"));
     QCOMPARE(numbers::misclosure(-8.6), QStringLiteral("-8.60"));
     QCOMPARE(numbers::shortest(0.95), QStringLiteral("0.95"));
+    QCOMPARE(QLocale().decimalPoint(), QLatin1Char('.'));
 }
 
 void TestNumberTexts::filesHavePoints()

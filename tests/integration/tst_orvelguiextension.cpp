@@ -344,7 +344,7 @@ void TestOrvelGUIExtension::warnsOnceWhenTheItemPageCannotBeWritten()
 
     viewer.showItemOrvel(item);
     QCOMPARE(fixture.application.getWarnings(),
-             QStringList{QStringLiteral("Не удалось открыть файл «%1»: No such file or directory.")
+             QStringList{QStringLiteral("Не удалось открыть файл «%1»: такого файла или папки нет.")
                              .arg(fixture.tempPath(QStringLiteral("protocol_1.html")))});
     QCOMPARE(fixture.application.getWarningParents(), QObjectList{&viewer});
     QCOMPARE(fixture.opened.getUrls(), QList<QUrl>());

@@ -532,12 +532,12 @@ void TestReplay::refusesALine_data()
     row("page: no such folder", R"({"do": "page", "type": 1, "to": "no/such/1.html"})",
         R"(the page can't be written to "no/such/1.html")");
     row("pageHtml: no such folder", R"({"do": "pageHtml", "type": 1, "to": "no/such/1.html"})",
-        "Не удалось открыть файл «no/such/1.html»: No such file or directory.");
+        "Не удалось открыть файл «no/such/1.html»: такого файла или папки нет.");
     row("pageHtml: no path", R"({"do": "pageHtml", "type": 1})", R"("to" is missing)");
     row("itemPage: no id", R"({"do": "itemPage", "to": "1.html"})", R"("id" is missing)");
     row("itemPage: no path", R"({"do": "itemPage", "id": "1"})", R"("to" is missing)");
     row("itemPage: no such folder", R"({"do": "itemPage", "id": "1", "to": "no/such/1.html"})",
-        "Не удалось открыть файл «no/such/1.html»: No such file or directory.");
+        "Не удалось открыть файл «no/such/1.html»: такого файла или папки нет.");
 
     row("data: before any run", R"({"do": "data", "to": "1.xml"})", "there is no data file yet");
     row("data: no such folder",
@@ -546,10 +546,10 @@ void TestReplay::refusesALine_data()
         R"({"do": "end"})"
         "\n"
         R"({"do": "data", "to": "no/such/1.xml"})",
-        "Не удалось открыть файл «no/such/1.xml»: No such file or directory.");
+        "Не удалось открыть файл «no/such/1.xml»: такого файла или папки нет.");
     row("loadData: no path", R"({"do": "loadData"})", R"("from" is missing)");
     row("loadData: no such file", R"({"do": "loadData", "from": "missing.xml"})",
-        "Не удалось открыть файл «missing.xml»: No such file or directory.");
+        "Не удалось открыть файл «missing.xml»: такого файла или папки нет.");
     row("clear: type is a text", R"({"do": "clear", "type": "1"})", R"("type" is not an integer of 32 bits)");
     row("link: no id", R"({"do": "link", "text": ""})", R"("id" is missing)");
     row("link: no text", R"({"do": "link", "id": "1"})", R"("text" is missing)");
@@ -558,10 +558,10 @@ void TestReplay::refusesALine_data()
         R"("id" is not a text of decimal digits that fit 64 bits)");
     row("save: no path", R"({"do": "save"})", R"("to" is missing)");
     row("save: no such folder", R"({"do": "save", "to": "no/such/1.state"})",
-        "Не удалось открыть файл «no/such/1.state»: No such file or directory.");
+        "Не удалось открыть файл «no/such/1.state»: такого файла или папки нет.");
     row("load: no path", R"({"do": "load"})", R"("from" is missing)");
     row("load: no such file", R"({"do": "load", "from": "missing.state"})",
-        "Не удалось открыть файл «missing.state»: No such file or directory.");
+        "Не удалось открыть файл «missing.state»: такого файла или папки нет.");
 }
 
 void TestReplay::refusesALine()

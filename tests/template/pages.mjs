@@ -18,7 +18,7 @@ const fileOf = (name) => path.join(folder, `${name}.html`);
 const addressOf = (name) => pathToFileURL(fileOf(name)).href;
 
 function execute(program, ...options) {
-  const env = { ...process.env, QT_QPA_PLATFORM: "offscreen" };
+  const env = { ...process.env, QT_QPA_PLATFORM: "offscreen", LANGUAGE: "ru" };
   return execFileSync(path.join(build, "bin", program), options, { cwd: folder, env, encoding: "utf8" });
 }
 

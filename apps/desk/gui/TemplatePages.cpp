@@ -6,6 +6,7 @@
 #include "apps/desk/gui/TablePreviewModel.h"
 #include "apps/desk/templates/TemplateTexts.h"
 #include "host/files/Error.h"
+#include "host/files/StringUtils.h"
 #include "levelling/TemplateGuess.h"
 
 #include <QCheckBox>
@@ -130,7 +131,7 @@ bool TemplateFilePage::validatePage()
     file.open(QIODevice::ReadOnly);
     wizard.beginning = file.read(TablePreviewModel::kBeginning);
     if (file.error() != QFileDevice::NoError) {
-        problem->setText(Desk::tr("Файл не читается: %1").arg(file.errorString()));
+        problem->setText(Desk::tr("Файл не читается: %1").arg(utils::describeReason(file.errorString())));
         return false;
     }
     const int row = templates->currentRow();

@@ -148,7 +148,8 @@ bool Headless::perform(const DeskRun& run)
 void Headless::writePages(const QString& folder)
 {
     if (!QDir().mkpath(folder)) {
-        fail(Refused, Desk::tr("не удалось создать папку «%1»: %2").arg(folder, qt_error_string()));
+        fail(Refused, Desk::tr("не удалось создать папку «%1»: %2")
+                          .arg(folder, utils::describeReason(qt_error_string())));
         return;
     }
     for (const int type : performedTypes)

@@ -10,6 +10,7 @@
 #include "host/app/SDIApplication.h"
 #include "host/enums/EnumData.h"
 #include "host/files/Error.h"
+#include "host/files/StringUtils.h"
 #include "host/files/WholeFile.h"
 
 #include <QFileInfo>
@@ -74,7 +75,7 @@ QString JournalRecorder::openFile()
     } catch (const exceptions::Error& error) {
         return QString::fromStdWString(error.getText());
     }
-    return file.open(QIODevice::WriteOnly) ? QString() : file.errorString();
+    return file.open(QIODevice::WriteOnly) ? QString() : utils::describeReason(file.errorString());
 }
 
 void JournalRecorder::writeHeader()
@@ -179,7 +180,8 @@ void JournalRecorder::write(const QString& command, const QJsonObject& arguments
     if (file.flush())
         return;
     hasFailed = true;
-    Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2").arg(file.fileName(), file.errorString()));
+    Q_EMIT failed(Desk::tr("Журнал «%1» не записывается: %2")
+                      .arg(file.fileName(), utils::describeReason(file.errorString())));
 }
 
 } // namespace orvel::desk

@@ -1,6 +1,7 @@
 #include "apps/desk/runs/ProblemTexts.h"
 
 #include "apps/desk/Desk.h"
+#include "host/files/StringUtils.h"
 
 namespace orvel::desk {
 
@@ -16,7 +17,7 @@ QString failureReason(const Problem& problem)
     const QString argument = problem.arguments.value(0);
     switch (problem.kind) {
     case ProblemKind::FileNotReadable:
-        return Desk::tr("файл не читается: %1").arg(argument);
+        return Desk::tr("файл не читается: %1").arg(utils::describeReason(argument));
     case ProblemKind::WrongRoot:
         return Desk::tr("это не файл нивелирной сети: корневой элемент <%1>, а нужен <gama-local>")
             .arg(argument);

@@ -4,6 +4,7 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/templates/TemplateTexts.h"
 #include "host/files/Error.h"
+#include "host/files/StringUtils.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -213,7 +214,7 @@ TableTemplate read(const QString& path)
     if (file.open(QIODevice::ReadOnly))
         json = file.read(kLargestFile + 1);
     if (file.error() != QFileDevice::NoError)
-        refuse(withPath(Desk::tr("файл не читается: %1").arg(file.errorString())));
+        refuse(withPath(Desk::tr("файл не читается: %1").arg(utils::describeReason(file.errorString()))));
     if (json.size() > kLargestFile)
         refuse(withPath(Desk::tr("файл больше 1\u00A0МиБ")));
     try {

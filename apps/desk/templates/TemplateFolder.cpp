@@ -3,6 +3,7 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/templates/TemplateFile.h"
 #include "host/files/Error.h"
+#include "host/files/StringUtils.h"
 #include "host/files/WholeFile.h"
 
 #include <QDir>
@@ -61,7 +62,7 @@ QString keep(const levelling::TableTemplate& format)
     const QDir folder(getFolder());
     if (!folder.mkpath(QStringLiteral(".")))
         throw exceptions::Error(Desk::tr("не удалось создать папку «%1»: %2")
-                                    .arg(folder.path(), qt_error_string())
+                                    .arg(folder.path(), utils::describeReason(qt_error_string()))
                                     .toStdWString());
     const std::vector<KeptTemplate> kept = list();
     const auto sameName = std::find_if(kept.begin(), kept.end(), [&format](const KeptTemplate& one) {

@@ -357,7 +357,7 @@ void TestQtFile::missingFileCannotBeRead()
     const FileFailure failure = getFailure([this] { QtFile(path).open(QIODevice::ReadOnly); });
 
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
-    QCOMPARE(failure.description, cannotOpen(path, QStringLiteral("No such file or directory")));
+    QCOMPARE(failure.description, cannotOpen(path, QStringLiteral("такого файла или папки нет")));
 }
 
 void TestQtFile::folderCannotBeReadOrWritten()
@@ -366,10 +366,9 @@ void TestQtFile::folderCannotBeReadOrWritten()
     const FileFailure written = getFailure([this] { QtFile(folder->path()).open(QIODevice::WriteOnly); });
 
     QCOMPARE(read.code, static_cast<int>(CFileException::CannotOpen));
-    QCOMPARE(read.description, cannotOpen(folder->path(), QStringLiteral("file to open is a directory")));
+    QCOMPARE(read.description, cannotOpen(folder->path(), QStringLiteral("это папка, а не файл")));
     QCOMPARE(written.code, static_cast<int>(CFileException::CannotOpen));
-    QCOMPARE(written.description,
-             cannotOpen(folder->path(), QStringLiteral("Filename refers to a directory")));
+    QCOMPARE(written.description, cannotOpen(folder->path(), QStringLiteral("это папка, а не файл")));
 }
 
 void TestQtFile::fileCannotServeAsAFolder()
@@ -379,7 +378,7 @@ void TestQtFile::fileCannotServeAsAFolder()
     const FileFailure failure = getFailure([&] { QtFile(below).open(QIODevice::WriteOnly); });
 
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
-    QCOMPARE(failure.description, cannotOpen(below, QStringLiteral("Not a directory")));
+    QCOMPARE(failure.description, cannotOpen(below, QStringLiteral("часть пути — файл, а не папка")));
     QCOMPARE(readFile(path), QByteArrayLiteral("x"));
 }
 
@@ -389,7 +388,7 @@ void TestQtFile::missingFolderCannotBeWrittenTo()
     const FileFailure failure = getFailure([&] { QtFile(below).open(QIODevice::WriteOnly); });
 
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotOpen));
-    QCOMPARE(failure.description, cannotOpen(below, QStringLiteral("No such file or directory")));
+    QCOMPARE(failure.description, cannotOpen(below, QStringLiteral("такого файла или папки нет")));
 }
 
 void TestQtFile::otherWaysOfOpeningAreRefused()
@@ -421,7 +420,7 @@ void TestQtFile::percentSignsInThePathAreKept()
     const QString odd = folder->filePath(QStringLiteral("%1 %2 100%"));
     const FileFailure failure = getFailure([&] { QtFile(odd).open(QIODevice::ReadOnly); });
 
-    QCOMPARE(failure.description, cannotOpen(odd, QStringLiteral("No such file or directory")));
+    QCOMPARE(failure.description, cannotOpen(odd, QStringLiteral("такого файла или папки нет")));
 }
 
 void TestQtFile::failedOpenLeavesNoDevice()
@@ -451,7 +450,8 @@ void TestQtFile::failedWriteIsToldAndTheOldFileStays()
         failure = getFailure([&] { file.close(); });
     }
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
-    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QCOMPARE(failure.description,
+             QStringLiteral("Не удалось записать файл «%1»: файл слишком велик.").arg(path));
     QCOMPARE(file.device(), kNoDevice);
     QCOMPARE(readFile(path), QByteArrayLiteral("old"));
     QCOMPARE(QDir(folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
@@ -470,7 +470,8 @@ void TestQtFile::failedWriteOfAFewBytesIsTold()
         failure = getFailure([&] { file.close(); });
     }
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
-    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QCOMPARE(failure.description,
+             QStringLiteral("Не удалось записать файл «%1»: файл слишком велик.").arg(path));
     QVERIFY(!QFileInfo::exists(path));
 }
 
@@ -486,7 +487,8 @@ void TestQtFile::blockThatIsWrittenInPartIsTold()
         failure = getFailure([&] { file.close(); });
     }
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
-    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: File too large.").arg(path));
+    QCOMPARE(failure.description,
+             QStringLiteral("Не удалось записать файл «%1»: файл слишком велик.").arg(path));
     QCOMPARE(readFile(path), QByteArrayLiteral("old"));
 }
 
@@ -499,7 +501,8 @@ void TestQtFile::failedReplacementIsTold()
     const FileFailure failure = getFailure([&] { file.close(); });
 
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
-    QCOMPARE(failure.description, QStringLiteral("Не удалось записать файл «%1»: Is a directory.").arg(path));
+    QCOMPARE(failure.description,
+             QStringLiteral("Не удалось записать файл «%1»: это папка, а не файл.").arg(path));
     QCOMPARE(QDir(folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("file")});
 }
@@ -515,7 +518,7 @@ void TestQtFile::vanishedFolderIsTold()
 
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotWrite));
     QCOMPARE(failure.description,
-             QStringLiteral("Не удалось записать файл «%1»: No such file or directory.").arg(below));
+             QStringLiteral("Не удалось записать файл «%1»: такого файла или папки нет.").arg(below));
 }
 
 void TestQtFile::failedReadIsTold()
@@ -529,7 +532,7 @@ void TestQtFile::failedReadIsTold()
 
     QCOMPARE(failure.code, static_cast<int>(CFileException::CannotRead));
     QCOMPARE(failure.description,
-             QStringLiteral("Не удалось прочитать файл «%1»: Input/output error.").arg(memory));
+             QStringLiteral("Не удалось прочитать файл «%1»: ошибка ввода-вывода.").arg(memory));
 }
 
 void TestQtFile::fileThatCouldNotBeReadIsKeptBeside()
