@@ -3,9 +3,25 @@
 #include "apps/common/TerminationSignals.h"
 
 #include <algorithm>
+#include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 
 namespace orvel::apps {
+
+bool InputFile::open(OpenMode mode)
+{
+    const QByteArray path = QFile::encodeName(fileName());
+    struct stat status = {};
+    if (mode.testFlag(WriteOnly) || stat(path.constData(), &status) != 0 || !S_ISFIFO(status.st_mode))
+        return QFile::open(mode);
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return QFile::open(mode);
+    // From here on it is the reading that waits.
+    fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    return QFile::open(descriptor, mode, AutoCloseHandle);
+}
 
 qint64 InputFile::readData(char* data, qint64 size)
 {

@@ -9,7 +9,11 @@ namespace orvel::apps {
 class InputFile : public QFile
 {
 public:
+    using QFile::open;
     using QFile::QFile;
+
+    /// A pipe is open at once, also while nobody writes to it.
+    bool open(OpenMode mode) override;
 
 protected:
     qint64 readData(char* data, qint64 size) override;
