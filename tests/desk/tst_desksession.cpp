@@ -159,7 +159,7 @@ void TestDeskSession::startsWithProject()
     QVERIFY(window().saveFile(path));
     session = std::make_unique<DeskSession>(desk->plugins, QString());
     session->start(path);
-    QCOMPARE(window().windowTitle(), QStringLiteral("two-benchmarks[*] (project.orvel)"));
+    QCOMPARE(window().windowTitle(), QStringLiteral("two-benchmarks[*] (%1)").arg(path));
     QVERIFY(window().getDocument().hasResults());
     QVERIFY(!window().isWindowModified());
     QCOMPARE(recentfiles::get().constFirst(), path);

@@ -11,6 +11,7 @@
 #include "apps/desk/gui/AboutBox.h"
 #include "apps/desk/gui/DeskNavigation.h"
 #include "apps/desk/gui/FileDialogs.h"
+#include "apps/desk/gui/FileDrops.h"
 #include "apps/desk/gui/GlyphIcon.h"
 #include "apps/desk/gui/HelpDialog.h"
 #include "apps/desk/gui/ItemFilterModel.h"
@@ -38,7 +39,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMimeData>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QSettings>
 #include <QSplitter>
@@ -58,15 +59,11 @@ namespace {
 // A window that may not be closed right now tries again after so long.
 constexpr std::chrono::milliseconds kCloseAgain(100);
 
-/// The files of a drag from a file manager.
-QStringList findDroppedFiles(const QMimeData& data)
+/// The path as users write it.
+QString shortenHome(const QString& path)
 {
-    QStringList files;
-    for (const QUrl& url : data.urls()) {
-        if (url.isLocalFile())
-            files.append(url.toLocalFile());
-    }
-    return files;
+    const QString home = QDir::homePath() + QLatin1Char('/');
+    return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
 }
 
 /// The pages that the viewer has made.
@@ -97,13 +94,14 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     , status(new QLabel)
 {
     setWindowIcon(makeApplicationIcon());
-    setAcceptDrops(true);
     setCentralWidget(createCentralWidget());
     createProtocolDock();
     // Stands again when a word that hid it is over.
     statusBar()->addWidget(status);
     addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
 
+    connect(new FileDrops(*this, [this] { return !isRunWorking(); }), &FileDrops::dropped, this,
+            &DeskWindow::openFiles);
     connect(actions, &DeskActions::triggered, this, &DeskWindow::perform);
     connect(actions, &DeskActions::classChosen, document, &Document::setLevellingClass);
     connect(actions, &DeskActions::fileRequested, this, &DeskWindow::openFile);
@@ -152,7 +150,7 @@ RunMonitor& DeskWindow::getMonitor()
 
 bool DeskWindow::isRunWorking() const
 {
-    return (monitor && monitor->isRunning()) || document->isChecking();
+    return (monitor && monitor->isRunning()) || document->isChecking() || readsFiles;
 }
 
 void DeskWindow::setRecordFile(const QString& path)
@@ -205,6 +203,11 @@ void DeskWindow::importSources(const std::vector<ImportSource>& sources)
 {
     if (isRunWorking())
         return;
+    // Nobody is asked to give up something for nothing.
+    if (const auto refusal = findRefusal(sources)) {
+        startImport(runs::makeRefusedImport(sources, *refusal));
+        return;
+    }
     const bool isSaved = !document->getProject().getFilePath().isEmpty();
     const bool wasEmpty = document->isEmpty();
     const std::optional<ImportMode> mode = chooseMode();
@@ -214,8 +217,26 @@ void DeskWindow::importSources(const std::vector<ImportSource>& sources)
         recentfiles::add(source.filePath);
     // A saved project stays what it is in its file: another network makes another project.
     const bool isOther = *mode == ImportMode::Replace && (isSaved || wasEmpty);
-    start(runs::makeImport(*document, sources, *mode,
-                           isOther ? QFileInfo(sources.front().filePath).completeBaseName() : QString()));
+    startImport(
+        runs::makeImport(*document, sources, *mode,
+                         isOther ? QFileInfo(sources.front().filePath).completeBaseName() : QString()));
+}
+
+void DeskWindow::startImport(DeskRun run)
+{
+    // What the network that stays comes from is told by the import that has read it.
+    run.keepsProtocol = !document->isEmpty();
+    start(run);
+}
+
+/// Why the files give no network, where there is something to ask of before they take the place of the
+/// present one.
+std::optional<ImportRefusal> DeskWindow::findRefusal(const std::vector<ImportSource>& sources)
+{
+    if (document->isEmpty() && !document->isModified())
+        return std::nullopt;
+    const QScopedValueRollback<bool> guard(readsFiles, true);
+    return runs::findRefusal(*document, sources);
 }
 
 /// How files are imported, after the questions that this asks for; nothing if the user gave up.
@@ -292,7 +313,7 @@ bool DeskWindow::save()
 
 bool DeskWindow::mayBeClosed()
 {
-    if (document->isChecking())
+    if (document->isChecking() || readsFiles)
         return false;
     if (isRunWorking() && !questions::mayStopRun(this, *monitor))
         return false;
@@ -420,7 +441,7 @@ void DeskWindow::bringToFront()
 
 void DeskWindow::closeEvent(QCloseEvent* event)
 {
-    if (document->isChecking()) {
+    if (document->isChecking() || readsFiles) {
         event->ignore();
         QTimer::singleShot(kCloseAgain, this, &QWidget::close);
         return;
@@ -437,23 +458,6 @@ void DeskWindow::closeEvent(QCloseEvent* event)
     }
     saveLayout();
     event->accept();
-}
-
-void DeskWindow::dragEnterEvent(QDragEnterEvent* event)
-{
-    if (!isRunWorking() && !findDroppedFiles(*event->mimeData()).isEmpty())
-        event->acceptProposedAction();
-}
-
-void DeskWindow::dropEvent(QDropEvent* event)
-{
-    const QStringList paths = findDroppedFiles(*event->mimeData());
-    if (paths.isEmpty() || isRunWorking())
-        return;
-    event->acceptProposedAction();
-    // The file manager waits for the end of the drag: no questions before that.
-    QMetaObject::invokeMethod(
-        this, [this, paths] { openFiles(paths); }, Qt::QueuedConnection);
 }
 
 QWidget* DeskWindow::createCentralWidget()
@@ -629,18 +633,19 @@ void DeskWindow::start(const DeskRun& run)
 {
     if (isRunWorking() || !checkProtocol())
         return;
-    getMonitor().setWindowTitle(getTypeText(run.protocolType));
     getMonitor().startRun(run);
     getMonitor().show();
+    updateTitle();
     updateActions();
 }
 
 void DeskWindow::finishRun()
 {
+    updateTitle();
     // A file that could not be read, or written, changes nothing of the project.
     if (!monitor->wasInterrupted() && monitor->getRun().failure->kind != RunFailure::Kind::Refused)
         document->setModified(true);
-    if (monitor->wasInterrupted())
+    if (monitor->isProtocolKept())
         checkProtocol();
     else
         checkProtocol(monitor->getRun().protocolType);
@@ -658,10 +663,15 @@ void DeskWindow::finishRun()
 
 void DeskWindow::updateTitle()
 {
+    const QString name = document->getProject().getName();
     const QString path = document->getProject().getFilePath();
-    const QString file = path.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(QFileInfo(path).fileName());
-    setWindowTitle(document->getProject().getName() + QStringLiteral("[*]") + file);
+    // The folder, too: desks with files of the same name are told apart.
+    const QString file = path.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(shortenHome(path));
+    setWindowTitle(name + QStringLiteral("[*]") + file);
     setWindowFilePath(path);
+    if (monitor && monitor->getRun().protocolType != 0)
+        monitor->setWindowTitle(
+            QStringLiteral("%1 — %2").arg(getTypeText(monitor->getRun().protocolType), name));
 }
 
 void DeskWindow::updateActions()

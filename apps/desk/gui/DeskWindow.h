@@ -79,8 +79,6 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
 private:
     QWidget* createCentralWidget();
@@ -99,7 +97,9 @@ private:
 
     void start(const DeskRun& run);
     void finishRun();
+    void startImport(DeskRun run);
     void importSources(const std::vector<ImportSource>& sources);
+    std::optional<ImportRefusal> findRefusal(const std::vector<ImportSource>& sources);
     std::optional<ImportMode> chooseMode();
     /// True if nothing is unsaved, or after it was saved or given up.
     bool mayLoseChanges();
@@ -113,6 +113,7 @@ private:
     std::unique_ptr<JournalRecorder> recorder;
     std::unique_ptr<RunMonitor> monitor;
     bool closeAfterRun = false;
+    bool readsFiles = false;      ///< to see whether there is something to import
     QStringList tablesToImport;   // behind the run at work
     std::map<int, QString> pages; ///< made of the lines as they are, by protocol type
 

@@ -4,6 +4,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemFilterModel.h"
+#include "apps/desk/gui/NameColumnDelegate.h"
 #include "apps/desk/gui/PointTableModel.h"
 #include "apps/desk/gui/ReportColumnDelegate.h"
 #include "apps/desk/gui/SectionTableModel.h"
@@ -14,6 +15,7 @@
 #include <QPainter>
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 namespace orvel::desk {
@@ -40,6 +42,7 @@ ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidg
     setModel(filterModel);
 
     setAccessibleName(Desk::tr("Пункты и секции"));
+    setItemDelegateForColumn(itemcolumns::Name, new NameColumnDelegate(this));
     setItemDelegateForColumn(itemcolumns::Report, new ReportColumnDelegate(projectWindow, this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
@@ -51,6 +54,7 @@ ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidg
     setUpHeader();
     showCoordinates();
     connect(&document, &Document::networkReplaced, this, &ItemTable::showCoordinates);
+    connect(&document, &Document::networkReplaced, this, &ItemTable::fitNames);
     connect(&document, &Document::resultsChanged, this, &ItemTable::showCoordinates);
     connect(this, &QTableView::clicked, this, &ItemTable::showProtocol);
     slowTimer->setSingleShot(true);
@@ -181,6 +185,29 @@ void ItemTable::showProtocol(const QModelIndex& index)
     // The delegate shows the page in place of an editor.
     if (showPage && protocolsAvailable && index.isValid() && index.column() == itemcolumns::Report)
         showPage([&] { edit(index, AllEditTriggers, nullptr); });
+}
+
+/// Gives the names what they need of the room that the last column has to spare.
+void ItemTable::fitNames()
+{
+    // So many tell well enough how long names are.
+    constexpr int looked = 1000;
+    const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    int longest = 0;
+    for (const QAbstractItemModel* items :
+         {static_cast<QAbstractItemModel*>(pointModel), static_cast<QAbstractItemModel*>(sectionModel)}) {
+        for (int row = 0; row < std::min(items->rowCount(), looked); ++row) {
+            const QString name = items->index(row, itemcolumns::Name).data().toString();
+            longest = std::max(longest, fontMetrics().horizontalAdvance(name));
+        }
+    }
+    const int width = columnWidth(itemcolumns::Name);
+    const QHeaderView* header = horizontalHeader();
+    const int last = header->logicalIndex(header->count() - 1);
+    const int room = header->viewport()->width() - header->length() + columnWidth(last) - 10 * digit;
+    const int wanted = std::min(longest + 3 * digit, 50 * digit);
+    if (wanted > width && room > 0)
+        setColumnWidth(itemcolumns::Name, std::min(wanted, width + room));
 }
 
 void ItemTable::setUpHeader()

@@ -61,6 +61,7 @@ protected:
 private:
     void showProtocol(const QModelIndex& index);
     void setUpHeader();
+    void fitNames();
     /// The columns of coordinates are there when some point has them.
     void showCoordinates();
     QModelIndex findItem(LONGID id) const;

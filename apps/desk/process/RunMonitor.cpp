@@ -1,5 +1,6 @@
 #include "apps/desk/process/RunMonitor.h"
 
+#include "apps/desk/Desk.h"
 #include "apps/desk/process/JournalRecorder.h"
 #include "host/files/ExceptionText.h"
 
@@ -35,6 +36,11 @@ void RunMonitor::startRun(const DeskRun& deskRun)
             throw;
         }
     });
+}
+
+bool RunMonitor::isProtocolKept() const
+{
+    return getInterrupted() || (run.keepsProtocol && run.failure->kind == RunFailure::Kind::Refused);
 }
 
 void RunMonitor::startProtocolStage(std::wstring name)
@@ -92,8 +98,14 @@ void RunMonitor::onThreadFinished()
     run.discardResults = nullptr;
     run.letGo = nullptr;
     if (recorder)
-        recorder->endRun(getInterrupted());
-    OrvelProcessMonitor::onThreadFinished();
+        recorder->endRun(isProtocolKept());
+    if (!isProtocolKept() || getInterrupted()) {
+        OrvelProcessMonitor::onThreadFinished();
+        return;
+    }
+    CProcessMonitor::write(Desk::tr("В проекте ничего не изменилось, протокол прежнего импорта остался."),
+                           {});
+    CProcessMonitor::onThreadFinished();
 }
 
 void RunMonitor::record(const QString& command, const QString& text)

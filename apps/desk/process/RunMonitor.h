@@ -25,6 +25,9 @@ public:
     const DeskRun& getRun() const { return run; }
     /// Whether the latest run was stopped, or ended by an exception.
     bool wasInterrupted() const { return getInterrupted(); }
+    /// Whether the protocol of the latest run's type is that of an earlier run, since the latest was stopped,
+    /// or refused and told to keep it.
+    bool isProtocolKept() const;
 
     using OrvelProcessMonitor::write;
     using OrvelProcessMonitor::writeError;

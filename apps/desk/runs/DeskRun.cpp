@@ -1,6 +1,7 @@
 #include "apps/desk/runs/DeskRun.h"
 
 #include "Orvel/store/ProtocolTypes.h"
+#include "apps/common/TerminationSignals.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
@@ -16,7 +17,11 @@
 #include "apps/desk/runs/RunLines.h"
 #include "apps/desk/runs/TacheometryRun.h"
 #include "apps/desk/runs/ThreadCall.h"
+#include "host/process/BesideWindow.h"
 
+#include <QFileInfo>
+
+#include <algorithm>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -34,6 +39,11 @@ void destroyElsewhere(std::optional<NetworkItems>& items)
         return;
     std::thread([condemned = std::move(*items)] {}).detach();
     items.reset();
+}
+
+int getImportType(const std::vector<ImportSource>& sources)
+{
+    return sources.front().format ? enums::ImportTemplate : enums::Import;
 }
 
 /// What the network comes from has no protocol of the other kind when that is replaced.
@@ -62,7 +72,7 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
 {
     DeskRun run;
     const ImportSettings settings{document.getLevellingClass(), sigma};
-    run.protocolType = sources.front().format ? enums::ImportTemplate : enums::Import;
+    run.protocolType = getImportType(sources);
     const auto replaced = std::make_shared<std::optional<NetworkItems>>();
     const auto windowThread = std::make_shared<ThreadCall>();
     run.function = [&document, sources, mode, settings, type = run.protocolType, replaced, windowThread,
@@ -99,13 +109,43 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
             document.setOrigin(origin);
     };
     run.letGo = [windowThread] { windowThread->close(); };
-    run.discardResults = [&document, replaced, origin] {
-        if (*replaced)
+    run.discardResults = [&document, replaced, origin, wasModified = document.isModified()] {
+        if (*replaced) {
             document.exchangeItems(**replaced);
+            document.setModified(wasModified);
+        }
         destroyElsewhere(*replaced);
         document.setOrigin(origin);
     };
     return run;
+}
+
+DeskRun makeRefusedImport(const std::vector<ImportSource>& sources, const ImportRefusal& refusal)
+{
+    DeskRun run;
+    run.protocolType = getImportType(sources);
+    run.function = [refusal, failure = run.failure](qor::IProcessMonitor& monitor) {
+        writeRefusal(monitor, refusal);
+        *failure = RunFailure::make(RunFailure::Kind::Refused, refusal.reason);
+    };
+    return run;
+}
+
+std::optional<ImportRefusal> findRefusal(const Document& document, const std::vector<ImportSource>& sources)
+{
+    const bool areRegular = std::all_of(sources.begin(), sources.end(), [](const ImportSource& source) {
+        const QFileInfo file(source.filePath);
+        return !file.exists() || file.isFile();
+    });
+    if (!areRegular)
+        return std::nullopt;
+    std::optional<ImportRefusal> refusal;
+    performBesideWindow([&, settings = ImportSettings{document.getLevellingClass(), std::nullopt},
+                         snapshot = document.shareSnapshot()] {
+        refusal =
+            tryImport(sources, snapshot->network.parameters, settings, &apps::TerminationSignals::hasCome);
+    });
+    return refusal;
 }
 
 DeskRun makeCompile(const Document& document)

@@ -45,6 +45,8 @@ struct DeskRun
     /// The run will be waited for without processing events: it must not wait for the window's thread any
     /// more. Called in that thread.
     std::function<void()> letGo;
+    /// When the run is refused, the protocol of the run before it stays.
+    bool keepsProtocol = false;
     /// To be read after the run.
     std::shared_ptr<RunFailure> failure = std::make_shared<RunFailure>();
 };
@@ -59,6 +61,11 @@ namespace runs {
 /// @param sigma  of the sections of levels' files; else the document's levelling class sets it
 DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources, ImportMode mode,
                    const QString& projectName, const std::optional<SectionSigma>& sigma = std::nullopt);
+/// An import of files that give no network, as findRefusal has found: it says so, and changes nothing.
+DeskRun makeRefusedImport(const std::vector<ImportSource>& sources, const ImportRefusal& refusal);
+/// Reads the files before there are questions, and tells of the first that gives no network. What is no
+/// regular file is read by the import only.
+std::optional<ImportRefusal> findRefusal(const Document& document, const std::vector<ImportSource>& sources);
 DeskRun makeCompile(const Document& document);
 DeskRun makeAdjust(Document& document);
 DeskRun makeL1Analysis(const Document& document);

@@ -212,9 +212,8 @@ void readKnownKind(QFile& input, const levelling::LevelSettings& levelSettings,
 }
 
 ReadFile readFile(const ImportSource& source, const levelling::Parameters& parameters,
-                  const ImportSettings& settings, const qor::IProcessMonitor& monitor)
+                  const ImportSettings& settings, const std::function<bool()>& isStopped)
 {
-    const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
     apps::InputFile input(source.filePath);
     if (standardstreams::isStream(source.filePath))
         input.open(STDIN_FILENO, QIODevice::ReadOnly);
@@ -405,15 +404,14 @@ std::vector<int> holdLevelledParts(levelling::Network& network, const std::vecto
     return levelling::holdPartsWithoutDatum(network, isLevelled);
 }
 
-QString refuse(qor::IProcessMonitor& monitor, const ReadFile& file)
+/// Why the file gives no network, if it gives none.
+std::optional<ImportRefusal> findRefusal(const ReadFile& file)
 {
-    const NetworkSnapshot nothing;
-    RunLines lines(monitor, nothing);
-    lines.service(Desk::tr("Файл: %1").arg(RunLines::escape(file.name)));
-    const QString failure = file.fatal ? problems::describeFailure(file.name, *file.fatal)
-                                       : surveytexts::describeFailure(file.name, *file.survey->fatal);
-    lines.error(RunLines::escape(failure));
-    return failure;
+    if (file.fatal)
+        return ImportRefusal{file.name, problems::describeFailure(file.name, *file.fatal)};
+    if (file.survey && file.survey->fatal)
+        return ImportRefusal{file.name, surveytexts::describeFailure(file.name, *file.survey->fatal)};
+    return std::nullopt;
 }
 
 /// Writes what there is to say of the file of a total station. False if the run was stopped.
@@ -539,6 +537,25 @@ void addSetups(tacheometry::FieldBook& book, const tacheometry::FieldBook& added
 
 } // namespace
 
+std::optional<ImportRefusal> tryImport(const std::vector<ImportSource>& sources,
+                                       const levelling::Parameters& parameters,
+                                       const ImportSettings& settings, const std::function<bool()>& isStopped)
+{
+    for (const ImportSource& source : sources) {
+        if (auto refusal = findRefusal(readFile(source, parameters, settings, isStopped)))
+            return refusal;
+    }
+    return std::nullopt;
+}
+
+void writeRefusal(qor::IProcessMonitor& monitor, const ImportRefusal& refusal)
+{
+    const NetworkSnapshot nothing;
+    RunLines lines(monitor, nothing);
+    lines.service(Desk::tr("Файл: %1").arg(RunLines::escape(refusal.fileName)));
+    lines.error(RunLines::escape(refusal.reason));
+}
+
 QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
                   const NetworkSnapshot& base, const NetworkTaker& takeNetwork,
                   const ImportSettings& settings)
@@ -548,12 +565,14 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
     const auto fieldBook = std::make_shared<tacheometry::FieldBook>(*base.fieldBook);
     std::vector<ReadFile> files;
     for (const ImportSource& source : sources) {
-        ReadFile file = readFile(source, network.parameters, settings, monitor);
+        ReadFile file = readFile(source, network.parameters, settings,
+                                 [&monitor] { return !monitor.isProcessRunning(); });
         if (file.isStopped)
             return QString();
-        if (file.fatal || (file.survey && file.survey->fatal)) {
+        if (const auto refusal = findRefusal(file)) {
             monitor.finishCurrentStage();
-            return refuse(monitor, file);
+            writeRefusal(monitor, *refusal);
+            return refusal->reason;
         }
         addNetwork(network, file);
         if (file.survey)

@@ -34,6 +34,24 @@ struct ImportSettings
     std::optional<SectionSigma> sigma;
 };
 
+/// A file that gives no network, and why, as plain text.
+struct ImportRefusal
+{
+    QString fileName;
+    QString reason;
+};
+
+/// Reads the files, changes nothing, and tells of the first that gives no network.
+///
+/// @param parameters  of the network that they would be added to
+std::optional<ImportRefusal> tryImport(const std::vector<ImportSource>& sources,
+                                       const levelling::Parameters& parameters,
+                                       const ImportSettings& settings,
+                                       const std::function<bool()>& isStopped);
+
+/// Writes the lines of an import that a file has ended.
+void writeRefusal(qor::IProcessMonitor& monitor, const ImportRefusal& refusal);
+
 /// Reads levelling networks from files, adds them in their order to a network, and has the project take it.
 /// Every part of a file that was not used as it stands becomes a line that names the line number, and so does
 /// what a file changes about points that are there already. A file without a template is gama-local XML or
