@@ -90,6 +90,11 @@ private:
 
     void addPoints()
     {
+        if (network.points.empty()) {
+            for (const Point& point : added.points)
+                addPoint(point);
+            return;
+        }
         QHash<QString, int> indexOfPoint;
         indexOfPoint.reserve(static_cast<int>(network.points.size() + added.points.size()));
         int index = 0;
@@ -103,11 +108,16 @@ private:
                 mergePoint(*known, point);
                 continue;
             }
-            places.push_back(static_cast<int>(network.points.size()));
+            addPoint(point);
             indexOfPoint.insert(point.id, places.back());
-            network.points.push_back(point);
-            network.points.back().source += firstSource;
         }
+    }
+
+    void addPoint(const Point& point)
+    {
+        places.push_back(static_cast<int>(network.points.size()));
+        network.points.push_back(point);
+        network.points.back().source += firstSource;
     }
 
     void mergePoint(int index, const Point& later)

@@ -1,6 +1,7 @@
 #include "levelling/TemplateReader.h"
 
 #include "levelling/GkfReader.h"
+#include "levelling/SectionKey.h"
 
 #include <QFile>
 
@@ -96,6 +97,9 @@ void TemplateReader::readTable()
     if (result.fatal)
         return;
     completeObservedHeights();
+    tellOfRepeatedRows();
+    if (result.fatal)
+        return;
     checkUnits();
     tellOfText();
     if (result.counts.used == 0)
@@ -179,14 +183,6 @@ void TemplateReader::addSection(qint64 line, const TableValues& values)
     section.line = line;
     setWeight(section, ends);
     checkSlope(section, ends);
-
-    const SectionKey key = makeSectionKey(section);
-    const auto earlier = lineOfSection.constFind(key);
-    if (earlier == lineOfSection.constEnd())
-        lineOfSection.insert(key, line);
-    else
-        addProblem(ProblemKind::RowRepeated, Severity::Warning, line,
-                   {values.from, values.to, QString::number(*earlier)});
     result.network.sections.push_back(std::move(section));
 }
 
@@ -291,6 +287,35 @@ void TemplateReader::completeObservedHeights()
             result.network.observedHeights.push_back({{index}, {sigma * sigma}});
         }
         ++index;
+    }
+}
+
+/// Sorting takes less time and memory than a table of all rows.
+void TemplateReader::tellOfRepeatedRows()
+{
+    const auto getSection = [this](std::size_t index) -> const Section& {
+        return result.network.sections[index];
+    };
+    std::vector<std::pair<SectionKey, std::size_t>> rows;
+    rows.reserve(result.network.sections.size());
+    for (const Section& section : result.network.sections)
+        rows.emplace_back(makeSectionKey(section), rows.size());
+    std::sort(rows.begin(), rows.end());
+    std::size_t first = 0;
+    for (std::size_t i = 1; i < rows.size(); ++i) {
+        if (rows[i].first != rows[first].first) {
+            first = i;
+            continue;
+        }
+        const Section& section = getSection(rows[i].second);
+        const auto& points = result.network.points;
+        addProblem(ProblemKind::RowRepeated, Severity::Warning, section.line,
+                   {points[static_cast<std::size_t>(section.from)].id,
+                    points[static_cast<std::size_t>(section.to)].id,
+                    QString::number(getSection(rows[first].second).line)});
+        checkLimits();
+        if (result.fatal)
+            return;
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include "levelling/Network.h"
 #include "levelling/Problem.h"
-#include "levelling/SectionKey.h"
 #include "levelling/TableTemplate.h"
 
 #include <QHash>
@@ -85,6 +84,7 @@ private:
     int findPoint(const QString& id, qint64 line);
     void tellOfFaults(qint64 line, const TableValues& values, const QStringList& names);
     void completeObservedHeights();
+    void tellOfRepeatedRows();
     void checkUnits();
     void tellOfText();
     void checkLimits();
@@ -95,8 +95,6 @@ private:
     formats::TextTable table;
     TableResult result;
     QHash<QString, int> indexOfPoint;
-    /// Line of the first section with these ends and this difference.
-    QHash<SectionKey, qint64> lineOfSection;
     QHash<int, double> sigmaOfPoint; ///< of those that are observed, by index of the point
     std::vector<Problem> steepSections;
     qint64 longRows = 0;

@@ -526,6 +526,13 @@ bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& f
     return true;
 }
 
+/// Whether there is something to say that names points.
+bool namesPoints(const ReadFile& file)
+{
+    return !file.problems.empty() || !file.level.checks.empty() ||
+           (file.survey && !file.survey->problems.empty());
+}
+
 /// Puts the set-ups of a file behind those of the book.
 void addSetups(tacheometry::FieldBook& book, const tacheometry::FieldBook& added, int source)
 {
@@ -588,9 +595,11 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
 
     RunLines lines(monitor, *snapshot);
     QHash<QString, int> indexOfPoint;
-    int index = 0;
-    for (const levelling::Point& point : snapshot->network.points)
-        indexOfPoint.insert(point.id, index++);
+    if (std::any_of(files.begin(), files.end(), namesPoints)) {
+        int index = 0;
+        for (const levelling::Point& point : snapshot->network.points)
+            indexOfPoint.insert(point.id, index++);
+    }
     bool hasTable = false;
     for (std::size_t i = 0; i < files.size(); ++i) {
         const QString prefix = files.size() > 1 ? QFileInfo(files[i].name).fileName() : QString();
