@@ -2989,6 +2989,18 @@ L in km (else the class sets it)</translation>
         <source>В проекте ничего не изменилось, протокол прежнего импорта остался.</source>
         <translation>Nothing in the project has changed; the protocol of the earlier import has stayed.</translation>
     </message>
+    <message>
+        <source>«%1» — не файл, а канал или устройство. Их читает только orvel-desk --headless.</source>
+        <translation>“%1” is no file but a pipe or a device. Only orvel-desk --headless reads these.</translation>
+    </message>
+    <message>
+        <source>Страницы без оформления: папка «Protocol» с их шаблоном не найдена. Переустановите программу.</source>
+        <translation>Pages are without their look: the folder “Protocol” with their template was not found. Install the program again.</translation>
+    </message>
+    <message>
+        <source>Страницы без оформления: шаблон из папки «%1» не скопирован в «%2».</source>
+        <translation>Pages are without their look: the template in the folder “%1” was not copied to “%2”.</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

@@ -23,6 +23,7 @@
 #include <QTest>
 
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -42,6 +43,9 @@ private Q_SLOTS:
     void startsWithNetwork();
     void startsWithProject();
     void startsWithUriOfNoProject();
+    void startsWithAPipe_data();
+    void startsWithAPipe();
+    void unreadableProjectIsNotAskedAbout();
     void openedProjectReplacesWindow();
     void openingAsksForUnsavedChanges();
     void changesSavedOnOpeningAreOpened();
@@ -170,6 +174,43 @@ void TestDeskSession::startsWithUriOfNoProject()
     session->start(QStringLiteral("orvel://locate-item?id=1000003&project=%D0%9C%D0%BE%D1%81%D1%82"));
     QCOMPARE(window().getMessageBar().getMessage(),
              QStringLiteral("Ссылка ведёт в проект «Мост». Откройте этот проект и щёлкните ссылку ещё раз."));
+}
+
+void TestDeskSession::startsWithAPipe_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("network") << "pipe.gkf";
+    QTest::newRow("project") << "pipe.orvel";
+}
+
+void TestDeskSession::startsWithAPipe()
+{
+    QFETCH(QString, name);
+    const QString path = desk->path(name);
+    QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    session->start(path);
+    QCOMPARE(
+        desk->application.takeWarnings(),
+        QStringList(
+            QStringLiteral("«%1» — не файл, а канал или устройство. Их читает только orvel-desk --headless.")
+                .arg(path)));
+    QVERIFY(!window().isRunWorking());
+}
+
+void TestDeskSession::unreadableProjectIsNotAskedAbout()
+{
+    adjust();
+    QVERIFY(window().isWindowModified());
+    const QString path = desk->path(QStringLiteral("cut.orvel"));
+    writeFile(path, "ORVP");
+    const Answer answer(QStringLiteral("Отмена"));
+    Q_EMIT window().openRequested(path);
+    Q_EMIT window().openRequested(desk->path(QString()));
+    QCOMPARE(answer.getQuestion(), QString());
+    const QStringList warnings = desk->application.takeWarnings();
+    QCOMPARE(warnings.size(), 2);
+    QVERIFY(warnings[0].startsWith(QStringLiteral("Проект не открыт. ")));
+    QVERIFY2(warnings[1].endsWith(QStringLiteral("это папка, а не файл.")), qUtf8Printable(warnings[1]));
 }
 
 void TestDeskSession::openedProjectReplacesWindow()

@@ -4,6 +4,7 @@
 #include "tests/support/MessageText.h"
 #include "tests/support/TestFiles.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -11,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
+
+#include <csignal>
 
 using namespace orvel::test;
 
@@ -61,6 +64,9 @@ private Q_SLOTS:
     void brokenTemplateStartsNothing();
     void logIsNotEmptied();
     void fileUrlsAreTaken();
+    void pagesWithoutTheirLookAreToldOf();
+    void pipeWithoutWriterIsGivenUp();
+    void pipeWithAWriterIsRead();
     void namesOnStderrShowControlCharacters();
     void formulasAreGuarded();
     void projectNameHasNoMarkUp();
@@ -837,6 +843,43 @@ void TestHeadless::fileUrlsAreTaken()
         run({QStringLiteral("--open"), url("a.orvel"), QStringLiteral("--run"), QStringLiteral("compile")})
             .exitCode,
         0);
+}
+
+void TestHeadless::pagesWithoutTheirLookAreToldOf()
+{
+    QVERIFY(QDir(folder->path()).mkpath(QStringLiteral("data/Protocol")));
+    QCOMPARE(
+        runShell(folder->path(), QStringLiteral("ORVEL_DATA_DIR=$PWD/data $DESK --import small.gkf --pages "
+                                                "pages >out 2>errors")),
+        2);
+    QCOMPARE(text(QStringLiteral("out")),
+             QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3; pages/Import.html\n"));
+    QVERIFY(text(QStringLiteral("errors"))
+                .contains(QRegularExpression(
+                    QStringLiteral("(^|\n)orvel-desk: Страницы без оформления: шаблон из папки "
+                                   "«%1» не скопирован в «.*»\\.\n")
+                        .arg(path(QStringLiteral("data/Protocol"))))));
+    QVERIFY(QFile::exists(path(QStringLiteral("pages/Import.html"))));
+}
+
+void TestHeadless::pipeWithoutWriterIsGivenUp()
+{
+    // As Ctrl+C at a terminal does.
+    QCOMPARE(
+        runShell(folder->path(), QStringLiteral("mkfifo pipe.gkf; $DESK --import pipe.gkf >out 2>errors & "
+                                                "sleep 1; kill -TERM $!; wait $!")),
+        128 + SIGTERM);
+    QCOMPARE(text(QStringLiteral("out")), QString());
+}
+
+void TestHeadless::pipeWithAWriterIsRead()
+{
+    QCOMPARE(
+        runShell(folder->path(), QStringLiteral("mkfifo pipe.gkf; (sleep 0.3; cat small.gkf >pipe.gkf) & "
+                                                "$DESK --import pipe.gkf >out 2>errors")),
+        0);
+    QCOMPARE(text(QStringLiteral("out")),
+             QStringLiteral("Импорт: ошибок 1, предупреждений 1, сообщений 3\n"));
 }
 
 void TestHeadless::namesOnStderrShowControlCharacters()

@@ -43,6 +43,10 @@ void DeskSession::start(const QString& argument)
 
 void DeskSession::openProject(const QString& path)
 {
+    if (const QString reason = filedialogs::describeNoFile(path); !reason.isEmpty()) {
+        Application::warning(reason, window.get());
+        return;
+    }
     try {
         std::unique_ptr<Document> document = loadDocument(path);
         // Asked when there is something to show in place of the present project.

@@ -24,6 +24,7 @@
 #include "apps/desk/protocol/ProtocolList.h"
 #include "apps/desk/protocol/ProtocolPanel.h"
 #include "apps/desk/reports/DeskReports.h"
+#include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
 #include "host/app/Application.h"
 #include "host/files/Error.h"
@@ -203,6 +204,12 @@ void DeskWindow::importSources(const std::vector<ImportSource>& sources)
 {
     if (isRunWorking())
         return;
+    for (const ImportSource& source : sources) {
+        if (const QString reason = filedialogs::describeNoFile(source.filePath); !reason.isEmpty()) {
+            Application::warning(reason, this);
+            return;
+        }
+    }
     // Nobody is asked to give up something for nothing.
     if (const auto refusal = findRefusal(sources)) {
         startImport(runs::makeRefusedImport(sources, *refusal));
@@ -357,8 +364,11 @@ bool DeskWindow::showPage(const std::function<void()>& show)
     const QStringList before = listPages();
     show();
     const ProtocolKeeper::Outcome outcome = document->checkProtocol();
-    if (outcome.message.isEmpty())
+    if (outcome.message.isEmpty()) {
+        if (const QString lack = pagelook::describeLack(); !lack.isEmpty())
+            messageBar->showMessage(lack);
         return true;
+    }
     for (const QString& page : listPages()) {
         if (!before.contains(page))
             QFile::remove(page);

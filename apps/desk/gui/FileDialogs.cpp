@@ -55,6 +55,15 @@ bool isTableFile(const QString& path)
     return kTableSuffixes.contains(suffix) && recognise(path) == formats::FileKind::Unknown;
 }
 
+QString describeNoFile(const QString& path)
+{
+    const QFileInfo file(path);
+    if (!file.exists() || file.isFile() || file.isDir())
+        return QString();
+    return Desk::tr("«%1» — не файл, а канал или устройство. Их читает только orvel-desk --headless.")
+        .arg(path);
+}
+
 QString chooseFile(QWidget* parent)
 {
     return QFileDialog::getOpenFileName(parent, Desk::tr("Открыть проект или измерения"),

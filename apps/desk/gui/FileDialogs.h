@@ -16,6 +16,10 @@ bool isNetworkFile(const QString& path);
 /// Whether the file is text that needs a template to be imported.
 bool isTableFile(const QString& path);
 
+/// Why a window does not read what is there under that name: a pipe or a device would hold it up. Empty for
+/// files, folders, and where there is nothing.
+QString describeNoFile(const QString& path);
+
 /// A project or a network.
 QString chooseFile(QWidget* parent);
 /// Files to be imported, which may be text files, too.

@@ -7,6 +7,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StandardStreams.h"
+#include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
 #include "apps/desk/templates/TemplateFile.h"
 #include "host/enums/EnumData.h"
@@ -154,6 +155,8 @@ void Headless::writePages(const QString& folder)
     }
     for (const int type : performedTypes)
         writePage(type, makePagePath(folder, type));
+    if (const QString lack = pagelook::describeLack(); !lack.isEmpty())
+        fail(Refused, lack);
 }
 
 void Headless::writePage(int type, const QString& path)
