@@ -2,7 +2,9 @@
 
 #include "Orvel/store/COrvel.h"
 #include "Orvel/store/SavedProtocol.h"
+#include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/DocumentCommand.h"
 #include "apps/desk/document/FieldBookArchive.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
@@ -14,6 +16,7 @@
 
 #include <QScopedValueRollback>
 #include <QSet>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <cmath>
@@ -65,11 +68,28 @@ bool isUsable(const tacheometry::Position& position)
            std::isfinite(position.y.value_or(0.0)) && std::isfinite(position.height.value_or(0.0));
 }
 
-bool isUsable(const levelling::Section& section)
+bool isMeasurementUsable(const levelling::Section& section)
 {
-    return section.from != section.to && std::isfinite(section.difference) && isPositive(section.sigma) &&
+    return std::isfinite(section.difference) && isPositive(section.sigma) &&
            isPositiveIfThere(section.distance) && isPositiveIfThere(section.stdev) &&
            section.stations.value_or(1) > 0 && std::isfinite(section.readingDifference.value_or(0.0));
+}
+
+bool isUsable(const levelling::Section& section)
+{
+    return section.from != section.to && isMeasurementUsable(section);
+}
+
+/// Whether no state has a number that is still to be given.
+bool areStatesUsable(const DocumentStates& states)
+{
+    const auto isGiven = [&states](qint64 number) { return number >= 0 && number <= states.latest; };
+    const auto isStateGiven = [&](const DocumentState& state) {
+        return isGiven(state.network) && isGiven(state.settings);
+    };
+    return isStateGiven(states.current) && isGiven(states.results) &&
+           std::all_of(states.protocols.begin(), states.protocols.end(),
+                       [&](const auto& protocol) { return isStateGiven(protocol.second); });
 }
 
 /// The types whose protocols are about a network, and not about where it comes from.
@@ -125,17 +145,23 @@ bool isConsistent(const Document::Content& content)
     const auto isPoint = [pointCount](int index) { return index >= 0 && index < pointCount; };
     const int sourceCount = std::max(1, content.sources.size());
     const auto isSource = [sourceCount](int index) { return index >= 0 && index < sourceCount; };
-    return areObservedHeightsUsable(content) && fieldbookarchive::isUsable(*content.fieldBook, sourceCount) &&
+    const auto isDeletedUsable = [&](const DeletedSection& deleted) {
+        return deleted.id >= kFirstId && deleted.id < content.nextId && isMeasurementUsable(deleted.section);
+    };
+    return areObservedHeightsUsable(content) && areStatesUsable(content.states) &&
+           std::all_of(content.deletedSections.begin(), content.deletedSections.end(), isDeletedUsable) &&
+           fieldbookarchive::isUsable(*content.fieldBook, sourceCount) &&
            std::all_of(content.points.begin(), content.points.end(),
                        [&](const auto& item) {
                            const levelling::Point& point = item->getPoint();
                            return isNew(item->getId()) && isUsable(point) &&
+                                  isUsable(item->getOriginal().value_or(point)) &&
                                   isUsable(item->getPolarResult()) && isSource(point.source);
                        }) &&
            std::all_of(content.sections.begin(), content.sections.end(), [&](const auto& section) {
                const levelling::Section& ends = section->getSection();
                return isNew(section->getId()) && isPoint(ends.from) && isPoint(ends.to) && isUsable(ends) &&
-                      isSource(ends.source);
+                      isMeasurementUsable(section->getOriginal().value_or(ends)) && isSource(ends.source);
            });
 }
 
@@ -146,9 +172,11 @@ Document::Document(const PluginManager& plugins, const QString& projectName, QOb
     , project(withoutMarkUp(projectName))
     , model(&project)
     , sectionManager(nullptr)
-    , snapshot(std::make_shared<const NetworkSnapshot>())
+    , fieldBook(std::make_shared<const tacheometry::FieldBook>())
+    , undoStack(new QUndoStack(this))
     , nextId(kFirstId)
 {
+    connect(undoStack, &QUndoStack::cleanChanged, this, &Document::tellModified);
     auto manager = std::make_unique<tervo::CItemManager>();
     sectionManager = manager.get();
     model.setTervoObject(std::move(manager));
@@ -186,12 +214,32 @@ bool Document::isFileChanged() const
     return now.exists && now != fileState;
 }
 
+/// Another class of the levelling.
+class ClassCommand : public DocumentCommand
+{
+public:
+    ClassCommand(Document& openDocument, LevellingClass newClass)
+        : DocumentCommand(openDocument, Scope::Settings,
+                          Desk::tr("Класс нивелирования: %1").arg(describeClass(newClass)))
+        , classBefore(openDocument.getLevellingClass())
+        , classAfter(newClass)
+    {}
+
+private:
+    void apply(bool isForward) override
+    {
+        getDocument().levellingClass = isForward ? classAfter : classBefore;
+        Q_EMIT getDocument().levellingClassChanged(getDocument().levellingClass);
+    }
+
+    const LevellingClass classBefore;
+    const LevellingClass classAfter;
+};
+
 void Document::setLevellingClass(LevellingClass newClass)
 {
-    if (levellingClass == newClass)
-        return;
-    levellingClass = newClass;
-    setModified(true);
+    if (levellingClass != newClass)
+        undoStack->push(new ClassCommand(*this, newClass));
 }
 
 std::vector<LevellingPoint*> Document::getPoints() const
@@ -210,6 +258,16 @@ std::vector<LevellingSection*> Document::getSections() const
     for (const auto& item : sectionManager->getItems())
         sections.push_back(static_cast<LevellingSection*>(item.get()));
     return sections;
+}
+
+const LevellingPoint* Document::findPoint(LONGID id) const
+{
+    return dynamic_cast<const LevellingPoint*>(model.findItemAnywhere(id));
+}
+
+const LevellingSection* Document::findSection(LONGID id) const
+{
+    return static_cast<const LevellingSection*>(sectionManager->findItem(id));
 }
 
 QString Document::findTypeName(LONGID id) const
@@ -243,8 +301,9 @@ bool Document::hasCoordinates() const
 
 void Document::setNetwork(const levelling::Network& network)
 {
-    NetworkItems items = NetworkItems::make(network, *snapshot, nextId);
+    NetworkItems items = NetworkItems::make(network, *shareWholeSnapshot(), nextId);
     takeNetwork(items);
+    undoStack->clear();
 }
 
 void Document::takeNetwork(NetworkItems& items, std::optional<int> otherImport)
@@ -260,16 +319,30 @@ void Document::takeNetwork(NetworkItems& items, std::optional<int> otherImport)
 
 void Document::exchangeItems(NetworkItems& items)
 {
+    const qint64 stateBefore = states.current.network;
+    states.current.network = items.state ? *items.state : takeStateNumber();
+    items.state = stateBefore;
+    putItems(items);
+    setModified(true);
+    tellOutdated();
+}
+
+/// Puts the items into the place of those that are there.
+void Document::putItems(NetworkItems& items)
+{
     Q_EMIT networkAboutToBeReplaced();
     model.exchangeItems(items.points);
     tervo::CItemManager* oldSections = std::exchange(sectionManager, items.sections.get());
     // The model gives the same manager out as an object of another type.
     static_cast<void>(model.exchangeTervoObject(std::move(items.sections)).release());
     items.sections.reset(oldSections);
-    snapshot.swap(items.snapshot);
+    std::swap(head, items.head);
+    fieldBook.swap(items.fieldBook);
+    wholeSnapshot.swap(items.snapshot);
+    snapshot.reset();
+    deletedSections.swap(items.deletedSections);
     std::swap(nextId, items.nextId);
     Q_EMIT networkReplaced();
-    setModified(true);
 }
 
 bool Document::setContent(Content content)
@@ -284,8 +357,12 @@ bool Document::setContent(Content content)
     NetworkItems items =
         NetworkItems::make(std::move(network), std::move(content.points), std::move(content.sections),
                            content.nextId, std::move(content.fieldBook));
+    items.deletedSections = std::move(content.deletedSections);
     levellingClass = content.levellingClass;
+    states = std::move(content.states);
+    items.state = states.current.network;
     exchangeItems(items);
+    undoStack->clear();
     return true;
 }
 
@@ -293,15 +370,17 @@ Document::Content Document::copyContent() const
 {
     Content content;
     content.description = getDescription();
-    content.sources = snapshot->network.sources;
+    content.sources = head.sources;
     content.parameters = getParameters();
     content.levellingClass = levellingClass;
     for (const LevellingPoint* point : getPoints())
         content.points.push_back(std::make_unique<LevellingPoint>(*point));
     for (const LevellingSection* section : getSections())
         content.sections.push_back(std::make_unique<LevellingSection>(*section));
-    content.observedHeights = snapshot->network.observedHeights;
-    content.fieldBook = snapshot->fieldBook;
+    content.observedHeights = head.observedHeights;
+    content.fieldBook = fieldBook;
+    content.deletedSections = deletedSections;
+    content.states = states;
     content.nextId = nextId;
     return content;
 }
@@ -340,6 +419,8 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
         state.ids = *outcome.mentionedItems;
         state.write(getProtocol());
     }
+    if (finishedRun && outcome.isWhole)
+        states.protocols[*finishedRun] = states.current;
     if (finishedRun || outcome.isChanged)
         setSummary(keeper.getSummary());
     return outcome;
@@ -349,14 +430,28 @@ void Document::setSummary(ProtocolSummary newSummary)
 {
     replacedSummary = std::exchange(summary, std::move(newSummary));
     Q_EMIT summaryChanged();
+    tellOutdated();
+}
+
+bool Document::isModified() const
+{
+    return modified || !undoStack->isClean();
 }
 
 void Document::setModified(bool isChanged)
 {
-    if (modified == isChanged)
-        return;
     modified = isChanged;
-    Q_EMIT modifiedChanged(modified);
+    if (!isChanged)
+        undoStack->setClean();
+    tellModified();
+}
+
+void Document::tellModified()
+{
+    if (toldModified == isModified())
+        return;
+    toldModified = isModified();
+    Q_EMIT modifiedChanged(toldModified);
 }
 
 QHash<QString, tacheometry::Position> Document::getGivenPositions() const
@@ -403,19 +498,22 @@ void Document::setAdjustment(const levelling::Adjustment& adjustment)
         point->setResult(result);
         ++index;
     }
+    // Of the sections those were adjusted that are not switched off.
     index = 0;
     for (LevellingSection* section : getSections()) {
         std::optional<LevellingSection::Result> result;
-        if (isUsable && adjustment.sections[index]) {
+        if (!section->isOff() && isUsable && adjustment.sections[index]) {
             const levelling::AdjustedSection& adjusted = *adjustment.sections[index];
             result = LevellingSection::Result{adjusted.residual, adjusted.statistic, adjusted.redundancy,
                                               adjusted.grossError, adjusted.detectableError};
         }
         section->setResult(result);
-        ++index;
+        index += section->isOff() ? 0U : 1U;
     }
+    states.results = states.current.network;
     Q_EMIT resultsChanged();
     setModified(true);
+    tellOutdated();
 }
 
 } // namespace orvel::desk

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "apps/desk/document/DocumentState.h"
 #include "apps/desk/document/FileState.h"
+#include "apps/desk/document/HandChange.h"
 #include "apps/desk/document/LevellingClass.h"
+#include "apps/desk/document/NetworkChange.h"
 #include "apps/desk/document/NetworkItems.h"
 #include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/document/ProtocolKeeper.h"
@@ -16,10 +19,13 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 class COrvel;
 class PluginManager;
+class QUndoCommand;
+class QUndoStack;
 
 namespace orvel {
 struct ProtocolState;
@@ -48,6 +54,8 @@ public:
         std::vector<levelling::ObservedHeights> observedHeights;
         std::shared_ptr<const tacheometry::FieldBook> fieldBook =
             std::make_shared<const tacheometry::FieldBook>();
+        std::vector<DeletedSection> deletedSections; ///< by hand
+        DocumentStates states;
         /// The next new item's id, larger than all that were ever given.
         LONGID nextId = 0;
     };
@@ -78,12 +86,16 @@ public:
     CCommonTervoModel& getModel() { return model; }
     COrvel& getProtocol() const;
 
-    const QString& getDescription() const { return snapshot->network.description; }
-    const levelling::Parameters& getParameters() const { return snapshot->network.parameters; }
+    const QString& getDescription() const { return head.description; }
+    const levelling::Parameters& getParameters() const { return head.parameters; }
     LevellingClass getLevellingClass() const { return levellingClass; }
+    /// By a command of the undo stack.
     void setLevellingClass(LevellingClass newClass);
     std::vector<LevellingPoint*> getPoints() const;
     std::vector<LevellingSection*> getSections() const;
+    /// The point, or the section, of that id; null if there is none.
+    const LevellingPoint* findPoint(LONGID id) const;
+    const LevellingSection* findSection(LONGID id) const;
     /// The internal name of an item's type, as links have it; empty if there is no such item.
     QString findTypeName(LONGID id) const;
     bool isEmpty() const;
@@ -112,10 +124,38 @@ public:
     bool setContent(Content content);
     /// A copy of the network with its ids and results, for setContent().
     Content copyContent() const;
-    /// The network with its ids. It never changes; another network has another snapshot.
-    const NetworkSnapshot& getSnapshot() const { return *snapshot; }
-    /// The same for a run, which may keep it.
-    std::shared_ptr<const NetworkSnapshot> shareSnapshot() const { return snapshot; }
+    /// What runs compute with: all points, and the sections that are not switched off, with their ids. It
+    /// never changes; another network has another snapshot.
+    const NetworkSnapshot& getSnapshot() const { return *shareSnapshot(); }
+    /// The same for a run, which may keep it. Made anew after a change.
+    std::shared_ptr<const NetworkSnapshot> shareSnapshot() const;
+    /// The network with what is switched off.
+    std::shared_ptr<const NetworkSnapshot> shareWholeSnapshot() const;
+
+    /// The commands by which the project was changed by hand. Whoever has a run at work must not use it.
+    QUndoStack& getUndoStack() const { return *undoStack; }
+    /// Makes the change by a command of that text. False if there is nothing to change, or while edits are
+    /// refused.
+    bool applyChange(const QString& text, NetworkChange change);
+    /// While a run works, the network stays as it is: it computes with it.
+    void refuseEdits(bool areRefused) { editsRefused = areRefused; }
+    bool areEditsRefused() const { return editsRefused; }
+    /// What was done by hand to the network.
+    HandStates getHandStates() const;
+    /// The same as a list: points and sections in their order, then what was deleted.
+    std::vector<HandChange> getHandChanges() const;
+    /// A new item's id, given to nobody else.
+    LONGID takeId() { return nextId++; }
+
+    const DocumentState& getState() const { return states.current; }
+    /// A number for a new state.
+    qint64 takeStateNumber() { return ++states.latest; }
+    /// There are results, and the network is another one than that which they belong to.
+    bool areResultsOutdated() const;
+    /// There are lines of that type, and its run would compute with something else now.
+    bool isProtocolOutdated(int protocolType) const;
+    /// The types of outdated protocols, in the order in which they would be run again.
+    std::vector<int> getOutdatedTypes() const;
 
     /// Gives the protocol that state, with a data file that was made just now.
     void setProtocolState(const ProtocolState& state, const QByteArray& dataContent);
@@ -135,7 +175,7 @@ public:
     const ProtocolSummary& getSummary() const { return summary; }
 
     /// Whether the project differs from what was saved last.
-    bool isModified() const { return modified; }
+    bool isModified() const;
     void setModified(bool isChanged);
 
     /// What is known of points before tacheometry is computed, by name: given coordinates, and heights that
@@ -151,6 +191,11 @@ Q_SIGNALS:
     /// The points and sections will be others, or have changed.
     void networkAboutToBeReplaced();
     void networkReplaced();
+    /// Values of these items were changed by hand, or whether they are switched off; no rows came or went.
+    void itemsEdited(const std::vector<LONGID>& ids);
+    /// Other results or protocols than before are outdated.
+    void outdatedChanged();
+    void levellingClassChanged(orvel::desk::LevellingClass levellingClass);
     /// Results of the adjustment came.
     void resultsChanged();
     /// The protocols have other lines now.
@@ -160,14 +205,35 @@ Q_SIGNALS:
     void originChanged();
 
 private:
+    friend class ClassCommand;
+    friend class DocumentCommand;
+    friend class NetworkCommand;
+
     void setSummary(ProtocolSummary newSummary);
+    void tellModified();
+    void setState(const DocumentState& state);
+    void tellOutdated();
+    void performChange(const NetworkChange& change, bool isForward);
+    void editItems(const NetworkChange& change, bool isForward);
+    void moveRows(const NetworkChange& change, bool isForward);
+    void putItems(NetworkItems& items);
+    NetworkSnapshot makeSnapshot(bool isWhole) const;
 
     CProject project;
     FileState fileState;
     std::shared_ptr<ProjectLock> lock;
     CCommonTervoModel model;
-    tervo::CItemManager* sectionManager;             // owned by the model
-    std::shared_ptr<const NetworkSnapshot> snapshot; // of the items
+    tervo::CItemManager* sectionManager; // owned by the model
+    levelling::Network head;             ///< what the network has besides points and sections
+    std::shared_ptr<const tacheometry::FieldBook> fieldBook;
+    // Of the items; null until somebody asks after a change.
+    mutable std::shared_ptr<const NetworkSnapshot> snapshot;
+    mutable std::shared_ptr<const NetworkSnapshot> wholeSnapshot;
+    std::vector<DeletedSection> deletedSections;
+    QUndoStack* undoStack;
+    bool editsRefused = false;
+    DocumentStates states;
+    std::set<int> toldOutdated; ///< the types; 0 for the results
     LevellingClass levellingClass = LevellingClass::IV;
     LONGID nextId;
     ProtocolKeeper keeper;
@@ -176,7 +242,8 @@ private:
     ProtocolSummary summary;
     ProtocolSummary replacedSummary; ///< the one before it, until that is freed beside the window
     bool checking = false;
-    bool modified = false;
+    bool modified = false; ///< by something else than commands
+    bool toldModified = false;
 };
 
 } // namespace orvel::desk

@@ -65,6 +65,18 @@ void LevellingPoint::serializeFieldData(CQtArchive& archive)
     serializeValue(archive, polar.height);
 }
 
+std::optional<levelling::Point> LevellingPoint::getOriginal() const
+{
+    return hand ? hand->original : std::nullopt;
+}
+
+void LevellingPoint::setPoint(const levelling::Point& newPoint, const PointHandPointer& newHand)
+{
+    point = newPoint;
+    hand = newHand;
+    notify();
+}
+
 void LevellingPoint::setResult(const std::optional<Result>& adjusted)
 {
     result = adjusted;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "apps/desk/document/HandState.h"
 #include "host/model/CModelElement.h"
-#include "levelling/Network.h"
 #include "tacheometry/FieldBook.h"
 
 #include <optional>
@@ -35,6 +35,13 @@ public:
     void serializeFieldData(CQtArchive& archive);
 
     const levelling::Point& getPoint() const { return point; }
+    bool isAddedByHand() const { return hand && hand->isAdded; }
+    /// As it was imported, if it was changed by hand.
+    std::optional<levelling::Point> getOriginal() const;
+    /// What was done to it by hand; null for nothing.
+    const PointHandPointer& getHand() const { return hand; }
+    /// Gives it another part in the network; its name stays.
+    void setPoint(const levelling::Point& newPoint, const PointHandPointer& newHand);
     const std::optional<Result>& getResult() const { return result; }
     void setResult(const std::optional<Result>& adjusted);
     /// What the tacheometric computation gave; empty if nothing.
@@ -48,6 +55,7 @@ private:
     levelling::Point point;
     std::optional<Result> result;
     tacheometry::Position polar;
+    PointHandPointer hand;
 };
 
 } // namespace orvel::desk

@@ -73,6 +73,17 @@ void LevellingSection::serializeFieldData(CQtArchive& archive)
     serializeValue(archive, section.note);
 }
 
+std::optional<levelling::Section> LevellingSection::getOriginal() const
+{
+    return hand ? hand->original : std::nullopt;
+}
+
+void LevellingSection::setSection(const levelling::Section& newSection, const SectionHandPointer& newHand)
+{
+    section = newSection;
+    hand = newHand;
+}
+
 void LevellingSection::setResult(const std::optional<Result>& adjusted)
 {
     result = adjusted;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "apps/desk/document/HandState.h"
 #include "host/model/IItemManager.h"
-#include "levelling/Network.h"
 
 #include <optional>
 
@@ -40,6 +40,16 @@ public:
 
     /// Its ends are indices of the project's points.
     const levelling::Section& getSection() const { return section; }
+    /// Switched off by hand: no run knows of it.
+    bool isOff() const { return hand && hand->isOff; }
+    QString getOffReason() const { return hand ? hand->offReason : QString(); }
+    bool isAddedByHand() const { return hand && hand->isAdded; }
+    /// As it was imported, if it was changed by hand; its ends are not kept.
+    std::optional<levelling::Section> getOriginal() const;
+    /// What was done to it by hand; null for nothing.
+    const SectionHandPointer& getHand() const { return hand; }
+    /// Puts another measurement into the place of this one.
+    void setSection(const levelling::Section& newSection, const SectionHandPointer& newHand);
     const std::optional<Result>& getResult() const { return result; }
     void setResult(const std::optional<Result>& adjusted);
 
@@ -48,6 +58,7 @@ private:
     QString name;
     levelling::Section section;
     std::optional<Result> result;
+    SectionHandPointer hand;
 };
 
 } // namespace orvel::desk

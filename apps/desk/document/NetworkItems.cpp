@@ -1,14 +1,12 @@
 #include "apps/desk/document/NetworkItems.h"
 
-#include <QHash>
-
 #include <utility>
 
 namespace orvel::desk {
 
 namespace {
 
-QString makeSectionName(const QString& from, const QString& to)
+QString joinNames(const QString& from, const QString& to)
 {
     return from + QStringLiteral(" – ") + to;
 }
@@ -17,14 +15,29 @@ QString makeSectionName(const QString& from, const QString& to)
 class UniqueNames
 {
 public:
+    UniqueNames() = default;
+    explicit UniqueNames(const QSet<QString>& takenNames) : taken(takenNames) {}
+
+    /// A name that somebody has already.
+    void take(const QString& name) { taken.insert(name); }
+
     QString make(const QString& name)
     {
-        const int count = ++counts[name];
-        return count == 1 ? name : QStringLiteral("%1 (%2)").arg(name, QString::number(count));
+        QString unique = count(name);
+        while (taken.contains(unique))
+            unique = count(name);
+        return unique;
     }
 
 private:
+    QString count(const QString& name)
+    {
+        const int number = ++counts[name];
+        return number == 1 ? name : QStringLiteral("%1 (%2)").arg(name, QString::number(number));
+    }
+
     QHash<QString, int> counts;
+    QSet<QString> taken;
 };
 
 /// Gives items that are known by name the ids that they have, the others new ones.
@@ -63,6 +76,17 @@ private:
     int items = 0;
 };
 
+/// What a network has besides points and sections.
+levelling::Network getHead(const levelling::Network& network)
+{
+    levelling::Network head;
+    head.description = network.description;
+    head.sources = network.sources;
+    head.parameters = network.parameters;
+    head.observedHeights = network.observedHeights;
+    return head;
+}
+
 /// The network is that of the items.
 std::optional<NetworkItems> assemble(levelling::Network network,
                                      std::vector<std::unique_ptr<LevellingPoint>> points,
@@ -73,9 +97,11 @@ std::optional<NetworkItems> assemble(levelling::Network network,
     NetworkSnapshot snapshot;
     if (fieldBook)
         snapshot.fieldBook = std::move(fieldBook);
-    snapshot.network = std::move(network);
     NetworkItems items;
     items.nextId = nextId;
+    items.head = getHead(network);
+    items.fieldBook = snapshot.fieldBook;
+    snapshot.network = std::move(network);
     for (auto& point : points) {
         if (!question.mayGoOn())
             return std::nullopt;
@@ -98,8 +124,14 @@ std::optional<NetworkItems> assemble(levelling::Network network,
 NetworkItems::NetworkItems()
     : points(std::make_unique<CItemTree>())
     , sections(std::make_unique<tervo::CItemManager>())
+    , fieldBook(std::make_shared<const tacheometry::FieldBook>())
     , snapshot(std::make_shared<NetworkSnapshot>())
 {}
+
+QString NetworkItems::makeSectionName(const QString& from, const QString& to, const QSet<QString>& taken)
+{
+    return UniqueNames(taken).make(joinNames(from, to));
+}
 
 NetworkItems NetworkItems::make(levelling::Network network, const NetworkSnapshot& known, LONGID nextId)
 {
@@ -108,9 +140,12 @@ NetworkItems NetworkItems::make(levelling::Network network, const NetworkSnapsho
 
 std::optional<NetworkItems> NetworkItems::make(levelling::Network network, const NetworkSnapshot& known,
                                                LONGID nextId, const std::function<bool()>& isStopped,
-                                               std::shared_ptr<const tacheometry::FieldBook> fieldBook)
+                                               std::shared_ptr<const tacheometry::FieldBook> fieldBook,
+                                               const HandStates* hands)
 {
     StopQuestion question(isStopped);
+    const std::size_t keptPoints = hands ? known.pointIds.size() : 0;
+    const std::size_t keptSections = hands ? known.sectionIds.size() : 0;
     IdFinder pointIds(nextId);
     for (std::size_t i = 0; i < known.pointIds.size(); ++i) {
         if (!question.mayGoOn())
@@ -130,20 +165,36 @@ std::optional<NetworkItems> NetworkItems::make(levelling::Network network, const
         if (!question.mayGoOn())
             return std::nullopt;
         points.push_back(std::make_unique<LevellingPoint>(pointIds.find(point.id), point));
+        const std::size_t index = points.size() - 1;
+        if (index < keptPoints && isSameRole(point, known.network.points[index]))
+            points.back()->setPoint(point, hands->points.value(known.pointIds[index]));
     }
     std::vector<std::unique_ptr<LevellingSection>> sections;
     sections.reserve(network.sections.size());
     UniqueNames sectionNames;
+    for (std::size_t i = 0; i < keptSections; ++i)
+        sectionNames.take(known.sectionNames[static_cast<int>(i)]);
     for (const levelling::Section& section : network.sections) {
         if (!question.mayGoOn())
             return std::nullopt;
+        const std::size_t index = sections.size();
+        if (index < keptSections) {
+            const LONGID id = known.sectionIds[index];
+            sections.push_back(
+                std::make_unique<LevellingSection>(id, section, known.sectionNames[static_cast<int>(index)]));
+            sections.back()->setSection(section, hands->sections.value(id));
+            continue;
+        }
         const QString name =
-            sectionNames.make(makeSectionName(network.points[static_cast<std::size_t>(section.from)].id,
-                                              network.points[static_cast<std::size_t>(section.to)].id));
+            sectionNames.make(joinNames(network.points[static_cast<std::size_t>(section.from)].id,
+                                        network.points[static_cast<std::size_t>(section.to)].id));
         sections.push_back(std::make_unique<LevellingSection>(sectionIds.find(name), section, name));
     }
-    return assemble(std::move(network), std::move(points), std::move(sections), nextId, std::move(fieldBook),
-                    question);
+    std::optional<NetworkItems> items = assemble(std::move(network), std::move(points), std::move(sections),
+                                                 nextId, std::move(fieldBook), question);
+    if (items && hands)
+        items->deletedSections = hands->deletedSections;
+    return items;
 }
 
 NetworkItems NetworkItems::make(levelling::Network network,

@@ -20,6 +20,7 @@
 #include "host/process/BesideWindow.h"
 
 #include <QFileInfo>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <optional>
@@ -76,14 +77,15 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
     const auto replaced = std::make_shared<std::optional<NetworkItems>>();
     const auto windowThread = std::make_shared<ThreadCall>();
     run.function = [&document, sources, mode, settings, type = run.protocolType, replaced, windowThread,
-                    known = document.shareSnapshot(), nextId = document.getNextId(),
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
+                    known = document.shareWholeSnapshot(), hands = document.getHandStates(),
+                    nextId = document.getNextId(), failure = run.failure](qor::IProcessMonitor& monitor) {
         const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
         const NetworkTaker takeNetwork = [&](levelling::Network network,
                                              std::shared_ptr<const tacheometry::FieldBook> fieldBook)
             -> std::shared_ptr<const NetworkSnapshot> {
             std::optional<NetworkItems> items =
-                NetworkItems::make(std::move(network), *known, nextId, isStopped, std::move(fieldBook));
+                NetworkItems::make(std::move(network), *known, nextId, isStopped, std::move(fieldBook),
+                                   mode == ImportMode::Add ? &hands : nullptr);
             if (!items)
                 return nullptr;
             const std::shared_ptr<const NetworkSnapshot> snapshot = items->snapshot;
@@ -104,6 +106,9 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
     if (!projectName.isEmpty())
         document.setProjectName(projectName);
     run.takeResults = [&document, replaced, origin, failure = run.failure] {
+        // The commands fit the network that was there.
+        if (*replaced)
+            document.getUndoStack().clear();
         destroyElsewhere(*replaced);
         if (failure->kind != RunFailure::Kind::None)
             document.setOrigin(origin);

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "apps/desk/document/DocumentState.h"
+
+#include <QUndoCommand>
+
+namespace orvel::desk {
+
+class Document;
+
+/// A command of a document's undo stack: what it changes is what runs compute with, so that the project's
+/// state is another one by it.
+class DocumentCommand : public QUndoCommand
+{
+public:
+    void redo() final;
+    void undo() final;
+
+protected:
+    enum class Scope { Network, Settings };
+
+    /// To be pushed on the document's stack at once.
+    DocumentCommand(Document& openDocument, Scope scope, const QString& text);
+
+    Document& getDocument() const { return document; }
+
+private:
+    /// Makes the change, or takes it back.
+    virtual void apply(bool isForward) = 0;
+
+    Document& document;
+    const DocumentState before;
+    const DocumentState after;
+};
+
+} // namespace orvel::desk

@@ -1,0 +1,313 @@
+// What is changed by hand, and what belongs to which state of the network.
+
+#include "Orvel/store/ProtocolTypes.h"
+#include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/DocumentCommand.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
+
+#include <QUndoStack>
+
+#include <algorithm>
+#include <utility>
+
+namespace orvel::desk {
+
+namespace {
+
+/// Whether a run of that type computes with points and sections; the others tell of files.
+bool dependsOnNetwork(int protocolType)
+{
+    return protocolType != enums::Import && protocolType != enums::ImportTemplate &&
+           protocolType != enums::Export;
+}
+
+/// Whether its lines depend on the class as well.
+bool dependsOnSettings(int protocolType)
+{
+    return protocolType == enums::Compile || protocolType == enums::FixedPointsAnalysis ||
+           protocolType == enums::AutoChainTracingAnalysis;
+}
+
+/// Copies of the items without the removed ones and with the added ones in their places.
+/// @param places  gets the new index of every item; -1 for one that is removed
+template<typename Item>
+std::vector<std::unique_ptr<Item>>
+compose(const std::vector<Item*>& items, const std::vector<NetworkChange::Placed<Item>>& removed,
+        const std::vector<NetworkChange::Placed<Item>>& added, std::vector<int>& places)
+{
+    std::vector<std::unique_ptr<Item>> composed;
+    composed.reserve(items.size() + added.size());
+    auto nextAdded = added.begin();
+    const auto takeAdded = [&] {
+        for (; nextAdded != added.end() && nextAdded->place == composed.size(); ++nextAdded)
+            composed.push_back(std::make_unique<Item>(*nextAdded->item));
+    };
+    auto nextRemoved = removed.begin();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (nextRemoved != removed.end() && nextRemoved->place == i) {
+            ++nextRemoved;
+            places.push_back(-1);
+            continue;
+        }
+        takeAdded();
+        places.push_back(static_cast<int>(composed.size()));
+        composed.push_back(std::make_unique<Item>(*items[i]));
+    }
+    takeAdded();
+    return composed;
+}
+
+DeletedSection makeDeleted(const LevellingSection& item)
+{
+    DeletedSection deleted{item.getId(), item.getName(), item.getOriginal().value_or(item.getSection())};
+    deleted.section.from = 0;
+    deleted.section.to = 0;
+    return deleted;
+}
+
+HandChange makeHandChange(HandChange::Kind kind, const LevellingSection& item)
+{
+    HandChange change;
+    change.kind = kind;
+    change.id = item.getId();
+    change.name = item.getName();
+    change.reason = item.getOffReason();
+    change.section = item.getSection();
+    change.sectionBefore = item.getOriginal().value_or(item.getSection());
+    return change;
+}
+
+void addHandChanges(std::vector<HandChange>& changes, const LevellingPoint& item)
+{
+    if (!item.getHand())
+        return;
+    HandChange change;
+    change.kind = item.isAddedByHand() ? HandChange::Kind::PointAdded : HandChange::Kind::PointChanged;
+    change.id = item.getId();
+    change.name = item.getName();
+    change.point = item.getPoint();
+    change.pointBefore = item.getOriginal().value_or(item.getPoint());
+    changes.push_back(change);
+}
+
+void addHandChanges(std::vector<HandChange>& changes, const LevellingSection& item)
+{
+    if (item.isAddedByHand())
+        changes.push_back(makeHandChange(HandChange::Kind::SectionAdded, item));
+    if (item.getOriginal())
+        changes.push_back(makeHandChange(HandChange::Kind::SectionChanged, item));
+    if (item.isOff())
+        changes.push_back(makeHandChange(HandChange::Kind::SectionOff, item));
+}
+
+} // namespace
+
+/// A change of points and sections.
+class NetworkCommand : public DocumentCommand
+{
+public:
+    NetworkCommand(Document& openDocument, const QString& text, NetworkChange networkChange)
+        : DocumentCommand(openDocument, Scope::Network, text)
+        , change(std::move(networkChange))
+    {}
+
+private:
+    void apply(bool isForward) override { getDocument().performChange(change, isForward); }
+
+    const NetworkChange change;
+};
+
+bool Document::applyChange(const QString& text, NetworkChange change)
+{
+    if (editsRefused || change.isEmpty())
+        return false;
+    undoStack->push(new NetworkCommand(*this, text, std::move(change)));
+    return true;
+}
+
+void Document::performChange(const NetworkChange& change, bool isForward)
+{
+    snapshot.reset();
+    wholeSnapshot.reset();
+    if (change.movesRows())
+        moveRows(change, isForward);
+    else
+        editItems(change, isForward);
+}
+
+void Document::editItems(const NetworkChange& change, bool isForward)
+{
+    std::vector<LONGID> ids;
+    for (const auto& edit : change.pointEdits) {
+        const NetworkChange::PointState& state = isForward ? edit.after : edit.before;
+        static_cast<LevellingPoint*>(model.findItemAnywhere(edit.id))->setPoint(state.point, state.hand);
+        ids.push_back(edit.id);
+    }
+    for (const auto& edit : change.sectionEdits) {
+        const NetworkChange::SectionState& state = isForward ? edit.after : edit.before;
+        static_cast<LevellingSection*>(sectionManager->findItem(edit.id))
+            ->setSection(state.section, state.hand);
+        ids.push_back(edit.id);
+    }
+    Q_EMIT itemsEdited(ids);
+}
+
+void Document::moveRows(const NetworkChange& change, bool isForward)
+{
+    const auto& removedSections = isForward ? change.removedSections : change.addedSections;
+    const auto& addedSections = isForward ? change.addedSections : change.removedSections;
+    std::vector<int> pointPlaces;
+    auto points = compose(getPoints(), isForward ? change.removedPoints : change.addedPoints,
+                          isForward ? change.addedPoints : change.removedPoints, pointPlaces);
+    std::vector<int> sectionPlaces;
+    auto sections = compose(getSections(), removedSections, addedSections, sectionPlaces);
+    // Those that stay name their ends by the places before.
+    for (const int place : sectionPlaces) {
+        if (place < 0)
+            continue;
+        LevellingSection& item = *sections[static_cast<std::size_t>(place)];
+        levelling::Section section = item.getSection();
+        section.from = pointPlaces[static_cast<std::size_t>(section.from)];
+        section.to = pointPlaces[static_cast<std::size_t>(section.to)];
+        item.setSection(section, item.getHand());
+    }
+    levelling::Network newHead = head;
+    for (levelling::ObservedHeights& group : newHead.observedHeights) {
+        for (int& point : group.points)
+            point = pointPlaces[static_cast<std::size_t>(point)];
+    }
+    NetworkItems items =
+        NetworkItems::make(std::move(newHead), std::move(points), std::move(sections), nextId, fieldBook);
+    items.deletedSections = deletedSections;
+    const auto isImported = [](const auto& placed) { return !placed.item->isAddedByHand(); };
+    if (isForward) {
+        for (const auto& placed : change.removedSections) {
+            if (isImported(placed))
+                items.deletedSections.push_back(makeDeleted(*placed.item));
+        }
+    } else {
+        const auto count =
+            std::count_if(change.removedSections.begin(), change.removedSections.end(), isImported);
+        items.deletedSections.resize(items.deletedSections.size() - static_cast<std::size_t>(count));
+    }
+    // No protocols go with it.
+    clearedTypes.clear();
+    putItems(items);
+}
+
+std::shared_ptr<const NetworkSnapshot> Document::shareSnapshot() const
+{
+    if (snapshot)
+        return snapshot;
+    const std::vector<LevellingSection*> sections = getSections();
+    const bool isAnyOff = std::any_of(sections.begin(), sections.end(),
+                                      [](const LevellingSection* section) { return section->isOff(); });
+    snapshot = isAnyOff ? std::make_shared<const NetworkSnapshot>(makeSnapshot(false)) : shareWholeSnapshot();
+    return snapshot;
+}
+
+std::shared_ptr<const NetworkSnapshot> Document::shareWholeSnapshot() const
+{
+    if (!wholeSnapshot)
+        wholeSnapshot = std::make_shared<const NetworkSnapshot>(makeSnapshot(true));
+    return wholeSnapshot;
+}
+
+NetworkSnapshot Document::makeSnapshot(bool isWhole) const
+{
+    NetworkSnapshot made;
+    made.network = head;
+    made.fieldBook = fieldBook;
+    for (const LevellingPoint* point : getPoints()) {
+        made.network.points.push_back(point->getPoint());
+        made.pointIds.push_back(point->getId());
+    }
+    for (const LevellingSection* section : getSections()) {
+        if (section->isOff() && !isWhole)
+            continue;
+        made.network.sections.push_back(section->getSection());
+        made.sectionIds.push_back(section->getId());
+        made.sectionNames.append(section->getName());
+    }
+    return made;
+}
+
+HandStates Document::getHandStates() const
+{
+    HandStates hands;
+    for (const LevellingPoint* point : getPoints()) {
+        if (point->getHand())
+            hands.points.insert(point->getId(), point->getHand());
+    }
+    for (const LevellingSection* section : getSections()) {
+        if (section->getHand())
+            hands.sections.insert(section->getId(), section->getHand());
+    }
+    hands.deletedSections = deletedSections;
+    return hands;
+}
+
+std::vector<HandChange> Document::getHandChanges() const
+{
+    std::vector<HandChange> changes;
+    for (const LevellingPoint* point : getPoints())
+        addHandChanges(changes, *point);
+    for (const LevellingSection* section : getSections())
+        addHandChanges(changes, *section);
+    for (const DeletedSection& deleted : deletedSections) {
+        HandChange change;
+        change.kind = HandChange::Kind::SectionDeleted;
+        change.id = deleted.id;
+        change.name = deleted.name;
+        change.sectionBefore = deleted.section;
+        changes.push_back(change);
+    }
+    return changes;
+}
+
+bool Document::areResultsOutdated() const
+{
+    return states.results != states.current.network && hasResults();
+}
+
+bool Document::isProtocolOutdated(int protocolType) const
+{
+    if (!dependsOnNetwork(protocolType) || summary.types.count(protocolType) == 0)
+        return false;
+    const auto found = states.protocols.find(protocolType);
+    const DocumentState state = found == states.protocols.end() ? DocumentState() : found->second;
+    return state.network != states.current.network ||
+           (dependsOnSettings(protocolType) && state.settings != states.current.settings);
+}
+
+std::vector<int> Document::getOutdatedTypes() const
+{
+    std::vector<int> types = getProtocolTypes();
+    types.erase(
+        std::remove_if(types.begin(), types.end(), [this](int type) { return !isProtocolOutdated(type); }),
+        types.end());
+    return types;
+}
+
+void Document::setState(const DocumentState& state)
+{
+    states.current = state;
+    tellOutdated();
+}
+
+void Document::tellOutdated()
+{
+    constexpr int results = 0;
+    const std::vector<int> types = getOutdatedTypes();
+    std::set<int> outdated(types.begin(), types.end());
+    if (areResultsOutdated())
+        outdated.insert(results);
+    if (outdated == toldOutdated)
+        return;
+    toldOutdated = outdated;
+    Q_EMIT outdatedChanged();
+}
+
+} // namespace orvel::desk

@@ -1,0 +1,94 @@
+#include "apps/desk/document/HandChange.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/runs/NumberTexts.h"
+
+#include <QStringList>
+
+namespace orvel::desk {
+
+namespace handchanges {
+
+namespace {
+
+QString asItIs(const QString& text)
+{
+    return text;
+}
+
+QString describeLength(const std::optional<double>& kilometres)
+{
+    return kilometres ? Desk::tr("%1\u00A0км").arg(numbers::length(*kilometres)) : Desk::tr("не задана");
+}
+
+QString describeMeasurement(const levelling::Section& section)
+{
+    QStringList parts{Desk::tr("превышение %1\u00A0м").arg(numbers::height(section.difference))};
+    if (section.distance)
+        parts.append(Desk::tr("длина %1").arg(describeLength(section.distance)));
+    if (section.stations)
+        parts.append(Desk::tr("станций %1").arg(QString::number(*section.stations)));
+    parts.append(Desk::tr("СКО %1\u00A0мм").arg(numbers::sigma(section.sigma)));
+    return parts.join(QStringLiteral(", "));
+}
+
+QString compareMeasurements(const levelling::Section& now, const levelling::Section& before)
+{
+    QStringList parts;
+    if (now.difference != before.difference)
+        parts.append(Desk::tr("превышение %1\u00A0м вместо %2\u00A0м")
+                         .arg(numbers::height(now.difference), numbers::height(before.difference)));
+    if (now.distance != before.distance)
+        parts.append(Desk::tr("длина %1 вместо %2")
+                         .arg(describeLength(now.distance), describeLength(before.distance)));
+    if (now.sigma != before.sigma || now.stdev != before.stdev)
+        parts.append(Desk::tr("СКО %1\u00A0мм вместо %2\u00A0мм")
+                         .arg(numbers::sigma(now.sigma), numbers::sigma(before.sigma)));
+    return parts.join(QStringLiteral(", "));
+}
+
+QString describeRole(const levelling::Point& point)
+{
+    if (point.fixed)
+        return Desk::tr("исходный репер, отметка %1\u00A0м").arg(numbers::height(*point.height));
+    if (point.observed)
+        return Desk::tr("отметка %1\u00A0м известна с ковариациями").arg(numbers::height(*point.height));
+    return point.height ? Desk::tr("определяемый пункт, приближённая высота %1\u00A0м")
+                              .arg(numbers::height(*point.height))
+                        : Desk::tr("определяемый пункт");
+}
+
+} // namespace
+
+QString describe(const HandChange& change)
+{
+    return describe(change, change.name, asItIs);
+}
+
+QString describe(const HandChange& change, const QString& itemName, QString (*escape)(const QString&))
+{
+    switch (change.kind) {
+    case HandChange::Kind::PointChanged:
+        return Desk::tr("Пункт %1 изменён вручную: %2")
+            .arg(itemName,
+                 Desk::tr("%1 (было: %2)").arg(describeRole(change.point), describeRole(change.pointBefore)));
+    case HandChange::Kind::PointAdded:
+        return Desk::tr("Пункт %1 добавлен вручную: %2").arg(itemName, describeRole(change.point));
+    case HandChange::Kind::SectionOff:
+        return change.reason.isEmpty()
+                   ? Desk::tr("Секция %1 отключена, причина не указана").arg(itemName)
+                   : Desk::tr("Секция %1 отключена: %2").arg(itemName, escape(change.reason));
+    case HandChange::Kind::SectionChanged:
+        return Desk::tr("Секция %1 изменена вручную: %2")
+            .arg(itemName, compareMeasurements(change.section, change.sectionBefore));
+    case HandChange::Kind::SectionAdded:
+        return Desk::tr("Секция %1 добавлена вручную: %2").arg(itemName, describeMeasurement(change.section));
+    case HandChange::Kind::SectionDeleted:
+        break;
+    }
+    return Desk::tr("Секция %1 удалена: %2").arg(itemName, describeMeasurement(change.sectionBefore));
+}
+
+} // namespace handchanges
+
+} // namespace orvel::desk
