@@ -1,6 +1,7 @@
 #include "tests/support/TestFiles.h"
 
 #include <QDir>
+#include <QMimeDatabase>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -19,6 +20,8 @@ private Q_SLOTS:
     void whatLiesElsewhereDoesNotMatter();
     void replayRunsFromAnyFolder();
     void desktopFileTakesLinksAndFiles();
+    void fileTypesAreKnown_data();
+    void fileTypesAreKnown();
 
 private:
     /// Runs an installed program with no other environment than a program needs. Its output.
@@ -116,7 +119,35 @@ void TestInstallation::desktopFileTakesLinksAndFiles()
     QVERIFY(desktop.contains("\nExec=orvel-desk %u\n"));
     QVERIFY(desktop.contains("\nIcon=org.orvel.Desk\n"));
     QVERIFY(desktop.contains("\nMimeType=application/x-orvel-project;application/x-gama-local+xml;"
-                             "x-scheme-handler/orvel;\n"));
+                             "application/x-survey-gsi;application/x-survey-m5;x-scheme-handler/orvel;\n"));
+}
+
+void TestInstallation::fileTypesAreKnown_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("type");
+    const auto sample = [](const char* name) {
+        return readFile(QStringLiteral(DESK_SAMPLES "/") + QString::fromUtf8(name));
+    };
+    QTest::newRow("project") << "line.orvel" << QByteArray("ORVP") << "application/x-orvel-project";
+    QTest::newRow("network") << "line.gkf" << sample("blunder.gkf") << "application/x-gama-local+xml";
+    QTest::newRow("level, GSI") << "day.gsi" << sample("level-loop.gsi") << "application/x-survey-gsi";
+    QTest::newRow("level, in capitals")
+        << "DAY.GSI" << sample("level-loop.gsi") << "application/x-survey-gsi";
+    QTest::newRow("level, M5") << "day.m5" << sample("level-lines.m5") << "application/x-survey-m5";
+    QTest::newRow("M5 by its content") << "day" << sample("tacheometry.m5") << "application/x-survey-m5";
+}
+
+void TestInstallation::fileTypesAreKnown()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, type);
+    // The system's own list beside it would have to be compiled anew.
+    qputenv("XDG_DATA_DIRS", folder.filePath(QStringLiteral("share")).toUtf8());
+    qputenv("XDG_DATA_HOME", folder.filePath(QStringLiteral("nothing")).toUtf8());
+    QCOMPARE(QMimeDatabase().mimeTypeForFileNameAndData(name, content).name(), type);
 }
 
 QTEST_GUILESS_MAIN(TestInstallation)
