@@ -6,8 +6,10 @@
 #include "apps/replay/JournalError.h"
 #include "apps/replay/ReplayHost.h"
 #include "apps/replay/ReplayRun.h"
+#include "host/app/Application.h"
 #include "host/enums/EnumData.h"
 #include "host/files/CQtArchive.h"
+#include "host/files/CTranslater.h"
 #include "host/files/Error.h"
 #include "host/files/QtFile.h"
 #include "host/files/WholeFile.h"
@@ -146,6 +148,13 @@ void JournalPlayer::makeProject(const JournalLine& line)
 {
     if (host)
         throw JournalError(QStringLiteral("there is a project already"));
+    // What the protocol itself puts on pages; the lines are in the language of who recorded them.
+    const QString language = line.getText(QStringLiteral("language"), QStringLiteral("ru"));
+    if (language == QLatin1String("en"))
+        CTranslater::GetInstance().loadTranslation(
+            Application::locateData(QStringLiteral("translations/orvel_en.qm")));
+    else if (language != QLatin1String("ru"))
+        throw JournalError(QStringLiteral("there are no texts in the language \"%1\"").arg(language));
     host = std::make_unique<ReplayHost>(line.getText(QStringLiteral("name")),
                                         line.getText(QStringLiteral("scheme"), QStringLiteral("survey")),
                                         line.getFlag(QStringLiteral("reportGenerator"), false));

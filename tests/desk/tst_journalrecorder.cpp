@@ -27,6 +27,7 @@ private Q_SLOTS:
     void replayGivesSamePages();
     void replayGivesSamePagesOfSavedProject();
     void journalOfSmallNetwork();
+    void headlessRunsAreRecorded_data();
     void headlessRunsAreRecorded();
     void unwritableJournalIsReported();
 
@@ -134,16 +135,24 @@ void TestJournalRecorder::journalOfSmallNetwork()
              QString());
 }
 
+void TestJournalRecorder::headlessRunsAreRecorded_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::newRow("Russian") << "ru";
+    QTest::newRow("English") << "en";
+}
+
 void TestJournalRecorder::headlessRunsAreRecorded()
 {
+    QFETCH(QString, language);
     const QString other = desk->path(QStringLiteral("headless.jsonl"));
     QProcess process;
     process.setWorkingDirectory(desk->folder.path());
     process.start(QStringLiteral(DESK_PROGRAM),
-                  {QStringLiteral("--headless"), QStringLiteral("--import"),
-                   samplePath(QStringLiteral("blunder.gkf")), QStringLiteral("--record"), other,
-                   QStringLiteral("--run"), QStringLiteral("adjust"), QStringLiteral("--pages"),
-                   QStringLiteral("pages")});
+                  {QStringLiteral("--headless"), QStringLiteral("--language"), language,
+                   QStringLiteral("--import"), samplePath(QStringLiteral("blunder.gkf")),
+                   QStringLiteral("--record"), other, QStringLiteral("--run"), QStringLiteral("adjust"),
+                   QStringLiteral("--pages"), QStringLiteral("pages")});
     QVERIFY(process.waitForFinished());
     QCOMPARE(QString::fromUtf8(process.readAllStandardError()), QString());
     QCOMPARE(replay(other), QString());

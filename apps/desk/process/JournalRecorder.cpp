@@ -16,6 +16,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QLocale>
 
 #include <algorithm>
 
@@ -94,9 +95,12 @@ void JournalRecorder::writeHeader()
         writeEnum(report.type);
     for (const int type : getProtocolTypes())
         writeEnum(type);
-    write(QStringLiteral("project"), {{QStringLiteral("name"), document.getProject().getName()},
-                                      {QStringLiteral("scheme"), getScheme()},
-                                      {QStringLiteral("reportGenerator"), true}});
+    QJsonObject project{{QStringLiteral("name"), document.getProject().getName()},
+                        {QStringLiteral("scheme"), getScheme()},
+                        {QStringLiteral("reportGenerator"), true}};
+    if (QLocale().language() == QLocale::English)
+        project.insert(QStringLiteral("language"), QStringLiteral("en"));
+    write(QStringLiteral("project"), project);
     for (const auto& [protocolType, types] : deskreports::getTypesByProtocol()) {
         QJsonArray reports;
         for (const int type : types)
