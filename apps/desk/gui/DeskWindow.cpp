@@ -19,6 +19,7 @@
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/Questions.h"
 #include "apps/desk/gui/RecentFiles.h"
+#include "apps/desk/gui/ScreenSize.h"
 #include "apps/desk/gui/TemplateWizard.h"
 #include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/ProtocolList.h"
@@ -123,7 +124,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     updateTitle();
     updateActions();
     // Wide enough for the table in the font at hand.
-    resize(qMax(1000, table->horizontalHeader()->length() + 60), 680);
+    resizeToScreen(*this, {qMax(1000, table->horizontalHeader()->length() + 60), 680});
     // The dialogs of a window know where it stands before the window manager has told.
     move(screen()->availableGeometry().center() - rect().center());
     restoreLayout();

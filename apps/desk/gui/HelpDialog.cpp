@@ -2,6 +2,7 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/gui/ScreenSize.h"
 #include "apps/desk/runs/RunKinds.h"
 
 #include <QDialogButtonBox>
@@ -72,7 +73,7 @@ HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(text, 1);
     layout->addWidget(buttons);
-    resize(620, 560);
+    resizeToScreen(*this, {620, 560});
 }
 
 void HelpDialog::showOver(QWidget* parent)

@@ -1,6 +1,7 @@
 #include "apps/desk/gui/TemplateWizard.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/gui/ScreenSize.h"
 #include "apps/desk/gui/TemplatePages.h"
 
 namespace orvel::desk {
@@ -22,7 +23,7 @@ TemplateWizard::TemplateWizard(const QStringList& files, QWidget* parent)
     addPage(filePage);
     addPage(columnsPage);
     addPage(namePage);
-    resize(940, 620);
+    resizeToScreen(*this, {940, 620});
 }
 
 QStringList TemplateWizard::getFiles() const

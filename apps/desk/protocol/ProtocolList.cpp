@@ -47,6 +47,9 @@ ProtocolList::ProtocolList(QWidget* parent) : QTreeWidget(parent)
     setUniformRowHeights(true);
     setToolTip(Desk::tr("Двойной щелчок или Enter показывает страницу протокола"));
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    // Where there is little room a name is cut rather than its counts.
+    header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    header()->setStretchLastSection(false);
     int column = 1;
     for (const COVMessage::MessageType kind : ProtocolTree::kKinds) {
         // The words would need more room than the numbers.
@@ -90,6 +93,7 @@ void ProtocolList::addType(int type, const ProtocolSummary::Counts& counts)
 {
     auto* item = new QTreeWidgetItem(this);
     item->setText(0, getTypeText(type));
+    item->setToolTip(0, getTypeText(type));
     item->setIcon(0, makeIcon(Glyph::Protocol));
     item->setData(0, kTypeRole, type);
     int column = 1;
@@ -104,6 +108,7 @@ void ProtocolList::addType(int type, const ProtocolSummary::Counts& counts)
         item->setFont(1, bold);
     }
     item->setText(column, describeTime(counts.ended));
+    item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
 }
 
 } // namespace orvel::desk

@@ -74,13 +74,13 @@ QString describe(const levelling::TableTemplate& format)
 {
     QStringList columns;
     for (const ColumnRole role : format.columns)
-        columns.append(levelling::getRoleName(role));
+        columns.append(describeRole(role));
     const QString division = format.syntax.widths.empty()
                                  ? Desk::tr("разделитель %1").arg(describeSeparator(format.syntax.separator))
                                  : Desk::tr("столбцы постоянной ширины");
     return Desk::tr("«%1»; %2; десятичный знак «%3»; кодировка %4; столбцы: %5")
         .arg(format.name, division, QString(format.decimal), QString::fromLatin1(format.syntax.encoding),
-             columns.join(QStringLiteral(", ")));
+             columns.join(QStringLiteral(" | ")));
 }
 
 QString describeFault(const levelling::TableTemplate& format, const TemplateFault& fault)

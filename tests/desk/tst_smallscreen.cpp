@@ -1,0 +1,51 @@
+#include "apps/desk/gui/ScreenSize.h"
+#include "apps/desk/protocol/ProtocolList.h"
+#include "tests/desk/DeskFixture.h"
+
+#include <QHeaderView>
+#include <QScreen>
+#include <QTest>
+
+using namespace orvel::desk;
+using namespace orvel::test;
+
+/// Where there is little room.
+class TestSmallScreen : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void windowsFitOnTheScreen();
+    void countsStayInView();
+};
+
+void TestSmallScreen::windowsFitOnTheScreen()
+{
+    QWidget window;
+    const QSize screen = window.screen()->availableGeometry().size();
+    resizeToScreen(window, {300, 200});
+    QCOMPARE(window.size(), QSize(300, 200));
+    resizeToScreen(window, {screen.width() + 500, 200});
+    QVERIFY(window.width() < screen.width());
+    resizeToScreen(window, {300, screen.height()});
+    QVERIFY(window.height() < screen.height());
+    QVERIFY(window.height() > screen.height() - 100);
+}
+
+void TestSmallScreen::countsStayInView()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    QVERIFY(triggerAction(*window, QStringLiteral("Анализ исходных данных")));
+    QVERIFY(window->getMonitor().waitForFinished());
+    auto* list = window->findChild<ProtocolList*>();
+    const int name = list->fontMetrics().horizontalAdvance(list->topLevelItem(0)->text(0));
+    const int others = list->header()->length() - list->columnWidth(0);
+    list->setFixedWidth(others + name * 2 / 3 + 2 * list->frameWidth());
+    QCoreApplication::processEvents();
+    QVERIFY(list->header()->length() <= list->viewport()->width());
+    QVERIFY(list->columnWidth(0) < name);
+}
+
+QTEST_MAIN(TestSmallScreen)
+#include "tst_smallscreen.moc"
