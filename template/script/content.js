@@ -4,6 +4,7 @@ import { build, disarm, page } from "./dom.js";
 export const rowStart =
   '<li class="Node ExpandLeaf IsLast">\n<div class="Expand"></div>\n<div class="Content ';
 export const rowEnd = "</div>\n</li>";
+const linesEnd = `${rowEnd}\n</ul>`;
 const lineLists = new RegExp(`(<ul class="Container")>\n${rowStart}([^]*?)${rowEnd}(?=\n</ul>)`, "g");
 // Captions of branches, titles, service lines and statistics.
 const named = /(<(div|h1|p)(?: class=(?:"Content"|'service'))?)>([^]{0,4000}?)(<\/\2>)(?=\n|<ul)/g;
@@ -59,17 +60,34 @@ function trimKeeper() {
   keeper.append(end.slice(0, end.lastIndexOf("</div>")));
 }
 
+/** The content as it was written, in the pieces in which the browser has it: to join them takes it long. */
 function readWritten() {
   takeHeld();
   watcher.disconnect();
   if (!keeper.isConnected) {
     trimKeeper();
-    const text = keeper.textContent;
-    keeper.textContent = text;
     page.querySelector("main > script").before(keeper);
-    return text.slice(1);
   }
-  return keeper.textContent.slice(1);
+  const [first, ...pieces] = Array.from(keeper.childNodes, ({ data }) => data);
+  return [first.slice(1), ...pieces];
+}
+
+/** The same text in pieces that end where a list of lines does, or hold none. */
+function* cutBehindLists(pieces) {
+  let held = [];
+  for (const piece of pieces) {
+    const first = piece.indexOf(linesEnd);
+    if (first < 0) {
+      held.push(piece);
+      continue;
+    }
+    const end = first + linesEnd.length;
+    const last = piece.lastIndexOf(linesEnd) + linesEnd.length;
+    yield held.join("") + piece.slice(0, end);
+    yield piece.slice(end, last);
+    held = [piece.slice(last)];
+  }
+  yield held.join("");
 }
 
 /** Where the whole link ends that begins at a place of markup, and where its text begins; null when there is none. */
@@ -133,14 +151,15 @@ function takeBranches(text, key, pieces, mark) {
  * a tag that has no end; between these elements there are no tags but the library's.
  */
 export function placeContent() {
-  const written = readWritten();
   // No line can know it.
   const key = `data-${Math.random().toString(36).slice(2)}`;
   const pieces = [];
   const mark = (piece) => ` ${key}="${pieces.push(piece) - 1}"`;
   const content = build("div", { id: "lines" });
-  const withoutLines = written.replace(lineLists, (_, start, lines) => `${start}${mark({ lines })}>`);
-  content.innerHTML = takeBranches(withoutLines, key, pieces, mark)
+  const withoutLines = Array.from(cutBehindLists(readWritten()), (text) =>
+    text.replace(lineLists, (_, start, lines) => `${start}${mark({ lines })}>`),
+  );
+  content.innerHTML = takeBranches(withoutLines.join(""), key, pieces, mark)
     .replace(named, (whole, start, _, part, end) =>
       plainText(part) === null ? `${start}${mark(part)}>${end}` : whole,
     )
@@ -165,7 +184,7 @@ export function saveFolds(folds) {
 /** Puts the whole content into the page as it was written, for a browser in which the script fails. */
 export function placeAsWritten() {
   const content = build("div", { id: "lines" });
-  content.innerHTML = readWritten();
+  content.innerHTML = readWritten().join("");
   disarm(content);
   const before = holder.isConnected ? holder : page.querySelector("#lines");
   delete before.parentElement.dataset.long;
