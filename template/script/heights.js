@@ -86,7 +86,7 @@ export class Heights {
 
   /** After a row has changed: where the rows end around it is to be worked out anew. */
   forgetAround(item) {
-    for (let node = item; node; node = node.parent) node.ends = null;
+    for (let node = item.isBranch ? item : item.parent; node; node = node.parent) node.ends = null;
   }
 
   /** How far below the top of its tree's list a row stands, or would. */

@@ -10,50 +10,34 @@ const childless = [];
 const itemsByElement = new WeakMap();
 
 /**
- * A row of the tree, or (without an element) one of the page's trees, which is the parent of its top rows.
+ * A row of the tree that is a line, or may become one. Of these there are many: what only branches have is no field here.
  *
- * `lists`: the page's lists that hold its children; `folds`: what folds away with the branch;
  * `markup`: of a row that is built when it is looked at, what the library wrote as its text; `style`: and, of a line,
  * as its class;
  * `matches`: a line that the filters let through; `shown`: a row that stands in the tree, open branch or not;
- * `rows`: the children that are shown; `times`: how many alike lines the row stands for;
+ * `times`: how many alike lines the row stands for;
  * `record`: the first of the lines that show the same record, mostly the line itself; `repeats`: the others;
  * `origin`: of a line in the list of all lines, the line in its branch; `number`: its place in the page as written;
- * `total`: how many records stand below a branch, and `totals` of each kind; `count`: how many of them the filters let
- * through; of these are `errors` and `warnings`; `missing`: how many its caption counts that do not stand there;
  * `text` and what follows it: found when it is first asked for, of equal lines in one of them; `key`: what the row was
  * sorted by; `height`: how high it was when it was laid out.
  */
 export class Item {
-  children = childless;
-  rows = childless;
-  lists = childless;
-  folds = childless;
   kind = "";
   isLine = false;
-  isOpen = true;
   matches = true;
   shown = true;
   times = 0;
   record = this;
   origin = this;
   repeats = childless;
-  lastRecord = null;
   markup = undefined;
   style = "";
   number = 0;
   index = 0;
   place = 0;
-  total = 0;
-  totals = null;
-  count = 0;
-  errors = 0;
-  warnings = 0;
-  missing = 0;
   isNear = false;
   // Not 0: a browser would make all items anew for the first height that is no whole number.
   height = undefined;
-  ends = null;
   attributesKey = "";
   id = "";
   foundPlain = undefined;
@@ -78,25 +62,6 @@ export class Item {
     this.style = style;
     this.markup = markup;
     this.kind = kinds.includes(style) ? style : "other";
-  }
-
-  /** Makes it a folded branch with this caption. */
-  setBranch(markup) {
-    this.isOpen = false;
-    this.markup = markup;
-  }
-
-  add(child) {
-    if (this.children === childless) this.children = [];
-    child.place = this.children.push(child) - 1;
-  }
-
-  /** Takes a list of the page as one that holds children; `folds` are the blocks that fold away with it. */
-  addList(list) {
-    let block = list;
-    while (this.built && block.parentElement !== this.built) block = block.parentElement;
-    this.lists = [...this.lists, list];
-    if (!this.folds.includes(block)) this.folds = [...this.folds, block];
   }
 
   /** The row's element; it is built when it is asked for, unless the library wrote it. */
@@ -126,6 +91,61 @@ export class Item {
 
   get isRepeat() {
     return this.record !== this;
+  }
+}
+
+Object.assign(Item.prototype, {
+  children: childless,
+  rows: childless,
+  lists: childless,
+  folds: childless,
+  isOpen: true,
+});
+
+/**
+ * A row that may have others below it, or (without an element) one of the page's trees, which is the parent of its top
+ * rows.
+ *
+ * `lists`: the page's lists that hold its children; `folds`: what folds away with the branch;
+ * `rows`: the children that are shown;
+ * `total`: how many records stand below it, and `totals` of each kind; `count`: how many of them the filters let
+ * through; of these are `errors` and `warnings`; `missing`: how many its caption counts that do not stand there;
+ * `foldedName`: its caption as the search compares it; `captionHits`: what of a search its caption and those around hold.
+ */
+export class Branch extends Item {
+  children = childless;
+  rows = childless;
+  lists = childless;
+  folds = childless;
+  isOpen = true;
+  lastRecord = null;
+  total = 0;
+  totals = null;
+  count = 0;
+  errors = 0;
+  warnings = 0;
+  missing = 0;
+  ends = null;
+  foldedName = undefined;
+  captionHits = childless;
+
+  /** Makes it a folded branch with this caption. */
+  setBranch(markup) {
+    this.isOpen = false;
+    this.markup = markup;
+  }
+
+  add(child) {
+    if (this.children === childless) this.children = [];
+    child.place = this.children.push(child) - 1;
+  }
+
+  /** Takes a list of the page as one that holds children; `folds` are the blocks that fold away with it. */
+  addList(list) {
+    let block = list;
+    while (this.built && block.parentElement !== this.built) block = block.parentElement;
+    this.lists = [...this.lists, list];
+    if (!this.folds.includes(block)) this.folds = [...this.folds, block];
   }
 }
 

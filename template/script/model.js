@@ -1,7 +1,7 @@
 import { rowEnd, rowStart } from "./content.js";
 import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
-import { Item, itemOf, kinds, treeOf } from "./item.js";
+import { Branch, Item, itemOf, kinds, treeOf } from "./item.js";
 
 export const rowSelector = "li.Node, li.IsRoot";
 const betweenRows = `${rowEnd}\n${rowStart}`;
@@ -37,7 +37,7 @@ class Reader {
     if (owner) return owner;
     owner = itemOf(list.parentElement.closest(rowSelector));
     if (!owner) {
-      owner = new Item(null);
+      owner = new Branch(null);
       owner.index = -1 - this.trees.length;
       this.trees.push(owner);
     }
@@ -46,15 +46,14 @@ class Reader {
     return owner;
   }
 
-  #add(owner, element) {
-    const item = new Item(owner, element);
+  #add(item) {
     item.index = item.number = this.items.push(item) - 1;
     item.parent.add(item);
     return item;
   }
 
   readRow(element) {
-    const item = this.#add(this.#ownerOf(listOf(element)), element);
+    const item = this.#add(new Branch(this.#ownerOf(listOf(element)), element));
     const { className } = element;
     if (className.includes("ExpandLeaf"))
       item.setLine(item.caption.className.replace("Content ", ""), item.caption.innerHTML);
@@ -66,7 +65,7 @@ class Reader {
     const owner = this.#ownerOf(list);
     if (content.lines !== undefined) this.#readLines(owner, content.lines);
     for (const { caption, lines } of content.branches ?? []) {
-      const branch = this.#add(owner);
+      const branch = this.#add(new Branch(owner));
       branch.setBranch(caption);
       this.#readLines(branch, lines);
     }
@@ -78,7 +77,7 @@ class Reader {
       const style = lines.indexOf('">', from);
       const end = lines.indexOf(betweenRows, style);
       const markup = end < 0 ? lines.slice(style + 2) : lines.slice(style + 2, end);
-      this.#add(owner).setLine(lines.slice(from, style), markup);
+      this.#add(new Item(owner)).setLine(lines.slice(from, style), markup);
       from = end < 0 ? -1 : end + betweenRows.length;
     }
   }
@@ -114,25 +113,58 @@ function joinRecords(branches) {
     if (!stages.has(stage)) stages.set(stage, []);
     stages.get(stage).push(node);
   }
-  for (const nodes of stages.values())
-    for (const kind of kinds) if (kind !== "message") joinLines(nodes, kind);
+  for (const nodes of stages.values()) joinLines(nodes);
 }
 
-/** Most lines name one item, which is quickly seen. */
-const mayRepeat = ({ markup }) => markup.indexOf("id=") !== markup.lastIndexOf("id=");
+const idMark = "id=";
+const idLength = 8;
 
-function joinLines(nodes, kind) {
-  const records = new Map();
-  for (const { children } of nodes) {
-    const counts = new Map();
-    for (const line of children) {
-      if (line.kind !== kind || !mayRepeat(line)) continue;
-      const { markup } = line;
-      const count = counts.get(markup) ?? 0;
-      counts.set(markup, count + 1);
-      if (!records.has(markup)) records.set(markup, []);
-      line.record = records.get(markup)[count] ??= line;
+/**
+ * A number for the first and the last item that a line names; it tells most lines apart, and the whole line need not be
+ * read for it. -1 for a line that names one item, as most do, and so can't repeat.
+ */
+function quickKeyOf({ markup }) {
+  const first = markup.indexOf(idMark);
+  const last = markup.lastIndexOf(idMark);
+  if (first === last) return -1;
+  let key = markup.length;
+  for (const id of [first, last])
+    for (let at = id + idMark.length; at < id + idMark.length + idLength; ++at)
+      key = (Math.imul(key, 31) + markup.charCodeAt(at)) & 0x3fffffff;
+  return key;
+}
+
+/** What is known of the lines of one stage that say the same: their `markup`, `records`, and where they stood last. */
+class LineIndex {
+  #byKey = new Map();
+  #byMarkup = new Map();
+
+  find(key, markup) {
+    const known = this.#byKey.get(key);
+    return !known || known.markup === markup ? known : this.#byMarkup.get(markup);
+  }
+
+  add(key, equals) {
+    if (this.#byKey.has(key)) this.#byMarkup.set(equals.markup, equals);
+    else this.#byKey.set(key, equals);
+  }
+}
+
+function joinLines(nodes) {
+  const indices = new Map(kinds.map((kind) => [kind, new LineIndex()]));
+  for (const node of nodes)
+    for (const line of node.children) {
+      const key = line.isLine && line.kind !== "message" ? quickKeyOf(line) : -1;
+      if (key < 0) continue;
+      const index = indices.get(line.kind);
+      const found = index.find(key, line.markup);
+      if (!found) {
+        index.add(key, { markup: line.markup, records: [line], node, at: 0 });
+        continue;
+      }
+      found.at = found.node === node ? found.at + 1 : 0;
+      found.node = node;
+      line.record = found.records[found.at] ??= line;
       if (line.isRepeat) line.record.repeats = [...line.record.repeats, line];
     }
-  }
 }

@@ -2,7 +2,7 @@
 
 import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
-import { foldedOf, Item } from "./item.js";
+import { Branch, foldedOf, Item } from "./item.js";
 import { ratioOf, sizeOf } from "./numbers.js";
 
 export const orders = ["page", "text", "size", "ratio"];
@@ -59,7 +59,7 @@ export function sortRows(model, order) {
 export function makeFlatModel({ records, isItemPage }) {
   const list = build("ul", { class: "Container" });
   page.querySelector("#lines").append(list);
-  const tree = new Item(null);
+  const tree = new Branch(null);
   tree.addList(list);
   tree.index = -1;
   const lines = records.map((record, index) => {
