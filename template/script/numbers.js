@@ -9,7 +9,11 @@ const number =
 const namePart = /[\p{L}\p{N}_.,]/u;
 const unitBehind = /[\s±]?([^\s\d.,;:()<>=]+)/uy;
 const limitWord = /допус[кт]|предел|limit|toleran/i;
-const limitPattern = new RegExp(`(?:допус[кт]|предел|limit|toleran)[^\\d]{0,40}?(${number})`, "iu");
+// A limit, or the lower and the upper one.
+const limitPattern = new RegExp(
+  `(?:допус[кт]|предел|limit|toleran)[^\\d]{0,40}?(${number})(?:\\s(?:и|and)\\s(${number}))?`,
+  "iu",
+);
 // How many millimetres, seconds of arc and so on the units have.
 const units = new Map(
   Object.entries({
@@ -139,20 +143,30 @@ export function besideTestOf(label, holds) {
   };
 }
 
-/** The last number before the limit in its unit, or the first one behind it, as a ratio to the limit. */
+/**
+ * The last number before the limit in its unit, or the first one behind it, as a ratio to the limit. What is to lie
+ * between two limits is as far over as it leaves them, below as above.
+ */
 function readRatio(text) {
   const found = limitWord.test(text) && limitPattern.exec(text);
-  const limit = found && valueOf(found[1]);
+  if (!found) return -1;
+  const [first, second] = [valueOf(found[1]), found[2] && valueOf(found[2])];
+  const limit = second ?? first;
   if (!limit) return -1;
-  const end = found.index + found[0].length;
+  const [start, end] = [found.index, found.index + found[0].length];
   const unit = unitAt(text, end);
+  const ratio = ({ value }) =>
+    second === undefined
+      ? Math.abs(value / limit)
+      : Math.max(Math.abs(value / limit), first / Math.abs(value));
   let before = null;
   for (const each of foundIn(text)) {
-    if (each.end === end || unitAt(text, each.end) !== unit) continue;
-    if (each.end < end) before = each;
-    else return Math.abs((before ?? each).value / limit);
+    const isLimit = each.index >= start && each.end <= end;
+    if (isLimit || unitAt(text, each.end) !== unit) continue;
+    if (each.end < start) before = each;
+    else return ratio(before ?? each);
   }
-  return before ? Math.abs(before.value / limit) : -1;
+  return before ? ratio(before) : -1;
 }
 
 function readSize(text) {

@@ -1,0 +1,59 @@
+// What the numbers of a line tell, without a browser.
+
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import fs from "node:fs";
+import os from "node:os";
+import path from "node:path";
+import { after, describe, test } from "node:test";
+import { fileURLToPath } from "node:url";
+
+// The modules bind what the browser gives them as they are loaded; no number needs it.
+const anything = new Proxy(function () {}, {
+  get: (_, name) =>
+    name === "prototype"
+      ? {
+          get activeElement() {
+            return null;
+          },
+        }
+      : anything,
+  apply: () => anything,
+  construct: () => anything,
+});
+for (const name of ["document", "Document", "MutationObserver"]) globalThis[name] = anything;
+globalThis.navigator ??= { language: "ru" };
+
+const folder = fs.mkdtempSync(path.join(os.tmpdir(), "page-numbers-"));
+after(() => fs.rmSync(folder, { recursive: true }));
+const bundle = path.join(folder, "numbers.mjs");
+const source = fileURLToPath(new URL("../../template/script/numbers.js", import.meta.url));
+execFileSync(process.env.ESBUILD ?? "esbuild", [source, "--bundle", "--format=esm", `--outfile=${bundle}`], {
+  stdio: "pipe",
+});
+const { ratioOf } = await import(bundle);
+
+function ratio(text) {
+  const line = { text };
+  line.origin = { record: line };
+  return Number(ratioOf(line).toFixed(3));
+}
+
+const limits = "пределы 0,159 и 2,236 (критерий χ², доверительная вероятность 0,95)";
+const weight =
+  "Часть 1, СКО единицы веса μ на 1\u00a0км хода: априорная 10,000\u00a0мм, апостериорная 309,516\u00a0мм";
+
+describe("ratio of a value to its limit", () => {
+  const cases = {
+    "Невязка хода 1 равна 80,5 мм, допуск 20 мм": 4.025,
+    "Невязка хода 2 равна −95 мм, допуск ±50 мм, длина 2,000 км": 1.9,
+    "нормированная поправка 3,20, больше предела 3,00": 1.067,
+    "отношение дисперсий 8,00, больше предела 4,00": 2,
+    "Длина хода 12 км": -1,
+    [`${weight}, отношение 30,952, больше верхнего предела, ${limits}; проверьте L1-анализом`]: 13.843,
+    [`${weight}, отношение 1,118, ${limits}`]: 0.5,
+    [`${weight}, отношение 0,053, меньше нижнего предела, ${limits}`]: 3,
+    "Part 1, standard deviation: ratio 30.952, above the upper limit, limits 0.159 and 2.236 (χ² test)": 13.843,
+  };
+  for (const [text, expected] of Object.entries(cases)) test(text, () => assert.equal(ratio(text), expected));
+});
