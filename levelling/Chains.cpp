@@ -97,14 +97,6 @@ private:
         Chain chain;
         static_cast<Route&>(chain) = makeRoute(network, start, sections);
         chain.kind = classify(chain);
-        chain.stations = 0;
-        for (const int section : sections) {
-            const std::optional<int>& count = getSection(section).stations;
-            if (!count)
-                chain.stations.reset();
-            else if (chain.stations)
-                *chain.stations += *count;
-        }
         if (chain.kind == ChainKind::BetweenBenchmarks)
             chain.misclosure =
                 (chain.sum - (*getPoint(chain.points.back()).height - *getPoint(start).height)) * 1000.0;

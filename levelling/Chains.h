@@ -23,8 +23,6 @@ enum class ChainKind {
 struct Chain : Route
 {
     ChainKind kind = ChainKind::BetweenNodes;
-    /// Count of set-ups; none if a section has no count. Of repeated measurements their mean, rounded.
-    std::optional<int> stations;
     /// Of lines between benchmarks and of closed ones: sum of the differences less that of the given heights,
     /// mm.
     std::optional<double> misclosure;

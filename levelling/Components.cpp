@@ -13,7 +13,7 @@ namespace levelling {
 
 namespace {
 
-/// Sets discrepancy and length from the sections of the pair.
+/// Sets discrepancy, length and stations from the sections of the pair.
 void summarise(const Network& network, RepeatedSections& repeated)
 {
     const double first = network.sections[static_cast<std::size_t>(repeated.forward.front())].difference;
@@ -21,6 +21,8 @@ void summarise(const Network& network, RepeatedSections& repeated)
     double largest = first;
     double lengthSum = 0.0;
     bool lengthKnown = true;
+    double stationSum = 0.0;
+    bool stationsKnown = true;
     std::vector<double> variances;
     const auto take = [&](int index, double sign) {
         const Section& section = network.sections[static_cast<std::size_t>(index)];
@@ -28,6 +30,8 @@ void summarise(const Network& network, RepeatedSections& repeated)
         largest = std::max(largest, sign * section.difference);
         lengthSum += section.distance.value_or(0.0);
         lengthKnown = lengthKnown && section.distance;
+        stationSum += section.stations.value_or(0);
+        stationsKnown = stationsKnown && section.stations;
         variances.push_back(section.sigma * section.sigma);
     };
     for (const int section : repeated.forward)
@@ -38,6 +42,8 @@ void summarise(const Network& network, RepeatedSections& repeated)
     repeated.discrepancy = (largest - smallest) * 1000.0;
     if (lengthKnown)
         repeated.length = lengthSum / static_cast<double>(variances.size());
+    if (stationsKnown)
+        repeated.stations = stationSum / static_cast<double>(variances.size());
     std::partial_sort(variances.begin(), variances.begin() + 2, variances.end(), std::greater<>());
     repeated.discrepancySigma = std::sqrt(variances[0] + variances[1]);
 }
@@ -181,7 +187,7 @@ std::vector<RepeatedSections> findRepeatedSections(const Network& network)
         if (known == pairOfEnds.constEnd()) {
             pairOfEnds.insert(ends, pairs.size());
             pairs.push_back(
-                RepeatedSections{section.from, section.to, {static_cast<int>(index)}, {}, 0.0, {}, 0.0});
+                RepeatedSections{section.from, section.to, {static_cast<int>(index)}, {}, 0.0, {}, {}, 0.0});
         } else {
             RepeatedSections& pair = pairs[*known];
             (section.from == pair.from ? pair.forward : pair.back).push_back(static_cast<int>(index));

@@ -69,6 +69,8 @@ struct RepeatedSections
     double discrepancy = 0.0;
     /// Mean length of the sections, km; none if one of them has no length.
     std::optional<double> length;
+    /// Mean count of their set-ups; none if one of them has no count.
+    std::optional<double> stations;
     /// A priori standard deviation of the difference between the two sections with the largest ones, mm.
     double discrepancySigma = 0.0;
 };

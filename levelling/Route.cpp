@@ -9,6 +9,7 @@ Route makeRoute(const Network& network, int start, const std::vector<int>& secti
     Route route;
     route.points.push_back(start);
     route.length = 0.0;
+    route.stations = 0;
     double variance = 0.0;
     for (const int index : sections) {
         const Section& section = network.sections[static_cast<std::size_t>(index)];
@@ -21,6 +22,10 @@ Route makeRoute(const Network& network, int start, const std::vector<int>& secti
             route.length.reset();
         else if (route.length)
             *route.length += *section.distance;
+        if (!section.stations)
+            route.stations.reset();
+        else if (route.stations)
+            *route.stations += *section.stations;
     }
     route.sigma = std::sqrt(variance);
     return route;

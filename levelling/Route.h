@@ -27,6 +27,8 @@ struct Route
     double sigma = 0.0;
     /// Length of the way, km; none if a section has no length.
     std::optional<double> length;
+    /// Count of set-ups; none if a section has no count. Of repeated measurements their mean, rounded.
+    std::optional<int> stations;
 };
 
 /// Walks from a point along sections, of which each begins where the one before ends.

@@ -2834,10 +2834,6 @@ L in km (else the class sets it)</translation>
         <translation>this is not JSON, error in line %1</translation>
     </message>
     <message>
-        <source>шаблон — это объект JSON {…} с ключами %1</source>
-        <translation>a template is a JSON object {…} with the keys %1</translation>
-    </message>
-    <message>
         <source>непустое имя</source>
         <translation>a name that is not empty</translation>
     </message>
@@ -3000,6 +2996,230 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Страницы без оформления: шаблон из папки «%1» не скопирован в «%2».</source>
         <translation>Pages are without their look: the template in the folder “%1” was not copied to “%2”.</translation>
+    </message>
+    <message>
+        <source>свои допуски вместо допусков проекта</source>
+        <translation>own tolerances instead of the project&apos;s</translation>
+    </message>
+    <message>
+        <source>&amp;Допуски…</source>
+        <translation>&amp;Tolerances…</translation>
+    </message>
+    <message>
+        <source>Задать свои допуски, уровень критериев и число знаков</source>
+        <translation>Set own tolerances, the level of the tests and the decimals</translation>
+    </message>
+    <message>
+        <source>±%1&#xa0;мм·√n (%2), n — число станций; без числа станций — %3 СКО</source>
+        <translation>±%1&#xa0;mm·√n (%2), n is the number of stations; without it %3 standard deviations</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;мм·√n</source>
+        <translation>%1&#xa0;mm·√n</translation>
+    </message>
+    <message>
+        <source>Допуск невязок ходов и полигонов: %1. Допуск расхождений измерений секции: %2</source>
+        <translation>Limit of the misclosures of lines and loops: %1. Limit of the discrepancies of a section&apos;s measurements: %2</translation>
+    </message>
+    <message>
+        <source>Доверительная вероятность критериев задана в допусках проекта: %1</source>
+        <translation>The project&apos;s tolerances set the confidence level of the tests: %1</translation>
+    </message>
+    <message>
+        <source>%1, свои допуски</source>
+        <translation>%1, own tolerances</translation>
+    </message>
+    <message>
+        <source>%1 — это объект JSON {…} с ключами %2</source>
+        <translation>%1 is a JSON object {…} with the keys %2</translation>
+    </message>
+    <message>
+        <source>шаблон</source>
+        <translation>a template</translation>
+    </message>
+    <message>
+        <source>Класс и допуски: %1</source>
+        <translation>Class and tolerances: %1</translation>
+    </message>
+    <message>
+        <source>Допуски</source>
+        <translation>Tolerances</translation>
+    </message>
+    <message>
+        <source>СКО секций из файлов приборов задаёт класс при импорте: ни другой класс, ни свои допуски их не меняют. Протоколы показывают допуски, с которыми выполнены.</source>
+        <translation>The class sets the standard deviations of sections from instruments&apos; files at the import: neither another class nor own tolerances change them. Protocols show the tolerances that they were made with.</translation>
+    </message>
+    <message>
+        <source>Предельные невязки, мм</source>
+        <translation>Limits of misclosures, mm</translation>
+    </message>
+    <message>
+        <source>Ходы и полигоны</source>
+        <translation>Lines and loops</translation>
+    </message>
+    <message>
+        <source>Прямой и обратный ход, повторные измерения</source>
+        <translation>Forward and back, repeated measurements</translation>
+    </message>
+    <message>
+        <source>на 1, 4 и 10&#xa0;км (станций)</source>
+        <translation>at 1, 4 and 10&#xa0;km (stations)</translation>
+    </message>
+    <message>
+        <source>%1 (в проекте)</source>
+        <translation>%1 (of the project)</translation>
+    </message>
+    <message>
+        <source>%1: ходы и полигоны</source>
+        <translation>%1: lines and loops</translation>
+    </message>
+    <message>
+        <source>%1: повторные измерения</source>
+        <translation>%1: repeated measurements</translation>
+    </message>
+    <message>
+        <source>мм·√L, по длине</source>
+        <translation>mm·√L, by length</translation>
+    </message>
+    <message>
+        <source>мм·√n, по станциям</source>
+        <translation>mm·√n, by stations</translation>
+    </message>
+    <message>
+        <source>Критерии и знаки</source>
+        <translation>Tests and decimals</translation>
+    </message>
+    <message>
+        <source>Без длины (числа станций) предел, СКО невязки</source>
+        <translation>Limit without length (stations), standard deviations</translation>
+    </message>
+    <message>
+        <source>Своя доверительная вероятность критериев (в файле сети %1)</source>
+        <translation>Own confidence level of the tests (%1 in the network&apos;s file)</translation>
+    </message>
+    <message>
+        <source>Доверительная вероятность</source>
+        <translation>Confidence level</translation>
+    </message>
+    <message>
+        <source>Знаков после запятой: высоты и превышения, м</source>
+        <translation>Decimals of heights and height differences, m</translation>
+    </message>
+    <message>
+        <source>Знаков после запятой: невязки, поправки и СКО, мм</source>
+        <translation>Decimals of misclosures, residuals and standard deviations, mm</translation>
+    </message>
+    <message>
+        <source>Образец</source>
+        <translation>Example</translation>
+    </message>
+    <message>
+        <source>&amp;Применить</source>
+        <translation>&amp;Apply</translation>
+    </message>
+    <message>
+        <source>По &amp;умолчанию</source>
+        <translation>&amp;Defaults</translation>
+    </message>
+    <message>
+        <source>Вернуть допуски, с которыми начинает каждый проект</source>
+        <translation>Go back to the tolerances that every project begins with</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;м; %2&#xa0;мм</source>
+        <translation>%1&#xa0;m; %2&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>объект {…} с ключами %1</source>
+        <translation>an object {…} with the keys %1</translation>
+    </message>
+    <message>
+        <source>число от %1 до %2</source>
+        <translation>a number from %1 to %2</translation>
+    </message>
+    <message>
+        <source>файл допусков</source>
+        <translation>a file of tolerances</translation>
+    </message>
+    <message>
+        <source>Допуски «%1»: %2</source>
+        <translation>Tolerances “%1”: %2</translation>
+    </message>
+    <message>
+        <source>Класс нивелирования: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1&#xa0;км</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>не задана</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>длина %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>СКО %1&#xa0;мм</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>превышение %1&#xa0;м вместо %2&#xa0;м</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>длина %1 вместо %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>СКО %1&#xa0;мм вместо %2&#xa0;мм</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>исходный репер, отметка %1&#xa0;м</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>отметка %1&#xa0;м известна с ковариациями</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>определяемый пункт, приближённая высота %1&#xa0;м</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Пункт %1 изменён вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (было: %2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Пункт %1 добавлен вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 отключена, причина не указана</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 отключена: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 изменена вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 добавлена вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 удалена: %2</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

@@ -75,6 +75,9 @@ std::vector<Option> getHeadlessOptions()
         {{QStringLiteral("class")},
          QStringLiteral("I|II|III|IV|technical"),
          Desk::tr("класс нивелирования, задаёт допуски невязок")},
+        {{QStringLiteral("tolerances")},
+         QStringLiteral("FILE.json"),
+         Desk::tr("свои допуски вместо допусков проекта")},
         {{QStringLiteral("sigma")},
          QStringLiteral("C,A"),
          Desk::tr("СКО секций файла нивелира: √(C² + A²·L), мм, L в км\n"
@@ -223,6 +226,7 @@ private:
         takeFailLevel();
         takeImports();
         result.projectFile = takeFile(QStringLiteral("open"));
+        result.toleranceFile = takeFile(QStringLiteral("tolerances"));
         result.exportFile = takeExportFile();
         result.pagesFolder = takeFile(QStringLiteral("pages"));
         result.dataFile = apps::toLocalPath(parser.value(QStringLiteral("data")));
@@ -402,6 +406,7 @@ private:
             files.emplace_back(QStringLiteral("--template"), file.templateFile);
         }
         files.emplace_back(QStringLiteral("--open"), result.projectFile);
+        files.emplace_back(QStringLiteral("--tolerances"), result.toleranceFile);
         const std::size_t inputs = files.size();
         files.emplace_back(QStringLiteral("--export"), result.exportFile);
         files.emplace_back(QStringLiteral("--data"), result.dataFile);

@@ -33,6 +33,7 @@ struct CommandLine
     std::vector<int> runs;           ///< their protocol types, in this order
     std::optional<LevellingClass> levellingClass;
     std::optional<SectionSigma> sigma; ///< of the sections of field files
+    QString toleranceFile;             ///< JSON: tolerances instead of the project's
     QString exportFile;                ///< whose suffix names the format
     QString pagesFolder;               ///< where the pages of the runs go
     QString dataFile;                  ///< copy of the protocol's data file

@@ -472,17 +472,24 @@ void TestDocument::earlierProjectFilesAreRead()
     // What each version added stands behind all that the version before has.
     constexpr int pointSize = 4 + 1 + 1 + 1 + 3 * 1;
     constexpr int sectionSize = (1 + 4) + (1 + 8) + 4 + (4 + 20) + (4 + 10);
+    constexpr int ruleSize = 4 + 8;
+    constexpr int fourthVersionSize = 5 * 2 * ruleSize + 8 + 1 + 4 + 4;
     constexpr int thirdVersionSize = 4 + (4 + 10) + (4 + 10) + 2 * pointSize + sectionSize + 4;
     constexpr int secondVersionSize = 8 + 2 * (1 + 1 + 1) + (1 + 1 + 1) + 4;
-    const StoredProject second =
-        rewrite(makeFieldProject(), 2, [](QByteArray& content) { content.chop(thirdVersionSize); });
+    const StoredProject third =
+        rewrite(makeFieldProject(), 3, [](QByteArray& content) { content.chop(fourthVersionSize); });
+    QCOMPARE(third.content.sections[0]->getSection().source, 1);
+    QVERIFY(third.content.toleranceRules == ToleranceRules());
+    const StoredProject second = rewrite(makeFieldProject(), 2, [](QByteArray& content) {
+        content.chop(fourthVersionSize + thirdVersionSize);
+    });
     QVERIFY(second.content.sources.isEmpty());
     QVERIFY(!second.content.sections[0]->getSection().stations);
     QCOMPARE(second.content.sections[0]->getSection().source, 0);
     QCOMPARE(second.content.sections[0]->getSection().line, qint64(40));
     QCOMPARE(second.content.parameters.confidence, 0.99);
     const StoredProject first = rewrite(makeFieldProject(), 1, [](QByteArray& content) {
-        content.chop(thirdVersionSize + secondVersionSize);
+        content.chop(fourthVersionSize + thirdVersionSize + secondVersionSize);
     });
     QCOMPARE(first.content.parameters.confidence, 0.95);
     QCOMPARE(first.content.points[1]->getPoint().id, QStringLiteral("B"));

@@ -439,6 +439,16 @@ void TestDocumentEdits::protocolsAreOutdatedByWhatTheyComputeWith()
     project.getUndoStack().undo();
     QCOMPARE(project.getOutdatedTypes(), std::vector<int>{enums::Adjust});
     QCOMPARE(project.getLevellingClass(), LevellingClass::IV);
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    window->getMonitor().waitForFinished();
+    // Limits are no matter of the adjustment, the level of its tests is.
+    ToleranceRules rules;
+    rules.of(LevellingClass::IV).loops.factor = 15.0;
+    project.setToleranceRules(rules);
+    QCOMPARE(project.getOutdatedTypes(), std::vector<int>{enums::Compile});
+    rules.confidence = 0.99;
+    project.setToleranceRules(rules);
+    QCOMPARE(project.getOutdatedTypes(), (std::vector<int>{enums::Compile, enums::Adjust}));
 }
 
 void TestDocumentEdits::editsAreRefusedDuringRuns()

@@ -62,6 +62,8 @@ private Q_SLOTS:
     void fieldFileOfALevelIsAdjusted();
     void textFilesAreImportedByTemplates();
     void brokenTemplateStartsNothing();
+    void ownTolerancesAreKept();
+    void brokenTolerancesStartNothing();
     void logIsNotEmptied();
     void fileUrlsAreTaken();
     void pagesWithoutTheirLookAreToldOf();
@@ -510,8 +512,8 @@ void TestHeadless::damagedProjectIsRefused_data()
     QTest::newRow("another kind of file") << -1 << 0 << QStringLiteral("это не файл проекта");
     QTest::newRow("newer") << -1 << 7
                            << QStringLiteral(
-                                  "файл записан более новой версией программы (формат 252, эта версия "
-                                  "понимает формат 3)");
+                                  "файл записан более новой версией программы (формат 251, эта версия "
+                                  "понимает формат 4)");
 }
 
 void TestHeadless::damagedProjectIsRefused()
@@ -807,6 +809,53 @@ void TestHeadless::brokenTemplateStartsNothing()
     QCOMPARE(desk.errors,
              QStringLiteral("orvel-desk: Шаблон «t.json»: в columns нет столбца dh (превышение); для таблицы "
                             "секций нужны from, to и dh\n"));
+    QCOMPARE(desk.exitCode, 2);
+    QVERIFY(!QFile::exists(path(QStringLiteral("a.orvel"))));
+}
+
+void TestHeadless::ownTolerancesAreKept()
+{
+    writeFile(path(QStringLiteral("own.json")),
+              R"({"classes": {"IV": {"loops": {"k": 15}}}, "confidence": 0.99, "heightDecimals": 3,
+                  "millimetreDecimals": 1})");
+    QCOMPARE(run(words("--import two-benchmarks.gkf --tolerances own.json --save a.orvel")).exitCode, 0);
+    const DeskProcess desk =
+        run(words("--open a.orvel --run compile --run adjust --run l1 --run fixed-points "
+                  "--run chains --pages pages"));
+    QCOMPARE(desk.errors, QString());
+    const char* const own = "±15\u00A0мм·√L (IV класс, свои допуски), L — длина, км; без длины — 3 СКО";
+    const char* const level = "Доверительная вероятность критериев задана в допусках проекта: 0,99";
+    const auto missing = [this](const char* page, const std::vector<const char*>& texts) {
+        return findMissing(plainText(QStringLiteral("pages/%1.html").arg(QLatin1String(page))), texts);
+    };
+    QCOMPARE(
+        missing("Compile", {"Допуск невязок ходов и полигонов: ", own,
+                            "Допуск расхождений измерений секции: ±20\u00A0мм·√L (IV класс, свои допуски)",
+                            "Ход BMX → A → BMY: невязка \u221260,0\u00A0мм, больше допуска ±39,7\u00A0мм"}),
+        QStringList());
+    QCOMPARE(missing("Adjust", {level, "Пункт A: H = 105,150\u00A0м, СКО априорная 1,1\u00A0мм",
+                                "BMX – A: h = 5,100\u00A0м, v = +50,4\u00A0мм",
+                                "критерий χ², доверительная вероятность 0,99"}),
+             QStringList());
+    QCOMPARE(
+        missing("L1Analysis", {level, "Секция BMX – A: v = +60,0\u00A0мм", "Пункт A: H = 105,160\u00A0м"}),
+        QStringList());
+    QCOMPARE(missing("FixedPointsAnalysis", {level, own, "Доверительная вероятность 0,99", "±33,5\u00A0мм"}),
+             QStringList());
+    QCOMPARE(missing("AutoChainTracingAnalysis", {"Допуск невязок ходов: ", own}), QStringList());
+    // The network itself keeps the level of its file.
+    QCOMPARE(run(words("--open a.orvel --export out.gkf")).exitCode, 0);
+    QVERIFY(text(QStringLiteral("out.gkf")).contains(QStringLiteral("conf-pr=\"0.95\"")));
+}
+
+void TestHeadless::brokenTolerancesStartNothing()
+{
+    writeFile(path(QStringLiteral("own.json")), R"({"confidence": 2})");
+    const DeskProcess desk = run(words("--import small.gkf --tolerances own.json --save a.orvel"));
+    QCOMPARE(
+        desk.errors,
+        QStringLiteral("orvel-desk: Допуски «own.json»: непригодное значение ключа «confidence»: допустимо "
+                       "число от 0,5 до 0,9999\n"));
     QCOMPARE(desk.exitCode, 2);
     QVERIFY(!QFile::exists(path(QStringLiteral("a.orvel"))));
 }

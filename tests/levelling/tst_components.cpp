@@ -42,7 +42,7 @@ private Q_SLOTS:
     void longChainsAreOneComponent();
     void forwardAndBackAreGrouped();
     void repeatedSectionsAreGrouped();
-    void meanLengthNeedsAllLengths();
+    void meanExtentNeedsAll();
     void singleSectionsAreNotGrouped();
 };
 
@@ -114,11 +114,13 @@ void TestComponents::longChainsAreOneComponent()
 
 void TestComponents::forwardAndBackAreGrouped()
 {
-    const Network network = networks::Builder()
-                                .section(QStringLiteral("A"), QStringLiteral("B"), 1.250, 2.0)
-                                .section(QStringLiteral("B"), QStringLiteral("C"), 1.0)
-                                .section(QStringLiteral("B"), QStringLiteral("A"), -1.254, 3.0)
-                                .build();
+    Network network = networks::Builder()
+                          .section(QStringLiteral("A"), QStringLiteral("B"), 1.250, 2.0)
+                          .section(QStringLiteral("B"), QStringLiteral("C"), 1.0)
+                          .section(QStringLiteral("B"), QStringLiteral("A"), -1.254, 3.0)
+                          .build();
+    network.sections[0].stations = 16;
+    network.sections[2].stations = 19;
     const std::vector<RepeatedSections> repeated = findRepeatedSections(network);
     QCOMPARE(repeated.size(), std::size_t(1));
     QCOMPARE(networks::ids(network, {repeated[0].from, repeated[0].to}), QStringLiteral("A-B"));
@@ -126,6 +128,7 @@ void TestComponents::forwardAndBackAreGrouped()
     QCOMPARE(repeated[0].back, std::vector<int>({2}));
     QCOMPARE(QString::number(repeated[0].discrepancy, 'f', 6), QStringLiteral("4.000000"));
     QCOMPARE(*repeated[0].length, 2.5);
+    QCOMPARE(*repeated[0].stations, 17.5);
 }
 
 void TestComponents::repeatedSectionsAreGrouped()
@@ -146,14 +149,16 @@ void TestComponents::repeatedSectionsAreGrouped()
     QCOMPARE(repeated[1].discrepancy, 0.0);
 }
 
-void TestComponents::meanLengthNeedsAllLengths()
+void TestComponents::meanExtentNeedsAll()
 {
     Network network = networks::Builder()
                           .section(QStringLiteral("A"), QStringLiteral("B"), 1.0)
                           .section(QStringLiteral("A"), QStringLiteral("B"), 1.0)
                           .build();
     network.sections[1].distance.reset();
+    network.sections[0].stations = 5;
     QVERIFY(!findRepeatedSections(network).front().length);
+    QVERIFY(!findRepeatedSections(network).front().stations);
 }
 
 void TestComponents::singleSectionsAreNotGrouped()

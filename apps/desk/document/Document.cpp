@@ -133,7 +133,7 @@ bool areObservedHeightsUsable(const Document::Content& content)
 /// Whether the content is as the computations need it: what a file holds may be anything.
 bool isConsistent(const Document::Content& content)
 {
-    if (!isUsable(content.parameters) || content.nextId > kLastId)
+    if (!isUsable(content.parameters) || !content.toleranceRules.isUsable() || content.nextId > kLastId)
         return false;
     QSet<LONGID> ids;
     const auto isNew = [&](LONGID id) {
@@ -214,32 +214,44 @@ bool Document::isFileChanged() const
     return now.exists && now != fileState;
 }
 
-/// Another class of the levelling.
-class ClassCommand : public DocumentCommand
+/// Another class of the levelling, or other tolerances.
+class RulesCommand : public DocumentCommand
 {
 public:
-    ClassCommand(Document& openDocument, LevellingClass newClass)
-        : DocumentCommand(openDocument, Scope::Settings,
-                          Desk::tr("Класс нивелирования: %1").arg(describeClass(newClass)))
-        , classBefore(openDocument.getLevellingClass())
-        , classAfter(newClass)
+    RulesCommand(Document& openDocument, const QString& text, const SurveyRules& newRules)
+        : DocumentCommand(openDocument,
+                          openDocument.toleranceRules.hasTestsOf(newRules.tolerances) ? Scope::Settings
+                                                                                      : Scope::Tests,
+                          text)
+        , rulesBefore(openDocument.getSurveyRules())
+        , rulesAfter(newRules)
     {}
 
 private:
     void apply(bool isForward) override
     {
-        getDocument().levellingClass = isForward ? classAfter : classBefore;
-        Q_EMIT getDocument().levellingClassChanged(getDocument().levellingClass);
+        const SurveyRules& rules = isForward ? rulesAfter : rulesBefore;
+        getDocument().levellingClass = rules.levellingClass;
+        getDocument().toleranceRules = rules.tolerances;
+        Q_EMIT getDocument().surveyRulesChanged();
     }
 
-    const LevellingClass classBefore;
-    const LevellingClass classAfter;
+    const SurveyRules rulesBefore;
+    const SurveyRules rulesAfter;
 };
 
 void Document::setLevellingClass(LevellingClass newClass)
 {
     if (levellingClass != newClass)
-        undoStack->push(new ClassCommand(*this, newClass));
+        undoStack->push(new RulesCommand(*this,
+                                         Desk::tr("Класс нивелирования: %1").arg(describeClass(newClass)),
+                                         {newClass, toleranceRules}));
+}
+
+void Document::setToleranceRules(const ToleranceRules& newRules)
+{
+    if (toleranceRules != newRules)
+        undoStack->push(new RulesCommand(*this, Desk::tr("Допуски"), {levellingClass, newRules}));
 }
 
 std::vector<LevellingPoint*> Document::getPoints() const
@@ -359,10 +371,12 @@ bool Document::setContent(Content content)
                            content.nextId, std::move(content.fieldBook));
     items.deletedSections = std::move(content.deletedSections);
     levellingClass = content.levellingClass;
+    toleranceRules = content.toleranceRules;
     states = std::move(content.states);
     items.state = states.current.network;
     exchangeItems(items);
     undoStack->clear();
+    Q_EMIT surveyRulesChanged();
     return true;
 }
 
@@ -373,6 +387,7 @@ Document::Content Document::copyContent() const
     content.sources = head.sources;
     content.parameters = getParameters();
     content.levellingClass = levellingClass;
+    content.toleranceRules = toleranceRules;
     for (const LevellingPoint* point : getPoints())
         content.points.push_back(std::make_unique<LevellingPoint>(*point));
     for (const LevellingSection* section : getSections())

@@ -3,12 +3,12 @@
 #include "apps/desk/document/DocumentState.h"
 #include "apps/desk/document/FileState.h"
 #include "apps/desk/document/HandChange.h"
-#include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkChange.h"
 #include "apps/desk/document/NetworkItems.h"
 #include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/document/ProtocolKeeper.h"
 #include "apps/desk/document/ProtocolSummary.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "host/model/CCommonTervoModel.h"
 #include "host/model/CProject.h"
 #include "levelling/Adjustment.h"
@@ -49,6 +49,7 @@ public:
         QStringList sources; ///< as the network has them
         levelling::Parameters parameters;
         LevellingClass levellingClass = LevellingClass::IV;
+        ToleranceRules toleranceRules;
         std::vector<std::unique_ptr<LevellingPoint>> points;
         std::vector<std::unique_ptr<LevellingSection>> sections;
         std::vector<levelling::ObservedHeights> observedHeights;
@@ -91,6 +92,11 @@ public:
     LevellingClass getLevellingClass() const { return levellingClass; }
     /// By a command of the undo stack.
     void setLevellingClass(LevellingClass newClass);
+    const ToleranceRules& getToleranceRules() const { return toleranceRules; }
+    /// By a command of the undo stack.
+    void setToleranceRules(const ToleranceRules& newRules);
+    /// The class with the rules, for a run.
+    SurveyRules getSurveyRules() const { return {levellingClass, toleranceRules}; }
     std::vector<LevellingPoint*> getPoints() const;
     std::vector<LevellingSection*> getSections() const;
     /// The point, or the section, of that id; null if there is none.
@@ -195,17 +201,18 @@ Q_SIGNALS:
     void itemsEdited(const std::vector<LONGID>& ids);
     /// Other results or protocols than before are outdated.
     void outdatedChanged();
-    void levellingClassChanged(orvel::desk::LevellingClass levellingClass);
     /// Results of the adjustment came.
     void resultsChanged();
     /// The protocols have other lines now.
     void summaryChanged();
     void modifiedChanged(bool isModified);
+    /// The class of the levelling, or the tolerances, are others.
+    void surveyRulesChanged();
     /// The project has another name or file.
     void originChanged();
 
 private:
-    friend class ClassCommand;
+    friend class RulesCommand;
     friend class DocumentCommand;
     friend class NetworkCommand;
 
@@ -235,6 +242,7 @@ private:
     DocumentStates states;
     std::set<int> toldOutdated; ///< the types; 0 for the results
     LevellingClass levellingClass = LevellingClass::IV;
+    ToleranceRules toleranceRules;
     LONGID nextId;
     ProtocolKeeper keeper;
     bool isProcessingCleared = false; // by the run at work, with the network

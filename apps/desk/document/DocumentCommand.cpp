@@ -8,9 +8,24 @@ DocumentCommand::DocumentCommand(Document& openDocument, Scope scope, const QStr
     : QUndoCommand(text)
     , document(openDocument)
     , before(openDocument.getState())
-    , after(scope == Scope::Network ? DocumentState{openDocument.takeStateNumber(), before.settings}
-                                    : DocumentState{before.network, openDocument.takeStateNumber()})
+    , after(makeState(before, scope, openDocument.takeStateNumber()))
 {}
+
+DocumentState DocumentCommand::makeState(DocumentState state, Scope scope, qint64 number)
+{
+    switch (scope) {
+    case Scope::Network:
+        state.network = number;
+        break;
+    case Scope::Tests:
+        state.tests = number;
+        [[fallthrough]];
+    case Scope::Settings:
+        state.settings = number;
+        break;
+    }
+    return state;
+}
 
 void DocumentCommand::redo()
 {

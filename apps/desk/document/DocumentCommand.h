@@ -17,7 +17,11 @@ public:
     void undo() final;
 
 protected:
-    enum class Scope { Network, Settings };
+    enum class Scope {
+        Network,
+        Settings, ///< the class, and limits
+        Tests,    ///< the level of the tests or decimals, and maybe limits
+    };
 
     /// To be pushed on the document's stack at once.
     DocumentCommand(Document& openDocument, Scope scope, const QString& text);
@@ -25,6 +29,8 @@ protected:
     Document& getDocument() const { return document; }
 
 private:
+    /// The state that another number for what is in scope makes of the state.
+    static DocumentState makeState(DocumentState state, Scope scope, qint64 number);
     /// Makes the change, or takes it back.
     virtual void apply(bool isForward) = 0;
 

@@ -30,6 +30,12 @@ bool dependsOnSettings(int protocolType)
            protocolType == enums::AutoChainTracingAnalysis;
 }
 
+/// Whether its lines depend on no class, but on the level of the tests.
+bool dependsOnTests(int protocolType)
+{
+    return protocolType == enums::Adjust || protocolType == enums::L1Analysis;
+}
+
 /// Copies of the items without the removed ones and with the added ones in their places.
 /// @param places  gets the new index of every item; -1 for one that is removed
 template<typename Item>
@@ -279,7 +285,8 @@ bool Document::isProtocolOutdated(int protocolType) const
     const auto found = states.protocols.find(protocolType);
     const DocumentState state = found == states.protocols.end() ? DocumentState() : found->second;
     return state.network != states.current.network ||
-           (dependsOnSettings(protocolType) && state.settings != states.current.settings);
+           (dependsOnSettings(protocolType) && state.settings != states.current.settings) ||
+           (dependsOnTests(protocolType) && state.tests != states.current.tests);
 }
 
 std::vector<int> Document::getOutdatedTypes() const

@@ -12,10 +12,11 @@ struct DocumentState
 {
     qint64 network = 0;  ///< points and sections
     qint64 settings = 0; ///< class and tolerances
+    qint64 tests = 0;    ///< of the tolerances the level of the tests, and decimals
 
     bool operator==(const DocumentState& other) const
     {
-        return network == other.network && settings == other.settings;
+        return network == other.network && settings == other.settings && tests == other.tests;
     }
     bool operator!=(const DocumentState& other) const { return !(*this == other); }
 };

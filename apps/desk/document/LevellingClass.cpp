@@ -68,8 +68,7 @@ QString describeClass(LevellingClass levellingClass)
 
 std::optional<LevellingClass> findLevellingClass(const QString& name)
 {
-    for (const auto levellingClass : {LevellingClass::I, LevellingClass::II, LevellingClass::III,
-                                      LevellingClass::IV, LevellingClass::Technical}) {
+    for (const LevellingClass levellingClass : kLevellingClasses) {
         if (getClassName(levellingClass) == name)
             return levellingClass;
     }

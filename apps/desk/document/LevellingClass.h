@@ -2,12 +2,16 @@
 
 #include <QString>
 
+#include <array>
 #include <optional>
 
 namespace orvel::desk {
 
 /// Class of the levelling, which sets the permitted misclosures.
 enum class LevellingClass { I = 1, II, III, IV, Technical };
+
+constexpr std::array kLevellingClasses{LevellingClass::I, LevellingClass::II, LevellingClass::III,
+                                       LevellingClass::IV, LevellingClass::Technical};
 
 /// Permitted misclosure of a line, mm per square root of its length in km: of the classes I to IV, and of
 /// technical levelling. docs/tests-and-formulas.md tells where the limits come from.

@@ -14,7 +14,7 @@ namespace orvel::desk {
 namespace {
 
 constexpr quint32 kSignature = 0x4F525650; // "ORVP"
-constexpr quint32 kVersion = 3;
+constexpr quint32 kVersion = 4;
 constexpr quint32 kMostSources = 100000;
 
 /// The file is sound, but holds more than can be worked with.
@@ -163,6 +163,7 @@ QByteArray writeContent(const StoredProject& project)
     project.protocol.save(archive);
     writeAddition(archive, content);
     writeFieldData(archive, content);
+    ToleranceRules(content.toleranceRules).serialize(archive);
     return buffer.data();
 }
 
@@ -183,6 +184,8 @@ StoredProject readContent(QByteArray bytes, quint32 version)
         readAddition(archive, project.content);
     if (version > 2)
         readFieldData(archive, project.content);
+    if (version > 3)
+        project.content.toleranceRules.serialize(archive);
     return project;
 }
 

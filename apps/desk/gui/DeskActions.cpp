@@ -7,6 +7,7 @@
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/runs/RunKinds.h"
+#include "apps/desk/runs/Tolerances.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -34,11 +35,11 @@ Glyph getGlyph(int protocolType)
 
 } // namespace
 
-DeskActions::DeskActions(QMainWindow& owner, LevellingClass currentClass) : QObject(&owner), window(owner)
+DeskActions::DeskActions(QMainWindow& owner, const SurveyRules& rules) : QObject(&owner), window(owner)
 {
     createFileMenu();
     createRunMenu();
-    createClassMenu(runMenu, currentClass);
+    createClassMenu(runMenu, rules);
     createProtocolMenu();
     createReportMenu();
     createHelpMenu();
@@ -54,6 +55,15 @@ void DeskActions::update(const Situation& situation)
 void DeskActions::addToProtocolMenu(QAction* action)
 {
     protocolMenu->addAction(action);
+}
+
+void DeskActions::showRules(const SurveyRules& rules)
+{
+    for (const auto& [levellingClass, action] : classActions) {
+        const QString factor = tolerances::describeFactor(rules.tolerances.of(levellingClass).loops);
+        action->setText(QStringLiteral("%1: %2").arg(describeClass(levellingClass), factor));
+        action->setChecked(levellingClass == rules.levellingClass);
+    }
 }
 
 bool DeskActions::isMet(Need need, const Situation& situation)
@@ -116,23 +126,24 @@ void DeskActions::createRunMenu()
     runMenu->addSeparator();
 }
 
-void DeskActions::createClassMenu(QMenu* menu, LevellingClass currentClass)
+void DeskActions::createClassMenu(QMenu* menu, const SurveyRules& rules)
 {
     QMenu* classMenu = menu->addMenu(Desk::tr("&Класс нивелирования"));
     classMenu->setStatusTip(Desk::tr("Задаёт допустимые невязки k·√L"));
     auto* group = new QActionGroup(this);
-    for (const auto levellingClass : {LevellingClass::I, LevellingClass::II, LevellingClass::III,
-                                      LevellingClass::IV, LevellingClass::Technical}) {
-        QAction* action = classMenu->addAction(QStringLiteral("%1: %2").arg(
-            describeClass(levellingClass),
-            Desk::tr("%1\u00A0мм·√L").arg(QString::number(getToleranceFactor(levellingClass)))));
+    for (const LevellingClass levellingClass : kLevellingClasses) {
+        QAction* action = classMenu->addAction(QString());
         action->setCheckable(true);
-        action->setChecked(levellingClass == currentClass);
         group->addAction(action);
+        classActions[levellingClass] = action;
         connect(action, &QAction::triggered, this,
                 [this, levellingClass] { Q_EMIT classChosen(levellingClass); });
     }
+    showRules(rules);
     needs.emplace_back(classMenu->menuAction(), Need::Idle);
+    add(menu, Command::EditTolerances, Need::Idle, Desk::tr("&Допуски…"), QIcon(),
+        QKeySequence(QStringLiteral("Ctrl+T")))
+        ->setStatusTip(Desk::tr("Задать свои допуски, уровень критериев и число знаков"));
     menu->addSeparator();
     add(menu, Command::ShowMonitor, Need::Nothing, Desk::tr("Окно &выполнения"), QIcon(),
         QKeySequence(QStringLiteral("Ctrl+J")));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/desk/document/LevellingClass.h"
+#include "apps/desk/document/ToleranceRules.h"
 
 #include <QObject>
 
@@ -30,6 +30,7 @@ public:
         ImportTable,
         Export,
         Quit,
+        EditTolerances,
         ShowMonitor,
         ShowItemProtocol,
         NextProblem,
@@ -48,10 +49,12 @@ public:
     };
 
     /// Adds the menus and the tool bar to the window, which owns the object.
-    DeskActions(QMainWindow& window, LevellingClass currentClass);
+    DeskActions(QMainWindow& window, const SurveyRules& rules);
 
     /// Enables the commands that can be given.
     void update(const Situation& situation);
+    /// Marks the class, and names the limits of all.
+    void showRules(const SurveyRules& rules);
     /// Adds a further entry to the menu of the protocols.
     void addToProtocolMenu(QAction* action);
 
@@ -70,7 +73,7 @@ private:
     static bool isMet(Need need, const Situation& situation);
     void createFileMenu();
     void createRunMenu();
-    void createClassMenu(QMenu* menu, LevellingClass currentClass);
+    void createClassMenu(QMenu* menu, const SurveyRules& rules);
     void createProtocolMenu();
     void createReportMenu();
     void createHelpMenu();
@@ -82,6 +85,7 @@ private:
     QMainWindow& window;
     std::map<Command, QAction*> actions;
     std::map<int, QAction*> runActions; // by protocol type
+    std::map<LevellingClass, QAction*> classActions;
     std::vector<std::pair<QAction*, Need>> needs;
     QMenu* runMenu = nullptr;
     QMenu* recentMenu = nullptr;

@@ -27,6 +27,8 @@
 #include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
+#include "apps/desk/tolerances/ClassIndicator.h"
+#include "apps/desk/tolerances/ToleranceDialog.h"
 #include "host/app/Application.h"
 #include "host/files/Error.h"
 #include "host/reports/ReportsGeneratorItem.h"
@@ -92,7 +94,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     : ProjectWindow(&projectDocument->getModel())
     , document(projectDocument.release())
     , uriFollower(*this)
-    , actions(new DeskActions(*this, document->getLevellingClass()))
+    , actions(new DeskActions(*this, document->getSurveyRules()))
     , status(new QLabel)
 {
     setWindowIcon(makeApplicationIcon());
@@ -100,6 +102,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     createProtocolDock();
     // Stands again when a word that hid it is over.
     statusBar()->addWidget(status);
+    createClassIndicator();
     addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
 
     connect(new FileDrops(*this, [this] { return !isRunWorking(); }), &FileDrops::dropped, this,
@@ -522,6 +525,27 @@ void DeskWindow::createProtocolDock()
     actions->addToProtocolMenu(protocolDock->toggleViewAction());
 }
 
+void DeskWindow::createClassIndicator()
+{
+    auto* indicator = new ClassIndicator(*document, statusBar());
+    statusBar()->addPermanentWidget(indicator);
+    connect(indicator, &QAbstractButton::clicked, this, &DeskWindow::editTolerances);
+    connect(document, &Document::surveyRulesChanged, actions,
+            [this] { actions->showRules(document->getSurveyRules()); });
+}
+
+void DeskWindow::editTolerances()
+{
+    if (isRunWorking())
+        return;
+    auto* dialog =
+        new ToleranceDialog(document->getSurveyRules(), document->getParameters().confidence, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, document,
+            [this, dialog] { document->setToleranceRules(dialog->getRules()); });
+    dialog->open();
+}
+
 void DeskWindow::restoreLayout()
 {
     const QSettings settings;
@@ -565,6 +589,9 @@ void DeskWindow::perform(DeskActions::Command command)
         break;
     case Command::Quit:
         close();
+        break;
+    case Command::EditTolerances:
+        editTolerances();
         break;
     case Command::ShowMonitor:
         showMonitor();

@@ -83,6 +83,8 @@ protected:
 private:
     QWidget* createCentralWidget();
     void createProtocolDock();
+    void createClassIndicator();
+    void editTolerances();
     void restoreLayout();
     void saveLayout() const;
 

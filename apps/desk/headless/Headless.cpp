@@ -10,6 +10,7 @@
 #include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
 #include "apps/desk/templates/TemplateFile.h"
+#include "apps/desk/tolerances/ToleranceFile.h"
 #include "host/enums/EnumData.h"
 #include "host/files/Error.h"
 #include "host/files/StringUtils.h"
@@ -53,6 +54,8 @@ void Headless::performAll(const CommandLine& commandLine)
 {
     if (commandLine.levellingClass)
         document.setLevellingClass(*commandLine.levellingClass);
+    if (toleranceRules)
+        document.setToleranceRules(*toleranceRules);
     if (!commandLine.recordFile.isEmpty())
         startRecording(commandLine.recordFile);
 
@@ -104,6 +107,8 @@ bool Headless::load(const CommandLine& commandLine)
             if (!file.templateFile.isEmpty())
                 sources.back().format = templatefile::read(file.templateFile);
         }
+        if (!commandLine.toleranceFile.isEmpty())
+            toleranceRules = tolerancefile::read(commandLine.toleranceFile);
         // A project that is only read may be open elsewhere: it is always whole.
         if (!commandLine.saveFile.isEmpty())
             lock = ProjectLock::take(commandLine.saveFile);

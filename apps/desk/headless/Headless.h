@@ -57,8 +57,9 @@ private:
 
     Document& document;
     Complain complain;
-    std::vector<ImportSource> sources; // with the templates that were read
-    std::shared_ptr<ProjectLock> lock; // of the project to be saved
+    std::vector<ImportSource> sources;            // with the templates that were read
+    std::optional<ToleranceRules> toleranceRules; // instead of the project's
+    std::shared_ptr<ProjectLock> lock;            // of the project to be saved
     int exitCode = Done;
     std::unique_ptr<JournalRecorder> recorder;
     RunMonitor monitor;

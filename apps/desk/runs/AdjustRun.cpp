@@ -3,6 +3,7 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/RunLines.h"
+#include "apps/desk/runs/Tolerances.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,9 +24,12 @@ using levelling::PartFit;
 class AdjustmentReport
 {
 public:
-    AdjustmentReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot)
+    AdjustmentReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
+                     const SurveyRules& givenRules)
         : monitor(runMonitor)
         , network(snapshot.network)
+        , rules(givenRules)
+        , format(givenRules.tolerances)
         , lines(runMonitor, snapshot)
     {}
 
@@ -35,6 +39,8 @@ public:
         adjustment = levelling::adjust(network);
         monitor.finishCurrentStage();
         lines.service(Desk::tr("Метод наименьших квадратов, веса обратны квадратам СКО измерений"));
+        if (const QString level = tolerances::describeOwnLevel(rules.tolerances); !level.isEmpty())
+            lines.service(level);
 
         writeComposition();
         if (adjustment.status == AdjustmentStatus::Ok && lines.isRunning()) {
@@ -134,14 +140,14 @@ private:
         const QString link = lines.point(index);
         if (given.fixed)
             lines.message(
-                Desk::tr("Исходный репер %1: отметка %2\u00A0м").arg(link, numbers::height(point.height)));
+                Desk::tr("Исходный репер %1: отметка %2\u00A0м").arg(link, format.height(point.height)));
         else if (given.observed)
             lines.message(
                 Desk::tr("Исходный репер %1: отметка %2\u00A0м, известна с ковариациями и уравнивается")
-                    .arg(link, numbers::height(*given.height)));
+                    .arg(link, format.height(*given.height)));
         else
             lines.message(Desk::tr("Пункт %1: приближённая высота %2\u00A0м")
-                              .arg(link, numbers::height(point.approximateHeight)));
+                              .arg(link, format.height(point.approximateHeight)));
     }
 
     void writeImplausible(const levelling::ImplausibleSections& implausible)
@@ -149,7 +155,7 @@ private:
         const double limit = network.parameters.toleranceAbsolute;
         // Without results no section has an absolute term; the difference from the others is as large.
         const auto& first = adjustment.sections[static_cast<std::size_t>(implausible.sections.front())];
-        const QString difference = numbers::misclosure(first ? first->absoluteTerm : implausible.difference);
+        const QString difference = format.misclosure(first ? first->absoluteTerm : implausible.difference);
         if (implausible.sections.size() == 1)
             lines.warning(
                 Desk::tr("Секция %1: измеренное превышение отличается от вычисленного по "
@@ -321,12 +327,11 @@ private:
     {
         const QString values =
             Desk::tr("Пункт %1: H = %2\u00A0м, СКО априорная %3\u00A0мм")
-                .arg(lines.point(index), numbers::height(point.height), numbers::sigma(point.sigma));
+                .arg(lines.point(index), format.height(point.height), format.sigma(point.sigma));
         const std::optional<double> sigma0 = adjustment.getFit(index).getSigma0();
         lines.message(
-            sigma0
-                ? Desk::tr("%1, апостериорная %2\u00A0мм").arg(values, numbers::sigma(point.sigma * *sigma0))
-                : Desk::tr("%1, апостериорная не определяется").arg(values));
+            sigma0 ? Desk::tr("%1, апостериорная %2\u00A0мм").arg(values, format.sigma(point.sigma * *sigma0))
+                   : Desk::tr("%1, апостериорная не определяется").arg(values));
     }
 
     void writeResiduals()
@@ -386,10 +391,10 @@ private:
         const QString found =
             isError ? Desk::tr("Ошибка в одной из секций %1: измерения их не различают")
                     : Desk::tr("Возможна ошибка в одной из секций %1: измерения их не различают");
-        writeBySize(index, Desk::tr("%1; %2; оценка ошибки %3\u00A0мм, обнаруживается от %4\u00A0мм")
-                               .arg(found.arg(lines.listSections(series)), describeSize(index),
-                                    numbers::misclosure(*section.grossError),
-                                    numbers::sigma(*section.detectableError)));
+        writeBySize(index,
+                    Desk::tr("%1; %2; оценка ошибки %3\u00A0мм, обнаруживается от %4\u00A0мм")
+                        .arg(found.arg(lines.listSections(series)), describeSize(index),
+                             format.misclosure(*section.grossError), format.sigma(*section.detectableError)));
     }
 
     /// @param isJudged whether the section can be told apart from all others
@@ -397,21 +402,21 @@ private:
     {
         const AdjustedSection& section = getAdjusted(index);
         const QString values = Desk::tr("Секция %1: h = %2\u00A0м, v = %3\u00A0мм")
-                                   .arg(lines.section(index), numbers::height(getSection(index).difference),
-                                        numbers::misclosure(section.residual));
+                                   .arg(lines.section(index), format.height(getSection(index).difference),
+                                        format.misclosure(section.residual));
         if (!section.statistic) {
             lines.warning(Desk::tr("%1, не контролируется другими измерениями").arg(values));
             return;
         }
         const double scale = getFitOfSection(index).isStudentised ? getFitOfSection(index).sigmaScale : 1.0;
-        const QString sigma = numbers::sigma(*section.residualSigma * scale);
+        const QString sigma = format.sigma(*section.residualSigma * scale);
         if (isSuspicious(index) && isJudged)
             writeBySize(
                 index,
                 Desk::tr("%1, СКО поправки %2\u00A0мм, %3; r = %4, оценка ошибки %5\u00A0мм, обнаруживается "
                          "от %6\u00A0мм")
                     .arg(values, sigma, describeSize(index), numbers::fixed(section.redundancy, 2),
-                         numbers::misclosure(*section.grossError), numbers::sigma(*section.detectableError)));
+                         format.misclosure(*section.grossError), format.sigma(*section.detectableError)));
         else if (isSuspicious(index))
             lines.message(Desk::tr("%1, СКО поправки %2\u00A0мм, %3 %4")
                               .arg(values, sigma, nameStatistic(index),
@@ -424,7 +429,7 @@ private:
     void writeObservedHeight(const levelling::AdjustedHeight& height)
     {
         const QString values = Desk::tr("Исходный репер %1: поправка в отметку %2\u00A0мм")
-                                   .arg(lines.point(height.point), numbers::misclosure(height.residual));
+                                   .arg(lines.point(height.point), format.misclosure(height.residual));
         if (!height.statistic) {
             lines.message(Desk::tr("%1, не контролируется другими измерениями").arg(values));
             return;
@@ -441,6 +446,8 @@ private:
 
     qor::IProcessMonitor& monitor;
     const levelling::Network& network;
+    SurveyRules rules;
+    NumberFormat format;
     RunLines lines;
     levelling::Adjustment adjustment;
     std::vector<int> orderedSections;
@@ -449,9 +456,10 @@ private:
 
 } // namespace
 
-std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot)
+std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+                                               const SurveyRules& rules)
 {
-    return AdjustmentReport(monitor, snapshot).run();
+    return AdjustmentReport(monitor, snapshot, rules).run();
 }
 
 QString describeFailure(AdjustmentStatus status)

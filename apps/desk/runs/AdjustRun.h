@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "host/process/IProcessMonitor.h"
 #include "levelling/Adjustment.h"
 
@@ -12,8 +13,8 @@ namespace orvel::desk {
 
 /// Adjusts a network by least squares and writes composition, results and residuals, each in a stage of the
 /// protocol. Nothing if the run was stopped.
-std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor,
-                                               const NetworkSnapshot& snapshot);
+std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+                                               const SurveyRules& rules = {});
 
 /// Why an adjustment of that status has no results, as plain text; empty if it has.
 QString describeFailure(levelling::AdjustmentStatus status);

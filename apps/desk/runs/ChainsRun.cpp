@@ -25,10 +25,12 @@ using levelling::NodeHeight;
 class ChainsReport
 {
 public:
-    ChainsReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot, LevellingClass givenClass)
+    ChainsReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
+                 const SurveyRules& givenRules)
         : monitor(runMonitor)
         , network(snapshot.network)
-        , levellingClass(givenClass)
+        , rules(givenRules)
+        , format(givenRules.tolerances)
         , lines(runMonitor, snapshot)
     {}
 
@@ -73,7 +75,7 @@ private:
             "тот, где сходятся три или больше. Повторные измерения секции, в том числе прямо и обратно, — "
             "одна "
             "секция, их среднее"));
-        lines.service(Desk::tr("Допуск невязок ходов: %1").arg(tolerances::describeRule(levellingClass)));
+        lines.service(Desk::tr("Допуск невязок ходов: %1").arg(tolerances::describeLoopRule(rules)));
         lines.service(describeCounts());
         if (!found.hasHeights)
             lines.error(Desk::tr("Высоты узловых пунктов не вычислены: веса измерений различаются слишком "
@@ -155,7 +157,7 @@ private:
 
     Tolerance judge(double value, const Chain& chain) const
     {
-        return tolerances::judge(value, chain.length, chain.sigma, levellingClass);
+        return tolerances::judgeLoop(value, {chain.length, chain.stations, chain.sigma}, rules);
     }
 
     Tolerance judge(const NodeHeight& height) const
@@ -228,11 +230,11 @@ private:
         if (chain.misclosure) {
             const Tolerance tolerance = judge(*chain.misclosure, chain);
             values.append(Desk::tr("невязка %1\u00A0мм, %2, отношение %3")
-                              .arg(numbers::misclosure(*chain.misclosure),
-                                   tolerances::describeSignedLimit(tolerance),
+                              .arg(format.misclosure(*chain.misclosure),
+                                   tolerances::describeSignedLimit(tolerance, format),
                                    numbers::fixed(tolerance.ratio, 2)));
         }
-        values.append(Desk::tr("Σh = %1\u00A0м").arg(numbers::withSign(chain.sum, 5)));
+        values.append(Desk::tr("Σh = %1\u00A0м").arg(format.rise(chain.sum)));
         values.append(tolerances::describeLength(chain.length));
         values.append(describeSections(chain));
         if (chain.stations)
@@ -271,12 +273,12 @@ private:
             least = std::min(least, height.deviation);
             largest = std::max(largest, height.deviation);
             heights.append(Desk::tr("от %1 %2\u00A0м (%3\u00A0мм, %4)")
-                               .arg(lines.point(height.from), numbers::height(height.height),
-                                    numbers::misclosure(height.deviation),
-                                    tolerances::describeSignedLimit(judge(height))));
+                               .arg(lines.point(height.from), format.height(height.height),
+                                    format.misclosure(height.deviation),
+                                    tolerances::describeSignedLimit(judge(height), format)));
         }
         return Desk::tr("Узловой пункт %1: уравненная H = %2\u00A0м, по ходам с размахом %3\u00A0мм: %4")
-            .arg(lines.point(node.point), numbers::height(*node.height), numbers::fixed(largest - least, 2),
+            .arg(lines.point(node.point), format.height(*node.height), format.sigma(largest - least),
                  heights.join(QStringLiteral(", ")));
     }
 
@@ -294,7 +296,8 @@ private:
 
     qor::IProcessMonitor& monitor;
     const levelling::Network& network;
-    LevellingClass levellingClass;
+    SurveyRules rules;
+    NumberFormat format;
     RunLines lines;
     levelling::MergedNetwork merged;
     levelling::Chains found;
@@ -302,10 +305,9 @@ private:
 
 } // namespace
 
-QString runChains(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                  LevellingClass levellingClass)
+QString runChains(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules)
 {
-    return ChainsReport(monitor, snapshot, levellingClass).run();
+    return ChainsReport(monitor, snapshot, rules).run();
 }
 
 } // namespace orvel::desk

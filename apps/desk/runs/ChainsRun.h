@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -12,7 +12,6 @@ namespace orvel::desk {
 /// the heights that each node gets from its lines.
 ///
 /// @return why there are no lines, as plain text; empty if there are or if the run was stopped
-QString runChains(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                  LevellingClass levellingClass);
+QString runChains(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules);
 
 } // namespace orvel::desk

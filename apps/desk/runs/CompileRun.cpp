@@ -21,10 +21,12 @@ using levelling::RepeatedSections;
 class Compilation
 {
 public:
-    Compilation(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot, LevellingClass givenClass)
+    Compilation(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
+                const SurveyRules& givenRules)
         : monitor(runMonitor)
         , network(snapshot.network)
-        , levellingClass(givenClass)
+        , rules(givenRules)
+        , format(givenRules.tolerances)
         , lines(runMonitor, snapshot)
     {}
 
@@ -66,8 +68,7 @@ private:
                           .arg(QString::number(network.points.size()), QString::number(benchmarks),
                                QString::number(network.sections.size()), QString::number(parts),
                                QString::number(redundancy)));
-        lines.service(Desk::tr("Допуск невязок ходов и полигонов и расхождений измерений секции: %1")
-                          .arg(tolerances::describeRule(levellingClass)));
+        lines.service(tolerances::describeRules(rules.tolerances, rules.levellingClass));
         std::size_t number = 0;
         std::size_t done = 0;
         for (const Component& component : components) {
@@ -134,8 +135,8 @@ private:
                 Desk::tr(
                     "Случайная СКО на 1\u00A0км по расхождениям прямых и обратных ходов, секций: %1; одного "
                     "хода %2\u00A0мм, среднего из двух %3\u00A0мм")
-                    .arg(QString::number(precision->count), numbers::sigma(precision->single),
-                         numbers::sigma(precision->mean)));
+                    .arg(QString::number(precision->count), format.sigma(precision->single),
+                         format.sigma(precision->mean)));
         for (const RepeatedSections& repeated : repeatedSections) {
             if (!lines.isRunning())
                 return;
@@ -150,12 +151,11 @@ private:
         const QString kind = repeated.back.empty() || repeated.forward.empty()
                                  ? Desk::tr("Повторные измерения")
                                  : Desk::tr("Прямой и обратный ход");
-        const Tolerance tolerance = tolerances::judge(repeated.discrepancy, repeated.length,
-                                                      repeated.discrepancySigma, levellingClass);
-        const QString text =
-            Desk::tr("%1 %2: расхождение %3\u00A0мм, %4")
-                .arg(kind, lines.listSections(sections), numbers::fixed(repeated.discrepancy, 2),
-                     tolerances::describeLimit(tolerance));
+        const Tolerance tolerance = tolerances::judgeRepeated(
+            repeated.discrepancy, {repeated.length, repeated.stations, repeated.discrepancySigma}, rules);
+        const QString text = Desk::tr("%1 %2: расхождение %3\u00A0мм, %4")
+                                 .arg(kind, lines.listSections(sections), format.sigma(repeated.discrepancy),
+                                      tolerances::describeLimit(tolerance, format));
         write(tolerance.isExceeded, text);
     }
 
@@ -185,12 +185,12 @@ private:
     void checkLoop(const Loop& loop)
     {
         const Tolerance tolerance =
-            tolerances::judge(loop.misclosure, loop.length, loop.sigma, levellingClass);
+            tolerances::judgeLoop(loop.misclosure, {loop.length, loop.stations, loop.sigma}, rules);
         const bool isClosed = loop.points.front() == loop.points.back();
         const QString text =
             Desk::tr("%1 %2: невязка %3\u00A0мм, %4, %5; секции: %6")
                 .arg(isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), lines.listWay(loop.points),
-                     numbers::misclosure(loop.misclosure), tolerances::describeSignedLimit(tolerance),
+                     format.misclosure(loop.misclosure), tolerances::describeSignedLimit(tolerance, format),
                      tolerances::describeLength(loop.length), lines.listSections(sectionsOf(loop)));
         write(tolerance.isExceeded, text);
     }
@@ -207,16 +207,17 @@ private:
 
     qor::IProcessMonitor& monitor;
     const levelling::Network& network;
-    LevellingClass levellingClass;
+    SurveyRules rules;
+    NumberFormat format;
     RunLines lines;
     levelling::MergedNetwork merged;
 };
 
 } // namespace
 
-void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, LevellingClass levellingClass)
+void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules)
 {
-    Compilation(monitor, snapshot, levellingClass).run();
+    Compilation(monitor, snapshot, rules).run();
 }
 
 } // namespace orvel::desk

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "host/process/IProcessMonitor.h"
 
 namespace orvel::desk {
 
 /// Checks a network before its adjustment: datum and connectivity of every component, repeated measurements,
 /// and the misclosures of a minimal loop basis, each beside its limit.
-void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                LevellingClass levellingClass);
+void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules);
 
 } // namespace orvel::desk

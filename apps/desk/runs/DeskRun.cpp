@@ -53,15 +53,27 @@ std::optional<int> getOtherImport(int importType)
     return importType == enums::Import ? enums::ImportTemplate : enums::Import;
 }
 
-/// A run that looks at the network by the tolerances of its class, and changes nothing.
+/// The network with the level of the tests that the rules ask for.
+std::shared_ptr<const NetworkSnapshot> applyLevel(const std::shared_ptr<const NetworkSnapshot>& snapshot,
+                                                  const ToleranceRules& rules)
+{
+    if (!rules.confidence || *rules.confidence == snapshot->network.parameters.confidence)
+        return snapshot;
+    auto changed = std::make_shared<NetworkSnapshot>(*snapshot);
+    changed->network.parameters.confidence = *rules.confidence;
+    return changed;
+}
+
+/// A run that looks at the network by the project's rules, and changes nothing.
 DeskRun makeAnalysis(const Document& document, int protocolType,
-                     QString (*analyse)(qor::IProcessMonitor&, const NetworkSnapshot&, LevellingClass))
+                     QString (*analyse)(qor::IProcessMonitor&, const NetworkSnapshot&, const SurveyRules&))
 {
     DeskRun run;
     run.protocolType = protocolType;
-    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass(),
-                    analyse, failure = run.failure](qor::IProcessMonitor& monitor) {
-        *failure = RunFailure::make(RunFailure::Kind::NoResult, analyse(monitor, *snapshot, levellingClass));
+    run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(), analyse,
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        const auto judged = applyLevel(snapshot, rules.tolerances);
+        *failure = RunFailure::make(RunFailure::Kind::NoResult, analyse(monitor, *judged, rules));
     };
     return run;
 }
@@ -72,7 +84,7 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
                    const QString& projectName, const std::optional<SectionSigma>& sigma)
 {
     DeskRun run;
-    const ImportSettings settings{document.getLevellingClass(), sigma};
+    const ImportSettings settings{document.getSurveyRules(), sigma};
     run.protocolType = getImportType(sources);
     const auto replaced = std::make_shared<std::optional<NetworkItems>>();
     const auto windowThread = std::make_shared<ThreadCall>();
@@ -157,8 +169,8 @@ DeskRun makeCompile(const Document& document)
 {
     DeskRun run;
     run.protocolType = enums::Compile;
-    run.function = [snapshot = document.shareSnapshot(), levellingClass = document.getLevellingClass()](
-                       qor::IProcessMonitor& monitor) { runCompile(monitor, *snapshot, levellingClass); };
+    run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules()](
+                       qor::IProcessMonitor& monitor) { runCompile(monitor, *snapshot, rules); };
     return run;
 }
 
@@ -167,9 +179,9 @@ DeskRun makeAdjust(Document& document)
     DeskRun run;
     run.protocolType = enums::Adjust;
     const auto adjustment = std::make_shared<std::optional<levelling::Adjustment>>();
-    run.function = [snapshot = document.shareSnapshot(), adjustment,
+    run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(), adjustment,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
-        *adjustment = runAdjust(monitor, *snapshot);
+        *adjustment = runAdjust(monitor, *applyLevel(snapshot, rules.tolerances), rules);
         if (*adjustment)
             *failure = RunFailure::make(RunFailure::Kind::NoResult, describeFailure((*adjustment)->status));
     };
@@ -182,13 +194,7 @@ DeskRun makeAdjust(Document& document)
 
 DeskRun makeL1Analysis(const Document& document)
 {
-    DeskRun run;
-    run.protocolType = enums::L1Analysis;
-    run.function = [snapshot = document.shareSnapshot(),
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
-        *failure = RunFailure::make(RunFailure::Kind::NoResult, runL1Analysis(monitor, *snapshot));
-    };
-    return run;
+    return makeAnalysis(document, enums::L1Analysis, runL1Analysis);
 }
 
 DeskRun makeChains(const Document& document)

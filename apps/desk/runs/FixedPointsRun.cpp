@@ -26,10 +26,11 @@ class FixedPointsReport
 {
 public:
     FixedPointsReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
-                      LevellingClass givenClass)
+                      const SurveyRules& givenRules)
         : monitor(runMonitor)
         , network(snapshot.network)
-        , levellingClass(givenClass)
+        , rules(givenRules)
+        , format(givenRules.tolerances)
         , lines(runMonitor, snapshot)
     {}
 
@@ -38,8 +39,10 @@ public:
         lines.service(Desk::tr("Измерения уравнены без исходных отметок (свободная сеть); верные отметки "
                                "отличаются от её высот все на одну величину. Доверительная вероятность %1")
                           .arg(describeConfidence()));
-        lines.service(Desk::tr("Допуск невязок ходов между реперами: %1")
-                          .arg(tolerances::describeRule(levellingClass)));
+        if (const QString level = tolerances::describeOwnLevel(rules.tolerances); !level.isEmpty())
+            lines.service(level);
+        lines.service(
+            Desk::tr("Допуск невязок ходов между реперами: %1").arg(tolerances::describeLoopRule(rules)));
         const auto isStopped = [this] { return !lines.isRunning(); };
         monitor.startStage(Desk::tr("Свободное уравнивание").toStdWString());
         analysis = levelling::analyseFixedPoints(network, isStopped);
@@ -196,8 +199,8 @@ private:
                 errors.append((*fit.error > 0.0
                                    ? Desk::tr("%1 (отметка больше на %2\u00A0мм, СКО %3\u00A0мм)")
                                    : Desk::tr("%1 (отметка меньше на %2\u00A0мм, СКО %3\u00A0мм)"))
-                                  .arg(lines.point(fit.point), numbers::fixed(std::abs(*fit.error), 2),
-                                       numbers::sigma(fit.errorSigma)));
+                                  .arg(lines.point(fit.point), format.sigma(std::abs(*fit.error)),
+                                       format.sigma(fit.errorSigma)));
         }
         const std::size_t rest = part.benchmarks.size() - part.excluded.size();
         lines.error(
@@ -236,7 +239,7 @@ private:
                      "%5\u00A0мм, критерий %6, больше предела %7. Какая неверна, решить нельзя: нужен "
                      "третий репер")
                 .arg(name, lines.point(second.point), lines.point(part.benchmarks.front().point),
-                     numbers::misclosure(*second.shift), numbers::sigma(second.shiftSigma),
+                     format.misclosure(*second.shift), format.sigma(second.shiftSigma),
                      numbers::fixed(std::abs(second.statistic), 2), numbers::fixed(part.limit, 2)));
     }
 
@@ -258,7 +261,8 @@ private:
     Tolerance judge(std::size_t line) const
     {
         const BenchmarkLine& judged = found.lines[line];
-        return tolerances::judge(judged.misclosure, judged.length, judged.sigma, levellingClass);
+        return tolerances::judgeLoop(judged.misclosure, {judged.length, judged.stations, judged.sigma},
+                                     rules);
     }
 
     /// The worst first.
@@ -279,9 +283,9 @@ private:
         const Tolerance tolerance = judge(index);
         const QString text =
             Desk::tr("Ход %1: Σh = %2\u00A0м, по отметкам %3\u00A0м, невязка %4\u00A0мм, %5, %6")
-                .arg(lines.listWay(line.points), numbers::withSign(line.sum, 5),
-                     numbers::withSign(line.sum - line.misclosure / 1000.0, 5),
-                     numbers::misclosure(line.misclosure), tolerances::describeSignedLimit(tolerance),
+                .arg(lines.listWay(line.points), format.rise(line.sum),
+                     format.rise(line.sum - line.misclosure / 1000.0), format.misclosure(line.misclosure),
+                     tolerances::describeSignedLimit(tolerance, format),
                      tolerances::describeLength(line.length));
         if (tolerance.isExceeded)
             lines.error(text);
@@ -316,14 +320,13 @@ private:
         const QString shift =
             Desk::tr("Репер %1: отметка %2\u00A0м, по всем другим реперам %3\u00A0м, сдвиг %4\u00A0мм, СКО "
                      "%5\u00A0мм, критерий %6, %7")
-                .arg(lines.point(fit.point), numbers::height(given),
-                     numbers::height(given - *fit.shift / 1000.0), numbers::misclosure(*fit.shift),
-                     numbers::sigma(fit.shiftSigma), numbers::fixed(size, 2),
+                .arg(lines.point(fit.point), format.height(given), format.height(given - *fit.shift / 1000.0),
+                     format.misclosure(*fit.shift), format.sigma(fit.shiftSigma), numbers::fixed(size, 2),
                      isExceeded ? Desk::tr("больше предела %1").arg(limit)
                                 : Desk::tr("предел %1").arg(limit));
         const QString free = Desk::tr("в свободной сети %1\u00A0м, разность %2\u00A0мм, СКО %3\u00A0мм")
-                                 .arg(numbers::height(fit.freeHeight), numbers::misclosure(fit.difference),
-                                      numbers::sigma(fit.differenceSigma));
+                                 .arg(format.height(fit.freeHeight), format.misclosure(fit.difference),
+                                      format.sigma(fit.differenceSigma));
         const bool isDecided = part.verdict == Verdict::Excluded;
         const QString text = isExceeded && isDecided && !fit.error
                                  ? Desk::tr("%1 (из-за исключённых реперов); %2").arg(shift, free)
@@ -338,7 +341,8 @@ private:
 
     qor::IProcessMonitor& monitor;
     const levelling::Network& network;
-    LevellingClass levellingClass;
+    SurveyRules rules;
+    NumberFormat format;
     RunLines lines;
     FixedPoints analysis;
     levelling::BenchmarkLines found;
@@ -349,9 +353,9 @@ private:
 } // namespace
 
 QString runFixedPoints(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                       LevellingClass levellingClass)
+                       const SurveyRules& rules)
 {
-    return FixedPointsReport(monitor, snapshot, levellingClass).run();
+    return FixedPointsReport(monitor, snapshot, rules).run();
 }
 
 } // namespace orvel::desk

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -13,6 +13,6 @@ namespace orvel::desk {
 ///
 /// @return why nothing could be compared, as plain text; empty if it was or if the run was stopped
 QString runFixedPoints(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                       LevellingClass levellingClass);
+                       const SurveyRules& rules);
 
 } // namespace orvel::desk

@@ -154,9 +154,9 @@ levelling::LevelSettings makeLevelSettings(const ImportSettings& settings, const
         made.sigmaConstant = settings.sigma->constant;
         made.sigmaPerKilometre = settings.sigma->perKilometre;
     } else {
-        made.sigmaPerKilometre = getSigmaPerKilometre(settings.levellingClass);
+        made.sigmaPerKilometre = getSigmaPerKilometre(settings.rules.levellingClass);
     }
-    made.readingLimit = getReadingLimit(settings.levellingClass);
+    made.readingLimit = getReadingLimit(settings.rules.levellingClass);
     made.sourceName = fileName;
     return made;
 }
@@ -458,8 +458,8 @@ void describeSigma(FileLines& lines, const ImportSettings& settings)
 {
     if (!settings.sigma)
         lines.message(Desk::tr("СКО секций приняты по классу нивелирования (%1): %2\u00A0мм·√L")
-                          .arg(describeClass(settings.levellingClass),
-                               numbers::shortest(getSigmaPerKilometre(settings.levellingClass))));
+                          .arg(describeClass(settings.rules.levellingClass),
+                               numbers::shortest(getSigmaPerKilometre(settings.rules.levellingClass))));
     else
         lines.message(Desk::tr("СКО секций заданы: √(%1² + %2²·L)\u00A0мм")
                           .arg(numbers::shortest(settings.sigma->constant),
@@ -512,7 +512,7 @@ bool describeFile(FileLines lines, const ImportSource& source, const ReadFile& f
     if (!writeFindings(lines, indexOfPoint, levelLines, file))
         return false;
     if (isLevelFile(file)) {
-        if (!levelLines.writeSummary(settings.levellingClass))
+        if (!levelLines.writeSummary(settings.rules))
             return false;
         describeSigma(lines, settings);
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/desk/document/LevellingClass.h"
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "apps/desk/runs/ImportSource.h"
 #include "host/process/IProcessMonitor.h"
 
@@ -29,8 +29,8 @@ struct SectionSigma
 /// What the files of instruments do not say themselves.
 struct ImportSettings
 {
-    /// Sets the tolerances, and the standard deviations if nobody has given them.
-    LevellingClass levellingClass = LevellingClass::IV;
+    /// The class sets the standard deviations if nobody has given them.
+    SurveyRules rules;
     std::optional<SectionSigma> sigma;
 };
 

@@ -3,6 +3,7 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/RunLines.h"
+#include "apps/desk/runs/Tolerances.h"
 #include "levelling/GrossErrors.h"
 #include "levelling/L1Analysis.h"
 
@@ -18,9 +19,11 @@ using levelling::L1Status;
 class L1Report
 {
 public:
-    L1Report(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot)
+    L1Report(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot, const SurveyRules& givenRules)
         : monitor(runMonitor)
         , network(snapshot.network)
+        , rules(givenRules)
+        , format(givenRules.tolerances)
         , lines(runMonitor, snapshot)
     {}
 
@@ -31,6 +34,8 @@ public:
         lines.service(Desk::tr("Грубые ошибки: последовательная проверка наибольших поправок уравнивания, "
                                "доверительная вероятность %1")
                           .arg(describeConfidence()));
+        if (const QString level = tolerances::describeOwnLevel(rules.tolerances); !level.isEmpty())
+            lines.service(level);
         monitor.startStage(Desk::tr("Поиск минимума").toStdWString());
         const auto isStopped = [this] { return !lines.isRunning(); };
         const levelling::L1Analysis analysis = levelling::analyseL1(network, isStopped);
@@ -97,7 +102,7 @@ private:
                                  .arg(error.isStudentised ? Desk::tr("стьюдентизированная поправка")
                                                           : Desk::tr("нормированная поправка"),
                                       numbers::fixed(error.statistic, 2), numbers::fixed(error.limit, 2));
-        const QString size = numbers::misclosure(error.size);
+        const QString size = format.misclosure(error.size);
         if (error.sections.size() == 1)
             lines.error(Desk::tr("Секция %1: грубая ошибка, оценка %2\u00A0мм, %3")
                             .arg(lines.section(error.sections.front()), size, test));
@@ -127,7 +132,7 @@ private:
             if (analysis.heights[i] && !network.points[i].fixed)
                 lines.message(
                     Desk::tr("Пункт %1: H = %2\u00A0м")
-                        .arg(lines.point(static_cast<int>(i)), numbers::height(*analysis.heights[i])));
+                        .arg(lines.point(static_cast<int>(i)), format.height(*analysis.heights[i])));
             lines.setProgress(++done, all);
         }
     }
@@ -167,7 +172,7 @@ private:
 
     void writeSection(int index, const L1Section& section)
     {
-        const QString residual = numbers::misclosure(section.residual);
+        const QString residual = format.misclosure(section.residual);
         const QString size = numbers::fixed(section.scaledResidual, 2);
         lines.message(
             Desk::tr("Секция %1: v = %2\u00A0мм, |v|/σ = %3").arg(lines.section(index), residual, size));
@@ -175,14 +180,17 @@ private:
 
     qor::IProcessMonitor& monitor;
     const levelling::Network& network;
+    SurveyRules rules;
+    NumberFormat format;
     RunLines lines;
 };
 
 } // namespace
 
-QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot)
+QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+                      const SurveyRules& rules)
 {
-    return L1Report(monitor, snapshot).run();
+    return L1Report(monitor, snapshot, rules).run();
 }
 
 } // namespace orvel::desk

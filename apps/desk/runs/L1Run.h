@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -10,6 +11,7 @@ namespace orvel::desk {
 /// Looks for gross errors: by sequential tests, and by the minimum of the weighted sum of absolute residuals.
 ///
 /// @return why there is no solution, as plain text; empty if there is one or if the run was stopped
-QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot);
+QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+                      const SurveyRules& rules = {});
 
 } // namespace orvel::desk

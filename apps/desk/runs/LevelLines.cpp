@@ -2,9 +2,9 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/runs/NumberTexts.h"
+#include "apps/desk/runs/Tolerances.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 
 namespace orvel::desk {
@@ -100,13 +100,13 @@ void LevelLines::writeCheck(const LevelCheck& check)
     }
 }
 
-bool LevelLines::writeSummary(LevellingClass levellingClass)
+bool LevelLines::writeSummary(const SurveyRules& rules)
 {
     writeComparison();
     for (std::size_t i = 0; i < result.lines.size(); ++i) {
         if (!lines.get().isRunning())
             return false;
-        writeLine(i, levellingClass);
+        writeLine(i, rules);
     }
     writeUnused();
     if (result.isInFeet)
@@ -131,7 +131,7 @@ void LevelLines::writeComparison()
                            QString::number(compared), QString::number(deviating)));
 }
 
-void LevelLines::writeLine(std::size_t index, LevellingClass levellingClass)
+void LevelLines::writeLine(std::size_t index, const SurveyRules& rules)
 {
     const LevelLine& line = result.lines[index];
     // That it has none was told already.
@@ -143,14 +143,15 @@ void LevelLines::writeLine(std::size_t index, LevellingClass levellingClass)
     };
     const bool isClosed = line.from == line.to && line.from >= 0 && !line.isInterrupted;
     const double misclosure = line.difference * kMillimetres;
-    const double tolerance = getToleranceFactor(levellingClass) * std::sqrt(line.length);
+    const Tolerance tolerance = tolerances::judgeLoop(misclosure, {line.length, line.stations, 0.0}, rules);
+    const NumberFormat format(rules.tolerances);
     if (line.stations > 0) {
         parts.append(Desk::tr("станций %1, длина %2\u00A0км")
                          .arg(QString::number(line.stations), numbers::length(line.length)));
         if (isClosed)
             parts.append(Desk::tr("невязка замкнутого хода %1\u00A0мм при допуске %2\u00A0мм (%3)")
-                             .arg(numbers::misclosure(misclosure), numbers::sigma(tolerance),
-                                  describeClass(levellingClass)));
+                             .arg(format.misclosure(misclosure), format.sigma(tolerance.limit),
+                                  tolerances::describeClassInUse(rules)));
         else if (!line.isInterrupted)
             parts.append(Desk::tr("превышение %1\u00A0м").arg(numbers::withSign(line.difference, 5)));
     }
@@ -183,7 +184,7 @@ void LevelLines::writeLine(std::size_t index, LevellingClass levellingClass)
         Desk::tr("Ход %1 (строки файла %2–%3): %4, %5: %6")
             .arg(QString::number(index + 1), QString::number(line.firstLine), QString::number(line.lastLine),
                  ends, methodText(line.method), parts.join(QStringLiteral("; ")));
-    if (isClosed && std::abs(misclosure) > tolerance)
+    if (isClosed && tolerance.isExceeded)
         lines.error(text);
     else
         lines.message(text);

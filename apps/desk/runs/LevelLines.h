@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/desk/document/LevellingClass.h"
+#include "apps/desk/document/ToleranceRules.h"
 #include "apps/desk/runs/FileLines.h"
 #include "levelling/LevelBook.h"
 #include "levelling/NetworkMerge.h"
@@ -23,10 +23,10 @@ public:
     /// Two values that should agree and do not.
     void writeCheck(const levelling::LevelCheck& check);
     /// Every line, and what is not used. False if the run was stopped.
-    bool writeSummary(LevellingClass levellingClass);
+    bool writeSummary(const SurveyRules& rules);
 
 private:
-    void writeLine(std::size_t index, LevellingClass levellingClass);
+    void writeLine(std::size_t index, const SurveyRules& rules);
     void writeComparison();
     void writeUnused();
     /// Name of a point, as a link if it is one of the network.

@@ -1,6 +1,7 @@
 #include "apps/desk/runs/NumberTexts.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/ToleranceRules.h"
 
 #include <algorithm>
 #include <cmath>
@@ -117,5 +118,30 @@ QString unitWeight(double millimetres)
 }
 
 } // namespace numbers
+
+NumberFormat::NumberFormat(const ToleranceRules& rules)
+    : heightDecimals(rules.heightDecimals)
+    , millimetreDecimals(rules.millimetreDecimals)
+{}
+
+QString NumberFormat::height(double metres) const
+{
+    return numbers::fixed(metres, heightDecimals);
+}
+
+QString NumberFormat::rise(double metres) const
+{
+    return numbers::withSign(metres, heightDecimals);
+}
+
+QString NumberFormat::misclosure(double millimetres) const
+{
+    return numbers::withSign(millimetres, millimetreDecimals);
+}
+
+QString NumberFormat::sigma(double millimetres) const
+{
+    return numbers::fixed(millimetres, millimetreDecimals);
+}
 
 } // namespace orvel::desk

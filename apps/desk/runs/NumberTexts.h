@@ -41,4 +41,25 @@ QString unitWeight(double millimetres);
 
 } // namespace numbers
 
+struct ToleranceRules;
+
+/// How a project shows heights and millimetres: with so many decimals as its rules ask.
+struct NumberFormat
+{
+    NumberFormat() = default;
+    explicit NumberFormat(const ToleranceRules& rules);
+
+    /// Height or height difference, m.
+    QString height(double metres) const;
+    /// The same with its sign.
+    QString rise(double metres) const;
+    /// Residual or misclosure, mm, with its sign.
+    QString misclosure(double millimetres) const;
+    /// Standard deviation, limit or amount, mm.
+    QString sigma(double millimetres) const;
+
+    int heightDecimals = 5;
+    int millimetreDecimals = 2;
+};
+
 } // namespace orvel::desk

@@ -1,7 +1,6 @@
 #include "apps/desk/runs/Tolerances.h"
 
 #include "apps/desk/Desk.h"
-#include "apps/desk/runs/NumberTexts.h"
 
 #include <cmath>
 
@@ -11,10 +10,17 @@ namespace tolerances {
 
 namespace {
 
-// Limit of a misclosure whose line has no length, in standard deviations of it.
-constexpr double kSigmaLimit = 3.0;
 // Differences of whole tenths of a millimetre are not quite such in binary numbers, mm.
 constexpr double kRounding = 1e-6;
+
+Tolerance judge(double value, double limit)
+{
+    Tolerance tolerance;
+    tolerance.limit = limit;
+    tolerance.ratio = limit > 0.0 ? std::abs(value) / limit : 0.0;
+    tolerance.isExceeded = std::abs(value) > limit + kRounding;
+    return tolerance;
+}
 
 QString describe(const Tolerance& tolerance, const QString& limit)
 {
@@ -22,33 +28,81 @@ QString describe(const Tolerance& tolerance, const QString& limit)
                                 : Desk::tr("допуск %1\u00A0мм").arg(limit);
 }
 
+QString describeRule(const ToleranceRule& rule, const SurveyRules& rules)
+{
+    const QString factor = numbers::shortest(rule.factor);
+    const QString sigmas = numbers::shortest(rules.tolerances.sigmaLimit);
+    const QString inUse = describeClassInUse(rules);
+    return rule.measure == ToleranceMeasure::Length
+               ? Desk::tr("±%1\u00A0мм·√L (%2), L — длина, км; без длины — %3 СКО").arg(factor, inUse, sigmas)
+               : Desk::tr("±%1\u00A0мм·√n (%2), n — число станций; без числа станций — %3 СКО")
+                     .arg(factor, inUse, sigmas);
+}
+
 } // namespace
 
-Tolerance judge(double value, const std::optional<double>& length, double sigma,
-                LevellingClass levellingClass)
+double findLimit(const ToleranceBasis& basis, const ToleranceRule& rule, double sigmaLimit)
 {
-    Tolerance tolerance;
-    tolerance.limit = length ? getToleranceFactor(levellingClass) * std::sqrt(*length) : kSigmaLimit * sigma;
-    tolerance.ratio = tolerance.limit > 0.0 ? std::abs(value) / tolerance.limit : 0.0;
-    tolerance.isExceeded = std::abs(value) > tolerance.limit + kRounding;
-    return tolerance;
+    const std::optional<double>& extent =
+        rule.measure == ToleranceMeasure::Length ? basis.length : basis.stations;
+    return extent ? rule.factor * std::sqrt(*extent) : sigmaLimit * basis.sigma;
 }
 
-QString describeRule(LevellingClass levellingClass)
+Tolerance judgeLoop(double value, const ToleranceBasis& basis, const SurveyRules& rules)
 {
-    return Desk::tr("±%1\u00A0мм·√L (%2), L — длина, км; без длины — %3 СКО")
-        .arg(numbers::fixed(getToleranceFactor(levellingClass), 0), describeClass(levellingClass),
-             numbers::fixed(kSigmaLimit, 0));
+    const ToleranceRule& rule = rules.tolerances.of(rules.levellingClass).loops;
+    return judge(value, findLimit(basis, rule, rules.tolerances.sigmaLimit));
 }
 
-QString describeLimit(const Tolerance& tolerance)
+Tolerance judgeRepeated(double value, const ToleranceBasis& basis, const SurveyRules& rules)
 {
-    return describe(tolerance, numbers::fixed(tolerance.limit, 2));
+    const ToleranceRule& rule = rules.tolerances.of(rules.levellingClass).repeated;
+    return judge(value, findLimit(basis, rule, rules.tolerances.sigmaLimit));
 }
 
-QString describeSignedLimit(const Tolerance& tolerance)
+QString describeFactor(const ToleranceRule& rule)
 {
-    return describe(tolerance, QStringLiteral("±") + numbers::fixed(tolerance.limit, 2));
+    return (rule.measure == ToleranceMeasure::Length ? Desk::tr("%1\u00A0мм·√L") : Desk::tr("%1\u00A0мм·√n"))
+        .arg(numbers::shortest(rule.factor));
+}
+
+QString describeLoopRule(const SurveyRules& rules)
+{
+    return describeRule(rules.tolerances.of(rules.levellingClass).loops, rules);
+}
+
+QString describeRules(const ToleranceRules& rules, LevellingClass levellingClass)
+{
+    const SurveyRules survey(levellingClass, rules);
+    const ClassTolerances& limits = rules.of(levellingClass);
+    const QString loops = describeRule(limits.loops, survey);
+    return limits.loops == limits.repeated
+               ? Desk::tr("Допуск невязок ходов и полигонов и расхождений измерений секции: %1").arg(loops)
+               : Desk::tr("Допуск невязок ходов и полигонов: %1. Допуск расхождений измерений секции: %2")
+                     .arg(loops, describeRule(limits.repeated, survey));
+}
+
+QString describeOwnLevel(const ToleranceRules& rules)
+{
+    return rules.confidence ? Desk::tr("Доверительная вероятность критериев задана в допусках проекта: %1")
+                                  .arg(numbers::shortest(*rules.confidence))
+                            : QString();
+}
+
+QString describeClassInUse(const SurveyRules& rules)
+{
+    const QString name = describeClass(rules.levellingClass);
+    return rules.tolerances.isOwn(rules.levellingClass) ? Desk::tr("%1, свои допуски").arg(name) : name;
+}
+
+QString describeLimit(const Tolerance& tolerance, const NumberFormat& format)
+{
+    return describe(tolerance, format.sigma(tolerance.limit));
+}
+
+QString describeSignedLimit(const Tolerance& tolerance, const NumberFormat& format)
+{
+    return describe(tolerance, QStringLiteral("±") + format.sigma(tolerance.limit));
 }
 
 QString describeLength(const std::optional<double>& length)

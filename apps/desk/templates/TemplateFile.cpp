@@ -1,10 +1,9 @@
 #include "apps/desk/templates/TemplateFile.h"
 
-#include "apps/common/InputFile.h"
 #include "apps/desk/Desk.h"
+#include "apps/desk/templates/JsonText.h"
 #include "apps/desk/templates/TemplateTexts.h"
 #include "host/files/Error.h"
-#include "host/files/StringUtils.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -19,12 +18,13 @@ namespace templatefile {
 
 namespace {
 
+using jsontext::checkKeys;
+using jsontext::refuseValue;
 using levelling::ColumnRole;
 using levelling::DifferenceUnit;
 using levelling::LengthUnit;
 using levelling::TableTemplate;
 
-constexpr qint64 kLargestFile = qint64(1) << 20; // bytes
 constexpr int kMostColumns = 1000;
 constexpr int kMostRows = 1000000;
 constexpr int kLongestComment = 10;
@@ -36,21 +36,6 @@ const QStringList kKeys{QStringLiteral("name"),    QStringLiteral("separator"), 
 [[noreturn]] void refuse(const QString& reason)
 {
     throw exceptions::Error(reason.toStdWString());
-}
-
-/// Refuses the value of a key.
-[[noreturn]] void refuseValue(const QString& key, const QString& allowed)
-{
-    refuse(Desk::tr("непригодное значение ключа «%1»: допустимо %2").arg(key, allowed));
-}
-
-void checkKeys(const QJsonObject& object, const QStringList& known, const QString& where)
-{
-    for (const QString& key : object.keys()) {
-        if (!known.contains(key))
-            refuse(Desk::tr("неизвестный ключ «%1»: допустимы %2")
-                       .arg(where + key, known.join(QStringLiteral(", "))));
-    }
 }
 
 QString readText(const QJsonObject& object, const QString& key, const QString& absent, const QString& allowed)
@@ -165,25 +150,11 @@ void readUnits(const QJsonObject& object, TableTemplate& format)
         refuseValue(QStringLiteral("units.length"), QStringLiteral("km, m"));
 }
 
-/// The line of a place in the bytes.
-int findLine(const QByteArray& bytes, int offset)
-{
-    return 1 + bytes.left(offset).count('\n');
-}
-
 } // namespace
 
 TableTemplate parse(const QByteArray& json, const QString& defaultName)
 {
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError)
-        refuse(Desk::tr("это не JSON, ошибка в строке %1").arg(findLine(json, error.offset)));
-    if (!document.isObject())
-        refuse(Desk::tr("шаблон — это объект JSON {…} с ключами %1").arg(kKeys.join(QStringLiteral(", "))));
-    const QJsonObject object = document.object();
-    checkKeys(object, kKeys, QString());
-
+    const QJsonObject object = jsontext::parse(json, Desk::tr("шаблон"), kKeys);
     TableTemplate format;
     format.name = readText(object, QStringLiteral("name"), defaultName, Desk::tr("непустое имя"));
     readDivision(object, format.syntax);
@@ -206,21 +177,10 @@ TableTemplate parse(const QByteArray& json, const QString& defaultName)
 
 TableTemplate read(const QString& path)
 {
-    const auto withPath = [&path](const QString& reason) {
-        return Desk::tr("Шаблон «%1»: %2").arg(path, reason);
-    };
-    apps::InputFile file(path);
-    QByteArray json;
-    if (file.open(QIODevice::ReadOnly))
-        json = file.read(kLargestFile + 1);
-    if (file.error() != QFileDevice::NoError)
-        refuse(withPath(Desk::tr("файл не читается: %1").arg(utils::describeReason(file.errorString()))));
-    if (json.size() > kLargestFile)
-        refuse(withPath(Desk::tr("файл больше 1\u00A0МиБ")));
     try {
-        return parse(json, QFileInfo(path).completeBaseName());
+        return parse(jsontext::readFile(path), QFileInfo(path).completeBaseName());
     } catch (const exceptions::Error& error) {
-        refuse(withPath(QString::fromStdWString(error.getText())));
+        refuse(Desk::tr("Шаблон «%1»: %2").arg(path, QString::fromStdWString(error.getText())));
     }
 }
 
