@@ -102,6 +102,7 @@ void TestFailedImport::networkAndProtocolStay()
     QVERIFY(window->saveFile(path));
     const QByteArray protocols = window->getDocument().getProtocolData();
     const LONGID id = window->getDocument().getPoints()[0]->getId();
+    const Answer unasked(QStringLiteral("Отмена"));
     window->importFile(makeFile(name, content));
     QVERIFY(window->getMonitor().waitForFinished());
     QVERIFY(window->getMonitor().wasErrors());
@@ -112,6 +113,7 @@ void TestFailedImport::networkAndProtocolStay()
     QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*] (%1)").arg(path));
     QVERIFY(!window->isWindowModified());
     QCOMPARE(desk->application.takeWarnings(), QStringList());
+    QCOMPARE(unasked.getQuestion(), QString());
 }
 
 void TestFailedImport::unsavedChangesAreNotAskedAbout()

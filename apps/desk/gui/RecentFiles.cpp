@@ -41,8 +41,12 @@ QString getFolder()
     if (!paths.isEmpty())
         return QFileInfo(paths.constFirst()).path();
     // A dialog takes a folder that is not there for the name of a file.
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QFileInfo::exists(documents) ? documents : QDir::homePath();
+    for (const QString& folder :
+         {QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QDir::homePath()}) {
+        if (QFileInfo(folder).isDir())
+            return folder;
+    }
+    return QDir::rootPath();
 }
 
 } // namespace recentfiles
