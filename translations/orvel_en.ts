@@ -376,10 +376,6 @@
         <translation>Measured height difference of the section</translation>
     </message>
     <message>
-        <source>Поправка в измеренное превышение из уравнивания</source>
-        <translation>Residual of the measured height difference from the adjustment</translation>
-    </message>
-    <message>
         <source>Сколько строк протоколов говорит об этом пункте или секции</source>
         <translation>How many protocol lines mention this point or section</translation>
     </message>
@@ -715,10 +711,6 @@
     <message>
         <source>%1 … и ещё %2</source>
         <translation>%1 … and %2 more</translation>
-    </message>
-    <message>
-        <source>Поиск не нашёл ни пунктов, ни секций</source>
-        <translation>The search found no points and no sections</translation>
     </message>
     <message>
         <source>язык текстов</source>
@@ -3220,6 +3212,146 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Секция %1 удалена: %2</source>
         <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Скопировано строк: %1</source>
+        <translation>Rows copied: %1</translation>
+    </message>
+    <message>
+        <source>Поиск и отбор не нашли ни пунктов, ни секций</source>
+        <translation>Search and choice found neither points nor sections</translation>
+    </message>
+    <message>
+        <source>Важность</source>
+        <translation>Severity</translation>
+    </message>
+    <message>
+        <source>Штативов</source>
+        <translation>Set-ups</translation>
+    </message>
+    <message>
+        <source>|v|/σ</source>
+        <translation>|v|/σ</translation>
+    </message>
+    <message>
+        <source>Избыточность</source>
+        <translation>Redundancy</translation>
+    </message>
+    <message>
+        <source>Файл</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>Строка файла</source>
+        <translation>Line of file</translation>
+    </message>
+    <message>
+        <source>Дата</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>Примечание</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>Самая важная из строк последних протоколов об этом пункте или секции</source>
+        <translation>The gravest line about the point or section in the latest protocols</translation>
+    </message>
+    <message>
+        <source>Поправка в измеренное превышение из уравнивания; сортируется по размеру</source>
+        <translation>Residual of the measured height difference from the adjustment; sorted by size</translation>
+    </message>
+    <message>
+        <source>Размер нормированной или стьюдентизированной поправки, как её проверяет уравнивание</source>
+        <translation>Size of the normalised or studentised residual, as the adjustment tests it</translation>
+    </message>
+    <message>
+        <source>Доля ошибки измерения, которую показывает поправка: от 0 до 1</source>
+        <translation>Share of an error of the measurement that the residual shows: from 0 to 1</translation>
+    </message>
+    <message>
+        <source>Число штативов секции</source>
+        <translation>Count of the section&apos;s set-ups</translation>
+    </message>
+    <message>
+        <source>Файл, из которого пункт или секция</source>
+        <translation>The file that the point or section comes from</translation>
+    </message>
+    <message>
+        <source>Номер строки этого файла</source>
+        <translation>Number of the line in that file</translation>
+    </message>
+    <message>
+        <source>Когда секция измерена, как сказано в файле</source>
+        <translation>When the section was measured, as the file says</translation>
+    </message>
+    <message>
+        <source>Примечание к секции из файла</source>
+        <translation>Note on the section from the file</translation>
+    </message>
+    <message>
+        <source>Всё</source>
+        <translation>All</translation>
+    </message>
+    <message>
+        <source>Показать все пункты и секции</source>
+        <translation>Show all points and sections</translation>
+    </message>
+    <message>
+        <source>Пункты</source>
+        <translation>Points</translation>
+    </message>
+    <message>
+        <source>Показать только пункты</source>
+        <translation>Show points only</translation>
+    </message>
+    <message>
+        <source>Секции</source>
+        <translation>Sections</translation>
+    </message>
+    <message>
+        <source>Показать только секции</source>
+        <translation>Show sections only</translation>
+    </message>
+    <message>
+        <source>Сверх допуска</source>
+        <translation>Over limit</translation>
+    </message>
+    <message>
+        <source>Показать секции, о которых в протоколах есть ошибки</source>
+        <translation>Show the sections about which the protocols have errors</translation>
+    </message>
+    <message>
+        <source>ошибка</source>
+        <translation>error</translation>
+    </message>
+    <message>
+        <source>предупреждение</source>
+        <translation>warning</translation>
+    </message>
+    <message>
+        <source>сообщение</source>
+        <translation>message</translation>
+    </message>
+    <message>
+        <source>&amp;Копировать строки</source>
+        <translation>&amp;Copy rows</translation>
+    </message>
+    <message>
+        <source>&amp;Столбцы</source>
+        <translation>Co&amp;lumns</translation>
+    </message>
+    <message>
+        <source>Строки в порядке &amp;файла</source>
+        <translation>Rows in the order of the &amp;file</translation>
+    </message>
+    <message>
+        <source>&amp;Обычные столбцы</source>
+        <translation>&amp;Usual columns</translation>
+    </message>
+    <message>
+        <source>Длина секции</source>
+        <translation>Length of the section</translation>
     </message>
 </context>
 <context>

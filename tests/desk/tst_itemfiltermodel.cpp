@@ -17,6 +17,11 @@ namespace {
 /// The table of these tests has the columns that a search looks at, and this one.
 constexpr int kHeight = 2;
 
+int getTraits(const QString& kind)
+{
+    return kind == QStringLiteral("секция") ? itemcolumns::SectionTrait : itemcolumns::PointTrait;
+}
+
 QList<QStandardItem*> makeRow(const QString& name, const QString& kind, const QVariant& height)
 {
     QList<QStandardItem*> row;
@@ -25,11 +30,14 @@ QList<QStandardItem*> makeRow(const QString& name, const QString& kind, const QV
         item->setData(value, itemcolumns::SortRole);
         row.append(item);
     }
+    row.first()->setData(getTraits(kind), itemcolumns::TraitsRole);
     return row;
 }
 
 void setCell(QStandardItemModel& table, int row, int column, const QVariant& value)
 {
+    if (column == itemcolumns::Type)
+        table.item(row, 0)->setData(getTraits(value.toString()), itemcolumns::TraitsRole);
     table.item(row, column)->setData(value, itemcolumns::SortRole);
     table.item(row, column)->setText(value.toString());
 }
@@ -40,11 +48,13 @@ struct Request
     int column = -1;
     Qt::SortOrder order = Qt::AscendingOrder;
     QString search;
+    int traits = 0;
 
     void send(ItemFilterModel& filter) const
     {
         filter.sort(column, order);
         filter.setSearchText(search);
+        filter.setWantedTraits(traits);
     }
 
     /// The rows of the table that are to be seen, in their order.
@@ -65,6 +75,8 @@ struct Request
 private:
     bool isMeant(const QStandardItemModel& table, int row) const
     {
+        if ((table.item(row, 0)->data(itemcolumns::TraitsRole).toInt() & traits) != traits)
+            return false;
         const QStringList words = search.split(QLatin1Char(' '), Qt::SkipEmptyParts);
         return std::all_of(words.begin(), words.end(), [&](const QString& word) {
             return table.item(row, itemcolumns::Name)->text().contains(word, Qt::CaseInsensitive) ||
@@ -105,9 +117,9 @@ public:
 
     QList<QStandardItem*> makeRow()
     {
-        const QStringList kinds{QStringLiteral("пункт"), QStringLiteral("Исходный репер"),
-                                QStringLiteral("секция"), QString()};
-        return ::makeRow(makeName(), kinds[pick(kinds.size())], makeHeight());
+        const QString name = makeName();
+        const QString kind = makeKind();
+        return ::makeRow(name, kind, makeHeight());
     }
 
     Request makeRequest()
@@ -117,7 +129,7 @@ public:
                                    QStringLiteral("B"), QStringLiteral("реп исх"),
                                    QStringLiteral("-")};
         return {pick(4) - 1, pick(2) == 0 ? Qt::AscendingOrder : Qt::DescendingOrder,
-                searches[pick(searches.size())]};
+                searches[pick(searches.size())], pick(3)};
     }
 
     /// One change of any kind.
@@ -137,15 +149,33 @@ public:
         default:
             if (row == table.rowCount())
                 return;
-            if (pick(2) == 0)
-                setCell(table, row, itemcolumns::Name, makeName());
-            else
-                setCell(table, row, kHeight, makeHeight());
+            changeCell(table, row);
             break;
         }
     }
 
 private:
+    void changeCell(QStandardItemModel& table, int row)
+    {
+        switch (pick(3)) {
+        case 0:
+            setCell(table, row, itemcolumns::Name, makeName());
+            break;
+        case 1:
+            setCell(table, row, itemcolumns::Type, makeKind());
+            break;
+        default:
+            setCell(table, row, kHeight, makeHeight());
+        }
+    }
+
+    QString makeKind()
+    {
+        const QStringList kinds{QStringLiteral("пункт"), QStringLiteral("Исходный репер"),
+                                QStringLiteral("секция"), QString()};
+        return kinds[pick(kinds.size())];
+    }
+
     QString makeName()
     {
         const QStringList beginnings{QStringLiteral("Рп "), QStringLiteral("рп "), QStringLiteral("A-"),
@@ -212,7 +242,9 @@ private Q_SLOTS:
     void emptyCellsStandLastInEitherOrder();
     void sortingFollowsTheTable();
     void searchFollowsTheTable();
+    void choiceFollowsTheTable();
     void searchKeepsTheSelectedRow();
+    void sortKeepsManySelectedRows();
     void anotherTableIsReadAnew();
     void randomTables_data();
     void randomTables();
@@ -323,6 +355,40 @@ void TestItemFilterModel::searchKeepsTheSelectedRow()
     QCOMPARE(selected.row(), 1);
     QCOMPARE(selected.data().toString(), QStringLiteral("Рп 100"));
     QVERIFY(!hidden.isValid());
+}
+
+void TestItemFilterModel::choiceFollowsTheTable()
+{
+    filter->setWantedTraits(itemcolumns::SectionTrait);
+    QVERIFY(filter->isFiltering());
+    QCOMPARE(getNames(*filter), QString());
+    setCell(*table, 1, itemcolumns::Type, QStringLiteral("секция"));
+    QCOMPARE(getNames(*filter), QStringLiteral("Рп 9"));
+    QVERIFY(filter->isMeant(table->index(1, 0)));
+    QVERIFY(!filter->isMeant(table->index(2, 0)));
+    filter->setSearchText(QStringLiteral("10"));
+    QCOMPARE(getNames(*filter), QString());
+    filter->setWantedTraits(0);
+    QCOMPARE(getNames(*filter), QStringLiteral("Рп 10|Рп 100"));
+}
+
+void TestItemFilterModel::sortKeepsManySelectedRows()
+{
+    QItemSelectionModel selection(filter.get());
+    selection.select(QItemSelection(filter->index(0, 0), filter->index(1, 2)), QItemSelectionModel::Select);
+    const auto getSelected = [&] {
+        QStringList names;
+        for (const QModelIndex& index : selection.selectedRows())
+            names.append(index.data().toString());
+        names.sort();
+        return names.join(QLatin1Char('|'));
+    };
+    QCOMPARE(getSelected(), QStringLiteral("Рп 10|Рп 9"));
+    filter->sort(itemcolumns::Name, Qt::DescendingOrder);
+    QCOMPARE(getNames(*filter), QStringLiteral("Рп 100|Рп 10|Рп 9"));
+    QCOMPARE(getSelected(), QStringLiteral("Рп 10|Рп 9"));
+    filter->setSearchText(QStringLiteral("10"));
+    QCOMPARE(getSelected(), QStringLiteral("Рп 10"));
 }
 
 void TestItemFilterModel::anotherTableIsReadAnew()

@@ -47,6 +47,7 @@ private Q_SLOTS:
 
 private:
     QStringList column(int number) const;
+    /// What stands in the columns of values and of protocols.
     QStringList row(const char* name) const;
     QModelIndex cell(const char* name, int number) const;
     void click(const QModelIndex& index) const;
@@ -87,9 +88,10 @@ QModelIndex TestItemTable::cell(const char* name, int number) const
 
 QStringList TestItemTable::row(const char* name) const
 {
+    using namespace itemcolumns;
     QStringList texts;
-    for (int i = 0; i < itemcolumns::kCount; ++i)
-        texts.append(cell(name, i).data().toString());
+    for (const int number : {Name, Type, X, Y, Height, Sigma, Difference, Residual, Lines, Report})
+        texts.append(cell(name, number).data().toString());
     return texts;
 }
 

@@ -96,6 +96,12 @@ ProtocolSummary countForeign(const QByteArray& content)
 
 } // namespace
 
+std::optional<COVMessage::MessageType> ProtocolSummary::findWorst(LONGID item) const
+{
+    const auto found = worstOfItem.find(item);
+    return found == worstOfItem.end() ? std::nullopt : std::make_optional(*found);
+}
+
 ProtocolSummary ProtocolSummary::of(const QByteArray& dataContent)
 {
     QByteArray content = dataContent;

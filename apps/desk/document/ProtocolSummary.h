@@ -32,6 +32,8 @@ struct ProtocolSummary
     /// have none.
     QHash<LONGID, COVMessage::MessageType> worstOfItem;
 
+    std::optional<COVMessage::MessageType> findWorst(LONGID item) const;
+
     /// Counts the lines of a protocol's data file by its content; a damaged one counts up to the damage.
     static ProtocolSummary of(const QByteArray& dataContent);
     /// The same as it is read. Nothing for a file that has another form than the protocol gives it.

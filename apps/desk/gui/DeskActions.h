@@ -55,6 +55,7 @@ public:
     void update(const Situation& situation);
     /// Marks the class, and names the limits of all.
     void showRules(const SurveyRules& rules);
+    QAction* getAction(Command command) const { return actions.at(command); }
     /// Adds a further entry to the menu of the protocols.
     void addToProtocolMenu(QAction* action);
 

@@ -14,12 +14,14 @@
 #include "apps/desk/gui/FileDrops.h"
 #include "apps/desk/gui/GlyphIcon.h"
 #include "apps/desk/gui/HelpDialog.h"
+#include "apps/desk/gui/ItemFilterBar.h"
 #include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/Questions.h"
 #include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/gui/ScreenSize.h"
+#include "apps/desk/gui/TableColumns.h"
 #include "apps/desk/gui/TemplateWizard.h"
 #include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/ProtocolList.h"
@@ -42,7 +44,6 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QSettings>
@@ -435,8 +436,8 @@ void DeskWindow::locateItem(LONGID id, const QString& typeName)
 {
     const bool isMeant = typeName.isEmpty() || typeName == document->findTypeName(id);
     if (!isMeant || !table->selectItem(id)) {
-        // The search may hide it.
-        search->clear();
+        // Search and choice may hide it.
+        filterBar->clear();
         if (!isMeant || !table->selectItem(id)) {
             messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
             return;
@@ -478,26 +479,24 @@ QWidget* DeskWindow::createCentralWidget()
 {
     auto* central = new QWidget(this);
     messageBar = new MessageBar(central);
-    search = new QLineEdit(central);
-    search->setPlaceholderText(Desk::tr("Поиск по имени (Ctrl+F)"));
-    search->setAccessibleName(Desk::tr("Поиск пунктов и секций"));
-    search->setClearButtonEnabled(true);
-    search->addAction(makeIcon(Glyph::Search), QLineEdit::LeadingPosition);
     table = new ItemTable(*document, this, central);
-    connect(search, &QLineEdit::textChanged, table->getFilterModel(), &ItemFilterModel::setSearchText);
+    filterBar = new ItemFilterBar(*table, central);
     connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateStatus);
-    connect(search, &QLineEdit::returnPressed, table, QOverload<>::of(&QWidget::setFocus));
     connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
+    connect(table, &ItemTable::copied, this, [this](int rowCount) {
+        statusBar()->showMessage(Desk::tr("Скопировано строк: %1").arg(QString::number(rowCount)), 5000);
+    });
+    table->addItemAction(actions->getAction(DeskActions::Command::ShowItemProtocol));
     table->setPageShower([this](const std::function<void()>& show) { showPage(show); });
 
     auto* findAction = new QAction(this);
     findAction->setShortcut(QKeySequence::Find);
-    connect(findAction, &QAction::triggered, this, &DeskWindow::startSearch);
+    connect(findAction, &QAction::triggered, filterBar, &ItemFilterBar::startSearch);
     QMainWindow::addAction(findAction);
 
     auto* layout = new QVBoxLayout(central);
     layout->addWidget(messageBar);
-    layout->addWidget(search);
+    layout->addWidget(filterBar);
     layout->addWidget(table, 1);
     return central;
 }
@@ -551,7 +550,7 @@ void DeskWindow::restoreLayout()
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
-    table->restoreColumns(settings.value(QStringLiteral("window/itemColumns")).toByteArray());
+    table->getColumns().restore(settings.value(QStringLiteral("window/tableColumns")).toByteArray());
 }
 
 void DeskWindow::saveLayout() const
@@ -559,7 +558,7 @@ void DeskWindow::saveLayout() const
     QSettings settings;
     settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
     settings.setValue(QStringLiteral("window/state"), saveState());
-    settings.setValue(QStringLiteral("window/itemColumns"), table->horizontalHeader()->saveState());
+    settings.setValue(QStringLiteral("window/tableColumns"), table->getColumns().save());
 }
 
 void DeskWindow::perform(DeskActions::Command command)
@@ -639,12 +638,6 @@ void DeskWindow::showMonitor()
     getMonitor().show();
     getMonitor().raise();
     getMonitor().activateWindow();
-}
-
-void DeskWindow::startSearch()
-{
-    search->setFocus();
-    search->selectAll();
 }
 
 void DeskWindow::openFile(const QString& path)
@@ -729,7 +722,7 @@ void DeskWindow::updateStatus()
             "Перетащите сюда файл нивелирной сети (.gkf) или нивелира (GSI, M5) или нажмите Ctrl+I"));
         return;
     }
-    table->setEmptyText(Desk::tr("Поиск не нашёл ни пунктов, ни секций"));
+    table->setEmptyText(Desk::tr("Поиск и отбор не нашли ни пунктов, ни секций"));
     if (table->isSlow()) {
         status->setText(Desk::tr("Строки таблицы отбираются и сортируются…"));
         return;

@@ -13,11 +13,11 @@
 
 class QDockWidget;
 class QLabel;
-class QLineEdit;
 
 namespace orvel::desk {
 
 class Document;
+class ItemFilterBar;
 class ItemTable;
 class MessageBar;
 class ProtocolList;
@@ -93,7 +93,6 @@ private:
     void showCurrentItemProtocol();
     void goToProblem(bool isForward);
     void showMonitor();
-    void startSearch();
     void openFile(const QString& path);
     void openFiles(const QStringList& paths);
 
@@ -122,7 +121,7 @@ private:
     UriFollower uriFollower;
     DeskActions* actions;
     MessageBar* messageBar = nullptr;
-    QLineEdit* search = nullptr;
+    ItemFilterBar* filterBar = nullptr;
     ItemTable* table = nullptr;
     ProtocolList* protocols = nullptr;
     QDockWidget* protocolDock = nullptr;

@@ -4,6 +4,8 @@
 
 #include <QVariant>
 
+#include <optional>
+
 namespace orvel::desk {
 
 /// The columns of the item table, for points and sections alike.
@@ -12,13 +14,53 @@ namespace orvel::desk {
 /// How it is shown follows from the column.
 namespace itemcolumns {
 
-enum Column { Name, Type, X, Y, Height, Sigma, Difference, Residual, Lines, Report };
+enum Column {
+    Name,
+    Type,
+    Severity, ///< the gravest kind of line about the item
+    X,
+    Y,
+    Height,
+    Sigma,
+    Difference,
+    Length,
+    Stations,
+    Residual,
+    NormalisedResidual, ///< its size, as it is tested
+    Redundancy,
+    Lines,
+    Source,
+    SourceLine,
+    Date,
+    Note,
+    Report
+};
 constexpr int kCount = Report + 1;
 
-/// The item's LONGID, and the value of a cell for sorting.
-enum Role { ItemIdRole = CProjectItemModel::ItemIdRole, SortRole };
+/// The item's LONGID, the value of a cell for sorting, and the row's traits.
+enum Role { ItemIdRole = CProjectItemModel::ItemIdRole, SortRole, TraitsRole };
+
+/// What a row can be chosen by, as bits of TraitsRole.
+enum Trait {
+    PointTrait = 1,
+    SectionTrait = 2,
+    OverLimitTrait = 4 ///< a section with an error
+};
+
+/// The value of a cell that may have none: an empty text is none.
+template<typename Number>
+QVariant toVariant(const std::optional<Number>& number)
+{
+    return number ? QVariant(*number) : QVariant();
+}
+inline QVariant toVariant(const QString& text)
+{
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}
 
 QString getTitle(int column);
+/// What the column is called where it is stored.
+QString getKey(int column);
 /// What the column means, in a sentence.
 QString getExplanation(int column);
 /// The cell's data for a role of the usual ones or SortRole.

@@ -7,11 +7,22 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace orvel::desk {
 
 using tableorder::Value;
 using tableorder::Values;
+
+namespace {
+
+/// Whether traits follow from one of these columns.
+bool hasTraitColumn(int first, int last)
+{
+    return first <= itemcolumns::Severity && last >= itemcolumns::Type;
+}
+
+} // namespace
 
 ItemFilterModel::ItemFilterModel(const Limits& tableLimits, QObject* parent)
     : QAbstractProxyModel(parent)
@@ -37,6 +48,14 @@ void ItemFilterModel::setSearchText(const QString& text)
     update();
 }
 
+void ItemFilterModel::setWantedTraits(int traits)
+{
+    if (traits == wantedTraits)
+        return;
+    wantedTraits = traits;
+    update();
+}
+
 void ItemFilterModel::sort(int column, Qt::SortOrder order)
 {
     sortColumn = column;
@@ -46,7 +65,8 @@ void ItemFilterModel::sort(int column, Qt::SortOrder order)
 
 bool ItemFilterModel::isMeant(const QModelIndex& sourceIndex) const
 {
-    return tableorder::isFound(words, readValue(sourceIndex.row(), itemcolumns::Name),
+    return tableorder::hasTraits(readTraitsOfRow(sourceIndex.row()), wantedTraits) &&
+           tableorder::isFound(words, readValue(sourceIndex.row(), itemcolumns::Name),
                                readValue(sourceIndex.row(), itemcolumns::Type));
 }
 
@@ -157,14 +177,15 @@ QModelIndexList ItemFilterModel::match(const QModelIndex& start, int role, const
 /// Whether the user need not wait for the order.
 bool ItemFilterModel::isImmediate() const
 {
-    return (words.isEmpty() && sortColumn < 0) || !sourceModel() ||
+    return (!isFiltering() && sortColumn < 0) || !sourceModel() ||
            sourceModel()->rowCount() <= limits.immediateRows - rowsThisTurn;
 }
 
 bool ItemFilterModel::dependsOn(int firstColumn, int lastColumn) const
 {
     const bool isSearched = firstColumn <= itemcolumns::Type && lastColumn >= itemcolumns::Name;
-    return (sortColumn >= firstColumn && sortColumn <= lastColumn) || (!words.isEmpty() && isSearched);
+    return (sortColumn >= firstColumn && sortColumn <= lastColumn) || (!words.isEmpty() && isSearched) ||
+           (wantedTraits != 0 && hasTraitColumn(firstColumn, lastColumn));
 }
 
 /// Brings the rows up to what is asked for, of the values as they are.
@@ -191,7 +212,7 @@ void ItemFilterModel::proceed()
 {
     if (!working || computing)
         return;
-    if (readValues(limits.rowsAtOnce))
+    if (readNeeded(limits.rowsAtOnce))
         compute();
     else
         startStep();
@@ -218,8 +239,32 @@ Value ItemFilterModel::readValue(int row, int column) const
     return value.toDouble();
 }
 
-/// Reads values that are needed, at most so many. True if all are there.
-bool ItemFilterModel::readValues(int limit)
+int ItemFilterModel::readTraitsOfRow(int row) const
+{
+    return sourceModel()->index(row, 0).data(itemcolumns::TraitsRole).toInt();
+}
+
+/// Reads what is needed, at most so many cells. True if all is there.
+bool ItemFilterModel::readNeeded(int limit)
+{
+    return readValues(limit) && readAllTraits(limit);
+}
+
+bool ItemFilterModel::readAllTraits(int& limit)
+{
+    if (wantedTraits == 0 || traitsOfRow)
+        return true;
+    const int rowCount = sourceModel() ? sourceModel()->rowCount() : 0;
+    for (auto row = static_cast<int>(readTraits.size()); row < rowCount; ++row) {
+        if (limit-- == 0)
+            return false;
+        readTraits.push_back(readTraitsOfRow(row));
+    }
+    traitsOfRow = std::make_shared<const tableorder::Traits>(std::exchange(readTraits, {}));
+    return true;
+}
+
+bool ItemFilterModel::readValues(int& limit)
 {
     const int rowCount = sourceModel() ? sourceModel()->rowCount() : 0;
     for (const int column : getMissingColumns()) {
@@ -242,6 +287,8 @@ ItemFilterModel::Work ItemFilterModel::makeWork()
     work.task.direction = sortDirection;
     work.task.words = words;
     work.task.texts = searchTexts;
+    work.task.wantedTraits = wantedTraits;
+    work.task.traits = traitsOfRow;
     work.task.sortColumn = sortColumn;
     const auto ranks = ranksOfColumn.find(sortColumn);
     if (ranks != ranksOfColumn.end())
@@ -285,9 +332,9 @@ void ItemFilterModel::keep(const Work& work)
 
 std::vector<int> ItemFilterModel::arrangeAtOnce()
 {
-    readValues(std::numeric_limits<int>::max());
+    readNeeded(std::numeric_limits<int>::max());
     Work work = makeWork();
-    if (!words.isEmpty() || sortColumn >= 0) {
+    if (isFiltering() || sortColumn >= 0) {
         rowsThisTurn += work.task.rowCount;
         startStep();
     }
@@ -300,9 +347,12 @@ std::vector<int> ItemFilterModel::arrangeAtOnce()
 void ItemFilterModel::showRows(const std::vector<int>& rows)
 {
     if (rows != sourceRows) {
-        beginRows();
+        // A selection of many rows is kept row by row then, and not cell by cell.
+        Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+        keepIndexes();
         putRows(rows);
-        endRows();
+        moveIndexes();
+        Q_EMIT layoutChanged({}, VerticalSortHint);
     }
     setWorking(false);
 }
@@ -319,6 +369,11 @@ void ItemFilterModel::setWorking(bool isWorking)
 void ItemFilterModel::beginRows()
 {
     Q_EMIT layoutAboutToBeChanged();
+    keepIndexes();
+}
+
+void ItemFilterModel::keepIndexes()
+{
     indexesBefore = persistentIndexList();
     sourcesBefore.clear();
     for (const QModelIndex& each : qAsConst(indexesBefore))
@@ -336,13 +391,18 @@ void ItemFilterModel::putRows(const std::vector<int>& rows)
 
 void ItemFilterModel::endRows()
 {
+    moveIndexes();
+    Q_EMIT layoutChanged();
+}
+
+void ItemFilterModel::moveIndexes()
+{
     QModelIndexList indexes;
     for (const QPersistentModelIndex& source : sourcesBefore)
         indexes.append(mapFromSource(source));
     changePersistentIndexList(indexesBefore, indexes);
     indexesBefore.clear();
     sourcesBefore.clear();
-    Q_EMIT layoutChanged();
 }
 
 /// The source has other rows. Those of a long table are shown as they are until the order is there.
@@ -382,12 +442,19 @@ void ItemFilterModel::forgetColumns(int first, int last)
     forget(valuesOfColumn);
     if (first <= itemcolumns::Type && last >= itemcolumns::Name)
         searchTexts.reset();
+    if (hasTraitColumn(first, last)) {
+        traitsOfRow.reset();
+        readTraits.clear();
+    }
 }
 
 void ItemFilterModel::takeChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
                                   const QVector<int>& roles)
 {
-    forgetColumns(topLeft.column(), bottomRight.column());
+    const bool isLook =
+        !roles.isEmpty() && !roles.contains(itemcolumns::SortRole) && !roles.contains(Qt::DisplayRole);
+    if (!isLook)
+        forgetColumns(topLeft.column(), bottomRight.column());
     int first = rowCount();
     int last = -1;
     for (int row = topLeft.row(); row <= bottomRight.row(); ++row) {
@@ -399,7 +466,7 @@ void ItemFilterModel::takeChanged(const QModelIndex& topLeft, const QModelIndex&
     }
     if (last >= 0)
         Q_EMIT dataChanged(index(first, topLeft.column()), index(last, bottomRight.column()), roles);
-    if (dependsOn(topLeft.column(), bottomRight.column()))
+    if (!isLook && dependsOn(topLeft.column(), bottomRight.column()))
         update();
 }
 

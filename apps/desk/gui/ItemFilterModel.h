@@ -39,11 +39,14 @@ public:
 
     /// Shows the items whose names or kinds hold all words of the text.
     void setSearchText(const QString& text);
+    /// Shows the items that have all these traits, bits of itemcolumns::Trait.
+    void setWantedTraits(int traits);
+    bool isFiltering() const { return wantedTraits != 0 || !words.isEmpty(); }
     /// Sorts by the column, or as the source is for -1.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     /// Whether the rows are not yet as they were asked for.
     bool isWorking() const { return working; }
-    /// Whether the search means that row of the source.
+    /// Whether search and wanted traits mean that row of the source.
     bool isMeant(const QModelIndex& sourceIndex) const;
 
     void setSourceModel(QAbstractItemModel* table) override;
@@ -82,7 +85,10 @@ private:
     void proceed();
     std::set<int> getMissingColumns() const;
     tableorder::Value readValue(int row, int column) const;
-    bool readValues(int limit);
+    int readTraitsOfRow(int row) const;
+    bool readNeeded(int limit);
+    bool readValues(int& limit);
+    bool readAllTraits(int& limit);
     Work makeWork();
     void compute();
     void take();
@@ -92,6 +98,8 @@ private:
     void setWorking(bool isWorking);
 
     void beginRows();
+    void keepIndexes();
+    void moveIndexes();
     void putRows(const std::vector<int>& rows);
     void endRows();
     void renewRows();
@@ -102,6 +110,7 @@ private:
 
     const Limits limits;
     QStringList words;
+    int wantedTraits = 0;
     int sortColumn = -1;
     Qt::SortOrder sortDirection = Qt::AscendingOrder;
 
@@ -111,6 +120,8 @@ private:
     // Made of values that have not changed since.
     std::map<int, std::shared_ptr<const tableorder::Ranks>> ranksOfColumn;
     std::shared_ptr<const tableorder::SearchTexts> searchTexts;
+    std::shared_ptr<const tableorder::Traits> traitsOfRow;
+    tableorder::Traits readTraits;                    ///< as far as they are read
     std::map<int, tableorder::Values> valuesOfColumn; ///< as far as they are read
 
     unsigned requestNumber = 0; ///< counts what was asked for

@@ -8,11 +8,16 @@
 #include "apps/desk/gui/PointTableModel.h"
 #include "apps/desk/gui/ReportColumnDelegate.h"
 #include "apps/desk/gui/SectionTableModel.h"
+#include "apps/desk/gui/TableColumns.h"
+#include "apps/desk/gui/TableCopy.h"
 
+#include <QAction>
 #include <QConcatenateTablesProxyModel>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
+#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -45,13 +50,18 @@ ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidg
     setItemDelegateForColumn(itemcolumns::Name, new NameColumnDelegate(this));
     setItemDelegateForColumn(itemcolumns::Report, new ReportColumnDelegate(projectWindow, this));
     setSelectionBehavior(SelectRows);
-    setSelectionMode(SingleSelection);
+    setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
     setAlternatingRowColors(true);
     setTabKeyNavigation(false);
     setWordWrap(false);
     setVerticalScrollMode(ScrollPerPixel);
-    setUpHeader();
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    columns = new TableColumns(*this);
+    copy = new TableCopy(*this, *columns);
+    connect(copy, &TableCopy::copied, this, &ItemTable::copied);
+    setUpActions();
     showCoordinates();
     connect(&document, &Document::networkReplaced, this, &ItemTable::showCoordinates);
     connect(&document, &Document::networkReplaced, this, &ItemTable::fitNames);
@@ -75,6 +85,19 @@ ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidg
 LONGID ItemTable::getCurrentItem() const
 {
     return currentIndex().data(itemcolumns::ItemIdRole).toLongLong();
+}
+
+std::vector<LONGID> ItemTable::getSelectedItems() const
+{
+    std::vector<LONGID> items;
+    for (const int row : TableCopy::listSelectedRows(*this))
+        items.push_back(model()->index(row, 0).data(itemcolumns::ItemIdRole).toLongLong());
+    return items;
+}
+
+void ItemTable::copySelected()
+{
+    copy->start();
 }
 
 bool ItemTable::selectItem(LONGID id, Focus focus)
@@ -139,17 +162,9 @@ void ItemTable::setEmptyText(const QString& text)
     viewport()->update();
 }
 
-void ItemTable::restoreColumns(const QByteArray& state)
-{
-    horizontalHeader()->restoreState(state);
-    showCoordinates();
-}
-
 void ItemTable::showCoordinates()
 {
-    const bool areHidden = !document.hasCoordinates();
-    setColumnHidden(itemcolumns::X, areHidden);
-    setColumnHidden(itemcolumns::Y, areHidden);
+    columns->setHasCoordinates(document.hasCoordinates());
 }
 
 void ItemTable::keyPressEvent(QKeyEvent* event)
@@ -157,6 +172,10 @@ void ItemTable::keyPressEvent(QKeyEvent* event)
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && currentIndex().isValid())
         showCurrentProtocol();
+    else if (event->matches(QKeySequence::Copy))
+        copySelected(); // the view would take the current cell alone
+    else if (event->key() == Qt::Key_Escape)
+        Q_EMIT escapePressed();
     else
         QTableView::keyPressEvent(event);
 }
@@ -178,6 +197,12 @@ void ItemTable::currentChanged(const QModelIndex& current, const QModelIndex& pr
     // Somebody has chosen another row.
     awaitedItem = 0;
     Q_EMIT currentItemChanged();
+}
+
+void ItemTable::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
+{
+    QTableView::selectionChanged(selected, deselected);
+    Q_EMIT selectedItemsChanged();
 }
 
 void ItemTable::showProtocol(const QModelIndex& index)
@@ -205,30 +230,24 @@ void ItemTable::fitNames()
     const QHeaderView* header = horizontalHeader();
     const int last = header->logicalIndex(header->count() - 1);
     const int room = header->viewport()->width() - header->length() + columnWidth(last) - 10 * digit;
-    const int wanted = std::min(longest + 3 * digit, 50 * digit);
+    const int icon = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+    const int wanted = std::min(longest + icon + 4 * digit, 50 * digit);
     if (wanted > width && room > 0)
         setColumnWidth(itemcolumns::Name, std::min(wanted, width + room));
 }
 
-void ItemTable::setUpHeader()
+void ItemTable::setUpActions()
 {
-    QHeaderView* header = horizontalHeader();
-    header->setHighlightSections(false);
-    header->setSectionsMovable(true);
-    header->setSectionResizeMode(QHeaderView::Interactive);
-    header->setStretchLastSection(true);
-    const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
-    for (int column = 0; column < itemcolumns::kCount; ++column) {
-        const int titleWidth = fontMetrics().horizontalAdvance(itemcolumns::getTitle(column));
-        header->resizeSection(column, qMax(titleWidth + 2 * digit, 10 * digit));
-    }
-    header->resizeSection(itemcolumns::Name, 18 * digit);
-    header->resizeSection(itemcolumns::Type, 16 * digit);
-    verticalHeader()->hide();
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-    // In the order of the file, until a title is clicked.
-    header->setSortIndicator(-1, Qt::AscendingOrder);
-    setSortingEnabled(true);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    endOfItemActions = new QAction(this);
+    endOfItemActions->setSeparator(true);
+    addAction(endOfItemActions);
+    auto* copyAction = new QAction(Desk::tr("&Копировать строки"), this);
+    copyAction->setShortcut(QKeySequence::Copy);
+    copyAction->setShortcutContext(Qt::WidgetShortcut);
+    connect(copyAction, &QAction::triggered, this, &ItemTable::copySelected);
+    addAction(copyAction);
+    addAction(columns->getMenu()->menuAction());
 }
 
 } // namespace orvel::desk

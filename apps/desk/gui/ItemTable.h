@@ -5,6 +5,7 @@
 #include <QTableView>
 
 #include <functional>
+#include <vector>
 
 class ProjectWindow;
 class QConcatenateTablesProxyModel;
@@ -16,6 +17,8 @@ class Document;
 class ItemFilterModel;
 class PointTableModel;
 class SectionTableModel;
+class TableColumns;
+class TableCopy;
 
 /// The table of points and sections.
 class ItemTable : public QTableView
@@ -30,6 +33,8 @@ public:
 
     /// The item of the current row; 0 if there is none.
     LONGID getCurrentItem() const;
+    /// The items of the selected rows, from top to bottom.
+    std::vector<LONGID> getSelectedItems() const;
     /// Whether the keyboard goes to the table with a selection.
     enum class Focus { Comes, Stays };
     /// Selects the row of an item and brings it into sight, as soon as rows that were asked for are in place.
@@ -45,11 +50,19 @@ public:
     void setProtocolsAvailable(bool available);
     /// What stands in the table when it has no rows.
     void setEmptyText(const QString& text);
-    /// Takes the order and widths of the columns as QHeaderView::saveState() gave them.
-    void restoreColumns(const QByteArray& state);
+    /// Adds an action about the selected items to the context menu.
+    void addItemAction(QAction* action) { insertAction(endOfItemActions, action); }
+    TableColumns& getColumns() { return *columns; }
+    /// Puts the selected rows on the clipboard, as they are shown: cells between tabs, below their titles.
+    void copySelected();
 
 Q_SIGNALS:
     void currentItemChanged();
+    /// Other rows are selected.
+    void selectedItemsChanged();
+    /// So many rows are on the clipboard.
+    void copied(int rowCount);
+    void escapePressed();
     /// Other rows are shown, or the waiting for them has become long or is over.
     void rowsChanged();
 
@@ -57,10 +70,11 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:
     void showProtocol(const QModelIndex& index);
-    void setUpHeader();
+    void setUpActions();
     void fitNames();
     /// The columns of coordinates are there when some point has them.
     void showCoordinates();
@@ -75,6 +89,9 @@ private:
     SectionTableModel* sectionModel;
     LONGID awaitedItem = 0; ///< to be selected when the rows are in place
     Focus awaitedFocus = Focus::Comes;
+    TableColumns* columns = nullptr;
+    TableCopy* copy = nullptr;
+    QAction* endOfItemActions = nullptr; ///< a separator
     QTimer* slowTimer;
     bool slow = false;
     std::function<void(const std::function<void()>& show)> showPage;

@@ -3,6 +3,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemLook.h"
 #include "host/model/ItemTypes.h"
 
 namespace orvel::desk {
@@ -22,11 +23,6 @@ QVector<CProjectItemModel::Column> makeColumns()
     report.propertyId = kWarningReportProperty;
     report.delegateId = kWarningReportDelegate;
     return columns;
-}
-
-QVariant toVariant(const std::optional<double>& number)
-{
-    return number ? QVariant(*number) : QVariant();
 }
 
 } // namespace
@@ -51,8 +47,13 @@ QModelIndex PointTableModel::findPoint(LONGID id) const
 
 QVariant PointTableModel::data(const QModelIndex& index, int role) const
 {
-    if (role == itemcolumns::ItemIdRole || !getItem(index))
+    const CModelElement* item = getItem(index);
+    if (role == itemcolumns::ItemIdRole || !item)
         return CProjectItemModel::data(index, role);
+    if (role == itemcolumns::TraitsRole)
+        return int(itemcolumns::PointTrait);
+    if (itemlook::isAsked(index.column(), role))
+        return itemlook::present(item->getName(), document.getSummary().findWorst(item->getId()), role);
     return itemcolumns::present(index.column(), getValue(index), role);
 }
 
@@ -79,16 +80,22 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
         return point.getName();
     case itemcolumns::Type:
         return isFixed ? fixedPointText : pointText;
+    case itemcolumns::Severity:
+        return itemcolumns::toVariant(document.getSummary().findWorst(point.getId()));
     case itemcolumns::X:
-        return toVariant(point.getPosition().x);
+        return itemcolumns::toVariant(point.getPosition().x);
     case itemcolumns::Y:
-        return toVariant(point.getPosition().y);
+        return itemcolumns::toVariant(point.getPosition().y);
     case itemcolumns::Height:
-        return toVariant(point.getPosition().height);
+        return itemcolumns::toVariant(point.getPosition().height);
     case itemcolumns::Sigma:
         return result && !isFixed ? QVariant(result->sigma) : QVariant();
     case itemcolumns::Lines:
         return document.getSummary().linesOfItem.value(point.getId());
+    case itemcolumns::Source:
+        return itemcolumns::toVariant(document.getSnapshot().network.sources.value(point.getPoint().source));
+    case itemcolumns::SourceLine:
+        return point.getPoint().line > 0 ? QVariant(point.getPoint().line) : QVariant();
     case itemcolumns::Report:
         return getProjectModel()->getPropertyValue(point, kWarningReportProperty);
     default:
@@ -98,8 +105,12 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
 
 void PointTableModel::showProtocols()
 {
-    if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0, itemcolumns::Lines), index(rowCount() - 1, itemcolumns::Report));
+    if (rowCount() == 0)
+        return;
+    const int last = rowCount() - 1;
+    Q_EMIT dataChanged(index(0, itemcolumns::Severity), index(last, itemcolumns::Severity));
+    Q_EMIT dataChanged(index(0, itemcolumns::Lines), index(last, itemcolumns::Report));
+    Q_EMIT dataChanged(index(0, 0), index(last, itemcolumns::Report), itemlook::getRoles());
 }
 
 } // namespace orvel::desk

@@ -4,8 +4,10 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemLook.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace orvel::desk {
 
@@ -18,9 +20,8 @@ SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     connect(&document, &Document::networkAboutToBeReplaced, this, [this] { setSections({}); });
     connect(&document, &Document::networkReplaced, this, [this] { setSections(document.getSections()); });
     connect(&document, &Document::resultsChanged, this,
-            [this] { showColumns(itemcolumns::Sigma, itemcolumns::Residual); });
-    connect(&document, &Document::summaryChanged, this,
-            [this] { showColumns(itemcolumns::Lines, itemcolumns::Report); });
+            [this] { showColumns(itemcolumns::Residual, itemcolumns::Redundancy); });
+    connect(&document, &Document::summaryChanged, this, &SectionTableModel::showProtocols);
 }
 
 const LevellingSection* SectionTableModel::getSection(const QModelIndex& index) const
@@ -54,6 +55,10 @@ QVariant SectionTableModel::data(const QModelIndex& index, int role) const
         return QVariant();
     if (role == itemcolumns::ItemIdRole)
         return section->getId();
+    if (role == itemcolumns::TraitsRole)
+        return getTraits(*section);
+    if (itemlook::isAsked(index.column(), role))
+        return itemlook::present(section->getName(), document.getSummary().findWorst(section->getId()), role);
     return itemcolumns::present(index.column(), getValue(*section, index.column()), role);
 }
 
@@ -74,21 +79,48 @@ Qt::ItemFlags SectionTableModel::flags(const QModelIndex& index) const
     return itemFlags;
 }
 
+int SectionTableModel::getTraits(const LevellingSection& section) const
+{
+    const bool isOverLimit = document.getSummary().findWorst(section.getId()) == COVMessage::Error;
+    return itemcolumns::SectionTrait | (isOverLimit ? itemcolumns::OverLimitTrait : 0);
+}
+
 QVariant SectionTableModel::getValue(const LevellingSection& section, int column) const
 {
+    const levelling::Section& measured = section.getSection();
+    const LevellingSection::Result* result = section.getResult() ? &*section.getResult() : nullptr;
     switch (column) {
     case itemcolumns::Name:
         return section.getName();
     case itemcolumns::Type:
         return typeText;
+    case itemcolumns::Severity:
+        return itemcolumns::toVariant(document.getSummary().findWorst(section.getId()));
     case itemcolumns::Sigma:
-        return section.getSection().sigma;
+        return measured.sigma;
     case itemcolumns::Difference:
-        return section.getSection().difference;
+        return measured.difference;
+    case itemcolumns::Length:
+        return itemcolumns::toVariant(measured.distance);
+    case itemcolumns::Stations:
+        return itemcolumns::toVariant(measured.stations);
     case itemcolumns::Residual:
-        return section.getResult() ? QVariant(section.getResult()->residual) : QVariant();
+        return result ? QVariant(result->residual) : QVariant();
+    case itemcolumns::NormalisedResidual:
+        return result && result->normalisedResidual ? QVariant(std::abs(*result->normalisedResidual))
+                                                    : QVariant();
+    case itemcolumns::Redundancy:
+        return result ? itemcolumns::toVariant(result->redundancy) : QVariant();
     case itemcolumns::Lines:
         return document.getSummary().linesOfItem.value(section.getId());
+    case itemcolumns::Source:
+        return itemcolumns::toVariant(document.getSnapshot().network.sources.value(measured.source));
+    case itemcolumns::SourceLine:
+        return measured.line > 0 ? QVariant(measured.line) : QVariant();
+    case itemcolumns::Date:
+        return itemcolumns::toVariant(measured.date);
+    case itemcolumns::Note:
+        return itemcolumns::toVariant(measured.note);
     case itemcolumns::Report:
         return document.getModel().isItemMentioned(section.getId());
     default:
@@ -103,10 +135,17 @@ void SectionTableModel::setSections(const std::vector<LevellingSection*>& networ
     endResetModel();
 }
 
-void SectionTableModel::showColumns(int first, int last)
+void SectionTableModel::showColumns(int first, int last, const QVector<int>& roles)
 {
     if (!sections.empty())
-        Q_EMIT dataChanged(index(0, first), index(rowCount() - 1, last));
+        Q_EMIT dataChanged(index(0, first), index(rowCount() - 1, last), roles);
+}
+
+void SectionTableModel::showProtocols()
+{
+    showColumns(itemcolumns::Severity, itemcolumns::Severity);
+    showColumns(itemcolumns::Lines, itemcolumns::Report);
+    showColumns(0, itemcolumns::Report, itemlook::getRoles());
 }
 
 } // namespace orvel::desk

@@ -32,9 +32,11 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
+    int getTraits(const LevellingSection& section) const;
     QVariant getValue(const LevellingSection& section, int column) const;
     void setSections(const std::vector<LevellingSection*>& networkSections);
-    void showColumns(int first, int last);
+    void showProtocols();
+    void showColumns(int first, int last, const QVector<int>& roles = {});
 
     Document& document;
     std::vector<LevellingSection*> sections;

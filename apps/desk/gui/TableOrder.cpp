@@ -61,6 +61,12 @@ std::vector<int> findRows(const Task& task)
 {
     std::vector<int> rows(static_cast<std::size_t>(task.rowCount));
     std::iota(rows.begin(), rows.end(), 0);
+    if (task.wantedTraits != 0) {
+        const auto isOther = [&](int row) {
+            return !hasTraits((*task.traits)[static_cast<std::size_t>(row)], task.wantedTraits);
+        };
+        rows.erase(std::remove_if(rows.begin(), rows.end(), isOther), rows.end());
+    }
     for (const QString& word : task.words) {
         std::vector<bool> isKindFound;
         for (const QString& kind : task.texts->kinds)
@@ -80,6 +86,11 @@ std::vector<int> findRows(const Task& task)
 QStringList makeWords(const QString& text)
 {
     return text.simplified().toCaseFolded().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+bool hasTraits(int traits, int wanted)
+{
+    return (traits & wanted) == wanted;
 }
 
 bool isFound(const QStringList& words, const Value& name, const Value& kind)

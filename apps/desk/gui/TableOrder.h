@@ -30,6 +30,9 @@ struct SearchTexts
     QStringList kinds;
 };
 
+/// What each row can be chosen by: bits.
+using Traits = std::vector<int>;
+
 /// What an order is made of. Ranks and texts that are not there yet are made of the columns' values.
 struct Task
 {
@@ -39,11 +42,15 @@ struct Task
     int sortColumn = -1;                      ///< -1 for none
     std::shared_ptr<const Ranks> ranks;       ///< of that column
     std::shared_ptr<const SearchTexts> texts; ///< if there are words
+    int wantedTraits = 0;                     ///< that a row must have all of
+    std::shared_ptr<const Traits> traits;     ///< if any are wanted
     std::map<int, Values> values;             ///< of columns
 };
 
 /// The words of a search text, as case does not matter to it.
 QStringList makeWords(const QString& text);
+/// Whether a row with such traits has all that are wanted.
+bool hasTraits(int traits, int wanted);
 /// Whether each of the words stands in the name or in the kind.
 bool isFound(const QStringList& words, const Value& name, const Value& kind);
 

@@ -2,11 +2,11 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/gui/SearchField.h"
 #include "apps/desk/protocol/ProtocolTreeModel.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -64,10 +64,8 @@ QLayout* ProtocolPanel::createControls()
     aboutItem->setAutoRaise(true);
     connect(aboutItem, &QToolButton::toggled, this, &ProtocolPanel::refresh);
     layout->addWidget(aboutItem);
-    search = new QLineEdit(this);
-    search->setPlaceholderText(Desk::tr("Поиск в строках протокола"));
-    search->setAccessibleName(Desk::tr("Поиск в строках протокола"));
-    search->setClearButtonEnabled(true);
+    const QString hint = Desk::tr("Поиск в строках протокола");
+    search = new SearchField(hint, hint, this);
     connect(search, &QLineEdit::textChanged, this, &ProtocolPanel::refresh);
     connect(search, &QLineEdit::returnPressed, view, QOverload<>::of(&QWidget::setFocus));
     layout->addWidget(search, 1);

@@ -1,0 +1,93 @@
+#include "apps/desk/gui/ItemFilterBar.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemFilterModel.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/SearchField.h"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QToolButton>
+
+namespace orvel::desk {
+
+namespace {
+
+struct Choice
+{
+    int traits;
+    QString text;
+    QString explanation;
+};
+
+std::vector<Choice> listChoices()
+{
+    return {{0, Desk::tr("Всё"), Desk::tr("Показать все пункты и секции")},
+            {itemcolumns::PointTrait, Desk::tr("Пункты"), Desk::tr("Показать только пункты")},
+            {itemcolumns::SectionTrait, Desk::tr("Секции"), Desk::tr("Показать только секции")},
+            {itemcolumns::OverLimitTrait, Desk::tr("Сверх допуска"),
+             Desk::tr("Показать секции, о которых в протоколах есть ошибки")}};
+}
+
+} // namespace
+
+ItemFilterBar::ItemFilterBar(ItemTable& itemTable, QWidget* parent)
+    : QWidget(parent)
+    , table(itemTable)
+    , search(new SearchField(Desk::tr("Поиск по имени (Ctrl+F)"), Desk::tr("Поиск пунктов и секций"), this))
+    , buttons(new QButtonGroup(this))
+    , count(new QLabel(this))
+{
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(search, 1);
+    createButtons();
+    layout->addWidget(count);
+    ItemFilterModel* filter = table.getFilterModel();
+    connect(search, &QLineEdit::textChanged, filter, &ItemFilterModel::setSearchText);
+    connect(search, &QLineEdit::returnPressed, &table, QOverload<>::of(&QWidget::setFocus));
+    connect(&table, &ItemTable::escapePressed, search, &QLineEdit::clear);
+    connect(filter, &ItemFilterModel::layoutChanged, this, &ItemFilterBar::showCount);
+    connect(filter, &ItemFilterModel::modelReset, this, &ItemFilterBar::showCount);
+    showCount();
+}
+
+void ItemFilterBar::startSearch()
+{
+    search->setFocus();
+    search->selectAll();
+}
+
+void ItemFilterBar::clear()
+{
+    search->clear();
+    buttons->button(0)->click();
+}
+
+void ItemFilterBar::createButtons()
+{
+    for (const Choice& choice : listChoices()) {
+        auto* button = new QToolButton(this);
+        button->setText(choice.text);
+        button->setToolTip(choice.explanation);
+        button->setCheckable(true);
+        button->setChecked(choice.traits == 0);
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::TabFocus);
+        buttons->addButton(button, choice.traits);
+        layout()->addWidget(button);
+    }
+    connect(buttons, &QButtonGroup::idClicked, table.getFilterModel(), &ItemFilterModel::setWantedTraits);
+}
+
+void ItemFilterBar::showCount()
+{
+    const ItemFilterModel& filter = *table.getFilterModel();
+    count->setText(
+        Desk::tr("%1 из %2")
+            .arg(QString::number(filter.rowCount()), QString::number(filter.sourceModel()->rowCount())));
+}
+
+} // namespace orvel::desk

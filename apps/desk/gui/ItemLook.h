@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Orvel/store/COVMessage.h"
+
+#include <QColor>
+#include <QPalette>
+#include <QVariant>
+#include <QVector>
+
+#include <optional>
+
+namespace orvel::desk {
+
+/// How a row of the item table shows the gravest line about its item: by a colour, by an icon beside the
+/// name, and to those who hear it by a word.
+namespace itemlook {
+
+/// "error", "warning" or "message".
+QString nameSeverity(COVMessage::MessageType kind);
+
+/// The background of rows of that kind among others of the palette: as much of the kind's colour as leaves
+/// the text readable. Invalid for messages.
+QColor getBackground(COVMessage::MessageType kind, const QPalette& palette);
+
+/// How much two colours differ in brightness, from 1 to 21, as WCAG 2 has it.
+double getContrast(const QColor& first, const QColor& second);
+
+/// What follows from the gravest line, beside the texts.
+QVector<int> getRoles();
+/// Whether the look of a row has a say in that cell's data.
+bool isAsked(int column, int role);
+/// The cell's data then. The name is what the row is called.
+QVariant present(const QString& name, const std::optional<COVMessage::MessageType>& severity, int role);
+
+} // namespace itemlook
+
+} // namespace orvel::desk
