@@ -5,6 +5,7 @@
 #include "bench/tasks/DeskRunTasks.h"
 #include "bench/tasks/IntakeTasks.h"
 #include "bench/tasks/PageTasks.h"
+#include "bench/tasks/ProtocolPanelTask.h"
 #include "bench/tasks/TableTask.h"
 #include "bench/tasks/WindowRunTasks.h"
 
@@ -55,7 +56,8 @@ std::vector<Operation> makeOperations()
         {QStringLiteral("item_page"), orvelAndDom, sizes, quick, domLimit, compile, makeItemPageTask},
         {QStringLiteral("load"), orvel, {1}, 1, 0, 0, nullptr},
         {QStringLiteral("window_run"), runs, {100000}, quick, 0, 0, makeWindowRunTask},
-        {QStringLiteral("table"), orvel, {100000}, quick, 0, 0, makeTableTask},
+        {QStringLiteral("table"), orvel, {20000, 100000}, quick, 0, 0, makeTableTask},
+        {QStringLiteral("protocol_panel"), orvel, {20000, 100000}, quick, 0, 0, makeProtocolPanelTask},
     };
 }
 

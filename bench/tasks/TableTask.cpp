@@ -5,8 +5,10 @@
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/TableColumns.h"
 #include "bench/Clocks.h"
 #include "bench/DeskHost.h"
+#include "bench/DeskLines.h"
 #include "bench/StallWatch.h"
 #include "tests/levelling/SyntheticNetwork.h"
 
@@ -33,6 +35,8 @@ levelling::Adjustment makeAdjustment(const levelling::Network& network)
     for (std::size_t i = 0; i < network.sections.size(); ++i) {
         levelling::AdjustedSection section;
         section.residual = 1e-4 * scatter(i) - 5;
+        section.statistic = section.residual / 2;
+        section.redundancy = 1e-5 * scatter(i);
         adjustment.sections.push_back(section);
     }
     return adjustment;
@@ -46,6 +50,7 @@ public:
         const int pointCount = request.size * 2 / 5;
         const levelling::Network network = test::networks::synthetic(pointCount, request.size - pointCount);
         host.document->setNetwork(network);
+        writeDeskLines(*host.document, request.size);
         adjustment = makeAdjustment(network);
         host.document->setAdjustment(adjustment);
         nextItems =
@@ -58,12 +63,24 @@ public:
     {
         runStep(QStringLiteral("open"), [this] {
             table = std::make_unique<desk::ItemTable>(*host.document, host.window.get());
+            for (int column = 0; column < desk::itemcolumns::kCount; ++column)
+                table->getColumns().choose(column, true);
             table->show();
         });
         runSort(QStringLiteral("sort_names"), desk::itemcolumns::Name);
         runSort(QStringLiteral("sort_kinds"), desk::itemcolumns::Type);
         runSort(QStringLiteral("sort_heights"), desk::itemcolumns::Height);
         runSort(QStringLiteral("sort_residuals"), desk::itemcolumns::Residual);
+        runSort(QStringLiteral("sort_severities"), desk::itemcolumns::Severity);
+        runSort(QStringLiteral("sort_tested"), desk::itemcolumns::NormalisedResidual);
+        runSort(QStringLiteral("sort_redundancies"), desk::itemcolumns::Redundancy);
+        runSort(QStringLiteral("sort_lengths"), desk::itemcolumns::Length);
+        runSort(QStringLiteral("sort_files"), desk::itemcolumns::Source);
+        runChoice(QStringLiteral("choose_over_limit"), desk::itemcolumns::OverLimitTrait);
+        runChoice(QStringLiteral("choose_all"), 0);
+        runStep(QStringLiteral("select_all"), [this] { table->selectAll(); });
+        runSort(QStringLiteral("sort_selected"), desk::itemcolumns::Difference);
+        runCopy();
         runSearch(QStringLiteral("search"), QStringLiteral("7"));
         runSearch(QStringLiteral("search_on"), QStringLiteral("77"));
         runSearch(QStringLiteral("search_off"), QString());
@@ -88,6 +105,25 @@ private:
     void runSort(const QString& name, int column)
     {
         runStep(name, [this, column] { table->sortByColumn(column, Qt::AscendingOrder); });
+    }
+
+    void runChoice(const QString& name, int traits)
+    {
+        runStep(name, [this, traits] { table->getFilterModel()->setWantedTraits(traits); });
+    }
+
+    void runCopy()
+    {
+        bool isCopied = false;
+        const auto connection = QObject::connect(table.get(), &desk::ItemTable::copied, table.get(),
+                                                 [&isCopied] { isCopied = true; });
+        runStep(QStringLiteral("copy_all"), [&] {
+            table->copySelected();
+            while (!isCopied)
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        });
+        QObject::disconnect(connection);
+        table->clearSelection();
     }
 
     void runSearch(const QString& name, const QString& text)
