@@ -4,6 +4,7 @@
 #include "host/files/Error.h"
 #include "host/files/QtFile.h"
 #include "host/process/JournalPanel.h"
+#include "host/process/LineKind.h"
 #include "host/process/ProjectRun.h"
 #include "host/process/RunSession.h"
 #include "host/window/Display.h"
@@ -50,6 +51,7 @@ CProcessMonitor::CProcessMonitor(QWidget* parent, Qt::WindowFlags flags) : QDial
     createWidgets();
     stateText = Text::tr("Готово к выполнению");
     showState();
+    showCounts();
 }
 
 CProcessMonitor::~CProcessMonitor()
@@ -363,6 +365,8 @@ void CProcessMonitor::createWidgets()
     progressBar->setRange(0, 100);
     progressBar->setValue(0);
     progressBar->setAccessibleName(Text::tr("Выполнено, в процентах"));
+    countLabel = new QLabel(this);
+    countLabel->setAccessibleName(Text::tr("Строк журнала"));
     journal = new JournalPanel(this);
 
     auto* stageRow = new QHBoxLayout;
@@ -371,6 +375,7 @@ void CProcessMonitor::createWidgets()
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(stageRow);
     layout->addWidget(progressBar);
+    layout->addWidget(countLabel);
     layout->addWidget(journal, 1);
     layout->addLayout(createButtonRow());
     resize(760, 520);
@@ -426,6 +431,8 @@ void CProcessMonitor::prepareRun()
     session.reset();
     journal->clear();
     stages.clear();
+    counts.clear();
+    showCounts();
     progressBar->setValue(progressBar->minimum());
     stateText = Text::tr("Выполняется…");
     running = true;
@@ -451,13 +458,17 @@ void CProcessMonitor::writeLine(LineKind kind, const QString& text, const QStrin
     if (silentMode)
         return;
     journal->append(kind, text, detail);
-    if (!running)
-        journal->showLatest();
+    ++counts[kind];
+    if (running)
+        return;
+    journal->showLatest();
+    showCounts();
 }
 
 void CProcessMonitor::showDelivered(bool isBusy)
 {
     journal->showNews(isBusy);
+    showCounts();
     showTime();
 }
 
@@ -465,6 +476,10 @@ void CProcessMonitor::finishRun()
 {
     delete questionBox;
     journal->showLatest();
+    showCounts();
+    // An exception is told by the last line.
+    if (!session->isFailed())
+        journal->showGravest();
     interrupted = session->isInterrupted();
     running = false;
     stages.clear();
@@ -544,6 +559,16 @@ void CProcessMonitor::showState()
     else
         stageLabel->setText(isPaused() ? pausedText : stageText);
     showTime();
+}
+
+void CProcessMonitor::showCounts()
+{
+    const auto count = [this](LineKind kind) {
+        const auto found = counts.find(kind);
+        return QString::number(found == counts.end() ? 0 : found->second);
+    };
+    countLabel->setText(Text::tr("Ошибок: %1, предупреждений: %2, сообщений: %3")
+                            .arg(count(LineKind::Error), count(LineKind::Warning), count(LineKind::Message)));
 }
 
 void CProcessMonitor::showTime()

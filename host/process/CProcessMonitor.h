@@ -12,6 +12,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -177,9 +178,11 @@ private:
     bool isQuestionWanted() const;
     void showState();
     void showTime();
+    void showCounts();
 
     QLabel* stageLabel = nullptr;
     QLabel* timeLabel = nullptr;
+    QLabel* countLabel = nullptr;
     QProgressBar* progressBar = nullptr;
     JournalPanel* journal = nullptr;
     QPushButton* stopButton = nullptr;
@@ -195,6 +198,7 @@ private:
     QStringList stages;                     // open, the outermost first
     QString stateText;                      // shown while no stage is open
     QElapsedTimer runTime;
+    std::map<LineKind, int> counts; // of the journal's lines
     StopQuestion stopQuestion = StopQuestion::OnDisplay;
     bool running = false;
     bool ending = false; // onThreadFinished() is at work

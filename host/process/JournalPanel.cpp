@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include <chrono>
+#include <utility>
 
 namespace {
 
@@ -71,6 +72,7 @@ void JournalPanel::clear()
 {
     fillTimer->stop();
     isAllWanted = false;
+    isGravestWanted = false;
     writer->clear();
     sinceShown.start();
     showNote();
@@ -104,8 +106,25 @@ void JournalPanel::showLatest()
     showNote();
 }
 
+void JournalPanel::showGravest()
+{
+    isGravestWanted = true;
+    if (isVisible())
+        turnToGravest();
+}
+
+void JournalPanel::turnToGravest()
+{
+    if (!std::exchange(isGravestWanted, false) || !writer->isFollowing())
+        return;
+    if (writer->turnToGravest(kBudget))
+        fillTimer->start(0);
+}
+
 void JournalPanel::requestAll()
 {
+    // Somebody turns to the journal and goes where he wants.
+    isGravestWanted = false;
     if (writer->isComplete())
         return;
     isAllWanted = true;
@@ -151,6 +170,8 @@ void JournalPanel::fill()
     showNote();
     if (!isShown || isAllWanted)
         fillTimer->start(0);
+    else if (isVisible())
+        turnToGravest();
 }
 
 void JournalPanel::showNote()

@@ -34,6 +34,9 @@ public:
     void showNews(bool isBusy);
     /// Shows what has come, now: a journal of a few hundred lines completely, seen or not.
     void showLatest();
+    /// Turns to the first line of the gravest kind, error or warning, as soon as somebody sees the journal.
+    /// One that the user has scrolled stays as it is.
+    void showGravest();
     /// Fills the journal with all lines that are kept, a large one bit by bit.
     void requestAll();
     /// The journal with all lines as a page in which nothing is loaded and nothing runs, whatever they hold.
@@ -47,6 +50,7 @@ protected:
 
 private:
     void fill();
+    void turnToGravest();
     void showNote();
 
     QLabel* note;
@@ -55,4 +59,5 @@ private:
     QTimer* fillTimer;
     QElapsedTimer sinceShown;
     bool isAllWanted = false;
+    bool isGravestWanted = false;
 };

@@ -9,6 +9,9 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include <algorithm>
+#include <numeric>
+
 namespace {
 
 struct KindMarkup
@@ -108,6 +111,46 @@ bool JournalWriter::flush(std::chrono::milliseconds budget, Extent extent)
         scrollBar->setValue(scrollBar->value() + journal->cursorRect(topLine).y() - topLineY);
     }
     return getShownEnd() == getEnd() && (!isAllWanted || isComplete());
+}
+
+bool JournalWriter::turnToGravest(std::chrono::milliseconds budget)
+{
+    const std::optional<qint64> number = findGravest();
+    if (!number || flushing)
+        return false;
+    const QScopedValueRollback<bool> guard(flushing, true);
+    trimDocument();
+    if (*number < shownBegin || *number >= getShownEnd()) {
+        emptyDocument();
+        shownBegin = *number;
+        isAtEnd = false;
+        insertNewLines(std::chrono::steady_clock::now() + budget);
+    }
+    scrollTo(*number);
+    return true;
+}
+
+/// The first one that is kept of the gravest kind.
+std::optional<qint64> JournalWriter::findGravest() const
+{
+    for (const LineKind kind : {LineKind::Error, LineKind::Warning}) {
+        const auto found =
+            std::find_if(lines.begin(), lines.end(), [kind](const Line& line) { return line.kind == kind; });
+        if (found != lines.end())
+            return omittedCount + (found - lines.begin());
+    }
+    return std::nullopt;
+}
+
+/// Brings a line of the document to the top, as far as there are lines below it.
+void JournalWriter::scrollTo(qint64 number)
+{
+    const auto end = blockCounts.begin() + (number - shownBegin);
+    const int block = std::accumulate(blockCounts.begin(), end, 0);
+    const QTextCursor line(journal->document()->findBlockByNumber(block));
+    QScrollBar* scrollBar = journal->verticalScrollBar();
+    scrollBar->setValue(scrollBar->value() + journal->cursorRect(line).y());
+    isAtEnd = scrollBar->value() == scrollBar->maximum();
 }
 
 bool JournalWriter::isComplete() const

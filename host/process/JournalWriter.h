@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <deque>
+#include <optional>
 
 class QTextBrowser;
 class QTextCursor;
@@ -50,6 +51,11 @@ public:
     /// scrolled to its end stays there; one that is scrolled up keeps showing the same lines.
     /// @return true when all of the extent are there
     bool flush(std::chrono::milliseconds budget, Extent extent = Extent::All);
+    /// Whether there are warnings or errors, and if so, brings the first line of the gravest kind to the top,
+    /// as far as it is kept. What follows it in the document comes by flush().
+    bool turnToGravest(std::chrono::milliseconds budget);
+    /// Whether the journal is scrolled to its end, and stays there when lines come.
+    bool isFollowing() const { return isAtEnd; }
     /// Whether the document has all lines that are kept.
     bool isComplete() const;
     /// How many lines have come since the document got its last one.
@@ -74,6 +80,8 @@ private:
 
     qint64 getEnd() const { return omittedCount + getLineCount(); }
     qint64 getShownEnd() const { return shownBegin + static_cast<qint64>(blockCounts.size()); }
+    std::optional<qint64> findGravest() const;
+    void scrollTo(qint64 number);
     void followIfAtEnd();
     void emptyDocument();
     void skipToNewest();

@@ -17,6 +17,7 @@
 
 #include <boost/exception/info.hpp>
 
+#include <atomic>
 #include <new>
 #include <pthread.h>
 #include <stdexcept>
@@ -96,14 +97,19 @@ QPushButton* findButton(const QWidget& window, const QString& text)
     return nullptr;
 }
 
-QString getStageText(const QWidget& window)
+QString getLabelText(const QWidget& window, const QString& name)
 {
     const QList<QLabel*> labels = window.findChildren<QLabel*>();
     for (const QLabel* label : labels) {
-        if (label->accessibleName() == QStringLiteral("Этап"))
+        if (label->accessibleName() == name)
             return label->text();
     }
     return {};
+}
+
+QString getStageText(const QWidget& window)
+{
+    return getLabelText(window, QStringLiteral("Этап"));
 }
 
 void workUntilStopped(qor::IProcessMonitor& monitor)
@@ -147,6 +153,7 @@ private Q_SLOTS:
     void overridesRunInTheGuiThread();
     void journalShowsTheLines();
     void journalSaysThatEarlierLinesAreLeftOut();
+    void linesAreCountedByKind();
     void nextRunMayStartWhileTheJournalFills();
     void baseWritesTheStart();
     void exceptionBecomesAnErrorLine_data();
@@ -281,6 +288,31 @@ void TestCProcessMonitor::journalSaysThatEarlierLinesAreLeftOut()
     const QList<QLabel*> labels = monitor.findChildren<QLabel*>();
     QVERIFY(std::any_of(labels.begin(), labels.end(),
                         [&](const QLabel* label) { return label->text() == note && !label->isHidden(); }));
+}
+
+void TestCProcessMonitor::linesAreCountedByKind()
+{
+    TestMonitor monitor;
+    const auto getCounts = [&monitor] { return getLabelText(monitor, QStringLiteral("Строк журнала")); };
+    QCOMPARE(getCounts(), QStringLiteral("Ошибок: 0, предупреждений: 0, сообщений: 0"));
+    std::atomic<bool> mayEnd{false};
+    monitor.start([&mayEnd](qor::IProcessMonitor& run) {
+        run.writeError(L"one");
+        run.writeWarning(L"two");
+        run.writeWarning(L"three");
+        run.write(L"a service line");
+        while (!mayEnd)
+            std::this_thread::yield();
+        run.writeMessage(L"four");
+    });
+    // While it works, too.
+    QTRY_COMPARE(getCounts(), QStringLiteral("Ошибок: 1, предупреждений: 2, сообщений: 0"));
+    mayEnd = true;
+    QVERIFY(monitor.waitForFinished());
+    QCOMPARE(getCounts(), QStringLiteral("Ошибок: 1, предупреждений: 2, сообщений: 1"));
+    monitor.start([](qor::IProcessMonitor&) {});
+    QVERIFY(monitor.waitForFinished());
+    QCOMPARE(getCounts(), QStringLiteral("Ошибок: 0, предупреждений: 0, сообщений: 0"));
 }
 
 void TestCProcessMonitor::nextRunMayStartWhileTheJournalFills()

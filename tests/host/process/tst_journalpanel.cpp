@@ -24,6 +24,30 @@ int countShown(const JournalPanel& panel)
     return document->isEmpty() ? 0 : document->blockCount();
 }
 
+/// Lines with a warning, an error behind it, and another error far behind.
+void appendProblems(JournalPanel& panel, int count)
+{
+    appendNumbers(panel, 1, 10);
+    panel.append(Kind::Warning, QStringLiteral("warning"), QString());
+    appendNumbers(panel, 11, 20);
+    panel.append(Kind::Error, QStringLiteral("first error"), QString());
+    appendNumbers(panel, 21, count);
+    panel.append(Kind::Error, QStringLiteral("second error"), QString());
+    appendNumbers(panel, 1, 100);
+}
+
+/// The line at the top of what is seen.
+QString getTopLine(const JournalPanel& panel)
+{
+    return panel.getBrowser()->cursorForPosition(QPoint(5, 5)).block().text();
+}
+
+bool isAtEnd(const JournalPanel& panel)
+{
+    const QScrollBar* bar = panel.getBrowser()->verticalScrollBar();
+    return bar->maximum() > 0 && bar->value() == bar->maximum();
+}
+
 } // namespace
 
 class TestJournalPanel : public QObject
@@ -40,6 +64,11 @@ private Q_SLOTS:
     void floodIsShownNowAndThen();
     void listenerMayAskForAllLines();
     void pageHasAllLines();
+    void endedJournalTurnsToTheGravestLine_data();
+    void endedJournalTurnsToTheGravestLine();
+    void unseenJournalTurnsWhenItIsSeen();
+    void journalWithoutProblemsStaysAtItsEnd();
+    void scrolledJournalStaysWhereItIs();
 };
 
 void TestJournalPanel::unseenJournalLaysOutNothing()
@@ -142,6 +171,69 @@ void TestJournalPanel::pageHasAllLines()
     const QByteArray page = panel.makePage();
     QVERIFY(page.contains(">1<"));
     QVERIFY(page.contains(QByteArray::number(kMany)));
+}
+
+void TestJournalPanel::endedJournalTurnsToTheGravestLine_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("short") << 300;
+    QTest::newRow("long") << kMany;
+}
+
+void TestJournalPanel::endedJournalTurnsToTheGravestLine()
+{
+    QFETCH(int, count);
+    JournalPanel panel;
+    panel.resize(300, 200);
+    panel.show();
+    appendProblems(panel, count);
+    panel.showLatest();
+    panel.showGravest();
+    QTRY_COMPARE(getTopLine(panel), QStringLiteral("\u2716 first error"));
+    // The lines behind it come, and it stays at the top.
+    QTRY_COMPARE(panel.getBrowser()->document()->lastBlock().text(), QStringLiteral("100"));
+    QCOMPARE(getTopLine(panel), QStringLiteral("\u2716 first error"));
+    panel.requestAll();
+    QTRY_COMPARE(countShown(panel), count + 103);
+    QCOMPARE(getTopLine(panel), QStringLiteral("\u2716 first error"));
+}
+
+void TestJournalPanel::unseenJournalTurnsWhenItIsSeen()
+{
+    JournalPanel panel;
+    panel.resize(300, 200);
+    appendProblems(panel, 300);
+    panel.showLatest();
+    panel.showGravest();
+    panel.show();
+    QTRY_COMPARE(getTopLine(panel), QStringLiteral("\u2716 first error"));
+}
+
+void TestJournalPanel::journalWithoutProblemsStaysAtItsEnd()
+{
+    JournalPanel panel;
+    panel.resize(300, 200);
+    panel.show();
+    appendNumbers(panel, 1, 300);
+    panel.showLatest();
+    panel.showGravest();
+    QTest::qWait(50);
+    QVERIFY(isAtEnd(panel));
+    QCOMPARE(panel.getBrowser()->document()->lastBlock().text(), QStringLiteral("300"));
+}
+
+void TestJournalPanel::scrolledJournalStaysWhereItIs()
+{
+    JournalPanel panel;
+    panel.resize(300, 200);
+    panel.show();
+    appendProblems(panel, 300);
+    panel.showLatest();
+    panel.getBrowser()->verticalScrollBar()->setValue(100);
+    const QString top = getTopLine(panel);
+    panel.showGravest();
+    QTest::qWait(50);
+    QCOMPARE(getTopLine(panel), top);
 }
 
 QTEST_MAIN(TestJournalPanel)
