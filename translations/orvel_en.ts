@@ -3353,6 +3353,18 @@ L in km (else the class sets it)</translation>
         <source>Длина секции</source>
         <translation>Length of the section</translation>
     </message>
+    <message>
+        <source>В &amp;строках протокола</source>
+        <translation>In the &amp;lines of the protocol</translation>
+    </message>
+    <message>
+        <source>%1: ошибок и предупреждений нет</source>
+        <translation>%1: no errors or warnings</translation>
+    </message>
+    <message>
+        <source>О выделенном здесь строк нет</source>
+        <translation>No lines about the selected one here</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>
@@ -3630,6 +3642,14 @@ L in km (else the class sets it)</translation>
     <message>
         <source>читающая программа закрыла канал</source>
         <translation>the reading program has closed the pipe</translation>
+    </message>
+    <message>
+        <source>Строк журнала</source>
+        <translation>Lines of the journal</translation>
+    </message>
+    <message>
+        <source>Ошибок: %1, предупреждений: %2, сообщений: %3</source>
+        <translation>Errors: %1, warnings: %2, messages: %3</translation>
     </message>
 </context>
 <context>

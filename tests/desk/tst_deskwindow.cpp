@@ -3,6 +3,7 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectLock.h"
+#include "apps/desk/gui/HelpDialog.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
@@ -85,6 +86,7 @@ private Q_SLOTS:
     void countsOutliveOtherWords();
     void helpTellsOfEveryRun();
     void everythingHasAccessibleName();
+    void progressWindowLeavesTheTableFree();
     void layoutIsKept();
 
 private:
@@ -143,7 +145,8 @@ void TestDeskWindow::importNamesTheProject()
     QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*]"));
     QVERIFY(window->isWindowModified());
     QCOMPARE(window->getMonitor().windowTitle(), QStringLiteral("Импорт — two-benchmarks"));
-    QVERIFY(window->getMonitor().isVisible());
+    // There is nothing to see in it.
+    QVERIFY(!window->getMonitor().isVisible());
     QVERIFY(window->getMonitor().getJournal()->toPlainText().contains(
         QStringLiteral("Прочитано пунктов: 5, из них исходных реперов: 2; секций: 7")));
 }
@@ -812,9 +815,17 @@ void TestDeskWindow::countsOutliveOtherWords()
 void TestDeskWindow::helpTellsOfEveryRun()
 {
     QVERIFY(triggerAction(*window, QStringLiteral("Что делает каждая обработка")));
-    const auto browsers = window->findChildren<QTextBrowser*>();
-    QVERIFY(!browsers.isEmpty());
-    const QString text = browsers.constLast()->toPlainText();
+    const HelpDialog* help = nullptr;
+    for (const QWidget* each : QApplication::topLevelWidgets()) {
+        if (const auto* dialog = qobject_cast<const HelpDialog*>(each))
+            help = dialog;
+    }
+    QVERIFY(help && help->isVisible());
+    // The desk can be brought in front of it, and takes it along when it goes.
+    QCOMPARE(help->windowType(), Qt::Window);
+    QVERIFY(!help->parentWidget());
+    QVERIFY(!help->testAttribute(Qt::WA_QuitOnClose));
+    const QString text = help->findChild<QTextBrowser*>()->toPlainText();
     for (const char* name : {"Импорт", "Предобработка", "Уравнивание", "L1-анализ",
                              "Общий анализ исходных данных", "Авто трассирование", "Экспорт"})
         QVERIFY2(text.contains(QString::fromUtf8(name) + QLatin1Char('\n')), name);
@@ -832,6 +843,26 @@ void TestDeskWindow::everythingHasAccessibleName()
         const bool isPart = widget->parentWidget() && !widget->parentWidget()->accessibleName().isEmpty();
         QVERIFY2(!takesFocus || isNamed || isPart, widget->metaObject()->className());
     }
+}
+
+void TestDeskWindow::progressWindowLeavesTheTableFree()
+{
+    const RunMonitor& monitor = window->getMonitor();
+    // The desk can be brought in front of it.
+    QCOMPARE(monitor.windowType(), Qt::Window);
+    QVERIFY(!monitor.parentWidget());
+    QVERIFY(!monitor.testAttribute(Qt::WA_QuitOnClose));
+    QVERIFY(!monitor.isVisible());
+    run("Предобработка");
+    QVERIFY(monitor.hasProblems());
+    QVERIFY(monitor.isVisible());
+    run("Трассирование ходов");
+    QCOMPARE(monitor.isVisible(), monitor.hasProblems());
+    QVERIFY(triggerAction(*window, QStringLiteral("Окно выполнения")));
+    QVERIFY(monitor.isVisible());
+    window->getDocument().setModified(false);
+    QVERIFY(window->close());
+    QVERIFY(!monitor.isVisible());
 }
 
 void TestDeskWindow::layoutIsKept()

@@ -23,6 +23,7 @@
 #include "apps/desk/gui/ScreenSize.h"
 #include "apps/desk/gui/TableColumns.h"
 #include "apps/desk/gui/TemplateWizard.h"
+#include "apps/desk/process/MonitorDisplay.h"
 #include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/ProtocolList.h"
 #include "apps/desk/protocol/ProtocolPanel.h"
@@ -142,7 +143,10 @@ DeskWindow::~DeskWindow() = default;
 RunMonitor& DeskWindow::getMonitor()
 {
     if (!monitor) {
-        monitor = std::make_unique<RunMonitor>(this, this);
+        // No child of the window, over which it would stay for good.
+        monitor = std::make_unique<RunMonitor>(this);
+        monitor->setAttribute(Qt::WA_QuitOnClose, false);
+        monitorDisplay = std::make_unique<MonitorDisplay>(*monitor, *this);
         monitor->setRecorder(recorder.get());
         monitor->setOnItemClicked([this](LONGID id) { locateItem(id); });
         connect(monitor.get(), &CProcessMonitor::runFinished, this, &DeskWindow::finishRun);
@@ -472,6 +476,8 @@ void DeskWindow::closeEvent(QCloseEvent* event)
         return;
     }
     saveLayout();
+    if (monitor)
+        monitor->hide();
     event->accept();
 }
 
@@ -522,6 +528,12 @@ void DeskWindow::createProtocolDock()
     connect(table, &ItemTable::currentItemChanged, protocolPanel,
             [this] { protocolPanel->setCurrentItem(table->getCurrentItem()); });
     actions->addToProtocolMenu(protocolDock->toggleViewAction());
+    auto* showLines = new QAction(Desk::tr("В &строках протокола"), this);
+    connect(showLines, &QAction::triggered, this, [this] {
+        protocolDock->show();
+        protocolPanel->showAboutCurrent();
+    });
+    table->addItemAction(showLines);
 }
 
 void DeskWindow::createClassIndicator()
@@ -605,7 +617,7 @@ void DeskWindow::perform(DeskActions::Command command)
         goToProblem(false);
         break;
     case Command::ShowHelp:
-        HelpDialog::showOver(this);
+        HelpDialog::showBeside(this);
         break;
     case Command::ShowAbout:
         showAboutBox(this);
@@ -635,9 +647,8 @@ void DeskWindow::showCurrentItemProtocol()
 
 void DeskWindow::showMonitor()
 {
-    getMonitor().show();
-    getMonitor().raise();
-    getMonitor().activateWindow();
+    getMonitor();
+    monitorDisplay->showWanted();
 }
 
 void DeskWindow::openFile(const QString& path)
@@ -665,7 +676,7 @@ void DeskWindow::start(const DeskRun& run)
     if (isRunWorking() || !checkProtocol())
         return;
     getMonitor().startRun(run);
-    getMonitor().show();
+    monitorDisplay->beginRun();
     updateTitle();
     updateActions();
 }
@@ -682,6 +693,7 @@ void DeskWindow::finishRun()
         checkProtocol(monitor->getRun().protocolType);
     protocols->choose(monitor->getRun().protocolType);
     updateActions();
+    endDisplay();
     const QStringList tables = std::exchange(tablesToImport, QStringList());
     if (closeAfterRun) {
         closeAfterRun = false;
@@ -690,6 +702,17 @@ void DeskWindow::finishRun()
                monitor->getRun().failure->kind == RunFailure::Kind::None) {
         showTemplateWizard(tables);
     }
+}
+
+/// Leaves the progress window to those who have something to see there, and the others the list of protocols.
+void DeskWindow::endDisplay()
+{
+    const bool hasProblems = monitor->hasProblems() || monitor->wasInterrupted();
+    monitorDisplay->endRun(hasProblems);
+    if (!hasProblems && !protocolDock->isVisible())
+        statusBar()->showMessage(
+            Desk::tr("%1: ошибок и предупреждений нет").arg(getTypeText(monitor->getRun().protocolType)),
+            5000);
 }
 
 void DeskWindow::updateTitle()

@@ -20,6 +20,7 @@ class Document;
 class ItemFilterBar;
 class ItemTable;
 class MessageBar;
+class MonitorDisplay;
 class ProtocolList;
 class ProtocolPanel;
 
@@ -98,6 +99,7 @@ private:
 
     void start(const DeskRun& run);
     void finishRun();
+    void endDisplay();
     void startImport(DeskRun run);
     void importSources(const std::vector<ImportSource>& sources);
     std::optional<ImportRefusal> findRefusal(const std::vector<ImportSource>& sources);
@@ -113,6 +115,7 @@ private:
     Document* document; // a child of the window
     std::unique_ptr<JournalRecorder> recorder;
     std::unique_ptr<RunMonitor> monitor;
+    std::unique_ptr<MonitorDisplay> monitorDisplay; ///< of the monitor
     bool closeAfterRun = false;
     bool readsFiles = false;      ///< to see whether there is something to import
     QStringList tablesToImport;   // behind the run at work

@@ -61,7 +61,8 @@ QString makeHelp()
 
 } // namespace
 
-HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent)
+// A dialog would stay above the other windows.
+HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent, Qt::Window)
 {
     setWindowTitle(Desk::tr("Что делает каждая обработка"));
     auto* text = new QTextBrowser(this);
@@ -76,10 +77,13 @@ HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent)
     resizeToScreen(*this, {620, 560});
 }
 
-void HelpDialog::showOver(QWidget* parent)
+void HelpDialog::showBeside(const QWidget* window)
 {
-    auto* dialog = new HelpDialog(parent);
+    // So would a child of the window.
+    auto* dialog = new HelpDialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAttribute(Qt::WA_QuitOnClose, false);
+    connect(window, &QObject::destroyed, dialog, &QObject::deleteLater);
     dialog->show();
 }
 

@@ -12,8 +12,8 @@ class HelpDialog : public QDialog
 public:
     explicit HelpDialog(QWidget* parent = nullptr);
 
-    /// Shows a dialog that is gone once it is closed.
-    static void showOver(QWidget* parent);
+    /// Shows a dialog that is gone once it or the window is closed.
+    static void showBeside(const QWidget* window);
 };
 
 } // namespace orvel::desk

@@ -25,8 +25,8 @@ public:
     /// The user wants to see the window: it stays until it is closed.
     void showWanted();
 
-    /// Where a window of that size stands beside the desk on that screen: on the side with enough room, or else
-    /// in the corner where it covers least of the desk's upper part.
+    /// Where a window of that size stands beside the desk on that screen: on the side with enough room, or
+    /// else in the corner where it covers least of the desk's upper part.
     static QRect findPlace(const QSize& size, const QRect& desk, const QRect& screen);
 
 protected:

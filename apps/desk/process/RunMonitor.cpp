@@ -6,7 +6,9 @@
 
 namespace orvel::desk {
 
-RunMonitor::RunMonitor(ProjectWindow* window, QWidget* parent) : OrvelProcessMonitor(window, parent)
+// A dialog would stay above the other windows.
+RunMonitor::RunMonitor(ProjectWindow* window, QWidget* parent)
+    : OrvelProcessMonitor(window, parent, Qt::Window)
 {}
 
 RunMonitor::~RunMonitor()
@@ -26,6 +28,7 @@ void RunMonitor::startRun(const DeskRun& deskRun)
     if (isRunning())
         return;
     run = deskRun;
+    problems = false;
     setProtocolType(run.protocolType);
     start([function = run.function, failure = run.failure](qor::IProcessMonitor& monitor) {
         try {
@@ -58,12 +61,14 @@ void RunMonitor::finishProtocolStage()
 
 void RunMonitor::writeError(const QString& text, const QString& detail)
 {
+    problems = true;
     record(QStringLiteral("writeError"), text);
     OrvelProcessMonitor::writeError(text, detail);
 }
 
 void RunMonitor::writeWarning(const QString& text, const QString& detail)
 {
+    problems = true;
     record(QStringLiteral("writeWarning"), text);
     OrvelProcessMonitor::writeWarning(text, detail);
 }

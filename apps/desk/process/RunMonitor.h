@@ -25,6 +25,8 @@ public:
     const DeskRun& getRun() const { return run; }
     /// Whether the latest run was stopped, or ended by an exception.
     bool wasInterrupted() const { return getInterrupted(); }
+    /// Whether the latest run wrote an error or a warning.
+    bool hasProblems() const { return problems; }
     /// Whether the protocol of the latest run's type is that of an earlier run, since the latest was stopped,
     /// or refused and told to keep it.
     bool isProtocolKept() const;
@@ -49,6 +51,7 @@ private:
     void record(const QString& command, const QString& text);
 
     DeskRun run;
+    bool problems = false;
     JournalRecorder* recorder = nullptr;
 };
 

@@ -111,6 +111,12 @@ void ProtocolPanel::setCurrentItem(LONGID id)
         refresh();
 }
 
+void ProtocolPanel::showAboutCurrent()
+{
+    aboutItem->setChecked(true);
+    view->setFocus();
+}
+
 ProtocolFilter ProtocolPanel::getFilter() const
 {
     ProtocolFilter filter;
@@ -170,6 +176,8 @@ void ProtocolPanel::take()
         view->setCurrentIndex(kept);
         view->scrollTo(kept, QAbstractItemView::PositionAtCenter);
     }
+    if (aboutItem->isChecked() && model->getTree().counts.empty())
+        place->setText(Desk::tr("О выделенном здесь строк нет"));
     Q_EMIT shown();
     if (const std::optional<bool> step = std::exchange(awaitedStep, std::nullopt))
         goToProblem(*step);

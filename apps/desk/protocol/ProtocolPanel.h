@@ -37,6 +37,8 @@ public:
     int getProtocolType() const { return protocolType; }
     /// The item that "about the selected one" means.
     void setCurrentItem(LONGID id);
+    /// Shows the lines about that item only.
+    void showAboutCurrent();
     /// Goes to the next error, or where there is none to the next warning; back with `isForward` false. Does
     /// so as soon as the lines are there.
     void goToProblem(bool isForward);
