@@ -3365,6 +3365,26 @@ L in km (else the class sets it)</translation>
         <source>О выделенном здесь строк нет</source>
         <translation>No lines about the selected one here</translation>
     </message>
+    <message>
+        <source>Отключённые</source>
+        <translation>Switched off</translation>
+    </message>
+    <message>
+        <source>Показать отключённые секции</source>
+        <translation>Show the sections that are switched off</translation>
+    </message>
+    <message>
+        <source>Отключена: в обработке не участвует</source>
+        <translation>Switched off: takes no part in processing</translation>
+    </message>
+    <message>
+        <source>Отключена: %1</source>
+        <translation>Switched off: %1</translation>
+    </message>
+    <message>
+        <source>%1, отключена</source>
+        <translation>%1, switched off</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

@@ -1,4 +1,5 @@
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/NetworkChange.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemFilterBar.h"
 #include "apps/desk/gui/ItemFilterModel.h"
@@ -20,6 +21,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QUndoStack>
 
 #include <algorithm>
 
@@ -92,6 +94,7 @@ private Q_SLOTS:
     void longCopyLetsOthersHaveTheirTurn();
     void changedOrderEndsTheCopy();
     void choosesKindsOfItems();
+    void tellsWhatIsSwitchedOff();
     void linkedItemIsShownWhateverIsChosen();
     void escapeClearsTheSearch();
     void contextMenuHasWhatOneCanDo();
@@ -246,8 +249,10 @@ void TestTableLook::textsAreReadableOnEveryPalette()
     for (const auto kind : {COVMessage::Error, COVMessage::Warning}) {
         const QColor background = itemlook::getBackground(kind, palette);
         QVERIFY(itemlook::getContrast(background, palette.color(QPalette::Text)) >= 4.5);
+        QVERIFY(itemlook::getContrast(background, itemlook::getOffColor(palette)) >= 4.5);
         QCOMPARE(background != base, isTinted);
     }
+    QCOMPARE(itemlook::getOffColor(palette) != palette.color(QPalette::Text), isTinted);
     QVERIFY(!itemlook::getBackground(COVMessage::Message, palette).isValid());
     QCOMPARE(itemlook::getContrast(Qt::black, Qt::white), 21.0);
 }
@@ -437,6 +442,24 @@ void TestTableLook::choosesKindsOfItems()
     QCOMPARE(column(itemcolumns::Name), wrong);
     press("Всё");
     QCOMPARE(count(), QStringLiteral("12 из 12"));
+}
+
+void TestTableLook::tellsWhatIsSwitchedOff()
+{
+    Document& document = window->getDocument();
+    const LONGID id = document.getSections()[2]->getId();
+    QVERIFY(!cell("BMY – C", itemcolumns::Name).data(Qt::ForegroundRole).isValid());
+    press("Отключённые");
+    QCOMPARE(count(), QStringLiteral("0 из 12"));
+    QVERIFY(document.applyChange(QStringLiteral("off"),
+                                 networkchange::switchOff(document, {id}, QStringLiteral("a < b"))));
+    QCOMPARE(count(), QStringLiteral("1 из 12"));
+    QCOMPARE(cells("BMY – C", {itemcolumns::Type}), toList("секция, отключена"));
+    QCOMPARE(cell("BMY – C", itemcolumns::Type).data(Qt::ToolTipRole).toString(),
+             QStringLiteral("Отключена: a &lt; b"));
+    QVERIFY(cell("BMY – C", itemcolumns::Name).data(Qt::ForegroundRole).isValid());
+    document.getUndoStack().undo();
+    QCOMPARE(count(), QStringLiteral("0 из 12"));
 }
 
 void TestTableLook::linkedItemIsShownWhateverIsChosen()

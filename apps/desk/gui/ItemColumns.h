@@ -44,7 +44,8 @@ enum Role { ItemIdRole = CProjectItemModel::ItemIdRole, SortRole, TraitsRole };
 enum Trait {
     PointTrait = 1,
     SectionTrait = 2,
-    OverLimitTrait = 4 ///< a section with an error
+    OverLimitTrait = 4, ///< a section with an error
+    OffTrait = 8        ///< a section that is switched off
 };
 
 /// The value of a cell that may have none: an empty text is none.

@@ -28,7 +28,8 @@ std::vector<Choice> listChoices()
             {itemcolumns::PointTrait, Desk::tr("Пункты"), Desk::tr("Показать только пункты")},
             {itemcolumns::SectionTrait, Desk::tr("Секции"), Desk::tr("Показать только секции")},
             {itemcolumns::OverLimitTrait, Desk::tr("Сверх допуска"),
-             Desk::tr("Показать секции, о которых в протоколах есть ошибки")}};
+             Desk::tr("Показать секции, о которых в протоколах есть ошибки")},
+            {itemcolumns::OffTrait, Desk::tr("Отключённые"), Desk::tr("Показать отключённые секции")}};
 }
 
 } // namespace

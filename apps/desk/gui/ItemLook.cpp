@@ -20,6 +20,7 @@ namespace {
 // What WCAG 2 asks of a text (level AA).
 constexpr double kLeastContrast = 4.5;
 constexpr double kMostTint = 0.2;
+constexpr double kMostGrey = 0.5;
 constexpr double kTintStep = 0.05;
 
 const QColor kErrorColor(0xd9, 0x36, 0x3e);
@@ -75,6 +76,28 @@ QColor getBackground(COVMessage::MessageType kind, const QPalette& palette)
     while (share > 0 && getContrast(mix(base, tint, share), text) < kLeastContrast)
         share -= kTintStep;
     return mix(base, tint, std::max(share, 0.0));
+}
+
+QColor getOffColor(const QPalette& palette)
+{
+    const QColor base = palette.color(QPalette::Active, QPalette::Base);
+    const QColor text = palette.color(QPalette::Active, QPalette::Text);
+    const auto isReadable = [&](const QColor& color) {
+        return getContrast(color, base) >= kLeastContrast &&
+               getContrast(color, getBackground(COVMessage::Error, palette)) >= kLeastContrast &&
+               getContrast(color, getBackground(COVMessage::Warning, palette)) >= kLeastContrast;
+    };
+    double share = kMostGrey;
+    while (share > 0 && !isReadable(mix(text, base, share)))
+        share -= kTintStep;
+    return mix(text, base, std::max(share, 0.0));
+}
+
+QString describeOff(const QString& reason)
+{
+    return (reason.isEmpty() ? Desk::tr("Отключена: в обработке не участвует")
+                             : Desk::tr("Отключена: %1").arg(reason))
+        .toHtmlEscaped();
 }
 
 double getContrast(const QColor& first, const QColor& second)

@@ -22,6 +22,11 @@ QString nameSeverity(COVMessage::MessageType kind);
 /// the text readable. Invalid for messages.
 QColor getBackground(COVMessage::MessageType kind, const QPalette& palette);
 
+/// The colour of what is switched off, as pale as it can be and readable still; beside it a word says so.
+QColor getOffColor(const QPalette& palette);
+/// That a section is switched off, and why.
+QString describeOff(const QString& reason);
+
 /// How much two colours differ in brightness, from 1 to 21, as WCAG 2 has it.
 double getContrast(const QColor& first, const QColor& second);
 

@@ -1,13 +1,17 @@
 #include "apps/desk/gui/SectionTableModel.h"
 
+#include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemLook.h"
 
+#include <QGuiApplication>
+
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 
 namespace orvel::desk {
 
@@ -16,9 +20,11 @@ SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     , document(openDocument)
     , sections(openDocument.getSections())
     , typeText(getTypeText(kSectionItemType))
+    , offText(Desk::tr("%1, отключена").arg(typeText))
 {
     connect(&document, &Document::networkAboutToBeReplaced, this, [this] { setSections({}); });
     connect(&document, &Document::networkReplaced, this, [this] { setSections(document.getSections()); });
+    connect(&document, &Document::itemsEdited, this, &SectionTableModel::showEdited);
     connect(&document, &Document::resultsChanged, this,
             [this] { showColumns(itemcolumns::Residual, itemcolumns::Redundancy); });
     connect(&document, &Document::summaryChanged, this, &SectionTableModel::showProtocols);
@@ -57,6 +63,10 @@ QVariant SectionTableModel::data(const QModelIndex& index, int role) const
         return section->getId();
     if (role == itemcolumns::TraitsRole)
         return getTraits(*section);
+    if (section->isOff() && role == Qt::ForegroundRole)
+        return itemlook::getOffColor(QGuiApplication::palette());
+    if (section->isOff() && role == Qt::ToolTipRole && index.column() == itemcolumns::Type)
+        return itemlook::describeOff(section->getOffReason());
     if (itemlook::isAsked(index.column(), role))
         return itemlook::present(section->getName(), document.getSummary().findWorst(section->getId()), role);
     return itemcolumns::present(index.column(), getValue(*section, index.column()), role);
@@ -82,7 +92,8 @@ Qt::ItemFlags SectionTableModel::flags(const QModelIndex& index) const
 int SectionTableModel::getTraits(const LevellingSection& section) const
 {
     const bool isOverLimit = document.getSummary().findWorst(section.getId()) == COVMessage::Error;
-    return itemcolumns::SectionTrait | (isOverLimit ? itemcolumns::OverLimitTrait : 0);
+    return itemcolumns::SectionTrait | (isOverLimit ? itemcolumns::OverLimitTrait : 0) |
+           (section.isOff() ? itemcolumns::OffTrait : 0);
 }
 
 QVariant SectionTableModel::getValue(const LevellingSection& section, int column) const
@@ -93,7 +104,7 @@ QVariant SectionTableModel::getValue(const LevellingSection& section, int column
     case itemcolumns::Name:
         return section.getName();
     case itemcolumns::Type:
-        return typeText;
+        return section.isOff() ? offText : typeText;
     case itemcolumns::Severity:
         return itemcolumns::toVariant(document.getSummary().findWorst(section.getId()));
     case itemcolumns::Sigma:
@@ -139,6 +150,21 @@ void SectionTableModel::showColumns(int first, int last, const QVector<int>& rol
 {
     if (!sections.empty())
         Q_EMIT dataChanged(index(0, first), index(rowCount() - 1, last), roles);
+}
+
+/// Tells of all rows between the edited ones, in one go.
+void SectionTableModel::showEdited(const std::vector<LONGID>& ids)
+{
+    const std::unordered_set<LONGID> edited(ids.begin(), ids.end());
+    const auto isEdited = [&edited](const LevellingSection* section) {
+        return edited.count(section->getId()) > 0;
+    };
+    const auto first = std::find_if(sections.begin(), sections.end(), isEdited);
+    if (first == sections.end())
+        return;
+    const auto last = std::find_if(sections.rbegin(), sections.rend(), isEdited).base() - 1;
+    Q_EMIT dataChanged(index(static_cast<int>(first - sections.begin()), 0),
+                       index(static_cast<int>(last - sections.begin()), itemcolumns::Report));
 }
 
 void SectionTableModel::showProtocols()

@@ -35,12 +35,15 @@ private:
     int getTraits(const LevellingSection& section) const;
     QVariant getValue(const LevellingSection& section, int column) const;
     void setSections(const std::vector<LevellingSection*>& networkSections);
+    void showEdited(const std::vector<LONGID>& ids);
     void showProtocols();
     void showColumns(int first, int last, const QVector<int>& roles = {});
 
     Document& document;
     std::vector<LevellingSection*> sections;
-    const QString typeText; ///< of all sections, who share it
+    // Of all sections, who share them.
+    const QString typeText;
+    const QString offText;
 };
 
 } // namespace orvel::desk
