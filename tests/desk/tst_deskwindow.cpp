@@ -70,6 +70,8 @@ private Q_SLOTS:
     void droppedFieldFileIsToldByItsContent();
     void droppedFilesAreOneNetwork();
     void droppedProjectIsRequested();
+    void otherWindowsTakeFiles_data();
+    void otherWindowsTakeFiles();
     void droppedTextIsRefused();
     void recentFilesAreOffered();
     void searchIsClearedForLinkedItem();
@@ -537,8 +539,8 @@ void TestDeskWindow::failedSaveSaysWhatToDo()
 
 namespace {
 
-/// Drops the data on the window; whether it was taken.
-bool drop(DeskWindow& window, const QMimeData& data)
+/// Drops the data on the widget; whether it was taken.
+bool drop(QWidget& window, const QMimeData& data)
 {
     QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     enter.setAccepted(false);
@@ -599,6 +601,31 @@ void TestDeskWindow::droppedProjectIsRequested()
     data.setUrls({QUrl::fromLocalFile(QStringLiteral("/some/project.orvel"))});
     QVERIFY(drop(*window, data));
     QTRY_COMPARE(requested, QStringList(QStringLiteral("/some/project.orvel")));
+}
+
+void TestDeskWindow::otherWindowsTakeFiles_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::newRow("progress") << "Окно выполнения";
+    QTest::newRow("help") << "Что делает каждая обработка";
+}
+
+void TestDeskWindow::otherWindowsTakeFiles()
+{
+    QFETCH(QString, action);
+    window = desk->makeWindow();
+    QVERIFY(triggerAction(*window, action));
+    QTextBrowser* text = nullptr;
+    for (const QWidget* other : QApplication::topLevelWidgets()) {
+        if (other != window.get() && other->isVisible())
+            text = other->findChild<QTextBrowser*>();
+    }
+    QVERIFY(text);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(samplePath(QStringLiteral("blunder.gkf")))});
+    QVERIFY(drop(*text->viewport(), data));
+    QTRY_COMPARE(int(window->getDocument().getPoints().size()), 12);
+    QVERIFY(window->getMonitor().waitForFinished());
 }
 
 void TestDeskWindow::droppedTextIsRefused()

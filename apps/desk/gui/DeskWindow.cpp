@@ -96,6 +96,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     : ProjectWindow(&projectDocument->getModel())
     , document(projectDocument.release())
     , uriFollower(*this)
+    , drops(new FileDrops(*this, [this] { return !isRunWorking(); }))
     , actions(new DeskActions(*this, document->getSurveyRules()))
     , status(new QLabel)
 {
@@ -107,8 +108,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     createClassIndicator();
     addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
 
-    connect(new FileDrops(*this, [this] { return !isRunWorking(); }), &FileDrops::dropped, this,
-            &DeskWindow::openFiles);
+    connect(drops, &FileDrops::dropped, this, &DeskWindow::openFiles);
     connect(actions, &DeskActions::triggered, this, &DeskWindow::perform);
     connect(actions, &DeskActions::classChosen, document, &Document::setLevellingClass);
     connect(actions, &DeskActions::fileRequested, this, &DeskWindow::openFile);
@@ -146,6 +146,7 @@ RunMonitor& DeskWindow::getMonitor()
         // No child of the window, over which it would stay for good.
         monitor = std::make_unique<RunMonitor>(this);
         monitor->setAttribute(Qt::WA_QuitOnClose, false);
+        drops->watch(*monitor);
         monitorDisplay = std::make_unique<MonitorDisplay>(*monitor, *this);
         monitor->setRecorder(recorder.get());
         monitor->setOnItemClicked([this](LONGID id) { locateItem(id); });
@@ -617,7 +618,7 @@ void DeskWindow::perform(DeskActions::Command command)
         goToProblem(false);
         break;
     case Command::ShowHelp:
-        HelpDialog::showBeside(this);
+        drops->watch(HelpDialog::showBeside(this));
         break;
     case Command::ShowAbout:
         showAboutBox(this);

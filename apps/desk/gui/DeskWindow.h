@@ -18,6 +18,7 @@ namespace orvel::desk {
 
 class Document;
 class ItemFilterBar;
+class FileDrops;
 class ItemTable;
 class MessageBar;
 class MonitorDisplay;
@@ -122,6 +123,7 @@ private:
     std::map<int, QString> pages; ///< made of the lines as they are, by protocol type
 
     UriFollower uriFollower;
+    FileDrops* drops;
     DeskActions* actions;
     MessageBar* messageBar = nullptr;
     ItemFilterBar* filterBar = nullptr;

@@ -16,14 +16,15 @@ public:
     /// @param answer  whether files are taken at this moment; while a question stands they never are
     FileDrops(QWidget& window, std::function<bool()> answer);
 
+    /// Files that are dropped on a window that stands for itself are dropped here, too.
+    void watch(QWidget& window);
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
     void dropped(const QStringList& paths);
 
 private:
-    void watch(QWidget& window);
-
     std::function<bool()> mayTake;
 };
 

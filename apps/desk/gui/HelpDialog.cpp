@@ -77,7 +77,7 @@ HelpDialog::HelpDialog(QWidget* parent) : QDialog(parent, Qt::Window)
     resizeToScreen(*this, {620, 560});
 }
 
-void HelpDialog::showBeside(const QWidget* window)
+HelpDialog& HelpDialog::showBeside(const QWidget* window)
 {
     // So would a child of the window.
     auto* dialog = new HelpDialog;
@@ -85,6 +85,7 @@ void HelpDialog::showBeside(const QWidget* window)
     dialog->setAttribute(Qt::WA_QuitOnClose, false);
     connect(window, &QObject::destroyed, dialog, &QObject::deleteLater);
     dialog->show();
+    return *dialog;
 }
 
 } // namespace orvel::desk

@@ -13,7 +13,7 @@ public:
     explicit HelpDialog(QWidget* parent = nullptr);
 
     /// Shows a dialog that is gone once it or the window is closed.
-    static void showBeside(const QWidget* window);
+    static HelpDialog& showBeside(const QWidget* window);
 };
 
 } // namespace orvel::desk
