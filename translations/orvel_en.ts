@@ -3138,82 +3138,6 @@ L in km (else the class sets it)</translation>
         <translation>Tolerances “%1”: %2</translation>
     </message>
     <message>
-        <source>Класс нивелирования: %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1&#xa0;км</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>не задана</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>длина %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>СКО %1&#xa0;мм</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>превышение %1&#xa0;м вместо %2&#xa0;м</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>длина %1 вместо %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>СКО %1&#xa0;мм вместо %2&#xa0;мм</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>исходный репер, отметка %1&#xa0;м</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>отметка %1&#xa0;м известна с ковариациями</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>определяемый пункт, приближённая высота %1&#xa0;м</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Пункт %1 изменён вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 (было: %2)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Пункт %1 добавлен вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 отключена, причина не указана</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 отключена: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 изменена вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 добавлена вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 удалена: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Скопировано строк: %1</source>
         <translation>Rows copied: %1</translation>
     </message>
@@ -3384,6 +3308,130 @@ L in km (else the class sets it)</translation>
     <message>
         <source>%1, отключена</source>
         <translation>%1, switched off</translation>
+    </message>
+    <message>
+        <source>Графики</source>
+        <translation>Plots</translation>
+    </message>
+    <message>
+        <source>меньше %1</source>
+        <translation>below %1</translation>
+    </message>
+    <message>
+        <source>от %1</source>
+        <translation>from %1</translation>
+    </message>
+    <message>
+        <source>от %1 до %2</source>
+        <translation>from %1 to %2</translation>
+    </message>
+    <message>
+        <source>Нормированные поправки</source>
+        <translation>Normalised residuals</translation>
+    </message>
+    <message>
+        <source>Число секций</source>
+        <translation>Number of sections</translation>
+    </message>
+    <message>
+        <source>Поправок ещё нет: сначала выполните уравнивание (F6)</source>
+        <translation>No residuals yet: adjust first (F6)</translation>
+    </message>
+    <message>
+        <source>Секции не контролируются другими измерениями: нормированных поправок нет</source>
+        <translation>Nothing checks the sections: there are no normalised residuals</translation>
+    </message>
+    <message>
+        <source>Нормированная поправка %1: секций %2</source>
+        <translation>Normalised residual %1: %2 sections</translation>
+    </message>
+    <message>
+        <source>%1; наибольшая %2 у секции %3</source>
+        <translation>%1; largest %2, section %3</translation>
+    </message>
+    <message>
+        <source>Поправки по длине</source>
+        <translation>Residuals by length</translation>
+    </message>
+    <message>
+        <source>Длина секции, км</source>
+        <translation>Length of the section, km</translation>
+    </message>
+    <message>
+        <source>У секций нет длин: показать поправки по длине нельзя</source>
+        <translation>Sections have no lengths: residuals cannot be shown by length</translation>
+    </message>
+    <message>
+        <source>Секция %1: длина %2&#xa0;км, v = %3&#xa0;мм</source>
+        <translation>Section %1: length %2&#xa0;km, v = %3&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>%1; ошибка в протоколе</source>
+        <translation>%1; error in a protocol</translation>
+    </message>
+    <message>
+        <source>Невязка, мм</source>
+        <translation>Misclosure, mm</translation>
+    </message>
+    <message>
+        <source>Ходов и полигонов, которые замыкаются, нет</source>
+        <translation>There are no lines or loops that close</translation>
+    </message>
+    <message>
+        <source>%1 от %2, секций %3: невязка %4&#xa0;мм, %5</source>
+        <translation>%1 from %2, %3 sections: misclosure %4&#xa0;mm, %5</translation>
+    </message>
+    <message>
+        <source>Прямо и обратно</source>
+        <translation>Forward and back</translation>
+    </message>
+    <message>
+        <source>Расхождение, мм</source>
+        <translation>Discrepancy, mm</translation>
+    </message>
+    <message>
+        <source>Секций, измеренных прямо и обратно или повторно, нет</source>
+        <translation>No section was measured forward and back or repeatedly</translation>
+    </message>
+    <message>
+        <source>Секция %1, измерений %2: расхождение %3&#xa0;мм, %4</source>
+        <translation>Section %1, %2 measurements: discrepancy %3&#xa0;mm, %4</translation>
+    </message>
+    <message>
+        <source>Число станций</source>
+        <translation>Number of stations</translation>
+    </message>
+    <message>
+        <source>Сначала импортируйте нивелирную сеть (Ctrl+I)</source>
+        <translation>Import a levelling network first (Ctrl+I)</translation>
+    </message>
+    <message>
+        <source>%1, или у их секций нет длин</source>
+        <translation>%1, or their sections have no lengths</translation>
+    </message>
+    <message>
+        <source>%1, или у их секций нет числа станций</source>
+        <translation>%1, or their sections have no number of stations</translation>
+    </message>
+    <message>
+        <source>Сохранить…</source>
+        <translation>Save…</translation>
+    </message>
+    <message>
+        <source>Сохранить график как SVG или PDF</source>
+        <translation>Save the plot as SVG or PDF</translation>
+    </message>
+    <message>
+        <source>Графики строятся…</source>
+        <translation>Plots are being made…</translation>
+    </message>
+    <message>
+        <source>Сеть изменена после уравнивания: поправки прежние</source>
+        <translation>The network was changed after the adjustment: the residuals are the earlier ones</translation>
+    </message>
+    <message>
+        <source>Сохранить график</source>
+        <translation>Save the plot</translation>
     </message>
 </context>
 <context>

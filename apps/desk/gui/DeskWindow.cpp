@@ -23,6 +23,7 @@
 #include "apps/desk/gui/ScreenSize.h"
 #include "apps/desk/gui/TableColumns.h"
 #include "apps/desk/gui/TemplateWizard.h"
+#include "apps/desk/plots/PlotPanel.h"
 #include "apps/desk/process/MonitorDisplay.h"
 #include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/ProtocolList.h"
@@ -103,6 +104,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     setWindowIcon(makeApplicationIcon());
     setCentralWidget(createCentralWidget());
     createProtocolDock();
+    createPlotDock();
     // Stands again when a word that hid it is over.
     statusBar()->addWidget(status);
     createClassIndicator();
@@ -535,6 +537,19 @@ void DeskWindow::createProtocolDock()
         protocolPanel->showAboutCurrent();
     });
     table->addItemAction(showLines);
+}
+
+void DeskWindow::createPlotDock()
+{
+    auto* dock = new QDockWidget(Desk::tr("Графики"), this);
+    dock->setObjectName(QStringLiteral("plots"));
+    auto* panel = new PlotPanel(*document, dock);
+    dock->setWidget(panel);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+    dock->hide();
+    dock->toggleViewAction()->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+G")));
+    actions->addToProtocolMenu(dock->toggleViewAction());
+    connect(panel, &PlotPanel::itemRequested, this, [this](LONGID id) { locateItem(id); });
 }
 
 void DeskWindow::createClassIndicator()

@@ -85,6 +85,7 @@ protected:
 private:
     QWidget* createCentralWidget();
     void createProtocolDock();
+    void createPlotDock();
     void createClassIndicator();
     void editTolerances();
     void restoreLayout();

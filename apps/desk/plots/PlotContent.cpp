@@ -1,0 +1,262 @@
+#include "apps/desk/plots/PlotContent.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/runs/Tolerances.h"
+#include "levelling/Components.h"
+#include "levelling/LoopBasis.h"
+#include "levelling/SectionGraph.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvel::desk {
+
+namespace plots {
+
+namespace {
+
+constexpr double kLargestBar = kBarWidth * kBarCount / 2.0;
+constexpr int kCurveSteps = 100;
+constexpr double kPi = 3.14159265358979323846;
+
+/// The density of the normal distribution.
+double density(double x)
+{
+    return std::exp(-x * x / 2.0) / std::sqrt(2.0 * kPi);
+}
+
+void sortMarks(PlotContent& content)
+{
+    std::stable_sort(content.marks.begin(), content.marks.end(),
+                     [](const PlotMark& a, const PlotMark& b) { return a.place.x() < b.place.x(); });
+}
+
+int findBar(double value)
+{
+    const double bar = std::floor((value + kLargestBar) / kBarWidth);
+    return static_cast<int>(std::clamp(bar, 0.0, kBarCount - 1.0));
+}
+
+QString describeBar(int bar)
+{
+    const double from = -kLargestBar + bar * kBarWidth;
+    const QString lower = numbers::fixed(from, 1);
+    const QString upper = numbers::fixed(from + kBarWidth, 1);
+    if (bar == 0)
+        return Desk::tr("меньше %1").arg(upper);
+    return bar == kBarCount - 1 ? Desk::tr("от %1").arg(lower) : Desk::tr("от %1 до %2").arg(lower, upper);
+}
+
+PlotContent makeHistogram(const std::vector<Residual>& residuals)
+{
+    PlotContent content;
+    content.title = Desk::tr("Нормированные поправки");
+    content.xTitle = Desk::tr("Нормированная поправка");
+    content.yTitle = Desk::tr("Число секций");
+    content.emptyText =
+        residuals.empty()
+            ? Desk::tr("Поправок ещё нет: сначала выполните уравнивание (F6)")
+            : Desk::tr("Секции не контролируются другими измерениями: нормированных поправок нет");
+    content.barWidth = kBarWidth;
+    std::array<int, kBarCount> counts{};
+    std::array<const Residual*, kBarCount> worst{};
+    int all = 0;
+    for (const Residual& residual : residuals) {
+        if (!residual.normalised)
+            continue;
+        const auto bar = static_cast<std::size_t>(findBar(*residual.normalised));
+        ++counts[bar];
+        ++all;
+        if (worst[bar] == nullptr || std::abs(*residual.normalised) > std::abs(*worst[bar]->normalised))
+            worst[bar] = &residual;
+    }
+    if (all == 0)
+        return content;
+    for (int bar = 0; bar < kBarCount; ++bar) {
+        const auto index = static_cast<std::size_t>(bar);
+        PlotMark mark;
+        mark.place = {-kLargestBar + (bar + 0.5) * kBarWidth, static_cast<double>(counts[index])};
+        mark.text = Desk::tr("Нормированная поправка %1: секций %2")
+                        .arg(describeBar(bar), QString::number(counts[index]));
+        if (worst[index] != nullptr) {
+            mark.item = worst[index]->section;
+            mark.isBad = worst[index]->isBad;
+            mark.text = Desk::tr("%1; наибольшая %2 у секции %3")
+                            .arg(mark.text, numbers::fixed(*worst[index]->normalised, 2), worst[index]->name);
+        }
+        content.marks.push_back(mark);
+    }
+    PlotCurve curve;
+    for (int step = 0; step <= kCurveSteps; ++step) {
+        const double x = -kLargestBar + 2.0 * kLargestBar * step / kCurveSteps;
+        curve.push_back({x, all * kBarWidth * density(x)});
+    }
+    content.curves.push_back(curve);
+    return content;
+}
+
+PlotContent makeResidualPlot(const std::vector<Residual>& residuals, const NumberFormat& format)
+{
+    PlotContent content;
+    content.title = Desk::tr("Поправки по длине");
+    content.xTitle = Desk::tr("Длина секции, км");
+    content.yTitle = Desk::tr("Поправка v, мм");
+    content.emptyText = residuals.empty() ? Desk::tr("Поправок ещё нет: сначала выполните уравнивание (F6)")
+                                          : Desk::tr("У секций нет длин: показать поправки по длине нельзя");
+    for (const Residual& residual : residuals) {
+        if (!residual.length)
+            continue;
+        const QString text =
+            Desk::tr("Секция %1: длина %2\u00A0км, v = %3\u00A0мм")
+                .arg(residual.name, numbers::length(*residual.length), format.misclosure(residual.residual));
+        content.marks.push_back({{*residual.length, residual.residual},
+                                 residual.section,
+                                 residual.isBad,
+                                 residual.isBad ? Desk::tr("%1; ошибка в протоколе").arg(text) : text});
+    }
+    sortMarks(content);
+    return content;
+}
+
+/// The limit by the root of the extent, from nothing to the largest mark.
+PlotCurve makeLimitCurve(const PlotContent& content, double factor)
+{
+    PlotCurve curve;
+    const double largest = content.marks.empty() ? 0.0 : content.marks.back().place.x();
+    for (int step = 0; step <= kCurveSteps; ++step) {
+        const double x = largest * step / kCurveSteps;
+        curve.push_back({x, factor * std::sqrt(x)});
+    }
+    return curve;
+}
+
+PlotCurve mirror(PlotCurve curve)
+{
+    for (QPointF& point : curve)
+        point.setY(-point.y());
+    return curve;
+}
+
+/// The plots of misclosures and discrepancies, found as the pre-processing does.
+class MisclosurePlots
+{
+public:
+    explicit MisclosurePlots(const Source& givenSource)
+        : source(givenSource)
+        , network(givenSource.snapshot->network)
+        , format(givenSource.rules.tolerances)
+        , limits(givenSource.rules.tolerances.of(givenSource.rules.levellingClass))
+    {
+        for (const Residual& residual : source.residuals)
+            sizes.insert(residual.section, std::abs(residual.normalised.value_or(0.0)));
+    }
+
+    PlotContent makeMisclosures() const
+    {
+        PlotContent content = begin(limits.loops);
+        content.title = Desk::tr("Невязки ходов и полигонов");
+        content.yTitle = Desk::tr("Невязка, мм");
+        content.emptyText =
+            describeLack(limits.loops, Desk::tr("Ходов и полигонов, которые замыкаются, нет"));
+        const levelling::MergedNetwork merged = levelling::mergeRepeatedSections(network);
+        for (const levelling::Loop& loop :
+             levelling::findLoopBasis(levelling::SectionGraph(merged.network))) {
+            std::vector<int> sections;
+            for (const levelling::RouteSection& step : loop.sections) {
+                const std::vector<int>& members = merged.members[static_cast<std::size_t>(step.section)];
+                sections.insert(sections.end(), members.begin(), members.end());
+            }
+            const ToleranceBasis basis{loop.length, loop.stations, loop.sigma};
+            const Tolerance tolerance = tolerances::judgeLoop(loop.misclosure, basis, source.rules);
+            const bool isClosed = loop.points.front() == loop.points.back();
+            const QString kind = isClosed ? Desk::tr("Полигон") : Desk::tr("Ход");
+            add(content, limits.loops, basis, loop.misclosure, tolerance, sections,
+                Desk::tr("%1 от %2, секций %3: невязка %4\u00A0мм, %5")
+                    .arg(kind, network.points[static_cast<std::size_t>(loop.points.front())].id,
+                         QString::number(loop.sections.size()), format.misclosure(loop.misclosure),
+                         tolerances::describeSignedLimit(tolerance, format)));
+        }
+        sortMarks(content);
+        const PlotCurve limit = makeLimitCurve(content, limits.loops.factor);
+        content.curves = {limit, mirror(limit)};
+        return content;
+    }
+
+    PlotContent makeDiscrepancies() const
+    {
+        PlotContent content = begin(limits.repeated);
+        content.title = Desk::tr("Прямо и обратно");
+        content.yTitle = Desk::tr("Расхождение, мм");
+        content.emptyText =
+            describeLack(limits.repeated, Desk::tr("Секций, измеренных прямо и обратно или повторно, нет"));
+        for (const levelling::RepeatedSections& repeated : levelling::findRepeatedSections(network)) {
+            std::vector<int> sections = repeated.forward;
+            sections.insert(sections.end(), repeated.back.begin(), repeated.back.end());
+            const ToleranceBasis basis{repeated.length, repeated.stations, repeated.discrepancySigma};
+            const Tolerance tolerance = tolerances::judgeRepeated(repeated.discrepancy, basis, source.rules);
+            add(content, limits.repeated, basis, repeated.discrepancy, tolerance, sections,
+                Desk::tr("Секция %1, измерений %2: расхождение %3\u00A0мм, %4")
+                    .arg(source.snapshot->sectionNames[sections.front()], QString::number(sections.size()),
+                         format.sigma(repeated.discrepancy), tolerances::describeLimit(tolerance, format)));
+        }
+        sortMarks(content);
+        content.curves = {makeLimitCurve(content, limits.repeated.factor)};
+        return content;
+    }
+
+private:
+    static PlotContent begin(const ToleranceRule& rule)
+    {
+        PlotContent content;
+        content.xTitle =
+            rule.measure == ToleranceMeasure::Length ? Desk::tr("Длина, км") : Desk::tr("Число станций");
+        return content;
+    }
+
+    QString describeLack(const ToleranceRule& rule, const QString& nothing) const
+    {
+        if (network.sections.empty())
+            return Desk::tr("Сначала импортируйте нивелирную сеть (Ctrl+I)");
+        return rule.measure == ToleranceMeasure::Length
+                   ? Desk::tr("%1, или у их секций нет длин").arg(nothing)
+                   : Desk::tr("%1, или у их секций нет числа станций").arg(nothing);
+    }
+
+    /// Adds a mark that leads to the worst of the sections; what has no length, or stations, has no place.
+    void add(PlotContent& content, const ToleranceRule& rule, const ToleranceBasis& basis, double value,
+             const Tolerance& tolerance, const std::vector<int>& sections, const QString& text) const
+    {
+        const std::optional<double>& extent =
+            rule.measure == ToleranceMeasure::Length ? basis.length : basis.stations;
+        if (!extent)
+            return;
+        const auto size = [this](int section) { return sizes.value(getId(section)); };
+        const int worst = *std::max_element(sections.begin(), sections.end(),
+                                            [&](int a, int b) { return size(a) < size(b); });
+        content.marks.push_back({{*extent, value}, getId(worst), tolerance.isExceeded, text});
+    }
+
+    LONGID getId(int section) const { return source.snapshot->sectionIds[static_cast<std::size_t>(section)]; }
+
+    const Source& source;
+    const levelling::Network& network;
+    NumberFormat format;
+    ClassTolerances limits;
+    QHash<LONGID, double> sizes; ///< of the normalised residuals
+};
+
+} // namespace
+
+std::array<PlotContent, kCount> make(const Source& source)
+{
+    const MisclosurePlots misclosures(source);
+    return {makeHistogram(source.residuals),
+            makeResidualPlot(source.residuals, NumberFormat(source.rules.tolerances)),
+            misclosures.makeMisclosures(), misclosures.makeDiscrepancies()};
+}
+
+} // namespace plots
+
+} // namespace orvel::desk

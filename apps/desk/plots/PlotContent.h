@@ -1,0 +1,74 @@
+#pragma once
+
+#include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/document/ToleranceRules.h"
+
+#include <QPointF>
+#include <QString>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace orvel::desk {
+
+/// What can be pointed at in a plot: a measurement, a loop, or a bar of a histogram.
+struct PlotMark
+{
+    QPointF place;
+    LONGID item = 0; ///< that it leads to; 0 for none
+    bool isBad = false;
+    QString text; ///< what it is, in words
+};
+
+using PlotCurve = std::vector<QPointF>;
+
+/// All that a plot shows.
+struct PlotContent
+{
+    QString title;
+    QString xTitle;
+    QString yTitle;
+    QString emptyText; ///< what to do where there are no marks
+    /// By their place from left to right.
+    std::vector<PlotMark> marks;
+    double barWidth = 0.0; ///< of the marks; 0 if they are points
+    /// Limits, or what the bars should be like.
+    std::vector<PlotCurve> curves;
+};
+
+namespace plots {
+
+/// The plots, in their order.
+enum Kind { NormalisedResiduals, ResidualsByLength, Misclosures, Discrepancies };
+constexpr std::size_t kCount = 4;
+
+/// A section with what an adjustment gave.
+struct Residual
+{
+    LONGID section = 0;
+    QString name;
+    std::optional<double> length;     ///< km
+    double residual = 0.0;            ///< mm
+    std::optional<double> normalised; ///< none if nothing checks the section
+    bool isBad = false;               ///< an error of the protocols is about it
+};
+
+/// What plots are made of, for another thread.
+struct Source
+{
+    std::vector<Residual> residuals;
+    std::shared_ptr<const NetworkSnapshot> snapshot;
+    SurveyRules rules;
+};
+
+// Bars of normalised residuals: so wide, and so many; the outermost hold all that lies beyond.
+constexpr double kBarWidth = 0.5;
+constexpr int kBarCount = 20;
+
+std::array<PlotContent, kCount> make(const Source& source);
+
+} // namespace plots
+
+} // namespace orvel::desk

@@ -1,0 +1,331 @@
+#include "apps/desk/document/Document.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/plots/PlotPanel.h"
+#include "apps/desk/plots/PlotView.h"
+#include "tests/desk/DeskFixture.h"
+#include "tests/support/TestFiles.h"
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTest>
+#include <qwt_plot_canvas.h>
+#include <qwt_scale_map.h>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace orvel::desk;
+using namespace orvel::test;
+
+/// Plots of residuals and misclosures.
+class TestPlots : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void barsCountNormalisedResiduals();
+    void curveIsTheNormalDistribution();
+    void residualsStandByLength();
+    void misclosuresStandBesideTheirLimits();
+    void stationsTakeThePlaceOfLengths();
+    void emptyPlotsSayWhatToDo();
+    void windowShowsThePlots();
+    void clickSelectsTheItem();
+    void keyboardGoesFromMarkToMark();
+    void plotsFollowTheTolerances();
+    void plotsAreSaved();
+    void manySectionsAreFluid();
+
+private:
+    static PlotPanel& open(DeskWindow& window);
+};
+
+namespace {
+
+/// A network of a benchmark A and points B and C: twice from A to B, and round.
+std::shared_ptr<NetworkSnapshot> makeSnapshot()
+{
+    auto snapshot = std::make_shared<NetworkSnapshot>();
+    for (const char* name : {"A", "B", "C"}) {
+        levelling::Point point;
+        point.id = QString::fromLatin1(name);
+        point.fixed = snapshot->network.points.empty();
+        if (point.fixed)
+            point.height = 10.0;
+        snapshot->network.points.push_back(point);
+        snapshot->pointIds.push_back(10 + static_cast<LONGID>(snapshot->pointIds.size()));
+    }
+    const auto add = [&](int from, int to, double difference, double length, int stations) {
+        levelling::Section section;
+        section.from = from;
+        section.to = to;
+        section.difference = difference;
+        section.distance = length;
+        section.stations = stations;
+        section.sigma = 2.0;
+        snapshot->network.sections.push_back(section);
+        snapshot->sectionIds.push_back(50 + static_cast<LONGID>(snapshot->sectionIds.size()));
+        snapshot->sectionNames.append(QStringLiteral("s%1").arg(snapshot->sectionNames.size()));
+    };
+    add(0, 1, 1.000, 1.0, 9);
+    add(1, 0, -1.030, 1.0, 9);
+    add(1, 2, 2.000, 1.0, 10);
+    add(2, 0, -3.000, 2.0, 17);
+    return snapshot;
+}
+
+plots::Source makeSource()
+{
+    plots::Source source;
+    source.snapshot = makeSnapshot();
+    source.residuals = {{50, QStringLiteral("s0"), 1.0, 0.5, 0.2, false},
+                        {51, QStringLiteral("s1"), 1.0, -7.25, -9.0, true},
+                        {52, QStringLiteral("s2"), 0.5, 1.5, 0.49, false},
+                        {53, QStringLiteral("s3"), std::nullopt, 2.0, std::nullopt, false}};
+    return source;
+}
+
+} // namespace
+
+void TestPlots::barsCountNormalisedResiduals()
+{
+    const PlotContent content = plots::make(makeSource())[plots::NormalisedResiduals];
+    QCOMPARE(content.marks.size(), std::size_t(20));
+    QCOMPARE(content.barWidth, 0.5);
+    // What lies beyond is in the outermost bars.
+    QCOMPARE(content.marks.front().place, QPointF(-4.75, 1.0));
+    QCOMPARE(content.marks.front().item, LONGID(51));
+    QVERIFY(content.marks.front().isBad);
+    QCOMPARE(content.marks.front().text,
+             QStringLiteral(
+                 "Нормированная поправка меньше \u22124,5: секций 1; наибольшая \u22129,00 у секции s1"));
+    QCOMPARE(content.marks[10].place, QPointF(0.25, 2.0));
+    QCOMPARE(content.marks[10].text,
+             QStringLiteral("Нормированная поправка от 0,0 до 0,5: секций 2; наибольшая 0,49 у секции s2"));
+    QCOMPARE(content.marks.back().place, QPointF(4.75, 0.0));
+    QCOMPARE(content.marks.back().item, LONGID(0));
+    QCOMPARE(content.marks.back().text, QStringLiteral("Нормированная поправка от 4,5: секций 0"));
+}
+
+void TestPlots::curveIsTheNormalDistribution()
+{
+    const PlotContent content = plots::make(makeSource())[plots::NormalisedResiduals];
+    QCOMPARE(content.curves.size(), std::size_t(1));
+    const PlotCurve& curve = content.curves.front();
+    QCOMPARE(curve.front().x(), -5.0);
+    QCOMPARE(curve.back().x(), 5.0);
+    QCOMPARE(curve[50].x(), 0.0);
+    // Three residuals, bars of 0.5: 3 * 0.5 / sqrt(2 pi).
+    QCOMPARE(QString::number(curve[50].y(), 'f', 6), QStringLiteral("0.598413"));
+    QCOMPARE(QString::number(curve[60].y(), 'f', 6), QStringLiteral("0.362956"));
+}
+
+void TestPlots::residualsStandByLength()
+{
+    const PlotContent content = plots::make(makeSource())[plots::ResidualsByLength];
+    QCOMPARE(content.marks.size(), std::size_t(3));
+    QCOMPARE(content.marks[0].place, QPointF(0.5, 1.5));
+    QCOMPARE(content.marks[1].item, LONGID(50));
+    QCOMPARE(content.marks[2].place, QPointF(1.0, -7.25));
+    QCOMPARE(content.marks[2].text,
+             QStringLiteral("Секция s1: длина 1,000\u00A0км, v = \u22127,25\u00A0мм; ошибка в протоколе"));
+}
+
+void TestPlots::misclosuresStandBesideTheirLimits()
+{
+    const auto contents = plots::make(makeSource());
+    const PlotContent& loops = contents[plots::Misclosures];
+    QCOMPARE(loops.marks.size(), std::size_t(1));
+    // The mean of 1.000 and 1.030, and the rest of the way.
+    QCOMPARE(loops.marks[0].place.x(), 4.0);
+    QCOMPARE(QString::number(loops.marks[0].place.y(), 'f', 6), QStringLiteral("15.000000"));
+    QVERIFY(!loops.marks[0].isBad);
+    // The section with the largest normalised residual of them.
+    QCOMPARE(loops.marks[0].item, LONGID(51));
+    QCOMPARE(loops.marks[0].text,
+             QStringLiteral("Полигон от A, секций 3: невязка +15,00\u00A0мм, допуск ±40,00\u00A0мм"));
+    QCOMPARE(loops.curves.size(), std::size_t(2));
+    QCOMPARE(loops.curves[0].back(), QPointF(4.0, 40.0));
+    QCOMPARE(loops.curves[0][25], QPointF(1.0, 20.0));
+    QCOMPARE(loops.curves[1].back(), QPointF(4.0, -40.0));
+
+    const PlotContent& repeated = contents[plots::Discrepancies];
+    QCOMPARE(repeated.marks.size(), std::size_t(1));
+    QCOMPARE(repeated.marks[0].place.x(), 1.0);
+    QCOMPARE(QString::number(repeated.marks[0].place.y(), 'f', 6), QStringLiteral("30.000000"));
+    QVERIFY(repeated.marks[0].isBad);
+    QCOMPARE(
+        repeated.marks[0].text,
+        QStringLiteral("Секция s0, измерений 2: расхождение 30,00\u00A0мм, больше допуска 20,00\u00A0мм"));
+    QCOMPARE(repeated.curves.size(), std::size_t(1));
+    QCOMPARE(repeated.curves[0].back(), QPointF(1.0, 20.0));
+}
+
+void TestPlots::stationsTakeThePlaceOfLengths()
+{
+    plots::Source source = makeSource();
+    source.rules.tolerances.of(LevellingClass::IV).loops = {ToleranceMeasure::Stations, 2.0};
+    const auto contents = plots::make(source);
+    const PlotContent& loops = contents[plots::Misclosures];
+    QCOMPARE(loops.xTitle, QStringLiteral("Число станций"));
+    QCOMPARE(loops.marks[0].place.x(), 36.0);
+    QVERIFY(loops.marks[0].isBad);
+    QCOMPARE(loops.curves[0].back(), QPointF(36.0, 12.0));
+    QCOMPARE(contents[plots::Discrepancies].xTitle, QStringLiteral("Длина, км"));
+}
+
+void TestPlots::emptyPlotsSayWhatToDo()
+{
+    plots::Source source;
+    source.snapshot = std::make_shared<NetworkSnapshot>();
+    const auto contents = plots::make(source);
+    for (const PlotContent& content : contents)
+        QVERIFY(content.marks.empty());
+    QCOMPARE(contents[plots::NormalisedResiduals].emptyText,
+             QStringLiteral("Поправок ещё нет: сначала выполните уравнивание (F6)"));
+    QCOMPARE(contents[plots::Misclosures].emptyText,
+             QStringLiteral("Сначала импортируйте нивелирную сеть (Ctrl+I)"));
+    auto snapshot = makeSnapshot();
+    for (levelling::Section& section : snapshot->network.sections)
+        section.distance.reset();
+    source.snapshot = snapshot;
+    QCOMPARE(
+        plots::make(source)[plots::Discrepancies].emptyText,
+        QStringLiteral("Секций, измеренных прямо и обратно или повторно, нет, или у их секций нет длин"));
+}
+
+PlotPanel& TestPlots::open(DeskWindow& window)
+{
+    auto* panel = window.findChild<PlotPanel*>();
+    if (!panel->isVisible())
+        triggerAction(window, QStringLiteral("Графики"));
+    return *panel;
+}
+
+void TestPlots::windowShowsThePlots()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    auto* panel = window->findChild<PlotPanel*>();
+    QVERIFY(!panel->isVisible());
+    QVERIFY(panel->isWorking());
+    open(*window);
+    QVERIFY(panel->isVisible());
+    QTRY_VERIFY(!panel->isWorking());
+    const auto isShown = [&](plots::Kind kind) {
+        panel->showPlot(kind);
+        return panel->getView(kind).isVisible();
+    };
+    QVERIFY(!isShown(plots::NormalisedResiduals));
+    QVERIFY(isShown(plots::Misclosures));
+    QCOMPARE(panel->getView(plots::Misclosures).getContent().marks.size(), std::size_t(4));
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    window->getMonitor().waitForFinished();
+    QTRY_VERIFY(!panel->isWorking());
+    QVERIFY(isShown(plots::NormalisedResiduals));
+    QVERIFY(isShown(plots::ResidualsByLength));
+    QCOMPARE(panel->getView(plots::ResidualsByLength).getContent().marks.size(), std::size_t(7));
+    QVERIFY(!isShown(plots::Discrepancies));
+}
+
+void TestPlots::clickSelectsTheItem()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    PlotPanel& panel = open(*window);
+    panel.showPlot(plots::Misclosures);
+    QTRY_VERIFY(!panel.isWorking());
+    PlotView& view = panel.getView(plots::Misclosures);
+    QTRY_VERIFY(view.canvas()->width() > 50);
+    const PlotMark& mark = view.getContent().marks[0];
+    const QPoint place(qRound(view.canvasMap(QwtPlot::xBottom).transform(mark.place.x())),
+                       qRound(view.canvasMap(QwtPlot::yLeft).transform(mark.place.y())));
+    QCOMPARE(view.findMark(place), 0);
+    QTest::mouseClick(view.canvas(), Qt::LeftButton, Qt::NoModifier, place);
+    QCOMPARE(window->getTable().getCurrentItem(), mark.item);
+    bool isTold = false;
+    for (const QLabel* label : panel.findChildren<QLabel*>())
+        isTold = isTold || label->text() == mark.text;
+    QVERIFY(isTold);
+}
+
+void TestPlots::keyboardGoesFromMarkToMark()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    PlotPanel& panel = open(*window);
+    panel.showPlot(plots::Misclosures);
+    QTRY_VERIFY(!panel.isWorking());
+    PlotView& view = panel.getView(plots::Misclosures);
+    QCOMPARE(view.accessibleName(), QStringLiteral("Невязки ходов и полигонов"));
+    QTest::keyClick(&view, Qt::Key_Return);
+    QCOMPARE(view.getCurrent(), -1);
+    QTest::keyClick(&view, Qt::Key_Right);
+    QTest::keyClick(&view, Qt::Key_Right);
+    QCOMPARE(view.getCurrent(), 1);
+    QCOMPARE(view.accessibleDescription(), view.getContent().marks[1].text);
+    QTest::keyClick(&view, Qt::Key_End);
+    QCOMPARE(view.getCurrent(), 3);
+    QTest::keyClick(&view, Qt::Key_Right);
+    QTest::keyClick(&view, Qt::Key_Left);
+    QCOMPARE(view.getCurrent(), 2);
+    QTest::keyClick(&view, Qt::Key_Enter);
+    QCOMPARE(window->getTable().getCurrentItem(), view.getContent().marks[2].item);
+}
+
+void TestPlots::plotsFollowTheTolerances()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    PlotPanel& panel = open(*window);
+    QTRY_VERIFY(!panel.isWorking());
+    const auto countBad = [&] {
+        const auto& marks = panel.getView(plots::Misclosures).getContent().marks;
+        return std::count_if(marks.begin(), marks.end(), [](const PlotMark& mark) { return mark.isBad; });
+    };
+    QCOMPARE(countBad(), 3);
+    window->getDocument().setLevellingClass(LevellingClass::Technical);
+    QTRY_VERIFY(!panel.isWorking());
+    QCOMPARE(countBad(), 1);
+}
+
+void TestPlots::plotsAreSaved()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    PlotPanel& panel = open(*window);
+    panel.showPlot(plots::Misclosures);
+    QTRY_VERIFY(!panel.isWorking());
+    panel.save(desk.path(QStringLiteral("plot.svg")));
+    panel.save(desk.path(QStringLiteral("plot.pdf")));
+    const QByteArray svg = readFile(desk.path(QStringLiteral("plot.svg")));
+    QVERIFY(svg.contains("<svg"));
+    QVERIFY(svg.contains("<title>Невязки ходов и полигонов</title>"));
+    QVERIFY(readFile(desk.path(QStringLiteral("plot.pdf"))).startsWith("%PDF-"));
+}
+
+void TestPlots::manySectionsAreFluid()
+{
+    constexpr int count = 100000;
+    PlotContent content;
+    for (int i = 0; i < count; ++i)
+        content.marks.push_back({QPointF(i, std::sin(i)), i + 1, i % 100 == 0, QString()});
+    PlotView view;
+    view.resize(800, 500);
+    view.show();
+    QElapsedTimer timer;
+    timer.start();
+    view.setContent(content);
+    view.grab();
+    const qint64 drawn = timer.restart();
+    QTest::keyClick(&view, Qt::Key_Right);
+    view.grab();
+    const qint64 moved = timer.restart();
+    view.findMark(QPoint(10, 10));
+    qInfo("drawn in %lld ms, moved in %lld ms, found in %lld ms", drawn, moved, timer.elapsed());
+    QVERIFY(drawn < 5000);
+    QVERIFY(moved < 5000);
+}
+
+QTEST_MAIN(TestPlots)
+#include "tst_plots.moc"
