@@ -95,6 +95,7 @@ private Q_SLOTS:
     void changedOrderEndsTheCopy();
     void choosesKindsOfItems();
     void tellsWhatIsSwitchedOff();
+    void numbersHaveTheDecimalsOfTheProject();
     void linkedItemIsShownWhateverIsChosen();
     void escapeClearsTheSearch();
     void contextMenuHasWhatOneCanDo();
@@ -460,6 +461,21 @@ void TestTableLook::tellsWhatIsSwitchedOff()
     QVERIFY(cell("BMY – C", itemcolumns::Name).data(Qt::ForegroundRole).isValid());
     document.getUndoStack().undo();
     QCOMPARE(count(), QStringLiteral("0 из 12"));
+}
+
+void TestTableLook::numbersHaveTheDecimalsOfTheProject()
+{
+    using namespace itemcolumns;
+    run("Уравнивание");
+    const std::vector<int> columns{Height, Sigma, Difference, Residual};
+    QCOMPARE(cells("BMY – C", columns), toList("|1,41|\u22121,25000|\u221252,80"));
+    ToleranceRules rules = window->getDocument().getToleranceRules();
+    rules.heightDecimals = 3;
+    rules.millimetreDecimals = 1;
+    const QSignalSpy changed(window->getTable().model(), &QAbstractItemModel::dataChanged);
+    window->getDocument().setToleranceRules(rules);
+    QVERIFY(changed.count() >= 2);
+    QCOMPARE(cells("BMY – C", columns), toList("|1,4|\u22121,250|\u221252,8"));
 }
 
 void TestTableLook::linkedItemIsShownWhateverIsChosen()

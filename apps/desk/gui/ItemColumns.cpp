@@ -14,7 +14,7 @@ namespace itemcolumns {
 
 namespace {
 
-QString toText(int column, const QVariant& value)
+QString toText(int column, const QVariant& value, const NumberFormat& format)
 {
     if (!value.isValid())
         return QString();
@@ -26,13 +26,13 @@ QString toText(int column, const QVariant& value)
         return numbers::coordinate(value.toDouble());
     case Height:
     case Difference:
-        return numbers::height(value.toDouble());
+        return format.height(value.toDouble());
     case Sigma:
-        return numbers::sigma(value.toDouble());
+        return format.sigma(value.toDouble());
     case Length:
         return numbers::length(value.toDouble());
     case Residual:
-        return numbers::misclosure(value.toDouble());
+        return format.misclosure(value.toDouble());
     case NormalisedResidual:
     case Redundancy:
         return numbers::fixed(value.toDouble(), 2);
@@ -48,18 +48,18 @@ bool isNumber(int column)
     return (column >= X && column <= Lines) || column == SourceLine;
 }
 
-QString toToolTip(int column, const QVariant& value)
+QString toToolTip(int column, const QVariant& value, const NumberFormat& format)
 {
     if (column != Report)
-        return toText(column, value);
+        return toText(column, value, format);
     return value.toBool() ? Desk::tr("Показать все строки протоколов об этом пункте или секции")
                           : Desk::tr("В протоколах нет строк об этом");
 }
 
-QString toAccessibleText(int column, const QVariant& value)
+QString toAccessibleText(int column, const QVariant& value, const NumberFormat& format)
 {
     if (column != Report)
-        return toText(column, value);
+        return toText(column, value, format);
     return value.toBool() ? Desk::tr("есть протокол") : Desk::tr("протокола нет");
 }
 
@@ -168,15 +168,15 @@ QString getKey(int column)
     return QLatin1String(keys[static_cast<std::size_t>(column)]);
 }
 
-QVariant present(int column, const QVariant& value, int role)
+QVariant present(int column, const QVariant& value, const NumberFormat& format, int role)
 {
     switch (role) {
     case Qt::DisplayRole:
-        return toText(column, value);
+        return toText(column, value, format);
     case Qt::ToolTipRole:
-        return toToolTip(column, value).toHtmlEscaped();
+        return toToolTip(column, value, format).toHtmlEscaped();
     case Qt::AccessibleTextRole:
-        return toAccessibleText(column, value);
+        return toAccessibleText(column, value, format);
     case Qt::TextAlignmentRole:
         return isNumber(column) ? QVariant(int(Qt::AlignRight | Qt::AlignVCenter))
                                 : QVariant(int(Qt::AlignLeft | Qt::AlignVCenter));

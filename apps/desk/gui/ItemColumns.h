@@ -8,6 +8,8 @@
 
 namespace orvel::desk {
 
+struct NumberFormat;
+
 /// The columns of the item table, for points and sections alike.
 ///
 /// A cell has a value: a text, a number (double, or int for counts), a bool in the report column, or nothing.
@@ -65,7 +67,7 @@ QString getKey(int column);
 /// What the column means, in a sentence.
 QString getExplanation(int column);
 /// The cell's data for a role of the usual ones or SortRole.
-QVariant present(int column, const QVariant& value, int role);
+QVariant present(int column, const QVariant& value, const NumberFormat& format, int role);
 
 } // namespace itemcolumns
 

@@ -4,6 +4,7 @@
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemLook.h"
+#include "apps/desk/runs/NumberTexts.h"
 #include "host/model/ItemTypes.h"
 
 namespace orvel::desk {
@@ -32,6 +33,11 @@ PointTableModel::PointTableModel(Document& openDocument, QObject* parent)
     , document(openDocument)
 {
     connect(&document, &Document::summaryChanged, this, &PointTableModel::showProtocols);
+    connect(&document, &Document::surveyRulesChanged, this, [this] {
+        if (rowCount() > 0)
+            Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, itemcolumns::Report),
+                               {Qt::DisplayRole, Qt::ToolTipRole});
+    });
 }
 
 // The base class would count all rows for this.
@@ -54,7 +60,8 @@ QVariant PointTableModel::data(const QModelIndex& index, int role) const
         return int(itemcolumns::PointTrait);
     if (itemlook::isAsked(index.column(), role))
         return itemlook::present(item->getName(), document.getSummary().findWorst(item->getId()), role);
-    return itemcolumns::present(index.column(), getValue(index), role);
+    return itemcolumns::present(index.column(), getValue(index), NumberFormat(document.getToleranceRules()),
+                                role);
 }
 
 QVariant PointTableModel::headerData(int section, Qt::Orientation orientation, int role) const

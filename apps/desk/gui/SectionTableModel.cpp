@@ -6,6 +6,7 @@
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemLook.h"
+#include "apps/desk/runs/NumberTexts.h"
 
 #include <QGuiApplication>
 
@@ -25,6 +26,9 @@ SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     connect(&document, &Document::networkAboutToBeReplaced, this, [this] { setSections({}); });
     connect(&document, &Document::networkReplaced, this, [this] { setSections(document.getSections()); });
     connect(&document, &Document::itemsEdited, this, &SectionTableModel::showEdited);
+    connect(&document, &Document::surveyRulesChanged, this, [this] {
+        showColumns(0, itemcolumns::Report, {Qt::DisplayRole, Qt::ToolTipRole});
+    });
     connect(&document, &Document::resultsChanged, this,
             [this] { showColumns(itemcolumns::Residual, itemcolumns::Redundancy); });
     connect(&document, &Document::summaryChanged, this, &SectionTableModel::showProtocols);
@@ -69,7 +73,8 @@ QVariant SectionTableModel::data(const QModelIndex& index, int role) const
         return itemlook::describeOff(section->getOffReason());
     if (itemlook::isAsked(index.column(), role))
         return itemlook::present(section->getName(), document.getSummary().findWorst(section->getId()), role);
-    return itemcolumns::present(index.column(), getValue(*section, index.column()), role);
+    return itemcolumns::present(index.column(), getValue(*section, index.column()),
+                                NumberFormat(document.getToleranceRules()), role);
 }
 
 QVariant SectionTableModel::headerData(int section, Qt::Orientation orientation, int role) const
