@@ -178,10 +178,11 @@ void TestRunInterruption::monitorClosedAtAnyMoment()
 {
     for (int i = 0; i < repetitions; ++i) {
         const auto window = startRun(i);
+        QVERIFY(triggerAction(*window, QStringLiteral("Окно выполнения")));
         waitAWhile();
         window->getMonitor().close();
-        QTRY_VERIFY(!window->getMonitor().isVisible());
-        QVERIFY(!window->isRunWorking());
+        QTRY_VERIFY(!window->isRunWorking());
+        QVERIFY(!window->getMonitor().isVisible());
     }
 }
 
