@@ -1,4 +1,5 @@
 #include "apps/desk/gui/ScreenSize.h"
+#include "apps/desk/gui/TemplateWizard.h"
 #include "apps/desk/protocol/ProtocolList.h"
 #include "tests/desk/DeskFixture.h"
 
@@ -17,6 +18,7 @@ class TestSmallScreen : public QObject
 private Q_SLOTS:
     void windowsFitOnTheScreen();
     void countsStayInView();
+    void wizardIsNoWiderThanItsTexts();
 };
 
 void TestSmallScreen::windowsFitOnTheScreen()
@@ -45,6 +47,21 @@ void TestSmallScreen::countsStayInView()
     QCoreApplication::processEvents();
     QVERIFY(list->header()->length() <= list->viewport()->width());
     QVERIFY(list->columnWidth(0) < name);
+}
+
+void TestSmallScreen::wizardIsNoWiderThanItsTexts()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow();
+    window->showTemplateWizard({samplePath(QStringLiteral("line.csv"))});
+    auto* wizard = window->findChild<TemplateWizard*>();
+    wizard->next();
+    const QWizardPage* page = wizard->currentPage();
+    QCoreApplication::processEvents();
+    const int letter = page->fontMetrics().averageCharWidth();
+    QVERIFY2(page->minimumSizeHint().width() < 85 * letter,
+             qPrintable(QString::number(page->minimumSizeHint().width() / letter)));
+    wizard->reject();
 }
 
 QTEST_MAIN(TestSmallScreen)

@@ -251,9 +251,13 @@ void TemplateColumnsPage::createFields()
         differenceUnit->addItem(templatetexts::describeUnit(unit), static_cast<int>(unit));
     for (const auto unit : {levelling::LengthUnit::Kilometre, levelling::LengthUnit::Metre})
         lengthUnit->addItem(templatetexts::describeUnit(unit), static_cast<int>(unit));
-    for (QComboBox* list : {separator, decimal, encoding, differenceUnit, lengthUnit})
+    for (QComboBox* list : {separator, decimal, encoding, differenceUnit, lengthUnit}) {
+        // The longest choice must not make the page wider than a small screen.
+        list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        list->setMinimumContentsLength(8);
         connect(list, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
                 &TemplateColumnsPage::takeFields);
+    }
     connect(skipRows, QOverload<int>::of(&QSpinBox::valueChanged), this, &TemplateColumnsPage::takeFields);
     connect(widths, &QLineEdit::textChanged, this, &TemplateColumnsPage::takeFields);
     connect(comment, &QLineEdit::textChanged, this, &TemplateColumnsPage::takeFields);
@@ -265,6 +269,8 @@ QWidget* TemplateColumnsPage::createForm()
     form->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* left = new QFormLayout;
     auto* right = new QFormLayout;
+    for (QFormLayout* part : {left, right})
+        part->setRowWrapPolicy(QFormLayout::WrapLongRows);
     auto* both = new QHBoxLayout(form);
     both->setContentsMargins(0, 0, 0, 0);
     both->setSpacing(24);
