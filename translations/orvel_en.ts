@@ -3433,6 +3433,246 @@ L in km (else the class sets it)</translation>
         <source>Сохранить график</source>
         <translation>Save the plot</translation>
     </message>
+    <message>
+        <source>Класс нивелирования: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1&#xa0;км</source>
+        <translation>%1&#xa0;km</translation>
+    </message>
+    <message>
+        <source>не задана</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>длина %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>СКО %1&#xa0;мм</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>превышение %1&#xa0;м вместо %2&#xa0;м</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>длина %1 вместо %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>СКО %1&#xa0;мм вместо %2&#xa0;мм</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>исходный репер, отметка %1&#xa0;м</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>отметка %1&#xa0;м известна с ковариациями</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>определяемый пункт, приближённая высота %1&#xa0;м</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Пункт %1 изменён вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (было: %2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Пункт %1 добавлен вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 отключена, причина не указана</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 отключена: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 изменена вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 добавлена вручную: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Секция %1 удалена: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Вид</source>
+        <translation>&amp;View</translation>
+    </message>
+    <message>
+        <source>Рисунок SVG (*.%1)</source>
+        <translation>SVG drawing (*.%1)</translation>
+    </message>
+    <message>
+        <source>Документ PDF (*.%1)</source>
+        <translation>PDF document (*.%1)</translation>
+    </message>
+    <message>
+        <source>Сохранить схему сети</source>
+        <translation>Save the picture of the network</translation>
+    </message>
+    <message>
+        <source>В протоколах: ошибка</source>
+        <translation>In the protocols: error</translation>
+    </message>
+    <message>
+        <source>В протоколах: предупреждение</source>
+        <translation>In the protocols: warning</translation>
+    </message>
+    <message>
+        <source>репер с измеренной высотой</source>
+        <translation>benchmark with an observed height</translation>
+    </message>
+    <message>
+        <source>Высота %1&#xa0;м, СКО %2&#xa0;мм</source>
+        <translation>Height %1&#xa0;m, σ %2&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Заданная высота %1&#xa0;м</source>
+        <translation>Given height %1&#xa0;m</translation>
+    </message>
+    <message>
+        <source>X %1&#xa0;м, Y %2&#xa0;м</source>
+        <translation>X %1&#xa0;m, Y %2&#xa0;m</translation>
+    </message>
+    <message>
+        <source>Отключена</source>
+        <translation>Switched off</translation>
+    </message>
+    <message>
+        <source>Превышение %1&#xa0;м</source>
+        <translation>Difference %1&#xa0;m</translation>
+    </message>
+    <message>
+        <source>Длина %1&#xa0;км</source>
+        <translation>Length %1&#xa0;km</translation>
+    </message>
+    <message>
+        <source>Поправка %1&#xa0;мм</source>
+        <translation>Residual %1&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Нормированная поправка %1</source>
+        <translation>Normalised residual %1</translation>
+    </message>
+    <message>
+        <source>Не контролируется другими измерениями</source>
+        <translation>No other measurement checks it</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;мм, допуск ±%2&#xa0;мм</source>
+        <translation>%1&#xa0;mm, limit ±%2&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>Схема сети</source>
+        <translation>Picture of the network</translation>
+    </message>
+    <message>
+        <source>Показать или убрать рисунок сети с ошибками протоколов</source>
+        <translation>Show or hide the drawing of the network with the errors of the protocols</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;м</source>
+        <translation>%1&#xa0;m</translation>
+    </message>
+    <message>
+        <source>пункт без координат, место условное</source>
+        <translation>point without coordinates, its place is arbitrary</translation>
+    </message>
+    <message>
+        <source>отключённая секция</source>
+        <translation>section switched off</translation>
+    </message>
+    <message>
+        <source>ошибка в протоколах</source>
+        <translation>error in the protocols</translation>
+    </message>
+    <message>
+        <source>предупреждение в протоколах</source>
+        <translation>warning in the protocols</translation>
+    </message>
+    <message>
+        <source>невязка больше допуска</source>
+        <translation>misclosure over the limit</translation>
+    </message>
+    <message>
+        <source>Координат нет: схема без масштаба</source>
+        <translation>No coordinates: not to scale</translation>
+    </message>
+    <message>
+        <source>В проекте нет ни одного пункта</source>
+        <translation>The project has no point</translation>
+    </message>
+    <message>
+        <source>Вся сеть</source>
+        <translation>All</translation>
+    </message>
+    <message>
+        <source>Показать всю сеть (Home)</source>
+        <translation>Show the whole network (Home)</translation>
+    </message>
+    <message>
+        <source>Крупнее (+ или колесо мыши)</source>
+        <translation>Larger (+ or the mouse wheel)</translation>
+    </message>
+    <message>
+        <source>Мельче (− или колесо мыши)</source>
+        <translation>Smaller (− or the mouse wheel)</translation>
+    </message>
+    <message>
+        <source>К выделенному</source>
+        <translation>To the selected</translation>
+    </message>
+    <message>
+        <source>Показать выделенное посередине (пробел)</source>
+        <translation>Show the selected item in the middle (Space)</translation>
+    </message>
+    <message>
+        <source>Невязки</source>
+        <translation>Misclosures</translation>
+    </message>
+    <message>
+        <source>Показать ходы и полигоны с невязкой больше допуска</source>
+        <translation>Show the lines and loops whose misclosure is over the limit</translation>
+    </message>
+    <message>
+        <source>Сохранить схему в файл SVG или PDF</source>
+        <translation>Save the picture as an SVG or PDF file</translation>
+    </message>
+    <message>
+        <source>Печать…</source>
+        <translation>Print…</translation>
+    </message>
+    <message>
+        <source>Напечатать схему</source>
+        <translation>Print the picture</translation>
+    </message>
+    <message>
+        <source>Схема составляется…</source>
+        <translation>The picture is being laid out…</translation>
+    </message>
+    <message>
+        <source>Невязки вычисляются…</source>
+        <translation>Misclosures are being computed…</translation>
+    </message>
+    <message>
+        <source>Невязок больше допуска: %1</source>
+        <translation>Misclosures over the limit: %1</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

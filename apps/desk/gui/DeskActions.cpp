@@ -42,6 +42,7 @@ DeskActions::DeskActions(QMainWindow& owner, const SurveyRules& rules) : QObject
     createClassMenu(runMenu, rules);
     createProtocolMenu();
     createReportMenu();
+    viewMenu = window.menuBar()->addMenu(Desk::tr("&Вид"));
     createHelpMenu();
     createToolBar();
 }
@@ -64,6 +65,11 @@ void DeskActions::showRules(const SurveyRules& rules)
         action->setText(QStringLiteral("%1: %2").arg(describeClass(levellingClass), factor));
         action->setChecked(levellingClass == rules.levellingClass);
     }
+}
+
+void DeskActions::addToViewMenu(QAction* action)
+{
+    viewMenu->addAction(action);
 }
 
 bool DeskActions::isMet(Need need, const Situation& situation)

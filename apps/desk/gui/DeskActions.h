@@ -58,6 +58,8 @@ public:
     QAction* getAction(Command command) const { return actions.at(command); }
     /// Adds a further entry to the menu of the protocols.
     void addToProtocolMenu(QAction* action);
+    /// Adds an entry that shows a panel to the menu of the panels.
+    void addToViewMenu(QAction* action);
 
 Q_SIGNALS:
     void triggered(orvel::desk::DeskActions::Command command);
@@ -91,6 +93,7 @@ private:
     QMenu* runMenu = nullptr;
     QMenu* recentMenu = nullptr;
     QMenu* protocolMenu = nullptr;
+    QMenu* viewMenu = nullptr;
 };
 
 } // namespace orvel::desk

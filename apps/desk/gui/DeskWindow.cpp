@@ -25,6 +25,8 @@
 #include "apps/desk/gui/TemplateWizard.h"
 #include "apps/desk/plots/PlotPanel.h"
 #include "apps/desk/process/MonitorDisplay.h"
+#include "apps/desk/picture/PictureDock.h"
+#include "apps/desk/picture/PicturePanel.h"
 #include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/ProtocolList.h"
 #include "apps/desk/protocol/ProtocolPanel.h"
@@ -105,6 +107,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     setCentralWidget(createCentralWidget());
     createProtocolDock();
     createPlotDock();
+    createPictureDock();
     // Stands again when a word that hid it is over.
     statusBar()->addWidget(status);
     createClassIndicator();
@@ -571,6 +574,19 @@ void DeskWindow::editTolerances()
     connect(dialog, &QDialog::accepted, document,
             [this, dialog] { document->setToleranceRules(dialog->getRules()); });
     dialog->open();
+}
+
+void DeskWindow::createPictureDock()
+{
+    pictureDock = new picture::PictureDock(*document, *table, this);
+    addDockWidget(Qt::RightDockWidgetArea, pictureDock);
+    pictureDock->hide();
+    connect(&pictureDock->getPanel(), &picture::PicturePanel::itemChosen, this, [this](LONGID id) {
+        // The keyboard stays with the picture, unless the search hides the item.
+        if (!table->selectItem(id, ItemTable::Focus::Stays))
+            locateItem(id);
+    });
+    actions->addToViewMenu(pictureDock->toggleViewAction());
 }
 
 void DeskWindow::restoreLayout()

@@ -25,6 +25,10 @@ class MonitorDisplay;
 class ProtocolList;
 class ProtocolPanel;
 
+namespace picture {
+class PictureDock;
+}
+
 /// The project window of the desk: the table of points and sections, the runs, the protocols and the reports.
 class DeskWindow : public ProjectWindow
 {
@@ -38,6 +42,7 @@ public:
     Document& getDocument() { return *document; }
     ItemTable& getTable() { return *table; }
     ProtocolPanel& getProtocolPanel() { return *protocolPanel; }
+    picture::PictureDock& getPictureDock() { return *pictureDock; }
     MessageBar& getMessageBar() { return *messageBar; }
     /// The progress window, made at its first use.
     RunMonitor& getMonitor();
@@ -88,6 +93,7 @@ private:
     void createPlotDock();
     void createClassIndicator();
     void editTolerances();
+    void createPictureDock();
     void restoreLayout();
     void saveLayout() const;
 
@@ -132,6 +138,7 @@ private:
     ProtocolList* protocols = nullptr;
     QDockWidget* protocolDock = nullptr;
     ProtocolPanel* protocolPanel = nullptr;
+    picture::PictureDock* pictureDock = nullptr;
     QLabel* status;
 };
 

@@ -121,6 +121,20 @@ QString chooseExportTarget(QWidget* parent, const Document& document)
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
+QString choosePictureTarget(QWidget* parent, const QString& projectName)
+{
+    const QStringList suffixes = {QStringLiteral("svg"), QStringLiteral("pdf")};
+    const QStringList filters = {Desk::tr("Рисунок SVG (*.%1)").arg(suffixes[0]),
+                                 Desk::tr("Документ PDF (*.%1)").arg(suffixes[1])};
+    QString filter = filters[0];
+    QString path = QFileDialog::getSaveFileName(parent, Desk::tr("Сохранить схему сети"),
+                                                suggestPath(projectName, suffixes[0]),
+                                                filters.join(QStringLiteral(";;")), &filter);
+    if (!path.isEmpty() && QFileInfo(path).suffix().isEmpty())
+        path += QLatin1Char('.') + suffixes.value(filters.indexOf(filter));
+    return path;
+}
+
 } // namespace filedialogs
 
 } // namespace orvel::desk

@@ -31,6 +31,8 @@ QString chooseProjectTarget(QWidget* parent, const QString& projectName);
 /// Where to export, with the suffix of the chosen format.
 /// @param document  what is to be exported: only formats that have something of it are offered
 QString chooseExportTarget(QWidget* parent, const Document& document);
+/// Where to save the picture of the network: an SVG or PDF file.
+QString choosePictureTarget(QWidget* parent, const QString& projectName);
 
 } // namespace filedialogs
 

@@ -1,0 +1,137 @@
+#include "apps/desk/picture/NetworkPicture.h"
+
+#include "apps/desk/document/Document.h"
+
+#include <QHash>
+#include <QLineF>
+#include <QRectF>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace orvel::desk::picture {
+
+namespace {
+
+Severity findSeverity(const ProtocolSummary& summary, LONGID id)
+{
+    switch (summary.worstOfItem.value(id, COVMessage::Message)) {
+    case COVMessage::Error:
+        return Severity::Error;
+    case COVMessage::Warning:
+        return Severity::Warning;
+    default:
+        return Severity::None;
+    }
+}
+
+PointKind findKind(const levelling::Point& point)
+{
+    if (point.fixed)
+        return PointKind::Fixed;
+    return point.observed ? PointKind::Observed : PointKind::Sought;
+}
+
+/// Lane of the section that comes as number `count` between two points: 0, 1, -1, 2, -2 …
+int getLane(int count)
+{
+    return count % 2 == 1 ? (count + 1) / 2 : -count / 2;
+}
+
+double findSpacing(const NetworkPicture& picture)
+{
+    std::vector<double> lengths;
+    for (const PictureSection& section : picture.sections)
+        lengths.push_back(QLineF(picture.points[static_cast<std::size_t>(section.from)].place,
+                                 picture.points[static_cast<std::size_t>(section.to)].place)
+                              .length());
+    if (lengths.empty()) {
+        const QRectF box = picture.getBox();
+        const double count = static_cast<double>(std::max<std::size_t>(picture.points.size(), 1));
+        return std::max(box.width(), box.height()) / std::sqrt(count);
+    }
+    const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
+    std::nth_element(lengths.begin(), middle, lengths.end());
+    return *middle;
+}
+
+template<typename Item>
+int findItem(const std::vector<Item>& items, LONGID id)
+{
+    const auto place =
+        std::find_if(items.begin(), items.end(), [id](const Item& item) { return item.id == id; });
+    return place == items.end() ? -1 : static_cast<int>(place - items.begin());
+}
+
+} // namespace
+
+NetworkPicture NetworkPicture::make(const Document& document, const Layout& layout)
+{
+    NetworkPicture picture;
+    picture.title = document.getProject().getName();
+    picture.source = layout.source;
+    const ProtocolSummary& summary = document.getSummary();
+    std::size_t number = 0;
+    for (const LevellingPoint* item : document.getPoints())
+        picture.points.push_back({item->getId(), item->getPoint().id, findKind(item->getPoint()),
+                                  findSeverity(summary, item->getId()), layout.places[number++],
+                                  layout.source != PlaceSource::Mixed || item->getPosition().hasPlan()});
+    std::map<Edge, int> countOfPair;
+    for (const LevellingSection* item : document.getSections()) {
+        const levelling::Section& section = item->getSection();
+        const Edge pair{std::min(section.from, section.to), std::max(section.from, section.to)};
+        picture.sections.push_back({item->getId(), section.from, section.to,
+                                    findSeverity(summary, item->getId()), getLane(countOfPair[pair]++),
+                                    item->isOff()});
+    }
+    picture.spacing = findSpacing(picture);
+    return picture;
+}
+
+void NetworkPicture::setLoops(const std::vector<OverLimitLoop>& found)
+{
+    QHash<LONGID, int> indexOfPoint;
+    for (std::size_t index = 0; index < points.size(); ++index)
+        indexOfPoint.insert(points[index].id, static_cast<int>(index));
+    loops.clear();
+    for (const OverLimitLoop& loop : found) {
+        PictureLoop drawn;
+        drawn.text = loop.text;
+        for (const LONGID id : loop.points) {
+            const auto index = indexOfPoint.constFind(id);
+            if (index != indexOfPoint.constEnd())
+                drawn.points.push_back(*index);
+        }
+        // The network may have become another one since the loops were sought.
+        if (drawn.points.size() == loop.points.size())
+            loops.push_back(std::move(drawn));
+    }
+}
+
+QRectF NetworkPicture::getBox() const
+{
+    if (points.empty())
+        return {0, 0, 1, 1};
+    QPointF least = points.front().place;
+    QPointF largest = least;
+    for (const PicturePoint& point : points) {
+        least = {std::min(least.x(), point.place.x()), std::min(least.y(), point.place.y())};
+        largest = {std::max(largest.x(), point.place.x()), std::max(largest.y(), point.place.y())};
+    }
+    if (least == largest)
+        return {least - QPointF(0.5, 0.5), QSizeF(1, 1)};
+    return {least, largest};
+}
+
+int NetworkPicture::findPoint(LONGID id) const
+{
+    return findItem(points, id);
+}
+
+int NetworkPicture::findSection(LONGID id) const
+{
+    return findItem(sections, id);
+}
+
+} // namespace orvel::desk::picture
