@@ -197,7 +197,9 @@ for (const layout of ["grouped", "staged", "flat"])
         const top = () => page.evaluate(() => document.activeElement.getBoundingClientRect().top);
         const before = await top();
         for (let count = 0; count < 2; ++count) {
-          await page.locator(`[data-kind=${kind}]`).click();
+          // Firefox's driver scrolls to what it is to click, though the bar stands in view.
+          const { x, y, width, height } = await page.locator(`[data-kind=${kind}]`).boundingBox();
+          await page.mouse.click(x + width / 2, y + height / 2);
           await settle(page);
           assert.ok(Math.abs((await top()) - before) <= 2, kind);
         }
