@@ -269,8 +269,6 @@ QWidget* TemplateColumnsPage::createForm()
     form->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* left = new QFormLayout;
     auto* right = new QFormLayout;
-    for (QFormLayout* part : {left, right})
-        part->setRowWrapPolicy(QFormLayout::WrapLongRows);
     auto* both = new QHBoxLayout(form);
     both->setContentsMargins(0, 0, 0, 0);
     both->setSpacing(24);

@@ -50,6 +50,7 @@ ProtocolList::ProtocolList(QWidget* parent) : QTreeWidget(parent)
     // Where there is little room a name is cut rather than its counts.
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
     header()->setStretchLastSection(false);
+    setMinimumWidth(32 * fontMetrics().averageCharWidth());
     int column = 1;
     for (const COVMessage::MessageType kind : ProtocolTree::kKinds) {
         // The words would need more room than the numbers.
