@@ -10,6 +10,6 @@ cd "$(dirname "$0")/.."
 # shellcheck disable=SC2086
 install_packages $BUILD_PACKAGES
 [ -f build/release/build.ninja ] || cmake --preset release
-cmake --build --preset release --target tst_headless tst_journalrecorder tst_picture tst_replay
-ORVEL_UPDATE_EXPECTED=1 ctest --preset release --tests-regex '^tst_(headless|journalrecorder|picture|replay)$'
+cmake --build --preset release --target tst_headless tst_journalrecorder tst_picture tst_replay tst_reports
+ORVEL_UPDATE_EXPECTED=1 ctest --preset release --tests-regex '^tst_(headless|journalrecorder|picture|replay|reports)$'
 git status --short tests

@@ -831,10 +831,6 @@ errors (or warnings)</translation>
         <translation>unknown level &quot;%1&quot;: --fail-on error or warning</translation>
     </message>
     <message>
-        <source>для --import, --open, --run, --export, --pages, --data, --save и --fail-on нужен --headless</source>
-        <translation>--import, --open, --run, --export, --pages, --data, --save and --fail-on require --headless</translation>
-    </message>
-    <message>
         <source>стандартный вывод принимает что-то одно: --export или --data</source>
         <translation>the standard output takes only one: --export or --data</translation>
     </message>
@@ -1376,10 +1372,6 @@ reached; 2: wrong options, an unreadable file or failed output.</translation>
     <message>
         <source>Записать уравненные высоты или сеть в файл</source>
         <translation>Write adjusted heights or the network to a file</translation>
-    </message>
-    <message>
-        <source>Записывает уравненные высоты и их СКО в таблицу CSV или всю сеть с измерениями в файл .gkf, который читают другие программы уравнивания. Ведомости — каталог высот и ведомость превышений и поправок — открываются из меню «Ведомости» и готовы к печати.</source>
-        <translation>Writes the adjusted heights with their standard deviations as a CSV table, or the whole network with its measurements as a .gkf file, which other adjustment programs read. Reports — the catalogue of heights and the list of height differences with residuals — open from the menu Reports, ready to print.</translation>
     </message>
     <message>
         <source>Нивелирная сеть, gama-local</source>
@@ -3246,6 +3238,120 @@ L in km (else the class sets it)</translation>
         <translation>Show the sections about which the protocols have errors</translation>
     </message>
     <message>
+        <source>составить ведомость, .html или .pdf:</source>
+        <translation>make a report, .html or .pdf:</translation>
+    </message>
+    <message>
+        <source>
+(--report повторяется)</source>
+        <translation>
+(--report may be repeated)</translation>
+    </message>
+    <message>
+        <source>неизвестная ведомость «%1»: --report KIND=FILE, где KIND — %2</source>
+        <translation>unknown report &quot;%1&quot;: --report KIND=FILE, where KIND is %2</translation>
+    </message>
+    <message>
+        <source>непонятно, чем записать ведомость «%1»: окончание имени файла — %2</source>
+        <translation>unknown kind of file for a report &quot;%1&quot;: the suffix is %2</translation>
+    </message>
+    <message>
+        <source>для --import, --open, --run, --export, --report, --pages, --data, --save и --fail-on нужен --headless</source>
+        <translation>--import, --open, --run, --export, --report, --pages, --data, --save and --fail-on need --headless</translation>
+    </message>
+    <message>
+        <source>&amp;Печать…</source>
+        <translation>&amp;Print…</translation>
+    </message>
+    <message>
+        <source>Печатать таблицу, строки протокола или ведомость, или записать их в PDF</source>
+        <translation>Print the table, the lines of a protocol or a report, or write them as PDF</translation>
+    </message>
+    <message>
+        <source>Сохранить для печати</source>
+        <translation>Save for printing</translation>
+    </message>
+    <message>
+        <source>Листы для печати, PDF (*.pdf);;Страница, HTML (*.html)</source>
+        <translation>Sheets to print, PDF (*.pdf);;Page, HTML (*.html)</translation>
+    </message>
+    <message>
+        <source>ведомость «%1» составляется по результатам, а сеть не уравнена</source>
+        <translation>the report &quot;%1&quot; is made of results, and the network is not adjusted</translation>
+    </message>
+    <message>
+        <source>сначала выполните уравнивание</source>
+        <translation>run the adjustment first</translation>
+    </message>
+    <message>
+        <source>Таблица пунктов и секций, как показана</source>
+        <translation>Table of points and sections, as shown</translation>
+    </message>
+    <message>
+        <source>в ней нет строк</source>
+        <translation>it has no rows</translation>
+    </message>
+    <message>
+        <source>Строки протокола, как показаны</source>
+        <translation>Lines of the protocol, as shown</translation>
+    </message>
+    <message>
+        <source>сейчас их нет на экране</source>
+        <translation>none are on the screen</translation>
+    </message>
+    <message>
+        <source>Строки протокола «%1», как показаны</source>
+        <translation>Lines of the protocol &quot;%1&quot;, as shown</translation>
+    </message>
+    <message>
+        <source>Протокол: %1</source>
+        <translation>Protocol: %1</translation>
+    </message>
+    <message>
+        <source>Составление</source>
+        <translation>Composing</translation>
+    </message>
+    <message>
+        <source>Печать</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>Печать не началась: проверьте принтер или файл, в который печатается.</source>
+        <translation>Printing did not begin: check the printer, or the file that is printed to.</translation>
+    </message>
+    <message>
+        <source>Записано: %1</source>
+        <translation>Written: %1</translation>
+    </message>
+    <message>
+        <source>Просмотр не открылся: в системе не назначена программа для файлов PDF.</source>
+        <translation>The preview did not open: the system has no program for PDF files.</translation>
+    </message>
+    <message>
+        <source>&amp;Что печатать:</source>
+        <translation>&amp;What to print:</translation>
+    </message>
+    <message>
+        <source>Что печатать</source>
+        <translation>What to print</translation>
+    </message>
+    <message>
+        <source>&amp;Сохранить в файл…</source>
+        <translation>&amp;Save to a file…</translation>
+    </message>
+    <message>
+        <source>П&amp;росмотр</source>
+        <translation>P&amp;review</translation>
+    </message>
+    <message>
+        <source>Остановить</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Лист %1 из %2</source>
+        <translation>Sheet %1 of %2</translation>
+    </message>
+    <message>
         <source>ошибка</source>
         <translation>error</translation>
     </message>
@@ -3368,6 +3474,58 @@ L in km (else the class sets it)</translation>
     <message>
         <source>%1; ошибка в протоколе</source>
         <translation>%1; error in a protocol</translation>
+    </message>
+    <message>
+        <source>Строка протокола</source>
+        <translation>Line of the protocol</translation>
+    </message>
+    <message>
+        <source>Ведомость ходов</source>
+        <translation>List of lines</translation>
+    </message>
+    <message>
+        <source>Ведомости ходов</source>
+        <translation>Lists of lines</translation>
+    </message>
+    <message>
+        <source>Ведомость секций</source>
+        <translation>List of sections</translation>
+    </message>
+    <message>
+        <source>Ведомости секций</source>
+        <translation>Lists of sections</translation>
+    </message>
+    <message>
+        <source>%1 и ещё %2</source>
+        <translation>%1 and %2 more</translation>
+    </message>
+    <message>
+        <source>больше допуска</source>
+        <translation>over tolerance</translation>
+    </message>
+    <message>
+        <source>№</source>
+        <translation>No.</translation>
+    </message>
+    <message>
+        <source>Начало</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Конец</source>
+        <translation>End</translation>
+    </message>
+    <message>
+        <source>Через пункты</source>
+        <translation>By way of</translation>
+    </message>
+    <message>
+        <source>Станций</source>
+        <translation>Set-ups</translation>
+    </message>
+    <message>
+        <source>Σh, м</source>
+        <translation>Σh, m</translation>
     </message>
     <message>
         <source>Невязка, мм</source>
@@ -3578,6 +3736,18 @@ L in km (else the class sets it)</translation>
         <translation>%1&#xa0;mm, limit ±%2&#xa0;mm</translation>
     </message>
     <message>
+        <source>Допуск, мм</source>
+        <translation>Tolerance, mm</translation>
+    </message>
+    <message>
+        <source>Отношение</source>
+        <translation>Ratio</translation>
+    </message>
+    <message>
+        <source>Оценка</source>
+        <translation>Judgement</translation>
+    </message>
+    <message>
         <source>Схема сети</source>
         <translation>Picture of the network</translation>
     </message>
@@ -3672,6 +3842,167 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Невязок больше допуска: %1</source>
         <translation>Misclosures over the limit: %1</translation>
+    </message>
+    <message>
+        <source>подпись</source>
+        <translation>signature</translation>
+    </message>
+    <message>
+        <source>фамилия, инициалы</source>
+        <translation>name</translation>
+    </message>
+    <message>
+        <source>Выполнил</source>
+        <translation>Performed by</translation>
+    </message>
+    <message>
+        <source>Проверил</source>
+        <translation>Checked by</translation>
+    </message>
+    <message>
+        <source>Проект: %1, файл %2</source>
+        <translation>Project: %1, file %2</translation>
+    </message>
+    <message>
+        <source>Файлы измерений: %1</source>
+        <translation>Files of measurements: %1</translation>
+    </message>
+    <message>
+        <source>Файлы измерений: %1 и ещё %2</source>
+        <translation>Files of measurements: %1 and %2 more</translation>
+    </message>
+    <message>
+        <source>Сеть: пунктов %1, из них исходных реперов %2; секций %3</source>
+        <translation>Network: points %1, of which benchmarks %2; sections %3</translation>
+    </message>
+    <message>
+        <source>больше верхнего предела</source>
+        <translation>above the upper limit</translation>
+    </message>
+    <message>
+        <source>меньше нижнего предела</source>
+        <translation>below the lower limit</translation>
+    </message>
+    <message>
+        <source>в пределах</source>
+        <translation>within the limits</translation>
+    </message>
+    <message>
+        <source>поправки проверены τ-критерием Поупа, предел %1, предел предупреждения %2</source>
+        <translation>residuals tested by Pope&apos;s τ, limit %1, warning limit %2</translation>
+    </message>
+    <message>
+        <source>проверены нормированные поправки, предел %1, предел предупреждения %2</source>
+        <translation>normalised residuals tested, limit %1, warning limit %2</translation>
+    </message>
+    <message>
+        <source>%1: неизвестных %2, избыточных измерений %3</source>
+        <translation>%1: unknowns %2, redundant measurements %3</translation>
+    </message>
+    <message>
+        <source>%1; μ априорная %2&#xa0;мм, апостериорная не определяется</source>
+        <translation>%1; σ₀ a priori %2&#xa0;mm, a posteriori not determined</translation>
+    </message>
+    <message>
+        <source>%1; μ априорная %2&#xa0;мм, апостериорная %3&#xa0;мм, отношение %4 %5 %6 и %7 (критерий χ², доверительная вероятность %8); %9</source>
+        <translation>%1; σ₀ a priori %2&#xa0;mm, a posteriori %3&#xa0;mm, ratio %4 %5 %6 and %7 (χ² test, confidence %8); %9</translation>
+    </message>
+    <message>
+        <source>dd.MM.yyyy</source>
+        <comment>date of a report</comment>
+        <translation>yyyy-MM-dd</translation>
+    </message>
+    <message>
+        <source>Дата: %1</source>
+        <translation>Date: %1</translation>
+    </message>
+    <message>
+        <source>Частей сети ещё: %1</source>
+        <translation>Further parts of the network: %1</translation>
+    </message>
+    <message>
+        <source>больше предела</source>
+        <translation>over the limit</translation>
+    </message>
+    <message>
+        <source>больше предела предупреждения</source>
+        <translation>over the warning limit</translation>
+    </message>
+    <message>
+        <source>Направление</source>
+        <translation>Direction</translation>
+    </message>
+    <message>
+        <source>Среднее, м</source>
+        <translation>Mean, m</translation>
+    </message>
+    <message>
+        <source>Ход %1: %2 – %3, %4</source>
+        <translation>Line %1: %2 – %3, %4</translation>
+    </message>
+    <message>
+        <source>прямо</source>
+        <translation>forward</translation>
+    </message>
+    <message>
+        <source>обратно</source>
+        <translation>back</translation>
+    </message>
+    <message>
+        <source>Секции стоят по ходам; «прямо» и среднее — в направлении хода, с весами 1/σ²; расхождение — наибольшее превышение в этом направлении минус наименьшее</source>
+        <translation>Sections stand by lines; &quot;forward&quot; and the mean are in the direction of the line, with weights 1/σ²; the discrepancy is the largest difference in that direction less the smallest</translation>
+    </message>
+    <message>
+        <source>Записывает уравненные высоты и их СКО в таблицу CSV или всю сеть с измерениями в файл .gkf, который читают другие программы уравнивания.</source>
+        <translation>Writes the adjusted heights and their standard deviations to a CSV table, or the whole network with its measurements to a .gkf file, which other adjustment programs read.</translation>
+    </message>
+    <message>
+        <source>Ведомости и печать</source>
+        <translation>Reports and print</translation>
+    </message>
+    <message>
+        <source>Каталог высот, ведомости поправок, ходов и секций открываются из меню «Ведомости»: с допусками, критериями и местом для подписей. Ctrl+P печатает ведомость, таблицу или строки протокола, как они показаны, или записывает их в PDF; на каждом листе — заголовок и номер.</source>
+        <translation>The catalogue of heights and the lists of residuals, lines and sections open from the menu Reports: with tolerances, tests and a place for signatures. Ctrl+P prints a report, the table or the lines of a protocol as they are shown, or writes them as PDF, with a head and a number on each sheet.</translation>
+    </message>
+    <message>
+        <source>Протокол устарел: сеть изменена после этой обработки.</source>
+        <translation>The protocol is out of date: the network was changed after this run.</translation>
+    </message>
+    <message>
+        <source>%1; отключено секций %2</source>
+        <translation>%1; sections switched off %2</translation>
+    </message>
+    <message>
+        <source>Результаты устарели: сеть изменена после уравнивания. Уравняйте её заново.</source>
+        <translation>The results are out of date: the network was changed after the adjustment. Adjust it again.</translation>
+    </message>
+    <message>
+        <source>отключена</source>
+        <translation>switched off</translation>
+    </message>
+    <message>
+        <source>отключена: %1</source>
+        <translation>switched off: %1</translation>
+    </message>
+    <message>
+        <source>Вручную ничего не изменено</source>
+        <translation>Nothing was changed by hand</translation>
+    </message>
+    <message>
+        <source>Изменено вручную: %1</source>
+        <translation>Changed by hand: %1</translation>
+    </message>
+    <message>
+        <source>Изменено вручную</source>
+        <translation>Changed by hand</translation>
+    </message>
+    <message>
+        <source>Изменение</source>
+        <translation>Change</translation>
+    </message>
+    <message>
+        <source>Отключены</source>
+        <translation>Switched off</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,8 @@
 #include "apps/common/LocalPath.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/StandardStreams.h"
+#include "apps/desk/print/ReportFile.h"
+#include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/runs/ExportFormats.h"
 #include "apps/desk/runs/RunKinds.h"
 
@@ -57,6 +59,15 @@ QString describeExports()
     return text;
 }
 
+/// A line for each kind of report.
+QString describeReports()
+{
+    QString text;
+    for (const deskreports::Report& report : deskreports::getReports())
+        text += QStringLiteral("\n%1 — %2").arg(report.name, report.title);
+    return text;
+}
+
 std::vector<Option> getHeadlessOptions()
 {
     return {
@@ -89,6 +100,11 @@ std::vector<Option> getHeadlessOptions()
         {{QStringLiteral("export")},
          QStringLiteral("FILE"),
          Desk::tr("экспортировать, по окончанию имени файла:") + describeExports()},
+        {{QStringLiteral("report")},
+         QStringLiteral("KIND=FILE"),
+         Desk::tr("составить ведомость, .html или .pdf:") + describeReports() +
+             Desk::tr("\n(--report повторяется)"),
+         true},
         {{QStringLiteral("pages")}, QStringLiteral("DIR"), Desk::tr("записать страницы протоколов")},
         {{QStringLiteral("data")},
          QStringLiteral("FILE.xml"),
@@ -228,6 +244,8 @@ private:
         result.projectFile = takeFile(QStringLiteral("open"));
         result.toleranceFile = takeFile(QStringLiteral("tolerances"));
         result.exportFile = takeExportFile();
+        for (const QString& value : parser.values(QStringLiteral("report")))
+            takeReport(value);
         result.pagesFolder = takeFile(QStringLiteral("pages"));
         result.dataFile = apps::toLocalPath(parser.value(QStringLiteral("data")));
         result.saveFile = takeFile(QStringLiteral("save"));
@@ -337,6 +355,25 @@ private:
         return path;
     }
 
+    void takeReport(const QString& value)
+    {
+        const QString name = value.section(QLatin1Char('='), 0, 0);
+        const QString path = apps::toLocalPath(value.section(QLatin1Char('='), 1));
+        const std::optional<deskreports::Report> report = deskreports::findByName(name);
+        if (!report) {
+            QStringList known;
+            for (const deskreports::Report& each : deskreports::getReports())
+                known.append(each.name);
+            fail(Desk::tr("неизвестная ведомость «%1»: --report KIND=FILE, где KIND — %2")
+                     .arg(name, known.join(QStringLiteral(", "))));
+        } else if (!reportfile::isKnown(path)) {
+            fail(Desk::tr("непонятно, чем записать ведомость «%1»: окончание имени файла — %2")
+                     .arg(path, reportfile::listSuffixes()));
+        } else {
+            result.reports.push_back({report->type, path});
+        }
+    }
+
     /// A recording begins with an empty file, as no stream can.
     QString takeRecordFile()
     {
@@ -378,15 +415,17 @@ private:
             return;
         const bool hasInput = !result.imports.empty() || !result.projectFile.isEmpty();
         const bool hasHeadlessTask = hasInput || !result.runs.empty() || !result.exportFile.isEmpty() ||
-                                     !result.pagesFolder.isEmpty() || !result.dataFile.isEmpty() ||
-                                     !result.saveFile.isEmpty() || parser.isSet(QStringLiteral("fail-on"));
+                                     !result.reports.empty() || !result.pagesFolder.isEmpty() ||
+                                     !result.dataFile.isEmpty() || !result.saveFile.isEmpty() ||
+                                     parser.isSet(QStringLiteral("fail-on"));
         const int filesTaken = result.isHeadless ? 0 : 1;
         const QStringList files = parser.positionalArguments();
         if (files.size() > filesTaken)
             fail(Desk::tr("лишний аргумент %1").arg(files[filesTaken]));
         else if (hasHeadlessTask && !result.isHeadless)
-            fail(Desk::tr("для --import, --open, --run, --export, --pages, --data, --save и --fail-on нужен "
-                          "--headless"));
+            fail(Desk::tr(
+                "для --import, --open, --run, --export, --report, --pages, --data, --save и --fail-on "
+                "нужен --headless"));
         else if (result.isHeadless && !hasInput)
             fail(Desk::tr("с --headless нужен --import FILE или --open FILE"));
         else if (!result.imports.empty() && !result.projectFile.isEmpty())
@@ -409,6 +448,8 @@ private:
         files.emplace_back(QStringLiteral("--tolerances"), result.toleranceFile);
         const std::size_t inputs = files.size();
         files.emplace_back(QStringLiteral("--export"), result.exportFile);
+        for (const CommandLine::ReportFile& report : result.reports)
+            files.emplace_back(QStringLiteral("--report"), report.path);
         files.emplace_back(QStringLiteral("--data"), result.dataFile);
         files.emplace_back(QStringLiteral("--record"), result.recordFile);
         files.emplace_back(QStringLiteral("--save"), result.saveFile);

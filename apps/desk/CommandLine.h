@@ -21,6 +21,12 @@ struct CommandLine
         QString path;
         QString templateFile; ///< JSON; empty if the file needs none
     };
+    /// A report to be written.
+    struct ReportFile
+    {
+        int type = 0; ///< of the report
+        QString path; ///< whose suffix tells what the file is
+    };
     /// Which lines of the runs make the program fail.
     enum class FailLevel { Never, Error, Warning };
 
@@ -34,6 +40,7 @@ struct CommandLine
     std::optional<LevellingClass> levellingClass;
     std::optional<SectionSigma> sigma; ///< of the sections of field files
     QString toleranceFile;             ///< JSON: tolerances instead of the project's
+    std::vector<ReportFile> reports;
     QString exportFile;                ///< whose suffix names the format
     QString pagesFolder;               ///< where the pages of the runs go
     QString dataFile;                  ///< copy of the protocol's data file

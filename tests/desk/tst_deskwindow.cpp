@@ -799,7 +799,7 @@ void TestDeskWindow::reportsAreWritten()
     QCOMPARE(row,
              QStringLiteral(
                  "<td>2,000</td><td>1,41</td><td>\u22121,25000</td><td>\u221252,80</td><td>\u22121,30280</td>"
-                 "<td>\u22121,61</td><td>0,56</td><td>+94,29</td><td>206,15</td>"));
+                 "<td>\u22121,61</td><td>0,56</td><td>+94,29</td><td>206,15</td><td class=\"name\"></td>"));
 }
 
 void TestDeskWindow::reportNeedsResults()

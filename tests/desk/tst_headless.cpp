@@ -71,6 +71,8 @@ private Q_SLOTS:
     void pipeWithAWriterIsRead();
     void namesOnStderrShowControlCharacters();
     void formulasAreGuarded();
+    void reportsAreWritten();
+    void reportWithoutResultsIsAFailure();
     void projectNameHasNoMarkUp();
     void systemDecidesOnTheLanguage_data();
     void systemDecidesOnTheLanguage();
@@ -375,6 +377,15 @@ void TestHeadless::badUsageIsRefused_data()
     QTest::newRow("unknown export")
         << "--import small.gkf --run adjust --export heights.txt"
         << "неизвестный вид файла «heights.txt», экспорт пишет .csv, .gkf, .geojson, .dxf";
+    QTest::newRow("unknown report")
+        << "--import small.gkf --report heights=a.pdf"
+        << "неизвестная ведомость «heights»: --report KIND=FILE, где KIND — catalogue, residuals, lines, "
+           "sections";
+    QTest::newRow("unknown form of a report")
+        << "--import small.gkf --report lines=lines.txt"
+        << "непонятно, чем записать ведомость «lines.txt»: окончание имени файла — .html, .pdf";
+    QTest::newRow("report over another") << "--import small.gkf --report lines=a.pdf --report sections=a.pdf"
+                                         << "--report и --report называют один и тот же файл";
     QTest::newRow("unknown run")
         << "--import small.gkf --run solve"
         << "неизвестная обработка «solve»: --run compile, adjust, l1, fixed-points, chains, tacheometry";
@@ -951,6 +962,29 @@ void TestHeadless::formulasAreGuarded()
     writeFile(path(QStringLiteral("formula.gkf")), makeNetwork("-12"));
     QCOMPARE(run(words("--import formula.gkf --run adjust --export out.csv")).exitCode, 0);
     QVERIFY(text(QStringLiteral("out.csv")).endsWith(QStringLiteral("\n-12,2.00000,0.000\n")));
+}
+
+void TestHeadless::reportsAreWritten()
+{
+    const DeskProcess desk =
+        run(words("--import small.gkf --run adjust --report catalogue=heights.html --report sections=s.pdf"));
+    QCOMPARE(desk.errors, QString());
+    QCOMPARE(desk.exitCode, 0);
+    const QString page = text(QStringLiteral("heights.html"));
+    QCOMPARE(findMissing(page, {"<h1>Каталог высот</h1>", "<p>Проект: small</p>", "<td>101,00140</td>"}),
+             QStringList());
+    QVERIFY(readFile(path(QStringLiteral("s.pdf"))).startsWith("%PDF-"));
+}
+
+void TestHeadless::reportWithoutResultsIsAFailure()
+{
+    const DeskProcess desk =
+        run(words("--import small.gkf --report catalogue=heights.html --report lines=lines.html"));
+    QCOMPARE(desk.errors, QStringLiteral("orvel-desk: ведомость «Каталог высот» составляется по результатам, "
+                                         "а сеть не уравнена\n"));
+    QCOMPARE(desk.exitCode, 1);
+    QVERIFY(!QFile::exists(path(QStringLiteral("heights.html"))));
+    QVERIFY(text(QStringLiteral("lines.html")).contains(QStringLiteral("<h1>Ведомость ходов</h1>")));
 }
 
 void TestHeadless::projectNameHasNoMarkUp()

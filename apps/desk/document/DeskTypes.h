@@ -11,6 +11,8 @@ namespace orvel::desk {
 /// Types of the reports; what else there is to know of them stands in DeskReports.
 constexpr int kHeightCatalogue = 0x2C071401;
 constexpr int kResidualList = 0x2C071402;
+constexpr int kLineList = 0x2C071403;
+constexpr int kSectionBook = 0x2C071404;
 
 /// The protocol types of the desk's runs, in the order of its menus.
 std::vector<int> getProtocolTypes();

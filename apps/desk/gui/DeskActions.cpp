@@ -113,6 +113,9 @@ void DeskActions::createFileMenu()
         QKeySequence(QStringLiteral("Ctrl+E")))
         ->setStatusTip(Desk::tr("Записать уравненные высоты или сеть в файл"));
     menu->addSeparator();
+    add(menu, Command::Print, Need::Network, Desk::tr("&Печать…"), QIcon(), QKeySequence::Print)
+        ->setStatusTip(Desk::tr("Печатать таблицу, строки протокола или ведомость, или записать их в PDF"));
+    menu->addSeparator();
     add(menu, Command::Quit, Need::Nothing, Desk::tr("&Выход"), QIcon(),
         QKeySequence(QStringLiteral("Ctrl+Q")));
 }

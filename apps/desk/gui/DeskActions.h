@@ -29,6 +29,7 @@ public:
         Import,
         ImportTable,
         Export,
+        Print,
         Quit,
         EditTolerances,
         ShowMonitor,

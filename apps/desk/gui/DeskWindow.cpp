@@ -23,10 +23,11 @@
 #include "apps/desk/gui/ScreenSize.h"
 #include "apps/desk/gui/TableColumns.h"
 #include "apps/desk/gui/TemplateWizard.h"
-#include "apps/desk/plots/PlotPanel.h"
-#include "apps/desk/process/MonitorDisplay.h"
 #include "apps/desk/picture/PictureDock.h"
 #include "apps/desk/picture/PicturePanel.h"
+#include "apps/desk/plots/PlotPanel.h"
+#include "apps/desk/print/DeskPrinting.h"
+#include "apps/desk/process/MonitorDisplay.h"
 #include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/ProtocolList.h"
 #include "apps/desk/protocol/ProtocolPanel.h"
@@ -85,14 +86,6 @@ QStringList listPages()
     return pages;
 }
 
-bool needsResults(int reportType)
-{
-    const std::vector<deskreports::Report> reports = deskreports::getReports();
-    return std::any_of(reports.begin(), reports.end(), [reportType](const deskreports::Report& report) {
-        return report.type == reportType && report.needsResults;
-    });
-}
-
 } // namespace
 
 DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
@@ -108,6 +101,8 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     createProtocolDock();
     createPlotDock();
     createPictureDock();
+    printing = new DeskPrinting(*document, *table, *protocolPanel, this);
+    connect(printing, &DeskPrinting::told, messageBar, &MessageBar::showMessage);
     // Stands again when a word that hid it is over.
     statusBar()->addWidget(status);
     createClassIndicator();
@@ -425,7 +420,8 @@ void DeskWindow::showLine(int protocolType, const QString& text)
 
 void DeskWindow::showReport(int reportType)
 {
-    if (needsResults(reportType) && !document->hasResults()) {
+    const std::optional<deskreports::Report> report = deskreports::find(reportType);
+    if (report && report->needsResults && !document->hasResults()) {
         messageBar->showMessage(
             Desk::tr("Ведомости составляются по результатам. Сначала выполните уравнивание."));
         return;
@@ -629,6 +625,9 @@ void DeskWindow::perform(DeskActions::Command command)
         break;
     case Command::Export:
         exportFile(filedialogs::chooseExportTarget(this, *document));
+        break;
+    case Command::Print:
+        printing->showDialog();
         break;
     case Command::Quit:
         close();

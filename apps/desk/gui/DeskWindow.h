@@ -16,6 +16,7 @@ class QLabel;
 
 namespace orvel::desk {
 
+class DeskPrinting;
 class Document;
 class ItemFilterBar;
 class FileDrops;
@@ -139,6 +140,7 @@ private:
     QDockWidget* protocolDock = nullptr;
     ProtocolPanel* protocolPanel = nullptr;
     picture::PictureDock* pictureDock = nullptr;
+    DeskPrinting* printing = nullptr;
     QLabel* status;
 };
 

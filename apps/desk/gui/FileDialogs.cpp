@@ -4,6 +4,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/StoredProject.h"
 #include "apps/desk/gui/RecentFiles.h"
+#include "apps/desk/print/ReportFile.h"
 #include "apps/desk/runs/ExportFormats.h"
 #include "formats/FileKind.h"
 
@@ -132,6 +133,16 @@ QString choosePictureTarget(QWidget* parent, const QString& projectName)
                                                 filters.join(QStringLiteral(";;")), &filter);
     if (!path.isEmpty() && QFileInfo(path).suffix().isEmpty())
         path += QLatin1Char('.') + suffixes.value(filters.indexOf(filter));
+    return path;
+}
+
+QString chooseReportTarget(QWidget* parent, const QString& name)
+{
+    QString path = QFileDialog::getSaveFileName(
+        parent, Desk::tr("Сохранить для печати"), suggestPath(name, QStringLiteral("pdf")),
+        Desk::tr("Листы для печати, PDF (*.pdf);;Страница, HTML (*.html)"));
+    if (!path.isEmpty() && !reportfile::isKnown(path))
+        path += QStringLiteral(".pdf");
     return path;
 }
 

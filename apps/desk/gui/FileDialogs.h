@@ -33,6 +33,8 @@ QString chooseProjectTarget(QWidget* parent, const QString& projectName);
 QString chooseExportTarget(QWidget* parent, const Document& document);
 /// Where to save the picture of the network: an SVG or PDF file.
 QString choosePictureTarget(QWidget* parent, const QString& projectName);
+/// Where to save what could be printed, with a suffix that tells what the file is.
+QString chooseReportTarget(QWidget* parent, const QString& name);
 
 } // namespace filedialogs
 

@@ -7,6 +7,8 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StandardStreams.h"
+#include "apps/desk/print/ReportFile.h"
+#include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
 #include "apps/desk/templates/TemplateFile.h"
@@ -72,6 +74,10 @@ void Headless::performAll(const CommandLine& commandLine)
     // What an interrupted run has done is no result to be kept.
     if (apps::TerminationSignals::hasCome())
         return;
+    for (const CommandLine::ReportFile& file : commandLine.reports) {
+        if (hasInput)
+            writeReport(file);
+    }
     if (!commandLine.pagesFolder.isEmpty())
         writePages(commandLine.pagesFolder);
     if (!commandLine.dataFile.isEmpty())
@@ -149,6 +155,23 @@ bool Headless::perform(const DeskRun& run)
         return true;
     fail(run.failure->kind == RunFailure::Kind::NoResult ? NoResult : Refused, run.failure->text);
     return false;
+}
+
+void Headless::writeReport(const CommandLine::ReportFile& file)
+{
+    const deskreports::Report report = *deskreports::find(file.type);
+    if (report.needsResults && !document.hasResults()) {
+        fail(NoResult,
+             Desk::tr("ведомость «%1» составляется по результатам, а сеть не уравнена").arg(report.title));
+        return;
+    }
+    try {
+        ProjectLock::requireFree(file.path);
+        const ReportInput input = ReportInput::gather(document, QDate::currentDate());
+        standardstreams::write(file.path, reportfile::make(report.make(input), file.path));
+    } catch (const exceptions::Error& error) {
+        fail(Refused, QString::fromStdWString(error.getText()));
+    }
 }
 
 void Headless::writePages(const QString& folder)

@@ -45,6 +45,7 @@ private:
     bool import(const std::optional<SectionSigma>& sigma);
     void startRecording(const QString& path);
     bool perform(const DeskRun& run);
+    void writeReport(const CommandLine::ReportFile& file);
     void writePages(const QString& folder);
     void writePage(int type, const QString& path);
     void copyData(const QString& filePath);

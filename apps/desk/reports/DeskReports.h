@@ -1,36 +1,44 @@
 #pragma once
 
+#include "apps/desk/reports/ReportContent.h"
+#include "apps/desk/reports/ReportInput.h"
+
 #include <QString>
 
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace orvel::desk {
 
 class Document;
 
-/// The reports of a project, each a whole HTML document that prints well.
+/// The reports of a project.
 namespace deskreports {
 
-/// A kind of report: all that menu, pages, recorder and window know of it.
+/// A kind of report: all that menu, pages, recorder, command line and window know of it.
 struct Report
 {
     int type = 0;         ///< stands in links to the report
     int protocolType = 0; ///< the run whose page offers the report
     bool needsResults = false;
+    QString name; ///< on the command line
     const char* internalName = "";
     QString title; ///< in the language that is installed
     QString pluralTitle;
-    QString (*make)(const Document& document) = nullptr;
+    ReportContent (*make)(const ReportInput& input) = nullptr; ///< in any thread; may take long
 };
 
 /// All reports, in the order of the menu.
 std::vector<Report> getReports();
 
+std::optional<Report> find(int type);
+std::optional<Report> findByName(const QString& name);
+
 /// The types of the reports that the page of each protocol type offers.
 std::map<int, std::vector<int>> getTypesByProtocol();
 
-/// Has the project's generator make them, and the pages offer them.
+/// Has the project's generator make them, of today, and the pages offer them.
 void registerReports(Document& document);
 
 } // namespace deskreports

@@ -1,6 +1,7 @@
 #include "apps/desk/runs/ChainsRun.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/runs/ChainTexts.h"
 #include "apps/desk/runs/NumberTexts.h"
 #include "apps/desk/runs/RunLines.h"
 #include "apps/desk/runs/Tolerances.h"
@@ -191,41 +192,10 @@ private:
         }
     }
 
-    static QString nameKind(ChainKind kind)
-    {
-        switch (kind) {
-        case ChainKind::BetweenBenchmarks:
-            return Desk::tr("Ход между исходными реперами");
-        case ChainKind::Closed:
-            return Desk::tr("Замкнутый ход");
-        case ChainKind::BenchmarkToNode:
-            return Desk::tr("Ход от исходного репера к узловому пункту");
-        case ChainKind::BetweenNodes:
-            return Desk::tr("Ход между узловыми пунктами");
-        case ChainKind::Hanging:
-            return Desk::tr("Висячий ход");
-        case ChainKind::Isolated:
-            return Desk::tr("Отдельный ход");
-        case ChainKind::Ring:
-            break;
-        }
-        return Desk::tr("Кольцевой ход без узлов");
-    }
-
-    /// What is wrong with a line of that kind; empty if nothing is.
-    static QString describeLack(ChainKind kind)
-    {
-        if (kind == ChainKind::Hanging)
-            return Desk::tr("не контролируется");
-        return kind == ChainKind::Isolated || kind == ChainKind::Ring
-                   ? Desk::tr("не связан с исходными реперами")
-                   : QString();
-    }
-
     QString describeChain(const Chain& chain)
     {
         QStringList values;
-        if (const QString lack = describeLack(chain.kind); !lack.isEmpty())
+        if (const QString lack = chaintexts::describeLack(chain.kind); !lack.isEmpty())
             values.append(lack);
         if (chain.misclosure) {
             const Tolerance tolerance = judge(*chain.misclosure, chain);
@@ -243,7 +213,8 @@ private:
         const QString ends =
             chain.isClosed() ? start : QStringLiteral("%1 – %2").arg(start, lines.point(chain.points.back()));
         const QString text =
-            QStringLiteral("%1 %2: %3").arg(nameKind(chain.kind), ends, values.join(QStringLiteral(", ")));
+            QStringLiteral("%1 %2: %3")
+                .arg(chaintexts::nameKind(chain.kind), ends, values.join(QStringLiteral(", ")));
         // Of one section both points are named already.
         return chain.sections.size() == 1
                    ? text

@@ -17,6 +17,7 @@
 #include "apps/desk/runs/RunLines.h"
 #include "apps/desk/runs/TacheometryRun.h"
 #include "apps/desk/runs/ThreadCall.h"
+#include "apps/desk/runs/Tolerances.h"
 #include "host/process/BesideWindow.h"
 
 #include <QFileInfo>
@@ -53,17 +54,6 @@ std::optional<int> getOtherImport(int importType)
     return importType == enums::Import ? enums::ImportTemplate : enums::Import;
 }
 
-/// The network with the level of the tests that the rules ask for.
-std::shared_ptr<const NetworkSnapshot> applyLevel(const std::shared_ptr<const NetworkSnapshot>& snapshot,
-                                                  const ToleranceRules& rules)
-{
-    if (!rules.confidence || *rules.confidence == snapshot->network.parameters.confidence)
-        return snapshot;
-    auto changed = std::make_shared<NetworkSnapshot>(*snapshot);
-    changed->network.parameters.confidence = *rules.confidence;
-    return changed;
-}
-
 /// A run that looks at the network by the project's rules, and changes nothing.
 DeskRun makeAnalysis(const Document& document, int protocolType,
                      QString (*analyse)(qor::IProcessMonitor&, const NetworkSnapshot&, const SurveyRules&))
@@ -72,7 +62,7 @@ DeskRun makeAnalysis(const Document& document, int protocolType,
     run.protocolType = protocolType;
     run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(), analyse,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
-        const auto judged = applyLevel(snapshot, rules.tolerances);
+        const auto judged = tolerances::applyLevel(snapshot, rules.tolerances);
         *failure = RunFailure::make(RunFailure::Kind::NoResult, analyse(monitor, *judged, rules));
     };
     return run;
@@ -181,7 +171,7 @@ DeskRun makeAdjust(Document& document)
     const auto adjustment = std::make_shared<std::optional<levelling::Adjustment>>();
     run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(), adjustment,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
-        *adjustment = runAdjust(monitor, *applyLevel(snapshot, rules.tolerances), rules);
+        *adjustment = runAdjust(monitor, *tolerances::applyLevel(snapshot, rules.tolerances), rules);
         if (*adjustment)
             *failure = RunFailure::make(RunFailure::Kind::NoResult, describeFailure((*adjustment)->status));
     };

@@ -89,6 +89,16 @@ QString describeOwnLevel(const ToleranceRules& rules)
                             : QString();
 }
 
+std::shared_ptr<const NetworkSnapshot> applyLevel(const std::shared_ptr<const NetworkSnapshot>& snapshot,
+                                                  const ToleranceRules& rules)
+{
+    if (!rules.confidence || *rules.confidence == snapshot->network.parameters.confidence)
+        return snapshot;
+    auto changed = std::make_shared<NetworkSnapshot>(*snapshot);
+    changed->network.parameters.confidence = *rules.confidence;
+    return changed;
+}
+
 QString describeClassInUse(const SurveyRules& rules)
 {
     const QString name = describeClass(rules.levellingClass);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "apps/desk/document/NetworkSnapshot.h"
 #include "apps/desk/document/ToleranceRules.h"
 #include "apps/desk/runs/NumberTexts.h"
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace orvel::desk {
@@ -45,6 +47,9 @@ QString describeLoopRule(const SurveyRules& rules);
 QString describeRules(const ToleranceRules& rules, LevellingClass levellingClass);
 /// The level of the tests, if the project has one of its own; else empty.
 QString describeOwnLevel(const ToleranceRules& rules);
+/// The network with the level of the tests that the rules ask for.
+std::shared_ptr<const NetworkSnapshot> applyLevel(const std::shared_ptr<const NetworkSnapshot>& snapshot,
+                                                  const ToleranceRules& rules);
 /// The class, and whether the project has limits of its own, in few words.
 QString describeClassInUse(const SurveyRules& rules);
 

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "apps/desk/print/PrintDialog.h"
+#include "apps/desk/print/PrintSubject.h"
+
+#include <QObject>
+
+#include <vector>
+
+class QWidget;
+
+namespace orvel::desk {
+
+class Document;
+class ItemTable;
+class ProtocolPanel;
+
+/// Prints what a window has: reports, the table as it is shown, the lines of the protocol.
+class DeskPrinting : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All are parts of the window, which owns the object.
+    DeskPrinting(const Document& openDocument, ItemTable& itemTable, ProtocolPanel& linePanel,
+                 QWidget* window);
+
+    /// Asks what is to be printed, and does it.
+    void showDialog();
+
+    /// What can be printed now.
+    std::vector<PrintSubject> listSubjects() const;
+
+Q_SIGNALS:
+    /// Something that the user should know.
+    void told(const QString& text);
+
+private:
+    PrintSubject makeTableSubject() const;
+    PrintSubject makeLinesSubject() const;
+    void perform(const PrintSubject& subject, PrintDialog::Target target);
+    void print(const PrintSubject::Maker& make);
+    void saveFile(const PrintSubject::Maker& make, const QString& title);
+    void view(const PrintSubject::Maker& make);
+    bool write(const PrintSubject::Maker& make, const QString& path);
+
+    const Document& document;
+    ItemTable& table;
+    ProtocolPanel& lines;
+    QWidget* window;
+};
+
+} // namespace orvel::desk
