@@ -44,7 +44,7 @@ double getLuminance(const QColor& color)
 
 bool isProblem(const std::optional<COVMessage::MessageType>& severity)
 {
-    return severity == COVMessage::Error || severity == COVMessage::Warning;
+    return severity && *severity != COVMessage::Message;
 }
 
 /// As wide as the others, so that names stand below each other.
@@ -69,8 +69,8 @@ QColor getBackground(COVMessage::MessageType kind, const QPalette& palette)
 {
     if (!isProblem(kind))
         return {};
-    const QColor base = palette.color(QPalette::Active, QPalette::Base);
-    const QColor text = palette.color(QPalette::Active, QPalette::Text);
+    const QColor& base = palette.color(QPalette::Active, QPalette::Base);
+    const QColor& text = palette.color(QPalette::Active, QPalette::Text);
     const QColor& tint = kind == COVMessage::Error ? kErrorColor : kWarningColor;
     double share = kMostTint;
     while (share > 0 && getContrast(mix(base, tint, share), text) < kLeastContrast)
@@ -80,8 +80,8 @@ QColor getBackground(COVMessage::MessageType kind, const QPalette& palette)
 
 QColor getOffColor(const QPalette& palette)
 {
-    const QColor base = palette.color(QPalette::Active, QPalette::Base);
-    const QColor text = palette.color(QPalette::Active, QPalette::Text);
+    const QColor& base = palette.color(QPalette::Active, QPalette::Base);
+    const QColor& text = palette.color(QPalette::Active, QPalette::Text);
     const auto isReadable = [&](const QColor& color) {
         return getContrast(color, base) >= kLeastContrast &&
                getContrast(color, getBackground(COVMessage::Error, palette)) >= kLeastContrast &&
