@@ -3042,14 +3042,6 @@ L in km (else the class sets it)</translation>
         <translation>Lines and loops</translation>
     </message>
     <message>
-        <source>Прямой и обратный ход, повторные измерения</source>
-        <translation>Forward and back, repeated measurements</translation>
-    </message>
-    <message>
-        <source>на 1, 4 и 10&#xa0;км (станций)</source>
-        <translation>at 1, 4 and 10&#xa0;km (stations)</translation>
-    </message>
-    <message>
         <source>%1 (в проекте)</source>
         <translation>%1 (of the project)</translation>
     </message>
@@ -3060,14 +3052,6 @@ L in km (else the class sets it)</translation>
     <message>
         <source>%1: повторные измерения</source>
         <translation>%1: repeated measurements</translation>
-    </message>
-    <message>
-        <source>мм·√L, по длине</source>
-        <translation>mm·√L, by length</translation>
-    </message>
-    <message>
-        <source>мм·√n, по станциям</source>
-        <translation>mm·√n, by stations</translation>
     </message>
     <message>
         <source>Критерии и знаки</source>
@@ -3592,80 +3576,8 @@ L in km (else the class sets it)</translation>
         <translation>Save the plot</translation>
     </message>
     <message>
-        <source>Класс нивелирования: %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>%1&#xa0;км</source>
         <translation>%1&#xa0;km</translation>
-    </message>
-    <message>
-        <source>не задана</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>длина %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>СКО %1&#xa0;мм</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>превышение %1&#xa0;м вместо %2&#xa0;м</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>длина %1 вместо %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>СКО %1&#xa0;мм вместо %2&#xa0;мм</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>исходный репер, отметка %1&#xa0;м</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>отметка %1&#xa0;м известна с ковариациями</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>определяемый пункт, приближённая высота %1&#xa0;м</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Пункт %1 изменён вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 (было: %2)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Пункт %1 добавлен вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 отключена, причина не указана</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 отключена: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 изменена вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 добавлена вручную: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Секция %1 удалена: %2</source>
-        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>&amp;Вид</source>
@@ -4003,6 +3915,34 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Отключены</source>
         <translation>Switched off</translation>
+    </message>
+    <message>
+        <source>Гистограмма</source>
+        <translation>Histogram</translation>
+    </message>
+    <message>
+        <source>Поправки</source>
+        <translation>Residuals</translation>
+    </message>
+    <message>
+        <source>Прямо и обратно, повторно</source>
+        <translation>Forward and back, repeated</translation>
+    </message>
+    <message>
+        <source>1, 4, 10&#xa0;км (ст.)</source>
+        <translation>1, 4, 10&#xa0;km (st.)</translation>
+    </message>
+    <message>
+        <source>мм·√L</source>
+        <translation>mm·√L</translation>
+    </message>
+    <message>
+        <source>мм·√n</source>
+        <translation>mm·√n</translation>
+    </message>
+    <message>
+        <source>√L — по длине в км, √n — по числу станций</source>
+        <translation>√L by the length in km, √n by the number of stations</translation>
     </message>
 </context>
 <context>

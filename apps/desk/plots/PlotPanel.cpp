@@ -62,8 +62,8 @@ void PlotPanel::addPage(plots::Kind kind)
     page.view = new PlotView;
     page.stack->addWidget(page.empty);
     page.stack->addWidget(page.view);
-    const std::array titles{Desk::tr("Нормированные поправки"), Desk::tr("Поправки по длине"),
-                            Desk::tr("Невязки ходов и полигонов"), Desk::tr("Прямо и обратно")};
+    const std::array titles{Desk::tr("Гистограмма"), Desk::tr("Поправки"), Desk::tr("Невязки"),
+                            Desk::tr("Прямо и обратно")};
     tabs->addTab(page.stack, titles[kind]);
     connect(page.view, &PlotView::currentChanged, this, &PlotPanel::tellOfMark);
     connect(page.view, &PlotView::markActivated, this, [this, view = page.view](int mark) {

@@ -80,8 +80,8 @@ QWidget* ToleranceDialog::createClassFields(LevellingClass current)
         grid->addWidget(new QLabel(text), 0, column, 1, column == 0 ? 1 : 3);
     };
     addHeader(1, Desk::tr("Ходы и полигоны"));
-    addHeader(4, Desk::tr("Прямой и обратный ход, повторные измерения"));
-    const QString previewHeader = Desk::tr("на 1, 4 и 10\u00A0км (станций)");
+    addHeader(4, Desk::tr("Прямо и обратно, повторно"));
+    const QString previewHeader = Desk::tr("1, 4, 10\u00A0км (ст.)");
     grid->addWidget(new QLabel(QStringLiteral("k")), 1, 1);
     grid->addWidget(new QLabel(previewHeader), 1, 3);
     grid->addWidget(new QLabel(QStringLiteral("k")), 1, 4);
@@ -109,8 +109,9 @@ ToleranceDialog::RuleFields ToleranceDialog::createRuleFields(QGridLayout* grid,
     fields.factor = makeSpinBox(ToleranceRule::kLeastFactor, ToleranceRule::kLargestFactor, 2, 1.0,
                                 name + QStringLiteral(", k"));
     fields.measure = new QComboBox;
-    fields.measure->addItem(Desk::tr("мм·√L, по длине"), static_cast<int>(ToleranceMeasure::Length));
-    fields.measure->addItem(Desk::tr("мм·√n, по станциям"), static_cast<int>(ToleranceMeasure::Stations));
+    fields.measure->addItem(Desk::tr("мм·√L"), static_cast<int>(ToleranceMeasure::Length));
+    fields.measure->addItem(Desk::tr("мм·√n"), static_cast<int>(ToleranceMeasure::Stations));
+    fields.measure->setToolTip(Desk::tr("√L — по длине в км, √n — по числу станций"));
     fields.measure->setAccessibleName(name);
     fields.preview = new QLabel;
     connect(fields.factor, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
