@@ -41,11 +41,11 @@ struct CommandLine
     std::optional<SectionSigma> sigma; ///< of the sections of field files
     QString toleranceFile;             ///< JSON: tolerances instead of the project's
     std::vector<ReportFile> reports;
-    QString exportFile;                ///< whose suffix names the format
-    QString pagesFolder;               ///< where the pages of the runs go
-    QString dataFile;                  ///< copy of the protocol's data file
-    QString saveFile;                  ///< project to save
-    QString recordFile;                ///< journal of the runs to record
+    QString exportFile;  ///< whose suffix names the format
+    QString pagesFolder; ///< where the pages of the runs go
+    QString dataFile;    ///< copy of the protocol's data file
+    QString saveFile;    ///< project to save
+    QString recordFile;  ///< journal of the runs to record
     FailLevel failLevel = FailLevel::Never;
     QString argument; ///< file or URI for the window
 
