@@ -3944,6 +3944,78 @@ L in km (else the class sets it)</translation>
         <source>√L — по длине в км, √n — по числу станций</source>
         <translation>√L by the length in km, √n by the number of stations</translation>
     </message>
+    <message>
+        <source>Класс нивелирования: %1</source>
+        <translation>Class of levelling: %1</translation>
+    </message>
+    <message>
+        <source>не задана</source>
+        <translation>not given</translation>
+    </message>
+    <message>
+        <source>длина %1</source>
+        <translation>length %1</translation>
+    </message>
+    <message>
+        <source>СКО %1&#xa0;мм</source>
+        <translation>standard deviation %1&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>превышение %1&#xa0;м вместо %2&#xa0;м</source>
+        <translation>height difference %1&#xa0;m instead of %2&#xa0;m</translation>
+    </message>
+    <message>
+        <source>длина %1 вместо %2</source>
+        <translation>length %1 instead of %2</translation>
+    </message>
+    <message>
+        <source>СКО %1&#xa0;мм вместо %2&#xa0;мм</source>
+        <translation>standard deviation %1&#xa0;mm instead of %2&#xa0;mm</translation>
+    </message>
+    <message>
+        <source>исходный репер, отметка %1&#xa0;м</source>
+        <translation>benchmark, given height %1&#xa0;m</translation>
+    </message>
+    <message>
+        <source>отметка %1&#xa0;м известна с ковариациями</source>
+        <translation>height %1&#xa0;m known with covariances</translation>
+    </message>
+    <message>
+        <source>определяемый пункт, приближённая высота %1&#xa0;м</source>
+        <translation>new point, approximate height %1&#xa0;m</translation>
+    </message>
+    <message>
+        <source>Пункт %1 изменён вручную: %2</source>
+        <translation>Point %1 changed by hand: %2</translation>
+    </message>
+    <message>
+        <source>%1 (было: %2)</source>
+        <translation>%1 (before: %2)</translation>
+    </message>
+    <message>
+        <source>Пункт %1 добавлен вручную: %2</source>
+        <translation>Point %1 added by hand: %2</translation>
+    </message>
+    <message>
+        <source>Секция %1 отключена, причина не указана</source>
+        <translation>Section %1 switched off, no reason given</translation>
+    </message>
+    <message>
+        <source>Секция %1 отключена: %2</source>
+        <translation>Section %1 switched off: %2</translation>
+    </message>
+    <message>
+        <source>Секция %1 изменена вручную: %2</source>
+        <translation>Section %1 changed by hand: %2</translation>
+    </message>
+    <message>
+        <source>Секция %1 добавлена вручную: %2</source>
+        <translation>Section %1 added by hand: %2</translation>
+    </message>
+    <message>
+        <source>Секция %1 удалена: %2</source>
+        <translation>Section %1 deleted: %2</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>
