@@ -5,6 +5,7 @@
 #include "bench/tasks/DeskRunTasks.h"
 #include "bench/tasks/IntakeTasks.h"
 #include "bench/tasks/PageTasks.h"
+#include "bench/tasks/PictureTask.h"
 #include "bench/tasks/ProtocolPanelTask.h"
 #include "bench/tasks/TableTask.h"
 #include "bench/tasks/WindowRunTasks.h"
@@ -57,6 +58,7 @@ std::vector<Operation> makeOperations()
         {QStringLiteral("load"), orvel, {1}, 1, 0, 0, nullptr},
         {QStringLiteral("window_run"), runs, {100000}, quick, 0, 0, makeWindowRunTask},
         {QStringLiteral("table"), orvel, {20000, 100000}, quick, 0, 0, makeTableTask},
+        {QStringLiteral("picture"), orvel, {20000, 100000}, quick, 0, 0, makePictureTask},
         {QStringLiteral("protocol_panel"), orvel, {20000, 100000}, quick, 0, 0, makeProtocolPanelTask},
     };
 }

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 
 namespace orvel::desk::picture {
 
@@ -31,6 +30,14 @@ PointKind findKind(const levelling::Point& point)
     if (point.fixed)
         return PointKind::Fixed;
     return point.observed ? PointKind::Observed : PointKind::Sought;
+}
+
+/// The two points of a section, in whichever order it has them, as one number.
+quint64 toPair(const levelling::Section& section)
+{
+    constexpr int half = 32;
+    const auto [least, largest] = std::minmax(section.from, section.to);
+    return static_cast<quint64>(least) << half | static_cast<quint64>(largest);
 }
 
 /// Lane of the section that comes as number `count` between two points: 0, 1, -1, 2, -2 …
@@ -77,10 +84,11 @@ NetworkPicture NetworkPicture::make(const Document& document, const Layout& layo
         picture.points.push_back({item->getId(), item->getPoint().id, findKind(item->getPoint()),
                                   findSeverity(summary, item->getId()), layout.places[number++],
                                   layout.source != PlaceSource::Mixed || item->getPosition().hasPlan()});
-    std::map<Edge, int> countOfPair;
+    QHash<quint64, int> countOfPair;
+    countOfPair.reserve(static_cast<int>(document.getSections().size()));
     for (const LevellingSection* item : document.getSections()) {
         const levelling::Section& section = item->getSection();
-        const Edge pair{std::min(section.from, section.to), std::max(section.from, section.to)};
+        const quint64 pair = toPair(section);
         picture.sections.push_back({item->getId(), section.from, section.to,
                                     findSeverity(summary, item->getId()), getLane(countOfPair[pair]++),
                                     item->isOff()});

@@ -26,6 +26,8 @@ constexpr double kShortSection = 24.0;
 constexpr std::size_t kMostNames = 300;
 constexpr std::size_t kMostNamesWhereDense = 60;
 constexpr std::size_t kMostLoopTexts = 20;
+// What lies so far outside may still reach into the picture.
+constexpr double kBeyondEdge = 20.0;
 constexpr double kDot = 7.0;
 constexpr double kSmallDot = 4.0;
 constexpr double kRing = 7.0;
@@ -94,8 +96,7 @@ PicturePainter::PicturePainter(const NetworkPicture& networkPicture, const Pictu
 
 void PicturePainter::paint(QPainter& painter, const QRectF& area, const Camera& camera)
 {
-    constexpr double beyondEdge = 20.0;
-    seen = area.adjusted(-beyondEdge, -beyondEdge, beyondEdge, beyondEdge);
+    seen = area.adjusted(-kBeyondEdge, -kBeyondEdge, kBeyondEdge, kBeyondEdge);
     shownBy = camera;
     places.clear();
     places.reserve(picture.points.size());
@@ -376,8 +377,11 @@ std::vector<int> PicturePainter::listNamed() const
 void PicturePainter::paintNames(QPainter& painter) const
 {
     const QFontMetricsF metrics(painter.font(), painter.device());
+    const QRectF inside = seen.adjusted(kBeyondEdge, kBeyondEdge, -kBeyondEdge, -kBeyondEdge);
     std::vector<QRectF> taken;
     const auto tryAt = [&](const QRectF& box, const QString& text, const QColor& colour) {
+        if (!inside.contains(box))
+            return false;
         const auto overlaps = [&box](const QRectF& other) { return box.intersects(other); };
         if (std::any_of(taken.begin(), taken.end(), overlaps))
             return false;
@@ -392,7 +396,8 @@ void PicturePainter::paintNames(QPainter& painter) const
             middle += getPlace(point);
         middle /= static_cast<double>(loop.points.size());
         const QSizeF size(metrics.horizontalAdvance(loop.text) + kGap, metrics.height());
-        const QRectF box(middle - QPointF(size.width() / 2, size.height() / 2), size);
+        QRectF box(middle - QPointF(size.width() / 2, size.height() / 2), size);
+        box.moveLeft(std::max(inside.left(), std::min(box.left(), inside.right() - box.width())));
         if (seen.contains(middle) && tryAt(box, loop.text, colours.loop) && ++loopTexts == kMostLoopTexts)
             break;
     }
