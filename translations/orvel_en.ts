@@ -4016,6 +4016,10 @@ L in km (else the class sets it)</translation>
         <source>Секция %1 удалена: %2</source>
         <translation>Section %1 deleted: %2</translation>
     </message>
+    <message>
+        <source>На с&amp;хеме</source>
+        <translation>In the &amp;picture</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

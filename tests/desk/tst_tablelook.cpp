@@ -7,12 +7,14 @@
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/SearchField.h"
 #include "apps/desk/gui/TableColumns.h"
+#include "apps/desk/protocol/ProtocolPanel.h"
 #include "levelling/GkfReader.h"
 #include "tests/desk/DeskFixture.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QDockWidget>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
@@ -99,6 +101,7 @@ private Q_SLOTS:
     void linkedItemIsShownWhateverIsChosen();
     void escapeClearsTheSearch();
     void contextMenuHasWhatOneCanDo();
+    void rowLeadsToItsLinesAndToThePicture();
 
 private:
     void run(const char* action) const;
@@ -512,8 +515,29 @@ void TestTableLook::contextMenuHasWhatOneCanDo()
     });
     QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), table.mapToGlobal(QPoint(5, 5)));
     QCoreApplication::sendEvent(table.viewport(), &event);
-    for (const char* text : {"О &выделенном пункте или секции", "-", "&Копировать строки", "&Столбцы"})
+    for (const char* text : {"О &выделенном пункте или секции", "В &строках протокола", "На с&хеме", "-",
+                             "&Копировать строки", "&Столбцы"})
         QVERIFY2(texts.contains(QString::fromUtf8(text)), text);
+}
+
+void TestTableLook::rowLeadsToItsLinesAndToThePicture()
+{
+    run("Предобработка");
+    ItemTable& table = window->getTable();
+    const LONGID id = window->getDocument().getSections()[0]->getId();
+    QVERIFY(table.selectItem(id));
+    QVERIFY(triggerAction(*window, QStringLiteral("В строках протокола")));
+    const ProtocolPanel& panel = window->getProtocolPanel();
+    QTRY_VERIFY(!panel.isWorking());
+    const auto buttons = panel.findChildren<QToolButton*>();
+    QVERIFY(buttons.at(3)->isChecked());
+    // The errors about it, of three.
+    QCOMPARE(buttons.at(0)->text(), QStringLiteral("1"));
+
+    const auto* picture = window->findChild<QDockWidget*>(QStringLiteral("picture"));
+    QVERIFY(!picture->isVisible());
+    QVERIFY(triggerAction(*window, QStringLiteral("На схеме")));
+    QVERIFY(picture->isVisible());
 }
 
 QTEST_MAIN(TestTableLook)

@@ -583,6 +583,12 @@ void DeskWindow::createPictureDock()
             locateItem(id);
     });
     actions->addToViewMenu(pictureDock->toggleViewAction());
+    auto* showInPicture = new QAction(Desk::tr("На с&хеме"), this);
+    connect(showInPicture, &QAction::triggered, pictureDock, [this] {
+        pictureDock->show();
+        pictureDock->raise();
+    });
+    table->addItemAction(showInPicture);
 }
 
 void DeskWindow::restoreLayout()
