@@ -973,6 +973,7 @@ void TestHeadless::reportsAreWritten()
     const QString page = text(QStringLiteral("heights.html"));
     QCOMPARE(findMissing(page, {"<h1>Каталог высот</h1>", "<p>Проект: small</p>", "<td>101,00140</td>"}),
              QStringList());
+    QCOMPARE(page.count(QStringLiteral("<img alt=\"Схема сети\" src=\"data:image/svg+xml;base64,")), 1);
     QVERIFY(readFile(path(QStringLiteral("s.pdf"))).startsWith("%PDF-"));
 }
 

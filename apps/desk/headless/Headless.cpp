@@ -8,6 +8,7 @@
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/print/ReportFile.h"
+#include "apps/desk/print/ReportPicture.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
@@ -168,7 +169,10 @@ void Headless::writeReport(const CommandLine::ReportFile& file)
     try {
         ProjectLock::requireFree(file.path);
         const ReportInput input = ReportInput::gather(document, QDate::currentDate());
-        standardstreams::write(file.path, reportfile::make(report.make(input), file.path));
+        ReportContent content = report.make(input);
+        if (report.hasPicture)
+            content.picture = reportpicture::make(document);
+        standardstreams::write(file.path, reportfile::make(content, file.path));
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
     }

@@ -9,6 +9,7 @@
 #include "apps/desk/print/ProgressWork.h"
 #include "apps/desk/print/ReportFile.h"
 #include "apps/desk/print/ReportPaper.h"
+#include "apps/desk/print/ReportPicture.h"
 #include "apps/desk/print/ShownContent.h"
 #include "apps/desk/protocol/ProtocolPanel.h"
 #include "apps/desk/protocol/ProtocolTreeModel.h"
@@ -78,9 +79,14 @@ std::vector<PrintSubject> DeskPrinting::listSubjects() const
         subject.title = report.title;
         subject.isAvailable = !report.needsResults || document.hasResults();
         subject.reason = Desk::tr("сначала выполните уравнивание");
-        subject.prepare = [this, make = report.make] {
+        subject.prepare = [this, report] {
+            const QByteArray picture = report.hasPicture ? reportpicture::make(document) : QByteArray();
             return
-                [make, input = ReportInput::gather(document, QDate::currentDate())] { return make(input); };
+                [make = report.make, picture, input = ReportInput::gather(document, QDate::currentDate())] {
+                    ReportContent content = make(input);
+                    content.picture = picture;
+                    return content;
+                };
         };
         subjects.push_back(std::move(subject));
     }

@@ -39,14 +39,14 @@ QString makePage(const Document& document, ReportContent (*make)(const ReportInp
 std::vector<Report> getReports()
 {
     return {
-        {kHeightCatalogue, enums::Adjust, true, QStringLiteral("catalogue"), "HeightCatalogue",
+        {kHeightCatalogue, enums::Adjust, true, true, QStringLiteral("catalogue"), "HeightCatalogue",
          Desk::tr("Каталог высот"), Desk::tr("Каталоги высот"), reportmakers::makeHeightCatalogue},
-        {kResidualList, enums::Adjust, true, QStringLiteral("residuals"), "ResidualList",
+        {kResidualList, enums::Adjust, true, true, QStringLiteral("residuals"), "ResidualList",
          Desk::tr("Ведомость превышений и поправок"), Desk::tr("Ведомости превышений и поправок"),
          reportmakers::makeResidualList},
-        {kLineList, enums::AutoChainTracingAnalysis, false, QStringLiteral("lines"), "LineList",
+        {kLineList, enums::AutoChainTracingAnalysis, false, true, QStringLiteral("lines"), "LineList",
          Desk::tr("Ведомость ходов"), Desk::tr("Ведомости ходов"), reportmakers::makeLineList},
-        {kSectionBook, enums::Compile, false, QStringLiteral("sections"), "SectionBook",
+        {kSectionBook, enums::Compile, false, false, QStringLiteral("sections"), "SectionBook",
          Desk::tr("Ведомость секций"), Desk::tr("Ведомости секций"), reportmakers::makeSectionBook},
     };
 }

@@ -22,7 +22,8 @@ struct Report
     int type = 0;         ///< stands in links to the report
     int protocolType = 0; ///< the run whose page offers the report
     bool needsResults = false;
-    QString name; ///< on the command line
+    bool hasPicture = false; ///< of the network, on sheets and in files
+    QString name;            ///< on the command line
     const char* internalName = "";
     QString title; ///< in the language that is installed
     QString pluralTitle;
