@@ -57,7 +57,7 @@ PicturePanel::~PicturePanel()
 
 void PicturePanel::createControls(QToolBar& bar)
 {
-    const auto add = [this, &bar](const QString& text, const QString& explanation) {
+    const auto add = [&bar](const QString& text, const QString& explanation) {
         QAction* action = bar.addAction(text);
         action->setToolTip(explanation);
         return action;
