@@ -4,8 +4,8 @@
 #include "apps/desk/picture/PictureDock.h"
 #include "apps/desk/picture/PictureFile.h"
 #include "apps/desk/picture/PicturePanel.h"
-#include "apps/desk/picture/PictureSvg.h"
 #include "apps/desk/picture/PictureView.h"
+#include "apps/desk/print/ReportPicture.h"
 #include "tests/desk/DeskFixture.h"
 #include "tests/support/ExpectedFile.h"
 #include "tests/support/TestFiles.h"
@@ -323,14 +323,13 @@ void TestPicture::svgIsExact()
 void TestPicture::reportHasThePicture()
 {
     openWindow(samplePath(QStringLiteral("one-benchmark.gkf")));
-    const QString svg = renderSvg(window->getDocument());
-    QVERIFY(svg.startsWith(QLatin1String("<svg")));
+    const QString svg = QString::fromUtf8(reportpicture::make(window->getDocument()));
     QVERIFY(svg.trimmed().endsWith(QLatin1String("</svg>")));
     for (const LevellingPoint* point : window->getDocument().getPoints())
         QVERIFY(svg.contains(QLatin1Char('>') + point->getPoint().id + QLatin1Char('<')));
-    QCOMPARE(renderSvg(window->getDocument()), svg);
+    QCOMPARE(QString::fromUtf8(reportpicture::make(window->getDocument())), svg);
     window = desk->makeWindow();
-    QVERIFY(renderSvg(window->getDocument()).isEmpty());
+    QVERIFY(reportpicture::make(window->getDocument()).isEmpty());
 }
 
 void TestPicture::dockIsShownByItsKey()
