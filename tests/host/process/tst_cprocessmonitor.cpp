@@ -301,7 +301,7 @@ void TestCProcessMonitor::linesAreCountedByKind()
         run.writeWarning(L"two");
         run.writeWarning(L"three");
         run.write(L"a service line");
-        while (!mayEnd)
+        while (!mayEnd && run.isProcessRunning())
             std::this_thread::yield();
         run.writeMessage(L"four");
     });
