@@ -4020,6 +4020,278 @@ L in km (else the class sets it)</translation>
         <source>На с&amp;хеме</source>
         <translation>In the &amp;picture</translation>
     </message>
+    <message>
+        <source>Во время обработки сеть не меняется.</source>
+        <translation>The network does not change while a run works.</translation>
+    </message>
+    <message>
+        <source>Отметка «%1» — не число. Исходному реперу нужна отметка в метрах, как 123,4567.</source>
+        <translation>The height “%1” is no number. A benchmark needs a height in metres, like 123.4567.</translation>
+    </message>
+    <message>
+        <source>отметка %1</source>
+        <translation>height of %1</translation>
+    </message>
+    <message>
+        <source>Превышение «%1» — не число. Введите метры, как −1,2345.</source>
+        <translation>The height difference “%1” is no number. Enter metres, like -1.2345.</translation>
+    </message>
+    <message>
+        <source>превышение %1</source>
+        <translation>height difference of %1</translation>
+    </message>
+    <message>
+        <source>Длина «%1» — не число больше нуля. Введите километры, как 0,85.</source>
+        <translation>The length “%1” is no number above zero. Enter kilometres, like 0.85.</translation>
+    </message>
+    <message>
+        <source>СКО «%1» — не число больше нуля. Введите миллиметры, как 2,5.</source>
+        <translation>The standard deviation “%1” is no number above zero. Enter millimetres, like 2.5.</translation>
+    </message>
+    <message>
+        <source>СКО %1</source>
+        <translation>standard deviation of %1</translation>
+    </message>
+    <message>
+        <source>Результат устарел: сеть изменена после уравнивания</source>
+        <translation>This result is out of date: the network was changed after the adjustment</translation>
+    </message>
+    <message>
+        <source>Готово</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Отключаются измерения: выделите секции.</source>
+        <translation>Measurements are switched off: select sections.</translation>
+    </message>
+    <message>
+        <source>секций: %1</source>
+        <translation>%1 sections</translation>
+    </message>
+    <message>
+        <source>включение %1</source>
+        <translation>switching on %1</translation>
+    </message>
+    <message>
+        <source>Отключить измерения</source>
+        <translation>Switch measurements off</translation>
+    </message>
+    <message>
+        <source>Отключается %1. Почему (можно оставить пустым):</source>
+        <translation>To be switched off: %1. Why (may stay empty):</translation>
+    </message>
+    <message>
+        <source>отключение %1</source>
+        <translation>switching off %1</translation>
+    </message>
+    <message>
+        <source>СКО задаётся измерениям: выделите секции.</source>
+        <translation>Measurements have standard deviations: select sections.</translation>
+    </message>
+    <message>
+        <source>СКО измерений</source>
+        <translation>Standard deviation of measurements</translation>
+    </message>
+    <message>
+        <source>СКО выделенных секций (%1), мм:</source>
+        <translation>Standard deviation of the selected sections (%1), mm:</translation>
+    </message>
+    <message>
+        <source>СКО секций: %1</source>
+        <translation>standard deviation of %1 sections</translation>
+    </message>
+    <message>
+        <source>Отметка репера %1, м:</source>
+        <translation>Height of the benchmark %1, m:</translation>
+    </message>
+    <message>
+        <source>Исходный репер</source>
+        <translation>Benchmark</translation>
+    </message>
+    <message>
+        <source>«%1» — не число. Отметка репера %2 в метрах, как 123,4567:</source>
+        <translation>“%1” is no number. Height of the benchmark %2 in metres, like 123.4567:</translation>
+    </message>
+    <message>
+        <source>Исходными реперами становятся определяемые пункты: выделите их.</source>
+        <translation>Points to be determined become benchmarks: select them.</translation>
+    </message>
+    <message>
+        <source>исходный репер %1</source>
+        <translation>benchmark %1</translation>
+    </message>
+    <message>
+        <source>Исходному реперу нужна отметка, а у пункта %1 её нет. Сделайте его репером отдельно.</source>
+        <translation>A benchmark needs a height, and point %1 has none. Make it a benchmark by itself.</translation>
+    </message>
+    <message>
+        <source>исходные реперы: %1</source>
+        <translation>%1 benchmarks</translation>
+    </message>
+    <message>
+        <source>Освобождаются исходные реперы с удержанной отметкой: выделите их.</source>
+        <translation>Benchmarks whose height is held are freed: select them.</translation>
+    </message>
+    <message>
+        <source>реперов: %1</source>
+        <translation>%1 benchmarks</translation>
+    </message>
+    <message>
+        <source>освобождение %1</source>
+        <translation>freeing %1</translation>
+    </message>
+    <message>
+        <source>новое измерение %1</source>
+        <translation>new measurement %1</translation>
+    </message>
+    <message>
+        <source>Удаляются измерения: выделите секции.</source>
+        <translation>Measurements are deleted: select sections.</translation>
+    </message>
+    <message>
+        <source>удаление %1</source>
+        <translation>deleting %1</translation>
+    </message>
+    <message>
+        <source>Новое измерение</source>
+        <translation>New measurement</translation>
+    </message>
+    <message>
+        <source>&amp;От пункта:</source>
+        <translation>&amp;From point:</translation>
+    </message>
+    <message>
+        <source>&amp;До пункта:</source>
+        <translation>&amp;To point:</translation>
+    </message>
+    <message>
+        <source>&amp;Превышение, м:</source>
+        <translation>&amp;Height difference, m:</translation>
+    </message>
+    <message>
+        <source>&amp;Длина, км:</source>
+        <translation>&amp;Length, km:</translation>
+    </message>
+    <message>
+        <source>&amp;Станций:</source>
+        <translation>&amp;Set-ups:</translation>
+    </message>
+    <message>
+        <source>С&amp;КО, мм:</source>
+        <translation>S&amp;tandard deviation, mm:</translation>
+    </message>
+    <message>
+        <source>по длине или числу станций</source>
+        <translation>by the length or the set-ups</translation>
+    </message>
+    <message>
+        <source>Введите имена обоих пунктов.</source>
+        <translation>Enter the names of both points.</translation>
+    </message>
+    <message>
+        <source>Измерение ведёт от одного пункта к другому.</source>
+        <translation>A measurement leads from one point to another.</translation>
+    </message>
+    <message>
+        <source>Введите превышение в метрах, как −1,2345.</source>
+        <translation>Enter the height difference in metres, like -1.2345.</translation>
+    </message>
+    <message>
+        <source>Длина — число километров больше нуля, как 0,85.</source>
+        <translation>The length is a number of kilometres above zero, like 0.85.</translation>
+    </message>
+    <message>
+        <source>Станций — целое число больше нуля.</source>
+        <translation>The set-ups are a whole number above zero.</translation>
+    </message>
+    <message>
+        <source>СКО — число миллиметров больше нуля, как 2,5.</source>
+        <translation>The standard deviation is a number of millimetres above zero, like 2.5.</translation>
+    </message>
+    <message>
+        <source>Без веса измерение не уравнять: введите длину, число станций или СКО.</source>
+        <translation>Without a weight a measurement cannot be adjusted: enter the length, the set-ups or the standard deviation.</translation>
+    </message>
+    <message>
+        <source>Выполнить снова (Ctrl+R)</source>
+        <translation>Run again (Ctrl+R)</translation>
+    </message>
+    <message>
+        <source>Устарело, сеть или класс с тех пор изменены: %1</source>
+        <translation>Out of date, the network or the class was changed since: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Отменить</source>
+        <translation>&amp;Undo</translation>
+    </message>
+    <message>
+        <source>&amp;Вернуть</source>
+        <translation>&amp;Redo</translation>
+    </message>
+    <message>
+        <source>%1 (устарел)</source>
+        <translation>%1 (out of date)</translation>
+    </message>
+    <message>
+        <source>&amp;Правка</source>
+        <translation>&amp;Edit</translation>
+    </message>
+    <message>
+        <source>&amp;Изменить значение</source>
+        <translation>Edit the &amp;value</translation>
+    </message>
+    <message>
+        <source>Превышение, длина и СКО секции, отметка исходного репера — прямо в таблице</source>
+        <translation>Height difference, length and standard deviation of a section, height of a benchmark: in the table itself</translation>
+    </message>
+    <message>
+        <source>О&amp;тключить или включить измерения</source>
+        <translation>&amp;Switch measurements off or on</translation>
+    </message>
+    <message>
+        <source>Отключённые секции остаются в проекте, но обработки о них не знают</source>
+        <translation>Sections that are off stay in the project, but runs know nothing of them</translation>
+    </message>
+    <message>
+        <source>&amp;СКО выделенных измерений…</source>
+        <translation>Standard &amp;deviation of the selected measurements…</translation>
+    </message>
+    <message>
+        <source>Сделать исходным &amp;репером…</source>
+        <translation>Make a &amp;benchmark…</translation>
+    </message>
+    <message>
+        <source>Осво&amp;бодить репер</source>
+        <translation>&amp;Free the benchmark</translation>
+    </message>
+    <message>
+        <source>&amp;Добавить измерение…</source>
+        <translation>&amp;Add a measurement…</translation>
+    </message>
+    <message>
+        <source>&amp;Удалить измерения</source>
+        <translation>D&amp;elete the measurements</translation>
+    </message>
+    <message>
+        <source>В&amp;ыполнить устаревшие снова</source>
+        <translation>Run &amp;again what is out of date</translation>
+    </message>
+    <message>
+        <source>Обработки, после которых сеть или класс изменены, одна за другой</source>
+        <translation>The runs after which the network or the class was changed, one after the other</translation>
+    </message>
+    <message>
+        <source>Сеть или класс изменены после этой обработки</source>
+        <translation>The network or the class was changed after this run</translation>
+    </message>
+    <message>
+        <source>Отключённые секции в файл не вошли, их %1: %2</source>
+        <translation>Sections that are switched off are not in the file, %1 of them: %2</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

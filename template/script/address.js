@@ -4,12 +4,17 @@ import { orders } from "./order.js";
 const pause = 250;
 let timer = 0;
 
-/** What an address names: a line by its id or by its text, and filters if it tells any. */
+/**
+ * What an address names: a line by its id or by its text, and filters if it tells any; and whether what the run
+ * computed with has changed since.
+ */
 export function readAddress({ hash } = location) {
   const fragment = hash.slice(1);
-  if (!fragment.includes("=")) return { line: fragment, find: "" };
   const values = new URLSearchParams(fragment);
+  const isOutdated = values.has("outdated");
+  if (!fragment.includes("=")) return { line: isOutdated ? "" : fragment, find: "", isOutdated };
   return {
+    isOutdated,
     line: values.get("line") ?? "",
     find: values.get("find") ?? "",
     filters: {
@@ -23,9 +28,11 @@ export function readAddress({ hash } = location) {
 }
 
 /** The fragment that names a line and filters; of a line alone it is the line's id. */
-export function fragmentOf(line, { search, hidden, alike, order, flat }) {
-  if (!search && !hidden.length && !alike && order === "page" && !flat) return line ? `#${line}` : "";
+export function fragmentOf(line, { search, hidden, alike, order, flat }, isOutdated = false) {
+  if (!search && !hidden.length && !alike && order === "page" && !flat && !isOutdated)
+    return line ? `#${line}` : "";
   const values = new URLSearchParams();
+  if (isOutdated) values.set("outdated", "1");
   if (line) values.set("line", line);
   if (search) values.set("q", search);
   if (hidden.length) values.set("hide", hidden.join(","));

@@ -6,7 +6,7 @@ import { findMissing } from "./counts.js";
 import { copyText, focusOn, listen, page, runIdle } from "./dom.js";
 import { applyFilters, Filters } from "./filter.js";
 import { foldsOf, keepFolds, keptFolds, restoreFolds } from "./folds.js";
-import { fillHeader } from "./header.js";
+import { fillHeader, markOf } from "./header.js";
 import { highlight } from "./highlight.js";
 import { Ids } from "./ids.js";
 import { handleKey } from "./keys.js";
@@ -75,7 +75,8 @@ export class App {
   // Start
 
   start() {
-    const { line, find, filters } = readAddress();
+    const { line, find, filters, isOutdated } = readAddress();
+    this.showOutdated(isOutdated);
     this.filters.set(filters ?? { alike: this.settings.alike });
     if (line) this.ids.finish();
     this.filter();
@@ -87,6 +88,15 @@ export class App {
     if (this.goToId(line) || this.goToText(find)) return;
     if (first && !isRestored) this.tree.goTo(first, { focus: false, middle: true });
     else this.draw(null);
+  }
+
+  /** Once told, it holds for the page as long as that is open. */
+  showOutdated(isOutdated) {
+    if (!isOutdated || this.isOutdated) return;
+    this.isOutdated = true;
+    const place = page.querySelector("body > #head #outdated");
+    place.replaceChildren(markOf("warning", true), say("outdated"));
+    place.hidden = false;
   }
 
   restoreFolds() {
@@ -329,7 +339,7 @@ export class App {
   /** Brings the address up to date, once the ids are made. */
   remember() {
     if (this.ids.areMade)
-      writeAddress(() => fragmentOf(this.isMoved ? this.tree.current?.origin.id : "", this.filters));
+      writeAddress(() => fragmentOf(this.isMoved ? this.tree.current?.origin.id : "", this.filters, this.isOutdated));
   }
 
   /** Goes to a row even when the filters hide it. */
@@ -362,7 +372,8 @@ export class App {
   }
 
   addressChanged(address) {
-    const { line, find, filters } = readAddress(address);
+    const { line, find, filters, isOutdated } = readAddress(address);
+    this.showOutdated(isOutdated);
     this.ids.finish();
     if (filters) this.setFilters(filters);
     this.goToId(line);

@@ -473,7 +473,8 @@ void TestDocument::earlierProjectFilesAreRead()
     constexpr int pointSize = 4 + 1 + 1 + 1 + 3 * 1;
     constexpr int sectionSize = (1 + 4) + (1 + 8) + 4 + (4 + 20) + (4 + 10);
     constexpr int ruleSize = 4 + 8;
-    constexpr int fourthVersionSize = 5 * 2 * ruleSize + 8 + 1 + 4 + 4;
+    constexpr int handSize = 3 * 4 + 3 * 8 + 2 * 8 + 4;
+    constexpr int fourthVersionSize = 5 * 2 * ruleSize + 8 + 1 + 4 + 4 + handSize;
     constexpr int thirdVersionSize = 4 + (4 + 10) + (4 + 10) + 2 * pointSize + sectionSize + 4;
     constexpr int secondVersionSize = 8 + 2 * (1 + 1 + 1) + (1 + 1 + 1) + 4;
     const StoredProject third =

@@ -1,7 +1,9 @@
+#include "Orvel/store/COrvel.h"
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/document/ProjectFile.h"
 #include "levelling/GkfReader.h"
 #include "tests/desk/DeskFixture.h"
 
@@ -9,6 +11,8 @@
 #include <QTest>
 #include <QUndoStack>
 
+#include <functional>
+#include <limits>
 #include <random>
 
 using namespace orvel::desk;
@@ -39,6 +43,11 @@ private Q_SLOTS:
     void editsAreRefusedDuringRuns();
     void undoneProjectIsNotModified();
     void anotherNetworkForgetsTheCommands();
+    void handStateComesBackFromTheProjectFile();
+    void damagedHandStateIsRefused();
+    void additionKeepsWhatWasDoneByHand();
+    void exportsGoWithoutWhatIsOff();
+    void adjustmentTellsWhatWasDoneByHand();
     void randomEditsAreUndone();
 
 private:
@@ -47,6 +56,7 @@ private:
     const LevellingSection& section(const QString& name) const;
     QStringList listHandChanges() const;
     QString describe() const;
+    void changeAll();
 
     std::unique_ptr<DeskFixture> desk;
     std::unique_ptr<Document> document;
@@ -488,6 +498,128 @@ void TestDocumentEdits::anotherNetworkForgetsTheCommands()
     QVERIFY(document->setContent(std::move(content)));
     QVERIFY(!document->getUndoStack().canUndo());
     QVERIFY(document->getSections()[3]->isOff());
+}
+
+void TestDocumentEdits::changeAll()
+{
+    const auto change = [this](const NetworkChange& made) {
+        QVERIFY(document->applyChange(QString(), made));
+    };
+    change(
+        networkchange::switchOff(*document, {sectionId(QStringLiteral("М5 – М3"))}, QStringLiteral("ветер")));
+    change(networkchange::changeSections(*document, {sectionId(QStringLiteral("М5 – М3"))},
+                                         [](levelling::Section& changed) { changed.difference = 0.5; }));
+    change(networkchange::changePoints(*document, {pointId(QStringLiteral("Рп102"))},
+                                       [](levelling::Point& point) { point.fixed = false; }));
+    change(networkchange::addSection(
+        *document, {QStringLiteral("Х"), QStringLiteral("М3"), -0.5, std::nullopt, 12, 4.0}));
+    change(networkchange::deleteSections(*document, {document->getSections()[0]->getId()}));
+}
+
+void TestDocumentEdits::handStateComesBackFromTheProjectFile()
+{
+    document->setAdjustment(levelling::adjust(document->getSnapshot().network));
+    changeAll();
+    document->setLevellingClass(LevellingClass::III);
+    const QString before = describe();
+    projectfile::save(*document, desk->path(QStringLiteral("hand.orvel")), nullptr);
+    QVERIFY(!document->isModified());
+    Document reopened(desk->plugins, QStringLiteral("Другой"));
+    projectfile::load(reopened, desk->path(QStringLiteral("hand.orvel")), nullptr);
+    QVERIFY(reopened.areResultsOutdated());
+    QVERIFY(!reopened.isModified());
+    QVERIFY(!reopened.getUndoStack().canUndo());
+    document = std::make_unique<Document>(desk->plugins, QStringLiteral("Проект"));
+    QVERIFY(document->setContent(reopened.copyContent()));
+    QCOMPARE(describe(), before);
+    QCOMPARE(int(document->getSnapshot().network.sections.size()), 18);
+}
+
+void TestDocumentEdits::damagedHandStateIsRefused()
+{
+    changeAll();
+    const auto isRefused = [this](const std::function<void(Document::Content&)>& damage) {
+        Document::Content content = document->copyContent();
+        damage(content);
+        return !document->setContent(std::move(content));
+    };
+    QVERIFY(isRefused([](Document::Content& content) { content.deletedSections[0].section.sigma = 0.0; }));
+    QVERIFY(isRefused([](Document::Content& content) { content.deletedSections[0].id = content.nextId; }));
+    QVERIFY(
+        isRefused([](Document::Content& content) { content.states.results = content.states.latest + 1; }));
+    QVERIFY(isRefused([](Document::Content& content) { content.states.current.settings = -1; }));
+    QVERIFY(isRefused(
+        [](Document::Content& content) { content.states.protocols[enums::Adjust].network = 1000; }));
+    QVERIFY(isRefused([](Document::Content& content) {
+        SectionHand hand;
+        hand.original = content.sections[0]->getSection();
+        hand.original->difference = std::numeric_limits<double>::quiet_NaN();
+        content.sections[0]->setSection(content.sections[0]->getSection(),
+                                        SectionHandPointer(new SectionHand(hand)));
+    }));
+    QVERIFY(!isRefused([](Document::Content&) {}));
+}
+
+void TestDocumentEdits::additionKeepsWhatWasDoneByHand()
+{
+    const auto window = desk->makeWindow(samplePath(QStringLiteral("blunder.gkf")));
+    Document& project = window->getDocument();
+    const LONGID repeated = project.getSections()[11]->getId();
+    const LONGID benchmark = project.getPoints()[1]->getId();
+    QVERIFY(project.applyChange(
+        QString(), networkchange::deleteSections(project, {project.getSections()[10]->getId()})));
+    QVERIFY(project.applyChange(QString(),
+                                networkchange::switchOff(project, {repeated}, QStringLiteral("повтор"))));
+    QVERIFY(project.applyChange(
+        QString(), networkchange::changePoints(project, {benchmark},
+                                               [](levelling::Point& point) { point.fixed = false; })));
+    Answer answer(QStringLiteral("Добавить"));
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    window->getMonitor().waitForFinished();
+    QVERIFY(project.findSection(repeated)->isOff());
+    QCOMPARE(project.findSection(repeated)->getName(), QStringLiteral("М5 – М3 (2)"));
+    QCOMPARE(project.findSection(repeated)->getOffReason(), QStringLiteral("повтор"));
+    QVERIFY(project.findPoint(benchmark)->getOriginal()->fixed);
+    QCOMPARE(int(project.getHandChanges().size()), 3);
+    QVERIFY(project.getSections().size() > 18);
+    QVERIFY(!project.getUndoStack().canUndo());
+}
+
+void TestDocumentEdits::exportsGoWithoutWhatIsOff()
+{
+    const auto window = desk->makeWindow(samplePath(QStringLiteral("blunder.gkf")));
+    Document& project = window->getDocument();
+    project.applyChange(QString(),
+                        networkchange::switchOff(project, {project.getSections()[11]->getId()}, QString()));
+    const QString path = desk->path(QStringLiteral("out.gkf"));
+    window->exportFile(path);
+    window->getMonitor().waitForFinished();
+    QCOMPARE(int(levelling::GkfReader::readFile(path).network.sections.size()), 18);
+    QVERIFY(QString::fromUtf8(project.getProtocolData())
+                .contains(QStringLiteral("Отключённые секции в файл не вошли, их 1: ")));
+}
+
+void TestDocumentEdits::adjustmentTellsWhatWasDoneByHand()
+{
+    const auto window = desk->makeWindow(samplePath(QStringLiteral("blunder.gkf")));
+    Document& project = window->getDocument();
+    const LevellingSection& off = *project.getSections()[11];
+    project.applyChange(QString(),
+                        networkchange::switchOff(project, {off.getId()}, QStringLiteral("ветер <5>")));
+    project.applyChange(QString(),
+                        networkchange::deleteSections(project, {project.getSections()[0]->getId()}));
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    window->getMonitor().waitForFinished();
+    const LONGID id = project.getSections()[10]->getId();
+    const QString path = desk->path(QStringLiteral("Adjust.html"));
+    QVERIFY(project.getProtocol().CreateProtocolFile(enums::Adjust, path));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString html = QString::fromUtf8(file.readAll());
+    QVERIFY(html.contains(QStringLiteral("Изменено вручную")));
+    QVERIFY(html.contains(QStringLiteral("id=%1").arg(id)));
+    QVERIFY(html.contains(QStringLiteral("отключена: ветер &lt;5&gt;")));
+    QVERIFY(html.contains(QStringLiteral("Секция Рп101 – М1 удалена: превышение")));
 }
 
 namespace {

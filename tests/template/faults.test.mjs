@@ -187,6 +187,30 @@ describe("a link", () => {
   });
 });
 
+describe("an address that tells of a later change", () => {
+  const shownIn = (page) => page.locator("#outdated").isVisible();
+
+  test("has the page say so, and keeps saying it", async () => {
+    const page = await open(browser, `${fixture("grouped")}#outdated`);
+    assert.match(await page.locator("#outdated").textContent(), /Протокол устарел/);
+    assert.ok(await shownIn(page));
+    await page.keyboard.press("e");
+    await page.waitForFunction(() => location.hash.includes("line="));
+    assert.match(new URL(page.url()).hash, /outdated=1/);
+    await page.reload();
+    assert.ok(await shownIn(page));
+    await page.context().close();
+  });
+
+  test("is not needed for a page to be up to date", async () => {
+    const page = await open(browser, fixture("grouped"));
+    assert.ok(!(await shownIn(page)));
+    await page.evaluate(() => (location.hash = "#outdated"));
+    await page.waitForFunction(() => !document.querySelector("#outdated").hidden);
+    await page.context().close();
+  });
+});
+
 describe("two open pages", () => {
   test("keep each other's settings", async () => {
     const first = await open(browser, fixture("flat"));

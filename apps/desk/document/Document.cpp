@@ -85,7 +85,7 @@ bool areStatesUsable(const DocumentStates& states)
 {
     const auto isGiven = [&states](qint64 number) { return number >= 0 && number <= states.latest; };
     const auto isStateGiven = [&](const DocumentState& state) {
-        return isGiven(state.network) && isGiven(state.settings);
+        return isGiven(state.network) && isGiven(state.settings) && isGiven(state.tests);
     };
     return isStateGiven(states.current) && isGiven(states.results) &&
            std::all_of(states.protocols.begin(), states.protocols.end(),
@@ -187,7 +187,11 @@ Document::Document(const PluginManager& plugins, const QString& projectName, QOb
     deskreports::registerReports(*this);
 }
 
-Document::~Document() = default;
+Document::~Document()
+{
+    // It tells of its end, and a window that goes as well has nothing left to hear it with.
+    undoStack->disconnect();
+}
 
 COrvel& Document::getProtocol() const
 {
@@ -343,7 +347,8 @@ void Document::exchangeItems(NetworkItems& items)
 void Document::putItems(NetworkItems& items)
 {
     Q_EMIT networkAboutToBeReplaced();
-    model.exchangeItems(items.points);
+    if (items.points)
+        model.exchangeItems(items.points);
     tervo::CItemManager* oldSections = std::exchange(sectionManager, items.sections.get());
     // The model gives the same manager out as an object of another type.
     static_cast<void>(model.exchangeTervoObject(std::move(items.sections)).release());
@@ -418,6 +423,7 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
             replacedTypes.insert(clearedTypes.begin(), clearedTypes.end());
         isProcessingCleared = false;
     }
+    const DocumentState computedWith = states.current;
     ProtocolState state;
     ProtocolKeeper::Outcome outcome;
     {
@@ -435,7 +441,7 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
         state.write(getProtocol());
     }
     if (finishedRun && outcome.isWhole)
-        states.protocols[*finishedRun] = states.current;
+        states.protocols[*finishedRun] = computedWith;
     if (finishedRun || outcome.isChanged)
         setSummary(keeper.getSummary());
     return outcome;

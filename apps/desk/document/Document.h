@@ -88,6 +88,8 @@ public:
     COrvel& getProtocol() const;
 
     const QString& getDescription() const { return head.description; }
+    /// The files that the network comes from, as its items number them.
+    const QStringList& getSources() const { return head.sources; }
     const levelling::Parameters& getParameters() const { return head.parameters; }
     LevellingClass getLevellingClass() const { return levellingClass; }
     /// By a command of the undo stack.

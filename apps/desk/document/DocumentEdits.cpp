@@ -16,6 +16,9 @@ namespace orvel::desk {
 
 namespace {
 
+// Among the types of protocols that are outdated.
+constexpr int kResults = 0;
+
 /// Whether a run of that type computes with points and sections; the others tell of files.
 bool dependsOnNetwork(int protocolType)
 {
@@ -65,12 +68,47 @@ compose(const std::vector<Item*>& items, const std::vector<NetworkChange::Placed
     return composed;
 }
 
+void renumber(std::vector<int>& points, const std::vector<int>& places)
+{
+    for (int& point : points)
+        point = places[static_cast<std::size_t>(point)];
+}
+
+/// Has sections name their ends by the points' new places.
+/// @param places  of the sections that are to be changed; negative ones are left out
+void renumberEnds(const std::vector<std::unique_ptr<LevellingSection>>& sections,
+                  const std::vector<int>& places, const std::vector<int>& pointPlaces)
+{
+    for (const int place : places) {
+        if (place < 0)
+            continue;
+        LevellingSection& item = *sections[static_cast<std::size_t>(place)];
+        levelling::Section section = item.getSection();
+        section.from = pointPlaces[static_cast<std::size_t>(section.from)];
+        section.to = pointPlaces[static_cast<std::size_t>(section.to)];
+        item.setSection(section, item.getHand());
+    }
+}
+
 DeletedSection makeDeleted(const LevellingSection& item)
 {
     DeletedSection deleted{item.getId(), item.getName(), item.getOriginal().value_or(item.getSection())};
     deleted.section.from = 0;
     deleted.section.to = 0;
     return deleted;
+}
+
+/// Imported sections that the change removes are remembered, and forgotten when it is taken back.
+void updateDeleted(std::vector<DeletedSection>& deleted, const NetworkChange& change, bool isForward)
+{
+    for (const auto& placed : change.removedSections) {
+        if (placed.item->isAddedByHand())
+            continue;
+        if (isForward)
+            deleted.push_back(makeDeleted(*placed.item));
+        else
+            deleted.pop_back();
+    }
 }
 
 HandChange makeHandChange(HandChange::Kind kind, const LevellingSection& item)
@@ -162,42 +200,32 @@ void Document::editItems(const NetworkChange& change, bool isForward)
 
 void Document::moveRows(const NetworkChange& change, bool isForward)
 {
-    const auto& removedSections = isForward ? change.removedSections : change.addedSections;
-    const auto& addedSections = isForward ? change.addedSections : change.removedSections;
+    NetworkItems items;
+    items.head = head;
+    items.fieldBook = fieldBook;
+    items.snapshot.reset();
+    items.nextId = nextId;
+    const auto& removedPoints = isForward ? change.removedPoints : change.addedPoints;
+    const auto& addedPoints = isForward ? change.addedPoints : change.removedPoints;
     std::vector<int> pointPlaces;
-    auto points = compose(getPoints(), isForward ? change.removedPoints : change.addedPoints,
-                          isForward ? change.addedPoints : change.removedPoints, pointPlaces);
-    std::vector<int> sectionPlaces;
-    auto sections = compose(getSections(), removedSections, addedSections, sectionPlaces);
-    // Those that stay name their ends by the places before.
-    for (const int place : sectionPlaces) {
-        if (place < 0)
-            continue;
-        LevellingSection& item = *sections[static_cast<std::size_t>(place)];
-        levelling::Section section = item.getSection();
-        section.from = pointPlaces[static_cast<std::size_t>(section.from)];
-        section.to = pointPlaces[static_cast<std::size_t>(section.to)];
-        item.setSection(section, item.getHand());
-    }
-    levelling::Network newHead = head;
-    for (levelling::ObservedHeights& group : newHead.observedHeights) {
-        for (int& point : group.points)
-            point = pointPlaces[static_cast<std::size_t>(point)];
-    }
-    NetworkItems items =
-        NetworkItems::make(std::move(newHead), std::move(points), std::move(sections), nextId, fieldBook);
-    items.deletedSections = deletedSections;
-    const auto isImported = [](const auto& placed) { return !placed.item->isAddedByHand(); };
-    if (isForward) {
-        for (const auto& placed : change.removedSections) {
-            if (isImported(placed))
-                items.deletedSections.push_back(makeDeleted(*placed.item));
-        }
+    if (removedPoints.empty() && addedPoints.empty()) {
+        items.points.reset();
     } else {
-        const auto count =
-            std::count_if(change.removedSections.begin(), change.removedSections.end(), isImported);
-        items.deletedSections.resize(items.deletedSections.size() - static_cast<std::size_t>(count));
+        for (auto& point : compose(getPoints(), removedPoints, addedPoints, pointPlaces))
+            items.points->addItem(std::move(point));
+        for (levelling::ObservedHeights& group : items.head.observedHeights)
+            renumber(group.points, pointPlaces);
     }
+    std::vector<int> sectionPlaces;
+    auto sections = compose(getSections(), isForward ? change.removedSections : change.addedSections,
+                            isForward ? change.addedSections : change.removedSections, sectionPlaces);
+    // Those that stay name their ends by the places before.
+    if (!pointPlaces.empty())
+        renumberEnds(sections, sectionPlaces, pointPlaces);
+    for (auto& section : sections)
+        items.sections->addItem(std::move(section));
+    items.deletedSections = deletedSections;
+    updateDeleted(items.deletedSections, change, isForward);
     // No protocols go with it.
     clearedTypes.clear();
     putItems(items);
@@ -275,7 +303,7 @@ std::vector<HandChange> Document::getHandChanges() const
 
 bool Document::areResultsOutdated() const
 {
-    return states.results != states.current.network && hasResults();
+    return toldOutdated.count(kResults) != 0;
 }
 
 bool Document::isProtocolOutdated(int protocolType) const
@@ -306,11 +334,10 @@ void Document::setState(const DocumentState& state)
 
 void Document::tellOutdated()
 {
-    constexpr int results = 0;
     const std::vector<int> types = getOutdatedTypes();
     std::set<int> outdated(types.begin(), types.end());
-    if (areResultsOutdated())
-        outdated.insert(results);
+    if (states.results != states.current.network && hasResults())
+        outdated.insert(kResults);
     if (outdated == toldOutdated)
         return;
     toldOutdated = outdated;

@@ -3,6 +3,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "levelling/TemplateReader.h"
 
 #include <QSet>
 
@@ -156,7 +157,10 @@ NetworkChange addSection(Document& document, const NewSection& added)
     section.distance = added.distance;
     section.stations = added.stations;
     section.stdev = added.sigma;
-    section.sigma = added.sigma;
+    section.sigma =
+        added.sigma.value_or(document.getParameters().sigmaApriori *
+                             std::sqrt(added.distance.value_or(added.stations.value_or(1) *
+                                                               levelling::TemplateReader::kStationLength)));
     const std::vector<LevellingSection*> sections = document.getSections();
     QSet<QString> names;
     for (const LevellingSection* item : sections) {

@@ -75,7 +75,7 @@ struct NewSection
     double difference = 0.0;        ///< m
     std::optional<double> distance; ///< km
     std::optional<int> stations;
-    double sigma = 0.0; ///< mm
+    std::optional<double> sigma; ///< mm; if nobody has told it, it follows from the length or the stations
 };
 
 /// Switches the sections among the items off, for that reason.

@@ -51,7 +51,7 @@ struct NetworkItems
     /// The name of a section between points of these names that is none of the taken ones.
     static QString makeSectionName(const QString& from, const QString& to, const QSet<QString>& taken);
 
-    std::unique_ptr<CItemTree> points;
+    std::unique_ptr<CItemTree> points; ///< null if the points of a document are to stay
     std::unique_ptr<tervo::CItemManager> sections;
     levelling::Network head; ///< what the network has besides points and sections
     std::shared_ptr<const tacheometry::FieldBook> fieldBook;

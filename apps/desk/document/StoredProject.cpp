@@ -2,6 +2,7 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/FieldBookArchive.h"
+#include "apps/desk/document/HandArchive.h"
 #include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
 #include "levelling/GkfReader.h"
@@ -164,6 +165,7 @@ QByteArray writeContent(const StoredProject& project)
     writeAddition(archive, content);
     writeFieldData(archive, content);
     ToleranceRules(content.toleranceRules).serialize(archive);
+    handarchive::save(archive, content);
     return buffer.data();
 }
 
@@ -184,8 +186,10 @@ StoredProject readContent(QByteArray bytes, quint32 version)
         readAddition(archive, project.content);
     if (version > 2)
         readFieldData(archive, project.content);
-    if (version > 3)
+    if (version > 3) {
         project.content.toleranceRules.serialize(archive);
+        handarchive::load(archive, project.content);
+    }
     return project;
 }
 

@@ -15,6 +15,8 @@
 #include <QMenuBar>
 #include <QToolBar>
 
+#include <algorithm>
+
 namespace orvel::desk {
 
 namespace {
@@ -38,6 +40,7 @@ Glyph getGlyph(int protocolType)
 DeskActions::DeskActions(QMainWindow& owner, const SurveyRules& rules) : QObject(&owner), window(owner)
 {
     createFileMenu();
+    createEditMenu();
     createRunMenu();
     createClassMenu(runMenu, rules);
     createProtocolMenu();
@@ -51,6 +54,28 @@ void DeskActions::update(const Situation& situation)
 {
     for (const auto& [action, need] : needs)
         action->setEnabled(isMet(need, situation));
+    const auto name = [](QAction* action, const QString& plain, const QString& what) {
+        action->setText(what.isEmpty()
+                            ? plain
+                            : QStringLiteral("%1: %2").arg(
+                                  plain, QString(what).replace(QLatin1Char('&'), QLatin1String("&&"))));
+    };
+    name(actions[Command::Undo], Desk::tr("&Отменить"), situation.undoText);
+    name(actions[Command::Redo], Desk::tr("&Вернуть"), situation.redoText);
+    for (const auto& [type, action] : protocolActions) {
+        const auto& outdated = situation.outdatedTypes;
+        const bool isOutdated = std::find(outdated.begin(), outdated.end(), type) != outdated.end();
+        action->setText(isOutdated ? Desk::tr("%1 (устарел)").arg(getTypeText(type)) : getTypeText(type));
+    }
+}
+
+std::vector<QAction*> DeskActions::getItemActions() const
+{
+    std::vector<QAction*> list;
+    for (const Command command : {Command::EditValue, Command::SwitchSections, Command::SetSigma,
+                                  Command::HoldPoints, Command::FreePoints, Command::DeleteSections})
+        list.push_back(actions.at(command));
+    return list;
 }
 
 void DeskActions::addToProtocolMenu(QAction* action)
@@ -85,6 +110,12 @@ bool DeskActions::isMet(Need need, const Situation& situation)
         return situation.hasResults;
     case Need::Item:
         return situation.hasCurrentItem;
+    case Need::Outdated:
+        return !situation.outdatedTypes.empty();
+    case Need::Undo:
+        return !situation.undoText.isEmpty();
+    case Need::Redo:
+        return !situation.redoText.isEmpty();
     default:
         return true;
     }
@@ -120,6 +151,35 @@ void DeskActions::createFileMenu()
         QKeySequence(QStringLiteral("Ctrl+Q")));
 }
 
+void DeskActions::createEditMenu()
+{
+    QMenu* menu = window.menuBar()->addMenu(Desk::tr("&Правка"));
+    add(menu, Command::Undo, Need::Undo, Desk::tr("&Отменить"), QIcon(),
+        QKeySequence(QStringLiteral("Ctrl+Z")));
+    add(menu, Command::Redo, Need::Redo, Desk::tr("&Вернуть"), QIcon(),
+        QKeySequence(QStringLiteral("Ctrl+Shift+Z")))
+        ->setShortcuts(
+            {QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))});
+    menu->addSeparator();
+    add(menu, Command::EditValue, Need::Item, Desk::tr("&Изменить значение"), QIcon(),
+        QKeySequence(QStringLiteral("F2")))
+        ->setStatusTip(
+            Desk::tr("Превышение, длина и СКО секции, отметка исходного репера — прямо в таблице"));
+    add(menu, Command::SwitchSections, Need::Item, Desk::tr("О&тключить или включить измерения"), QIcon(),
+        QKeySequence(QStringLiteral("F4")))
+        ->setStatusTip(Desk::tr("Отключённые секции остаются в проекте, но обработки о них не знают"));
+    add(menu, Command::SetSigma, Need::Item, Desk::tr("&СКО выделенных измерений…"), QIcon(), QKeySequence());
+    menu->addSeparator();
+    add(menu, Command::HoldPoints, Need::Item, Desk::tr("Сделать исходным &репером…"), QIcon(),
+        QKeySequence());
+    add(menu, Command::FreePoints, Need::Item, Desk::tr("Осво&бодить репер"), QIcon(), QKeySequence());
+    menu->addSeparator();
+    add(menu, Command::AddSection, Need::Idle, Desk::tr("&Добавить измерение…"), QIcon(),
+        QKeySequence(QStringLiteral("Ins")));
+    add(menu, Command::DeleteSections, Need::Item, Desk::tr("&Удалить измерения"), QIcon(),
+        QKeySequence::Delete);
+}
+
 void DeskActions::createRunMenu()
 {
     runMenu = window.menuBar()->addMenu(Desk::tr("&Обработка"));
@@ -132,6 +192,10 @@ void DeskActions::createRunMenu()
         runActions[kind.protocolType] = action;
         needs.emplace_back(action, Need::Network);
     }
+    runMenu->addSeparator();
+    add(runMenu, Command::RunAgain, Need::Outdated, Desk::tr("В&ыполнить устаревшие снова"), QIcon(),
+        QKeySequence(QStringLiteral("Ctrl+R")))
+        ->setStatusTip(Desk::tr("Обработки, после которых сеть или класс изменены, одна за другой"));
     runMenu->addSeparator();
 }
 
@@ -165,6 +229,7 @@ void DeskActions::createProtocolMenu()
         QAction* action = protocolMenu->addAction(makeIcon(Glyph::Protocol), getTypeText(type));
         action->setShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(getTypeDigit(type))));
         connect(action, &QAction::triggered, this, [this, type] { Q_EMIT protocolRequested(type); });
+        protocolActions[type] = action;
         needs.emplace_back(action, Need::Idle);
     }
     protocolMenu->addSeparator();

@@ -32,6 +32,16 @@ public:
         Print,
         Quit,
         EditTolerances,
+        Undo,
+        Redo,
+        EditValue,
+        SwitchSections,
+        SetSigma,
+        HoldPoints,
+        FreePoints,
+        AddSection,
+        DeleteSections,
+        RunAgain,
         ShowMonitor,
         ShowItemProtocol,
         NextProblem,
@@ -47,6 +57,10 @@ public:
         bool hasNetwork = false;
         bool hasResults = false;
         bool hasCurrentItem = false;
+        // What can be undone and made again; empty for nothing.
+        QString undoText;
+        QString redoText;
+        std::vector<int> outdatedTypes = {}; ///< of protocols
     };
 
     /// Adds the menus and the tool bar to the window, which owns the object.
@@ -57,6 +71,8 @@ public:
     /// Marks the class, and names the limits of all.
     void showRules(const SurveyRules& rules);
     QAction* getAction(Command command) const { return actions.at(command); }
+    /// What can be done with the selected items, for other menus.
+    std::vector<QAction*> getItemActions() const;
     /// Adds a further entry to the menu of the protocols.
     void addToProtocolMenu(QAction* action);
     /// Adds an entry that shows a panel to the menu of the panels.
@@ -72,10 +88,11 @@ Q_SIGNALS:
 
 private:
     /// What a command needs. All but the first need that no run works.
-    enum class Need { Nothing, Idle, Network, Results, Item };
+    enum class Need { Nothing, Idle, Network, Results, Item, Outdated, Undo, Redo };
 
     static bool isMet(Need need, const Situation& situation);
     void createFileMenu();
+    void createEditMenu();
     void createRunMenu();
     void createClassMenu(QMenu* menu, const SurveyRules& rules);
     void createProtocolMenu();
@@ -88,7 +105,8 @@ private:
 
     QMainWindow& window;
     std::map<Command, QAction*> actions;
-    std::map<int, QAction*> runActions; // by protocol type
+    std::map<int, QAction*> runActions;      // by protocol type
+    std::map<int, QAction*> protocolActions; // by protocol type
     std::map<LevellingClass, QAction*> classActions;
     std::vector<std::pair<QAction*, Need>> needs;
     QMenu* runMenu = nullptr;

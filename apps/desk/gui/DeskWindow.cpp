@@ -8,6 +8,8 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
+#include "apps/desk/edit/ItemEditor.h"
+#include "apps/desk/edit/OutdatedBar.h"
 #include "apps/desk/gui/AboutBox.h"
 #include "apps/desk/gui/DeskNavigation.h"
 #include "apps/desk/gui/FileDialogs.h"
@@ -55,6 +57,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
+#include <QUndoStack>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -119,6 +122,8 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     connect(document, &Document::modifiedChanged, this, &QWidget::setWindowModified);
     connect(document, &Document::originChanged, this, &DeskWindow::updateTitle);
     connect(document, &Document::networkReplaced, this, &DeskWindow::updateActions);
+    connect(document, &Document::outdatedChanged, this, &DeskWindow::showOutdated);
+    connect(&document->getUndoStack(), &QUndoStack::indexChanged, this, &DeskWindow::updateActions);
     connect(document, &Document::resultsChanged, this, &DeskWindow::updateActions);
     connect(document, &Document::summaryChanged, this, [this] {
         pages.clear();
@@ -355,6 +360,10 @@ bool DeskWindow::mayLoseChanges()
 
 void DeskWindow::showProtocol(int protocolType)
 {
+    if (document->isProtocolOutdated(protocolType)) {
+        openPage(protocolType, QString());
+        return;
+    }
     const QString page = pages[protocolType];
     if (QFileInfo::exists(page)) {
         QDesktopServices::openUrl(QUrl::fromLocalFile(page));
@@ -398,8 +407,14 @@ bool DeskWindow::checkProtocol(std::optional<int> finishedRun)
 
 void DeskWindow::showLine(int protocolType, const QString& text)
 {
-    if (isRunWorking())
-        return;
+    if (!isRunWorking())
+        openPage(protocolType, text);
+}
+
+/// Opens the page of a protocol at the line with that text, or at its beginning, and has it say whether it is
+/// out of date.
+void DeskWindow::openPage(int protocolType, const QString& lineText)
+{
     const QString page =
         QDir(Application::getTempFolder()).filePath(QStringLiteral("lines_%1.html").arg(protocolType));
     ExceptionCatcher catcher;
@@ -414,7 +429,9 @@ void DeskWindow::showLine(int protocolType, const QString& text)
                 return;
             pages[protocolType] = page;
         }
-        QDesktopServices::openUrl(QUrl::fromLocalFile(linepage::write(pages[protocolType], text)));
+        const QString opened =
+            linepage::write(pages[protocolType], lineText, document->isProtocolOutdated(protocolType));
+        QDesktopServices::openUrl(QUrl::fromLocalFile(opened));
     });
 }
 
@@ -489,12 +506,19 @@ QWidget* DeskWindow::createCentralWidget()
     messageBar = new MessageBar(central);
     table = new ItemTable(*document, this, central);
     filterBar = new ItemFilterBar(*table, central);
+    itemEditor = new ItemEditor(*document, *table, this);
+    outdatedBar = new OutdatedBar(*document, central);
+    connect(itemEditor, &ItemEditor::refused, messageBar, &MessageBar::showMessage);
+    connect(table, &ItemTable::editRefused, messageBar, &MessageBar::showMessage);
+    connect(outdatedBar, &OutdatedBar::runRequested, this, &DeskWindow::runAgain);
     connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateStatus);
     connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
     connect(table, &ItemTable::copied, this, [this](int rowCount) {
         statusBar()->showMessage(Desk::tr("Скопировано строк: %1").arg(QString::number(rowCount)), 5000);
     });
     table->addItemAction(actions->getAction(DeskActions::Command::ShowItemProtocol));
+    for (QAction* action : actions->getItemActions())
+        table->addItemAction(action);
     table->setPageShower([this](const std::function<void()>& show) { showPage(show); });
 
     auto* findAction = new QAction(this);
@@ -505,6 +529,7 @@ QWidget* DeskWindow::createCentralWidget()
     auto* layout = new QVBoxLayout(central);
     layout->addWidget(messageBar);
     layout->addWidget(filterBar);
+    layout->addWidget(outdatedBar);
     layout->addWidget(table, 1);
     return central;
 }
@@ -659,7 +684,72 @@ void DeskWindow::perform(DeskActions::Command command)
     case Command::ShowAbout:
         showAboutBox(this);
         break;
+    case Command::RunAgain:
+        runAgain();
+        break;
+    default:
+        performEdit(command);
     }
+}
+
+void DeskWindow::performEdit(DeskActions::Command command)
+{
+    using Command = DeskActions::Command;
+    switch (command) {
+    case Command::Undo:
+        document->getUndoStack().undo();
+        break;
+    case Command::Redo:
+        document->getUndoStack().redo();
+        break;
+    case Command::EditValue:
+        table->editCurrentValue();
+        break;
+    case Command::SwitchSections:
+        itemEditor->switchSections();
+        break;
+    case Command::SetSigma:
+        itemEditor->setSigma();
+        break;
+    case Command::HoldPoints:
+        itemEditor->holdPoints();
+        break;
+    case Command::FreePoints:
+        itemEditor->freePoints();
+        break;
+    case Command::AddSection:
+        itemEditor->addSection();
+        break;
+    case Command::DeleteSections:
+        itemEditor->deleteSections();
+        break;
+    default:
+        break;
+    }
+}
+
+/// Runs what has run with another state of the network, one after the other.
+void DeskWindow::runAgain()
+{
+    if (isRunWorking())
+        return;
+    typesToRun = document->getOutdatedTypes();
+    runNext();
+}
+
+void DeskWindow::runNext()
+{
+    if (typesToRun.empty())
+        return;
+    const int type = typesToRun.front();
+    typesToRun.erase(typesToRun.begin());
+    start(runs::make(type, *document));
+}
+
+void DeskWindow::showOutdated()
+{
+    protocols->setOutdated(document->getOutdatedTypes());
+    updateActions();
 }
 
 void DeskWindow::goToProblem(bool isForward)
@@ -712,6 +802,7 @@ void DeskWindow::start(const DeskRun& run)
 {
     if (isRunWorking() || !checkProtocol())
         return;
+    document->refuseEdits(true);
     getMonitor().startRun(run);
     monitorDisplay->beginRun();
     updateTitle();
@@ -729,12 +820,18 @@ void DeskWindow::finishRun()
     else
         checkProtocol(monitor->getRun().protocolType);
     protocols->choose(monitor->getRun().protocolType);
+    document->refuseEdits(false);
     updateActions();
     endDisplay();
     const QStringList tables = std::exchange(tablesToImport, QStringList());
     if (closeAfterRun) {
         closeAfterRun = false;
+        typesToRun.clear();
         close();
+    } else if (monitor->wasInterrupted()) {
+        typesToRun.clear();
+    } else if (!typesToRun.empty()) {
+        QMetaObject::invokeMethod(this, &DeskWindow::runNext, Qt::QueuedConnection);
     } else if (!tables.isEmpty() && !monitor->wasInterrupted() &&
                monitor->getRun().failure->kind == RunFailure::Kind::None) {
         showTemplateWizard(tables);
@@ -768,7 +865,10 @@ void DeskWindow::updateTitle()
 void DeskWindow::updateActions()
 {
     const bool isIdle = !isRunWorking();
-    actions->update({!isIdle, !document->isEmpty(), document->hasResults(), table->getCurrentItem() != 0});
+    const QUndoStack& stack = document->getUndoStack();
+    actions->update({!isIdle, !document->isEmpty(), document->hasResults(), table->getCurrentItem() != 0,
+                     stack.undoText(), stack.redoText(), document->getOutdatedTypes()});
+    outdatedBar->setRunPossible(isIdle);
     protocols->setEnabled(isIdle);
     table->setProtocolsAvailable(isIdle);
     updateStatus();

@@ -18,11 +18,13 @@ namespace orvel::desk {
 
 class DeskPrinting;
 class Document;
+class ItemEditor;
 class ItemFilterBar;
 class FileDrops;
 class ItemTable;
 class MessageBar;
 class MonitorDisplay;
+class OutdatedBar;
 class ProtocolList;
 class ProtocolPanel;
 
@@ -99,6 +101,10 @@ private:
     void saveLayout() const;
 
     void perform(DeskActions::Command command);
+    void performEdit(DeskActions::Command command);
+    void runAgain();
+    void runNext();
+    void showOutdated();
     bool chooseAndSave();
     void showCurrentItemProtocol();
     void goToProblem(bool isForward);
@@ -107,6 +113,7 @@ private:
     void openFiles(const QStringList& paths);
 
     void start(const DeskRun& run);
+    void openPage(int protocolType, const QString& lineText);
     void finishRun();
     void endDisplay();
     void startImport(DeskRun run);
@@ -128,6 +135,7 @@ private:
     bool closeAfterRun = false;
     bool readsFiles = false;      ///< to see whether there is something to import
     QStringList tablesToImport;   // behind the run at work
+    std::vector<int> typesToRun;  // behind it, one after the other
     std::map<int, QString> pages; ///< made of the lines as they are, by protocol type
 
     UriFollower uriFollower;
@@ -136,6 +144,8 @@ private:
     MessageBar* messageBar = nullptr;
     ItemFilterBar* filterBar = nullptr;
     ItemTable* table = nullptr;
+    ItemEditor* itemEditor = nullptr;
+    OutdatedBar* outdatedBar = nullptr;
     ProtocolList* protocols = nullptr;
     QDockWidget* protocolDock = nullptr;
     ProtocolPanel* protocolPanel = nullptr;

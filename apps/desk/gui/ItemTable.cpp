@@ -51,7 +51,7 @@ ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidg
     setItemDelegateForColumn(itemcolumns::Report, new ReportColumnDelegate(projectWindow, this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
-    setEditTriggers(NoEditTriggers);
+    setEditTriggers(DoubleClicked | EditKeyPressed);
     setAlternatingRowColors(true);
     setTabKeyNavigation(false);
     setWordWrap(false);
@@ -67,6 +67,8 @@ ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidg
     connect(&document, &Document::networkReplaced, this, &ItemTable::fitNames);
     connect(&document, &Document::resultsChanged, this, &ItemTable::showCoordinates);
     connect(this, &QTableView::clicked, this, &ItemTable::showProtocol);
+    connect(pointModel, &PointTableModel::editRefused, this, &ItemTable::editRefused);
+    connect(sectionModel, &SectionTableModel::editRefused, this, &ItemTable::editRefused);
     slowTimer->setSingleShot(true);
     slowTimer->setInterval(kSlowMs);
     connect(slowTimer, &QTimer::timeout, this, [this] { setSlow(true); });
@@ -98,6 +100,20 @@ std::vector<LONGID> ItemTable::getSelectedItems() const
 void ItemTable::copySelected()
 {
     copy->start();
+}
+
+void ItemTable::editCurrentValue()
+{
+    const auto isValue = [](const QModelIndex& index) {
+        return index.column() != itemcolumns::Report && (index.flags() & Qt::ItemIsEditable) != 0;
+    };
+    QModelIndex index = currentIndex();
+    for (int column = 0; column < itemcolumns::kCount && !isValue(index); ++column)
+        index = currentIndex().siblingAtColumn(column);
+    if (!isValue(index) || state() == EditingState)
+        return;
+    setCurrentIndex(index);
+    edit(index);
 }
 
 bool ItemTable::selectItem(LONGID id, Focus focus)
@@ -165,6 +181,13 @@ void ItemTable::setEmptyText(const QString& text)
 void ItemTable::showCoordinates()
 {
     columns->setHasCoordinates(document.hasCoordinates());
+}
+
+bool ItemTable::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
+{
+    // The report column has no value: what is done there shows a page, and is asked for apart.
+    const bool isPage = index.column() == itemcolumns::Report && trigger != AllEditTriggers;
+    return !isPage && QTableView::edit(index, trigger, event);
 }
 
 void ItemTable::keyPressEvent(QKeyEvent* event)

@@ -26,6 +26,8 @@ class ItemTable : public QTableView
     Q_OBJECT
 
 public:
+    using QTableView::edit;
+
     /// The document outlives the table.
     ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidget* parent = nullptr);
 
@@ -35,6 +37,9 @@ public:
     LONGID getCurrentItem() const;
     /// The items of the selected rows, from top to bottom.
     std::vector<LONGID> getSelectedItems() const;
+    /// Opens the editor of the current cell; if that has no value to be changed, of the one in its row that
+    /// has.
+    void editCurrentValue();
     /// Whether the keyboard goes to the table with a selection.
     enum class Focus { Comes, Stays };
     /// Selects the row of an item and brings it into sight, as soon as rows that were asked for are in place.
@@ -63,10 +68,13 @@ Q_SIGNALS:
     /// So many rows are on the clipboard.
     void copied(int rowCount);
     void escapePressed();
+    /// A value that was typed was not taken; tells why, in a sentence of plain text.
+    void editRefused(const QString& reason);
     /// Other rows are shown, or the waiting for them has become long or is over.
     void rowsChanged();
 
 protected:
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;

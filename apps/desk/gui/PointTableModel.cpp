@@ -2,6 +2,8 @@
 
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/edit/CellEdit.h"
+#include "apps/desk/edit/CellLook.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemLook.h"
 #include "apps/desk/runs/NumberTexts.h"
@@ -38,6 +40,7 @@ PointTableModel::PointTableModel(Document& openDocument, QObject* parent)
             Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, itemcolumns::Report),
                                {Qt::DisplayRole, Qt::ToolTipRole});
     });
+    connect(&document, &Document::outdatedChanged, this, &PointTableModel::showResults);
 }
 
 // The base class would count all rows for this.
@@ -56,8 +59,13 @@ QVariant PointTableModel::data(const QModelIndex& index, int role) const
     const CModelElement* item = getItem(index);
     if (role == itemcolumns::ItemIdRole || !item)
         return CProjectItemModel::data(index, role);
+    if (role == Qt::EditRole)
+        return celledits::getText(getPoint(index), index.column());
     if (role == itemcolumns::TraitsRole)
         return int(itemcolumns::PointTrait);
+    const QVariant look = celllook::present(role, false, isOutdated(index));
+    if (look.isValid())
+        return look;
     if (itemlook::isAsked(index.column(), role))
         return itemlook::present(item->getName(), document.getSummary().findWorst(item->getId()), role);
     return itemcolumns::present(index.column(), getValue(index), NumberFormat(document.getToleranceRules()),
@@ -74,12 +82,40 @@ QVariant PointTableModel::headerData(int section, Qt::Orientation orientation, i
 Qt::ItemFlags PointTableModel::flags(const QModelIndex& index) const
 {
     const Qt::ItemFlags itemFlags = CProjectItemModel::flags(index);
-    return index.isValid() ? itemFlags | Qt::ItemNeverHasChildren : itemFlags;
+    if (!getItem(index))
+        return itemFlags;
+    const bool isEditable = celledits::isEditable(document, getPoint(index), index.column());
+    return itemFlags | Qt::ItemNeverHasChildren | (isEditable ? Qt::ItemIsEditable : Qt::NoItemFlags);
+}
+
+bool PointTableModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    if (role != Qt::EditRole || !getItem(index) ||
+        !celledits::isEditable(document, getPoint(index), index.column()))
+        return false;
+    const celledits::Outcome outcome =
+        celledits::edit(document, getPoint(index), index.column(), value.toString());
+    if (!outcome.isTaken)
+        Q_EMIT editRefused(outcome.problem);
+    return outcome.isTaken;
+}
+
+/// Whether a result stands in the cell that belongs to another state of the network.
+bool PointTableModel::isOutdated(const QModelIndex& index) const
+{
+    const bool isResult = index.column() == itemcolumns::Height || index.column() == itemcolumns::Sigma;
+    return isResult && document.areResultsOutdated() && getPoint(index).getResult() &&
+           !getPoint(index).getPoint().fixed;
+}
+
+const LevellingPoint& PointTableModel::getPoint(const QModelIndex& index) const
+{
+    return static_cast<const LevellingPoint&>(*getItem(index));
 }
 
 QVariant PointTableModel::getValue(const QModelIndex& index) const
 {
-    const auto& point = static_cast<const LevellingPoint&>(*getItem(index));
+    const LevellingPoint& point = getPoint(index);
     const bool isFixed = point.getPoint().fixed;
     const auto& result = point.getResult();
     switch (index.column()) {
@@ -100,7 +136,7 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
     case itemcolumns::Lines:
         return document.getSummary().linesOfItem.value(point.getId());
     case itemcolumns::Source:
-        return itemcolumns::toVariant(document.getSnapshot().network.sources.value(point.getPoint().source));
+        return itemcolumns::toVariant(document.getSources().value(point.getPoint().source));
     case itemcolumns::SourceLine:
         return point.getPoint().line > 0 ? QVariant(point.getPoint().line) : QVariant();
     case itemcolumns::Report:
@@ -108,6 +144,12 @@ QVariant PointTableModel::getValue(const QModelIndex& index) const
     default:
         return QVariant();
     }
+}
+
+void PointTableModel::showResults()
+{
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, itemcolumns::Height), index(rowCount() - 1, itemcolumns::Sigma));
 }
 
 void PointTableModel::showProtocols()

@@ -6,6 +6,7 @@
 namespace orvel::desk {
 
 class Document;
+class LevellingPoint;
 
 /// The points of the project, in the columns of the item table.
 class PointTableModel : public CProjectItemModel
@@ -22,10 +23,19 @@ public:
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// Takes the text of an editor.
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+
+Q_SIGNALS:
+    /// A value was not taken; tells why, in a sentence of plain text.
+    void editRefused(const QString& reason);
 
 private:
+    const LevellingPoint& getPoint(const QModelIndex& index) const;
+    bool isOutdated(const QModelIndex& index) const;
     QVariant getValue(const QModelIndex& index) const;
     void showProtocols();
+    void showResults();
 
     Document& document;
     // Of all points, who share them.

@@ -4,6 +4,8 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/edit/CellEdit.h"
+#include "apps/desk/edit/CellLook.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemLook.h"
 #include "apps/desk/runs/NumberTexts.h"
@@ -12,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <unordered_set>
 
 namespace orvel::desk {
@@ -23,8 +26,7 @@ SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     , typeText(getTypeText(kSectionItemType))
     , offText(Desk::tr("%1, отключена").arg(typeText))
 {
-    connect(&document, &Document::networkAboutToBeReplaced, this, [this] { setSections({}); });
-    connect(&document, &Document::networkReplaced, this, [this] { setSections(document.getSections()); });
+    connect(&document, &Document::networkReplaced, this, &SectionTableModel::takeSections);
     connect(&document, &Document::itemsEdited, this, &SectionTableModel::showEdited);
     connect(&document, &Document::surveyRulesChanged, this, [this] {
         showColumns(0, itemcolumns::Report, {Qt::DisplayRole, Qt::ToolTipRole});
@@ -32,6 +34,8 @@ SectionTableModel::SectionTableModel(Document& openDocument, QObject* parent)
     connect(&document, &Document::resultsChanged, this,
             [this] { showColumns(itemcolumns::Residual, itemcolumns::Redundancy); });
     connect(&document, &Document::summaryChanged, this, &SectionTableModel::showProtocols);
+    connect(&document, &Document::outdatedChanged, this,
+            [this] { showColumns(itemcolumns::Residual, itemcolumns::Redundancy); });
 }
 
 const LevellingSection* SectionTableModel::getSection(const QModelIndex& index) const
@@ -65,6 +69,13 @@ QVariant SectionTableModel::data(const QModelIndex& index, int role) const
         return QVariant();
     if (role == itemcolumns::ItemIdRole)
         return section->getId();
+    if (role == Qt::EditRole)
+        return celledits::getText(*section, index.column());
+    const bool isOutdated = index.column() >= itemcolumns::Residual &&
+                            index.column() <= itemcolumns::Redundancy && document.areResultsOutdated();
+    const QVariant look = celllook::present(role, section->isOff(), isOutdated);
+    if (look.isValid())
+        return look;
     if (role == itemcolumns::TraitsRole)
         return getTraits(*section);
     if (section->isOff() && role == Qt::ForegroundRole)
@@ -89,7 +100,9 @@ Qt::ItemFlags SectionTableModel::flags(const QModelIndex& index) const
     Qt::ItemFlags itemFlags = QAbstractTableModel::flags(index);
     if (index.isValid())
         itemFlags |= Qt::ItemNeverHasChildren;
-    if (index.isValid() && index.column() == itemcolumns::Report)
+    const LevellingSection* section = getSection(index);
+    if (section &&
+        (index.column() == itemcolumns::Report || celledits::isEditable(document, *section, index.column())))
         itemFlags |= Qt::ItemIsEditable;
     return itemFlags;
 }
@@ -99,6 +112,17 @@ int SectionTableModel::getTraits(const LevellingSection& section) const
     const bool isOverLimit = document.getSummary().findWorst(section.getId()) == COVMessage::Error;
     return itemcolumns::SectionTrait | (isOverLimit ? itemcolumns::OverLimitTrait : 0) |
            (section.isOff() ? itemcolumns::OffTrait : 0);
+}
+
+bool SectionTableModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    const LevellingSection* section = getSection(index);
+    if (role != Qt::EditRole || !section || !celledits::isEditable(document, *section, index.column()))
+        return false;
+    const celledits::Outcome outcome = celledits::edit(document, *section, index.column(), value.toString());
+    if (!outcome.isTaken)
+        Q_EMIT editRefused(outcome.problem);
+    return outcome.isTaken;
 }
 
 QVariant SectionTableModel::getValue(const LevellingSection& section, int column) const
@@ -130,7 +154,7 @@ QVariant SectionTableModel::getValue(const LevellingSection& section, int column
     case itemcolumns::Lines:
         return document.getSummary().linesOfItem.value(section.getId());
     case itemcolumns::Source:
-        return itemcolumns::toVariant(document.getSnapshot().network.sources.value(measured.source));
+        return itemcolumns::toVariant(document.getSources().value(measured.source));
     case itemcolumns::SourceLine:
         return measured.line > 0 ? QVariant(measured.line) : QVariant();
     case itemcolumns::Date:
@@ -149,6 +173,39 @@ void SectionTableModel::setSections(const std::vector<LevellingSection*>& networ
     beginResetModel();
     sections = networkSections;
     endResetModel();
+}
+
+/// Takes the sections that the document has now. Where few rows came or went the others stay, with whatever
+/// views know of them; the sections from before still live.
+void SectionTableModel::takeSections()
+{
+    constexpr int mostRows = 1000;
+    const std::vector<LevellingSection*> taken = document.getSections();
+    const auto isSame = [](const LevellingSection* a, const LevellingSection* b) {
+        return a->getId() == b->getId();
+    };
+    const auto front = std::mismatch(sections.begin(), sections.end(), taken.begin(), taken.end(), isSame);
+    const auto first = front.first - sections.begin();
+    const auto back = std::mismatch(sections.rbegin(), std::make_reverse_iterator(front.first),
+                                    taken.rbegin(), std::make_reverse_iterator(front.second), isSame);
+    const auto removed = back.first.base() - front.first;
+    const auto added = back.second.base() - front.second;
+    if (removed > mostRows || added > mostRows) {
+        setSections(taken);
+        return;
+    }
+    const auto row = static_cast<int>(first);
+    if (removed > 0) {
+        beginRemoveRows({}, row, row + static_cast<int>(removed) - 1);
+        sections.assign(taken.begin(), front.second);
+        sections.insert(sections.end(), back.second.base(), taken.end());
+        endRemoveRows();
+    }
+    if (added > 0)
+        beginInsertRows({}, row, row + static_cast<int>(added) - 1);
+    sections = taken;
+    if (added > 0)
+        endInsertRows();
 }
 
 void SectionTableModel::showColumns(int first, int last, const QVector<int>& roles)

@@ -30,11 +30,18 @@ public:
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// Takes the text of an editor.
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+
+Q_SIGNALS:
+    /// A value was not taken; tells why, in a sentence of plain text.
+    void editRefused(const QString& reason);
 
 private:
     int getTraits(const LevellingSection& section) const;
     QVariant getValue(const LevellingSection& section, int column) const;
     void setSections(const std::vector<LevellingSection*>& networkSections);
+    void takeSections();
     void showEdited(const std::vector<LONGID>& ids);
     void showProtocols();
     void showColumns(int first, int last, const QVector<int>& roles = {});

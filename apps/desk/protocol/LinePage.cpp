@@ -7,11 +7,14 @@
 
 namespace orvel::desk::linepage {
 
-QString write(const QString& page, const QString& text)
+QString write(const QString& page, const QString& text, bool isOutdated)
 {
     const QFileInfo file(page);
-    const QByteArray address =
-        QUrl::toPercentEncoding(file.fileName()) + "#find=" + QUrl::toPercentEncoding(text);
+    QByteArray address = QUrl::toPercentEncoding(file.fileName()) + '#';
+    if (isOutdated)
+        address += "outdated";
+    if (!text.isEmpty())
+        address += (isOutdated ? "&find=" : "find=") + QUrl::toPercentEncoding(text);
     const QString path =
         file.path() + QLatin1Char('/') + file.completeBaseName() + QStringLiteral("_line.html");
     files::writeAll(

@@ -77,9 +77,31 @@ void ProtocolList::setSummary(const ProtocolSummary& summary)
         for (const auto& [type, counts] : sortByTime(summary))
             addType(type, counts);
     }
+    showOutdated();
     choose(chosen);
     if (!currentItem() && topLevelItemCount() > 0)
         setCurrentItem(topLevelItem(0));
+}
+
+void ProtocolList::setOutdated(const std::vector<int>& types)
+{
+    outdatedTypes = types;
+    showOutdated();
+}
+
+void ProtocolList::showOutdated()
+{
+    for (int i = 0; i < topLevelItemCount(); ++i) {
+        QTreeWidgetItem* item = topLevelItem(i);
+        const int type = item->data(0, kTypeRole).toInt();
+        const bool isOutdated =
+            std::find(outdatedTypes.begin(), outdatedTypes.end(), type) != outdatedTypes.end();
+        item->setText(0, isOutdated ? Desk::tr("%1 (устарел)").arg(getTypeText(type)) : getTypeText(type));
+        item->setToolTip(0,
+                         isOutdated ? Desk::tr("Сеть или класс изменены после этой обработки") : QString());
+        item->setForeground(0, isOutdated ? QBrush(palette().brush(QPalette::Disabled, QPalette::Text))
+                                          : QBrush());
+    }
 }
 
 void ProtocolList::choose(int protocolType)

@@ -4,6 +4,8 @@
 
 #include <QTreeWidget>
 
+#include <vector>
+
 namespace orvel::desk {
 
 /// The latest protocol of every kind of run, with its counts of errors, warnings and messages and when it
@@ -16,6 +18,8 @@ public:
     explicit ProtocolList(QWidget* parent = nullptr);
 
     void setSummary(const ProtocolSummary& summary);
+    /// Marks the protocols of these types as those of another state of the network.
+    void setOutdated(const std::vector<int>& types);
     /// Makes the protocol of that type the current one, if there is one.
     void choose(int protocolType);
 
@@ -27,6 +31,9 @@ Q_SIGNALS:
 
 private:
     void addType(int type, const ProtocolSummary::Counts& counts);
+    void showOutdated();
+
+    std::vector<int> outdatedTypes;
 };
 
 } // namespace orvel::desk

@@ -25,11 +25,12 @@ class AdjustmentReport
 {
 public:
     AdjustmentReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
-                     const SurveyRules& givenRules)
+                     const SurveyRules& givenRules, const std::vector<HandChange>& networkChanges)
         : monitor(runMonitor)
         , network(snapshot.network)
         , rules(givenRules)
         , format(givenRules.tolerances)
+        , handChanges(networkChanges)
         , lines(runMonitor, snapshot)
     {}
 
@@ -42,6 +43,8 @@ public:
         if (const QString level = tolerances::describeOwnLevel(rules.tolerances); !level.isEmpty())
             lines.service(level);
 
+        if (!handChanges.empty())
+            writeHandChanges();
         writeComposition();
         if (adjustment.status == AdjustmentStatus::Ok && lines.isRunning()) {
             writeResults();
@@ -79,6 +82,20 @@ private:
     const PartFit& getFitOfSection(int index) const { return adjustment.getFit(getSection(index).from); }
 
     int getSeries(int section) const { return adjustment.seriesOfSection[static_cast<std::size_t>(section)]; }
+
+    void writeHandChanges()
+    {
+        startStage(Desk::tr("Изменено вручную"));
+        for (const HandChange& change : handChanges) {
+            if (!lines.isRunning())
+                break;
+            const QString name = change.kind == HandChange::Kind::SectionDeleted
+                                     ? RunLines::escape(change.name)
+                                     : lines.item(change.id, change.name);
+            lines.message(handchanges::describe(change, name, RunLines::escape));
+        }
+        finishStage();
+    }
 
     void writeComposition()
     {
@@ -448,6 +465,7 @@ private:
     const levelling::Network& network;
     SurveyRules rules;
     NumberFormat format;
+    const std::vector<HandChange>& handChanges;
     RunLines lines;
     levelling::Adjustment adjustment;
     std::vector<int> orderedSections;
@@ -457,9 +475,10 @@ private:
 } // namespace
 
 std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                                               const SurveyRules& rules)
+                                               const SurveyRules& rules,
+                                               const std::vector<HandChange>& handChanges)
 {
-    return AdjustmentReport(monitor, snapshot, rules).run();
+    return AdjustmentReport(monitor, snapshot, rules, handChanges).run();
 }
 
 QString describeFailure(AdjustmentStatus status)

@@ -2,6 +2,7 @@
 
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/common/TerminationSignals.h"
+#include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
@@ -52,6 +53,33 @@ int getImportType(const std::vector<ImportSource>& sources)
 std::optional<int> getOtherImport(int importType)
 {
     return importType == enums::Import ? enums::ImportTemplate : enums::Import;
+}
+
+/// The sections that are switched off.
+std::vector<HandChange> listOff(const Document& document)
+{
+    std::vector<HandChange> off = document.getHandChanges();
+    off.erase(
+        std::remove_if(off.begin(), off.end(),
+                       [](const HandChange& change) { return change.kind != HandChange::Kind::SectionOff; }),
+        off.end());
+    return off;
+}
+
+/// Tells which sections an exported file goes without.
+void writeOff(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
+              const std::vector<HandChange>& off)
+{
+    if (off.empty())
+        return;
+    RunLines lines(monitor, snapshot);
+    QStringList links;
+    for (std::size_t i = 0; i < std::min(off.size(), RunLines::kListLimit); ++i)
+        links.append(lines.item(off[i].id, off[i].name));
+    if (off.size() > RunLines::kListLimit)
+        links.append(QStringLiteral("…"));
+    lines.message(Desk::tr("Отключённые секции в файл не вошли, их %1: %2")
+                      .arg(QString::number(off.size()), links.join(QStringLiteral(", "))));
 }
 
 /// A run that looks at the network by the project's rules, and changes nothing.
@@ -169,9 +197,11 @@ DeskRun makeAdjust(Document& document)
     DeskRun run;
     run.protocolType = enums::Adjust;
     const auto adjustment = std::make_shared<std::optional<levelling::Adjustment>>();
-    run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(), adjustment,
+    run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(),
+                    handChanges = document.getHandChanges(), adjustment,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
-        *adjustment = runAdjust(monitor, *tolerances::applyLevel(snapshot, rules.tolerances), rules);
+        *adjustment =
+            runAdjust(monitor, *tolerances::applyLevel(snapshot, rules.tolerances), rules, handChanges);
         if (*adjustment)
             *failure = RunFailure::make(RunFailure::Kind::NoResult, describeFailure((*adjustment)->status));
     };
@@ -242,8 +272,9 @@ DeskRun makeNetworkExport(const Document& document, const QString& filePath)
 {
     DeskRun run;
     run.protocolType = enums::Export;
-    run.function = [snapshot = document.shareSnapshot(), filePath,
+    run.function = [snapshot = document.shareSnapshot(), off = listOff(document), filePath,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
+        writeOff(monitor, *snapshot, off);
         *failure =
             RunFailure::make(RunFailure::Kind::Refused, runNetworkExport(monitor, *snapshot, filePath));
     };
@@ -271,6 +302,8 @@ Plan makePlan(const Document& document, std::vector<int>& withoutPlace)
         plan.points.push_back(planned);
     }
     for (const LevellingSection* section : document.getSections()) {
+        if (section->isOff())
+            continue;
         const levelling::Section& measured = section->getSection();
         const int from = placeOfPoint[static_cast<std::size_t>(measured.from)];
         const int to = placeOfPoint[static_cast<std::size_t>(measured.to)];
@@ -286,8 +319,9 @@ DeskRun makePlanExport(const Document& document, const QString& filePath, QByteA
     run.protocolType = enums::Export;
     std::vector<int> withoutPlace;
     const auto plan = std::make_shared<const Plan>(makePlan(document, withoutPlace));
-    run.function = [snapshot = document.shareSnapshot(), plan, withoutPlace, toBytes, filePath,
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
+    run.function = [snapshot = document.shareSnapshot(), off = listOff(document), plan, withoutPlace, toBytes,
+                    filePath, failure = run.failure](qor::IProcessMonitor& monitor) {
+        writeOff(monitor, *snapshot, off);
         *failure =
             RunFailure::make(RunFailure::Kind::Refused,
                              runPlanExport(monitor, *snapshot, *plan, toBytes, withoutPlace, filePath));

@@ -3,6 +3,8 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/ToleranceRules.h"
 
+#include <QLocale>
+
 #include <algorithm>
 #include <cmath>
 
@@ -59,6 +61,12 @@ QString significant(double value, int digits)
 QString shortest(double value)
 {
     return localise(QString::number(value));
+}
+
+QString exact(double value)
+{
+    return localise(QString::number(value, 'f', QLocale::FloatingPointShortest))
+        .replace(QChar(0x2212), QLatin1Char('-'));
 }
 
 QString height(double metres)

@@ -19,6 +19,10 @@ QString significant(double value, int digits);
 /// As few digits as the number has, up to six.
 QString shortest(double value);
 
+/// All digits that tell the number from others, without an exponent; with a hyphen in every language, as it
+/// is typed.
+QString exact(double value);
+
 /// Height or height difference, m.
 QString height(double metres);
 /// Coordinate, m.

@@ -29,6 +29,8 @@ public:
     QString point(int index);
     /// Link to the section with its name.
     QString section(int index);
+    /// Link to an item of the project, whether the network of the run has it or not.
+    QString item(LONGID id, const QString& name) { return link(id, name); }
 
     /// Links to several of them. A long list is cut off and says so.
     QString listPoints(const std::vector<int>& points);

@@ -1,0 +1,221 @@
+#include "apps/desk/edit/ItemEditor.h"
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/edit/CellEdit.h"
+#include "apps/desk/edit/NewSectionDialog.h"
+#include "apps/desk/gui/ItemTable.h"
+
+#include <QInputDialog>
+#include <QSet>
+
+#include <algorithm>
+#include <utility>
+
+namespace orvel::desk {
+
+namespace {
+
+/// The reasons that stand in the project already, to be chosen again.
+QStringList listReasons(const Document& document)
+{
+    QStringList reasons{QString()};
+    for (const HandChange& change : document.getHandChanges()) {
+        if (change.kind == HandChange::Kind::SectionOff && !reasons.contains(change.reason))
+            reasons.append(change.reason);
+    }
+    return reasons;
+}
+
+} // namespace
+
+ItemEditor::ItemEditor(Document& openDocument, ItemTable& itemTable, QWidget* parent)
+    : QObject(parent)
+    , document(openDocument)
+    , table(itemTable)
+    , window(parent)
+{}
+
+std::vector<LONGID> ItemEditor::getSelectedSections() const
+{
+    std::vector<LONGID> ids = table.getSelectedItems();
+    ids.erase(std::remove_if(ids.begin(), ids.end(), [this](LONGID id) { return !document.findSection(id); }),
+              ids.end());
+    return ids;
+}
+
+std::vector<LONGID> ItemEditor::getSelectedPoints() const
+{
+    std::vector<LONGID> ids = table.getSelectedItems();
+    ids.erase(std::remove_if(ids.begin(), ids.end(), [this](LONGID id) { return !document.findPoint(id); }),
+              ids.end());
+    return ids;
+}
+
+bool ItemEditor::ask(QInputDialog& dialog, const QString& title, const QString& label) const
+{
+    dialog.setWindowTitle(title);
+    dialog.setLabelText(label);
+    dialog.setOkButtonText(Desk::tr("Готово"));
+    dialog.setCancelButtonText(Desk::tr("Отмена"));
+    return dialog.exec() == QDialog::Accepted;
+}
+
+void ItemEditor::apply(const QString& text, NetworkChange change)
+{
+    document.applyChange(text, std::move(change));
+}
+
+void ItemEditor::switchSections()
+{
+    const std::vector<LONGID> ids = getSelectedSections();
+    if (ids.empty()) {
+        Q_EMIT refused(Desk::tr("Отключаются измерения: выделите секции."));
+        return;
+    }
+    const bool areOff =
+        std::all_of(ids.begin(), ids.end(), [this](LONGID id) { return document.findSection(id)->isOff(); });
+    const QString which = ids.size() == 1 ? document.findSection(ids.front())->getName()
+                                          : Desk::tr("секций: %1").arg(QString::number(ids.size()));
+    if (areOff) {
+        apply(Desk::tr("включение %1").arg(which), networkchange::switchOn(document, ids));
+        return;
+    }
+    QInputDialog dialog(window);
+    dialog.setComboBoxItems(listReasons(document));
+    dialog.setComboBoxEditable(true);
+    if (ask(dialog, Desk::tr("Отключить измерения"),
+            Desk::tr("Отключается %1. Почему (можно оставить пустым):").arg(which)))
+        apply(Desk::tr("отключение %1").arg(which),
+              networkchange::switchOff(document, ids, dialog.textValue().simplified()));
+}
+
+void ItemEditor::setSigma()
+{
+    const std::vector<LONGID> ids = getSelectedSections();
+    if (ids.empty()) {
+        Q_EMIT refused(Desk::tr("СКО задаётся измерениям: выделите секции."));
+        return;
+    }
+    QInputDialog dialog(window);
+    dialog.setTextValue(celledits::toText(document.findSection(ids.front())->getSection().sigma));
+    if (!ask(dialog, Desk::tr("СКО измерений"),
+             Desk::tr("СКО выделенных секций (%1), мм:").arg(QString::number(ids.size()))))
+        return;
+    const std::optional<double> sigma = celledits::parseNumber(dialog.textValue());
+    if (!sigma || *sigma <= 0.0) {
+        Q_EMIT refused(Desk::tr("СКО «%1» — не число больше нуля. Введите миллиметры, как 2,5.")
+                           .arg(dialog.textValue()));
+        return;
+    }
+    apply(Desk::tr("СКО секций: %1").arg(QString::number(ids.size())),
+          networkchange::changeSections(document, ids, [&sigma](levelling::Section& section) {
+              networkchange::setSigma(section, *sigma);
+          }));
+}
+
+/// Asks for the height at which a point is held, until it is one or the user gives up.
+std::optional<double> ItemEditor::askHeight(LONGID id) const
+{
+    const LevellingPoint& point = *document.findPoint(id);
+    const std::optional<double> known =
+        point.getPoint().height ? point.getPoint().height : point.getPosition().height;
+    QInputDialog dialog(window);
+    if (known)
+        dialog.setTextValue(celledits::toText(*known));
+    QString label = Desk::tr("Отметка репера %1, м:").arg(point.getName());
+    while (ask(dialog, Desk::tr("Исходный репер"), label)) {
+        if (const std::optional<double> height = celledits::parseNumber(dialog.textValue()))
+            return height;
+        label = Desk::tr("«%1» — не число. Отметка репера %2 в метрах, как 123,4567:")
+                    .arg(dialog.textValue(), point.getName());
+    }
+    return std::nullopt;
+}
+
+void ItemEditor::holdPoints()
+{
+    std::vector<LONGID> ids = getSelectedPoints();
+    ids.erase(std::remove_if(ids.begin(), ids.end(),
+                             [this](LONGID id) { return document.findPoint(id)->getPoint().isBenchmark(); }),
+              ids.end());
+    if (ids.empty()) {
+        Q_EMIT refused(Desk::tr("Исходными реперами становятся определяемые пункты: выделите их."));
+        return;
+    }
+    if (ids.size() == 1) {
+        const std::optional<double> height = askHeight(ids.front());
+        if (height)
+            apply(Desk::tr("исходный репер %1").arg(document.findPoint(ids.front())->getName()),
+                  networkchange::changePoints(document, ids, [&height](levelling::Point& point) {
+                      point.fixed = true;
+                      point.height = height;
+                  }));
+        return;
+    }
+    const auto isUnknown = [this](LONGID id) { return !document.findPoint(id)->getPoint().height; };
+    if (std::any_of(ids.begin(), ids.end(), isUnknown)) {
+        Q_EMIT refused(
+            Desk::tr("Исходному реперу нужна отметка, а у пункта %1 её нет. Сделайте его репером отдельно.")
+                .arg(document.findPoint(*std::find_if(ids.begin(), ids.end(), isUnknown))->getName()));
+        return;
+    }
+    apply(Desk::tr("исходные реперы: %1").arg(QString::number(ids.size())),
+          networkchange::changePoints(document, ids, [](levelling::Point& point) { point.fixed = true; }));
+}
+
+void ItemEditor::freePoints()
+{
+    std::vector<LONGID> ids = getSelectedPoints();
+    ids.erase(std::remove_if(ids.begin(), ids.end(),
+                             [this](LONGID id) { return !document.findPoint(id)->getPoint().fixed; }),
+              ids.end());
+    if (ids.empty()) {
+        Q_EMIT refused(Desk::tr("Освобождаются исходные реперы с удержанной отметкой: выделите их."));
+        return;
+    }
+    const QString which = ids.size() == 1 ? document.findPoint(ids.front())->getName()
+                                          : Desk::tr("реперов: %1").arg(QString::number(ids.size()));
+    apply(Desk::tr("освобождение %1").arg(which),
+          networkchange::changePoints(document, ids, [](levelling::Point& point) { point.fixed = false; }));
+}
+
+void ItemEditor::addSection()
+{
+    QStringList names;
+    const std::vector<LevellingPoint*> points = document.getPoints();
+    for (const LevellingPoint* point : points)
+        names.append(point->getName());
+    // Two points that are selected are its ends.
+    const std::vector<LONGID> selected = getSelectedPoints();
+    const auto nameOf = [&](std::size_t index) {
+        return index < selected.size() ? document.findPoint(selected[index])->getName() : QString();
+    };
+    NewSectionDialog dialog(names, nameOf(0), nameOf(1), window);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const NetworkChange change = networkchange::addSection(document, dialog.getSection());
+    const LONGID id = change.addedSections.front().item->getId();
+    const QString name = change.addedSections.front().item->getName();
+    if (document.applyChange(Desk::tr("новое измерение %1").arg(name), change))
+        table.selectItem(id);
+}
+
+void ItemEditor::deleteSections()
+{
+    const std::vector<LONGID> ids = getSelectedSections();
+    if (ids.empty()) {
+        Q_EMIT refused(Desk::tr("Удаляются измерения: выделите секции."));
+        return;
+    }
+    const QString which = ids.size() == 1 ? document.findSection(ids.front())->getName()
+                                          : Desk::tr("секций: %1").arg(QString::number(ids.size()));
+    const int row = table.currentIndex().row();
+    apply(Desk::tr("удаление %1").arg(which), networkchange::deleteSections(document, ids));
+    // The next one takes the place.
+    table.setCurrentIndex(table.model()->index(std::min(row, table.model()->rowCount() - 1), 0));
+}
+
+} // namespace orvel::desk
