@@ -18,6 +18,7 @@ PrintDialog::PrintDialog(const std::vector<PrintSubject>& subjects, int chosen, 
     auto* label = new QLabel(Desk::tr("&Что печатать:"), this);
     label->setBuddy(list);
     list->setAccessibleName(Desk::tr("Что печатать"));
+    list->setWordWrap(true);
     for (const PrintSubject& subject : subjects) {
         auto* item = new QListWidgetItem(subject.title, list);
         if (subject.isAvailable)
