@@ -339,7 +339,9 @@ export class App {
   /** Brings the address up to date, once the ids are made. */
   remember() {
     if (this.ids.areMade)
-      writeAddress(() => fragmentOf(this.isMoved ? this.tree.current?.origin.id : "", this.filters, this.isOutdated));
+      writeAddress(() =>
+        fragmentOf(this.isMoved ? this.tree.current?.origin.id : "", this.filters, this.isOutdated),
+      );
   }
 
   /** Goes to a row even when the filters hide it. */
