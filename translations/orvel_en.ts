@@ -4233,7 +4233,7 @@ L in km (else the class sets it)</translation>
         <translation>&amp;Redo</translation>
     </message>
     <message>
-        <source>%1 (устарел)</source>
+        <source>%1 (устарело)</source>
         <translation>%1 (out of date)</translation>
     </message>
     <message>
@@ -4291,6 +4291,10 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Отключённые секции в файл не вошли, их %1: %2</source>
         <translation>Sections that are switched off are not in the file, %1 of them: %2</translation>
+    </message>
+    <message>
+        <source>Панели</source>
+        <translation>Panels</translation>
     </message>
 </context>
 <context>

@@ -433,8 +433,8 @@ void TestEditing::outdatedIsShownAndRunAgain()
         texts.sort();
         return texts;
     };
-    QCOMPARE(shown(), toList("Импорт|Предобработка (устарел)|Уравнивание (устарел)"));
-    QVERIFY(isActionEnabled(*window, QStringLiteral("Уравнивание (устарел)")));
+    QCOMPARE(shown(), toList("Импорт|Предобработка (устарело)|Уравнивание (устарело)"));
+    QVERIFY(isActionEnabled(*window, QStringLiteral("Уравнивание (устарело)")));
     const QModelIndex height = cell(QStringLiteral("М3"), itemcolumns::Height);
     QVERIFY(height.data(Qt::FontRole).value<QFont>().italic());
     QCOMPARE(height.data(Qt::ToolTipRole).toString(),

@@ -1,6 +1,7 @@
 #include "apps/desk/edit/CellLook.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/gui/ItemLook.h"
 
 #include <QApplication>
 #include <QFont>
@@ -15,7 +16,7 @@ QVariant present(int role, bool isOff, bool isOutdated)
     if (!isOff && !isOutdated)
         return QVariant();
     if (role == Qt::ForegroundRole && !isOff)
-        return QApplication::palette().brush(QPalette::Disabled, QPalette::Text);
+        return itemlook::getOffColor(QApplication::palette());
     if (role == Qt::FontRole) {
         QFont font = QApplication::font("QAbstractItemView");
         font.setStrikeOut(isOff);

@@ -48,7 +48,9 @@ NewSectionDialog::NewSectionDialog(const QStringList& pointNames, const QString&
     distance = addField("distance", Desk::tr("&Длина, км:"), QString());
     stations = addField("stations", Desk::tr("&Станций:"), QString());
     sigma = addField("sigma", Desk::tr("С&КО, мм:"), QString());
-    sigma->setPlaceholderText(Desk::tr("по длине или числу станций"));
+    const QString rule = Desk::tr("по длине или числу станций");
+    sigma->setPlaceholderText(rule);
+    sigma->setMinimumWidth(sigma->fontMetrics().horizontalAdvance(rule + QStringLiteral("  ")));
     auto* completer = new QCompleter(pointNames, this);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     for (QLineEdit* field : {from, to})

@@ -65,7 +65,7 @@ void DeskActions::update(const Situation& situation)
     for (const auto& [type, action] : protocolActions) {
         const auto& outdated = situation.outdatedTypes;
         const bool isOutdated = std::find(outdated.begin(), outdated.end(), type) != outdated.end();
-        action->setText(isOutdated ? Desk::tr("%1 (устарел)").arg(getTypeText(type)) : getTypeText(type));
+        action->setText(isOutdated ? Desk::tr("%1 (устарело)").arg(getTypeText(type)) : getTypeText(type));
     }
 }
 

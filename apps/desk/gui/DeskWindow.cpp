@@ -56,6 +56,7 @@
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTimer>
 #include <QUndoStack>
 #include <QUrl>
@@ -102,8 +103,8 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     setWindowIcon(makeApplicationIcon());
     setCentralWidget(createCentralWidget());
     createProtocolDock();
-    createPlotDock();
     createPictureDock();
+    createPlotDock();
     printing = new DeskPrinting(*document, *table, *protocolPanel, this);
     connect(printing, &DeskPrinting::told, messageBar, &MessageBar::showMessage);
     // Stands again when a word that hid it is over.
@@ -477,6 +478,15 @@ void DeskWindow::bringToFront()
     activateWindow();
 }
 
+void DeskWindow::childEvent(QChildEvent* event)
+{
+    ProjectWindow::childEvent(event);
+    // The main window makes these by itself for docks that share a place.
+    auto* tabs = event->polished() ? qobject_cast<QTabBar*>(event->child()) : nullptr;
+    if (tabs)
+        tabs->setAccessibleName(Desk::tr("Панели"));
+}
+
 void DeskWindow::closeEvent(QCloseEvent* event)
 {
     if (document->isChecking() || readsFiles) {
@@ -569,9 +579,12 @@ void DeskWindow::createPlotDock()
     dock->setObjectName(QStringLiteral("plots"));
     auto* panel = new PlotPanel(*document, dock);
     dock->setWidget(panel);
-    addDockWidget(Qt::RightDockWidgetArea, dock);
+    // One above the other leaves neither enough room.
+    tabifyDockWidget(pictureDock, dock);
     dock->hide();
     dock->toggleViewAction()->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+G")));
+    for (QDockWidget* one : {dock, static_cast<QDockWidget*>(pictureDock)})
+        connect(one->toggleViewAction(), &QAction::triggered, one, &QWidget::raise);
     actions->addToProtocolMenu(dock->toggleViewAction());
     connect(panel, &PlotPanel::itemRequested, this, [this](LONGID id) { locateItem(id); });
 }

@@ -88,6 +88,7 @@ Q_SIGNALS:
     void openRequested(const QString& path);
 
 protected:
+    void childEvent(QChildEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:

@@ -22,7 +22,8 @@ QString nameSeverity(COVMessage::MessageType kind);
 /// the text readable. Invalid for messages.
 QColor getBackground(COVMessage::MessageType kind, const QPalette& palette);
 
-/// The colour of what is switched off, as pale as it can be and readable still; beside it a word says so.
+/// The colour of what is switched off or out of date, as pale as it can be and readable still; beside it a
+/// word says so.
 QColor getOffColor(const QPalette& palette);
 /// That a section is switched off, and why.
 QString describeOff(const QString& reason);

@@ -4,6 +4,7 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/ProtocolSummary.h"
 #include "apps/desk/gui/GlyphIcon.h"
+#include "apps/desk/gui/ItemLook.h"
 #include "apps/desk/protocol/ProtocolTreeModel.h"
 
 #include <QHeaderView>
@@ -96,11 +97,10 @@ void ProtocolList::showOutdated()
         const int type = item->data(0, kTypeRole).toInt();
         const bool isOutdated =
             std::find(outdatedTypes.begin(), outdatedTypes.end(), type) != outdatedTypes.end();
-        item->setText(0, isOutdated ? Desk::tr("%1 (устарел)").arg(getTypeText(type)) : getTypeText(type));
+        item->setText(0, isOutdated ? Desk::tr("%1 (устарело)").arg(getTypeText(type)) : getTypeText(type));
         item->setToolTip(0,
                          isOutdated ? Desk::tr("Сеть или класс изменены после этой обработки") : QString());
-        item->setForeground(0, isOutdated ? QBrush(palette().brush(QPalette::Disabled, QPalette::Text))
-                                          : QBrush());
+        item->setForeground(0, isOutdated ? QBrush(itemlook::getOffColor(palette())) : QBrush());
     }
 }
 
