@@ -1,6 +1,9 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/MessageBar.h"
+#include "apps/desk/gui/SearchField.h"
 #include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/LineText.h"
 #include "apps/desk/protocol/ProtocolList.h"
@@ -44,6 +47,8 @@ private Q_SLOTS:
     void selectedItemFiltersTheLines();
     void searchKeepsTheLine();
     void f8GoesToTheNextError();
+    void f8FindsWhatTheSearchHides();
+    void lineOfADeletedItemSelectsNothing();
     void f8WaitsForTheLines();
     void activatedLineOpensThePageThere();
     void pageIsMadeOnceForAllLines();
@@ -337,6 +342,37 @@ void TestProtocolPanel::f8GoesToTheNextError()
     QVERIFY(view.currentIndex().data().toString() != first);
     QVERIFY(triggerAction(*window, QStringLiteral("Предыдущая ошибка")));
     QCOMPARE(view.currentIndex().data().toString(), first);
+}
+
+void TestProtocolPanel::f8FindsWhatTheSearchHides()
+{
+    openWindow(QStringLiteral("L1-анализ"));
+    const QString found = QStringLiteral("М2 – М5");
+    ItemTable& table = window->getTable();
+    auto* search = window->findChild<SearchField*>();
+    search->setText(QStringLiteral("М7"));
+    QTRY_COMPARE(table.model()->rowCount(), 3);
+    QVERIFY(triggerAction(*window, QStringLiteral("Следующая ошибка")));
+    QTRY_COMPARE(table.currentIndex().siblingAtColumn(itemcolumns::Name).data().toString(), found);
+    QCOMPARE(search->text(), QString());
+}
+
+void TestProtocolPanel::lineOfADeletedItemSelectsNothing()
+{
+    openWindow(QStringLiteral("L1-анализ"));
+    ItemTable& table = window->getTable();
+    QVERIFY(triggerAction(*window, QStringLiteral("Следующая ошибка")));
+    const LONGID id = table.getCurrentItem();
+    QVERIFY(triggerAction(*window, QStringLiteral("Удалить измерения")));
+    QVERIFY(table.getCurrentItem() != 0);
+    QVERIFY(table.getCurrentItem() != id);
+    waitForLines();
+    window->getProtocolPanel().getView().setCurrentIndex({});
+    QVERIFY(triggerAction(*window, QStringLiteral("Следующая ошибка")));
+    QCOMPARE(table.getCurrentItem(), 0);
+    QVERIFY(!isActionEnabled(*window, QStringLiteral("Удалить измерения")));
+    QCOMPARE(window->getMessageBar().getMessage(),
+             QStringLiteral("Этого пункта или этой секции в проекте больше нет."));
 }
 
 void TestProtocolPanel::f8WaitsForTheLines()

@@ -558,8 +558,15 @@ void DeskWindow::createProtocolDock()
     connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
     connect(protocols, &ProtocolList::protocolChosen, protocolPanel, &ProtocolPanel::showProtocol);
     connect(protocolPanel, &ProtocolPanel::itemRequested, this, [this](LONGID id) {
-        // The keyboard stays with the lines.
-        table->selectItem(id, ItemTable::Focus::Stays);
+        // The keyboard stays with the lines. Keys that change the selected item mean that of the line: search
+        // and choice do not hide it, and where it is gone nothing else stays selected.
+        if (table->selectItem(id, ItemTable::Focus::Stays))
+            return;
+        filterBar->clear();
+        if (table->selectItem(id, ItemTable::Focus::Stays))
+            return;
+        table->selectionModel()->clear();
+        messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
     });
     connect(protocolPanel, &ProtocolPanel::lineRequested, this, &DeskWindow::showLine);
     connect(table, &ItemTable::currentItemChanged, protocolPanel,
