@@ -4296,6 +4296,38 @@ L in km (else the class sets it)</translation>
         <source>Панели</source>
         <translation>Panels</translation>
     </message>
+    <message>
+        <source>Ctrl+R — выполнить устаревшие обработки снова, Ctrl+J — окно выполнения, Ctrl+T — допуски</source>
+        <translation>Ctrl+R — run again what is out of date, Ctrl+J — progress window, Ctrl+T — tolerances</translation>
+    </message>
+    <message>
+        <source>F2 — изменить значение в таблице, F4 — отключить или включить выделенные секции, Ins — добавить измерение, Del — удалить выделенные, Ctrl+Z — отменить правку, Ctrl+Shift+Z или Ctrl+Y — вернуть её</source>
+        <translation>F2 — edit the value in the table, F4 — switch the selected sections off or on, Ins — add a measurement, Del — delete the selected ones, Ctrl+Z — undo, Ctrl+Shift+Z or Ctrl+Y — redo</translation>
+    </message>
+    <message>
+        <source>F8 и Shift+F8 — следующая и предыдущая ошибка, Ctrl+L или Enter — страница о выделенном, Ctrl и цифра — страница протокола, Ctrl+F — поиск, Ctrl+C — копировать строки</source>
+        <translation>F8 and Shift+F8 — next and previous error, Ctrl+L or Enter — page about the selected item, Ctrl and a digit — page of a protocol, Ctrl+F — search, Ctrl+C — copy rows</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+N — схема сети, Ctrl+Shift+G — графики, F1 — эта справка</source>
+        <translation>Ctrl+Shift+N — picture of the network, Ctrl+Shift+G — plots, F1 — this help</translation>
+    </message>
+    <message>
+        <source>Ctrl+N — новый проект, Ctrl+O — открыть, Ctrl+S — сохранить, Ctrl+Shift+S — сохранить как, Ctrl+I — импорт, Ctrl+Shift+I — импорт по шаблону, Ctrl+E — экспорт, Ctrl+P — печать, Ctrl+Q — выход</source>
+        <translation>Ctrl+N — new project, Ctrl+O — open, Ctrl+S — save, Ctrl+Shift+S — save as, Ctrl+I — import, Ctrl+Shift+I — import by a template, Ctrl+E — export, Ctrl+P — print, Ctrl+Q — quit</translation>
+    </message>
+    <message>
+        <source>Клавиши</source>
+        <translation>Keys</translation>
+    </message>
+    <message>
+        <source>Правка сети</source>
+        <translation>Changing the network</translation>
+    </message>
+    <message>
+        <source>Сомнительные секции отключаются (F4): они остаются в проекте, но обработки о них не знают. Значения меняются прямо в таблице (F2), измерения добавляются и удаляются, пункты становятся исходными реперами и освобождаются; всё это можно отменить. Результаты и протоколы, после которых сеть изменена, названы устаревшими, Ctrl+R выполняет такие обработки снова.</source>
+        <translation>Doubtful sections are switched off (F4): they stay in the project, but no run knows of them. Values are changed in the table itself (F2), measurements are added and deleted, points become benchmarks and are freed; all of it can be undone. Results and protocols after which the network was changed are said to be out of date; Ctrl+R runs these again.</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

@@ -13,6 +13,7 @@
 #include "tests/desk/DeskFixture.h"
 #include "tests/support/TestFiles.h"
 
+#include <QAction>
 #include <QDir>
 #include <QDropEvent>
 #include <QLabel>
@@ -20,6 +21,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QStatusBar>
 #include <QTest>
 #include <QTextBrowser>
@@ -856,6 +858,21 @@ void TestDeskWindow::helpTellsOfEveryRun()
     for (const char* name : {"Импорт", "Предобработка", "Уравнивание", "L1-анализ",
                              "Общий анализ исходных данных", "Авто трассирование", "Экспорт"})
         QVERIFY2(text.contains(QString::fromUtf8(name) + QLatin1Char('\n')), name);
+    // And of every key in the menus.
+    int keys = 0;
+    for (const QAction* action : window->findChildren<QAction*>()) {
+        for (const QKeySequence& shortcut : action->shortcuts()) {
+            const QString key = shortcut.toString(QKeySequence::PortableText);
+            if (QRegularExpression(QStringLiteral("^Ctrl\\+[0-9]$")).match(key).hasMatch())
+                continue;
+            ++keys;
+            QVERIFY2(text.contains(QRegularExpression(QStringLiteral("(?<![+A-Za-z0-9])%1(?![A-Za-z0-9])")
+                                                          .arg(QRegularExpression::escape(key)))),
+                     qPrintable(key));
+        }
+    }
+    QVERIFY2(keys > 30, qPrintable(QString::number(keys)));
+    QVERIFY(text.contains(QStringLiteral("Ctrl и цифра")));
 }
 
 void TestDeskWindow::everythingHasAccessibleName()

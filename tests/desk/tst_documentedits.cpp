@@ -6,6 +6,8 @@
 #include "apps/desk/document/ProjectFile.h"
 #include "levelling/GkfReader.h"
 #include "tests/desk/DeskFixture.h"
+#include "tests/desk/DeskProcess.h"
+#include "tests/support/TestFiles.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -47,6 +49,7 @@ private Q_SLOTS:
     void damagedHandStateIsRefused();
     void additionKeepsWhatWasDoneByHand();
     void exportsGoWithoutWhatIsOff();
+    void savedProjectIsAdjustedWithoutWhatIsOff();
     void adjustmentTellsWhatWasDoneByHand();
     void randomEditsAreUndone();
 
@@ -549,6 +552,10 @@ void TestDocumentEdits::damagedHandStateIsRefused()
         isRefused([](Document::Content& content) { content.states.results = content.states.latest + 1; }));
     QVERIFY(isRefused([](Document::Content& content) { content.states.current.settings = -1; }));
     QVERIFY(isRefused(
+        [](Document::Content& content) { content.states.current.tests = content.states.latest + 1; }));
+    QVERIFY(
+        isRefused([](Document::Content& content) { content.states.protocols[enums::Adjust].tests = -1; }));
+    QVERIFY(isRefused(
         [](Document::Content& content) { content.states.protocols[enums::Adjust].network = 1000; }));
     QVERIFY(isRefused([](Document::Content& content) {
         SectionHand hand;
@@ -597,6 +604,42 @@ void TestDocumentEdits::exportsGoWithoutWhatIsOff()
     QCOMPARE(int(levelling::GkfReader::readFile(path).network.sections.size()), 18);
     QVERIFY(QString::fromUtf8(project.getProtocolData())
                 .contains(QStringLiteral("Отключённые секции в файл не вошли, их 1: ")));
+}
+
+void TestDocumentEdits::savedProjectIsAdjustedWithoutWhatIsOff()
+{
+    levelling::Network network =
+        levelling::GkfReader::readFile(samplePath(QStringLiteral("blunder.gkf"))).network;
+    const auto makeCsv = [&network] {
+        const levelling::Adjustment adjustment = levelling::adjust(network);
+        QString csv = QStringLiteral("point,height_m,sigma_mm\n");
+        for (std::size_t i = 0; i < network.points.size(); ++i) {
+            if (!adjustment.points[i])
+                continue;
+            csv += QStringLiteral("%1,%2,%3\n")
+                       .arg(network.points[i].id, QString::number(adjustment.points[i]->height, 'f', 5),
+                            QString::number(adjustment.points[i]->sigma, 'f', 3));
+        }
+        return csv;
+    };
+    const auto adjustSaved = [this] {
+        projectfile::save(*document, desk->path(QStringLiteral("hand.orvel")), nullptr);
+        const DeskProcess process = DeskProcess::run(
+            desk->folder.path(), QStringLiteral("--language ru --open hand.orvel --run adjust --export h.csv")
+                                     .split(QLatin1Char(' ')));
+        return process.errors + QString::fromUtf8(readFile(desk->path(QStringLiteral("h.csv"))));
+    };
+    const QString all = makeCsv();
+    QCOMPARE(adjustSaved(), all);
+    document->applyChange(QString(), networkchange::switchOff(*document,
+                                                              {document->getSections()[3]->getId(),
+                                                               document->getSections()[7]->getId()},
+                                                              QStringLiteral("ветер")));
+    network.sections.erase(network.sections.begin() + 7);
+    network.sections.erase(network.sections.begin() + 3);
+    const QString without = makeCsv();
+    QVERIFY(without != all);
+    QCOMPARE(adjustSaved(), without);
 }
 
 void TestDocumentEdits::adjustmentTellsWhatWasDoneByHand()

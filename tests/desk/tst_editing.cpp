@@ -94,6 +94,7 @@ private Q_SLOTS:
     void undoNamesWhatItUndoes();
     void outdatedIsShownAndRunAgain();
     void pageOfAnOutdatedProtocolSaysSo();
+    void contextMenuFollowsTheSelection();
     void nothingIsEditedWhileARunWorks();
     void classFollowsUndo();
 
@@ -462,6 +463,29 @@ void TestEditing::pageOfAnOutdatedProtocolSaysSo()
     QVERIFY(open().contains(leads));
     document().getUndoStack().undo();
     QVERIFY(!open().contains(leads));
+}
+
+void TestEditing::contextMenuFollowsTheSelection()
+{
+    const auto listOffered = [this] {
+        QStringList texts;
+        for (const QAction* action : table().actions()) {
+            if (!action->isSeparator() && action->isEnabled())
+                texts.append(action->text().remove(QLatin1Char('&')));
+        }
+        return texts.join(QLatin1Char('|'));
+    };
+    select({QStringLiteral("М5 – М3")});
+    QCOMPARE(
+        listOffered(),
+        QStringLiteral("О выделенном пункте или секции|Изменить значение|Отключить или включить измерения|"
+                       "СКО выделенных измерений…|Сделать исходным репером…|Освободить репер|"
+                       "Удалить измерения|В строках протокола|На схеме|Копировать строки|Столбцы"));
+    table().clearSelection();
+    QCOMPARE(listOffered(), QStringLiteral("О выделенном пункте или секции|Изменить значение|"
+                                           "В строках протокола|На схеме|Копировать строки|Столбцы"));
+    table().selectAll();
+    QVERIFY(isActionEnabled(*window, QStringLiteral("Удалить измерения")));
 }
 
 void TestEditing::nothingIsEditedWhileARunWorks()

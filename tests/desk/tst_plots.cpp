@@ -5,8 +5,10 @@
 #include "tests/desk/DeskFixture.h"
 #include "tests/support/TestFiles.h"
 
+#include <QDockWidget>
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QMenu>
 #include <QTest>
 #include <qwt_plot_canvas.h>
 #include <qwt_scale_map.h>
@@ -202,6 +204,19 @@ PlotPanel& TestPlots::open(DeskWindow& window)
     return *panel;
 }
 
+namespace {
+
+const QMenu* findMenu(const QWidget& window, const QString& title)
+{
+    for (const QMenu* menu : window.findChildren<QMenu*>()) {
+        if (menu->title() == title)
+            return menu;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 void TestPlots::windowShowsThePlots()
 {
     DeskFixture desk;
@@ -211,6 +226,10 @@ void TestPlots::windowShowsThePlots()
     QVERIFY(panel->isWorking());
     open(*window);
     QVERIFY(panel->isVisible());
+    // Beside the other panels.
+    const QMenu* menu = findMenu(*window, QStringLiteral("&Вид"));
+    QVERIFY(menu &&
+            menu->actions().contains(qobject_cast<QDockWidget*>(panel->parentWidget())->toggleViewAction()));
     QTRY_VERIFY(!panel->isWorking());
     const auto isShown = [&](plots::Kind kind) {
         panel->showPlot(kind);

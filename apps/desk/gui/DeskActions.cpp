@@ -110,6 +110,8 @@ bool DeskActions::isMet(Need need, const Situation& situation)
         return situation.hasResults;
     case Need::Item:
         return situation.hasCurrentItem;
+    case Need::Selection:
+        return situation.hasSelection;
     case Need::Outdated:
         return !situation.outdatedTypes.empty();
     case Need::Undo:
@@ -165,18 +167,19 @@ void DeskActions::createEditMenu()
         QKeySequence(QStringLiteral("F2")))
         ->setStatusTip(
             Desk::tr("Превышение, длина и СКО секции, отметка исходного репера — прямо в таблице"));
-    add(menu, Command::SwitchSections, Need::Item, Desk::tr("О&тключить или включить измерения"), QIcon(),
-        QKeySequence(QStringLiteral("F4")))
+    add(menu, Command::SwitchSections, Need::Selection, Desk::tr("О&тключить или включить измерения"),
+        QIcon(), QKeySequence(QStringLiteral("F4")))
         ->setStatusTip(Desk::tr("Отключённые секции остаются в проекте, но обработки о них не знают"));
-    add(menu, Command::SetSigma, Need::Item, Desk::tr("&СКО выделенных измерений…"), QIcon(), QKeySequence());
-    menu->addSeparator();
-    add(menu, Command::HoldPoints, Need::Item, Desk::tr("Сделать исходным &репером…"), QIcon(),
+    add(menu, Command::SetSigma, Need::Selection, Desk::tr("&СКО выделенных измерений…"), QIcon(),
         QKeySequence());
-    add(menu, Command::FreePoints, Need::Item, Desk::tr("Осво&бодить репер"), QIcon(), QKeySequence());
+    menu->addSeparator();
+    add(menu, Command::HoldPoints, Need::Selection, Desk::tr("Сделать исходным &репером…"), QIcon(),
+        QKeySequence());
+    add(menu, Command::FreePoints, Need::Selection, Desk::tr("Осво&бодить репер"), QIcon(), QKeySequence());
     menu->addSeparator();
     add(menu, Command::AddSection, Need::Idle, Desk::tr("&Добавить измерение…"), QIcon(),
         QKeySequence(QStringLiteral("Ins")));
-    add(menu, Command::DeleteSections, Need::Item, Desk::tr("&Удалить измерения"), QIcon(),
+    add(menu, Command::DeleteSections, Need::Selection, Desk::tr("&Удалить измерения"), QIcon(),
         QKeySequence::Delete);
 }
 

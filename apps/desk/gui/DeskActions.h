@@ -57,6 +57,7 @@ public:
         bool hasNetwork = false;
         bool hasResults = false;
         bool hasCurrentItem = false;
+        bool hasSelection = false;
         // What can be undone and made again; empty for nothing.
         QString undoText;
         QString redoText;
@@ -88,7 +89,7 @@ Q_SIGNALS:
 
 private:
     /// What a command needs. All but the first need that no run works.
-    enum class Need { Nothing, Idle, Network, Results, Item, Outdated, Undo, Redo };
+    enum class Need { Nothing, Idle, Network, Results, Item, Selection, Outdated, Undo, Redo };
 
     static bool isMet(Need need, const Situation& situation);
     void createFileMenu();

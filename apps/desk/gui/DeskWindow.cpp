@@ -50,6 +50,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -521,7 +522,8 @@ QWidget* DeskWindow::createCentralWidget()
     connect(itemEditor, &ItemEditor::refused, messageBar, &MessageBar::showMessage);
     connect(table, &ItemTable::editRefused, messageBar, &MessageBar::showMessage);
     connect(outdatedBar, &OutdatedBar::runRequested, this, &DeskWindow::runAgain);
-    connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateStatus);
+    connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateActions);
+    connect(table, &ItemTable::selectedItemsChanged, this, &DeskWindow::updateActions);
     connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
     connect(table, &ItemTable::copied, this, [this](int rowCount) {
         statusBar()->showMessage(Desk::tr("Скопировано строк: %1").arg(QString::number(rowCount)), 5000);
@@ -592,7 +594,7 @@ void DeskWindow::createPlotDock()
     dock->toggleViewAction()->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+G")));
     for (QDockWidget* one : {dock, static_cast<QDockWidget*>(pictureDock)})
         connect(one->toggleViewAction(), &QAction::triggered, one, &QWidget::raise);
-    actions->addToProtocolMenu(dock->toggleViewAction());
+    actions->addToViewMenu(dock->toggleViewAction());
     connect(panel, &PlotPanel::itemRequested, this, [this](LONGID id) { locateItem(id); });
 }
 
@@ -887,7 +889,8 @@ void DeskWindow::updateActions()
     const bool isIdle = !isRunWorking();
     const QUndoStack& stack = document->getUndoStack();
     actions->update({!isIdle, !document->isEmpty(), document->hasResults(), table->getCurrentItem() != 0,
-                     stack.undoText(), stack.redoText(), document->getOutdatedTypes()});
+                     table->selectionModel()->hasSelection(), stack.undoText(), stack.redoText(),
+                     document->getOutdatedTypes()});
     outdatedBar->setRunPossible(isIdle);
     protocols->setEnabled(isIdle);
     table->setProtocolsAvailable(isIdle);

@@ -26,6 +26,29 @@ QString makeRunSections()
     return html;
 }
 
+QString makeKeySection()
+{
+    QStringList runKeys;
+    for (const RunKind& kind : runs::getKinds())
+        runKeys.append(QStringLiteral("%1 — %2").arg(kind.shortcut, getTypeText(kind.protocolType)));
+    const QStringList paragraphs{
+        runKeys.join(QStringLiteral(", ")),
+        Desk::tr("Ctrl+R — выполнить устаревшие обработки снова, Ctrl+J — окно выполнения, Ctrl+T — допуски"),
+        Desk::tr("F2 — изменить значение в таблице, F4 — отключить или включить выделенные секции, Ins — "
+                 "добавить измерение, Del — удалить выделенные, Ctrl+Z — отменить правку, Ctrl+Shift+Z или "
+                 "Ctrl+Y — вернуть её"),
+        Desk::tr("F8 и Shift+F8 — следующая и предыдущая ошибка, Ctrl+L или Enter — страница о выделенном, "
+                 "Ctrl и цифра — страница протокола, Ctrl+F — поиск, Ctrl+C — копировать строки"),
+        Desk::tr("Ctrl+Shift+N — схема сети, Ctrl+Shift+G — графики, F1 — эта справка"),
+        Desk::tr("Ctrl+N — новый проект, Ctrl+O — открыть, Ctrl+S — сохранить, Ctrl+Shift+S — сохранить как, "
+                 "Ctrl+I — импорт, Ctrl+Shift+I — импорт по шаблону, Ctrl+E — экспорт, Ctrl+P — печать, "
+                 "Ctrl+Q — выход")};
+    QString html = QStringLiteral("<h3>%1</h3>").arg(Desk::tr("Клавиши").toHtmlEscaped());
+    for (const QString& paragraph : paragraphs)
+        html += QStringLiteral("<p>%1</p>").arg(paragraph.toHtmlEscaped());
+    return html;
+}
+
 QString makeHelp()
 {
     return makeSection(
@@ -52,6 +75,14 @@ QString makeHelp()
                    "повторы и значения, похожие на другую единицу.")) +
            makeRunSections() +
            makeSection(
+               Desk::tr("Правка сети"),
+               Desk::tr(
+                   "Сомнительные секции отключаются (F4): они остаются в проекте, но обработки о них не "
+                   "знают. Значения меняются прямо в таблице (F2), измерения добавляются и удаляются, пункты "
+                   "становятся исходными реперами и освобождаются; всё это можно отменить. Результаты и "
+                   "протоколы, после которых сеть изменена, названы устаревшими, Ctrl+R выполняет "
+                   "такие обработки снова.")) +
+           makeSection(
                Desk::tr("Экспорт"),
                Desk::tr(
                    "Записывает уравненные высоты и их СКО в таблицу CSV или всю сеть с измерениями в файл "
@@ -62,7 +93,8 @@ QString makeHelp()
                    "Каталог высот, ведомости поправок, ходов и секций открываются из меню «Ведомости»: с "
                    "допусками, критериями и местом для подписей. Ctrl+P печатает ведомость, таблицу или "
                    "строки протокола, как они показаны, или записывает их в PDF; на каждом листе — "
-                   "заголовок и номер."));
+                   "заголовок и номер.")) +
+           makeKeySection();
 }
 
 } // namespace

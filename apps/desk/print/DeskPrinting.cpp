@@ -46,14 +46,16 @@ PrintSubject::Maker makeShown(const Document& document, const QString& title, co
 
 } // namespace
 
-DeskPrinting::DeskPrinting(const Document& openDocument, ItemTable& itemTable, ProtocolPanel& linePanel,
+DeskPrinting::DeskPrinting(Document& openDocument, ItemTable& itemTable, ProtocolPanel& linePanel,
                            QWidget* owner)
     : QObject(owner)
     , document(openDocument)
     , table(itemTable)
     , lines(linePanel)
     , window(owner)
-{}
+{
+    deskreports::registerPictures(openDocument, reportpicture::make);
+}
 
 void DeskPrinting::showDialog()
 {

@@ -15,15 +15,15 @@ class Document;
 class ItemTable;
 class ProtocolPanel;
 
-/// Prints what a window has: reports, the table as it is shown, the lines of the protocol.
+/// Prints what a window has: reports, the table as it is shown, the lines of the protocol. The pages of the
+/// reports get the picture that their sheets have.
 class DeskPrinting : public QObject
 {
     Q_OBJECT
 
 public:
     /// All are parts of the window, which owns the object.
-    DeskPrinting(const Document& openDocument, ItemTable& itemTable, ProtocolPanel& linePanel,
-                 QWidget* window);
+    DeskPrinting(Document& openDocument, ItemTable& itemTable, ProtocolPanel& linePanel, QWidget* window);
 
     /// Asks what is to be printed, and does it.
     void showDialog();

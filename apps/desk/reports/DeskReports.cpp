@@ -26,12 +26,31 @@ std::optional<Report> findIf(const Condition& isMeant)
     return found == reports.end() ? std::nullopt : std::optional(*found);
 }
 
-QString makePage(const Document& document, ReportContent (*make)(const ReportInput&))
+QString makePage(const Document& document, const Report& report, PictureMaker makePicture)
 {
+    const QByteArray picture = report.hasPicture && makePicture ? makePicture(document) : QByteArray();
     const ReportInput input = ReportInput::gather(document, QDate::currentDate());
     QString page;
-    performBesideWindow([&] { page = reporthtml::make(make(input)); });
+    performBesideWindow([&] {
+        ReportContent content = report.make(input);
+        content.picture = picture;
+        page = reporthtml::make(content);
+    });
     return page;
+}
+
+reports::ReportsGeneratorItem& getGenerator(Document& document)
+{
+    return dynamic_cast<reports::ReportsGeneratorItem&>(
+        *document.getModel().getFirstItem(reports::kReportsGeneratorType));
+}
+
+void registerWriters(Document& document, PictureMaker makePicture)
+{
+    for (const Report& report : getReports())
+        getGenerator(document).registerReport(report.type, [&document, report, makePicture] {
+            return makePage(document, report, makePicture);
+        });
 }
 
 } // namespace
@@ -71,16 +90,17 @@ std::map<int, std::vector<int>> getTypesByProtocol()
 
 void registerReports(Document& document)
 {
-    auto& generator = dynamic_cast<reports::ReportsGeneratorItem&>(
-        *document.getModel().getFirstItem(reports::kReportsGeneratorType));
-    for (const Report& report : getReports()) {
+    for (const Report& report : getReports())
         registerEnumData(EnumData(report.type, report.internalName, report.title.toStdString(),
                                   report.pluralTitle.toStdString()));
-        generator.registerReport(report.type,
-                                 [&document, make = report.make] { return makePage(document, make); });
-    }
+    registerWriters(document, nullptr);
     for (const auto& [protocolType, types] : getTypesByProtocol())
         document.getProtocol().addReportTypes(protocolType, types);
+}
+
+void registerPictures(Document& document, PictureMaker makePicture)
+{
+    registerWriters(document, makePicture);
 }
 
 } // namespace deskreports

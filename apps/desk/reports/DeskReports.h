@@ -3,6 +3,7 @@
 #include "apps/desk/reports/ReportContent.h"
 #include "apps/desk/reports/ReportInput.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <map>
@@ -39,8 +40,13 @@ std::optional<Report> findByName(const QString& name);
 /// The types of the reports that the page of each protocol type offers.
 std::map<int, std::vector<int>> getTypesByProtocol();
 
-/// Has the project's generator make them, of today, and the pages offer them.
+/// Has the project's generator make them, of today and without a picture, and the pages offer them.
 void registerReports(Document& document);
+
+/// Draws the network, as reports take it.
+using PictureMaker = QByteArray (*)(const Document& document);
+/// Has the generator put the picture into the reports that have one.
+void registerPictures(Document& document, PictureMaker makePicture);
 
 } // namespace deskreports
 
