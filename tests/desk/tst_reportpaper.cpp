@@ -110,7 +110,7 @@ QStringList TestReportPaper::readSheets(const QByteArray& pdf) const
 
 #define SKIP_WITHOUT_READER()                                                                                \
     if (QByteArrayLiteral(PDFTOTEXT).isEmpty())                                                              \
-    QSKIP("poppler-utils is not installed")
+    QSKIP("poppler-utils is not installed", 0)
 
 void TestReportPaper::everySheetHasHeadAndNumber()
 {
