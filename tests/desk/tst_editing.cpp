@@ -96,6 +96,8 @@ private Q_SLOTS:
     void pageOfAnOutdatedProtocolSaysSo();
     void contextMenuFollowsTheSelection();
     void nothingIsEditedWhileARunWorks();
+    void typedValueIsTakenBeforeARun();
+    void typedValueIsTakenBeforeTheWindowCloses();
     void classFollowsUndo();
 
 private:
@@ -105,6 +107,8 @@ private:
     LONGID idOf(const QString& name) const;
     void select(const QStringList& names) const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    /// The open editor of a cell, with a text that is not entered yet.
+    QLineEdit* startTyping(const QModelIndex& index, const QString& text) const;
     void typeInto(const QModelIndex& index, const QString& text) const;
     QAction* findAction(const QString& start) const;
 
@@ -159,8 +163,7 @@ void TestEditing::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
     QTest::keyClick(&table(), key, modifiers);
 }
 
-/// As by the keyboard: F2, the text, Enter.
-void TestEditing::typeInto(const QModelIndex& index, const QString& text) const
+QLineEdit* TestEditing::startTyping(const QModelIndex& index, const QString& text) const
 {
     table().setCurrentIndex(index);
     press(Qt::Key_F2);
@@ -168,8 +171,16 @@ void TestEditing::typeInto(const QModelIndex& index, const QString& text) const
     QLineEdit* editor = nullptr;
     for (auto* each : table().viewport()->findChildren<QLineEdit*>())
         editor = each->isVisible() ? each : editor;
+    if (editor)
+        editor->setText(text);
+    return editor;
+}
+
+/// As by the keyboard: F2, the text, Enter.
+void TestEditing::typeInto(const QModelIndex& index, const QString& text) const
+{
+    QLineEdit* editor = startTyping(index, text);
     QVERIFY(editor);
-    editor->setText(text);
     QTest::keyClick(editor, Qt::Key_Return);
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -501,6 +512,30 @@ void TestEditing::nothingIsEditedWhileARunWorks()
     window->getMonitor().waitForFinished();
     QVERIFY(!document().areEditsRefused());
     QVERIFY(findAction(QStringLiteral("Отменить"))->isEnabled());
+}
+
+void TestEditing::typedValueIsTakenBeforeARun()
+{
+    const QString name = QStringLiteral("М5 – М3");
+    QLineEdit* editor = startTyping(cell(name, itemcolumns::Difference), QStringLiteral("0,7512"));
+    QVERIFY(editor);
+    QTest::keyClick(editor, Qt::Key_F6);
+    QVERIFY(window->isRunWorking());
+    QCOMPARE(cell(name, itemcolumns::Difference).data().toString(), QStringLiteral("0,75120"));
+    QVERIFY(window->getMonitor().waitForFinished());
+    QVERIFY(!document().areResultsOutdated());
+    QVERIFY(document().hasResults());
+}
+
+void TestEditing::typedValueIsTakenBeforeTheWindowCloses()
+{
+    document().setModified(false);
+    const QString name = QStringLiteral("М5 – М3");
+    QVERIFY(startTyping(cell(name, itemcolumns::Difference), QStringLiteral("0,7512")));
+    const Answer answer(QStringLiteral("Отмена"));
+    QVERIFY(!window->close());
+    QVERIFY(!answer.getQuestion().isEmpty());
+    QCOMPARE(cell(name, itemcolumns::Difference).data().toString(), QStringLiteral("0,75120"));
 }
 
 void TestEditing::classFollowsUndo()

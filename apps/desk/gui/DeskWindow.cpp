@@ -114,6 +114,11 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
 
     connect(drops, &FileDrops::dropped, this, &DeskWindow::openFiles);
+    // Keys and menus leave the editor of a cell open. What is typed belongs to what they do, so this comes
+    // first.
+    connect(actions, &DeskActions::triggered, table, &ItemTable::endEditing);
+    connect(actions, &DeskActions::runRequested, table, &ItemTable::endEditing);
+    connect(actions, &DeskActions::reportRequested, table, &ItemTable::endEditing);
     connect(actions, &DeskActions::triggered, this, &DeskWindow::perform);
     connect(actions, &DeskActions::classChosen, document, &Document::setLevellingClass);
     connect(actions, &DeskActions::fileRequested, this, &DeskWindow::openFile);
@@ -490,6 +495,7 @@ void DeskWindow::childEvent(QChildEvent* event)
 
 void DeskWindow::closeEvent(QCloseEvent* event)
 {
+    table->endEditing();
     if (document->isChecking() || readsFiles) {
         event->ignore();
         QTimer::singleShot(kCloseAgain, this, &QWidget::close);

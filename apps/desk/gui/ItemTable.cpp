@@ -97,6 +97,15 @@ std::vector<LONGID> ItemTable::getSelectedItems() const
     return items;
 }
 
+void ItemTable::endEditing()
+{
+    QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+    if (!editor)
+        return;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
 void ItemTable::copySelected()
 {
     copy->start();

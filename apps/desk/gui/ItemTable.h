@@ -40,6 +40,8 @@ public:
     /// Opens the editor of the current cell; if that has no value to be changed, of the one in its row that
     /// has.
     void editCurrentValue();
+    /// Takes the value that is being typed, if one is, as if the user had entered it.
+    void endEditing();
     /// Whether the keyboard goes to the table with a selection.
     enum class Focus { Comes, Stays };
     /// Selects the row of an item and brings it into sight, as soon as rows that were asked for are in place.
