@@ -1,5 +1,6 @@
-// Project files and archives. The first byte of an input chooses: the content of a project file, which gets a
-// right checksum; a whole project file; a protocol's state; an element's.
+// Project files and archives. The first byte of an input chooses: the content of a project file, of the
+// version that a digit tells or of the first, which gets a right checksum; a whole project file; a protocol's
+// state; an element's.
 
 #include "Orvel/store/COrvel.h"
 #include "apps/desk/document/Document.h"
@@ -21,12 +22,12 @@ namespace {
 DeskFixture* desk = nullptr;
 Document* document = nullptr;
 
-QByteArray seal(const QByteArray& content)
+QByteArray seal(const QByteArray& content, quint32 version)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     CQtArchive archive(&buffer, CQtArchive::Save);
-    archive << quint32(0x4F525650) << quint32(1) << content
+    archive << quint32(0x4F525650) << version << content
             << QCryptographicHash::hash(content, QCryptographicHash::Sha256);
     return buffer.data();
 }
@@ -94,8 +95,13 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
             loadElement(content, element);
             break;
         }
+        case '2':
+        case '3':
+        case '4':
+            openProject(seal(content, data[0] - quint32('0')));
+            break;
         default:
-            openProject(seal(content));
+            openProject(seal(content, 1));
         }
     } catch (const qor::CFileException& error) {
         mustHold(error.getCode() != 0, "a refusal has a code");
