@@ -61,6 +61,12 @@ QString Application::getTempFolder()
     return s_instance ? s_instance->tempFolder.getPath() : QString();
 }
 
+void Application::restoreTempFolder()
+{
+    if (s_instance)
+        s_instance->tempFolder.restore();
+}
+
 QString Application::getTmpFileName(const QString& pattern)
 {
     if (!s_instance)

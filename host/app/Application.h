@@ -26,6 +26,9 @@ public:
     /// Absolute path of this instance's own folder, readable by its user only and removed at the end, or by
     /// the next start when this instance is killed. Empty without an application object.
     static QString getTempFolder();
+    /// Makes that folder again, empty, if somebody has removed it. A folder that is made by hand would be
+    /// taken for a left one by the next start. May be called in any thread, but in one at a time.
+    static void restoreTempFolder();
     /// A path in the temporary folder that no file has and that was not given before: the pattern's file name
     /// with a number for "%1", or with a number and "_" before it when it has no "%1". The file is not made.
     /// Empty without an application object.

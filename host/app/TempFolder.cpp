@@ -86,6 +86,16 @@ void TempFolder::removeLeftOvers(const QString& name)
         removeLeftOver(system.filePath(folder));
 }
 
+void TempFolder::restore()
+{
+    if (QFileInfo::exists(path))
+        return;
+    unlock();
+    // One that is seen before it is locked may be removed once more.
+    for (int i = 0; i < kTries && !make(path); ++i)
+        continue;
+}
+
 TempFolder::~TempFolder()
 {
     QDir(path).removeRecursively();

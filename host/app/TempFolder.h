@@ -20,6 +20,9 @@ public:
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
+    /// Makes the folder again if somebody has removed it; empty, and as safe from other instances as it was.
+    void restore();
+
     const QString& getPath() const { return path; }  ///< Absolute.
     QString filePath(const QString& fileName) const; ///< Absolute path of a file in the folder.
 

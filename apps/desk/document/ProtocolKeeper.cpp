@@ -2,6 +2,7 @@
 
 #include "Orvel/Toolkit.h"
 #include "apps/desk/Desk.h"
+#include "host/app/Application.h"
 #include "host/files/Error.h"
 #include "host/files/QtFile.h"
 #include "host/files/WholeFile.h"
@@ -55,6 +56,7 @@ QString identify(const QString& path)
 void makeAnew(const QString& path, const QByteArray& content)
 {
     // Whoever cleans away the file may have taken its folder as well.
+    Application::restoreTempFolder();
     mkdir(QFile::encodeName(QFileInfo(path).absolutePath()).constData(), S_IRWXU);
     files::writeAll(path, content);
 }

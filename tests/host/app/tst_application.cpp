@@ -129,6 +129,7 @@ private Q_SLOTS:
     void tempFolderHasAnUnguessableName();
     void slashInTheApplicationNameDoesNoHarm();
     void tempFolderGoesWithTheApplication();
+    void restoredTempFolderIsNobodyElses();
     void tempFolderGoesWhenTheProgramEnds();
     void whatAKilledInstanceLeftIsRemovedByTheNext();
     void whatALivingInstanceUsesStays();
@@ -204,6 +205,19 @@ void TestApplication::tempFolderGoesWithTheApplication()
         writeFile(folder + QStringLiteral("/a/b/file"), "x");
     }
     QVERIFY(!QFileInfo::exists(folder));
+}
+
+void TestApplication::restoredTempFolderIsNobodyElses()
+{
+    const Application application;
+    const QString folder = Application::getTempFolder();
+    QVERIFY(QDir(folder).removeRecursively());
+    Application::restoreTempFolder();
+    QCOMPARE(Application::getTempFolder(), folder);
+    QCOMPARE(getMode(folder), mode_t(0700));
+    // As the next start of the program does.
+    TempFolder::removeLeftOvers(QCoreApplication::applicationName());
+    QVERIFY(QFileInfo(folder).isDir());
 }
 
 void TestApplication::tempFolderGoesWhenTheProgramEnds()
