@@ -1,13 +1,9 @@
 #include "apps/desk/gui/DeskWindow.h"
 
-#include "Orvel/Toolkit.h"
 #include "Orvel/integration/OrvelGUIExtension.h"
-#include "Orvel/store/COrvel.h"
-#include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
-#include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/edit/ItemEditor.h"
 #include "apps/desk/edit/OutdatedBar.h"
 #include "apps/desk/gui/AboutBox.h"
@@ -17,53 +13,28 @@
 #include "apps/desk/gui/GlyphIcon.h"
 #include "apps/desk/gui/HelpDialog.h"
 #include "apps/desk/gui/ItemFilterBar.h"
-#include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
-#include "apps/desk/gui/Questions.h"
-#include "apps/desk/gui/RecentFiles.h"
 #include "apps/desk/gui/ScreenSize.h"
-#include "apps/desk/gui/TableColumns.h"
-#include "apps/desk/gui/TemplateWizard.h"
-#include "apps/desk/picture/PictureDock.h"
-#include "apps/desk/picture/PicturePanel.h"
-#include "apps/desk/plots/PlotPanel.h"
 #include "apps/desk/print/DeskPrinting.h"
 #include "apps/desk/process/MonitorDisplay.h"
-#include "apps/desk/protocol/LinePage.h"
 #include "apps/desk/protocol/ProtocolList.h"
 #include "apps/desk/protocol/ProtocolPanel.h"
-#include "apps/desk/reports/DeskReports.h"
-#include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
-#include "apps/desk/tolerances/ClassIndicator.h"
 #include "apps/desk/tolerances/ToleranceDialog.h"
 #include "host/app/Application.h"
-#include "host/files/Error.h"
-#include "host/reports/ReportsGeneratorItem.h"
 
-#include <QAction>
 #include <QCloseEvent>
-#include <QDesktopServices>
 #include <QDir>
 #include <QDockWidget>
-#include <QFile>
-#include <QFileInfo>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
-#include <QScopedValueRollback>
 #include <QScreen>
-#include <QSettings>
-#include <QSplitter>
 #include <QStatusBar>
-#include <QTabBar>
 #include <QTimer>
 #include <QUndoStack>
-#include <QUrl>
-#include <QVBoxLayout>
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -79,16 +50,6 @@ QString shortenHome(const QString& path)
 {
     const QString home = QDir::homePath() + QLatin1Char('/');
     return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
-}
-
-/// The pages that the viewer has made.
-QStringList listPages()
-{
-    const QDir folder(Application::getTempFolder());
-    QStringList pages;
-    for (const QString& name : folder.entryList({QStringLiteral("protocol_*.html")}, QDir::Files))
-        pages.append(folder.filePath(name));
-    return pages;
 }
 
 } // namespace
@@ -184,284 +145,6 @@ void DeskWindow::setRecordFile(const QString& path)
         monitor->setRecorder(recorder.get());
 }
 
-void DeskWindow::importFiles(const QStringList& paths)
-{
-    QStringList tables;
-    std::vector<ImportSource> sources;
-    for (const QString& path : paths) {
-        if (filedialogs::isTableFile(path))
-            tables.append(path);
-        else if (!path.isEmpty())
-            sources.push_back({path, std::nullopt});
-    }
-    if (isRunWorking())
-        return;
-    if (sources.empty()) {
-        if (!tables.isEmpty())
-            showTemplateWizard(tables);
-        return;
-    }
-    importSources(sources);
-    // Whoever gives up the one does not mean the other.
-    if (isRunWorking())
-        tablesToImport = tables;
-}
-
-void DeskWindow::showTemplateWizard(const QStringList& paths)
-{
-    auto* wizard = new TemplateWizard(paths, this);
-    wizard->setAttribute(Qt::WA_DeleteOnClose);
-    connect(wizard, &QDialog::accepted, this, [this, wizard] {
-        std::vector<ImportSource> sources;
-        for (const QString& path : wizard->getFiles())
-            sources.push_back({path, wizard->getFormat()});
-        // The wizard is gone before there are questions.
-        QMetaObject::invokeMethod(
-            this, [this, sources] { importSources(sources); }, Qt::QueuedConnection);
-    });
-    wizard->open();
-}
-
-void DeskWindow::importSources(const std::vector<ImportSource>& sources)
-{
-    if (isRunWorking())
-        return;
-    for (const ImportSource& source : sources) {
-        if (const QString reason = filedialogs::describeNoFile(source.filePath); !reason.isEmpty()) {
-            Application::warning(reason, this);
-            return;
-        }
-    }
-    // Nobody is asked to give up something for nothing.
-    if (const auto refusal = findRefusal(sources)) {
-        startImport(runs::makeRefusedImport(sources, *refusal));
-        return;
-    }
-    const bool isSaved = !document->getProject().getFilePath().isEmpty();
-    const bool wasEmpty = document->isEmpty();
-    const std::optional<ImportMode> mode = chooseMode();
-    if (!mode)
-        return;
-    for (const ImportSource& source : sources)
-        recentfiles::add(source.filePath);
-    // A saved project stays what it is in its file: another network makes another project.
-    const bool isOther = *mode == ImportMode::Replace && (isSaved || wasEmpty);
-    startImport(
-        runs::makeImport(*document, sources, *mode,
-                         isOther ? QFileInfo(sources.front().filePath).completeBaseName() : QString()));
-}
-
-void DeskWindow::startImport(DeskRun run)
-{
-    // What the network that stays comes from is told by the import that has read it.
-    run.keepsProtocol = !document->isEmpty();
-    start(run);
-}
-
-/// Why the files give no network, where there is something to ask of before they take the place of the
-/// present one.
-std::optional<ImportRefusal> DeskWindow::findRefusal(const std::vector<ImportSource>& sources)
-{
-    if (document->isEmpty() && !document->isModified())
-        return std::nullopt;
-    const QScopedValueRollback<bool> guard(readsFiles, true);
-    return runs::findRefusal(*document, sources);
-}
-
-/// How files are imported, after the questions that this asks for; nothing if the user gave up.
-std::optional<ImportMode> DeskWindow::chooseMode()
-{
-    const bool isSaved = !document->getProject().getFilePath().isEmpty();
-    const auto replace = [&]() -> std::optional<ImportMode> {
-        if (isSaved && !mayLoseChanges())
-            return std::nullopt;
-        return ImportMode::Replace;
-    };
-    if (document->isEmpty())
-        return replace();
-    switch (questions::askToImport(this, document->getProject().getName())) {
-    case questions::Import::Replace:
-        return replace();
-    case questions::Import::Add:
-        return ImportMode::Add;
-    case questions::Import::Cancel:
-        break;
-    }
-    return std::nullopt;
-}
-
-void DeskWindow::exportFile(const QString& path)
-{
-    if (path.isEmpty())
-        return;
-    start(runs::makeExport(*document, path));
-}
-
-bool DeskWindow::saveFile(const QString& path)
-{
-    try {
-        projectfile::save(*document, path, projectfile::takeLock(*document, path));
-    } catch (const exceptions::Error& error) {
-        Application::warning(
-            Desk::tr("Проект не сохранён. %1 Выберите другое место командой «Сохранить как».")
-                .arg(QString::fromStdWString(error.getText())),
-            this);
-        return false;
-    }
-    recentfiles::add(path);
-    statusBar()->showMessage(Desk::tr("Проект сохранён: %1").arg(path), 5000);
-    tellOfLock();
-    return true;
-}
-
-void DeskWindow::tellOfLock()
-{
-    const std::shared_ptr<ProjectLock> lock = document->getOrigin().lock;
-    const QString warning = lock ? lock->takeWarning() : QString();
-    if (!warning.isEmpty())
-        messageBar->showMessage(warning);
-}
-
-bool DeskWindow::save()
-{
-    const QString path = document->getProject().getFilePath();
-    if (path.isEmpty())
-        return chooseAndSave();
-    if (!document->isFileChanged())
-        return saveFile(path);
-    switch (questions::askToOverwrite(this, path)) {
-    case questions::Overwrite::Yes:
-        return saveFile(path);
-    case questions::Overwrite::Elsewhere:
-        return chooseAndSave();
-    case questions::Overwrite::No:
-        break;
-    }
-    return false;
-}
-
-bool DeskWindow::mayBeClosed()
-{
-    if (document->isChecking() || readsFiles)
-        return false;
-    if (isRunWorking() && !questions::mayStopRun(this, *monitor))
-        return false;
-    // A run that still works is stopped first; this is asked again when it is over.
-    return isRunWorking() || mayLoseChanges();
-}
-
-bool DeskWindow::mayLoseChanges()
-{
-    if (!document->isModified())
-        return true;
-    switch (questions::askForChanges(this, document->getProject().getName())) {
-    case questions::Changes::Save:
-        return save();
-    case questions::Changes::Discard:
-        return true;
-    case questions::Changes::Keep:
-        break;
-    }
-    return false;
-}
-
-void DeskWindow::showProtocol(int protocolType)
-{
-    if (document->isProtocolOutdated(protocolType)) {
-        openPage(protocolType, QString());
-        return;
-    }
-    const QString page = pages[protocolType];
-    if (QFileInfo::exists(page)) {
-        QDesktopServices::openUrl(QUrl::fromLocalFile(page));
-        return;
-    }
-    OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this);
-    if (viewer && showPage([&] { viewer->showOrvel(protocolType); }))
-        pages[protocolType] = ProtocolState::read(document->getProtocol()).pages[protocolType];
-}
-
-/// Has a page shown. One whose lines have had to be restored was made without them, and is withdrawn before a
-/// browser has come to it.
-bool DeskWindow::showPage(const std::function<void()>& show)
-{
-    if (!checkProtocol())
-        return false;
-    const QStringList before = listPages();
-    show();
-    const ProtocolKeeper::Outcome outcome = document->checkProtocol();
-    if (outcome.message.isEmpty()) {
-        if (const QString lack = pagelook::describeLack(); !lack.isEmpty())
-            messageBar->showMessage(lack);
-        return true;
-    }
-    for (const QString& page : listPages()) {
-        if (!before.contains(page))
-            QFile::remove(page);
-    }
-    Application::warning(outcome.message, this);
-    return false;
-}
-
-/// Whether the lines of the protocols are all there.
-bool DeskWindow::checkProtocol(std::optional<int> finishedRun)
-{
-    const ProtocolKeeper::Outcome outcome = document->checkProtocol(finishedRun);
-    if (!outcome.message.isEmpty())
-        Application::warning(outcome.message, this);
-    return outcome.isWhole;
-}
-
-void DeskWindow::showLine(int protocolType, const QString& text)
-{
-    if (!isRunWorking())
-        openPage(protocolType, text);
-}
-
-/// Opens the page of a protocol at the line with that text, or at its beginning, and has it say whether it is
-/// out of date.
-void DeskWindow::openPage(int protocolType, const QString& lineText)
-{
-    const QString page =
-        QDir(Application::getTempFolder()).filePath(QStringLiteral("lines_%1.html").arg(protocolType));
-    ExceptionCatcher catcher;
-    catcher.addErrorHandler([this](const QString& message) { Application::warning(message, this); });
-    catcher.run([&] {
-        if (!QFileInfo::exists(pages[protocolType])) {
-            bool isMade = false;
-            const auto make = [&] {
-                isMade = document->getProtocol().CreateProtocolFile(protocolType, page);
-            };
-            if (!showPage(make) || !isMade)
-                return;
-            pages[protocolType] = page;
-        }
-        const QString opened =
-            linepage::write(pages[protocolType], lineText, document->isProtocolOutdated(protocolType));
-        QDesktopServices::openUrl(QUrl::fromLocalFile(opened));
-    });
-}
-
-void DeskWindow::showReport(int reportType)
-{
-    const std::optional<deskreports::Report> report = deskreports::find(reportType);
-    if (report && report->needsResults && !document->hasResults()) {
-        messageBar->showMessage(
-            Desk::tr("Ведомости составляются по результатам. Сначала выполните уравнивание."));
-        return;
-    }
-    const auto* generator = dynamic_cast<reports::ReportsGeneratorItem*>(
-        getModel()->getFirstItem(reports::kReportsGeneratorType));
-    ExceptionCatcher catcher;
-    catcher.addErrorHandler([this](const QString& message) { Application::warning(message, this); });
-    catcher.run([&] {
-        if (!generator->showReport(reportType))
-            messageBar->showMessage(
-                Desk::tr("Ведомость не открылась: в системе не назначена программа для страниц "
-                         "HTML, или такой ведомости нет."));
-    });
-}
-
 void DeskWindow::locateItem(LONGID id, const QString& typeName)
 {
     const bool isMeant = typeName.isEmpty() || typeName == document->findTypeName(id);
@@ -482,15 +165,6 @@ void DeskWindow::bringToFront()
         showNormal();
     raise();
     activateWindow();
-}
-
-void DeskWindow::childEvent(QChildEvent* event)
-{
-    ProjectWindow::childEvent(event);
-    // The main window makes these by itself for docks that share a place.
-    auto* tabs = event->polished() ? qobject_cast<QTabBar*>(event->child()) : nullptr;
-    if (tabs)
-        tabs->setAccessibleName(Desk::tr("Панели"));
 }
 
 void DeskWindow::closeEvent(QCloseEvent* event)
@@ -517,102 +191,6 @@ void DeskWindow::closeEvent(QCloseEvent* event)
     event->accept();
 }
 
-QWidget* DeskWindow::createCentralWidget()
-{
-    auto* central = new QWidget(this);
-    messageBar = new MessageBar(central);
-    table = new ItemTable(*document, this, central);
-    filterBar = new ItemFilterBar(*table, central);
-    itemEditor = new ItemEditor(*document, *table, this);
-    outdatedBar = new OutdatedBar(*document, central);
-    connect(itemEditor, &ItemEditor::refused, messageBar, &MessageBar::showMessage);
-    connect(table, &ItemTable::editRefused, messageBar, &MessageBar::showMessage);
-    connect(outdatedBar, &OutdatedBar::runRequested, this, &DeskWindow::runAgain);
-    connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateActions);
-    connect(table, &ItemTable::selectedItemsChanged, this, &DeskWindow::updateActions);
-    connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
-    connect(table, &ItemTable::copied, this, [this](int rowCount) {
-        statusBar()->showMessage(Desk::tr("Скопировано строк: %1").arg(QString::number(rowCount)), 5000);
-    });
-    table->addItemAction(actions->getAction(DeskActions::Command::ShowItemProtocol));
-    for (QAction* action : actions->getItemActions())
-        table->addItemAction(action);
-    table->setPageShower([this](const std::function<void()>& show) { showPage(show); });
-
-    auto* findAction = new QAction(this);
-    findAction->setShortcut(QKeySequence::Find);
-    connect(findAction, &QAction::triggered, filterBar, &ItemFilterBar::startSearch);
-    QMainWindow::addAction(findAction);
-
-    auto* layout = new QVBoxLayout(central);
-    layout->addWidget(messageBar);
-    layout->addWidget(filterBar);
-    layout->addWidget(outdatedBar);
-    layout->addWidget(table, 1);
-    return central;
-}
-
-void DeskWindow::createProtocolDock()
-{
-    protocolDock = new QDockWidget(Desk::tr("Последние протоколы"), this);
-    protocolDock->setObjectName(QStringLiteral("protocols"));
-    auto* parts = new QSplitter(protocolDock);
-    protocols = new ProtocolList(parts);
-    protocolPanel = new ProtocolPanel(*document, parts);
-    parts->setSizes({380, 620});
-    protocolDock->setWidget(parts);
-    addDockWidget(Qt::BottomDockWidgetArea, protocolDock);
-    resizeDocks({protocolDock}, {220}, Qt::Vertical);
-    connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
-    connect(protocols, &ProtocolList::protocolChosen, protocolPanel, &ProtocolPanel::showProtocol);
-    connect(protocolPanel, &ProtocolPanel::itemRequested, this, [this](LONGID id) {
-        // The keyboard stays with the lines. Keys that change the selected item mean that of the line: search
-        // and choice do not hide it, and where it is gone nothing else stays selected.
-        if (table->selectItem(id, ItemTable::Focus::Stays))
-            return;
-        filterBar->clear();
-        if (table->selectItem(id, ItemTable::Focus::Stays))
-            return;
-        table->selectionModel()->clear();
-        messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
-    });
-    connect(protocolPanel, &ProtocolPanel::lineRequested, this, &DeskWindow::showLine);
-    connect(table, &ItemTable::currentItemChanged, protocolPanel,
-            [this] { protocolPanel->setCurrentItem(table->getCurrentItem()); });
-    actions->addToProtocolMenu(protocolDock->toggleViewAction());
-    auto* showLines = new QAction(Desk::tr("В &строках протокола"), this);
-    connect(showLines, &QAction::triggered, this, [this] {
-        protocolDock->show();
-        protocolPanel->showAboutCurrent();
-    });
-    table->addItemAction(showLines);
-}
-
-void DeskWindow::createPlotDock()
-{
-    auto* dock = new QDockWidget(Desk::tr("Графики"), this);
-    dock->setObjectName(QStringLiteral("plots"));
-    auto* panel = new PlotPanel(*document, dock);
-    dock->setWidget(panel);
-    // One above the other leaves neither enough room.
-    tabifyDockWidget(pictureDock, dock);
-    dock->hide();
-    dock->toggleViewAction()->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+G")));
-    for (QDockWidget* one : {dock, static_cast<QDockWidget*>(pictureDock)})
-        connect(one->toggleViewAction(), &QAction::triggered, one, &QWidget::raise);
-    actions->addToViewMenu(dock->toggleViewAction());
-    connect(panel, &PlotPanel::itemRequested, this, [this](LONGID id) { locateItem(id); });
-}
-
-void DeskWindow::createClassIndicator()
-{
-    auto* indicator = new ClassIndicator(*document, statusBar());
-    statusBar()->addPermanentWidget(indicator);
-    connect(indicator, &QAbstractButton::clicked, this, &DeskWindow::editTolerances);
-    connect(document, &Document::surveyRulesChanged, actions,
-            [this] { actions->showRules(document->getSurveyRules()); });
-}
-
 void DeskWindow::editTolerances()
 {
     if (isRunWorking())
@@ -623,41 +201,6 @@ void DeskWindow::editTolerances()
     connect(dialog, &QDialog::accepted, document,
             [this, dialog] { document->setToleranceRules(dialog->getRules()); });
     dialog->open();
-}
-
-void DeskWindow::createPictureDock()
-{
-    pictureDock = new picture::PictureDock(*document, *table, this);
-    addDockWidget(Qt::RightDockWidgetArea, pictureDock);
-    pictureDock->hide();
-    connect(&pictureDock->getPanel(), &picture::PicturePanel::itemChosen, this, [this](LONGID id) {
-        // The keyboard stays with the picture, unless the search hides the item.
-        if (!table->selectItem(id, ItemTable::Focus::Stays))
-            locateItem(id);
-    });
-    actions->addToViewMenu(pictureDock->toggleViewAction());
-    auto* showInPicture = new QAction(Desk::tr("На с&хеме"), this);
-    connect(showInPicture, &QAction::triggered, pictureDock, [this] {
-        pictureDock->show();
-        pictureDock->raise();
-    });
-    table->addItemAction(showInPicture);
-}
-
-void DeskWindow::restoreLayout()
-{
-    const QSettings settings;
-    restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
-    restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
-    table->getColumns().restore(settings.value(QStringLiteral("window/tableColumns")).toByteArray());
-}
-
-void DeskWindow::saveLayout() const
-{
-    QSettings settings;
-    settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
-    settings.setValue(QStringLiteral("window/state"), saveState());
-    settings.setValue(QStringLiteral("window/tableColumns"), table->getColumns().save());
 }
 
 void DeskWindow::perform(DeskActions::Command command)
@@ -786,44 +329,10 @@ void DeskWindow::goToProblem(bool isForward)
     protocolPanel->goToProblem(isForward);
 }
 
-bool DeskWindow::chooseAndSave()
-{
-    const QString path = filedialogs::chooseProjectTarget(this, document->getProject().getName());
-    return !path.isEmpty() && saveFile(path);
-}
-
-void DeskWindow::showCurrentItemProtocol()
-{
-    if (getModel()->isItemMentioned(table->getCurrentItem()))
-        table->showCurrentProtocol();
-    else
-        messageBar->showMessage(Desk::tr("О выделенном в протоколах нет строк."));
-}
-
 void DeskWindow::showMonitor()
 {
     getMonitor();
     monitorDisplay->showWanted();
-}
-
-void DeskWindow::openFile(const QString& path)
-{
-    if (path.isEmpty())
-        return;
-    if (filedialogs::isNetworkFile(path))
-        importFile(path);
-    else
-        Q_EMIT openRequested(path);
-}
-
-/// Several files are one network; a project among them is opened, and nothing else.
-void DeskWindow::openFiles(const QStringList& paths)
-{
-    const auto project = std::find_if_not(paths.begin(), paths.end(), &filedialogs::isNetworkFile);
-    if (project != paths.end())
-        openFile(*project);
-    else
-        importFiles(paths);
 }
 
 void DeskWindow::start(const DeskRun& run)

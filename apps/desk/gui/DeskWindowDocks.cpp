@@ -1,0 +1,171 @@
+// What the window is made of, and how it is laid out.
+
+#include "apps/desk/Desk.h"
+#include "apps/desk/document/Document.h"
+#include "apps/desk/edit/ItemEditor.h"
+#include "apps/desk/edit/OutdatedBar.h"
+#include "apps/desk/gui/AboutBox.h"
+#include "apps/desk/gui/DeskWindow.h"
+#include "apps/desk/gui/ItemFilterBar.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/MessageBar.h"
+#include "apps/desk/gui/TableColumns.h"
+#include "apps/desk/picture/PictureDock.h"
+#include "apps/desk/picture/PicturePanel.h"
+#include "apps/desk/plots/PlotPanel.h"
+#include "apps/desk/protocol/ProtocolList.h"
+#include "apps/desk/protocol/ProtocolPanel.h"
+#include "apps/desk/tolerances/ClassIndicator.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QItemSelectionModel>
+#include <QSettings>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+namespace orvel::desk {
+
+QWidget* DeskWindow::createCentralWidget()
+{
+    auto* central = new QWidget(this);
+    messageBar = new MessageBar(central);
+    table = new ItemTable(*document, this, central);
+    filterBar = new ItemFilterBar(*table, central);
+    itemEditor = new ItemEditor(*document, *table, this);
+    outdatedBar = new OutdatedBar(*document, central);
+    connect(itemEditor, &ItemEditor::refused, messageBar, &MessageBar::showMessage);
+    connect(table, &ItemTable::editRefused, messageBar, &MessageBar::showMessage);
+    connect(outdatedBar, &OutdatedBar::runRequested, this, &DeskWindow::runAgain);
+    connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateActions);
+    connect(table, &ItemTable::selectedItemsChanged, this, &DeskWindow::updateActions);
+    connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
+    connect(table, &ItemTable::copied, this, [this](int rowCount) {
+        statusBar()->showMessage(Desk::tr("Скопировано строк: %1").arg(QString::number(rowCount)), 5000);
+    });
+    table->addItemAction(actions->getAction(DeskActions::Command::ShowItemProtocol));
+    for (QAction* action : actions->getItemActions())
+        table->addItemAction(action);
+    table->setPageShower([this](const std::function<void()>& show) { showPage(show); });
+
+    auto* findAction = new QAction(this);
+    findAction->setShortcut(QKeySequence::Find);
+    connect(findAction, &QAction::triggered, filterBar, &ItemFilterBar::startSearch);
+    QMainWindow::addAction(findAction);
+
+    auto* layout = new QVBoxLayout(central);
+    layout->addWidget(messageBar);
+    layout->addWidget(filterBar);
+    layout->addWidget(outdatedBar);
+    layout->addWidget(table, 1);
+    return central;
+}
+
+void DeskWindow::createProtocolDock()
+{
+    protocolDock = new QDockWidget(Desk::tr("Последние протоколы"), this);
+    protocolDock->setObjectName(QStringLiteral("protocols"));
+    auto* parts = new QSplitter(protocolDock);
+    protocols = new ProtocolList(parts);
+    protocolPanel = new ProtocolPanel(*document, parts);
+    parts->setSizes({380, 620});
+    protocolDock->setWidget(parts);
+    addDockWidget(Qt::BottomDockWidgetArea, protocolDock);
+    resizeDocks({protocolDock}, {220}, Qt::Vertical);
+    connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
+    connect(protocols, &ProtocolList::protocolChosen, protocolPanel, &ProtocolPanel::showProtocol);
+    connect(protocolPanel, &ProtocolPanel::itemRequested, this, [this](LONGID id) {
+        // The keyboard stays with the lines. Keys that change the selected item mean that of the line: search
+        // and choice do not hide it, and where it is gone nothing else stays selected.
+        if (table->selectItem(id, ItemTable::Focus::Stays))
+            return;
+        filterBar->clear();
+        if (table->selectItem(id, ItemTable::Focus::Stays))
+            return;
+        table->selectionModel()->clear();
+        messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
+    });
+    connect(protocolPanel, &ProtocolPanel::lineRequested, this, &DeskWindow::showLine);
+    connect(table, &ItemTable::currentItemChanged, protocolPanel,
+            [this] { protocolPanel->setCurrentItem(table->getCurrentItem()); });
+    actions->addToProtocolMenu(protocolDock->toggleViewAction());
+    auto* showLines = new QAction(Desk::tr("В &строках протокола"), this);
+    connect(showLines, &QAction::triggered, this, [this] {
+        protocolDock->show();
+        protocolPanel->showAboutCurrent();
+    });
+    table->addItemAction(showLines);
+}
+
+void DeskWindow::createPlotDock()
+{
+    auto* dock = new QDockWidget(Desk::tr("Графики"), this);
+    dock->setObjectName(QStringLiteral("plots"));
+    auto* panel = new PlotPanel(*document, dock);
+    dock->setWidget(panel);
+    // One above the other leaves neither enough room.
+    tabifyDockWidget(pictureDock, dock);
+    dock->hide();
+    dock->toggleViewAction()->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+G")));
+    for (QDockWidget* one : {dock, static_cast<QDockWidget*>(pictureDock)})
+        connect(one->toggleViewAction(), &QAction::triggered, one, &QWidget::raise);
+    actions->addToViewMenu(dock->toggleViewAction());
+    connect(panel, &PlotPanel::itemRequested, this, [this](LONGID id) { locateItem(id); });
+}
+
+void DeskWindow::createClassIndicator()
+{
+    auto* indicator = new ClassIndicator(*document, statusBar());
+    statusBar()->addPermanentWidget(indicator);
+    connect(indicator, &QAbstractButton::clicked, this, &DeskWindow::editTolerances);
+    connect(document, &Document::surveyRulesChanged, actions,
+            [this] { actions->showRules(document->getSurveyRules()); });
+}
+
+void DeskWindow::createPictureDock()
+{
+    pictureDock = new picture::PictureDock(*document, *table, this);
+    addDockWidget(Qt::RightDockWidgetArea, pictureDock);
+    pictureDock->hide();
+    connect(&pictureDock->getPanel(), &picture::PicturePanel::itemChosen, this, [this](LONGID id) {
+        // The keyboard stays with the picture, unless the search hides the item.
+        if (!table->selectItem(id, ItemTable::Focus::Stays))
+            locateItem(id);
+    });
+    actions->addToViewMenu(pictureDock->toggleViewAction());
+    auto* showInPicture = new QAction(Desk::tr("На с&хеме"), this);
+    connect(showInPicture, &QAction::triggered, pictureDock, [this] {
+        pictureDock->show();
+        pictureDock->raise();
+    });
+    table->addItemAction(showInPicture);
+}
+
+void DeskWindow::restoreLayout()
+{
+    const QSettings settings;
+    restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
+    table->getColumns().restore(settings.value(QStringLiteral("window/tableColumns")).toByteArray());
+}
+
+void DeskWindow::saveLayout() const
+{
+    QSettings settings;
+    settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    settings.setValue(QStringLiteral("window/state"), saveState());
+    settings.setValue(QStringLiteral("window/tableColumns"), table->getColumns().save());
+}
+
+void DeskWindow::childEvent(QChildEvent* event)
+{
+    ProjectWindow::childEvent(event);
+    // The main window makes these by itself for docks that share a place.
+    auto* tabs = event->polished() ? qobject_cast<QTabBar*>(event->child()) : nullptr;
+    if (tabs)
+        tabs->setAccessibleName(Desk::tr("Панели"));
+}
+
+} // namespace orvel::desk
