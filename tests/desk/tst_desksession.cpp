@@ -4,6 +4,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/ProjectLock.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/DeskSession.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
@@ -519,8 +520,8 @@ void TestDeskSession::savedProjectShowsSamePages()
 void TestDeskSession::missingPagesAreForgotten()
 {
     adjust();
-    window().showProtocol(enums::Adjust);
-    window().showProtocol(enums::Import);
+    window().getPages().showProtocol(enums::Adjust);
+    window().getPages().showProtocol(enums::Import);
     const QStringList pages = desk->opened.getPaths();
     const QString path = desk->path(QStringLiteral("project.orvel"));
     QVERIFY(window().saveFile(path));

@@ -3,6 +3,7 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectLock.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/HelpDialog.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemTable.h"
@@ -433,14 +434,14 @@ void TestDeskWindow::vanishedDataFileComesBack()
     if (action == QLatin1String("save")) {
         QVERIFY(window->saveFile(project));
     } else if (action == QLatin1String("list")) {
-        window->showProtocol(enums::Adjust);
+        window->getPages().showProtocol(enums::Adjust);
     } else if (action == QLatin1String("progress window")) {
         Q_EMIT window->getMonitor().showOrvel(enums::Adjust);
     } else if (action == QLatin1String("report column")) {
         QVERIFY(window->getTable().selectItem(window->getDocument().getPoints()[0]->getId()));
         window->getTable().showCurrentProtocol();
     } else if (action == QLatin1String("report")) {
-        window->showReport(kHeightCatalogue);
+        window->getPages().showReport(kHeightCatalogue);
     } else if (action == QLatin1String("export")) {
         window->exportFile(desk->path(QStringLiteral("h.csv")));
         QVERIFY(window->getMonitor().waitForFinished());
@@ -754,16 +755,16 @@ void TestDeskWindow::equalUrisAreOne()
 void TestDeskWindow::pageIsReusedWhileItsLinesAreTheSame()
 {
     run("Уравнивание");
-    window->showProtocol(enums::Adjust);
-    window->showProtocol(enums::Adjust);
+    window->getPages().showProtocol(enums::Adjust);
+    window->getPages().showProtocol(enums::Adjust);
     QCOMPARE(desk->opened.getPaths().size(), 2);
     QCOMPARE(desk->opened.getPaths()[1], desk->opened.getPaths()[0]);
     run("Уравнивание");
-    window->showProtocol(enums::Adjust);
+    window->getPages().showProtocol(enums::Adjust);
     QVERIFY(desk->opened.getPaths()[2] != desk->opened.getPaths()[0]);
     // One that somebody removed is made anew.
     QVERIFY(QFile::remove(desk->opened.getPaths()[2]));
-    window->showProtocol(enums::Adjust);
+    window->getPages().showProtocol(enums::Adjust);
     QVERIFY(QFile::exists(desk->opened.getPaths()[3]));
 }
 

@@ -5,6 +5,7 @@
 #include "apps/desk/edit/CellEdit.h"
 #include "apps/desk/edit/NewSectionDialog.h"
 #include "apps/desk/edit/OutdatedBar.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
@@ -465,7 +466,7 @@ void TestEditing::pageOfAnOutdatedProtocolSaysSo()
     window->getMonitor().waitForFinished();
     const QString leads = QStringLiteral(".html#outdated\">");
     const auto open = [this] {
-        window->showProtocol(enums::Compile);
+        window->getPages().showProtocol(enums::Compile);
         QFile page(desk->opened.getUrls().constLast().toLocalFile());
         return page.open(QIODevice::ReadOnly) ? QString::fromUtf8(page.readAll()) : QString();
     };

@@ -1,5 +1,6 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/picture/ItemText.h"
 #include "apps/desk/picture/PictureDock.h"
@@ -330,12 +331,12 @@ void TestPicture::reportHasThePicture()
         QVERIFY(svg.contains(QLatin1Char('>') + point->getPoint().id + QLatin1Char('<')));
     QCOMPARE(QString::fromUtf8(reportpicture::make(window->getDocument())), svg);
     // The page that the menu opens has it, too.
-    window->showReport(kLineList);
+    window->getPages().showReport(kLineList);
     const QString page = QString::fromUtf8(readFile(desk->opened.getPaths().last()));
     QVERIFY(page.contains(QStringLiteral("src=\"data:image/svg+xml;base64,%1\"")
                               .arg(QString::fromLatin1(svg.toUtf8().toBase64()))));
     QVERIFY(page.contains(QStringLiteral("; img-src data:")));
-    window->showReport(kSectionBook);
+    window->getPages().showReport(kSectionBook);
     QVERIFY(!QString::fromUtf8(readFile(desk->opened.getPaths().last())).contains(QStringLiteral("<img")));
     window = desk->makeWindow();
     QVERIFY(reportpicture::make(window->getDocument()).isEmpty());

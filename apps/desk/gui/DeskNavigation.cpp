@@ -1,6 +1,7 @@
 #include "apps/desk/gui/DeskNavigation.h"
 
 #include "apps/desk/document/DeskTypes.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/DeskWindow.h"
 
 #include <QUrl>
@@ -30,11 +31,11 @@ bool DeskNavigation::navigate(const QUrl& url)
     } else if (url.host() == QLatin1String("generate-protocol")) {
         const int protocolType = id.toInt(&isNumber);
         if (isNumber)
-            window.showProtocol(protocolType);
+            window.getPages().showProtocol(protocolType);
     } else if (url.host() == QLatin1String("generate-report")) {
         const int reportType = id.toInt(&isNumber);
         if (isNumber)
-            window.showReport(reportType);
+            window.getPages().showReport(reportType);
     }
     return isNumber;
 }

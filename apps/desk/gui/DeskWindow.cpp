@@ -8,6 +8,7 @@
 #include "apps/desk/edit/OutdatedBar.h"
 #include "apps/desk/gui/AboutBox.h"
 #include "apps/desk/gui/DeskNavigation.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/FileDialogs.h"
 #include "apps/desk/gui/FileDrops.h"
 #include "apps/desk/gui/GlyphIcon.h"
@@ -59,6 +60,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     , document(projectDocument.release())
     , uriFollower(*this)
     , drops(new FileDrops(*this, [this] { return !isRunWorking(); }))
+    , pages(new DeskPages(*document, *this))
     , actions(new DeskActions(*this, document->getSurveyRules()))
     , status(new QLabel)
 {
@@ -69,6 +71,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     createPlotDock();
     printing = new DeskPrinting(*document, *table, *protocolPanel, this);
     connect(printing, &DeskPrinting::told, messageBar, &MessageBar::showMessage);
+    connect(pages, &DeskPages::told, messageBar, &MessageBar::showMessage);
     // Stands again when a word that hid it is over.
     statusBar()->addWidget(status);
     createClassIndicator();
@@ -85,18 +88,16 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     connect(actions, &DeskActions::fileRequested, this, &DeskWindow::openFile);
     connect(actions, &DeskActions::runRequested, this,
             [this](int protocolType) { start(runs::make(protocolType, *document)); });
-    connect(actions, &DeskActions::protocolRequested, this, &DeskWindow::showProtocol);
-    connect(actions, &DeskActions::reportRequested, this, &DeskWindow::showReport);
+    connect(actions, &DeskActions::protocolRequested, pages, &DeskPages::showProtocol);
+    connect(actions, &DeskActions::reportRequested, pages, &DeskPages::showReport);
     connect(document, &Document::modifiedChanged, this, &QWidget::setWindowModified);
     connect(document, &Document::originChanged, this, &DeskWindow::updateTitle);
     connect(document, &Document::networkReplaced, this, &DeskWindow::updateActions);
     connect(document, &Document::outdatedChanged, this, &DeskWindow::showOutdated);
     connect(&document->getUndoStack(), &QUndoStack::indexChanged, this, &DeskWindow::updateActions);
     connect(document, &Document::resultsChanged, this, &DeskWindow::updateActions);
-    connect(document, &Document::summaryChanged, this, [this] {
-        pages.clear();
-        protocols->setSummary(document->getSummary());
-    });
+    connect(document, &Document::summaryChanged, this,
+            [this] { protocols->setSummary(document->getSummary()); });
     protocols->setSummary(document->getSummary());
     setWindowModified(document->isModified());
     updateTitle();
@@ -127,7 +128,7 @@ RunMonitor& DeskWindow::getMonitor()
         // The viewer shows a page whatever has become of its lines.
         if (OrvelGUIExtension* viewer = OrvelGUIExtension::find(*this))
             disconnect(monitor.get(), &RunMonitor::showOrvel, viewer, &OrvelGUIExtension::showOrvel);
-        connect(monitor.get(), &RunMonitor::showOrvel, this, &DeskWindow::showProtocol);
+        connect(monitor.get(), &RunMonitor::showOrvel, pages, &DeskPages::showProtocol);
     }
     return *monitor;
 }
@@ -329,6 +330,14 @@ void DeskWindow::goToProblem(bool isForward)
     protocolPanel->goToProblem(isForward);
 }
 
+void DeskWindow::showCurrentItemProtocol()
+{
+    if (getModel()->isItemMentioned(table->getCurrentItem()))
+        table->showCurrentProtocol();
+    else
+        messageBar->showMessage(Desk::tr("О выделенном в протоколах нет строк."));
+}
+
 void DeskWindow::showMonitor()
 {
     getMonitor();
@@ -337,7 +346,7 @@ void DeskWindow::showMonitor()
 
 void DeskWindow::start(const DeskRun& run)
 {
-    if (isRunWorking() || !checkProtocol())
+    if (isRunWorking() || !pages->check())
         return;
     document->refuseEdits(true);
     getMonitor().startRun(run);
@@ -353,9 +362,9 @@ void DeskWindow::finishRun()
     if (!monitor->wasInterrupted() && monitor->getRun().failure->kind != RunFailure::Kind::Refused)
         document->setModified(true);
     if (monitor->isProtocolKept())
-        checkProtocol();
+        pages->check();
     else
-        checkProtocol(monitor->getRun().protocolType);
+        pages->check(monitor->getRun().protocolType);
     protocols->choose(monitor->getRun().protocolType);
     document->refuseEdits(false);
     updateActions();

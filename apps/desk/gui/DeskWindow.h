@@ -6,8 +6,6 @@
 #include "apps/desk/process/RunMonitor.h"
 #include "host/window/ProjectWindow.h"
 
-#include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 
@@ -16,6 +14,7 @@ class QLabel;
 
 namespace orvel::desk {
 
+class DeskPages;
 class DeskPrinting;
 class Document;
 class ItemEditor;
@@ -46,6 +45,7 @@ public:
     ItemTable& getTable() { return *table; }
     ProtocolPanel& getProtocolPanel() { return *protocolPanel; }
     picture::PictureDock& getPictureDock() { return *pictureDock; }
+    DeskPages& getPages() { return *pages; }
     MessageBar& getMessageBar() { return *messageBar; }
     /// The progress window, made at its first use.
     RunMonitor& getMonitor();
@@ -71,11 +71,6 @@ public:
     /// which the user gave up.
     bool mayBeClosed();
 
-    /// Opens the page of a protocol; while its lines are the same, the page that there is.
-    void showProtocol(int protocolType);
-    /// Opens the page of a protocol at the line with that text.
-    void showLine(int protocolType, const QString& text);
-    void showReport(int reportType);
     /// Selects the item, or says that there is none. With the internal name of a type only an item of that
     /// type is meant: another project of the same name has other items under the same ids.
     void locateItem(LONGID id, const QString& typeName = {});
@@ -114,7 +109,6 @@ private:
     void openFiles(const QStringList& paths);
 
     void start(const DeskRun& run);
-    void openPage(int protocolType, const QString& lineText);
     void finishRun();
     void endDisplay();
     void startImport(DeskRun run);
@@ -123,8 +117,6 @@ private:
     std::optional<ImportMode> chooseMode();
     /// True if nothing is unsaved, or after it was saved or given up.
     bool mayLoseChanges();
-    bool showPage(const std::function<void()>& show);
-    bool checkProtocol(std::optional<int> finishedRun = std::nullopt);
     void updateTitle();
     void updateActions();
     void updateStatus();
@@ -134,13 +126,13 @@ private:
     std::unique_ptr<RunMonitor> monitor;
     std::unique_ptr<MonitorDisplay> monitorDisplay; ///< of the monitor
     bool closeAfterRun = false;
-    bool readsFiles = false;      ///< to see whether there is something to import
-    QStringList tablesToImport;   // behind the run at work
-    std::vector<int> typesToRun;  // behind it, one after the other
-    std::map<int, QString> pages; ///< made of the lines as they are, by protocol type
+    bool readsFiles = false;     ///< to see whether there is something to import
+    QStringList tablesToImport;  // behind the run at work
+    std::vector<int> typesToRun; // behind it, one after the other
 
     UriFollower uriFollower;
     FileDrops* drops;
+    DeskPages* pages;
     DeskActions* actions;
     MessageBar* messageBar = nullptr;
     ItemFilterBar* filterBar = nullptr;

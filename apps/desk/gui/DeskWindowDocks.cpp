@@ -5,6 +5,7 @@
 #include "apps/desk/edit/ItemEditor.h"
 #include "apps/desk/edit/OutdatedBar.h"
 #include "apps/desk/gui/AboutBox.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/DeskWindow.h"
 #include "apps/desk/gui/ItemFilterBar.h"
 #include "apps/desk/gui/ItemTable.h"
@@ -48,7 +49,7 @@ QWidget* DeskWindow::createCentralWidget()
     table->addItemAction(actions->getAction(DeskActions::Command::ShowItemProtocol));
     for (QAction* action : actions->getItemActions())
         table->addItemAction(action);
-    table->setPageShower([this](const std::function<void()>& show) { showPage(show); });
+    table->setPageShower([this](const std::function<void()>& show) { pages->showPage(show); });
 
     auto* findAction = new QAction(this);
     findAction->setShortcut(QKeySequence::Find);
@@ -74,7 +75,7 @@ void DeskWindow::createProtocolDock()
     protocolDock->setWidget(parts);
     addDockWidget(Qt::BottomDockWidgetArea, protocolDock);
     resizeDocks({protocolDock}, {220}, Qt::Vertical);
-    connect(protocols, &ProtocolList::protocolRequested, this, &DeskWindow::showProtocol);
+    connect(protocols, &ProtocolList::protocolRequested, pages, &DeskPages::showProtocol);
     connect(protocols, &ProtocolList::protocolChosen, protocolPanel, &ProtocolPanel::showProtocol);
     connect(protocolPanel, &ProtocolPanel::itemRequested, this, [this](LONGID id) {
         // The keyboard stays with the lines. Keys that change the selected item mean that of the line: search
@@ -87,7 +88,10 @@ void DeskWindow::createProtocolDock()
         table->selectionModel()->clear();
         messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
     });
-    connect(protocolPanel, &ProtocolPanel::lineRequested, this, &DeskWindow::showLine);
+    connect(protocolPanel, &ProtocolPanel::lineRequested, this, [this](int type, const QString& text) {
+        if (!isRunWorking())
+            pages->showLine(type, text);
+    });
     connect(table, &ItemTable::currentItemChanged, protocolPanel,
             [this] { protocolPanel->setCurrentItem(table->getCurrentItem()); });
     actions->addToProtocolMenu(protocolDock->toggleViewAction());
