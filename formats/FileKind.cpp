@@ -5,6 +5,7 @@
 #include "formats/RecFile.h"
 
 #include <QBuffer>
+#include <QTextCodec>
 
 #include <algorithm>
 #include <optional>
@@ -15,11 +16,11 @@ namespace {
 
 bool isXml(const QByteArray& start)
 {
-    // With two bytes for each character the first "<" follows their mark, or has a zero beside it.
-    if (start.startsWith("\xFF\xFE") || start.startsWith("\xFE\xFF"))
-        return true;
-    const QByteArray text = start.startsWith("\xEF\xBB\xBF") ? start.mid(3) : start;
-    return text.trimmed().startsWith('<') || text.startsWith(QByteArray("\0<", 2));
+    const QTextCodec* const marked = QTextCodec::codecForUtfText(start, nullptr);
+    if (marked)
+        return marked->toUnicode(start).trimmed().startsWith(QLatin1Char('<'));
+    // With two bytes for each character the first "<" has a zero beside it.
+    return start.trimmed().startsWith('<') || start.startsWith(QByteArray("\0<", 2));
 }
 
 bool isOneOf(int index, std::initializer_list<int> indices)

@@ -1,7 +1,5 @@
 #include "formats/GsiFile.h"
 
-#include <QTextCodec>
-
 #include <algorithm>
 #include <utility>
 
@@ -24,15 +22,6 @@ bool isDigit(QChar character)
 bool isFiller(QChar character)
 {
     return character <= QLatin1Char(' ') || character == QChar(0x7f);
-}
-
-QString decode(const QByteArray& line)
-{
-    QTextCodec::ConverterState state;
-    static const QTextCodec* const utf8 = QTextCodec::codecForName("UTF-8");
-    const QString text = utf8->toUnicode(line.constData(), line.size(), &state);
-    const bool isValid = state.invalidChars == 0 && state.remainingChars == 0;
-    return isValid ? text : QString::fromLatin1(line);
 }
 
 /// Whether a word begins there: its index, the information and the sign.
@@ -98,6 +87,10 @@ std::optional<qint64> GsiWord::toNumber() const
 {
     const QString text = data.trimmed();
     if (text.isEmpty() || !std::all_of(text.begin(), text.end(), isDigit))
+        return std::nullopt;
+    // Zeros fill a word up. Where it has them and is short all the same, its end is missing.
+    const bool isWhole = data.size() == kShortData || data.size() == kLongData;
+    if (!isWhole && text.size() > 1 && text.startsWith(QLatin1Char('0')))
         return std::nullopt;
     bool isNumber = false;
     const qint64 number = text.toLongLong(&isNumber);
@@ -173,7 +166,7 @@ GsiFile::Line GsiFile::readNext()
 
 GsiBlock GsiFile::parse(const QByteArray& line)
 {
-    const QString text = decode(line);
+    const QString text = LineReader::decode(line);
     GsiBlock block;
     int position = 0;
     const auto skipFiller = [&] {

@@ -27,7 +27,7 @@ struct GsiWord
     QChar getUnit() const { return information.at(3); }
     /// The data without the zeros and blanks that fill it; "0" if there is nothing else.
     QString toText() const;
-    /// The data as a whole number with its sign; none if it is something else.
+    /// The data as a whole number with its sign; none if it is something else, or is cut off.
     std::optional<qint64> toNumber() const;
     /// Size of the last digit by the unit: '0' 1 mm, '6' 0.1 mm, '8' 0.01 mm, '1' 0.001 ft, '7' 0.0001 ft.
     /// None if the unit is not one of length. A foot is 0.3048 m.

@@ -1,6 +1,9 @@
 #include "formats/LineReader.h"
 
+#include <QTextCodec>
+
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace formats {
@@ -8,6 +11,7 @@ namespace formats {
 namespace {
 
 constexpr int kPortion = 1 << 14;
+constexpr const char* kByteOrderMark = "\xEF\xBB\xBF"; // of UTF-8
 
 bool isLineEnd(char byte)
 {
@@ -22,6 +26,24 @@ LineReader::LineReader(QIODevice& openDevice, std::function<bool()> stopQuestion
 {}
 
 bool LineReader::readNext()
+{
+    if (!readLine())
+        return false;
+    if (number == 1 && line.startsWith(kByteOrderMark))
+        line.remove(0, static_cast<int>(std::strlen(kByteOrderMark)));
+    return true;
+}
+
+QString LineReader::decode(const QByteArray& bytes)
+{
+    QTextCodec::ConverterState state;
+    static const QTextCodec* const utf8 = QTextCodec::codecForName("UTF-8");
+    const QString text = utf8->toUnicode(bytes.constData(), bytes.size(), &state);
+    const bool isValid = state.invalidChars == 0 && state.remainingChars == 0;
+    return isValid ? text : QString::fromLatin1(bytes);
+}
+
+bool LineReader::readLine()
 {
     if (end != End::None)
         return false;

@@ -2,12 +2,14 @@
 
 #include <QByteArray>
 #include <QIODevice>
+#include <QString>
 
 #include <functional>
 
 namespace formats {
 
-/// Gives the lines of a text one by one. They end with LF, CR LF or CR; the last one may lack its end.
+/// Gives the lines of a text one by one. They end with LF, CR LF or CR; the last one may lack its end. A byte
+/// order mark of UTF-8 before the first one is none of it.
 ///
 /// The memory needed is bounded, whatever the file holds: over one of the limits reading ends.
 class LineReader
@@ -37,7 +39,11 @@ public:
     qint64 getNumber() const { return number; }
     End getEnd() const { return end; }
 
+    /// The text of a line: UTF-8 or, where it is none, ISO 8859-1.
+    static QString decode(const QByteArray& bytes);
+
 private:
+    bool readLine();
     bool fill();
     bool finish(End reason);
 

@@ -70,15 +70,15 @@ M5File::Line M5File::readNext()
 
 std::optional<M5Record> M5File::parse(const QByteArray& line)
 {
-    if (!line.startsWith("For M5|Adr") || line.trimmed().size() > kLineLength)
+    const QString text = LineReader::decode(line);
+    if (!text.startsWith(QLatin1String("For M5|Adr")) || text.trimmed().size() > kLineLength)
         return std::nullopt;
-    const bool isInColumns = std::all_of(std::begin(kSeparators), std::end(kSeparators), [&line](int column) {
-        return column >= line.size() || line.at(column) == '|';
+    const bool isInColumns = std::all_of(std::begin(kSeparators), std::end(kSeparators), [&text](int column) {
+        return column >= text.size() || text.at(column) == QLatin1Char('|');
     });
-    if (!isInColumns || line.size() <= kInformationColumn)
+    if (!isInColumns || text.size() <= kInformationColumn)
         return std::nullopt;
 
-    const QString text = QString::fromLatin1(line);
     M5Record record;
     record.type = field(text, kTypeColumn, kTypeLength);
     record.information = text.mid(kInformationColumn, kInformationLength).leftJustified(kInformationLength);
@@ -87,6 +87,9 @@ std::optional<M5Record> M5File::parse(const QByteArray& line)
         value.type = field(text, column, kValueTypeLength);
         value.text = field(text, column + kNumberOffset, kNumberLength);
         value.unit = field(text, column + kUnitOffset, kUnitLength);
+        // Numbers stand at the right of their column: a line that ends in it has lost digits.
+        if (!value.text.isEmpty() && text.size() < column + kNumberOffset + kNumberLength)
+            value.text += QStringLiteral("…");
         column += kValueStep;
     }
     record.isMarked = !field(text, kMarkColumn, 1).isEmpty();

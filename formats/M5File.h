@@ -10,7 +10,8 @@
 namespace formats {
 
 /// One of the three values of a record: what it is ("SD", "Hz", "Z"), the number as it is written, and its
-/// unit ("m", "DMS", "gon"). All are without blanks around them, and empty where the record has none.
+/// unit ("m", "DMS", "gon"). All are without blanks around them, and empty where the record has none. A
+/// number that the end of the line has cut off ends in "…".
 struct M5Value
 {
     QString type;
@@ -46,8 +47,8 @@ public:
     /// @param isStopped  see LineReader
     explicit M5File(QIODevice& device, std::function<bool()> isStopped = {});
 
-    /// Goes on to the next line and tells what it is. Bytes that no ASCII text has are read as the local
-    /// characters of an 8-bit set (ISO 8859-1).
+    /// Goes on to the next line and tells what it is. A column is one character, in whatever encoding (see
+    /// LineReader::decode()).
     Line readNext();
     /// Behind Line::Record.
     const M5Record& getRecord() const { return record; }

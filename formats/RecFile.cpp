@@ -36,7 +36,7 @@ std::optional<M5Record> RecFile::parse(const QByteArray& line)
         "(?=\\s|$)"));
     if (line.size() > kLongestRecord)
         return std::nullopt;
-    const QRegularExpressionMatch whole = addressed.match(QString::fromLatin1(line));
+    const QRegularExpressionMatch whole = addressed.match(LineReader::decode(line));
     if (!whole.hasMatch())
         return std::nullopt;
     const QString text = whole.captured(1);

@@ -64,6 +64,17 @@ void TestFileKind::filesAreRecognised_data()
     QTest::newRow("XML with a mark") << QByteArray("\xEF\xBB\xBF<gama-local>") << FileKind::Xml;
     QTest::newRow("XML of wide characters") << QByteArray("\xFF\xFE<\0g\0", 6) << FileKind::Xml;
     QTest::newRow("XML of wide characters without a mark") << QByteArray("\0<\0g", 4) << FileKind::Xml;
+    QTest::newRow("table of wide characters") << QByteArray("\xFF\xFE"
+                                                            "1\0;\0"
+                                                            "2\0\n\0",
+                                                            10)
+                                              << FileKind::Unknown;
+    QTest::newRow("GSI with a mark") << QByteArray("\xEF\xBB\xBF*410001+00000000?......2 \n")
+                                     << FileKind::GsiLevel;
+    QTest::newRow("M5 with a mark") << "\xEF\xBB\xBF" + m5("KD1", "BM1", "Rb        1.52300 m")
+                                    << FileKind::M5Level;
+    QTest::newRow("REC_E with a mark")
+        << QByteArray("\xEF\xBB\xBF 65 Start-Line   BFFB   101\n") << FileKind::RecLevel;
     QTest::newRow("GSI-8 level") << QByteArray("410001+?......1\r\n") << FileKind::GsiLevel;
     QTest::newRow("GSI-16 level") << QByteArray("*410001+00000000?......2 \n") << FileKind::GsiLevel;
     QTest::newRow("GSI level behind codes")

@@ -87,6 +87,7 @@ void TestGsiFile::wordsThatAreCutEndAtTheBlank()
     QCOMPARE(int(block.words.size()), 2);
     QCOMPARE(block.words[0].toText(), QStringLiteral("BM"));
     QCOMPARE(*block.words[1].toMetres(), 1.59977);
+    QCOMPARE(*GsiFile::parse("331.08+0").words[0].toMetres(), 0.0);
 }
 
 void TestGsiFile::whatIsNoWordIsKept()
@@ -129,6 +130,8 @@ void TestGsiFile::dataThatIsNoNumberHasNoValue_data()
     QTest::newRow("second sign") << QByteArray("331.08+-0015230");
     QTest::newRow("blank") << QByteArray("331.08+         ");
     QTest::newRow("more digits than numbers have") << QByteArray("331.08+99999999999999999999");
+    QTest::newRow("cut off") << QByteArray("331.08+001523");
+    QTest::newRow("wide and cut off") << QByteArray("*331.08+000000000001523");
     QTest::newRow("unit of an angle") << QByteArray("331.03+00015230");
     QTest::newRow("no unit") << QByteArray("331.0.+00015230");
 }

@@ -69,6 +69,11 @@ void TestLineReader::linesEndInThreeWays_data()
     QTest::newRow("no end") << QByteArray("a\nb") << QList<QByteArray>{"a", "b"};
     QTest::newRow("blank lines") << QByteArray("\n\na\r\r\nb") << QList<QByteArray>{"", "", "a", "", "b"};
     QTest::newRow("nothing") << QByteArray() << QList<QByteArray>{};
+    QTest::newRow("mark of UTF-8") << QByteArray("\xEF\xBB\xBF"
+                                                 "a\n\xEF\xBB\xBF"
+                                                 "b")
+                                   << QList<QByteArray>{"a", "\xEF\xBB\xBF"
+                                                             "b"};
     QTest::newRow("NUL") << QByteArray("a\0b\nc", 5) << QList<QByteArray>{QByteArray("a\0b", 3), "c"};
 }
 

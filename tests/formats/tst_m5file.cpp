@@ -18,7 +18,9 @@ private Q_SLOTS:
     void measurementIsRead();
     void textIsRead();
     void levelRecordIsRead();
+    void columnsAreCharacters();
     void missingBlanksAtTheEndAreNone();
+    void numberThatIsCutOffIsNone();
     void markOfTheInstrumentIsRead();
     void otherLinesAreNoRecords_data();
     void otherLinesAreNoRecords();
@@ -73,12 +75,37 @@ void TestM5File::levelRecordIsRead()
     QCOMPARE(flatten(*record), QStringLiteral("KD1|12 1234|Rb|1.23456|m|HD|25.310|m|||"));
 }
 
+void TestM5File::columnsAreCharacters()
+{
+    const auto record =
+        M5File::parse("For M5|Adr     4|KD1     Рп7                    |Rb        1.23456 m   |");
+    QVERIFY(record);
+    QCOMPARE(flatten(*record), QStringLiteral("KD1|Рп7|Rb|1.23456|m||||||"));
+    const auto narrow =
+        M5File::parse("For M5|Adr     4|KD1      \xC4\xFC                    |Rb        1.23456 m   |");
+    QVERIFY(narrow);
+    QCOMPARE(flatten(*narrow), QStringLiteral("KD1|Äü|Rb|1.23456|m||||||"));
+}
+
 void TestM5File::missingBlanksAtTheEndAreNone()
 {
     const auto record = M5File::parse("For M5|Adr 00010|TI  KN STAT");
     QVERIFY(record);
     QCOMPARE(flatten(*record), QStringLiteral("TI|KN STAT|||||||||"));
     QCOMPARE(record->information.size(), 27);
+}
+
+void TestM5File::numberThatIsCutOffIsNone()
+{
+    const QByteArray line = "For M5|Adr     4|KD1 12             1234        |Rb        1.23456 m";
+    const auto whole = M5File::parse(line);
+    QVERIFY(whole);
+    QCOMPARE(*M5File::toNumber(whole->values[0]), 1.23456);
+    QCOMPARE(*M5File::toNumber(M5File::parse(line.chopped(2))->values[0]), 1.23456);
+    const auto cut = M5File::parse(line.chopped(3));
+    QVERIFY(cut);
+    QCOMPARE(flatten(*cut), QStringLiteral("KD1|12 1234|Rb|1.2345…|||||||"));
+    QVERIFY(!M5File::toNumber(cut->values[0]));
 }
 
 void TestM5File::markOfTheInstrumentIsRead()
