@@ -27,6 +27,11 @@ bool hasTwoReadings(LevelMethod method)
            method == LevelMethod::OtherDouble;
 }
 
+bool isAlternating(LevelMethod method)
+{
+    return method == LevelMethod::AlternateBackFore || method == LevelMethod::AlternateBackForeForeBack;
+}
+
 bool isNumberWithin(double value, double limit)
 {
     return std::isfinite(value) && std::abs(value) <= limit;
@@ -100,6 +105,7 @@ void LevelBook::endLine()
     lastSetup = Setup();
     lastHeight.reset();
     isShotOpen = false;
+    lastReading = LastReading::None;
     contents.back().endStation = stations.size();
     contents.back().endShot = shots.size();
     if (contents.back().firstStation == stations.size() && contents.back().firstShot == shots.size())
@@ -109,6 +115,7 @@ void LevelBook::endLine()
 
 void LevelBook::addReading(const StaffReading& reading)
 {
+    lastReading = LastReading::None;
     if (!checkReading(reading))
         return;
     if (!inLine) {
@@ -138,7 +145,10 @@ void LevelBook::placeReading(StaffReading reading)
     const int point = intern(reading.point);
     const int Setup::*staff = reading.sight == Sight::Back ? &Setup::back : &Setup::fore;
     const bool isOther = setup.*staff != kNoPoint && setup.*staff != point;
-    if (isOther || setup.readings.size() >= kMostReadings)
+    // Where the back is read first, the staff in front is that behind the next station.
+    const bool isNext = reading.sight == Sight::Back && setup.back == kNoPoint && setup.fore == point &&
+                        !isAlternating(result.findings.lines.back().method);
+    if (isOther || isNext || setup.readings.size() >= kMostReadings)
         closeSetup(nullptr);
     if (reading.distance && !(isNumberWithin(*reading.distance, kLargestSight) && *reading.distance > 0.0))
         reading.distance.reset();
@@ -150,6 +160,7 @@ void LevelBook::placeReading(StaffReading reading)
     }
     (reading.sight == Sight::Back ? setup.back : setup.fore) = point;
     setup.readings.push_back(reading);
+    lastReading = LastReading::Staff;
 }
 
 LevelBook::Staff LevelBook::evaluate(const Setup& observed, Sight sight)
@@ -271,7 +282,7 @@ void LevelBook::addStation(Station station)
             addProblem(ProblemKind::StationRepeated, Severity::Warning, station.line,
                        {name(last.back).text, name(last.fore).text, QString::number(last.line)});
             station.beginsPart = last.beginsPart;
-            stations.pop_back();
+            dropLastStation();
         } else if (last.fore != station.back) {
             addProblem(ProblemKind::LineInterrupted, Severity::Warning, station.line,
                        {name(last.fore).text, name(station.back).text});
@@ -281,6 +292,15 @@ void LevelBook::addStation(Station station)
     }
     stations.push_back(station);
     limitEntries();
+}
+
+void LevelBook::dropLastStation()
+{
+    stations.pop_back();
+    // Intermediate sights of stations that are gone go from the next one.
+    const std::size_t firstShot = contents.back().firstShot;
+    for (std::size_t i = shots.size(); i > firstShot && shots[i - 1].station > stations.size(); --i)
+        shots[i - 1].station = stations.size();
 }
 
 void LevelBook::addSideShot(const StaffReading& reading)
@@ -320,6 +340,7 @@ void LevelBook::addSideShot(const StaffReading& reading)
     shots.push_back(shot);
     ++result.findings.lines.back().sideShots;
     isShotOpen = true;
+    lastReading = LastReading::SideShot;
     limitEntries();
 }
 
@@ -373,7 +394,13 @@ void LevelBook::addHeight(const StatedHeight& height)
             return;
         }
     }
-    takeEnteredHeight(height, point);
+    // The instrument has computed it by readings that are missing here.
+    const bool isOfSetup =
+        !setup.readings.empty() && point != setup.back && height.origin != HeightOrigin::Entered;
+    if (!isOfSetup)
+        takeEnteredHeight(height, point);
+    else if (point == setup.fore)
+        closeSetup(nullptr);
     name(point).statedHeight = height.value;
     lastHeight = height;
 }
@@ -401,11 +428,18 @@ void LevelBook::takeEnteredHeight(const StatedHeight& height, int point)
         addCheck(check);
     }
     known.enteredHeight = isZero ? 0.0 : height.value;
+    known.enteredLine = height.line;
 }
 
 void LevelBook::dropReading()
 {
-    if (setup.readings.empty())
+    const LastReading last = std::exchange(lastReading, LastReading::None);
+    if (last == LastReading::SideShot) {
+        shots.pop_back();
+        --result.findings.lines.back().sideShots;
+        isShotOpen = false;
+    }
+    if (last != LastReading::Staff || setup.readings.empty())
         return;
     const Sight sight = setup.readings.back().sight;
     setup.readings.pop_back();
@@ -417,11 +451,12 @@ void LevelBook::dropReading()
 
 void LevelBook::dropStation()
 {
+    lastReading = LastReading::None;
     if (!setup.readings.empty() || !inLine || countStations() == 0) {
         setup = Setup();
         return;
     }
-    stations.pop_back();
+    dropLastStation();
     lastHeight = lastSetup.backHeight;
     lastSetup = Setup();
     isShotOpen = false;
@@ -681,12 +716,16 @@ void LevelBook::makeSections(std::size_t index)
     }
 }
 
+/// Also points that no section leads to get theirs: another file may have been measured from them.
 void LevelBook::giveHeights()
 {
-    for (const Name& known : names) {
-        if (known.networkPoint == kNoPoint || known.enteredHeight.value_or(0.0) == 0.0)
+    for (std::size_t id = 0; id < names.size(); ++id) {
+        const Name& known = names[id];
+        const bool isTurningPoint = known.networkPoint == kNoPoint && known.insidePart != kNoPoint;
+        if (known.enteredHeight.value_or(0.0) == 0.0 || isTurningPoint)
             continue;
-        Point& point = result.file.network.points[static_cast<std::size_t>(known.networkPoint)];
+        const int index = getNetworkPoint(static_cast<int>(id), known.enteredLine);
+        Point& point = result.file.network.points[static_cast<std::size_t>(index)];
         point.height = known.enteredHeight;
         point.fixed = true;
         point.declared = true;

@@ -171,7 +171,7 @@ public:
     /// Values beyond what a level can measure are told and left out.
     void addReading(const StaffReading& reading);
     void addHeight(const StatedHeight& height);
-    /// Takes the last reading of the station back: it was repeated.
+    /// Takes the last reading back, of a station or of an intermediate sight: it was repeated.
     void dropReading();
     /// Takes the station back that is being observed, or the last one.
     void dropStation();
@@ -188,6 +188,9 @@ public:
 private:
     static constexpr int kNoPoint = -1;
     static constexpr std::size_t kMostReadings = 1000; ///< of one station
+
+    /// What the last reading that was given has become.
+    enum class LastReading { None, Staff, SideShot };
 
     /// What the readings of one staff give.
     struct Staff
@@ -252,6 +255,7 @@ private:
         bool isInsideSeveral = false;
         std::optional<double> statedHeight;
         std::optional<double> enteredHeight;
+        qint64 enteredLine = 0; ///< of the file
         int networkPoint = kNoPoint;
     };
 
@@ -279,6 +283,7 @@ private:
     bool checkSideShot(const StatedHeight& height);
     void closeSetup(const StatedHeight* stated);
     void addStation(Station station);
+    void dropLastStation();
     void takeEnteredHeight(const StatedHeight& height, int point);
     void addCheck(const LevelCheck& check);
     void limitEntries();
@@ -313,6 +318,7 @@ private:
     Setup lastSetup; ///< of the station before, whose instrument may still stand
     std::optional<StatedHeight> lastHeight;
     bool isShotOpen = false; ///< the height of the last intermediate sight may come still
+    LastReading lastReading = LastReading::None;
 };
 
 } // namespace levelling

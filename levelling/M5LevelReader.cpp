@@ -94,6 +94,12 @@ class RecordTaker
 public:
     explicit RecordTaker(LevelBook& levelBook) : book(levelBook) {}
 
+    void takeUnreadable(qint64 line)
+    {
+        isBehindUnused = true;
+        book.addProblem(ProblemKind::LineUnreadable, Severity::Error, line);
+    }
+
     void take(const M5Record& record)
     {
         if (record.type.startsWith(QLatin1String("TO")) || record.type.startsWith(QLatin1String("TI")))
@@ -109,16 +115,16 @@ private:
         const auto says = [&text](const char* start) {
             return text.startsWith(QLatin1String(start), Qt::CaseInsensitive);
         };
-        const bool wasMarked = std::exchange(isBehindMark, false);
+        const bool wasUnused = std::exchange(isBehindUnused, false);
         if (says("Start-Line") || (says("Cont-Line") && !book.isInLine())) {
             beginLine(record, text.section(QLatin1Char(' '), 1, 1));
         } else if (says("End-Line")) {
             book.endLine();
         } else if (says("Measurement repeated")) {
-            if (!wasMarked)
+            if (!wasUnused)
                 book.dropReading();
         } else if (says("Station repeated")) {
-            if (!wasMarked)
+            if (!wasUnused)
                 book.dropStation();
         } else if (!says("Cont-Line") && !says("Intermediate sight") && !says("End of interm")) {
             takeUnits(text);
@@ -147,8 +153,8 @@ private:
     void takeMeasurement(const M5Record& record)
     {
         const QString point = record.information.left(kPointLength).trimmed();
-        isBehindMark = record.isMarked || record.information.contains(QLatin1String("#####"));
-        if (isBehindMark) {
+        isBehindUnused = record.isMarked || record.information.contains(QLatin1String("#####"));
+        if (isBehindUnused) {
             book.addProblem(ProblemKind::RecordMarked, Severity::Warning, record.line, {point});
             return;
         }
@@ -220,6 +226,7 @@ private:
     {
         const std::optional<Length> length = toLength(value);
         if (!length || point.isEmpty()) {
+            isBehindUnused = true;
             book.addProblem(ProblemKind::ReadingUnusable, Severity::Error, record.line,
                             {point, value.text + QLatin1Char(' ') + value.unit});
             return;
@@ -252,7 +259,7 @@ private:
 
     LevelBook& book;
     QString unitOfFile = QStringLiteral("m");
-    bool isBehindMark = false; // the record before is marked as not to be used
+    bool isBehindUnused = false; // the record before is not used, so that nothing of it is to be taken back
 };
 
 LevelResult read(M5File& file, const LevelSettings& settings, const std::function<bool()>& isStopped)
@@ -263,7 +270,7 @@ LevelResult read(M5File& file, const LevelSettings& settings, const std::functio
         if (line == M5File::Line::Record)
             taker.take(file.getRecord());
         else if (line == M5File::Line::Malformed)
-            book.addProblem(ProblemKind::LineUnreadable, Severity::Error, file.getLineNumber());
+            taker.takeUnreadable(file.getLineNumber());
     }
     return finishLevelFile(book, file.getEnd(), file.getLineNumber(), isStopped);
 }

@@ -110,6 +110,8 @@ private Q_SLOTS:
     void stationWithoutHeightEndsWhereTheNextBegins();
     void secondReadingMayBeMissing();
     void abandonedStationsAreTold();
+    void lostReadingCostsOneStation();
+    void benchmarkOutsideTheLinesIsKept();
     void interruptedLineBecomesTwoParts();
     void intermediateSightIsASectionFromTheLastMark();
     void bookByRiseAndFallGivesItsLevels();
@@ -426,6 +428,44 @@ void TestGsiLevelReader::abandonedStationsAreTold()
                                      problem(ProblemKind::StationWithoutBack, 9, "C"),
                                      problem(ProblemKind::LineWithoutStations, 10),
                                  }));
+}
+
+/// One reading back that is lost costs one station, whether the instrument states heights or not.
+void TestGsiLevelReader::lostReadingCostsOneStation()
+{
+    for (const bool hasHeights : {true, false}) {
+        GsiWriter gsi;
+        gsi.start("1", "A", 1000000);
+        gsi.reading(332, "1", 100000);
+        if (hasHeights)
+            gsi.close("1", 50000);
+        gsi.reading(331, "1", 150000);
+        gsi.reading(332, "2", 120000);
+        if (hasHeights)
+            gsi.close("2", 30000);
+        gsi.reading(331, "2", 150000);
+        gsi.reading(332, "B", 110000);
+        const LevelResult result = read(gsi.content);
+        QCOMPARE(problemsOf(result), QStringList(problem(ProblemKind::StationWithoutBack, 3, "1")));
+        QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("1-B 0.70000 m, 80.0 m, 2 st.")));
+    }
+}
+
+/// A height that was entered counts also where no line of this file leads.
+void TestGsiLevelReader::benchmarkOutsideTheLinesIsKept()
+{
+    GsiWriter gsi;
+    gsi.start("1", "A", 1000000);
+    gsi.station("A", "B", 150000, 100000);
+    gsi.block("C", GsiWriter::word("83..58", 1200000));
+    const LevelResult result = read(gsi.content);
+    QCOMPARE(problemsOf(result), QStringList());
+    QCOMPARE(int(result.file.network.points.size()), 3);
+    const Point& outside = result.file.network.points.back();
+    QCOMPARE(outside.id, QStringLiteral("C"));
+    QVERIFY(outside.fixed);
+    QCOMPARE(*outside.height, 12.0);
+    QCOMPARE(outside.line, qint64(6));
 }
 
 void TestGsiLevelReader::interruptedLineBecomesTwoParts()

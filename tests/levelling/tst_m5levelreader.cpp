@@ -72,6 +72,12 @@ private Q_SLOTS:
     void recordsWithoutColumnsGiveTheSame();
     void intermediateSightHasItsHeightBesideIt();
     void repeatedMeasurementReplacesTheEarlier();
+    void repeatedIntermediateSightReplacesTheEarlier();
+    void unusableReadingIsNotTakenBackTwice_data();
+    void unusableReadingIsNotTakenBackTwice();
+    void stationsMayBeTakenBackBehindAnIntermediateSight();
+    void heightBehindALostReadingMakesNoBenchmark_data();
+    void heightBehindALostReadingMakesNoBenchmark();
     void repeatedStationReplacesTheEarlier();
     void markedRecordsAreNotTakenBackTwice();
     void sumsOfTheLineAreNoHeights();
@@ -194,6 +200,94 @@ void TestM5LevelReader::repeatedMeasurementReplacesTheEarlier()
     QCOMPARE(problemsOf(result), QStringList());
     QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-B 0.50000 m, 40.0 m, 1 st.")));
     QCOMPARE(int(result.findings.checks.size()), 0);
+}
+
+void TestM5LevelReader::repeatedIntermediateSightReplacesTheEarlier()
+{
+    const auto sight = [](const char* number) {
+        return line("KD1", "      K1", value("Rz", number), value("HD", "10.000"));
+    };
+    const LevelResult result = readM5(
+        text("Start-Line BF 1") + height("A", "10.00000") + reading("Rb", "A", "1.50000") + sight("1.90000") +
+        text("Measurement repeated") + sight("1.20000") + reading("Rf", "B", "1.00000"));
+    QCOMPARE(problemsOf(result), QStringList());
+    QCOMPARE(sectionsOf(result), QStringList({QStringLiteral("A-K1 0.30000 m, 30.0 m, 1 st."),
+                                              QStringLiteral("A-B 0.50000 m, 40.0 m, 1 st.")}));
+    QCOMPARE(result.findings.lines[0].sideShots, 1);
+}
+
+void TestM5LevelReader::unusableReadingIsNotTakenBackTwice_data()
+{
+    QTest::addColumn<QByteArray>("unusable");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("no number") << line("KD1", "       B", value("Rf", "1.4x"))
+                               << problem(ProblemKind::ReadingUnusable, 4, "B|1.4x m");
+    QTest::newRow("beyond all measure")
+        << reading("Rf", "B", "1400.0") << problem(ProblemKind::ReadingUnusable, 4, "B|1400");
+    QTest::newRow("cut off") << QByteArray("For M5|Adr\r\n") << problem(ProblemKind::LineUnreadable, 4);
+}
+
+void TestM5LevelReader::unusableReadingIsNotTakenBackTwice()
+{
+    QFETCH(QByteArray, unusable);
+    QFETCH(QString, told);
+    const LevelResult result =
+        readM5(text("Start-Line BF 1") + height("A", "0.00000") + reading("Rb", "A", "1.50000") + unusable +
+               text("Measurement repeated") + reading("Rf", "B", "1.00000"));
+    QCOMPARE(problemsOf(result), QStringList(told));
+    QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("A-B 0.50000 m, 40.0 m, 1 st.")));
+}
+
+/// An intermediate sight from a station that is taken back, and then the one before, too.
+void TestM5LevelReader::stationsMayBeTakenBackBehindAnIntermediateSight()
+{
+    const LevelResult result = readM5(
+        text("Start-Line BF 1") + height("A", "10.00000") + reading("Rb", "A", "1.50000") +
+        reading("Rf", "B", "1.00000") + height("B", "10.50000") + reading("Rb", "B", "1.00000") +
+        line("KD1", "      K1", value("Rz", "1.20000"), value("HD", "10.000")) + text("Station repeated") +
+        text("Station repeated") + reading("Rb", "A", "1.60000") + reading("Rf", "B", "1.00000"));
+    QCOMPARE(problemsOf(result), QStringList());
+    QCOMPARE(sectionsOf(result), QStringList({QStringLiteral("B-K1 -0.20000 m, 30.0 m, 1 st."),
+                                              QStringLiteral("A-B 0.60000 m, 40.0 m, 1 st.")}));
+    const LevelResult cut =
+        readM5(text("Start-Line BF 1") + height("A", "10.00000") + reading("Rb", "A", "1.50000") +
+               reading("Rf", "B", "1.00000") + reading("Rb", "B", "1.00000") +
+               line("KD1", "      K1", value("Rz", "1.20000"), value("HD", "10.000")) +
+               text("Station repeated") + text("Station repeated"));
+    QCOMPARE(sectionsOf(cut), QStringList(QStringLiteral("B-K1 -0.20000 m, 30.0 m, 1 st.")));
+}
+
+/// The height of a station of which a reading cannot be read is none that somebody has entered.
+void TestM5LevelReader::heightBehindALostReadingMakesNoBenchmark_data()
+{
+    QTest::addColumn<QByteArray>("first");
+    QTest::addColumn<QByteArray>("second");
+    QTest::addColumn<QStringList>("told");
+    QTest::newRow("back lost") << QByteArray("lost\r\n") << reading("Rf", "1", "1.00000")
+                               << QStringList({problem(ProblemKind::LineUnreadable, 3),
+                                               problem(ProblemKind::StationWithoutBack, 4, "1")});
+    QTest::newRow("fore lost") << reading("Rb", "A", "1.50000") << QByteArray("lost\r\n")
+                               << QStringList({problem(ProblemKind::StationWithoutFore, 3, "A"),
+                                               problem(ProblemKind::LineUnreadable, 4)});
+}
+
+void TestM5LevelReader::heightBehindALostReadingMakesNoBenchmark()
+{
+    QFETCH(QByteArray, first);
+    QFETCH(QByteArray, second);
+    QFETCH(QStringList, told);
+    const LevelResult result =
+        readM5(text("Start-Line BF 1") + height("A", "10.00000") + first + second + height("1", "10.50000") +
+               reading("Rb", "1", "1.50000") + reading("Rf", "B", "1.20000") + height("B", "10.80000"));
+    QCOMPARE(problemsOf(result), told);
+    QCOMPARE(sectionsOf(result), QStringList(QStringLiteral("1-B 0.30000 m, 40.0 m, 1 st.")));
+    QStringList benchmarks;
+    for (const Point& point : result.file.network.points) {
+        if (point.fixed)
+            benchmarks.append(point.id);
+    }
+    QCOMPARE(benchmarks, QStringList(QStringLiteral("A")));
+    QCOMPARE(result.findings.lines[0].comparedHeights, 1);
 }
 
 void TestM5LevelReader::repeatedStationReplacesTheEarlier()
