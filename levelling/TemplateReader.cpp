@@ -241,15 +241,13 @@ void TemplateReader::addPoint(qint64 line, const TableValues& values)
 
 int TemplateReader::findPoint(const QString& id, qint64 line)
 {
-    const auto known = indexOfPoint.constFind(id);
-    if (known != indexOfPoint.constEnd())
-        return *known;
-    const auto index = static_cast<int>(result.network.points.size());
-    Point point;
-    point.id = id;
-    point.line = line;
-    result.network.points.push_back(point);
-    indexOfPoint.insert(id, index);
+    const int index = pointNames.add(id);
+    if (index == static_cast<int>(result.network.points.size())) {
+        Point point;
+        point.id = id;
+        point.line = line;
+        result.network.points.push_back(point);
+    }
     return index;
 }
 

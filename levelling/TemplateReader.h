@@ -1,5 +1,6 @@
 #pragma once
 
+#include "levelling/NameIndex.h"
 #include "levelling/Network.h"
 #include "levelling/Problem.h"
 #include "levelling/TableTemplate.h"
@@ -94,7 +95,7 @@ private:
     const TableTemplate& format;
     formats::TextTable table;
     TableResult result;
-    QHash<QString, int> indexOfPoint;
+    NameIndex pointNames;            ///< numbered as the points of the network
     QHash<int, double> sigmaOfPoint; ///< of those that are observed, by index of the point
     std::vector<Problem> steepSections;
     qint64 longRows = 0;

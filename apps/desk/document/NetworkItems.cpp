@@ -1,5 +1,9 @@
 #include "apps/desk/document/NetworkItems.h"
 
+#include "levelling/NameIndex.h"
+
+#include <QStringBuilder>
+
 #include <utility>
 
 namespace orvel::desk {
@@ -8,7 +12,7 @@ namespace {
 
 QString joinNames(const QString& from, const QString& to)
 {
-    return from + QStringLiteral(" – ") + to;
+    return from % QStringLiteral(" – ") % to;
 }
 
 /// Names that are all different: a section measured again gets its number behind its name.
@@ -32,11 +36,15 @@ public:
 private:
     QString count(const QString& name)
     {
-        const int number = ++counts[name];
+        const auto place = static_cast<std::size_t>(names.add(name));
+        if (place == counts.size())
+            counts.push_back(0);
+        const int number = ++counts[place];
         return number == 1 ? name : QStringLiteral("%1 (%2)").arg(name, QString::number(number));
     }
 
-    QHash<QString, int> counts;
+    levelling::NameIndex names;
+    std::vector<int> counts; // by number of the name
     QSet<QString> taken;
 };
 
