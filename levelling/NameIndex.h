@@ -2,35 +2,36 @@
 
 #include <QString>
 
-#include <vector>
+#include <tsl/hopscotch_map.h>
+
+#include <functional>
+#include <memory>
+#include <utility>
 
 namespace levelling {
 
 /// Numbers names: 0, 1 and so on, in the order in which they come first.
 ///
-/// There is one table and no allocation for each name, as QHash has it: with a million names that takes most
-/// of the time, since memory is far from the processor then.
+/// QHash has a node in memory for each name: with a million names their making and freeing takes most of the time,
+/// since memory is far from the processor then. This is one table, with the hashes in it.
 class NameIndex
 {
 public:
     /// The number that the name has already, or the next one.
     int add(const QString& name);
-    int getCount() const { return static_cast<int>(names.size()); }
+    int getCount() const { return static_cast<int>(numbers.size()); }
 
 private:
-    static constexpr int kFree = -1;
-
-    struct Slot
+    struct Hash
     {
-        uint hash = 0;
-        int number = kFree;
+        std::size_t operator()(const QString& name) const;
     };
 
-    std::size_t findStart(uint hash) const;
-    void grow();
+    static constexpr unsigned int kNeighbours = 30; // the library's own choice where hashes are kept
+    using Numbers = tsl::hopscotch_map<QString, int, Hash, std::equal_to<QString>,
+                                       std::allocator<std::pair<QString, int>>, kNeighbours, true>;
 
-    std::vector<QString> names;
-    std::vector<Slot> table; ///< a power of two, at least half of them free
+    Numbers numbers;
 };
 
 } // namespace levelling

@@ -2,7 +2,7 @@
 # Shell functions that ./run and ./test share. To be read by them, from the top folder.
 
 # shellcheck disable=SC2034
-BUILD_PACKAGES="g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev libqwt-qt5-dev libeigen3-dev libboost-dev libzstd-dev pkg-config esbuild qttranslations5-l10n fonts-dejavu-core"
+BUILD_PACKAGES="g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev libqwt-qt5-dev libeigen3-dev libboost-dev libtsl-hopscotch-map-dev libzstd-dev pkg-config esbuild qttranslations5-l10n fonts-dejavu-core"
 
 # Installs those of the named Debian packages that are missing.
 install_packages() {
