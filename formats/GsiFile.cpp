@@ -86,11 +86,7 @@ QString GsiWord::toText() const
 std::optional<qint64> GsiWord::toNumber() const
 {
     const QString text = data.trimmed();
-    if (text.isEmpty() || !std::all_of(text.begin(), text.end(), isDigit))
-        return std::nullopt;
-    // Zeros fill a word up. Where it has them and is short all the same, its end is missing.
-    const bool isWhole = data.size() == kShortData || data.size() == kLongData;
-    if (!isWhole && text.size() > 1 && text.startsWith(QLatin1Char('0')))
+    if (isCutOff || text.isEmpty() || !std::all_of(text.begin(), text.end(), isDigit))
         return std::nullopt;
     bool isNumber = false;
     const qint64 number = text.toLongLong(&isNumber);
@@ -176,6 +172,7 @@ GsiBlock GsiFile::parse(const QByteArray& line)
     skipFiller();
     block.isLong = position < text.size() && text.at(position) == QLatin1Char('*');
     position += block.isLong ? 1 : 0;
+    int widest = block.isLong ? kLongData : kShortData;
     const int expected = block.isLong ? kLongData : kShortData;
     const int other = block.isLong ? kShortData : kLongData;
     for (skipFiller(); position < text.size(); skipFiller()) {
@@ -188,11 +185,18 @@ GsiBlock GsiFile::parse(const QByteArray& line)
         }
         const int wordEnd = end.value_or(findBlank(text, position));
         const QString word = text.mid(position, wordEnd - position);
-        if (isWord && word.size() > kHeaderLength)
-            block.words.push_back(makeWord(word, block.words.empty()));
-        else
-            block.unreadable.append(word);
         position = wordEnd;
+        if (!isWord || word.size() <= kHeaderLength) {
+            block.unreadable.append(word);
+            continue;
+        }
+        block.words.push_back(makeWord(word, block.words.empty()));
+        const int width = word.size() - kHeaderLength;
+        widest = std::max(widest, std::min(width, kLongData));
+        // Only the last word of a line may be a short one among wide ones for having been cut off.
+        const bool isLast = std::all_of(text.begin() + position, text.end(), isFiller);
+        const bool isShort = isLast ? width < widest : width != kShortData && width < kLongData;
+        block.words.back().isCutOff = isShort && block.words.back().data.startsWith(QLatin1Char('0'));
     }
     return block;
 }

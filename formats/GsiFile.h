@@ -20,6 +20,8 @@ struct GsiWord
     bool isNegative = false;
     /// 8 or 16 characters, without the sign.
     QString data;
+    /// The data is shorter than its width, and the zeros that fill it up are there: its end is missing.
+    bool isCutOff = false;
 
     /// Position 5: how the value came in ('0' measured, '1' entered, ...).
     QChar getInputMode() const { return information.at(2); }

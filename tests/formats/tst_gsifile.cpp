@@ -16,6 +16,7 @@ private Q_SLOTS:
     void dataMayHoldBlanks();
     void wideWordsMayLackTheirAsterisk();
     void wordsThatAreCutEndAtTheBlank();
+    void lastWordIsAsWideAsTheOthers();
     void whatIsNoWordIsKept();
     void unitsAreConverted_data();
     void unitsAreConverted();
@@ -87,7 +88,17 @@ void TestGsiFile::wordsThatAreCutEndAtTheBlank()
     QCOMPARE(int(block.words.size()), 2);
     QCOMPARE(block.words[0].toText(), QStringLiteral("BM"));
     QCOMPARE(*block.words[1].toMetres(), 1.59977);
-    QCOMPARE(*GsiFile::parse("331.08+0").words[0].toMetres(), 0.0);
+}
+
+/// Wide words without an asterisk, the last one of which has lost half of its characters.
+void TestGsiFile::lastWordIsAsWideAsTheOthers()
+{
+    const GsiBlock block = GsiFile::parse("110003+000000000000000G 331.08+00000000 ");
+    QCOMPARE(int(block.words.size()), 2);
+    QVERIFY(!block.words[1].toMetres());
+    const GsiBlock mixed = GsiFile::parse("*110003+0000000G 331.08+00000000 32...8+0000000000159977");
+    QCOMPARE(*mixed.words[1].toMetres(), 0.0);
+    QCOMPARE(*mixed.words[2].toMetres(), 1.59977);
 }
 
 void TestGsiFile::whatIsNoWordIsKept()
@@ -131,6 +142,8 @@ void TestGsiFile::dataThatIsNoNumberHasNoValue_data()
     QTest::newRow("blank") << QByteArray("331.08+         ");
     QTest::newRow("more digits than numbers have") << QByteArray("331.08+99999999999999999999");
     QTest::newRow("cut off") << QByteArray("331.08+001523");
+    QTest::newRow("nearly all cut off") << QByteArray("331.08+0");
+    QTest::newRow("cut off to the width of short words") << QByteArray("*331.08+00000000");
     QTest::newRow("wide and cut off") << QByteArray("*331.08+000000000001523");
     QTest::newRow("unit of an angle") << QByteArray("331.03+00015230");
     QTest::newRow("no unit") << QByteArray("331.0.+00015230");
