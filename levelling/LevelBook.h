@@ -129,7 +129,7 @@ struct LevelBookFindings
     /// In the order of their lines.
     std::vector<LevelCheck> checks;
     std::vector<UnusedEntries> unused;
-    /// The file has feet, of 0.3048 m.
+    /// The file has feet, of 0.3048 m, or inches.
     bool isInFeet = false;
 };
 

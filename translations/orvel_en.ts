@@ -1762,8 +1762,8 @@ L in km (else the class sets it)</translation>
         <translation>File line %1: point %2 is given the height %4&#xa0;m, before %3&#xa0;m; the last one counts</translation>
     </message>
     <message>
-        <source>Файл в футах, пересчитан в метры: 1&#xa0;фут = 0,3048&#xa0;м</source>
-        <translation>The file is in feet and was converted into metres: 1&#xa0;foot = 0.3048&#xa0;m</translation>
+        <source>Длины в футах или дюймах пересчитаны в метры: 1&#xa0;фут = 12&#xa0;дюймов = 0,3048&#xa0;м</source>
+        <translation>Lengths in feet or inches were converted into metres: 1&#xa0;foot = 12&#xa0;inches = 0.3048&#xa0;m</translation>
     </message>
     <message>
         <source>Ходов: %1, станций: %2; с высотами прибора сверено: %3, из них расходится: %4</source>

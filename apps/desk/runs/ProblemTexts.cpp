@@ -1,6 +1,7 @@
 #include "apps/desk/runs/ProblemTexts.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/runs/NumberTexts.h"
 #include "host/files/StringUtils.h"
 
 namespace orvel::desk {
@@ -222,6 +223,26 @@ QString sentence(ProblemKind kind)
     return Desk::tr("файл не читается: %1");
 }
 
+/// Numbers that were computed, as the language has them; those of the file stay as they stand there.
+QStringList localise(ProblemKind kind, QStringList arguments)
+{
+    switch (kind) {
+    case ProblemKind::DistancesMissing:
+        arguments[2] = numbers::fixed(arguments[2].toDouble(), 1);
+        break;
+    case ProblemKind::SectionTooSteep:
+        arguments[3] = numbers::shortest(arguments[3].toDouble());
+        arguments[2] = numbers::shortest(arguments[2].toDouble());
+        break;
+    case ProblemKind::UnitDoubtful:
+        arguments[2] = numbers::shortest(arguments[2].toDouble());
+        break;
+    default:
+        break;
+    }
+    return arguments;
+}
+
 } // namespace
 
 QString describeFailure(const QString& filePath, const Problem& problem)
@@ -235,20 +256,21 @@ QString describeFailure(const QString& filePath, const Problem& problem)
 QString describe(const Problem& problem, const QStringList& arguments)
 {
     QString text = sentence(problem.kind);
-    switch (arguments.size()) {
+    const QStringList values = localise(problem.kind, arguments);
+    switch (values.size()) {
     case 0:
         break;
     case 1:
-        text = text.arg(arguments[0]);
+        text = text.arg(values[0]);
         break;
     case 2:
-        text = text.arg(arguments[0], arguments[1]);
+        text = text.arg(values[0], values[1]);
         break;
     case 3:
-        text = text.arg(arguments[0], arguments[1], arguments[2]);
+        text = text.arg(values[0], values[1], values[2]);
         break;
     default:
-        text = text.arg(arguments[0], arguments[1], arguments[2], arguments[3]);
+        text = text.arg(values[0], values[1], values[2], values[3]);
         break;
     }
     if (problem.line == 0)

@@ -96,12 +96,12 @@ bool namesPoint(ProblemKind kind)
 QString describe(const Problem& problem, const QStringList& arguments)
 {
     QString text = sentence(problem.kind);
-    if (arguments.size() == 1)
+    if (problem.kind == ProblemKind::CoordinatesChanged)
+        text = text.arg(arguments[0], arguments[1], numbers::coordinate(arguments[2].toDouble()));
+    else if (arguments.size() == 1)
         text = text.arg(arguments[0]);
     else if (arguments.size() == 2)
         text = text.arg(arguments[0], arguments[1]);
-    else if (arguments.size() > 2)
-        text = text.arg(arguments[0], arguments[1], arguments[2]);
     if (problem.line == 0)
         return text;
     return Desk::tr("Строка файла %1: %2").arg(QString::number(problem.line), text);
