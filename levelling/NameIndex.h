@@ -2,18 +2,17 @@
 
 #include <QString>
 
-#include <tsl/hopscotch_map.h>
-
 #include <functional>
 #include <memory>
+#include <tsl/hopscotch_map.h>
 #include <utility>
 
 namespace levelling {
 
 /// Numbers names: 0, 1 and so on, in the order in which they come first.
 ///
-/// QHash has a node in memory for each name: with a million names their making and freeing takes most of the time,
-/// since memory is far from the processor then. This is one table, with the hashes in it.
+/// QHash has a node in memory for each name: with a million names their making and freeing takes most of the
+/// time, since memory is far from the processor then. This is one table, with the hashes in it.
 class NameIndex
 {
 public:

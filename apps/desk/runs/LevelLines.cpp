@@ -110,7 +110,8 @@ bool LevelLines::writeSummary(const SurveyRules& rules)
     }
     writeUnused();
     if (result.isInFeet)
-        lines.message(Desk::tr("Длины в футах или дюймах пересчитаны в метры: 1\u00A0фут = 12\u00A0дюймов = 0,3048\u00A0м"));
+        lines.message(Desk::tr(
+            "Длины в футах или дюймах пересчитаны в метры: 1\u00A0фут = 12\u00A0дюймов = 0,3048\u00A0м"));
     return true;
 }
 
