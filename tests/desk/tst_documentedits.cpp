@@ -4,6 +4,7 @@
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/document/ProjectFile.h"
+#include "apps/desk/runs/NumberTexts.h"
 #include "levelling/GkfReader.h"
 #include "tests/desk/DeskFixture.h"
 #include "tests/desk/DeskProcess.h"
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void measurementIsDeletedWithThePointsThatItBrought();
     void deletingAndUndoingKeepsPlaces();
     void handChangesAreLines();
+    void smallChangesAreSeen();
     void resultsGoByIds();
     void resultsAreOutdatedUntilUndone();
     void protocolsAreOutdatedByWhatTheyComputeWith();
@@ -49,6 +51,7 @@ private Q_SLOTS:
     void damagedHandStateIsRefused();
     void additionKeepsWhatWasDoneByHand();
     void exportsGoWithoutWhatIsOff();
+    void exportsSayThatHeightsAreOutdated();
     void savedProjectIsAdjustedWithoutWhatIsOff();
     void adjustmentTellsWhatWasDoneByHand();
     void randomEditsAreUndone();
@@ -391,6 +394,25 @@ void TestDocumentEdits::handChangesAreLines()
     QCOMPARE(listHandChanges().join(QLatin1Char('\n')), expected.join(QLatin1Char('\n')));
 }
 
+void TestDocumentEdits::smallChangesAreSeen()
+{
+    const auto change = [this](const QString& name, const std::function<void(levelling::Section&)>& made) {
+        QVERIFY(document->applyChange(QString(),
+                                      networkchange::changeSections(*document, {sectionId(name)}, made)));
+    };
+    change(QStringLiteral("М5 – М3"), [](levelling::Section& section) {
+        section.difference = 0.737702;
+        section.distance = 0.9401;
+    });
+    change(QStringLiteral("М3 – М1"), [](levelling::Section& section) { section.sigma = 3.3809; });
+    QCOMPARE(
+        listHandChanges().join(QLatin1Char('|')),
+        QStringLiteral("Секция М3 – М1 изменена вручную: СКО 3,3809\u00A0мм вместо %1\u00A0мм|"
+                       "Секция М5 – М3 изменена вручную: превышение 0,737702\u00A0м вместо 0,7377\u00A0м, "
+                       "длина 0,9401\u00A0км вместо 0,94\u00A0км")
+            .arg(numbers::exact(3.0 * std::sqrt(1.27))));
+}
+
 void TestDocumentEdits::resultsGoByIds()
 {
     const LONGID off = document->getSections()[3]->getId();
@@ -604,6 +626,30 @@ void TestDocumentEdits::exportsGoWithoutWhatIsOff()
     QCOMPARE(int(levelling::GkfReader::readFile(path).network.sections.size()), 18);
     QVERIFY(QString::fromUtf8(project.getProtocolData())
                 .contains(QStringLiteral("Отключённые секции в файл не вошли, их 1: ")));
+}
+
+void TestDocumentEdits::exportsSayThatHeightsAreOutdated()
+{
+    const auto window = desk->makeWindow(samplePath(QStringLiteral("blunder.gkf")));
+    Document& project = window->getDocument();
+    const auto exportTo = [&](const QString& name) {
+        window->exportFile(desk->path(name));
+        window->getMonitor().waitForFinished();
+        return project.getSummary().types.at(enums::Export).warnings;
+    };
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    window->getMonitor().waitForFinished();
+    const int before = exportTo(QStringLiteral("heights.csv"));
+    project.applyChange(QString(),
+                        networkchange::switchOff(project, {project.getSections()[11]->getId()}, QString()));
+    QCOMPARE(exportTo(QStringLiteral("heights.csv")), before + 1);
+    QVERIFY(QString::fromUtf8(project.getProtocolData())
+                .contains(QStringLiteral(
+                    "Результаты устарели: сеть изменена после уравнивания. Уравняйте её заново.")));
+    // The network itself is as it is.
+    QCOMPARE(exportTo(QStringLiteral("network.gkf")), 0);
+    project.getUndoStack().undo();
+    QCOMPARE(exportTo(QStringLiteral("heights.csv")), before);
 }
 
 void TestDocumentEdits::savedProjectIsAdjustedWithoutWhatIsOff()

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void pictureFollowsTheNetwork();
     void hiddenPanelSeeksNothing();
     void itemIsToldOf();
+    void itemIsToldOfByWhatItIsNow();
 
 private:
     /// A window with a shown picture of a sample's network.
@@ -530,6 +531,26 @@ void TestPicture::itemIsToldOf()
     QCOMPARE(describeItem(document, document.getSections()[1]->getId()),
              QStringLiteral("<b>B – C</b><br>Превышение +1,00000\u00A0м<br>Длина 0,500\u00A0км"));
     QVERIFY(describeItem(document, 999999).isEmpty());
+}
+
+void TestPicture::itemIsToldOfByWhatItIsNow()
+{
+    desk = std::make_unique<DeskFixture>();
+    window = desk->makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    Document& document = window->getDocument();
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    window->getMonitor().waitForFinished();
+    const LevellingPoint& benchmark = *document.getPoints().front();
+    QVERIFY(benchmark.getPoint().fixed);
+    const LONGID section = document.getSections().front()->getId();
+    const QString outdated = QStringLiteral("<br>Результат устарел: сеть изменена после уравнивания");
+    QVERIFY(!describeItem(document, section).contains(outdated));
+    const auto raise = [](levelling::Point& point) { point.height = 12.5; };
+    document.applyChange(QString(), networkchange::changePoints(document, {benchmark.getId()}, raise));
+    QVERIFY(describeItem(document, section).contains(outdated));
+    QVERIFY(describeItem(document, benchmark.getId())
+                .startsWith(QStringLiteral("<b>%1</b><br>исходный репер<br>Заданная высота 12,50000\u00A0м")
+                                .arg(benchmark.getName())));
 }
 
 QTEST_MAIN(TestPicture)

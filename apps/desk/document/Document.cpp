@@ -483,7 +483,7 @@ QHash<QString, tacheometry::Position> Document::getGivenPositions() const
         tacheometry::Position position{point.x, point.y, std::nullopt};
         if (point.isBenchmark() || point.hasPlan())
             position.height = point.height;
-        if (item->getResult())
+        if (item->getResult() && !point.fixed)
             position.height = item->getResult()->height;
         if (position.hasPlan() || position.height)
             positions.insert(point.id, position);

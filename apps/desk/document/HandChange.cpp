@@ -16,9 +16,9 @@ QString asItIs(const QString& text)
     return text;
 }
 
-QString describeLength(const std::optional<double>& kilometres)
+QString describeLength(const std::optional<double>& kilometres, QString (*toText)(double) = numbers::length)
 {
-    return kilometres ? Desk::tr("%1\u00A0км").arg(numbers::length(*kilometres)) : Desk::tr("не задана");
+    return kilometres ? Desk::tr("%1\u00A0км").arg(toText(*kilometres)) : Desk::tr("не задана");
 }
 
 QString describeMeasurement(const levelling::Section& section)
@@ -32,18 +32,33 @@ QString describeMeasurement(const levelling::Section& section)
     return parts.join(QStringLiteral(", "));
 }
 
+/// A value and what it was before, with all decimals where fewer would not tell them apart.
+template<typename Value, typename ToText>
+QString compare(const QString& text, const Value& now, const Value& before, ToText toText,
+                QString (*shorten)(double))
+{
+    const bool isSeen = toText(now, shorten) != toText(before, shorten);
+    QString (*const shown)(double) = isSeen ? shorten : numbers::exact;
+    return text.arg(toText(now, shown), toText(before, shown));
+}
+
+QString describeNumber(double number, QString (*toText)(double))
+{
+    return toText(number);
+}
+
 QString compareMeasurements(const levelling::Section& now, const levelling::Section& before)
 {
     QStringList parts;
     if (now.difference != before.difference)
-        parts.append(Desk::tr("превышение %1\u00A0м вместо %2\u00A0м")
-                         .arg(numbers::height(now.difference), numbers::height(before.difference)));
+        parts.append(compare(Desk::tr("превышение %1\u00A0м вместо %2\u00A0м"), now.difference,
+                             before.difference, describeNumber, numbers::height));
     if (now.distance != before.distance)
-        parts.append(Desk::tr("длина %1 вместо %2")
-                         .arg(describeLength(now.distance), describeLength(before.distance)));
+        parts.append(compare(Desk::tr("длина %1 вместо %2"), now.distance, before.distance, describeLength,
+                             numbers::length));
     if (now.sigma != before.sigma || now.stdev != before.stdev)
-        parts.append(Desk::tr("СКО %1\u00A0мм вместо %2\u00A0мм")
-                         .arg(numbers::sigma(now.sigma), numbers::sigma(before.sigma)));
+        parts.append(compare(Desk::tr("СКО %1\u00A0мм вместо %2\u00A0мм"), now.sigma, before.sigma,
+                             describeNumber, numbers::sigma));
     return parts.join(QStringLiteral(", "));
 }
 

@@ -98,7 +98,9 @@ tacheometry::Position LevellingPoint::getPosition() const
     }
     if (point.fixed || (point.hasPlan() && point.height))
         position.height = point.height;
-    if (result)
+    // A benchmark has the height at which it is held, also when that is another one than it was adjusted
+    // with.
+    if (result && !point.fixed)
         position.height = result->height;
     return position;
 }

@@ -22,18 +22,26 @@ QString describeSeverity(const Document& document, LONGID id)
     }
 }
 
-QStringList describePoint(const LevellingPoint& item, const NumberFormat& format)
+void addOutdated(QStringList& facts, const Document& document)
+{
+    if (document.areResultsOutdated())
+        facts.append(Desk::tr("Результат устарел: сеть изменена после уравнивания"));
+}
+
+QStringList describePoint(const Document& document, const LevellingPoint& item, const NumberFormat& format)
 {
     const levelling::Point& point = item.getPoint();
     QStringList facts;
     facts.append(point.fixed      ? Desk::tr("исходный репер")
                  : point.observed ? Desk::tr("репер с измеренной высотой")
                                   : Desk::tr("пункт"));
-    if (const auto& result = item.getResult())
+    if (const auto& result = item.getResult(); result && !point.fixed) {
         facts.append(Desk::tr("Высота %1\u00A0м, СКО %2\u00A0мм")
                          .arg(format.height(result->height), format.sigma(result->sigma)));
-    else if (point.height)
+        addOutdated(facts, document);
+    } else if (point.height) {
         facts.append(Desk::tr("Заданная высота %1\u00A0м").arg(format.height(*point.height)));
+    }
     const tacheometry::Position position = item.getPosition();
     if (position.hasPlan())
         facts.append(Desk::tr("X %1\u00A0м, Y %2\u00A0м")
@@ -41,7 +49,8 @@ QStringList describePoint(const LevellingPoint& item, const NumberFormat& format
     return facts;
 }
 
-QStringList describeSection(const LevellingSection& item, const NumberFormat& format)
+QStringList describeSection(const Document& document, const LevellingSection& item,
+                            const NumberFormat& format)
 {
     const levelling::Section& section = item.getSection();
     QStringList facts;
@@ -58,6 +67,7 @@ QStringList describeSection(const LevellingSection& item, const NumberFormat& fo
                 Desk::tr("Нормированная поправка %1").arg(numbers::fixed(*result->normalisedResidual, 2)));
         else
             facts.append(Desk::tr("Не контролируется другими измерениями"));
+        addOutdated(facts, document);
     }
     return facts;
 }
@@ -79,11 +89,12 @@ QString describeItem(const Document& document, LONGID id)
     const NumberFormat format(document.getToleranceRules());
     for (const LevellingPoint* point : document.getPoints()) {
         if (point->getId() == id)
-            return join(point->getPoint().id, describePoint(*point, format), describeSeverity(document, id));
+            return join(point->getPoint().id, describePoint(document, *point, format),
+                        describeSeverity(document, id));
     }
     for (const LevellingSection* section : document.getSections()) {
         if (section->getId() == id)
-            return join(section->getName(), describeSection(*section, format),
+            return join(section->getName(), describeSection(document, *section, format),
                         describeSeverity(document, id));
     }
     return {};

@@ -6,6 +6,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/reports/ReportTexts.h"
 #include "apps/desk/runs/AdjustRun.h"
 #include "apps/desk/runs/ChainsRun.h"
 #include "apps/desk/runs/CompileRun.h"
@@ -80,6 +81,13 @@ void writeOff(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
         links.append(QStringLiteral("…"));
     lines.message(Desk::tr("Отключённые секции в файл не вошли, их %1: %2")
                       .arg(QString::number(off.size()), links.join(QStringLiteral(", "))));
+}
+
+/// Tells that the heights of an exported file are those of the network as it was.
+void writeOutdated(qor::IProcessMonitor& monitor)
+{
+    const NetworkSnapshot nothing;
+    RunLines(monitor, nothing).warning(reporttexts::warnOfOldResults());
 }
 
 /// A run that looks at the network by the project's rules, and changes nothing.
@@ -247,12 +255,10 @@ DeskRun makeHeightExport(const Document& document, const QString& filePath)
     for (const LevellingPoint* point : document.getPoints()) {
         ExportedHeight height{point->getName(), point->getId(), point->getPosition(), std::nullopt};
         // Without coordinates only what the adjustment gave is a height to be exported.
-        if (!height.position.hasPlan())
-            height.position.height.reset();
-        if (const auto& result = point->getResult()) {
-            height.position.height = result->height;
+        if (const auto& result = point->getResult())
             height.sigma = result->sigma;
-        }
+        else if (!height.position.hasPlan())
+            height.position.height.reset();
         heights.push_back(height);
     }
     DeskRun run;
@@ -261,8 +267,10 @@ DeskRun makeHeightExport(const Document& document, const QString& filePath)
     const bool wasAdjusted = document.getSummary().types.count(enums::Adjust) != 0;
     const auto kind =
         wasAdjusted && !document.hasResults() ? RunFailure::Kind::NoResult : RunFailure::Kind::Refused;
-    run.function = [heights, wasAdjusted, kind, filePath,
+    run.function = [heights, wasAdjusted, kind, filePath, isOutdated = document.areResultsOutdated(),
                     failure = run.failure](qor::IProcessMonitor& monitor) {
+        if (isOutdated)
+            writeOutdated(monitor);
         *failure = RunFailure::make(kind, runExport(monitor, heights, wasAdjusted, filePath));
     };
     return run;
@@ -320,7 +328,10 @@ DeskRun makePlanExport(const Document& document, const QString& filePath, QByteA
     std::vector<int> withoutPlace;
     const auto plan = std::make_shared<const Plan>(makePlan(document, withoutPlace));
     run.function = [snapshot = document.shareSnapshot(), off = listOff(document), plan, withoutPlace, toBytes,
-                    filePath, failure = run.failure](qor::IProcessMonitor& monitor) {
+                    filePath, isOutdated = document.areResultsOutdated(),
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
+        if (isOutdated)
+            writeOutdated(monitor);
         writeOff(monitor, *snapshot, off);
         *failure =
             RunFailure::make(RunFailure::Kind::Refused,
