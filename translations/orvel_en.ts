@@ -104,10 +104,6 @@
         <translation>New project</translation>
     </message>
     <message>
-        <source>Проекты (*.%1)</source>
-        <translation>Projects (*.%1)</translation>
-    </message>
-    <message>
         <source>Проект не сохранён. %1 Выберите другое место командой «Сохранить как».</source>
         <translation>The project was not saved. %1 Choose another place with “Save as”.</translation>
     </message>
@@ -507,10 +503,6 @@
     <message>
         <source>Результаты уравнивания</source>
         <translation>Results of the adjustment</translation>
-    </message>
-    <message>
-        <source>В проекте нет ни одной секции. Импортируйте нивелирную сеть.</source>
-        <translation>The project has no sections. Import a levelling network.</translation>
     </message>
     <message>
         <source>Связность сети</source>
@@ -3256,10 +3248,6 @@ L in km (else the class sets it)</translation>
         <translation>Save for printing</translation>
     </message>
     <message>
-        <source>Листы для печати, PDF (*.pdf);;Страница, HTML (*.html)</source>
-        <translation>Sheets to print, PDF (*.pdf);;Page, HTML (*.html)</translation>
-    </message>
-    <message>
         <source>ведомость «%1» составляется по результатам, а сеть не уравнена</source>
         <translation>the report &quot;%1&quot; is made of results, and the network is not adjusted</translation>
     </message>
@@ -3582,14 +3570,6 @@ L in km (else the class sets it)</translation>
     <message>
         <source>&amp;Вид</source>
         <translation>&amp;View</translation>
-    </message>
-    <message>
-        <source>Рисунок SVG (*.%1)</source>
-        <translation>SVG drawing (*.%1)</translation>
-    </message>
-    <message>
-        <source>Документ PDF (*.%1)</source>
-        <translation>PDF document (*.%1)</translation>
     </message>
     <message>
         <source>Сохранить схему сети</source>
@@ -4327,6 +4307,30 @@ L in km (else the class sets it)</translation>
     <message>
         <source>Сомнительные секции отключаются (F4): они остаются в проекте, но обработки о них не знают. Значения меняются прямо в таблице (F2), измерения добавляются и удаляются, пункты становятся исходными реперами и освобождаются; всё это можно отменить. Результаты и протоколы, после которых сеть изменена, названы устаревшими, Ctrl+R выполняет такие обработки снова.</source>
         <translation>Doubtful sections are switched off (F4): they stay in the project, but no run knows of them. Values are changed in the table itself (F2), measurements are added and deleted, points become benchmarks and are freed; all of it can be undone. Results and protocols after which the network was changed are said to be out of date; Ctrl+R runs these again.</translation>
+    </message>
+    <message>
+        <source>Проекты</source>
+        <translation>Projects</translation>
+    </message>
+    <message>
+        <source>Рисунок SVG</source>
+        <translation>SVG drawing</translation>
+    </message>
+    <message>
+        <source>Документ PDF</source>
+        <translation>PDF document</translation>
+    </message>
+    <message>
+        <source>Листы для печати, PDF</source>
+        <translation>Sheets to print, PDF</translation>
+    </message>
+    <message>
+        <source>Страница, HTML</source>
+        <translation>Page, HTML</translation>
+    </message>
+    <message>
+        <source>В проекте нет ни одной секции, или все они отключены.</source>
+        <translation>The project has no section, or all of them are switched off.</translation>
     </message>
 </context>
 <context>

@@ -51,6 +51,8 @@ private Q_SLOTS:
     void outdatedLinesSaySo();
     void reportIsSaved();
     void suffixIsAdded();
+    void fileIsNotWrittenOverUnasked();
+    void formatFollowsTheChoice();
     void failedSaveIsTold();
     void viewerGetsSheets();
     void missingViewerIsTold();
@@ -315,6 +317,37 @@ void TestDeskPrinting::suffixIsAdded()
     choose(QStringLiteral("Ведомость ходов"));
     QCOMPARE(save(QStringLiteral("lines")), QByteArray());
     QVERIFY(readFile(desk->path(QStringLiteral("lines.pdf"))).startsWith("%PDF-"));
+}
+
+void TestDeskPrinting::fileIsNotWrittenOverUnasked()
+{
+    const QString known = desk->path(QStringLiteral("report 12.03.pdf"));
+    writeFile(known, "known");
+    choose(QStringLiteral("Ведомость ходов"));
+    // The dialog leaves a name with a point as it is.
+    const Visitor<QFileDialog> visitor([this](QFileDialog& dialog) {
+        dialog.selectFile(desk->path(QStringLiteral("report 12.03")));
+        QMetaObject::invokeMethod(&dialog, "accept");
+        // It is there again, with the name that would be written over.
+        QTimer::singleShot(0, &dialog, [&dialog] { dialog.reject(); });
+    });
+    press(QStringLiteral("Сохранить в файл…"));
+    QVERIFY(visitor.hasCome());
+    QCOMPARE(readFile(known), QByteArray("known"));
+}
+
+void TestDeskPrinting::formatFollowsTheChoice()
+{
+    choose(QStringLiteral("Ведомость ходов"));
+    const Visitor<QFileDialog> visitor([this](QFileDialog& dialog) {
+        dialog.selectFile(desk->path(QStringLiteral("lines.pdf")));
+        dialog.selectNameFilter(dialog.nameFilters().last());
+        Q_EMIT dialog.filterSelected(dialog.nameFilters().last());
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    press(QStringLiteral("Сохранить в файл…"));
+    QVERIFY(visitor.hasCome());
+    QVERIFY(readFile(desk->path(QStringLiteral("lines.html"))).startsWith("<!DOCTYPE html>"));
 }
 
 void TestDeskPrinting::failedSaveIsTold()

@@ -4,7 +4,6 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/StoredProject.h"
 #include "apps/desk/gui/RecentFiles.h"
-#include "apps/desk/print/ReportFile.h"
 #include "apps/desk/runs/ExportFormats.h"
 #include "formats/FileKind.h"
 
@@ -12,6 +11,8 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+
+#include <vector>
 
 namespace orvel::desk {
 
@@ -36,10 +37,51 @@ formats::FileKind recognise(const QString& path)
     return storedproject::isProject(start) ? formats::FileKind::Unknown : formats::recognise(start);
 }
 
-/// A file named like the project, where the user's files are.
-QString suggestPath(const QString& projectName, const QString& suffix)
+/// What a file may be, by its suffix.
+struct Format
 {
-    return QDir(recentfiles::getFolder()).filePath(projectName + QLatin1Char('.') + suffix);
+    QString title;
+    QString suffix;
+};
+
+/// A file of one of the formats, the first of which is suggested. Its suffix tells which; it follows the
+/// choice of a format and comes behind a name that has none of theirs.
+QString chooseTarget(QWidget* parent, const QString& title, const QString& name,
+                     const std::vector<Format>& formats)
+{
+    QStringList suffixes;
+    QStringList filters;
+    for (const Format& format : formats) {
+        suffixes.append(format.suffix);
+        filters.append(QStringLiteral("%1 (*.%2)").arg(format.title, format.suffix));
+    }
+    const auto hasSuffix = [&suffixes](const QString& path) {
+        return suffixes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+    };
+    QString suffix = suffixes.constFirst();
+    QFileDialog dialog(parent, title, recentfiles::getFolder(), filters.join(QStringLiteral(";;")));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(suffix);
+    dialog.selectFile(QDir(recentfiles::getFolder()).filePath(name + QLatin1Char('.') + suffix));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
+        const QString path = dialog.selectedFiles().value(0);
+        const QFileInfo file(path);
+        suffix = suffixes.value(filters.indexOf(filter));
+        dialog.setDefaultSuffix(suffix);
+        dialog.selectFile(file.dir().filePath((hasSuffix(path) ? file.completeBaseName() : file.fileName()) +
+                                              QLatin1Char('.') + suffix));
+    });
+    while (dialog.exec() == QDialog::Accepted) {
+        const QString path = dialog.selectedFiles().value(0);
+        if (hasSuffix(path))
+            return path;
+        const QString target = path + QLatin1Char('.') + suffix;
+        if (!QFileInfo::exists(target))
+            return target;
+        // Before it is written over, the dialog asks.
+        dialog.selectFile(target);
+    }
+    return QString();
 }
 
 } // namespace
@@ -89,61 +131,32 @@ QStringList chooseTables(QWidget* parent)
 
 QString chooseProjectTarget(QWidget* parent, const QString& projectName)
 {
-    QString path = QFileDialog::getSaveFileName(parent, Desk::tr("Сохранить проект"),
-                                                suggestPath(projectName, kProjectSuffix),
-                                                Desk::tr("Проекты (*.%1)").arg(kProjectSuffix));
-    if (!path.isEmpty() && QFileInfo(path).suffix().isEmpty())
-        path += QLatin1Char('.') + kProjectSuffix;
-    return path;
+    return chooseTarget(parent, Desk::tr("Сохранить проект"), projectName,
+                        {{Desk::tr("Проекты"), kProjectSuffix}});
 }
 
 QString chooseExportTarget(QWidget* parent, const Document& document)
 {
-    QStringList suffixes;
-    QStringList filters;
+    std::vector<Format> formats;
     for (const ExportFormat& format : exportformats::getFormats()) {
-        if (format.isAvailable && !format.isAvailable(document))
-            continue;
-        suffixes.append(format.suffix);
-        filters.append(QStringLiteral("%1 (*.%2)").arg(format.title, format.suffix));
+        if (!format.isAvailable || format.isAvailable(document))
+            formats.push_back({format.title, format.suffix});
     }
-    QFileDialog dialog(parent, Desk::tr("Экспорт"), recentfiles::getFolder(),
-                       filters.join(QStringLiteral(";;")));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(suffixes.constFirst());
-    dialog.selectFile(suggestPath(document.getProject().getName(), suffixes.constFirst()));
-    // The suffix decides what is written, so it follows the choice of a format.
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
-        const QString suffix = suffixes.value(filters.indexOf(filter));
-        const QFileInfo file(dialog.selectedFiles().value(0));
-        dialog.setDefaultSuffix(suffix);
-        dialog.selectFile(file.dir().filePath(file.completeBaseName() + QLatin1Char('.') + suffix));
-    });
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return chooseTarget(parent, Desk::tr("Экспорт"), document.getProject().getName(), formats);
 }
 
-QString choosePictureTarget(QWidget* parent, const QString& projectName)
+QString chooseDrawingTarget(QWidget* parent, const QString& title, const QString& name)
 {
-    const QStringList suffixes = {QStringLiteral("svg"), QStringLiteral("pdf")};
-    const QStringList filters = {Desk::tr("Рисунок SVG (*.%1)").arg(suffixes[0]),
-                                 Desk::tr("Документ PDF (*.%1)").arg(suffixes[1])};
-    QString filter = filters[0];
-    QString path = QFileDialog::getSaveFileName(parent, Desk::tr("Сохранить схему сети"),
-                                                suggestPath(projectName, suffixes[0]),
-                                                filters.join(QStringLiteral(";;")), &filter);
-    if (!path.isEmpty() && QFileInfo(path).suffix().isEmpty())
-        path += QLatin1Char('.') + suffixes.value(filters.indexOf(filter));
-    return path;
+    return chooseTarget(parent, title, name,
+                        {{Desk::tr("Рисунок SVG"), QStringLiteral("svg")},
+                         {Desk::tr("Документ PDF"), QStringLiteral("pdf")}});
 }
 
 QString chooseReportTarget(QWidget* parent, const QString& name)
 {
-    QString path = QFileDialog::getSaveFileName(
-        parent, Desk::tr("Сохранить для печати"), suggestPath(name, QStringLiteral("pdf")),
-        Desk::tr("Листы для печати, PDF (*.pdf);;Страница, HTML (*.html)"));
-    if (!path.isEmpty() && !reportfile::isKnown(path))
-        path += QStringLiteral(".pdf");
-    return path;
+    return chooseTarget(parent, Desk::tr("Сохранить для печати"), name,
+                        {{Desk::tr("Листы для печати, PDF"), QStringLiteral("pdf")},
+                         {Desk::tr("Страница, HTML"), QStringLiteral("html")}});
 }
 
 } // namespace filedialogs

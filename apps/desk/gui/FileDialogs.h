@@ -31,8 +31,9 @@ QString chooseProjectTarget(QWidget* parent, const QString& projectName);
 /// Where to export, with the suffix of the chosen format.
 /// @param document  what is to be exported: only formats that have something of it are offered
 QString chooseExportTarget(QWidget* parent, const Document& document);
-/// Where to save the picture of the network: an SVG or PDF file.
-QString choosePictureTarget(QWidget* parent, const QString& projectName);
+/// Where to save a drawing: an SVG or PDF file.
+/// @param name  what to call it, without a suffix
+QString chooseDrawingTarget(QWidget* parent, const QString& title, const QString& name);
 /// Where to save what could be printed, with a suffix that tells what the file is.
 QString chooseReportTarget(QWidget* parent, const QString& name);
 

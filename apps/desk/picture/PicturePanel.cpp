@@ -188,7 +188,8 @@ void PicturePanel::updateHint()
 
 void PicturePanel::chooseAndSave()
 {
-    const QString path = filedialogs::choosePictureTarget(this, document.getProject().getName());
+    const QString path = filedialogs::chooseDrawingTarget(this, Desk::tr("Сохранить схему сети"),
+                                                          document.getProject().getName());
     if (path.isEmpty())
         return;
     ExceptionCatcher catcher;

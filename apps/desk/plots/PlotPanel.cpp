@@ -3,12 +3,12 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/gui/FileDialogs.h"
 #include "apps/desk/plots/PlotView.h"
 #include "host/app/Application.h"
 #include "host/files/Error.h"
 #include "host/files/WholeFile.h"
 
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QStackedWidget>
@@ -26,6 +26,7 @@ PlotPanel::PlotPanel(const Document& projectDocument, QWidget* parent)
     , saveButton(new QToolButton(this))
 {
     tabs->setDocumentMode(true);
+    tabs->setAccessibleName(Desk::tr("Графики"));
     for (std::size_t kind = 0; kind < plots::kCount; ++kind)
         addPage(static_cast<plots::Kind>(kind));
     place->setWordWrap(true);
@@ -59,6 +60,8 @@ void PlotPanel::addPage(plots::Kind kind)
     page.empty = new QLabel(Desk::tr("Графики строятся…"));
     page.empty->setAlignment(Qt::AlignCenter);
     page.empty->setWordWrap(true);
+    // A text of one letter's width would ask for the height of a screen.
+    page.empty->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     page.view = new PlotView;
     page.stack->addWidget(page.empty);
     page.stack->addWidget(page.view);
@@ -157,9 +160,8 @@ void PlotPanel::save(const QString& path) const
 
 void PlotPanel::chooseFile()
 {
-    const QString path =
-        QFileDialog::getSaveFileName(this, Desk::tr("Сохранить график"), QStringLiteral("plot.svg"),
-                                     QStringLiteral("SVG (*.svg);;PDF (*.pdf)"));
+    const QString path = filedialogs::chooseDrawingTarget(this, Desk::tr("Сохранить график"),
+                                                          getPage().view->getContent().title);
     if (path.isEmpty())
         return;
     try {
