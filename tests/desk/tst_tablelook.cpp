@@ -387,7 +387,7 @@ void TestTableLook::copyIsNoFormula()
     QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("Имя\tПревышение, м\tФайл\tПримечание\n"
                                                                "'=1+1\t\tfirst.gkf\t\n"
                                                                "B\t\tfirst.gkf\t\n"
-                                                               "'=1+1 – B\t\u22121,25000\t'=second.csv\t"
+                                                               "'=1+1 – B\t-1,25000\t'=second.csv\t"
                                                                "wind from the left\n"));
 }
 

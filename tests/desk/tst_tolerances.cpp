@@ -317,6 +317,10 @@ void TestTolerances::dialogTakesNoUnusableValue()
     QTest::keyClicks(factor, QStringLiteral("4,5"));
     factor->interpretText();
     QCOMPARE(dialog.getRules().of(LevellingClass::I).loops.factor, 4.5);
+    factor->selectAll();
+    QTest::keyClicks(factor, QStringLiteral("12.5"));
+    factor->interpretText();
+    QCOMPARE(dialog.getRules().of(LevellingClass::I).loops.factor, 12.5);
     auto* confidence = field<QDoubleSpinBox>(dialog, "Доверительная вероятность");
     QVERIFY(!confidence->isEnabled());
     dialog.findChild<QCheckBox*>()->click();

@@ -7,6 +7,8 @@
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/runs/NumberTexts.h"
 
+#include <QRegularExpression>
+
 #include <cmath>
 
 namespace orvel::desk {
@@ -35,7 +37,13 @@ Outcome apply(Document& document, const QString& text, NetworkChange change)
 
 std::optional<double> parseNumber(const QString& text)
 {
+    // Thousands may stand apart, by spaces of any width.
+    static const QRegularExpression grouped(
+        QStringLiteral("^[-+\u2212]?[0-9]{1,3}(?:\\s[0-9]{3})+(?:[.,][0-9]*)?$"),
+        QRegularExpression::UseUnicodePropertiesOption);
     QString number = text.trimmed();
+    if (grouped.match(number).hasMatch())
+        number = number.simplified().remove(QLatin1Char(' '));
     number.replace(QLatin1Char(','), QLatin1Char('.')).replace(QChar(0x2212), QLatin1Char('-'));
     bool isNumber = false;
     const double value = number.toDouble(&isNumber);

@@ -27,6 +27,9 @@ QString toCell(const QVariant& value)
             character == QLatin1Char('\r'))
             character = QLatin1Char(' ');
     }
+    // Spreadsheets know numbers by the minus of the keyboard.
+    if (text.startsWith(QChar(0x2212)))
+        text[0] = QLatin1Char('-');
     return spreadsheet::guard(text);
 }
 

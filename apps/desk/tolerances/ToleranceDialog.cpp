@@ -30,9 +30,22 @@ QLocale getTextLocale()
     return QLocale(Desk::tr("ru", "the language of the reports"));
 }
 
+/// Takes the comma and the point for the same, as the table does: a field of Qt leaves out the one that is
+/// not the language's, and 12.5 would become 125.
+class NumberBox : public QDoubleSpinBox
+{
+protected:
+    QValidator::State validate(QString& input, int& cursor) const override
+    {
+        const QChar point = locale().decimalPoint();
+        input.replace(QLatin1Char('.'), point).replace(QLatin1Char(','), point);
+        return QDoubleSpinBox::validate(input, cursor);
+    }
+};
+
 QDoubleSpinBox* makeSpinBox(double least, double largest, int decimals, double step, const QString& name)
 {
-    auto* box = new QDoubleSpinBox;
+    auto* box = new NumberBox;
     box->setLocale(getTextLocale());
     box->setDecimals(decimals);
     box->setRange(least, largest);
