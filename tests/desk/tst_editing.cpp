@@ -7,6 +7,7 @@
 #include "apps/desk/edit/OutdatedBar.h"
 #include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/ItemColumns.h"
+#include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/PointTableModel.h"
@@ -86,7 +87,10 @@ private Q_SLOTS:
     void badValueIsRefusedWithOneMessage();
     void unchangedValueIsNoEdit();
     void heightOfABenchmarkIsTyped();
+    void newHeightOfABenchmarkIsSeenAfterAnAdjustment();
     void rowsAreSwitchedOffWithAReasonAndOn();
+    void sectionThatIsOffKeepsItsReason();
+    void nextRowTakesThePlaceOfOneThatIsHidden();
     void severalSectionsGetOneSigma();
     void pointIsHeldAtAHeightAndFreed();
     void pointsWithoutHeightsAreNotHeldTogether();
@@ -99,6 +103,7 @@ private Q_SLOTS:
     void nothingIsEditedWhileARunWorks();
     void typedValueIsTakenBeforeARun();
     void typedValueIsTakenBeforeTheWindowCloses();
+    void typedValueIsTakenBeforeAnotherClass();
     void classFollowsUndo();
 
 private:
@@ -209,6 +214,11 @@ void TestEditing::numbersAreReadAsTheyAreTyped_data()
     row(" -0,5 ", true, -0.5);
     row("\u22120,5", true, -0.5);
     row("12", true, 12.0);
+    row("12 345,678", true, 12345.678);
+    row("12\u2009345,6", true, 12345.6);
+    row("12\u202F345,6", true, 12345.6);
+    row("1 2", false, 0.0);
+    row("1,234 567", false, 0.0);
     row("", false, 0.0);
     row("1,2,3", false, 0.0);
     row("1 м", false, 0.0);
@@ -275,6 +285,22 @@ void TestEditing::heightOfABenchmarkIsTyped()
     QVERIFY(window->getMessageBar().getMessage().startsWith(QStringLiteral("Отметка «выше» — не число.")));
 }
 
+void TestEditing::newHeightOfABenchmarkIsSeenAfterAnAdjustment()
+{
+    QVERIFY(triggerAction(*window, QStringLiteral("Уравнивание")));
+    window->getMonitor().waitForFinished();
+    const QString name = QStringLiteral("Рп102");
+    typeInto(cell(name, itemcolumns::Height), QStringLiteral("152"));
+    QCOMPARE(cell(name, itemcolumns::Height).data().toString(), QStringLiteral("152,00000"));
+    QCOMPARE(*document().getGivenPositions()[name].height, 152.0);
+    // So is the height of a point that becomes a benchmark.
+    select({QStringLiteral("М3")});
+    const InDialog height(type(QStringLiteral("150,25")));
+    QVERIFY(triggerAction(*window, QStringLiteral("Сделать исходным репером…")));
+    QVERIFY(height.hasCome());
+    QCOMPARE(cell(QStringLiteral("М3"), itemcolumns::Height).data().toString(), QStringLiteral("150,25000"));
+}
+
 void TestEditing::rowsAreSwitchedOffWithAReasonAndOn()
 {
     const QStringList names{QStringLiteral("М5 – М3"), QStringLiteral("М5 – М3 (2)"), QStringLiteral("М3")};
@@ -298,6 +324,43 @@ void TestEditing::rowsAreSwitchedOffWithAReasonAndOn()
     select({QStringLiteral("М3")});
     press(Qt::Key_F4);
     QCOMPARE(window->getMessageBar().getMessage(), QStringLiteral("Отключаются измерения: выделите секции."));
+}
+
+void TestEditing::sectionThatIsOffKeepsItsReason()
+{
+    select({QStringLiteral("М5 – М3")});
+    {
+        const InDialog reason(type(QStringLiteral("сбит штатив")));
+        press(Qt::Key_F4);
+        QVERIFY(reason.hasCome());
+    }
+    select({QStringLiteral("М5 – М3"), QStringLiteral("М3 – М1")});
+    QString question;
+    const InDialog reason([&question](QDialog& dialog) {
+        question = static_cast<QInputDialog&>(dialog).labelText();
+        type(QStringLiteral("ветер"))(dialog);
+    });
+    press(Qt::Key_F4);
+    QCOMPARE(question, QStringLiteral("Отключается М3 – М1. Почему (можно оставить пустым):"));
+    QCOMPARE(document().findSection(idOf(QStringLiteral("М5 – М3")))->getOffReason(),
+             QStringLiteral("сбит штатив"));
+    QCOMPARE(document().findSection(idOf(QStringLiteral("М3 – М1")))->getOffReason(),
+             QStringLiteral("ветер"));
+}
+
+void TestEditing::nextRowTakesThePlaceOfOneThatIsHidden()
+{
+    std::vector<LONGID> ids;
+    for (const QString& name : {QStringLiteral("М3 – М1"), QStringLiteral("М5 – М3")})
+        ids.push_back(idOf(name));
+    document().applyChange(QString(), networkchange::switchOff(document(), ids, QString()));
+    table().getFilterModel()->setWantedTraits(itemcolumns::OffTrait);
+    table().selectItem(ids[0]);
+    press(Qt::Key_F4);
+    QCOMPARE(table().getCurrentItem(), ids[1]);
+    press(Qt::Key_F4);
+    QVERIFY(document().getHandChanges().empty());
+    QVERIFY(!table().currentIndex().isValid());
 }
 
 void TestEditing::severalSectionsGetOneSigma()
@@ -537,6 +600,15 @@ void TestEditing::typedValueIsTakenBeforeTheWindowCloses()
     QVERIFY(!window->close());
     QVERIFY(!answer.getQuestion().isEmpty());
     QCOMPARE(cell(name, itemcolumns::Difference).data().toString(), QStringLiteral("0,75120"));
+}
+
+void TestEditing::typedValueIsTakenBeforeAnotherClass()
+{
+    const QString name = QStringLiteral("М5 – М3");
+    QVERIFY(startTyping(cell(name, itemcolumns::Difference), QStringLiteral("0,7512")));
+    QVERIFY(triggerAction(*window, QStringLiteral("II класс: 5\u00A0мм·√L")));
+    QCOMPARE(cell(name, itemcolumns::Difference).data().toString(), QStringLiteral("0,75120"));
+    QCOMPARE(document().getUndoStack().count(), 2);
 }
 
 void TestEditing::classFollowsUndo()

@@ -70,17 +70,22 @@ void ItemEditor::apply(const QString& text, NetworkChange change)
 
 void ItemEditor::switchSections()
 {
-    const std::vector<LONGID> ids = getSelectedSections();
+    std::vector<LONGID> ids = getSelectedSections();
     if (ids.empty()) {
         Q_EMIT refused(Desk::tr("Отключаются измерения: выделите секции."));
         return;
     }
-    const bool areOff =
-        std::all_of(ids.begin(), ids.end(), [this](LONGID id) { return document.findSection(id)->isOff(); });
+    const auto isOff = [this](LONGID id) { return document.findSection(id)->isOff(); };
+    const bool areOff = std::all_of(ids.begin(), ids.end(), isOff);
+    // Those that are off already keep the reason for which they are.
+    if (!areOff)
+        ids.erase(std::remove_if(ids.begin(), ids.end(), isOff), ids.end());
     const QString which = ids.size() == 1 ? document.findSection(ids.front())->getName()
                                           : Desk::tr("секций: %1").arg(QString::number(ids.size()));
+    const int row = table.currentIndex().row();
     if (areOff) {
         apply(Desk::tr("включение %1").arg(which), networkchange::switchOn(document, ids));
+        takePlace(row);
         return;
     }
     QInputDialog dialog(window);
@@ -90,6 +95,7 @@ void ItemEditor::switchSections()
             Desk::tr("Отключается %1. Почему (можно оставить пустым):").arg(which)))
         apply(Desk::tr("отключение %1").arg(which),
               networkchange::switchOff(document, ids, dialog.textValue().simplified()));
+    takePlace(row);
 }
 
 void ItemEditor::setSigma()
@@ -214,8 +220,14 @@ void ItemEditor::deleteSections()
                                           : Desk::tr("секций: %1").arg(QString::number(ids.size()));
     const int row = table.currentIndex().row();
     apply(Desk::tr("удаление %1").arg(which), networkchange::deleteSections(document, ids));
-    // The next one takes the place.
-    table.setCurrentIndex(table.model()->index(std::min(row, table.model()->rowCount() - 1), 0));
+    takePlace(row);
+}
+
+/// Where the current row is gone, deleted or hidden by the choice of rows, the next one takes its place.
+void ItemEditor::takePlace(int row)
+{
+    if (!table.currentIndex().isValid())
+        table.setCurrentIndex(table.model()->index(std::min(row, table.model()->rowCount() - 1), 0));
 }
 
 } // namespace orvel::desk

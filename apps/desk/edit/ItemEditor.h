@@ -40,6 +40,7 @@ private:
     std::vector<LONGID> getSelectedSections() const;
     std::vector<LONGID> getSelectedPoints() const;
     bool ask(QInputDialog& dialog, const QString& title, const QString& label) const;
+    void takePlace(int row);
     void apply(const QString& text, NetworkChange change);
     std::optional<double> askHeight(LONGID id) const;
 

@@ -77,12 +77,15 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     createClassIndicator();
     addUriNavigationHandler(std::make_unique<DeskNavigation>(*this));
 
-    connect(drops, &FileDrops::dropped, this, &DeskWindow::openFiles);
-    // Keys and menus leave the editor of a cell open. What is typed belongs to what they do, so this comes
-    // first.
+    // Keys, menus and drops leave the editor of a cell open. What is typed belongs to what they do, so this
+    // comes first.
+    connect(drops, &FileDrops::dropped, table, &ItemTable::endEditing);
+    connect(actions, &DeskActions::classChosen, table, &ItemTable::endEditing);
+    connect(actions, &DeskActions::fileRequested, table, &ItemTable::endEditing);
     connect(actions, &DeskActions::triggered, table, &ItemTable::endEditing);
     connect(actions, &DeskActions::runRequested, table, &ItemTable::endEditing);
     connect(actions, &DeskActions::reportRequested, table, &ItemTable::endEditing);
+    connect(drops, &FileDrops::dropped, this, &DeskWindow::openFiles);
     connect(actions, &DeskActions::triggered, this, &DeskWindow::perform);
     connect(actions, &DeskActions::classChosen, document, &Document::setLevellingClass);
     connect(actions, &DeskActions::fileRequested, this, &DeskWindow::openFile);
