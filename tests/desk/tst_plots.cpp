@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace orvel::desk;
 using namespace orvel::test;
@@ -188,6 +189,11 @@ void TestPlots::emptyPlotsSayWhatToDo()
     QCOMPARE(contents[plots::Misclosures].emptyText,
              QStringLiteral("Сначала импортируйте нивелирную сеть (Ctrl+I)"));
     auto snapshot = makeSnapshot();
+    const std::vector<levelling::Section> sections = std::exchange(snapshot->network.sections, {});
+    source.snapshot = snapshot;
+    QCOMPARE(plots::make(source)[plots::Misclosures].emptyText,
+             QStringLiteral("В проекте нет ни одной секции, или все они отключены."));
+    snapshot->network.sections = sections;
     for (levelling::Section& section : snapshot->network.sections)
         section.distance.reset();
     source.snapshot = snapshot;

@@ -137,7 +137,7 @@ void TestRuns::compileOfEmptyProject()
 {
     runCompile(monitor, snapshot, LevellingClass::IV);
     QCOMPARE(monitor.lines, QStringList(QStringLiteral(
-                                "error:В проекте нет ни одной секции. Импортируйте нивелирную сеть.")));
+                                "error:В проекте нет ни одной секции, или все они отключены.")));
 }
 
 void TestRuns::compileWithoutLengthsTakesThreeSigma()
@@ -775,7 +775,7 @@ void TestRuns::chainOfThousandsOfPointsIsCut()
 
 void TestRuns::chainsOfEmptyProject()
 {
-    const QString failure = QStringLiteral("В проекте нет ни одной секции. Импортируйте нивелирную сеть.");
+    const QString failure = QStringLiteral("В проекте нет ни одной секции, или все они отключены.");
     QCOMPARE(runChains(monitor, snapshot, LevellingClass::IV), failure);
     QCOMPARE(monitor.lines, QStringList(QStringLiteral("error:") + failure));
 }

@@ -217,8 +217,10 @@ private:
 
     QString describeLack(const ToleranceRule& rule, const QString& nothing) const
     {
-        if (network.sections.empty())
+        if (network.points.empty())
             return Desk::tr("Сначала импортируйте нивелирную сеть (Ctrl+I)");
+        if (network.sections.empty())
+            return Desk::tr("В проекте нет ни одной секции, или все они отключены.");
         return rule.measure == ToleranceMeasure::Length
                    ? Desk::tr("%1, или у их секций нет длин").arg(nothing)
                    : Desk::tr("%1, или у их секций нет числа станций").arg(nothing);

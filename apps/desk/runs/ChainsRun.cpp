@@ -38,7 +38,7 @@ public:
     QString run()
     {
         if (network.sections.empty()) {
-            const QString failure = Desk::tr("В проекте нет ни одной секции. Импортируйте нивелирную сеть.");
+            const QString failure = Desk::tr("В проекте нет ни одной секции, или все они отключены.");
             lines.error(failure);
             return failure;
         }

@@ -33,7 +33,7 @@ public:
     void run()
     {
         if (network.sections.empty()) {
-            lines.error(Desk::tr("В проекте нет ни одной секции. Импортируйте нивелирную сеть."));
+            lines.error(Desk::tr("В проекте нет ни одной секции, или все они отключены."));
             return;
         }
         monitor.startStage(Desk::tr("Связность сети").toStdWString());
