@@ -107,6 +107,7 @@ ColumnLayout::ColumnLayout(const ReportTable& table, const PaperFont& bold)
         Need need;
         need.wanted = std::max(cell, head) + padding;
         need.least = need.wanted;
+        need.isText = column.isText;
         if (column.isText)
             need.least = std::max(head, std::min(cell, bold.getWidth(longest.left(kLeastLetters)))) + padding;
         needs.push_back(need);
@@ -124,6 +125,10 @@ std::vector<qreal> ColumnLayout::share(qreal width) const
     const qreal least = getLeastWidth();
     const qreal wanted = std::accumulate(needs.begin(), needs.end(), 0.0,
                                          [](qreal sum, const Need& need) { return sum + need.wanted; });
+    // What is to spare is for texts: a number far from its neighbours is hard to follow.
+    const auto texts =
+        std::count_if(needs.begin(), needs.end(), [](const Need& need) { return need.isText; });
+    const qreal sharers = static_cast<qreal>(texts > 0 ? texts : static_cast<std::ptrdiff_t>(needs.size()));
     std::vector<qreal> widths;
     for (const Need& need : needs) {
         if (least >= width)
@@ -131,7 +136,7 @@ std::vector<qreal> ColumnLayout::share(qreal width) const
         else if (wanted > width)
             widths.push_back(need.least + (need.wanted - need.least) * (width - least) / (wanted - least));
         else
-            widths.push_back(need.wanted + (width - wanted) / static_cast<qreal>(needs.size()));
+            widths.push_back(need.wanted + (need.isText || texts == 0 ? (width - wanted) / sharers : 0.0));
     }
     return widths;
 }

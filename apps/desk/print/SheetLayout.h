@@ -49,6 +49,7 @@ private:
     {
         qreal least = 0.0;
         qreal wanted = 0.0; ///< with no line broken
+        bool isText = false;
     };
 
     std::vector<Need> needs;
