@@ -2,6 +2,7 @@
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/print/ReportFile.h"
 #include "apps/desk/print/ReportPaper.h"
+#include "apps/desk/print/SheetLayout.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "tests/desk/ReportNetwork.h"
 #include "tests/support/TestFiles.h"
@@ -23,6 +24,7 @@ class TestReportPaper : public QObject
 
 private Q_SLOTS:
     void everySheetHasHeadAndNumber();
+    void roomToSpareIsForTexts();
     void nothingOfManyRowsIsLost();
     void marksAndSignatures();
     void tallCellGoesOn();
@@ -125,6 +127,18 @@ void TestReportPaper::everySheetHasHeadAndNumber()
         QCOMPARE(getLastLine(sheet), QStringLiteral("Лист %1 из %2").arg(++number).arg(sheets.size()));
         QCOMPARE(sheet.count(QStringLiteral("Высота, м")), 1);
     }
+}
+
+void TestReportPaper::roomToSpareIsForTexts()
+{
+    QImage device(100, 100, QImage::Format_ARGB32);
+    const PaperFont bold(9.0, true, device);
+    ReportTable table;
+    table.columns = {{QStringLiteral("№")}, {QStringLiteral("Изменение"), true}};
+    table.rows.push_back({{QStringLiteral("1"), QStringLiteral("x")}, ReportTable::Row::Kind::Plain});
+    const std::vector<qreal> widths = ColumnLayout(table, bold).share(1000.0);
+    QVERIFY(widths[0] < 100.0);
+    QCOMPARE(widths[0] + widths[1], 1000.0);
 }
 
 void TestReportPaper::nothingOfManyRowsIsLost()

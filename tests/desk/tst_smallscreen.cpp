@@ -1,9 +1,12 @@
+#include "apps/desk/gui/ItemFilterBar.h"
 #include "apps/desk/gui/ScreenSize.h"
+#include "apps/desk/gui/SearchField.h"
 #include "apps/desk/gui/TemplateWizard.h"
 #include "apps/desk/protocol/ProtocolList.h"
 #include "tests/desk/DeskFixture.h"
 
 #include <QComboBox>
+#include <QDockWidget>
 #include <QHeaderView>
 #include <QScreen>
 #include <QTest>
@@ -19,6 +22,8 @@ class TestSmallScreen : public QObject
 private Q_SLOTS:
     void windowsFitOnTheScreen();
     void countsStayInView();
+    void plotsLeaveTheWindowSmall();
+    void searchStaysWideEnough();
     void wizardIsNoWiderThanItsTexts();
 };
 
@@ -48,6 +53,30 @@ void TestSmallScreen::countsStayInView()
     QCoreApplication::processEvents();
     QVERIFY(list->header()->length() <= list->viewport()->width());
     QVERIFY(list->columnWidth(0) < name);
+}
+
+void TestSmallScreen::plotsLeaveTheWindowSmall()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    auto* plots = window->findChild<QDockWidget*>(QStringLiteral("plots"));
+    plots->show();
+    QCoreApplication::processEvents();
+    // 600 pixels where a line has 25.
+    const int lines = window->minimumSizeHint().height() / window->fontMetrics().height();
+    QVERIFY2(lines < 24, qPrintable(QString::number(lines)));
+}
+
+void TestSmallScreen::searchStaysWideEnough()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    auto* bar = window->findChild<ItemFilterBar*>();
+    const int letter = bar->fontMetrics().averageCharWidth();
+    QVERIFY(bar->minimumSizeHint().width() < 40 * letter);
+    bar->setFixedWidth(50 * letter);
+    QCoreApplication::processEvents();
+    QVERIFY(bar->getSearch().width() >= 14 * letter);
 }
 
 void TestSmallScreen::wizardIsNoWiderThanItsTexts()

@@ -6,10 +6,11 @@
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/SearchField.h"
 
-#include <QButtonGroup>
+#include <QAction>
+#include <QActionGroup>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QToolButton>
+#include <QToolBar>
 
 namespace orvel::desk {
 
@@ -38,13 +39,15 @@ ItemFilterBar::ItemFilterBar(ItemTable& itemTable, QWidget* parent)
     : QWidget(parent)
     , table(itemTable)
     , search(new SearchField(Desk::tr("Поиск по имени (Ctrl+F)"), Desk::tr("Поиск пунктов и секций"), this))
-    , buttons(new QButtonGroup(this))
+    , choices(new QActionGroup(this))
     , count(new QLabel(this))
 {
+    constexpr int leastLetters = 14;
+    search->setMinimumWidth(leastLetters * fontMetrics().averageCharWidth());
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(search, 1);
-    createButtons();
+    layout->addWidget(createChoices());
     layout->addWidget(count);
     ItemFilterModel* filter = table.getFilterModel();
     connect(search, &QLineEdit::textChanged, filter, &ItemFilterModel::setSearchText);
@@ -64,23 +67,25 @@ void ItemFilterBar::startSearch()
 void ItemFilterBar::clear()
 {
     search->clear();
-    buttons->button(0)->click();
+    choices->actions().constFirst()->trigger();
 }
 
-void ItemFilterBar::createButtons()
+/// A bar puts what it has no room for behind a button.
+QToolBar* ItemFilterBar::createChoices()
 {
+    auto* bar = new QToolBar(this);
     for (const Choice& choice : listChoices()) {
-        auto* button = new QToolButton(this);
-        button->setText(choice.text);
-        button->setToolTip(choice.explanation);
-        button->setCheckable(true);
-        button->setChecked(choice.traits == 0);
-        button->setAutoRaise(true);
-        button->setFocusPolicy(Qt::TabFocus);
-        buttons->addButton(button, choice.traits);
-        layout()->addWidget(button);
+        QAction* action = bar->addAction(choice.text);
+        action->setToolTip(choice.explanation);
+        action->setCheckable(true);
+        action->setChecked(choice.traits == 0);
+        action->setData(choice.traits);
+        choices->addAction(action);
     }
-    connect(buttons, &QButtonGroup::idClicked, table.getFilterModel(), &ItemFilterModel::setWantedTraits);
+    connect(choices, &QActionGroup::triggered, table.getFilterModel(), [this](const QAction* action) {
+        table.getFilterModel()->setWantedTraits(action->data().toInt());
+    });
+    return bar;
 }
 
 void ItemFilterBar::showCount()

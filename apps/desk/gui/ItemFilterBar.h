@@ -2,8 +2,9 @@
 
 #include <QWidget>
 
-class QButtonGroup;
+class QActionGroup;
 class QLabel;
+class QToolBar;
 
 namespace orvel::desk {
 
@@ -26,12 +27,12 @@ public:
     void clear();
 
 private:
-    void createButtons();
+    QToolBar* createChoices();
     void showCount();
 
     ItemTable& table;
     SearchField* search;
-    QButtonGroup* buttons; ///< one of them is down; its id is the traits that it asks for
+    QActionGroup* choices; ///< one of them is checked; its data are the traits that it asks for
     QLabel* count;
 };
 

@@ -60,8 +60,6 @@ void PlotPanel::addPage(plots::Kind kind)
     page.empty = new QLabel(Desk::tr("Графики строятся…"));
     page.empty->setAlignment(Qt::AlignCenter);
     page.empty->setWordWrap(true);
-    // A text of one letter's width would ask for the height of a screen.
-    page.empty->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     page.view = new PlotView;
     page.stack->addWidget(page.empty);
     page.stack->addWidget(page.view);

@@ -99,6 +99,8 @@ PlotView::PlotView(QWidget* parent)
     bad->attach(this);
     for (const int axis : {yLeft, xBottom})
         setAxisScaleDraw(axis, new ScaleTexts);
+    // A plot would have no less room than it wants, and the window not fit on a small screen.
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusPolicy(Qt::StrongFocus);
     canvas()->setFocusPolicy(Qt::NoFocus);
     canvas()->installEventFilter(this);
