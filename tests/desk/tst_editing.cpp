@@ -338,6 +338,7 @@ void TestEditing::sectionThatIsOffKeepsItsReason()
     QString question;
     const InDialog reason([&question](QDialog& dialog) {
         question = static_cast<QInputDialog&>(dialog).labelText();
+        QCOMPARE(dialog.findChild<QLabel*>()->textFormat(), Qt::PlainText);
         type(QStringLiteral("ветер"))(dialog);
     });
     press(Qt::Key_F4);

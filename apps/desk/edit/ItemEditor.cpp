@@ -9,6 +9,7 @@
 #include "apps/desk/gui/ItemTable.h"
 
 #include <QInputDialog>
+#include <QLabel>
 #include <QSet>
 
 #include <algorithm>
@@ -58,6 +59,8 @@ bool ItemEditor::ask(QInputDialog& dialog, const QString& title, const QString& 
 {
     dialog.setWindowTitle(title);
     dialog.setLabelText(label);
+    // Names of points may look like mark-up.
+    dialog.findChild<QLabel*>()->setTextFormat(Qt::PlainText);
     dialog.setOkButtonText(Desk::tr("Готово"));
     dialog.setCancelButtonText(Desk::tr("Отмена"));
     return dialog.exec() == QDialog::Accepted;
