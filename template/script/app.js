@@ -34,7 +34,7 @@ const textsTime = 100;
 /** The page at work: joins the model, the filters, the view, the tree and the controls. */
 export class App {
   settings = new Settings();
-  filters = new Filters();
+  filters = new Filters(() => this.longestText());
   /** Whether the reader has gone to a row; before, the address names none. */
   isMoved = false;
   printed = [];
@@ -111,6 +111,7 @@ export class App {
     listen(page, "focusin", ({ target }) => this.tree.focusCame(target));
     listen(window, "pagehide", () => keepFolds(this.written));
     listen(page, "copy", (event) => this.copied(event));
+    listen(page, "dragstart", (event) => this.dragged(event));
     listen(page, "beforematch", ({ target }) => this.matched(target), true);
     // By now the page may have written its own address over the one that was gone to.
     listen(window, "hashchange", ({ newURL }) => this.addressChanged(new URL(newURL)));
@@ -159,6 +160,11 @@ export class App {
   }
 
   // Filters
+
+  longestText() {
+    this.longest ??= this.written.records.reduce((most, line) => Math.max(most, textOf(line).length), 0);
+    return this.longest;
+  }
 
   filter() {
     this.arrange();
@@ -287,13 +293,19 @@ export class App {
 
   draw(place, options) {
     this.view.draw(place, options);
-    saveFolds(foldsOf(this.written));
     this.drawDetails();
+  }
+
+  /** Has what is folded now go along with the page when it is saved. */
+  saveFolds() {
+    if (this.view.hasNewFolds) saveFolds(foldsOf(this.written));
+    this.view.hasNewFolds = false;
   }
 
   /** What follows from where the rows are. */
   drawDetails() {
     const { view } = this;
+    this.saveFolds();
     this.tree.keepStop();
     const lines = view.isPartlyLaidOut ? [...view.near] : this.model.lines;
     highlight(
@@ -418,6 +430,15 @@ export class App {
     event.clipboardData.setData("text/plain", text);
     event.preventDefault();
     this.controls.tell(say("copied"));
+  }
+
+  /** What is selected is whole when it is dragged elsewhere, too. */
+  dragged({ target, dataTransfer }) {
+    if (target.closest?.("a, input")) return;
+    const text = selectedText(this.view, this.model, window.getSelection());
+    if (text === null) return;
+    dataTransfer.clearData();
+    dataTransfer.setData("text/plain", text);
   }
 
   async copy(text) {

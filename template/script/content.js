@@ -4,8 +4,9 @@ import { build, disarm, page } from "./dom.js";
 export const rowStart =
   '<li class="Node ExpandLeaf IsLast">\n<div class="Expand"></div>\n<div class="Content ';
 export const rowEnd = "</div>\n</li>";
+const listStart = '<ul class="Container"';
+const linesStart = `${listStart}>\n${rowStart}`;
 const linesEnd = `${rowEnd}\n</ul>`;
-const lineLists = new RegExp(`(<ul class="Container")>\n${rowStart}([^]*?)${rowEnd}(?=\n</ul>)`, "g");
 // Captions of branches, titles, service lines and statistics.
 const named = /(<(div|h1|p)(?: class=(?:"Content"|'service'))?)>([^]{0,4000}?)(<\/\2>)(?=\n|<ul)/g;
 export const plainLink = /<a href="([^"<>]*)">([^<]*)<\/a>/g;
@@ -15,7 +16,7 @@ const foreignTag = /<(?!\/?(?:div|h1|p|ul|li|a)[\s>])/g;
 // A list of so many branches of lines gets its rows as they are looked at.
 const manyBranches = 100;
 const branchStart = '<li class="Node ExpandClosed">\n<div class="Expand"></div>\n<div class="Content">';
-const branchList = `<ul class="Container">\n${branchStart}`;
+const branchList = `${listStart}>\n${branchStart}`;
 
 // Keeps what the library wrote. Whichever way a browser saves the page, this goes along, and the script of the saved
 // page reads it instead of the rows that were there.
@@ -90,6 +91,21 @@ function* cutBehindLists(pieces) {
   yield held.join("");
 }
 
+/** Takes the lists of lines out of a text; `mark` stands for the lines of one. */
+function takeLines(text, mark) {
+  const rest = [];
+  let from = 0;
+  for (let at = text.indexOf(linesStart); at >= 0; at = text.indexOf(linesStart, from)) {
+    const first = at + linesStart.length;
+    const end = text.indexOf(linesEnd, first);
+    if (end < 0) break;
+    rest.push(text.slice(from, at), listStart, mark({ lines: text.slice(first, end) }), ">");
+    from = end + rowEnd.length;
+  }
+  rest.push(text.slice(from));
+  return rest.join("");
+}
+
 /** Where the whole link ends that begins at a place of markup, and where its text begins; null when there is none. */
 function linkAt(markup, at) {
   if (!markup.startsWith(linkStart, at)) return null;
@@ -138,7 +154,7 @@ function takeBranches(text, key, pieces, mark) {
       end = branch.lastIndex;
     }
     if (branches.length < manyBranches) continue;
-    rest.push(text.slice(from, at), `<ul class="Container"${mark({ branches })}>\n`);
+    rest.push(text.slice(from, at), `${listStart}${mark({ branches })}>\n`);
     from = at = end;
   }
   rest.push(text.slice(from));
@@ -156,9 +172,7 @@ export function placeContent() {
   const pieces = [];
   const mark = (piece) => ` ${key}="${pieces.push(piece) - 1}"`;
   const content = build("div", { id: "lines" });
-  const withoutLines = Array.from(cutBehindLists(readWritten()), (text) =>
-    text.replace(lineLists, (_, start, lines) => `${start}${mark({ lines })}>`),
-  );
+  const withoutLines = Array.from(cutBehindLists(readWritten()), (text) => takeLines(text, mark));
   content.innerHTML = takeBranches(withoutLines.join(""), key, pieces, mark)
     .replace(named, (whole, start, _, part, end) =>
       plainText(part) === null ? `${start}${mark(part)}>${end}` : whole,

@@ -1,77 +1,102 @@
 import { kinds, nameOf, textOf } from "./item.js";
 
-const noneOfAny = () => ({ error: 0, warning: 0, message: 0, other: 0 });
-
-/** Counts a line once in each branch around it, in which its record may stand several times. */
-function countUp(line, count) {
-  for (let node = line.parent; node && node.lastRecord !== line.record; node = node.parent) {
-    node.lastRecord = line.record;
-    count(node, line);
-  }
-}
-
-const countTotal = ({ totals }, { kind }) => ++totals[kind];
+const sumOf = (counts, own) => own.reduce((sum, kind) => sum + counts[kind], 0);
 
 function countLine(node, { kind }) {
   ++node.count;
   if (kind === "error") ++node.errors;
   else if (kind === "warning") ++node.warnings;
+  else if (kind === "message") ++node.messages;
+}
+
+/** Adds what each branch holds to the branch around it. */
+function addUp(branches) {
+  // What lies inside a branch stands behind it.
+  for (let at = branches.length - 1; at >= 0; --at) {
+    const { parent, count, errors, warnings, messages } = branches[at];
+    if (!parent) continue;
+    parent.count += count;
+    parent.errors += errors;
+    parent.warnings += warnings;
+    parent.messages += messages;
+  }
+}
+
+/** Counts a line once in each branch around it, in which its record may stand several times. */
+function countUp(line) {
+  for (let node = line.parent; node && node.lastRecord !== line.record; node = node.parent) {
+    node.lastRecord = line.record;
+    countLine(node, line);
+  }
+}
+
+/** Counts the places of a record that are shown. */
+function countPlaces(record) {
+  let places = 0;
+  if (record.matches) {
+    countUp(record);
+    ++places;
+  }
+  for (const line of record.repeats) {
+    if (!line.matches) continue;
+    countUp(line);
+    ++places;
+  }
+  return places;
+}
+
+/**
+ * How many records below each branch the filters let through, and how many of them are of which kind. Answers how many
+ * there are, and in how many places.
+ */
+export function countShown({ branches, singles, shared }) {
+  for (const node of branches) {
+    node.count = node.errors = node.warnings = node.messages = 0;
+    node.lastRecord = null;
+  }
+  let shown = 0;
+  for (const line of singles) {
+    if (!line.matches) continue;
+    countLine(line.parent, line);
+    ++shown;
+  }
+  addUp(branches);
+  let places = shown;
+  for (const record of shared) {
+    const own = countPlaces(record);
+    places += own;
+    if (own) ++shown;
+  }
+  return { shown, places };
 }
 
 /** How many records of each kind stand below each branch; in the model how many there are, and in how many places. */
 export function countTotals(model) {
-  for (const node of model.branches) {
-    node.totals = noneOfAny();
-    node.lastRecord = null;
+  const { branches, records } = model;
+  model.singles = records.filter(({ repeats }) => !repeats.length);
+  model.shared = records.filter(({ repeats }) => repeats.length);
+  countShown(model);
+  for (const node of branches) {
+    const { count: total, errors: error, warnings: warning, messages: message } = node;
+    node.total = total;
+    node.totals = { error, warning, message, other: total - error - warning - message };
   }
-  model.totals = noneOfAny();
-  model.places = noneOfAny();
-  for (const record of model.records) {
-    countUp(record, countTotal);
-    for (const line of record.repeats) countUp(line, countTotal);
-    ++model.totals[record.kind];
-    model.places[record.kind] += 1 + record.repeats.length;
+  [model.totals, model.places] = [0, 1].map(() => ({ error: 0, warning: 0, message: 0, other: 0 }));
+  for (const { kind, repeats } of records) {
+    ++model.totals[kind];
+    model.places[kind] += 1 + repeats.length;
   }
-  for (const node of model.branches) node.total = sumOf(node.totals, kinds);
 }
 
-const sumOf = (totals, own) => own.reduce((sum, kind) => sum + totals[kind], 0);
-
-/**
- * How many of them stand in the kinds that are not hidden, and how many of these are errors and warnings. Answers how
- * many there are, and in how many places.
- */
-export function countKinds(model, hidden) {
+/** The same as `countShown` answers where nothing but kinds is hidden. */
+export function countKinds({ branches, totals, places }, hidden) {
   const own = kinds.filter((kind) => !hidden.includes(kind));
-  for (const node of model.branches) {
+  for (const node of branches) {
     node.count = hidden.length ? sumOf(node.totals, own) : node.total;
     node.errors = hidden.includes("error") ? 0 : node.totals.error;
     node.warnings = hidden.includes("warning") ? 0 : node.totals.warning;
   }
-  return { shown: sumOf(model.totals, own), places: sumOf(model.places, own) };
-}
-
-/** The same of those that the filters let through. */
-export function countShown({ branches, records }) {
-  for (const node of branches) {
-    node.count = node.errors = node.warnings = 0;
-    node.lastRecord = null;
-  }
-  let [shown, places] = [0, 0];
-  for (const record of records) {
-    const before = places;
-    if (record.matches) {
-      countUp(record, countLine);
-      ++places;
-    }
-    for (const line of record.repeats) {
-      if (!line.matches) continue;
-      countUp(line, countLine);
-      ++places;
-    }
-    if (places > before) ++shown;
-  }
-  return { shown, places };
+  return { shown: sumOf(totals, own), places: sumOf(places, own) };
 }
 
 /** How many lines the caption of a branch counts that do not stand below it. */

@@ -17,9 +17,13 @@ export function build(tag, attributes, ...children) {
   return made;
 }
 
+// What would take the focus or keys, or what opens only when the page is asked to.
+const foreignAttributes = ["autofocus", "accesskey", "contenteditable", "tabindex", "popover"];
+
 /** Takes from a part of the page what lines in it could still do; the policy does not keep them from all of it. */
 export function disarm(part) {
-  for (const element of part.querySelectorAll("[autofocus]")) element.removeAttribute("autofocus");
+  for (const name of foreignAttributes)
+    for (const element of part.querySelectorAll(`[${name}]`)) element.removeAttribute(name);
   // Their text would be that of a control or of nothing, not the line's.
   for (const element of part.querySelectorAll("textarea, select, iframe, noembed, noframes, xmp"))
     element.replaceWith(element.textContent);

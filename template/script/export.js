@@ -28,7 +28,10 @@ function asText(lines) {
 }
 
 /** A cell that a spreadsheet would take for a formula is told from one by an apostrophe. */
-const guard = (value) => (/^[=+\-@\t\r]/.test(value) && !/^-?\d+$/.test(value) ? `'${value}` : value);
+const guard = (value) =>
+  /^(?:\s*[=+\-@\uff1d\uff0b\uff0d\uff20]|[\t\r\n])/.test(value) && !/^-?\d+$/.test(value)
+    ? `'${value}`
+    : value;
 
 const quote = (value) => (/[",\r\n]/.test(value) ? `"${value.replaceAll('"', '""')}"` : value);
 

@@ -23,16 +23,19 @@ export function compile(source, flags) {
   }
 }
 
+// So many steps on one text take a tenth of a second.
+const quickSteps = 5e7;
+
 /**
- * Whether an expression ends on every text in good time: nothing that repeats stands in something that repeats, and
- * little repeats at all.
+ * How long a text may be for an expression to end on it in good time. On one in which something repeats inside what
+ * repeats it may never end; one in which nothing does takes as many steps as the text has characters.
  */
-export function isQuick(source) {
+export function quickLength(source) {
   const groups = [{ varies: false }];
   let last = null;
   let repeats = 0;
   for (const [part] of source.matchAll(/\\.|\[(?:[^\]\\]|\\.)*\]|\{\d*,?\d*\}|[^]/g)) {
-    if (/^\\[1-9k]/.test(part)) return false;
+    if (/^\\[1-9k]/.test(part)) return 0;
     if (part === "(") groups.push({ varies: false });
     else if (part === ")" && groups.length > 1) {
       last = groups.pop();
@@ -40,13 +43,13 @@ export function isQuick(source) {
       continue;
     } else if (part === "|") groups.at(-1).varies = true;
     else if (/^(?:[*+?]|\{\d*,?\d*\})$/.test(part)) {
-      if (last?.varies && part !== "?") return false;
-      if (part !== "?" && ++repeats > 2) return false;
+      if (last?.varies && part !== "?") return 0;
+      if (part !== "?" && ++repeats > 2) return 0;
       groups.at(-1).varies = true;
     }
     last = null;
   }
-  return true;
+  return repeats ? quickSteps ** (1 / (repeats + 1)) : Infinity;
 }
 
 const timeLimit = 2000;

@@ -17,10 +17,15 @@ export class Filters {
   unfolded = new Set();
   query = new Query("");
 
+  /** `longest` tells how long the longest text is that will be searched. */
+  constructor(longest) {
+    this.longest = longest;
+  }
+
   set(changes) {
     const { search } = this;
     Object.assign(this, changes);
-    if (this.search !== search) this.query = new Query(this.search);
+    if (this.search !== search) this.query = new Query(this.search, this.longest);
   }
 
   get isWorstFirst() {
@@ -79,25 +84,35 @@ function foldAlike(model, unfolded) {
   }
 }
 
-/**
- * Takes up which rows of each branch are shown. A branch is shown when something in it is; one that never held a line
- * as long as nothing is filtered.
- */
-function showRows({ branches }, { isActive, alike }) {
-  // What lies inside a branch stands behind it.
-  for (let at = branches.length - 1; at >= 0; --at) {
-    const node = branches[at];
-    const rows = [];
-    for (const child of node.children) {
-      if (child.isLine) {
-        if (!alike) child.times = child.matches ? 1 : 0;
-        child.shown = child.times > 0 || child.rows.length > 0;
-      } else child.shown = child.isBranch ? child.rows.length > 0 : !isActive;
-      if (child.shown) rows.push(child);
-    }
-    node.rows = rows.length === node.children.length ? node.children : rows;
-    node.ends = null;
+const none = [];
+
+function isShown(row, isActive, alike) {
+  if (!row.isLine) return row.isBranch ? row.rows.length > 0 : !isActive;
+  if (!alike) row.times = row.matches ? 1 : 0;
+  return row.rows.length > 0 || row.times > 0;
+}
+
+/** Takes up which rows are shown, and answers how many. */
+function showRows(rows, isActive, alike) {
+  let count = 0;
+  for (const row of rows) {
+    row.shown = isShown(row, isActive, alike);
+    if (row.shown) ++count;
   }
+  return count;
+}
+
+/**
+ * Takes up which rows of a branch are shown. A branch is shown when something in it is; one that never held a line as
+ * long as nothing is filtered.
+ */
+function showBranch(node, isActive, alike) {
+  const { children } = node;
+  const count = showRows(children, isActive, alike);
+  // Most branches hold few lines and show all of them or none.
+  if (count === children.length) node.rows = children;
+  else node.rows = count ? children.filter(({ shown }) => shown) : none;
+  node.ends = null;
 }
 
 /**
@@ -107,6 +122,8 @@ function showRows({ branches }, { isActive, alike }) {
 export function applyFilters(model, filters, written) {
   matchLines(model, filters, written);
   if (filters.alike) foldAlike(model, filters.unfolded);
-  showRows(model, filters);
+  const { isActive, alike } = filters;
+  // What lies inside a branch stands behind it.
+  for (let at = model.branches.length - 1; at >= 0; --at) showBranch(model.branches[at], isActive, alike);
   return filters.query.isEmpty ? countKinds(model, filters.hidden) : countShown(model);
 }

@@ -2,16 +2,17 @@
 
 const keyOf = () => `orvel-folds ${location.pathname}`;
 const isReload = () => /^(?:reload|back_forward)$/.test(performance.getEntriesByType("navigation")[0]?.type);
-const foldable = ({ branches }) => branches.filter((node) => node.parent && !node.isLine);
+const isFoldable = ({ parent, isLine }) => Boolean(parent) && !isLine;
 
 /** The branches' states as the lengths of runs of equal ones, the first of open ones. */
 export function foldsOf(model) {
   const runs = [0];
   let wasOpen = true;
-  for (const { isOpen } of foldable(model)) {
-    if (isOpen !== wasOpen) runs.push(0);
+  for (const node of model.branches) {
+    if (!isFoldable(node)) continue;
+    if (node.isOpen !== wasOpen) runs.push(0);
     ++runs[runs.length - 1];
-    wasOpen = isOpen;
+    wasOpen = node.isOpen;
   }
   return JSON.stringify({ rows: model.items.length, runs });
 }
@@ -37,7 +38,7 @@ export function keptFolds() {
 export function restoreFolds(model, folds, setOpen) {
   const kept = JSON.parse(folds);
   if (kept?.rows !== model.items.length) return false;
-  const nodes = foldable(model);
+  const nodes = model.branches.filter(isFoldable);
   let at = 0;
   kept.runs.forEach((length, run) => {
     for (const node of nodes.slice(at, at + length)) setOpen(node, run % 2 === 0);

@@ -12,15 +12,19 @@ export class Heights {
   constructor(model, main) {
     this.model = model;
     this.main = main;
-    this.guess();
+    this.#guess();
   }
 
   /** Forgets what was measured and guesses anew. */
-  guess() {
+  forget() {
+    for (const item of this.model.items) item.height = undefined;
+    for (const node of this.model.branches) node.ends = null;
+    this.#guess();
+  }
+
+  #guess() {
     const { model } = this;
     this.width = this.main.clientWidth;
-    for (const item of model.items) item.height = undefined;
-    for (const node of model.branches) node.ends = null;
     const linesOf = (node) => node.children.filter((row) => row.isLine);
     const large = model.branches.filter((node) => node.children.length > sampledBranchRows);
     const samples = large

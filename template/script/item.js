@@ -58,10 +58,12 @@ export class Item {
 
   /** Makes it a line. */
   setLine(style, markup) {
+    const known = kinds.find((kind) => kind === style);
     this.isLine = true;
-    this.style = style;
+    // The text that was cut out of the content goes, which a long page has many of.
+    this.style = known ?? style;
     this.markup = markup;
-    this.kind = kinds.includes(style) ? style : "other";
+    this.kind = known ?? "other";
   }
 
   /** The row's element; it is built when it is asked for, unless the library wrote it. */
@@ -109,7 +111,7 @@ Object.assign(Item.prototype, {
  * `lists`: the page's lists that hold its children; `folds`: what folds away with the branch;
  * `rows`: the children that are shown;
  * `total`: how many records stand below it, and `totals` of each kind; `count`: how many of them the filters let
- * through; of these are `errors` and `warnings`; `missing`: how many its caption counts that do not stand there;
+ * through; of these are `errors`, `warnings` and `messages`; `missing`: how many its caption counts that do not stand there;
  * `foldedName`: its caption as the search compares it; `captionHits`: what of a search its caption and those around hold.
  */
 export class Branch extends Item {
@@ -124,6 +126,7 @@ export class Branch extends Item {
   count = 0;
   errors = 0;
   warnings = 0;
+  messages = 0;
   missing = 0;
   ends = null;
   foldedName = undefined;

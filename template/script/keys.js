@@ -2,7 +2,10 @@ const turns = { e: ["error", 1], E: ["error", -1], w: ["warning", 1], W: ["warni
 const places = { KeyE: "e", KeyW: "w", KeyF: "f", KeyS: "s", KeyX: "x", Slash: "/" };
 
 /** The key that is meant: what it writes or, on another layout than a Latin one, what stands at its place. */
-function meantKey({ key, code, shiftKey }) {
+function meantKey(event) {
+  const { key, code, shiftKey } = event;
+  if (/^[a-z]$/i.test(key) && event.getModifierState("CapsLock"))
+    return shiftKey ? key.toUpperCase() : key.toLowerCase();
   if (/^[a-z/]$/i.test(key) || key.length > 1) return key;
   const own = places[code];
   if (!own || (own === "/" && shiftKey)) return key;

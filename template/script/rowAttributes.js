@@ -36,6 +36,9 @@ function writeContent(item) {
 export const alikeTextOf = ({ times, alike }) =>
   [`×${write(times)}`, rangeOf(alike)].filter(Boolean).join("  ");
 
+// What a line may bring along that would be a tab stop.
+const focusable = "a, area, audio, button, embed, input, object, summary, video";
+
 /** What stays the same. Only the row is a tab stop, and never a link inside. */
 function writeLastingAttributes(item) {
   const { element } = item;
@@ -43,7 +46,7 @@ function writeLastingAttributes(item) {
   element.setAttribute("role", "treeitem");
   element.setAttribute("aria-level", item.level);
   if (!element.hasAttribute("tabindex")) element.setAttribute("tabindex", "-1");
-  for (const link of item.caption.getElementsByTagName("a")) link.setAttribute("tabindex", "-1");
+  for (const own of item.caption.querySelectorAll(focusable)) own.setAttribute("tabindex", "-1");
   if (item.isBranch) writeBranchAttributes(item);
 }
 

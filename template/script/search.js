@@ -1,4 +1,4 @@
-import { compile, isQuick } from "./expressions.js";
+import { compile, quickLength } from "./expressions.js";
 import { fold, foldedOf, kinds, nameOf, textOf, treeOf } from "./item.js";
 import { besideTestOf, hasNumber, ratioOf, valueOf } from "./numbers.js";
 
@@ -55,7 +55,11 @@ function unfoldedPattern(text) {
 function testsOfText(text) {
   const pattern = unfoldedPattern(text);
   if (pattern)
-    return { line: (line) => pattern.test(textOf(line)), name: (node) => pattern.test(nameOf(node)) };
+    return {
+      line: (line) => pattern.test(textOf(line)),
+      // What is in the name is in the text.
+      name: (node) => pattern.test(textOf(node)) && pattern.test(nameOf(node)),
+    };
   return testsOfFolded((own) => own.includes(text));
 }
 
@@ -103,9 +107,9 @@ function numberTest({ label, compare, bound, low, high }) {
 
 /**
  * One term: `excluded`; `test` of a line; `caption`: a test of the captions around a line instead; `mark`: what to
- * highlight; `apart`: an expression that must run apart from the page.
+ * highlight; `apart`: an expression that must run apart from the page. `longest` tells the length of the longest text.
  */
-function termOf({ groups }) {
+function termOf({ groups }, longest) {
   const { sign, field, value, compare, bound, low, high, phrase, pattern, flags, word } = groups;
   const excluded = sign === "-";
   if (field) return value ? { excluded, test: fieldTest(field, value) } : null;
@@ -113,7 +117,8 @@ function termOf({ groups }) {
   if (pattern !== undefined) {
     const own = [...new Set(`im${flags}`.replace(/[gu]/g, ""))].join("");
     const expression = compile(pattern, own);
-    if (!isQuick(pattern)) return { excluded, apart: expression };
+    const most = quickLength(pattern);
+    if (most < Infinity && longest() > most) return { excluded, apart: expression };
     return { excluded, test: (line) => expression.test(textOf(line)), mark: compile(pattern, `g${own}`) };
   }
   if (word === "-") return null;
@@ -139,9 +144,10 @@ export class Query {
   state = "";
   terms = [];
 
-  constructor(source) {
+  /** `longest` tells how long the longest text is that will be searched. */
+  constructor(source, longest) {
     try {
-      this.terms = [...source.matchAll(termPattern)].map(termOf).filter(Boolean);
+      this.terms = [...source.matchAll(termPattern)].map((found) => termOf(found, longest)).filter(Boolean);
     } catch {
       this.state = "wrong";
     }
@@ -176,7 +182,8 @@ export class Query {
     this.#markCaptions(branches);
     const end = performance.now() + wholeTime;
     for (let at = 0; at < records.length && !this.state; ++at) {
-      this.#matchRecord(records[at], hidden.includes(records[at].kind));
+      const record = records[at];
+      this.#matchRecord(record, hidden.length > 0 && hidden.includes(record.kind));
       if (at % checkedLines === 0 && performance.now() > end) this.state = "slow";
     }
   }
@@ -186,9 +193,8 @@ export class Query {
     const captions = this.terms.map(({ caption }) => caption).filter(Boolean);
     for (const node of branches) {
       node.captionHits = node.parent?.captionHits ?? none;
-      if (!captions.length || !node.parent || node.isLine) continue;
-      const hits = captions.filter((holds) => holds(node));
-      if (hits.length) node.captionHits = [...node.captionHits, ...hits];
+      if (!node.parent || node.isLine) continue;
+      for (const holds of captions) if (holds(node)) node.captionHits = [...node.captionHits, holds];
     }
   }
 
@@ -204,7 +210,7 @@ export class Query {
 
   #holds(record, hits) {
     for (const { test, excluded, caption } of this.terms)
-      if ((test(record) || hits.includes(caption)) === excluded) return false;
+      if ((hits.includes(caption) || test(record)) === excluded) return false;
     return true;
   }
 }

@@ -24,6 +24,7 @@ export class View {
   near = new Set();
   parts = [];
   settledAt = NaN;
+  hasNewFolds = true;
   above = 0;
 
   constructor(model, main, bar) {
@@ -49,7 +50,8 @@ export class View {
     this.#setMode("near");
     main.tabIndex = -1;
     this.width = main.clientWidth;
-    if (model.heights?.width !== this.width) model.heights = new Heights(model, main);
+    if (!model.heights) model.heights = new Heights(model, main);
+    else if (model.heights.width !== this.width) model.heights.forget();
     this.heights = model.heights;
   }
 
@@ -77,6 +79,7 @@ export class View {
   setOpen(node, isOpen) {
     if (!node.isBranch || node.isOpen === isOpen) return;
     node.isOpen = isOpen;
+    this.hasNewFolds = true;
     const [was, is] = isOpen ? ["ExpandClosed", "ExpandOpen"] : ["ExpandOpen", "ExpandClosed"];
     if (node.built) {
       node.built.classList.replace(was, is);
@@ -174,7 +177,7 @@ export class View {
     if (!this.isPartlyLaidOut || this.main.clientWidth === this.width) return;
     this.width = this.main.clientWidth;
     const place = this.placeOf(this.topRow());
-    this.heights.guess();
+    this.heights.forget();
     this.draw(place);
   }
 

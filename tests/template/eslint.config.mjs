@@ -5,7 +5,7 @@ const names = (text) => Object.fromEntries(text.split(" ").map((name) => [name, 
 const browser = names(
   "window document location history navigator localStorage sessionStorage performance console getComputedStyle " +
     "MutationObserver requestAnimationFrame setTimeout clearTimeout Node NodeFilter Document Highlight CSS ResizeObserver " +
-    "self Worker URL URLSearchParams Blob Intl Event InputEvent KeyboardEvent MouseEvent DOMException innerHeight innerWidth scrollY",
+    "self Worker URL URLSearchParams Blob Intl Event InputEvent KeyboardEvent DragEvent DataTransfer MouseEvent DOMException innerHeight innerWidth scrollY",
 );
 const node = names("process Buffer URL console setTimeout DOMParser");
 

@@ -138,12 +138,13 @@ describe("what is visible", () => {
   });
 
   test("guards what a spreadsheet would take for a formula in CSV", chromiumOnly, async () => {
-    const texts = ["=1+2", "+7 мм", "-cmd|' /C calc'!A0", "@SUM(A1)", "невязка = 3"];
+    const texts = ["=1+2", "+7 мм", "-cmd|' /C calc'!A0", "@SUM(A1)", " =3", "＝4", "невязка = 3"];
     const formulas = texts.map((text) => ({ kind: "error", text }));
     const page = await open(browser, pageOf("formulas", makeRun("flat", 0, formulas)));
     const { bytes } = await saved(page, "Сохранить как CSV");
     const cells = parseCsv(bytes.toString("utf8").slice(1)).map(([, , text]) => text);
-    assert.deepEqual(cells, ["текст", "'=1+2", "'+7 мм", "'-cmd|' /C calc'!A0", "'@SUM(A1)", "невязка = 3"]);
+    const guarded = ["'=1+2", "'+7 мм", "'-cmd|' /C calc'!A0", "'@SUM(A1)", "' =3", "'＝4"];
+    assert.deepEqual(cells, ["текст", ...guarded, "невязка = 3"]);
     await page.context().close();
   });
 

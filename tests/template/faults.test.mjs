@@ -112,6 +112,29 @@ describe("keys", () => {
     assert.equal(await focused(), "query");
     await page.context().close();
   });
+
+  test("mean the same with Caps Lock on", async () => {
+    const page = await open(browser, fixture("flat"));
+    const press = (key, shiftKey) =>
+      page.evaluate(
+        (init) =>
+          document.activeElement.dispatchEvent(
+            new KeyboardEvent("keydown", { ...init, code: "KeyE", bubbles: true, cancelable: true }),
+          ),
+        { key, shiftKey, modifierCapsLock: true },
+      );
+    const told = () => page.locator("#status").textContent();
+    await page.locator('#lines [tabindex="0"]').focus();
+    await page.keyboard.press("Home");
+    await press("E", false);
+    await press("E", false);
+    const second = await told();
+    await press("E", false);
+    assert.notEqual(await told(), second);
+    await press("e", true);
+    assert.equal(await told(), second);
+    await page.context().close();
+  });
 });
 
 describe("the tree on a long page with reports", () => {
@@ -283,6 +306,45 @@ describe("texts", () => {
     await page.context().close();
   });
 
+  test("with what can be operated add no tab stops", async () => {
+    const foreign = [
+      "<span tabindex=1>первый</span>",
+      "<p contenteditable>правка</p>",
+      "<button accesskey=e>кнопка</button>",
+      "<details><summary>подробнее</summary>ещё</details>",
+      "<input value=поле>",
+    ];
+    const page = await open(browser, pageOf("operable-line", runAround(foreign.join(" "))));
+    await settle(page);
+    await page.locator("#query").focus();
+    const stops = [];
+    for (let count = 0; count < 40; ++count) {
+      await page.keyboard.press("Tab");
+      const [isRow, isInRow] = await page.evaluate(() => {
+        const at = document.activeElement;
+        return [at.matches("li"), !at.matches("li") && Boolean(at.closest("li.Node"))];
+      });
+      stops.push(isRow ? "row" : isInRow ? "inside" : "other");
+      if (isRow) break;
+    }
+    assert.equal(stops.at(-1), "row");
+    assert.ok(!stops.includes("inside"), stops.join());
+    await page.keyboard.press("Tab");
+    assert.equal(await page.evaluate(() => Boolean(document.activeElement.closest("li.Node"))), false);
+    assert.equal(await page.locator("#lines [accesskey], #lines [contenteditable]").count(), 0);
+    await page.context().close();
+  });
+
+  test("with classes of the page's own controls look like others", async () => {
+    const page = await open(browser, pageOf("menu-line", runAround('до <b class="menu">жирный</b> после')));
+    await settle(page);
+    assert.equal(
+      await page.evaluate(() => getComputedStyle(document.querySelector("b.menu")).position),
+      "static",
+    );
+    await page.context().close();
+  });
+
   test("of a stage that opens a text field are its caption all the same", async () => {
     const staged = makeRun("staged", 60);
     const stages = staged.stages.map((stage) => ({ ...stage, name: `<textarea>${stage.name}` }));
@@ -314,6 +376,20 @@ describe("what is selected on a long page", () => {
       .split("\n");
     for (const words of ["Невязка хода", "получена один раз", "Прочитано превышений", "СКО"])
       assert.equal(count(words), written.filter((line) => line.includes(words)).length, words);
+    await page.context().close();
+  });
+
+  test("is dragged whole", async () => {
+    const page = await open(browser, pageOf("dragged-long", makeRun("flat", 4000)));
+    const text = await page.evaluate(() => {
+      window.getSelection().selectAllChildren(document.querySelector("main"));
+      const dataTransfer = new DataTransfer();
+      const row = document.querySelector("li[data-near] > .Content").firstChild;
+      row.dispatchEvent(new DragEvent("dragstart", { dataTransfer, bubbles: true }));
+      return dataTransfer.getData("text/plain");
+    });
+    const count = bodyOf("dragged-long").split("Невязка хода").length - 1;
+    assert.equal(text.split("Невязка хода").length - 1, count);
     await page.context().close();
   });
 
@@ -361,6 +437,21 @@ describe("expressions", () => {
     await search(page, "/^(a|aa){3}$/");
     await page.waitForFunction(() => /: 1 /.test(document.querySelector("#shown").textContent));
     assert.deepEqual(await visibleLines(page), ["aaa"]);
+    await page.context().close();
+  });
+
+  test("that repeat little do not hang on a very long line either", async () => {
+    const run = makeRun("flat", 0, [
+      { kind: "error", text: "a".repeat(20000) },
+      { kind: "error", text: "aab" },
+    ]);
+    const page = await open(browser, pageOf("long-line", run));
+    const before = Date.now();
+    await search(page, "/a+a+b/");
+    await page.locator("#problem", { hasText: "слишком долго" }).waitFor();
+    assert.ok(Date.now() - before < 8000);
+    await search(page, "/^a+b/");
+    await page.waitForFunction(() => /: 1 /.test(document.querySelector("#shown").textContent));
     await page.context().close();
   });
 
