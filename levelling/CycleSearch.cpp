@@ -22,15 +22,18 @@ CycleSearch::CycleSearch(const SectionGraph& searchedGraph)
     rankSections();
 }
 
-std::vector<CycleSearch::Candidate> CycleSearch::findCandidates()
+std::vector<CycleSearch::Candidate> CycleSearch::findCandidates(const std::function<bool()>& isStopped)
 {
     std::vector<int> roots;
     std::copy_if(order.begin(), order.end(), std::back_inserter(roots),
                  [this](int node) { return linksToEarlier(node).size() > 1; });
     const std::size_t extraNodes =
         std::max(kExtraNodesPerRoot, kExtraNodes / std::max<std::size_t>(roots.size(), 1));
-    for (const int root : roots)
+    for (const int root : roots) {
+        if (isStopped && isStopped())
+            return {};
         searchFrom(root, extraNodes);
+    }
     addDatumLines();
 
     std::stable_sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {

@@ -3,6 +3,7 @@
 #include "levelling/DisjointSets.h"
 #include "levelling/SectionGraph.h"
 
+#include <functional>
 #include <vector>
 
 namespace levelling {
@@ -30,7 +31,10 @@ public:
     explicit CycleSearch(const SectionGraph& searchedGraph);
 
     /// All candidates, shortest first.
-    std::vector<Candidate> findCandidates();
+    ///
+    /// @param isStopped  asked before each node
+    /// @return none when it was stopped
+    std::vector<Candidate> findCandidates(const std::function<bool()>& isStopped = {});
     /// Position of the section in an order in which sections near each other are close; eliminating in this
     /// order keeps sums of cycles short.
     int getRank(int section) const { return rankOfSection[static_cast<std::size_t>(section)]; }

@@ -108,10 +108,10 @@ std::size_t countIndependentLoops(const SectionGraph& graph)
 }
 
 /// Indices of the shortest candidates that are independent. Where that takes too long, as in networks without
-/// any neighbourhood, of those that are known to be a basis.
+/// any neighbourhood, of those that are known to be a basis. None when it was stopped.
 std::vector<std::size_t> chooseBasis(const CycleSearch& search,
                                      const std::vector<CycleSearch::Candidate>& candidates,
-                                     const SectionGraph& graph)
+                                     const SectionGraph& graph, const std::function<bool()>& isStopped)
 {
     const std::size_t sectionCount = graph.getNetwork().sections.size();
     const std::size_t workLimit = kEliminationWork + kEliminationWorkPerSection * sectionCount;
@@ -119,6 +119,8 @@ std::vector<std::size_t> chooseBasis(const CycleSearch& search,
     CycleElimination elimination(static_cast<int>(sectionCount));
     std::vector<std::size_t> chosen;
     for (std::size_t i = 0; chosen.size() < loopCount && elimination.getWork() < workLimit; ++i) {
+        if (isStopped && isStopped())
+            return {};
         std::vector<int> ranks;
         ranks.reserve(candidates[i].sections.size());
         for (const int section : candidates[i].sections)
@@ -139,13 +141,18 @@ std::vector<std::size_t> chooseBasis(const CycleSearch& search,
 
 } // namespace
 
-std::vector<Loop> findLoopBasis(const SectionGraph& graph)
+std::vector<Loop> findLoopBasis(const SectionGraph& graph, const std::function<bool()>& isStopped)
 {
     CycleSearch search(graph);
-    const std::vector<CycleSearch::Candidate> candidates = search.findCandidates();
+    const std::vector<CycleSearch::Candidate> candidates = search.findCandidates(isStopped);
+    if (isStopped && isStopped())
+        return {};
     std::vector<Loop> loops;
-    for (const std::size_t candidate : chooseBasis(search, candidates, graph))
+    for (const std::size_t candidate : chooseBasis(search, candidates, graph, isStopped)) {
+        if (isStopped && isStopped())
+            return {};
         loops.push_back(toLoop(graph, candidates[candidate].sections));
+    }
     return loops;
 }
 

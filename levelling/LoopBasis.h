@@ -3,6 +3,7 @@
 #include "levelling/Route.h"
 #include "levelling/SectionGraph.h"
 
+#include <functional>
 #include <vector>
 
 namespace levelling {
@@ -17,6 +18,9 @@ struct Loop : Route
 
 /// A basis of independent loops, so many as there are surplus measurements, in the order of their length in
 /// sections: short loops of the network that together contain every misclosure.
-std::vector<Loop> findLoopBasis(const SectionGraph& graph);
+///
+/// @param isStopped  asked now and then
+/// @return none when it was stopped
+std::vector<Loop> findLoopBasis(const SectionGraph& graph, const std::function<bool()>& isStopped = {});
 
 } // namespace levelling

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 #include <set>
 
@@ -196,6 +197,7 @@ private Q_SLOTS:
     void triangulationGivesTriangles();
     void gridGivesSquares();
     void ringRoundALakeIsOneLongLoop();
+    void searchCanBeStopped();
 };
 
 void TestLoopBasis::twoBenchmarksAreCountedAsJoined()
@@ -363,6 +365,25 @@ void TestLoopBasis::ringRoundALakeIsOneLongLoop()
     QCOMPARE(loops.size(), std::size_t(21));
     QCOMPARE(loops.back().sections.size(), std::size_t(20));
     QCOMPARE(sizeOf(loops).sections, std::size_t(20 * 4 + 20));
+}
+
+void TestLoopBasis::searchCanBeStopped()
+{
+    const Network network = networks::triangulation(12, 1);
+    const SectionGraph graph(network);
+    int asked = 0;
+    int stopAt = std::numeric_limits<int>::max();
+    const auto isStopped = [&] { return ++asked >= stopAt; };
+    const std::size_t loopCount = findLoopBasis(graph, isStopped).size();
+    const int all = asked;
+    QCOMPARE(loopCount, findLoopBasis(graph).size());
+    // For each point that may be the last of a loop, each loop that is tried, and each that is told.
+    QVERIFY(all > static_cast<int>(network.points.size() / 2 + 2 * loopCount));
+    for (stopAt = 1; stopAt < all; stopAt += all / 20) {
+        asked = 0;
+        QVERIFY(findLoopBasis(graph, isStopped).empty());
+        QVERIFY(asked <= stopAt + 1);
+    }
 }
 
 QTEST_APPLESS_MAIN(TestLoopBasis)

@@ -172,7 +172,8 @@ private:
         // What was measured several times goes into lines and loops as its mean.
         merged = levelling::mergeRepeatedSections(network);
         const levelling::SectionGraph graph(merged.network);
-        const std::vector<Loop> loops = levelling::findLoopBasis(graph);
+        const std::vector<Loop> loops =
+            levelling::findLoopBasis(graph, [this] { return !lines.isRunning(); });
         std::size_t done = 0;
         for (const Loop& loop : loops) {
             if (!lines.isRunning())
