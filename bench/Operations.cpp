@@ -6,6 +6,7 @@
 #include "bench/tasks/IntakeTasks.h"
 #include "bench/tasks/PageTasks.h"
 #include "bench/tasks/PictureTask.h"
+#include "bench/tasks/PlotsTask.h"
 #include "bench/tasks/ProtocolPanelTask.h"
 #include "bench/tasks/TableTask.h"
 #include "bench/tasks/WindowRunTasks.h"
@@ -59,6 +60,7 @@ std::vector<Operation> makeOperations()
         {QStringLiteral("window_run"), runs, {100000}, quick, 0, 0, makeWindowRunTask},
         {QStringLiteral("table"), orvel, {20000, 100000}, quick, 0, 0, makeTableTask},
         {QStringLiteral("picture"), orvel, {20000, 100000}, quick, 0, 0, makePictureTask},
+        {QStringLiteral("plots"), orvel, {20000, 100000}, quick, 0, 0, makePlotsTask},
         {QStringLiteral("protocol_panel"), orvel, {20000, 100000}, quick, 0, 0, makeProtocolPanelTask},
     };
 }

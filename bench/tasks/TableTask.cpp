@@ -9,6 +9,7 @@
 #include "bench/Clocks.h"
 #include "bench/DeskHost.h"
 #include "bench/DeskLines.h"
+#include "bench/DeskResults.h"
 #include "bench/StallWatch.h"
 #include "tests/levelling/SyntheticNetwork.h"
 
@@ -24,24 +25,6 @@ namespace orvel::bench {
 
 namespace {
 
-/// Results for each point and section, as many different ones as there are after an adjustment.
-levelling::Adjustment makeAdjustment(const levelling::Network& network)
-{
-    const auto scatter = [](std::size_t number) { return static_cast<double>(number * 7919 % 99991); };
-    levelling::Adjustment adjustment;
-    for (std::size_t i = 0; i < network.points.size(); ++i)
-        adjustment.points.push_back(
-            levelling::AdjustedPoint{100, 100 + 0.001 * scatter(i), 1 + 1e-4 * scatter(i)});
-    for (std::size_t i = 0; i < network.sections.size(); ++i) {
-        levelling::AdjustedSection section;
-        section.residual = 1e-4 * scatter(i) - 5;
-        section.statistic = section.residual / 2;
-        section.redundancy = 1e-5 * scatter(i);
-        adjustment.sections.push_back(section);
-    }
-    return adjustment;
-}
-
 class TableTask : public Task
 {
 public:
@@ -51,7 +34,7 @@ public:
         const levelling::Network network = test::networks::synthetic(pointCount, request.size - pointCount);
         host.document->setNetwork(network);
         writeDeskLines(*host.document, request.size);
-        adjustment = makeAdjustment(network);
+        adjustment = makeResults(network);
         host.document->setAdjustment(adjustment);
         nextItems =
             desk::NetworkItems::make(network, host.document->getSnapshot(), host.document->getNextId());

@@ -3,6 +3,7 @@
 #include "apps/desk/plots/PlotPanel.h"
 #include "apps/desk/plots/PlotView.h"
 #include "tests/desk/DeskFixture.h"
+#include "tests/levelling/SyntheticNetwork.h"
 #include "tests/support/TestFiles.h"
 
 #include <QDockWidget>
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 using namespace orvel::desk;
@@ -37,6 +39,9 @@ private Q_SLOTS:
     void keyboardGoesFromMarkToMark();
     void plotsFollowTheTolerances();
     void plotsAreSaved();
+    void makingCanBeStopped();
+    void residualsDoNotWaitForLoops();
+    void newNetworkDoesNotWaitForLoops();
     void manySectionsAreFluid();
 
 private:
@@ -92,7 +97,7 @@ plots::Source makeSource()
 
 void TestPlots::barsCountNormalisedResiduals()
 {
-    const PlotContent content = plots::make(makeSource())[plots::NormalisedResiduals];
+    const PlotContent content = plots::make(plots::NormalisedResiduals, makeSource());
     QCOMPARE(content.marks.size(), std::size_t(20));
     QCOMPARE(content.barWidth, 0.5);
     // What lies beyond is in the outermost bars.
@@ -112,7 +117,7 @@ void TestPlots::barsCountNormalisedResiduals()
 
 void TestPlots::curveIsTheNormalDistribution()
 {
-    const PlotContent content = plots::make(makeSource())[plots::NormalisedResiduals];
+    const PlotContent content = plots::make(plots::NormalisedResiduals, makeSource());
     QCOMPARE(content.curves.size(), std::size_t(1));
     const PlotCurve& curve = content.curves.front();
     QCOMPARE(curve.front().x(), -5.0);
@@ -125,7 +130,7 @@ void TestPlots::curveIsTheNormalDistribution()
 
 void TestPlots::residualsStandByLength()
 {
-    const PlotContent content = plots::make(makeSource())[plots::ResidualsByLength];
+    const PlotContent content = plots::make(plots::ResidualsByLength, makeSource());
     QCOMPARE(content.marks.size(), std::size_t(3));
     QCOMPARE(content.marks[0].place, QPointF(0.5, 1.5));
     QCOMPARE(content.marks[1].item, LONGID(50));
@@ -136,8 +141,7 @@ void TestPlots::residualsStandByLength()
 
 void TestPlots::misclosuresStandBesideTheirLimits()
 {
-    const auto contents = plots::make(makeSource());
-    const PlotContent& loops = contents[plots::Misclosures];
+    const PlotContent loops = plots::make(plots::Misclosures, makeSource());
     QCOMPARE(loops.marks.size(), std::size_t(1));
     // The mean of 1.000 and 1.030, and the rest of the way.
     QCOMPARE(loops.marks[0].place.x(), 4.0);
@@ -152,7 +156,7 @@ void TestPlots::misclosuresStandBesideTheirLimits()
     QCOMPARE(loops.curves[0][25], QPointF(1.0, 20.0));
     QCOMPARE(loops.curves[1].back(), QPointF(4.0, -40.0));
 
-    const PlotContent& repeated = contents[plots::Discrepancies];
+    const PlotContent repeated = plots::make(plots::Discrepancies, makeSource());
     QCOMPARE(repeated.marks.size(), std::size_t(1));
     QCOMPARE(repeated.marks[0].place.x(), 1.0);
     QCOMPARE(QString::number(repeated.marks[0].place.y(), 'f', 6), QStringLiteral("30.000000"));
@@ -168,37 +172,35 @@ void TestPlots::stationsTakeThePlaceOfLengths()
 {
     plots::Source source = makeSource();
     source.rules.tolerances.of(LevellingClass::IV).loops = {ToleranceMeasure::Stations, 2.0};
-    const auto contents = plots::make(source);
-    const PlotContent& loops = contents[plots::Misclosures];
+    const PlotContent loops = plots::make(plots::Misclosures, source);
     QCOMPARE(loops.xTitle, QStringLiteral("Число станций"));
     QCOMPARE(loops.marks[0].place.x(), 36.0);
     QVERIFY(loops.marks[0].isBad);
     QCOMPARE(loops.curves[0].back(), QPointF(36.0, 12.0));
-    QCOMPARE(contents[plots::Discrepancies].xTitle, QStringLiteral("Длина, км"));
+    QCOMPARE(plots::make(plots::Discrepancies, source).xTitle, QStringLiteral("Длина, км"));
 }
 
 void TestPlots::emptyPlotsSayWhatToDo()
 {
     plots::Source source;
     source.snapshot = std::make_shared<NetworkSnapshot>();
-    const auto contents = plots::make(source);
-    for (const PlotContent& content : contents)
-        QVERIFY(content.marks.empty());
-    QCOMPARE(contents[plots::NormalisedResiduals].emptyText,
+    for (const plots::Kind kind : plots::kKinds)
+        QVERIFY(plots::make(kind, source).marks.empty());
+    QCOMPARE(plots::make(plots::NormalisedResiduals, source).emptyText,
              QStringLiteral("Поправок ещё нет: сначала выполните уравнивание (F6)"));
-    QCOMPARE(contents[plots::Misclosures].emptyText,
+    QCOMPARE(plots::make(plots::Misclosures, source).emptyText,
              QStringLiteral("Сначала импортируйте нивелирную сеть (Ctrl+I)"));
     auto snapshot = makeSnapshot();
     const std::vector<levelling::Section> sections = std::exchange(snapshot->network.sections, {});
     source.snapshot = snapshot;
-    QCOMPARE(plots::make(source)[plots::Misclosures].emptyText,
+    QCOMPARE(plots::make(plots::Misclosures, source).emptyText,
              QStringLiteral("В проекте нет ни одной секции, или все они отключены."));
     snapshot->network.sections = sections;
     for (levelling::Section& section : snapshot->network.sections)
         section.distance.reset();
     source.snapshot = snapshot;
     QCOMPARE(
-        plots::make(source)[plots::Discrepancies].emptyText,
+        plots::make(plots::Discrepancies, source).emptyText,
         QStringLiteral("Секций, измеренных прямо и обратно или повторно, нет, или у их секций нет длин"));
 }
 
@@ -329,6 +331,67 @@ void TestPlots::plotsAreSaved()
     QVERIFY(readFile(desk.path(QStringLiteral("plot.pdf"))).startsWith("%PDF-"));
 }
 
+void TestPlots::makingCanBeStopped()
+{
+    plots::Source source;
+    auto snapshot = std::make_shared<NetworkSnapshot>();
+    snapshot->network = networks::synthetic(400, 1000);
+    for (std::size_t section = 0; section < snapshot->network.sections.size(); ++section) {
+        snapshot->sectionIds.push_back(static_cast<LONGID>(1000 + section));
+        snapshot->sectionNames.append(QString::number(section));
+    }
+    source.snapshot = snapshot;
+    int asked = 0;
+    int stopAt = std::numeric_limits<int>::max();
+    const auto isStopped = [&] { return ++asked >= stopAt; };
+    const std::size_t loopCount = plots::make(plots::Misclosures, source, isStopped).marks.size();
+    QVERIFY(loopCount > 500);
+    const int all = asked;
+    for (stopAt = 1; stopAt < all; stopAt += all / 10) {
+        asked = 0;
+        QVERIFY(plots::make(plots::Misclosures, source, isStopped).marks.size() < loopCount);
+        QVERIFY(asked <= stopAt + 2);
+    }
+}
+
+namespace {
+
+/// So many points that the search of the loops takes its time.
+constexpr int kManyPoints = 20000;
+
+} // namespace
+
+void TestPlots::residualsDoNotWaitForLoops()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow();
+    const levelling::Network network = networks::synthetic(kManyPoints, 2 * kManyPoints);
+    window->getDocument().setNetwork(network);
+    levelling::Adjustment adjustment;
+    adjustment.points.assign(network.points.size(), levelling::AdjustedPoint());
+    adjustment.sections.assign(network.sections.size(), levelling::AdjustedSection());
+    window->getDocument().setAdjustment(adjustment);
+    PlotPanel& panel = open(*window);
+    QTRY_VERIFY(!panel.isWorking(plots::ResidualsByLength));
+    QCOMPARE(panel.getView(plots::ResidualsByLength).getContent().marks.size(), network.sections.size());
+    QVERIFY(panel.isWorking(plots::Misclosures));
+    // And the window does not wait for them either.
+}
+
+void TestPlots::newNetworkDoesNotWaitForLoops()
+{
+    DeskFixture desk;
+    const auto window = desk.makeWindow();
+    window->getDocument().setNetwork(networks::synthetic(kManyPoints, 2 * kManyPoints));
+    PlotPanel& panel = open(*window);
+    QTRY_VERIFY(!panel.isWorking(plots::Discrepancies));
+    QVERIFY(panel.isWorking(plots::Misclosures));
+    window->getDocument().setNetwork(networks::synthetic(100, 150));
+    QVERIFY(panel.isWorking(plots::Discrepancies));
+    QTRY_VERIFY(!panel.isWorking());
+    QCOMPARE(panel.getView(plots::Misclosures).getContent().marks.size(), std::size_t(51));
+}
+
 void TestPlots::manySectionsAreFluid()
 {
     constexpr int count = 100000;
@@ -340,7 +403,7 @@ void TestPlots::manySectionsAreFluid()
     view.show();
     QElapsedTimer timer;
     timer.start();
-    view.setContent(content);
+    view.setContent(std::make_shared<const PlotContent>(content));
     view.grab();
     const qint64 drawn = timer.restart();
     QTest::keyClick(&view, Qt::Key_Right);

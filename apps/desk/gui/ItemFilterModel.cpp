@@ -29,15 +29,12 @@ ItemFilterModel::ItemFilterModel(const Limits& tableLimits, QObject* parent)
     , limits(tableLimits)
     , stepTimer(new QTimer(this))
 {
-    connect(this, &ItemFilterModel::computed, this, &ItemFilterModel::take, Qt::QueuedConnection);
     stepTimer->setSingleShot(true);
     connect(stepTimer, &QTimer::timeout, this, [this] {
         rowsThisTurn = 0;
         proceed();
     });
 }
-
-ItemFilterModel::~ItemFilterModel() = default;
 
 void ItemFilterModel::setSearchText(const QString& text)
 {
@@ -210,7 +207,7 @@ void ItemFilterModel::startStep()
 /// Goes on with the work, one step.
 void ItemFilterModel::proceed()
 {
-    if (!working || computing)
+    if (!working || computation.isWorking())
         return;
     if (readNeeded(limits.rowsAtOnce))
         compute();
@@ -299,18 +296,15 @@ ItemFilterModel::Work ItemFilterModel::makeWork()
 
 void ItemFilterModel::compute()
 {
-    computing = true;
-    computation = std::async(std::launch::async, [this, work = makeWork()]() mutable {
-        work.rows = tableorder::arrange(work.task);
-        Q_EMIT computed();
-        return std::move(work);
+    computation.start([this, work = makeWork()](const BackgroundWork::IsStopped& /*isStopped*/) mutable {
+        const auto done = std::make_shared<Work>(std::move(work));
+        done->rows = tableorder::arrange(done->task);
+        return [this, done] { take(*done); };
     });
 }
 
-void ItemFilterModel::take()
+void ItemFilterModel::take(const Work& work)
 {
-    computing = false;
-    const Work work = computation.get();
     keep(work);
     // Values that the request depends on have not changed either: that would have made another request of it.
     if (working && work.request == requestNumber)

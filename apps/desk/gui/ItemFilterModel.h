@@ -1,11 +1,11 @@
 #pragma once
 
 #include "apps/desk/gui/TableOrder.h"
+#include "apps/desk/process/BackgroundWork.h"
 
 #include <QAbstractProxyModel>
 #include <QPersistentModelIndex>
 
-#include <future>
 #include <map>
 #include <memory>
 #include <set>
@@ -34,8 +34,6 @@ public:
 
     explicit ItemFilterModel(QObject* parent = nullptr) : ItemFilterModel(Limits(), parent) {}
     explicit ItemFilterModel(const Limits& tableLimits, QObject* parent = nullptr);
-    /// Waits for the other thread, if that computes.
-    ~ItemFilterModel() override;
 
     /// Shows the items whose names or kinds hold all words of the text.
     void setSearchText(const QString& text);
@@ -65,8 +63,6 @@ public:
 Q_SIGNALS:
     /// Work has begun, or the rows are as they were asked for.
     void workingChanged(bool isWorking);
-    /// From the other thread: it has computed what it was asked for.
-    void computed();
 
 private:
     /// One computation: for which request it is, of which values, and what came of it.
@@ -91,7 +87,7 @@ private:
     bool readAllTraits(int& limit);
     Work makeWork();
     void compute();
-    void take();
+    void take(const Work& work);
     void keep(const Work& work);
     void showRows(const std::vector<int>& rows);
     std::vector<int> arrangeAtOnce();
@@ -127,16 +123,14 @@ private:
     unsigned requestNumber = 0; ///< counts what was asked for
     unsigned valuesNumber = 0;  ///< counts the changes of the source
     bool working = false;
-    bool computing = false; ///< in the other thread
-    int rowsThisTurn = 0;   ///< that were sorted and searched since other events had a turn
+    int rowsThisTurn = 0; ///< that were sorted and searched since other events had a turn
     QTimer* const stepTimer;
 
     // While rows change.
     QModelIndexList indexesBefore;
     std::vector<QPersistentModelIndex> sourcesBefore;
 
-    // Last: whoever destroys the model waits for the other thread first.
-    std::future<Work> computation;
+    BackgroundWork computation;
 };
 
 } // namespace orvel::desk

@@ -24,6 +24,8 @@ using Place = Topology::point_type;
 constexpr int kPivots = 50;
 // So often is every point moved.
 constexpr int kRounds = 30;
+// So many pairs of points take about as long as one question is to be waited for: 0.1 ms.
+constexpr int kPairsBetweenQuestions = 4096;
 
 /// What the points of a path of sections are apart, seen from a few of them far from each other (pivot
 /// multidimensional scaling: U. Brandes, C. Pich, Eigensolver methods for progressive multidimensional
@@ -48,6 +50,8 @@ public:
         squares = (squares.rowwise() - columnMeans).eval();
         squares = (squares.colwise() - rowMeans).eval();
         squares.array() += mean;
+        if (isStopped())
+            return std::nullopt;
         const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(squares.transpose() * squares);
         // Eigenvalues ascend.
         const Eigen::Index last = solver.eigenvectors().cols() - 1;
@@ -147,8 +151,13 @@ std::vector<QPointF> fromBoost(const std::vector<Place>& places, double scale)
     return result;
 }
 
+/// Thrown out of the library's rounds, of which one takes long in a large graph.
+struct Stopped
+{};
+
 /// Has neighbours keep their distance.
-bool refine(const Graph& graph, std::vector<QPointF>& places, const std::function<bool()>& isStopped)
+/// @throws Stopped
+void refine(const Graph& graph, std::vector<QPointF>& places, const std::function<bool()>& isStopped)
 {
     double left = places.front().x();
     double right = left;
@@ -178,16 +187,19 @@ bool refine(const Graph& graph, std::vector<QPointF>& places, const std::functio
     // So a straight line of points is at rest where its points are one unit apart; stronger, it would buckle.
     constexpr double reach = 3.0;
     constexpr double strength = 0.35;
-    const auto repel = [unit](std::size_t /*one*/, std::size_t /*other*/, double /*k*/, double distance,
-                              const Graph& /*graph*/) {
+    int pairCount = 0;
+    const auto repel = [&](std::size_t /*one*/, std::size_t /*other*/, double /*k*/, double distance,
+                           const Graph& /*graph*/) {
+        if (++pairCount % kPairsBetweenQuestions == 0 && isStopped())
+            throw Stopped();
         return distance < reach * unit ? strength * unit * unit / distance : 0.0;
     };
-    bool stopped = false;
     int round = 0;
     const auto cool = [&] {
-        stopped = stopped || isStopped();
+        if (isStopped())
+            throw Stopped();
         const double heat = 1.0 - static_cast<double>(++round) / kRounds;
-        return stopped ? 0.0 : std::max(0.0, 0.4 * unit * heat);
+        return std::max(0.0, 0.4 * unit * heat);
     };
     boost::fruchterman_reingold_force_directed_layout(
         graph, position, box,
@@ -196,7 +208,6 @@ bool refine(const Graph& graph, std::vector<QPointF>& places, const std::functio
             .force_pairs(boost::make_grid_force_pairs(box, position, graph))
             .cooling(cool));
     places = fromBoost(moved, 1.0 / unit);
-    return !stopped;
 }
 
 } // namespace
@@ -215,8 +226,11 @@ std::optional<std::vector<QPointF>> drawGraph(int pointCount, const std::vector<
         return std::nullopt;
     scaleToUnit(*places, edges);
     separate(*places);
-    if (!refine(graph, *places, isStopped))
+    try {
+        refine(graph, *places, isStopped);
+    } catch (const Stopped&) {
         return std::nullopt;
+    }
     scaleToUnit(*places, edges);
     return places;
 }

@@ -294,22 +294,24 @@ int countKnown(const Part& part, const PlanGraph& graph)
 PlanGraph PlanGraph::of(const Document& document)
 {
     PlanGraph graph;
-    for (const LevellingPoint* point : document.getPoints()) {
+    const std::vector<LevellingPoint*> points = document.getPoints();
+    graph.known.reserve(points.size());
+    for (const LevellingPoint* point : points) {
         const tacheometry::Position position = point->getPosition();
         // North is up.
         graph.known.push_back(position.hasPlan() ? std::optional<QPointF>(QPointF(*position.y, -*position.x))
                                                  : std::nullopt);
     }
-    for (const LevellingSection* item : document.getSections()) {
+    const std::vector<LevellingSection*> sections = document.getSections();
+    graph.edges.reserve(sections.size());
+    for (const LevellingSection* item : sections) {
         const levelling::Section& section = item->getSection();
         graph.edges.push_back({std::min(section.from, section.to), std::max(section.from, section.to)});
     }
-    std::sort(graph.edges.begin(), graph.edges.end());
-    graph.edges.erase(std::unique(graph.edges.begin(), graph.edges.end()), graph.edges.end());
     return graph;
 }
 
-std::optional<Layout> layOut(const PlanGraph& graph, const std::function<bool()>& isStopped)
+std::optional<Layout> layOut(PlanGraph graph, const std::function<bool()>& isStopped)
 {
     Layout layout;
     std::size_t knownCount = 0;
@@ -321,11 +323,15 @@ std::optional<Layout> layOut(const PlanGraph& graph, const std::function<bool()>
         return layout;
     layout.source = knownCount == 0 ? PlaceSource::Drawn : PlaceSource::Mixed;
 
+    std::sort(graph.edges.begin(), graph.edges.end());
+    graph.edges.erase(std::unique(graph.edges.begin(), graph.edges.end()), graph.edges.end());
     const double unit = findUnit(graph);
     const std::vector<Part> parts = findParts(graph);
     Shelf shelf(unit);
     std::vector<QPointF> fixed;
     for (const Part& part : parts) {
+        if (isStopped())
+            return std::nullopt;
         const int knownInPart = countKnown(part, graph);
         if (knownInPart < static_cast<int>(part.points.size())) {
             std::optional<std::vector<QPointF>> drawn =

@@ -20,7 +20,7 @@ struct PlanGraph
 {
     /// By point: where it is, if that is known; x runs east and y south, m.
     std::vector<std::optional<QPointF>> known;
-    /// Each pair of points that sections join, once, ascending.
+    /// The pairs of points that sections join, each as often and in the order as they do.
     std::vector<Edge> edges;
 
     static PlanGraph of(const Document& document);
@@ -48,7 +48,7 @@ struct Layout
 ///
 /// @param isStopped  asked now and then, in the thread that calls
 /// @return nothing when it was stopped
-std::optional<Layout> layOut(const PlanGraph& graph, const std::function<bool()>& isStopped);
+std::optional<Layout> layOut(PlanGraph graph, const std::function<bool()>& isStopped);
 
 } // namespace picture
 

@@ -15,14 +15,10 @@ namespace {
 
 Severity findSeverity(const ProtocolSummary& summary, LONGID id)
 {
-    switch (summary.worstOfItem.value(id, COVMessage::Message)) {
-    case COVMessage::Error:
+    const std::optional<COVMessage::MessageType> worst = summary.findWorst(id);
+    if (worst == COVMessage::Error)
         return Severity::Error;
-    case COVMessage::Warning:
-        return Severity::Warning;
-    default:
-        return Severity::None;
-    }
+    return worst == COVMessage::Warning ? Severity::Warning : Severity::None;
 }
 
 PointKind findKind(const levelling::Point& point)
@@ -115,6 +111,12 @@ void NetworkPicture::setLoops(const std::vector<OverLimitLoop>& found)
         if (drawn.points.size() == loop.points.size())
             loops.push_back(std::move(drawn));
     }
+}
+
+bool NetworkPicture::hasPlaces(const std::vector<QPointF>& places) const
+{
+    return std::equal(points.begin(), points.end(), places.begin(), places.end(),
+                      [](const PicturePoint& point, const QPointF& place) { return point.place == place; });
 }
 
 QRectF NetworkPicture::getBox() const

@@ -68,6 +68,8 @@ struct NetworkPicture
     /// Takes the loops that are to be drawn.
     void setLoops(const std::vector<OverLimitLoop>& found);
 
+    /// Whether its points are at these places.
+    bool hasPlaces(const std::vector<QPointF>& places) const;
     /// The corners of all that there is; a box of size 1 for a single point.
     QRectF getBox() const;
     /// The index of the point or the section; -1 if there is none.

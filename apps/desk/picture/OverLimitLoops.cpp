@@ -11,13 +11,14 @@
 
 namespace orvel::desk::picture {
 
-std::vector<OverLimitLoop> findOverLimitLoops(const NetworkSnapshot& snapshot, const SurveyRules& rules)
+std::vector<OverLimitLoop> findOverLimitLoops(const NetworkSnapshot& snapshot, const SurveyRules& rules,
+                                              const std::function<bool()>& isStopped)
 {
     const levelling::MergedNetwork merged = levelling::mergeRepeatedSections(snapshot.network);
     const levelling::SectionGraph graph(merged.network);
     const NumberFormat format(rules.tolerances);
     std::vector<OverLimitLoop> found;
-    for (const levelling::Loop& loop : levelling::findLoopBasis(graph)) {
+    for (const levelling::Loop& loop : levelling::findLoopBasis(graph, isStopped)) {
         const Tolerance tolerance =
             tolerances::judgeLoop(loop.misclosure, {loop.length, loop.stations, loop.sigma}, rules);
         if (!tolerance.isExceeded)

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 namespace orvel::desk::picture {
@@ -19,6 +20,9 @@ struct OverLimitLoop
 };
 
 /// Those of the loops that pre-processing names, the one farthest over its limit first.
-std::vector<OverLimitLoop> findOverLimitLoops(const NetworkSnapshot& snapshot, const SurveyRules& rules);
+///
+/// @param isStopped  asked now and then; nobody takes what is found then
+std::vector<OverLimitLoop> findOverLimitLoops(const NetworkSnapshot& snapshot, const SurveyRules& rules,
+                                              const std::function<bool()>& isStopped = {});
 
 } // namespace orvel::desk::picture

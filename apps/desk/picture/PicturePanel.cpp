@@ -1,20 +1,17 @@
 #include "apps/desk/picture/PicturePanel.h"
 
-#include "Orvel/Toolkit.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
-#include "apps/desk/gui/FileDialogs.h"
+#include "apps/desk/gui/PictureSaving.h"
 #include "apps/desk/picture/ItemText.h"
 #include "apps/desk/picture/PictureFile.h"
 #include "apps/desk/picture/PictureView.h"
-#include "host/app/Application.h"
-#include "host/files/WholeFile.h"
 
 #include <QAction>
-#include <QFileInfo>
 #include <QLabel>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -27,6 +24,7 @@ PicturePanel::PicturePanel(const Document& projectDocument, QWidget* parent)
     , document(projectDocument)
     , view(new PictureView(this))
     , hint(new QLabel(this))
+    , followTimer(new QTimer(this))
 {
     auto* bar = new QToolBar(this);
     createControls(*bar);
@@ -46,13 +44,14 @@ PicturePanel::PicturePanel(const Document& projectDocument, QWidget* parent)
     connect(&document, &Document::resultsChanged, this, &PicturePanel::refresh);
     connect(&document, &Document::surveyRulesChanged, this, &PicturePanel::refresh);
     connect(&document, &Document::summaryChanged, this, &PicturePanel::refresh);
-    connect(this, &PicturePanel::laidOut, this, &PicturePanel::takeLayout, Qt::QueuedConnection);
-    connect(this, &PicturePanel::loopsFound, this, &PicturePanel::takeLoops, Qt::QueuedConnection);
+    followTimer->setSingleShot(true);
+    connect(followTimer, &QTimer::timeout, this, &PicturePanel::follow);
 }
 
 PicturePanel::~PicturePanel()
 {
-    isStopped = true;
+    layoutWork.stop();
+    loopWork.stop();
 }
 
 void PicturePanel::createControls(QToolBar& bar)
@@ -84,100 +83,103 @@ void PicturePanel::setCurrentItem(LONGID id)
     view->setCurrentItem(id);
 }
 
-/// Has the picture follow the document, if anybody sees it. What changes meanwhile is taken afterwards.
+/// The document has changed.
 void PicturePanel::refresh()
 {
     isStale = true;
-    areLoopsStale = true;
-    if (!isVisible())
-        return;
-    PlanGraph newGraph = PlanGraph::of(document);
-    if (isLayingOut) {
-        // Nobody waits for the places of a network that is gone.
-        isStopped = isStopped || !(newGraph == graph);
+    if (isVisible()) {
+        followTimer->start(0);
         return;
     }
+    layoutWork.stop();
+    loopWork.stop();
+}
+
+/// Has the picture follow the document, if anybody sees it.
+void PicturePanel::follow()
+{
+    if (!isStale || !isVisible())
+        return;
     isStale = false;
-    if (layout && newGraph == graph)
+    PlanGraph newGraph = PlanGraph::of(document);
+    const bool isSameGraph = newGraph == graph;
+    if (layout && isSameGraph)
         showPicture();
-    else
+    else if (!layoutWork.isWorking() || !isSameGraph)
         startLayout(std::move(newGraph));
 }
 
 void PicturePanel::startLayout(PlanGraph newGraph)
 {
     graph = std::move(newGraph);
-    isLayingOut = true;
-    isNewLayout = true;
-    isStopped = false;
-    layingOut = std::async(std::launch::async, [this, sought = graph] {
-        std::optional<Layout> found = layOut(sought, [this] { return isStopped.load(); });
-        Q_EMIT laidOut();
-        return found;
+    layout.reset();
+    layoutWork.start([this, sought = graph](const BackgroundWork::IsStopped& isStopped) {
+        auto found = layOut(sought, isStopped).value_or(Layout());
+        return [this, found = std::move(found)] { takeLayout(found); };
     });
     updateHint();
 }
 
-void PicturePanel::takeLayout()
+void PicturePanel::takeLayout(const Layout& found)
 {
-    isLayingOut = false;
-    layout = layingOut.get();
+    layout = found;
+    Q_EMIT laidOut();
     // Places of another network than the present one would have its points somewhere or nowhere.
-    if (isStale)
-        refresh();
-    else
+    if (!isStale)
         showPicture();
 }
 
 void PicturePanel::showPicture()
 {
-    view->setPicture(NetworkPicture::make(document, *layout), !std::exchange(isNewLayout, false));
-    updateHint();
-    if (loopsAction->isChecked())
-        showLoops();
+    const bool isSamePlace = view->getPicture().hasPlaces(layout->places);
+    view->setPicture(NetworkPicture::make(document, *layout), isSamePlace);
+    showLoops();
     Q_EMIT shown();
 }
 
-/// Has the loops over the limit sought, or hides them.
+/// Whether the loops that were sought last are those of the document as it is.
+bool PicturePanel::areLoopsOfDocument() const
+{
+    const SurveyRules rules = document.getSurveyRules();
+    return loopNetwork.lock() == document.shareSnapshot() &&
+           loopRules.levellingClass == rules.levellingClass && loopRules.tolerances == rules.tolerances;
+}
+
+/// Shows the loops over the limit, or has them sought, or hides them.
 void PicturePanel::showLoops()
 {
     if (!loopsAction->isChecked()) {
+        loopWork.stop();
         view->setLoops({});
-        updateHint();
-        return;
+    } else if (!areLoopsOfDocument() || !(loops || loopWork.isWorking())) {
+        findLoops();
+    } else if (loops) {
+        view->setLoops(*loops);
     }
-    if (isFindingLoops)
-        return;
-    areLoopsStale = false;
-    isFindingLoops = true;
-    findingLoops = std::async(std::launch::async,
-                              [this, snapshot = document.shareSnapshot(), rules = document.getSurveyRules()] {
-                                  std::vector<OverLimitLoop> loops = findOverLimitLoops(*snapshot, rules);
-                                  Q_EMIT loopsFound();
-                                  return loops;
-                              });
     updateHint();
 }
 
-void PicturePanel::takeLoops()
+void PicturePanel::findLoops()
 {
-    isFindingLoops = false;
-    const std::vector<OverLimitLoop> loops = findingLoops.get();
-    if (!loopsAction->isChecked())
-        return;
-    if (areLoopsStale) {
-        showLoops();
-        return;
-    }
-    view->setLoops(loops);
-    updateHint();
+    const std::shared_ptr<const NetworkSnapshot> snapshot = document.shareSnapshot();
+    loopNetwork = snapshot;
+    loopRules = document.getSurveyRules();
+    loops.reset();
+    loopWork.start([this, snapshot, rules = loopRules](const BackgroundWork::IsStopped& isStopped) {
+        std::vector<OverLimitLoop> found = findOverLimitLoops(*snapshot, rules, isStopped);
+        return [this, found = std::move(found)] {
+            loops = found;
+            view->setLoops(*loops);
+            updateHint();
+        };
+    });
 }
 
 void PicturePanel::updateHint()
 {
-    if (isLayingOut)
+    if (layoutWork.isWorking())
         hint->setText(Desk::tr("Схема составляется…"));
-    else if (isFindingLoops)
+    else if (loopWork.isWorking())
         hint->setText(Desk::tr("Невязки вычисляются…"));
     else if (loopsAction->isChecked())
         hint->setText(
@@ -188,19 +190,15 @@ void PicturePanel::updateHint()
 
 void PicturePanel::chooseAndSave()
 {
-    const QString path = filedialogs::chooseDrawingTarget(this, Desk::tr("Сохранить схему сети"),
-                                                          document.getProject().getName());
-    if (path.isEmpty())
-        return;
-    ExceptionCatcher catcher;
-    catcher.addErrorHandler([this](const QString& message) { Application::warning(message, this); });
-    catcher.run([&] { save(path); });
+    picturesaving::chooseAndSave(this, Desk::tr("Сохранить схему сети"), document.getProject().getName(),
+                                 [this](const QString& path) { save(path); });
 }
 
 void PicturePanel::save(const QString& path) const
 {
-    const bool isPdf = QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0;
-    files::writeAll(path, isPdf ? renderPdf(view->getPicture()) : renderSvgFile(view->getPicture()));
+    const NetworkPicture& picture = view->getPicture();
+    picturesaving::write(
+        path, [&] { return renderSvgFile(picture); }, [&] { return renderPdf(picture); });
 }
 
 void PicturePanel::print()

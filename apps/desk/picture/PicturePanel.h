@@ -1,16 +1,18 @@
 #pragma once
 
+#include "apps/desk/document/ToleranceRules.h"
 #include "apps/desk/picture/Layout.h"
 #include "apps/desk/picture/OverLimitLoops.h"
+#include "apps/desk/process/BackgroundWork.h"
 #include "host/model/LongId.h"
 
 #include <QWidget>
 
-#include <atomic>
-#include <future>
+#include <memory>
 #include <optional>
 
 class QLabel;
+class QTimer;
 class QToolBar;
 
 namespace orvel::desk {
@@ -30,14 +32,14 @@ class PicturePanel : public QWidget
 public:
     /// The document outlives the panel.
     explicit PicturePanel(const Document& projectDocument, QWidget* parent = nullptr);
-    /// Stops the other thread, if that is at work, and waits for it.
+    /// Has the other threads stop, if they are at work, and waits for that.
     ~PicturePanel() override;
 
     PictureView& getView() { return *view; }
     /// Marks the item that is chosen elsewhere.
     void setCurrentItem(LONGID id);
     /// Whether what is shown is not yet what it should be.
-    bool isWorking() const { return isLayingOut || isFindingLoops || isStale; }
+    bool isWorking() const { return isStale || layoutWork.isWorking() || loopWork.isWorking(); }
 
     /// Writes the picture into a file, as SVG or as PDF by its suffix.
     ///
@@ -49,9 +51,8 @@ Q_SIGNALS:
     void itemChosen(LONGID id);
     /// The picture shows the network as it is.
     void shown();
-    /// From the other threads: they have made what they were asked for.
+    /// Places were found.
     void laidOut();
-    void loopsFound();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -59,11 +60,13 @@ protected:
 private:
     void createControls(QToolBar& bar);
     void refresh();
-    void startLayout(PlanGraph graph);
-    void takeLayout();
+    void follow();
+    void startLayout(PlanGraph newGraph);
+    void takeLayout(const Layout& found);
     void showPicture();
     void showLoops();
-    void takeLoops();
+    bool areLoopsOfDocument() const;
+    void findLoops();
     void updateHint();
     void chooseAndSave();
     void print();
@@ -72,19 +75,18 @@ private:
     PictureView* view;
     QLabel* hint;
     QAction* loopsAction = nullptr;
+    bool isStale = true; ///< the document has changed since the picture followed it last
+    QTimer* followTimer; ///< several changes are taken together
 
     PlanGraph graph;              ///< that places were last sought for
     std::optional<Layout> layout; ///< of the graph
-    bool isStale = true;
-    bool isLayingOut = false;
-    bool isNewLayout = false; ///< nobody has seen its places yet
-    bool isFindingLoops = false;
-    bool areLoopsStale = false; ///< the network has changed since they were sought
+    BackgroundWork layoutWork;
 
-    std::atomic<bool> isStopped = false;
-    // Last: whoever destroys the panel waits for the other threads first.
-    std::future<std::optional<Layout>> layingOut;
-    std::future<std::vector<OverLimitLoop>> findingLoops;
+    // That loops were last sought for, and what was found.
+    std::weak_ptr<const NetworkSnapshot> loopNetwork;
+    SurveyRules loopRules;
+    std::optional<std::vector<OverLimitLoop>> loops;
+    BackgroundWork loopWork;
 };
 
 } // namespace picture

@@ -143,8 +143,9 @@ PlotCurve mirror(PlotCurve curve)
 class MisclosurePlots
 {
 public:
-    explicit MisclosurePlots(const Source& givenSource)
+    MisclosurePlots(const Source& givenSource, const std::function<bool()>& isStopRequested)
         : source(givenSource)
+        , isStopped(isStopRequested)
         , network(givenSource.snapshot->network)
         , format(givenSource.rules.tolerances)
         , limits(givenSource.rules.tolerances.of(givenSource.rules.levellingClass))
@@ -162,7 +163,9 @@ public:
             describeLack(limits.loops, Desk::tr("Ходов и полигонов, которые замыкаются, нет"));
         const levelling::MergedNetwork merged = levelling::mergeRepeatedSections(network);
         for (const levelling::Loop& loop :
-             levelling::findLoopBasis(levelling::SectionGraph(merged.network))) {
+             levelling::findLoopBasis(levelling::SectionGraph(merged.network), isStopped)) {
+            if (isStopped && isStopped())
+                return content;
             std::vector<int> sections;
             for (const levelling::RouteSection& step : loop.sections) {
                 const std::vector<int>& members = merged.members[static_cast<std::size_t>(step.section)];
@@ -192,6 +195,8 @@ public:
         content.emptyText =
             describeLack(limits.repeated, Desk::tr("Секций, измеренных прямо и обратно или повторно, нет"));
         for (const levelling::RepeatedSections& repeated : levelling::findRepeatedSections(network)) {
+            if (isStopped && isStopped())
+                return content;
             std::vector<int> sections = repeated.forward;
             sections.insert(sections.end(), repeated.back.begin(), repeated.back.end());
             const ToleranceBasis basis{repeated.length, repeated.stations, repeated.discrepancySigma};
@@ -243,6 +248,7 @@ private:
     LONGID getId(int section) const { return source.snapshot->sectionIds[static_cast<std::size_t>(section)]; }
 
     const Source& source;
+    const std::function<bool()>& isStopped;
     const levelling::Network& network;
     NumberFormat format;
     ClassTolerances limits;
@@ -251,12 +257,19 @@ private:
 
 } // namespace
 
-std::array<PlotContent, kCount> make(const Source& source)
+PlotContent make(Kind kind, const Source& source, const std::function<bool()>& isStopped)
 {
-    const MisclosurePlots misclosures(source);
-    return {makeHistogram(source.residuals),
-            makeResidualPlot(source.residuals, NumberFormat(source.rules.tolerances)),
-            misclosures.makeMisclosures(), misclosures.makeDiscrepancies()};
+    switch (kind) {
+    case NormalisedResiduals:
+        return makeHistogram(source.residuals);
+    case ResidualsByLength:
+        return makeResidualPlot(source.residuals, NumberFormat(source.rules.tolerances));
+    case Misclosures:
+        return MisclosurePlots(source, isStopped).makeMisclosures();
+    case Discrepancies:
+        return MisclosurePlots(source, isStopped).makeDiscrepancies();
+    }
+    return {};
 }
 
 } // namespace plots

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -43,6 +44,7 @@ namespace plots {
 /// The plots, in their order.
 enum Kind { NormalisedResiduals, ResidualsByLength, Misclosures, Discrepancies };
 constexpr std::size_t kCount = 4;
+constexpr std::array<Kind, kCount> kKinds{NormalisedResiduals, ResidualsByLength, Misclosures, Discrepancies};
 
 /// A section with what an adjustment gave.
 struct Residual
@@ -67,7 +69,10 @@ struct Source
 constexpr double kBarWidth = 0.5;
 constexpr int kBarCount = 20;
 
-std::array<PlotContent, kCount> make(const Source& source);
+/// What a plot shows, to be made in any thread.
+///
+/// @param isStopped  asked now and then; nobody takes what a stopped one gives
+PlotContent make(Kind kind, const Source& source, const std::function<bool()>& isStopped = {});
 
 } // namespace plots
 

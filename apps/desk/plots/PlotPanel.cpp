@@ -3,32 +3,34 @@
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingSection.h"
-#include "apps/desk/gui/FileDialogs.h"
+#include "apps/desk/gui/PictureSaving.h"
 #include "apps/desk/plots/PlotView.h"
-#include "host/app/Application.h"
-#include "host/files/Error.h"
-#include "host/files/WholeFile.h"
+#include "apps/desk/process/BackgroundWork.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QStackedWidget>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace orvel::desk {
 
 PlotPanel::PlotPanel(const Document& projectDocument, QWidget* parent)
     : QWidget(parent)
     , document(projectDocument)
+    , startTimer(new QTimer(this))
     , tabs(new QTabWidget(this))
     , place(new QLabel(this))
     , saveButton(new QToolButton(this))
 {
     tabs->setDocumentMode(true);
     tabs->setAccessibleName(Desk::tr("Графики"));
-    for (std::size_t kind = 0; kind < plots::kCount; ++kind)
-        addPage(static_cast<plots::Kind>(kind));
+    for (const plots::Kind kind : plots::kKinds)
+        addPage(kind);
     place->setWordWrap(true);
     place->setTextFormat(Qt::PlainText);
     saveButton->setText(Desk::tr("Сохранить…"));
@@ -47,11 +49,27 @@ PlotPanel::PlotPanel(const Document& projectDocument, QWidget* parent)
         connect(&document, change, this, &PlotPanel::refresh);
     connect(&document, &Document::itemsEdited, this, &PlotPanel::refresh);
     connect(&document, &Document::outdatedChanged, this, &PlotPanel::updateControls);
-    connect(this, &PlotPanel::made, this, &PlotPanel::take, Qt::QueuedConnection);
+    startTimer->setSingleShot(true);
+    connect(startTimer, &QTimer::timeout, this, &PlotPanel::start);
     updateControls();
 }
 
-PlotPanel::~PlotPanel() = default;
+PlotPanel::~PlotPanel()
+{
+    for (const Page& page : pages)
+        page.work->stop();
+}
+
+bool PlotPanel::isWorking() const
+{
+    return std::any_of(plots::kKinds.begin(), plots::kKinds.end(),
+                       [this](plots::Kind kind) { return isWorking(kind); });
+}
+
+bool PlotPanel::isWorking(plots::Kind kind) const
+{
+    return isStale || pages[kind].work->isWorking();
+}
 
 void PlotPanel::addPage(plots::Kind kind)
 {
@@ -61,6 +79,7 @@ void PlotPanel::addPage(plots::Kind kind)
     page.empty->setAlignment(Qt::AlignCenter);
     page.empty->setWordWrap(true);
     page.view = new PlotView;
+    page.work = new BackgroundWork(this);
     page.stack->addWidget(page.empty);
     page.stack->addWidget(page.view);
     const std::array titles{Desk::tr("Гистограмма"), Desk::tr("Поправки"), Desk::tr("Невязки"),
@@ -89,47 +108,49 @@ plots::Source PlotPanel::collect() const
     plots::Source source;
     source.snapshot = document.shareSnapshot();
     source.rules = document.getSurveyRules();
-    const auto& worst = document.getSummary().worstOfItem;
-    for (const LevellingSection* section : document.getSections()) {
+    const ProtocolSummary& summary = document.getSummary();
+    const std::vector<LevellingSection*> sections = document.getSections();
+    source.residuals.reserve(sections.size());
+    for (const LevellingSection* section : sections) {
         if (const auto& result = section->getResult())
-            source.residuals.push_back(
-                {section->getId(), section->getName(), section->getSection().distance, result->residual,
-                 result->normalisedResidual,
-                 worst.value(section->getId(), COVMessage::Message) == COVMessage::Error});
+            source.residuals.push_back({section->getId(), section->getName(), section->getSection().distance,
+                                        result->residual, result->normalisedResidual,
+                                        summary.findWorst(section->getId()) == COVMessage::Error});
     }
     return source;
 }
 
+/// The project has changed: what is being made is not wanted any more.
 void PlotPanel::refresh()
 {
     isStale = true;
-    if (!isVisible() || isMaking)
-        return;
-    isStale = false;
-    isMaking = true;
-    const auto make = [this, source = collect()] {
-        auto contents = plots::make(source);
-        Q_EMIT made();
-        return contents;
-    };
-    making = std::async(std::launch::async, make);
+    for (const Page& page : pages)
+        page.work->stop();
+    if (isVisible())
+        startTimer->start(0);
 }
 
-void PlotPanel::take()
+/// Has the plots made, if anybody sees them.
+void PlotPanel::start()
 {
-    isMaking = false;
-    const auto contents = making.get();
-    if (isStale) {
-        refresh();
+    if (!isStale || !isVisible())
         return;
+    isStale = false;
+    const auto source = std::make_shared<const plots::Source>(collect());
+    for (const plots::Kind kind : plots::kKinds) {
+        pages[kind].work->start([this, kind, source](const BackgroundWork::IsStopped& isStopped) {
+            const auto content = std::make_shared<const PlotContent>(plots::make(kind, *source, isStopped));
+            return [this, kind, content] { showContent(kind, content); };
+        });
     }
-    for (std::size_t kind = 0; kind < plots::kCount; ++kind) {
-        const Page& page = pages[kind];
-        page.view->setContent(contents[kind]);
-        page.empty->setText(contents[kind].emptyText);
-        const bool isEmpty = contents[kind].marks.empty();
-        page.stack->setCurrentWidget(isEmpty ? static_cast<QWidget*>(page.empty) : page.view);
-    }
+}
+
+void PlotPanel::showContent(plots::Kind kind, const std::shared_ptr<const PlotContent>& content)
+{
+    const Page& page = pages[kind];
+    page.view->setContent(content);
+    page.empty->setText(content->emptyText);
+    page.stack->setCurrentWidget(content->marks.empty() ? static_cast<QWidget*>(page.empty) : page.view);
     updateControls();
 }
 
@@ -150,23 +171,27 @@ void PlotPanel::updateControls()
         place->clear();
 }
 
+const PlotContent& PlotPanel::getPlot() const
+{
+    return getPage().view->getContent();
+}
+
+QByteArray PlotPanel::toSvg() const
+{
+    return getPage().view->toSvg();
+}
+
 void PlotPanel::save(const QString& path) const
 {
-    const bool isPdf = path.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive);
-    files::writeAll(path, isPdf ? getPage().view->toPdf() : getPage().view->toSvg());
+    const PlotView& view = *getPage().view;
+    picturesaving::write(
+        path, [&] { return view.toSvg(); }, [&] { return view.toPdf(); });
 }
 
 void PlotPanel::chooseFile()
 {
-    const QString path = filedialogs::chooseDrawingTarget(this, Desk::tr("Сохранить график"),
-                                                          getPage().view->getContent().title);
-    if (path.isEmpty())
-        return;
-    try {
-        save(path);
-    } catch (const exceptions::Error& error) {
-        Application::warning(QString::fromStdWString(error.getText()), this);
-    }
+    picturesaving::chooseAndSave(this, Desk::tr("Сохранить график"), getPlot().title,
+                                 [this](const QString& path) { save(path); });
 }
 
 void PlotPanel::showEvent(QShowEvent* event)

@@ -5,22 +5,24 @@
 #include <QWidget>
 
 #include <array>
-#include <future>
 
 class QLabel;
 class QStackedWidget;
 class QTabWidget;
+class QTimer;
 class QToolButton;
 
 namespace orvel::desk {
 
+class BackgroundWork;
 class Document;
 class PlotView;
 
 /// The plots of a project: normalised residuals, residuals by length, misclosures and discrepancies beside
 /// their limits.
 ///
-/// They are made in another thread, and only while somebody sees the panel.
+/// Each is made in a thread of its own, and only while somebody sees the panel: those of residuals need not
+/// wait for the search of the loops.
 class PlotPanel : public QWidget
 {
     Q_OBJECT
@@ -28,14 +30,20 @@ class PlotPanel : public QWidget
 public:
     /// The document outlives the panel.
     explicit PlotPanel(const Document& projectDocument, QWidget* parent = nullptr);
-    /// Waits for the other thread, if that is at work.
+    /// Has the other threads stop, if they are at work, and waits for that.
     ~PlotPanel() override;
 
     /// Whether what is shown is not yet what the project has.
-    bool isWorking() const { return isMaking || isStale; }
+    bool isWorking() const;
+    bool isWorking(plots::Kind kind) const;
     PlotView& getView(plots::Kind kind) { return *pages[kind].view; }
     void showPlot(plots::Kind kind);
-    /// Saves the plot that is shown as SVG, or as PDF where the file's suffix says so.
+    /// There is a plot on the page that is shown.
+    bool hasPlot() const { return !getPlot().marks.empty(); }
+    const PlotContent& getPlot() const;
+    /// The plot that is shown, as SVG.
+    QByteArray toSvg() const;
+    /// Saves it as SVG, or as PDF where the file's suffix says so.
     ///
     /// @throws exceptions::Error
     void save(const QString& path) const;
@@ -43,8 +51,6 @@ public:
 Q_SIGNALS:
     /// The user wants to see that item.
     void itemRequested(LONGID id);
-    /// From the other thread: it has made the plots.
-    void made();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -55,27 +61,26 @@ private:
         QStackedWidget* stack = nullptr;
         QLabel* empty = nullptr;
         PlotView* view = nullptr;
+        BackgroundWork* work = nullptr;
     };
 
     void addPage(plots::Kind kind);
     const Page& getPage() const;
     void refresh();
-    void take();
+    void start();
+    void showContent(plots::Kind kind, const std::shared_ptr<const PlotContent>& content);
     void tellOfMark(int mark);
     void updateControls();
     void chooseFile();
     plots::Source collect() const;
 
     const Document& document;
-    bool isStale = true;
-    bool isMaking = false;
+    bool isStale = true; ///< nobody has begun to make what the project has
+    QTimer* startTimer;  ///< several changes are taken together
     QTabWidget* tabs;
     std::array<Page, plots::kCount> pages;
     QLabel* place;
     QToolButton* saveButton;
-
-    // Last: whoever destroys the panel waits for the other thread first.
-    std::future<std::array<PlotContent, plots::kCount>> making;
 };
 
 } // namespace orvel::desk

@@ -107,20 +107,20 @@ PlotView::PlotView(QWidget* parent)
     applyPalette();
 }
 
-void PlotView::setContent(const PlotContent& newContent)
+void PlotView::setContent(const std::shared_ptr<const PlotContent>& newContent)
 {
     content = newContent;
     current = -1;
-    setAccessibleName(content.title);
-    setAxisTitle(xBottom, content.xTitle);
-    setAxisTitle(yLeft, content.yTitle);
+    setAccessibleName(content->title);
+    setAxisTitle(xBottom, content->xTitle);
+    setAxisTitle(yLeft, content->yTitle);
     std::vector<QPointF> goodPlaces;
     std::vector<QPointF> badPlaces;
     std::vector<QwtIntervalSample> intervals;
-    for (const PlotMark& mark : content.marks) {
+    for (const PlotMark& mark : content->marks) {
         const double x = mark.place.x();
-        const double half = content.barWidth / 2.0;
-        if (content.barWidth > 0.0)
+        const double half = content->barWidth / 2.0;
+        if (content->barWidth > 0.0)
             intervals.emplace_back(mark.place.y(), x - half, x + half);
         else
             (mark.isBad ? badPlaces : goodPlaces).push_back(mark.place);
@@ -133,7 +133,7 @@ void PlotView::setContent(const PlotContent& newContent)
         delete line;
     }
     lines.clear();
-    for (const PlotCurve& curve : content.curves) {
+    for (const PlotCurve& curve : content->curves) {
         auto* line = new QwtPlotCurve;
         line->setSamples(toVector(curve));
         line->setRenderHint(QwtPlotItem::RenderAntialiased);
@@ -150,7 +150,7 @@ void PlotView::applyPalette()
     const QColor badColour = isOnDark ? QColor(255, 130, 110) : QColor(190, 30, 30);
     const QColor textColour = palette().color(QPalette::Text);
     setCanvasBackground(palette().color(QPalette::Base));
-    const bool hasDots = content.marks.size() > kMostSymbols;
+    const bool hasDots = content->marks.size() > kMostSymbols;
     const auto dress = [&](QwtPlotCurve& curve, QwtSymbol::Style shape, const QColor& colour) {
         curve.setStyle(hasDots ? QwtPlotCurve::Dots : QwtPlotCurve::NoCurve);
         curve.setPen(colour, kDotSize);
@@ -174,7 +174,7 @@ void PlotView::placePointer()
     pointer->setVisible(current >= 0);
     if (current < 0)
         return;
-    const QPointF& mark = content.marks[static_cast<std::size_t>(current)].place;
+    const QPointF& mark = content->marks[static_cast<std::size_t>(current)].place;
     const QPointF place(canvasMap(xBottom).transform(mark.x()), canvasMap(yLeft).transform(mark.y()));
     QRect ring(0, 0, kPointerSize, kPointerSize);
     ring.moveCenter(place.toPoint());
@@ -187,10 +187,10 @@ int PlotView::findMark(const QPoint& place) const
     const QwtScaleMap yMap = canvasMap(yLeft);
     int nearest = -1;
     double least = kNear;
-    for (std::size_t i = 0; i < content.marks.size(); ++i) {
-        const QPointF& mark = content.marks[i].place;
-        if (content.barWidth > 0.0) {
-            if (std::abs(xMap.invTransform(place.x()) - mark.x()) <= content.barWidth / 2.0)
+    for (std::size_t i = 0; i < content->marks.size(); ++i) {
+        const QPointF& mark = content->marks[i].place;
+        if (content->barWidth > 0.0) {
+            if (std::abs(xMap.invTransform(place.x()) - mark.x()) <= content->barWidth / 2.0)
                 return static_cast<int>(i);
             continue;
         }
@@ -208,7 +208,7 @@ void PlotView::setCurrent(int mark)
 {
     current = mark;
     placePointer();
-    setAccessibleDescription(content.marks[static_cast<std::size_t>(mark)].text);
+    setAccessibleDescription(content->marks[static_cast<std::size_t>(mark)].text);
     Q_EMIT currentChanged(mark);
 }
 
@@ -221,7 +221,7 @@ void PlotView::changeEvent(QEvent* event)
 
 void PlotView::keyPressEvent(QKeyEvent* event)
 {
-    const int last = static_cast<int>(content.marks.size()) - 1;
+    const int last = static_cast<int>(content->marks.size()) - 1;
     if (last < 0) {
         QwtPlot::keyPressEvent(event);
         return;
@@ -268,7 +268,7 @@ void PlotView::print(QPaintDevice& paper, const QRectF& area) const
 {
     PlotView copy;
     copy.setPalette(makePaperPalette());
-    copy.setTitle(content.title);
+    copy.setTitle(content->title);
     copy.setContent(content);
     copy.resize(kPaperPixels);
     QPainter painter(&paper);
@@ -282,7 +282,7 @@ QByteArray PlotView::toSvg() const
     QBuffer buffer;
     QSvgGenerator generator;
     generator.setOutputDevice(&buffer);
-    generator.setTitle(content.title);
+    generator.setTitle(content->title);
     generator.setSize(kPaperPixels);
     generator.setViewBox(QRect(QPoint(), kPaperPixels));
     print(generator, QRectF(QPointF(), kPaperPixels));
@@ -294,7 +294,7 @@ QByteArray PlotView::toPdf() const
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
-    writer.setTitle(content.title);
+    writer.setTitle(content->title);
     writer.setPageSize(QPageSize(kPaperSize, QPageSize::Millimeter));
     print(writer, QRectF(0.0, 0.0, writer.width(), writer.height()));
     return buffer.data();

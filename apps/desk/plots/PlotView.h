@@ -4,6 +4,7 @@
 
 #include <qwt_plot.h>
 
+#include <memory>
 #include <vector>
 
 class QwtPlotCurve;
@@ -19,8 +20,8 @@ class PlotView : public QwtPlot
 public:
     explicit PlotView(QWidget* parent = nullptr);
 
-    void setContent(const PlotContent& newContent);
-    const PlotContent& getContent() const { return content; }
+    void setContent(const std::shared_ptr<const PlotContent>& newContent);
+    const PlotContent& getContent() const { return *content; }
     /// The mark that was pointed at; -1 for none.
     int getCurrent() const { return current; }
     /// The nearest mark to a place of the canvas, or the bar below it; -1 if none is near.
@@ -46,7 +47,7 @@ private:
     /// Draws it on paper of that size.
     void print(QPaintDevice& paper, const QRectF& area) const;
 
-    PlotContent content;
+    std::shared_ptr<const PlotContent> content = std::make_shared<const PlotContent>();
     int current = -1;
     QwtPlotCurve* good;
     QwtPlotCurve* bad;

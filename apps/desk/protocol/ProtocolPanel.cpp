@@ -37,10 +37,7 @@ ProtocolPanel::ProtocolPanel(const Document& projectDocument, QWidget* parent)
     layout->addWidget(view, 1);
     setFocusProxy(view);
     connect(&document, &Document::summaryChanged, this, &ProtocolPanel::forgetLines);
-    connect(this, &ProtocolPanel::made, this, &ProtocolPanel::take, Qt::QueuedConnection);
 }
-
-ProtocolPanel::~ProtocolPanel() = default;
 
 QLayout* ProtocolPanel::createControls()
 {
@@ -136,38 +133,32 @@ void ProtocolPanel::forgetLines()
     refresh();
 }
 
-/// Has what is asked for made, if anybody sees it. What is asked for meanwhile is made afterwards.
+/// Has what is asked for made, if anybody sees it.
 void ProtocolPanel::refresh()
 {
     isStale = true;
-    if (!isVisible() || isMaking)
-        return;
-    isStale = false;
-    isMaking = true;
-    const auto make = [this, packed = document.sharePackedData(), type = protocolType, known = lines,
-                       filter = getFilter()] {
-        Work work;
-        work.lines =
-            known ? known : std::make_shared<const ProtocolLines>(ProtocolLines::read(packed.unpack(), type));
-        work.tree = ProtocolTree::make(*work.lines, filter);
-        Q_EMIT made();
-        return work;
-    };
-    making = std::async(std::launch::async, make);
-}
-
-void ProtocolPanel::take()
-{
-    isMaking = false;
-    Work work = making.get();
-    if (isStale) {
-        refresh();
+    if (!isVisible()) {
+        work.stop();
         return;
     }
-    const bool isSameProtocol = lines == work.lines;
+    isStale = false;
+    work.start([this, packed = document.sharePackedData(), type = protocolType, known = lines,
+                filter = getFilter()](const BackgroundWork::IsStopped& isStopped) -> BackgroundWork::Take {
+        auto newLines =
+            known ? known : std::make_shared<const ProtocolLines>(ProtocolLines::read(packed.unpack(), type));
+        if (isStopped())
+            return {};
+        auto tree = std::make_shared<ProtocolTree>(ProtocolTree::make(*newLines, filter));
+        return [this, newLines, tree] { take(newLines, std::move(*tree)); };
+    });
+}
+
+void ProtocolPanel::take(const std::shared_ptr<const ProtocolLines>& newLines, ProtocolTree tree)
+{
+    const bool isSameProtocol = lines == newLines;
     const int current = isSameProtocol ? model->getPlace(view->currentIndex()) : -1;
-    lines = work.lines;
-    model->setLines(work.lines, std::move(work.tree));
+    lines = newLines;
+    model->setLines(newLines, std::move(tree));
     expand();
     updateCounts();
     const QModelIndex kept = model->findPlace(current);

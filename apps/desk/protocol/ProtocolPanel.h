@@ -1,10 +1,10 @@
 #pragma once
 
+#include "apps/desk/process/BackgroundWork.h"
 #include "apps/desk/protocol/ProtocolTree.h"
 
 #include <QWidget>
 
-#include <future>
 #include <map>
 #include <memory>
 #include <optional>
@@ -29,9 +29,6 @@ class ProtocolPanel : public QWidget
 public:
     /// The document outlives the panel.
     explicit ProtocolPanel(const Document& projectDocument, QWidget* parent = nullptr);
-    /// Waits for the other thread, if that is at work.
-    ~ProtocolPanel() override;
-
     /// Shows the protocol of that type.
     void showProtocol(int type);
     int getProtocolType() const { return protocolType; }
@@ -43,7 +40,7 @@ public:
     /// so as soon as the lines are there.
     void goToProblem(bool isForward);
     /// Whether what is shown is not yet what was asked for.
-    bool isWorking() const { return isMaking || isStale; }
+    bool isWorking() const { return isStale || work.isWorking(); }
 
     QTreeView& getView() { return *view; }
     QLineEdit& getSearch() { return *search; }
@@ -55,26 +52,17 @@ Q_SIGNALS:
     void lineRequested(int protocolType, const QString& text);
     /// What was asked for is shown.
     void shown();
-    /// From the other thread: it has made what it was asked for.
-    void made();
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    /// What another thread made: lines, and what is shown of them.
-    struct Work
-    {
-        std::shared_ptr<const ProtocolLines> lines;
-        ProtocolTree tree;
-    };
-
     QLayout* createControls();
     void createView();
     ProtocolFilter getFilter() const;
     void forgetLines();
     void refresh();
-    void take();
+    void take(const std::shared_ptr<const ProtocolLines>& newLines, ProtocolTree tree);
     void expand();
     void updateCounts();
     void tellOfItem(const QModelIndex& index);
@@ -83,9 +71,8 @@ private:
     int protocolType = 0;
     LONGID currentItem = 0;
     std::shared_ptr<const ProtocolLines> lines; ///< null until they are read
-    bool isStale = true;                        ///< what is shown is not what was asked for
+    bool isStale = true;                        ///< nobody has begun to make what is asked for
     std::optional<bool> awaitedStep;            ///< to the next problem or back, when the lines are there
-    bool isMaking = false;                      ///< the other thread is at work
 
     std::map<COVMessage::MessageType, QToolButton*> kindButtons;
     QLineEdit* search = nullptr;
@@ -94,8 +81,7 @@ private:
     QTreeView* view;
     QLabel* place;
 
-    // Last: whoever destroys the panel waits for the other thread first.
-    std::future<Work> making;
+    BackgroundWork work;
 };
 
 } // namespace orvel::desk
