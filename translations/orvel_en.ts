@@ -3853,10 +3853,6 @@ L in km (else the class sets it)</translation>
         <translation>Reports and print</translation>
     </message>
     <message>
-        <source>Каталог высот, ведомости поправок, ходов и секций открываются из меню «Ведомости»: с допусками, критериями и местом для подписей. Ctrl+P печатает ведомость, таблицу или строки протокола, как они показаны, или записывает их в PDF; на каждом листе — заголовок и номер.</source>
-        <translation>The catalogue of heights and the lists of residuals, lines and sections open from the menu Reports: with tolerances, tests and a place for signatures. Ctrl+P prints a report, the table or the lines of a protocol as they are shown, or writes them as PDF, with a head and a number on each sheet.</translation>
-    </message>
-    <message>
         <source>Протокол устарел: сеть изменена после этой обработки.</source>
         <translation>The protocol is out of date: the network was changed after this run.</translation>
     </message>
@@ -4331,6 +4327,26 @@ L in km (else the class sets it)</translation>
     <message>
         <source>В проекте нет ни одной секции, или все они отключены.</source>
         <translation>The project has no section, or all of them are switched off.</translation>
+    </message>
+    <message>
+        <source>Каталог высот, ведомости поправок, ходов и секций открываются из меню «Ведомости»: с допусками, критериями и местом для подписей. Ctrl+P печатает ведомость, таблицу или строки протокола, как они показаны, схему сети или график или записывает их в PDF; на каждом листе — заголовок и номер.</source>
+        <translation>The catalogue of heights and the lists of residuals, lines and sections open from the menu Reports: with tolerances, tests and a place for signatures. Ctrl+P prints a report, the table or the lines of a protocol as they are shown, the picture of the network or a plot, or writes them as PDF, with a head and a number on each sheet.</translation>
+    </message>
+    <message>
+        <source>в проекте нет ни одного пункта</source>
+        <translation>the project has no point</translation>
+    </message>
+    <message>
+        <source>График, как показан</source>
+        <translation>Plot as it is shown</translation>
+    </message>
+    <message>
+        <source>сейчас его нет на экране</source>
+        <translation>it is not on the screen now</translation>
+    </message>
+    <message>
+        <source>График «%1», как показан</source>
+        <translation>Plot “%1” as it is shown</translation>
     </message>
 </context>
 <context>

@@ -4,6 +4,7 @@
 #include "apps/desk/gui/ItemFilterModel.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
+#include "apps/desk/plots/PlotPanel.h"
 #include "apps/desk/print/PrintDialog.h"
 #include "apps/desk/print/ProgressWork.h"
 #include "apps/desk/print/ShownContent.h"
@@ -47,6 +48,8 @@ private Q_SLOTS:
     void linesAreMeantByWhoIsInThem();
     void tableIsPrintedAsItIsShown();
     void linesArePrinted();
+    void pictureIsPrinted();
+    void shownPlotIsPrinted();
     void reportTellsWhatWasDoneByHand();
     void outdatedLinesSaySo();
     void reportIsSaved();
@@ -254,6 +257,42 @@ void TestDeskPrinting::linesArePrinted()
     QCOMPARE(page.count(QStringLiteral("<td class=\"name\">ошибка</td>")), counts.errors);
     QCOMPARE(page.count(QStringLiteral("<td class=\"name\">предупреждение</td>")), counts.warnings);
     QCOMPARE(page.count(QStringLiteral("<tr class=\"marked\">")), counts.errors);
+}
+
+void TestDeskPrinting::pictureIsPrinted()
+{
+    choose(QStringLiteral("Схема сети"));
+    const QString page = QString::fromUtf8(save(QStringLiteral("picture.html")));
+    QVERIFY(page.contains(QStringLiteral("<h1>Схема сети</h1>")));
+    QVERIFY(page.contains(QStringLiteral("<p>Сеть: пунктов ")));
+    QCOMPARE(page.count(QStringLiteral("<img alt=\"Схема сети\" src=\"data:image/svg+xml;base64,")), 1);
+    QVERIFY(!page.contains(QStringLiteral("<table")));
+    QVERIFY(!page.contains(QStringLiteral("Выполнил")));
+}
+
+void TestDeskPrinting::shownPlotIsPrinted()
+{
+    adjust();
+    openDialog();
+    QCOMPARE(listTitles().constLast(), QStringLiteral("График, как показан — сейчас его нет на экране"));
+    window->findChild<PrintDialog*>()->reject();
+    QVERIFY(triggerAction(*window, QStringLiteral("Графики")));
+    auto* plots = window->findChild<PlotPanel*>();
+    QTRY_VERIFY(!plots->isWorking());
+    plots->showPlot(plots::ResidualsByLength);
+    choose(QStringLiteral("График «Поправки по длине», как показан"));
+    const QString page = QString::fromUtf8(save(QStringLiteral("plot.html")));
+    QVERIFY(page.contains(QStringLiteral("<h1>Поправки по длине</h1>")));
+    QVERIFY(page.contains(QStringLiteral("<img alt=\"Поправки по длине\" src=\"data:image/svg+xml;base64,") +
+                          QString::fromLatin1(plots->toSvg().toBase64())));
+    QVERIFY(!page.contains(QStringLiteral("class=\"warning\"")));
+    Document& document = window->getDocument();
+    QVERIFY(document.applyChange(
+        QString(), networkchange::switchOff(document, {document.getSections()[0]->getId()}, QString())));
+    QTRY_VERIFY(!plots->isWorking());
+    choose(QStringLiteral("График «Поправки по длине», как показан"));
+    QVERIFY(
+        QString::fromUtf8(save(QStringLiteral("old.html"))).contains(QStringLiteral("class=\"warning\"")));
 }
 
 void TestDeskPrinting::reportTellsWhatWasDoneByHand()

@@ -206,6 +206,10 @@ void TestPicture::drawingCanBeStopped()
     int asked = 0;
     QVERIFY(!layOut(makeGrid(20), [&asked] { return ++asked == 60; }));
     QCOMPARE(asked, 60);
+    // Several times in each of the rounds in which all points move.
+    asked = 0;
+    QVERIFY(layOut(makeGrid(40), [&asked] { return ++asked < 0; }));
+    QVERIFY2(asked > 200, qPrintable(QString::number(asked)));
 }
 
 void TestPicture::pointsBetweenKnownOnesStandBetweenThem()
@@ -326,11 +330,14 @@ void TestPicture::svgIsExact()
 void TestPicture::reportHasThePicture()
 {
     openWindow(samplePath(QStringLiteral("one-benchmark.gkf")));
-    const QString svg = QString::fromUtf8(reportpicture::make(window->getDocument()));
+    ReportPicture picture(window->getDocument());
+    const QString svg = QString::fromUtf8(picture.draw());
     QVERIFY(svg.trimmed().endsWith(QLatin1String("</svg>")));
     for (const LevellingPoint* point : window->getDocument().getPoints())
         QVERIFY(svg.contains(QLatin1Char('>') + point->getPoint().id + QLatin1Char('<')));
-    QCOMPARE(QString::fromUtf8(reportpicture::make(window->getDocument())), svg);
+    // Places are sought once for each network.
+    QCOMPARE(QString::fromUtf8(picture.draw()), svg);
+    QCOMPARE(picture.getLayoutCount(), 1);
     // The page that the menu opens has it, too.
     window->getPages().showReport(kLineList);
     const QString page = QString::fromUtf8(readFile(desk->opened.getPaths().last()));
@@ -339,8 +346,13 @@ void TestPicture::reportHasThePicture()
     QVERIFY(page.contains(QStringLiteral("; img-src data:")));
     window->getPages().showReport(kSectionBook);
     QVERIFY(!QString::fromUtf8(readFile(desk->opened.getPaths().last())).contains(QStringLiteral("<img")));
+    window->getDocument().setNetwork(makeNetwork());
+    QVERIFY(QString::fromUtf8(picture.draw()) != svg);
+    QCOMPARE(picture.getLayoutCount(), 2);
+    window->getDocument().setNetwork({});
+    QVERIFY(picture.draw().isEmpty());
     window = desk->makeWindow();
-    QVERIFY(reportpicture::make(window->getDocument()).isEmpty());
+    QVERIFY(ReportPicture(window->getDocument()).draw().isEmpty());
 }
 
 void TestPicture::dockIsShownByItsKey()

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void tallCellGoesOn();
     void wideTableLiesAcross();
     void pictureIsPrinted();
+    void pictureAloneFillsASheet();
     void warningIsPrinted();
     void rangeOfSheets();
     void workCanBeStopped();
@@ -227,6 +228,33 @@ void TestReportPaper::pictureIsPrinted()
     QVERIFY2(red.left() >= 15 && red.right() <= 195 && red.width() >= 178,
              qPrintable(QString::number(red.width())));
     QVERIFY2(red.top() > 60 && red.height() >= 133, qPrintable(QString::number(red.height())));
+}
+
+void TestReportPaper::pictureAloneFillsASheet()
+{
+    SKIP_WITHOUT_READER();
+    ReportContent report = makeTable({}, {});
+    report.tables.clear();
+    const auto draw = [&](int width, int height) {
+        report.picture = QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='%1' height='%2' "
+                                        "viewBox='0 0 %1 %2'><rect width='%1' height='%2' fill='red'/></svg>")
+                             .arg(width)
+                             .arg(height)
+                             .toUtf8();
+        const QByteArray pdf = reportpaper::makePdf(report);
+        const QStringList sheets = readSheets(pdf);
+        const QImage image = rasterise(pdf);
+        int reds = 0;
+        for (int y = 0; y < image.height(); ++y)
+            reds += image.pixelColor(image.width() / 2, y) == QColor(Qt::red) ? 1 : 0;
+        return QStringLiteral("%1, sheets %2, %3, %4 mm of red")
+            .arg(image.width() > image.height() ? QStringLiteral("across") : QStringLiteral("upright"))
+            .arg(sheets.size())
+            .arg(getLastLine(sheets.value(0)))
+            .arg(reds);
+    };
+    QCOMPARE(draw(100, 200), QStringLiteral("upright, sheets 1, Лист 1 из 1, 240 mm of red"));
+    QCOMPARE(draw(300, 200), QStringLiteral("across, sheets 1, Лист 1 из 1, 153 mm of red"));
 }
 
 void TestReportPaper::warningIsPrinted()

@@ -69,7 +69,7 @@ DeskWindow::DeskWindow(std::unique_ptr<Document> projectDocument)
     createProtocolDock();
     createPictureDock();
     createPlotDock();
-    printing = new DeskPrinting(*document, *table, *protocolPanel, this);
+    printing = new DeskPrinting(*document, *table, *protocolPanel, *plotPanel, this);
     connect(printing, &DeskPrinting::told, messageBar, &MessageBar::showMessage);
     connect(pages, &DeskPages::told, messageBar, &MessageBar::showMessage);
     // Stands again when a word that hid it is over.

@@ -25,6 +25,7 @@ class MessageBar;
 class MonitorDisplay;
 class OutdatedBar;
 class ProtocolList;
+class PlotPanel;
 class ProtocolPanel;
 
 namespace picture {
@@ -143,6 +144,7 @@ private:
     QDockWidget* protocolDock = nullptr;
     ProtocolPanel* protocolPanel = nullptr;
     picture::PictureDock* pictureDock = nullptr;
+    PlotPanel* plotPanel = nullptr;
     DeskPrinting* printing = nullptr;
     QLabel* status;
 };

@@ -107,8 +107,8 @@ void DeskWindow::createPlotDock()
 {
     auto* dock = new QDockWidget(Desk::tr("Графики"), this);
     dock->setObjectName(QStringLiteral("plots"));
-    auto* panel = new PlotPanel(*document, dock);
-    dock->setWidget(panel);
+    plotPanel = new PlotPanel(*document, dock);
+    dock->setWidget(plotPanel);
     // One above the other leaves neither enough room.
     tabifyDockWidget(pictureDock, dock);
     dock->hide();
@@ -116,7 +116,7 @@ void DeskWindow::createPlotDock()
     for (QDockWidget* one : {dock, static_cast<QDockWidget*>(pictureDock)})
         connect(one->toggleViewAction(), &QAction::triggered, one, &QWidget::raise);
     actions->addToViewMenu(dock->toggleViewAction());
-    connect(panel, &PlotPanel::itemRequested, this, [this](LONGID id) { locateItem(id); });
+    connect(plotPanel, &PlotPanel::itemRequested, this, [this](LONGID id) { locateItem(id); });
 }
 
 void DeskWindow::createClassIndicator()

@@ -8,7 +8,6 @@
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/print/ReportFile.h"
-#include "apps/desk/print/ReportPicture.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/reports/PageLook.h"
 #include "apps/desk/runs/RunKinds.h"
@@ -39,6 +38,7 @@ QString makePagePath(const QString& folder, int protocolType)
 
 Headless::Headless(Document& openDocument, ProjectWindow& projectWindow, Complain complainFunction)
     : document(openDocument)
+    , picture(openDocument)
     , complain(std::move(complainFunction))
     , monitor(&projectWindow)
 {}
@@ -168,11 +168,8 @@ void Headless::writeReport(const CommandLine::ReportFile& file)
     }
     try {
         ProjectLock::requireFree(file.path);
-        const ReportInput input = ReportInput::gather(document, QDate::currentDate());
-        ReportContent content = report.make(input);
-        if (report.hasPicture)
-            content.picture = reportpicture::make(document);
-        standardstreams::write(file.path, reportfile::make(content, file.path));
+        const auto make = deskreports::prepare(document, report, [this] { return picture.draw(); });
+        standardstreams::write(file.path, reportfile::make(make(), file.path));
     } catch (const exceptions::Error& error) {
         fail(Refused, QString::fromStdWString(error.getText()));
     }

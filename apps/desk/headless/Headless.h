@@ -2,6 +2,7 @@
 
 #include "apps/desk/CommandLine.h"
 #include "apps/desk/document/ProtocolSummary.h"
+#include "apps/desk/print/ReportPicture.h"
 #include "apps/desk/process/JournalRecorder.h"
 #include "apps/desk/process/RunMonitor.h"
 
@@ -57,6 +58,7 @@ private:
     void fail(ExitCode code, const QString& text);
 
     Document& document;
+    ReportPicture picture;
     Complain complain;
     std::vector<ImportSource> sources;            // with the templates that were read
     std::optional<ToleranceRules> toleranceRules; // instead of the project's

@@ -6,14 +6,13 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/gui/FileDialogs.h"
 #include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/plots/PlotPanel.h"
 #include "apps/desk/print/ProgressWork.h"
 #include "apps/desk/print/ReportFile.h"
 #include "apps/desk/print/ReportPaper.h"
-#include "apps/desk/print/ReportPicture.h"
 #include "apps/desk/print/ShownContent.h"
 #include "apps/desk/protocol/ProtocolPanel.h"
 #include "apps/desk/protocol/ProtocolTreeModel.h"
-#include "apps/desk/reports/DeskReports.h"
 #include "apps/desk/reports/ReportTexts.h"
 #include "host/app/Application.h"
 #include "host/files/WholeFile.h"
@@ -34,27 +33,49 @@ namespace {
 constexpr qreal kMargin = 15.0; // mm
 
 /// Something that windows show, with the general data of reports.
-PrintSubject::Maker makeShown(const Document& document, const QString& title, const QString& warning,
-                              ReportTable table)
+ReportContent beginShown(const Document& document, const QString& title)
 {
     ReportContent report = reporttexts::begin(ReportInput::gather(document, QDate::currentDate()), title);
     report.isToBeSigned = false;
+    return report;
+}
+
+PrintSubject::Maker makeShown(const Document& document, const QString& title, const QString& warning,
+                              ReportTable table)
+{
+    ReportContent report = beginShown(document, title);
     report.warning = warning;
     report.tables.push_back(std::move(table));
     return [report = std::move(report)] { return report; };
 }
 
+PrintSubject::Maker makePictured(const Document& document, const QString& title, const QString& warning,
+                                 const QByteArray& picture)
+{
+    ReportContent report = beginShown(document, title);
+    report.warning = warning;
+    report.picture = picture;
+    return [report = std::move(report)] { return report; };
+}
+
+QString warnOfOldResults(const Document& document)
+{
+    return document.areResultsOutdated() ? reporttexts::warnOfOldResults() : QString();
+}
+
 } // namespace
 
 DeskPrinting::DeskPrinting(Document& openDocument, ItemTable& itemTable, ProtocolPanel& linePanel,
-                           QWidget* owner)
+                           const PlotPanel& plotPanel, QWidget* owner)
     : QObject(owner)
     , document(openDocument)
     , table(itemTable)
     , lines(linePanel)
+    , plots(plotPanel)
+    , picture(std::make_shared<ReportPicture>(openDocument))
     , window(owner)
 {
-    deskreports::registerPictures(openDocument, reportpicture::make);
+    deskreports::registerPictures(openDocument, [drawn = picture] { return drawn->draw(); });
 }
 
 void DeskPrinting::showDialog()
@@ -76,23 +97,49 @@ void DeskPrinting::showDialog()
 std::vector<PrintSubject> DeskPrinting::listSubjects() const
 {
     std::vector<PrintSubject> subjects{makeTableSubject(), makeLinesSubject()};
-    for (const deskreports::Report& report : deskreports::getReports()) {
-        PrintSubject subject;
-        subject.title = report.title;
-        subject.isAvailable = !report.needsResults || document.hasResults();
-        subject.reason = Desk::tr("сначала выполните уравнивание");
-        subject.prepare = [this, report] {
-            const QByteArray picture = report.hasPicture ? reportpicture::make(document) : QByteArray();
-            return
-                [make = report.make, picture, input = ReportInput::gather(document, QDate::currentDate())] {
-                    ReportContent content = make(input);
-                    content.picture = picture;
-                    return content;
-                };
-        };
-        subjects.push_back(std::move(subject));
-    }
+    for (const deskreports::Report& report : deskreports::getReports())
+        subjects.push_back(makeReportSubject(report));
+    subjects.push_back(makePictureSubject());
+    subjects.push_back(makePlotSubject());
     return subjects;
+}
+
+PrintSubject DeskPrinting::makeReportSubject(const deskreports::Report& report) const
+{
+    PrintSubject subject;
+    subject.title = report.title;
+    subject.isAvailable = !report.needsResults || document.hasResults();
+    subject.reason = Desk::tr("сначала выполните уравнивание");
+    subject.prepare = [this, report] {
+        return deskreports::prepare(document, report, [this] { return picture->draw(); });
+    };
+    return subject;
+}
+
+PrintSubject DeskPrinting::makePictureSubject() const
+{
+    PrintSubject subject;
+    subject.title = Desk::tr("Схема сети");
+    subject.isAvailable = !document.isEmpty();
+    subject.reason = Desk::tr("в проекте нет ни одного пункта");
+    subject.prepare = [this, title = subject.title] {
+        return makePictured(document, title, QString(), picture->draw());
+    };
+    return subject;
+}
+
+PrintSubject DeskPrinting::makePlotSubject() const
+{
+    PrintSubject subject;
+    subject.title = Desk::tr("График, как показан");
+    subject.isAvailable = plots.isVisible() && plots.hasPlot();
+    subject.reason = Desk::tr("сейчас его нет на экране");
+    if (subject.isAvailable)
+        subject.title = Desk::tr("График «%1», как показан").arg(plots.getPlot().title);
+    subject.prepare = [this] {
+        return makePictured(document, plots.getPlot().title, warnOfOldResults(document), plots.toSvg());
+    };
+    return subject;
 }
 
 PrintSubject DeskPrinting::makeTableSubject() const
@@ -102,8 +149,7 @@ PrintSubject DeskPrinting::makeTableSubject() const
     subject.isAvailable = table.model()->rowCount() > 0;
     subject.reason = Desk::tr("в ней нет строк");
     subject.prepare = [this] {
-        return makeShown(document, Desk::tr("Пункты и секции"),
-                         document.areResultsOutdated() ? reporttexts::warnOfOldResults() : QString(),
+        return makeShown(document, Desk::tr("Пункты и секции"), warnOfOldResults(document),
                          showncontent::makeTable(table));
     };
     return subject;

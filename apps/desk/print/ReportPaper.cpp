@@ -169,9 +169,11 @@ private:
         const QSizeF size = picture.defaultSize();
         if (size.isEmpty())
             return;
-        const qreal scale = std::min(width / size.width(), (bottom - top) * kPictureShare / size.height());
-        const QSizeF scaled = size * scale;
         y += lineHeight;
+        const qreal share = (bottom - top) * kPictureShare;
+        // What has nothing but a picture gives it all that is left of the sheet.
+        const qreal room = report.tables.empty() ? std::max(bottom - y, share) : share;
+        const QSizeF scaled = size * std::min(width / size.width(), room / size.height());
         if (y + scaled.height() > bottom)
             startSheet();
         if (isPainted())
@@ -393,7 +395,9 @@ void orient(QPagedPaintDevice& device, const ReportContent& report)
     device.setPageOrientation(QPageLayout::Portrait);
     const PaperFont bold(kTextPoints, true, device);
     const qreal width = device.width();
+    const QSize picture = QSvgRenderer(report.picture).defaultSize();
     const bool isWide =
+        (report.tables.empty() && picture.width() > picture.height()) ||
         std::any_of(report.tables.begin(), report.tables.end(), [&](const ReportTable& table) {
             return ColumnLayout(table, bold).getLeastWidth() > width;
         });

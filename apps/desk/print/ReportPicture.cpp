@@ -7,21 +7,22 @@
 
 namespace orvel::desk {
 
-namespace reportpicture {
-
-QByteArray make(const Document& document)
+QByteArray ReportPicture::draw()
 {
     if (document.isEmpty())
         return {};
-    const picture::PlanGraph graph = picture::PlanGraph::of(document);
-    std::optional<picture::Layout> layout;
-    performBesideWindow([&] { layout = picture::layOut(graph, [] { return false; }); });
+    picture::PlanGraph newGraph = picture::PlanGraph::of(document);
+    if (!layout || !(newGraph == graph)) {
+        std::optional<picture::Layout> found;
+        performBesideWindow([&] { found = picture::layOut(newGraph, [] { return false; }); });
+        graph = std::move(newGraph);
+        layout = std::move(found);
+        ++layoutCount;
+    }
     const picture::NetworkPicture drawn = picture::NetworkPicture::make(document, *layout);
     QByteArray svg;
     performBesideWindow([&] { svg = picture::renderSvgFile(drawn); });
     return svg;
 }
-
-} // namespace reportpicture
 
 } // namespace orvel::desk

@@ -26,16 +26,11 @@ std::optional<Report> findIf(const Condition& isMeant)
     return found == reports.end() ? std::nullopt : std::optional(*found);
 }
 
-QString makePage(const Document& document, const Report& report, PictureMaker makePicture)
+QString makePage(const Document& document, const Report& report, const PictureMaker& drawPicture)
 {
-    const QByteArray picture = report.hasPicture && makePicture ? makePicture(document) : QByteArray();
-    const ReportInput input = ReportInput::gather(document, QDate::currentDate());
+    const auto make = prepare(document, report, drawPicture);
     QString page;
-    performBesideWindow([&] {
-        ReportContent content = report.make(input);
-        content.picture = picture;
-        page = reporthtml::make(content);
-    });
+    performBesideWindow([&] { page = reporthtml::make(make()); });
     return page;
 }
 
@@ -45,11 +40,11 @@ reports::ReportsGeneratorItem& getGenerator(Document& document)
         *document.getModel().getFirstItem(reports::kReportsGeneratorType));
 }
 
-void registerWriters(Document& document, PictureMaker makePicture)
+void registerWriters(Document& document, const PictureMaker& drawPicture)
 {
     for (const Report& report : getReports())
-        getGenerator(document).registerReport(report.type, [&document, report, makePicture] {
-            return makePage(document, report, makePicture);
+        getGenerator(document).registerReport(report.type, [&document, report, drawPicture] {
+            return makePage(document, report, drawPicture);
         });
 }
 
@@ -88,6 +83,17 @@ std::map<int, std::vector<int>> getTypesByProtocol()
     return types;
 }
 
+std::function<ReportContent()> prepare(const Document& document, const Report& report,
+                                       const PictureMaker& drawPicture)
+{
+    const QByteArray picture = report.hasPicture && drawPicture ? drawPicture() : QByteArray();
+    return [make = report.make, picture, input = ReportInput::gather(document, QDate::currentDate())] {
+        ReportContent content = make(input);
+        content.picture = picture;
+        return content;
+    };
+}
+
 void registerReports(Document& document)
 {
     for (const Report& report : getReports())
@@ -98,9 +104,9 @@ void registerReports(Document& document)
         document.getProtocol().addReportTypes(protocolType, types);
 }
 
-void registerPictures(Document& document, PictureMaker makePicture)
+void registerPictures(Document& document, const PictureMaker& drawPicture)
 {
-    registerWriters(document, makePicture);
+    registerWriters(document, drawPicture);
 }
 
 } // namespace deskreports

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -40,13 +41,20 @@ std::optional<Report> findByName(const QString& name);
 /// The types of the reports that the page of each protocol type offers.
 std::map<int, std::vector<int>> getTypesByProtocol();
 
-/// Has the project's generator make them, of today and without a picture, and the pages offer them.
-void registerReports(Document& document);
+/// Draws the network as reports take it, SVG; in the thread of the document.
+using PictureMaker = std::function<QByteArray()>;
 
-/// Draws the network, as reports take it.
-using PictureMaker = QByteArray (*)(const Document& document);
+/// Collects what a report of today is made of, in the thread of the document; what it gives makes the report,
+/// in any thread.
+///
+/// @param drawPicture  for reports that have a picture; may be empty
+std::function<ReportContent()> prepare(const Document& document, const Report& report,
+                                       const PictureMaker& drawPicture);
+
+/// Has the project's generator make them without a picture, and the pages offer them.
+void registerReports(Document& document);
 /// Has the generator put the picture into the reports that have one.
-void registerPictures(Document& document, PictureMaker makePicture);
+void registerPictures(Document& document, const PictureMaker& drawPicture);
 
 } // namespace deskreports
 

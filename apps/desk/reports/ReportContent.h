@@ -42,7 +42,7 @@ struct ReportContent
     QString date;
     QString warning;           ///< what whoever reads the report must know first; empty if nothing
     QStringList lines;         ///< of general data
-    QByteArray picture;        ///< of the network, SVG; empty if there is none
+    QByteArray picture;        ///< SVG: of the network, or what there is instead of tables; may be empty
     bool isToBeSigned = false; ///< ends with the place for signatures
     std::vector<ReportTable> tables;
 };

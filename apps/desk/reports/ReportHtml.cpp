@@ -119,9 +119,13 @@ QString make(const ReportContent& report)
                 QLatin1Char('\n');
     for (const QString& line : report.lines)
         html += makeElement(QStringLiteral("p"), {}, line) + QLatin1Char('\n');
-    if (!report.picture.isEmpty())
+    if (!report.picture.isEmpty()) {
+        // What has no table is about the picture.
+        const bool isSubject = report.tables.empty() && !report.title.isEmpty();
         html += QStringLiteral("<img alt=\"%1\" src=\"data:image/svg+xml;base64,%2\">\n")
-                    .arg(Desk::tr("Схема сети"), QString::fromLatin1(report.picture.toBase64()));
+                    .arg(isSubject ? report.title.toHtmlEscaped() : Desk::tr("Схема сети"),
+                         QString::fromLatin1(report.picture.toBase64()));
+    }
     for (const ReportTable& table : report.tables)
         html += makeTable(table);
     if (report.isToBeSigned)
