@@ -49,8 +49,17 @@ QString describeBar(int bar)
     return bar == kBarCount - 1 ? Desk::tr("от %1").arg(lower) : Desk::tr("от %1 до %2").arg(lower, upper);
 }
 
-PlotContent makeHistogram(const std::vector<Residual>& residuals)
+using SourcePointer = std::shared_ptr<const Source>;
+using IsStopped = std::function<bool()>;
+
+bool isToStop(const IsStopped& isStopped)
 {
+    return isStopped && isStopped();
+}
+
+PlotContent makeHistogram(const SourcePointer& source, const IsStopped& isStopped)
+{
+    const std::vector<Residual>& residuals = source->residuals;
     PlotContent content;
     content.title = Desk::tr("Нормированные поправки");
     content.xTitle = Desk::tr("Нормированная поправка");
@@ -64,6 +73,8 @@ PlotContent makeHistogram(const std::vector<Residual>& residuals)
     std::array<const Residual*, kBarCount> worst{};
     int all = 0;
     for (const Residual& residual : residuals) {
+        if (isToStop(isStopped))
+            return content;
         if (!residual.normalised)
             continue;
         const auto bar = static_cast<std::size_t>(findBar(*residual.normalised));
@@ -78,16 +89,22 @@ PlotContent makeHistogram(const std::vector<Residual>& residuals)
         const auto index = static_cast<std::size_t>(bar);
         PlotMark mark;
         mark.place = {-kLargestBar + (bar + 0.5) * kBarWidth, static_cast<double>(counts[index])};
-        mark.text = Desk::tr("Нормированная поправка %1: секций %2")
-                        .arg(describeBar(bar), QString::number(counts[index]));
+        mark.number = index;
         if (worst[index] != nullptr) {
             mark.item = worst[index]->section;
-            mark.isBad = worst[index]->isBad;
-            mark.text = Desk::tr("%1; наибольшая %2 у секции %3")
-                            .arg(mark.text, numbers::fixed(*worst[index]->normalised, 2), worst[index]->name);
+            mark.isBad = source->isBad(*worst[index]);
         }
         content.marks.push_back(mark);
     }
+    // The residuals are the source's.
+    content.describe = [source, counts, worst](std::size_t bar) {
+        const QString text = Desk::tr("Нормированная поправка %1: секций %2")
+                                 .arg(describeBar(static_cast<int>(bar)), QString::number(counts[bar]));
+        return worst[bar] == nullptr
+                   ? text
+                   : Desk::tr("%1; наибольшая %2 у секции %3")
+                         .arg(text, numbers::fixed(*worst[bar]->normalised, 2), worst[bar]->name);
+    };
     PlotCurve curve;
     for (int step = 0; step <= kCurveSteps; ++step) {
         const double x = -kLargestBar + 2.0 * kLargestBar * step / kCurveSteps;
@@ -97,26 +114,32 @@ PlotContent makeHistogram(const std::vector<Residual>& residuals)
     return content;
 }
 
-PlotContent makeResidualPlot(const std::vector<Residual>& residuals, const NumberFormat& format)
+PlotContent makeResidualPlot(const SourcePointer& source, const IsStopped& isStopped)
 {
+    const std::vector<Residual>& residuals = source->residuals;
     PlotContent content;
     content.title = Desk::tr("Поправки по длине");
     content.xTitle = Desk::tr("Длина секции, км");
     content.yTitle = Desk::tr("Поправка v, мм");
     content.emptyText = residuals.empty() ? Desk::tr("Поправок ещё нет: сначала выполните уравнивание (F6)")
                                           : Desk::tr("У секций нет длин: показать поправки по длине нельзя");
+    std::size_t number = 0;
     for (const Residual& residual : residuals) {
-        if (!residual.length)
-            continue;
+        if (isToStop(isStopped))
+            return content;
+        if (residual.length)
+            content.marks.push_back(
+                {{*residual.length, residual.residual}, residual.section, source->isBad(residual), number});
+        ++number;
+    }
+    sortMarks(content);
+    content.describe = [source, format = NumberFormat(source->rules.tolerances)](std::size_t index) {
+        const Residual& residual = source->residuals[index];
         const QString text =
             Desk::tr("Секция %1: длина %2\u00A0км, v = %3\u00A0мм")
                 .arg(residual.name, numbers::length(*residual.length), format.misclosure(residual.residual));
-        content.marks.push_back({{*residual.length, residual.residual},
-                                 residual.section,
-                                 residual.isBad,
-                                 residual.isBad ? Desk::tr("%1; ошибка в протоколе").arg(text) : text});
-    }
-    sortMarks(content);
+        return source->isBad(residual) ? Desk::tr("%1; ошибка в протоколе").arg(text) : text;
+    };
     return content;
 }
 
@@ -143,14 +166,14 @@ PlotCurve mirror(PlotCurve curve)
 class MisclosurePlots
 {
 public:
-    MisclosurePlots(const Source& givenSource, const std::function<bool()>& isStopRequested)
+    MisclosurePlots(const SourcePointer& givenSource, const IsStopped& isStopRequested)
         : source(givenSource)
         , isStopped(isStopRequested)
-        , network(givenSource.snapshot->network)
-        , format(givenSource.rules.tolerances)
-        , limits(givenSource.rules.tolerances.of(givenSource.rules.levellingClass))
+        , network(givenSource->snapshot->network)
+        , format(givenSource->rules.tolerances)
+        , limits(givenSource->rules.tolerances.of(givenSource->rules.levellingClass))
     {
-        for (const Residual& residual : source.residuals)
+        for (const Residual& residual : source->residuals)
             sizes.insert(residual.section, std::abs(residual.normalised.value_or(0.0)));
     }
 
@@ -162,9 +185,10 @@ public:
         content.emptyText =
             describeLack(limits.loops, Desk::tr("Ходов и полигонов, которые замыкаются, нет"));
         const levelling::MergedNetwork merged = levelling::mergeRepeatedSections(network);
+        std::vector<LoopFacts> facts;
         for (const levelling::Loop& loop :
              levelling::findLoopBasis(levelling::SectionGraph(merged.network), isStopped)) {
-            if (isStopped && isStopped())
+            if (isToStop(isStopped))
                 return content;
             std::vector<int> sections;
             for (const levelling::RouteSection& step : loop.sections) {
@@ -172,18 +196,22 @@ public:
                 sections.insert(sections.end(), members.begin(), members.end());
             }
             const ToleranceBasis basis{loop.length, loop.stations, loop.sigma};
-            const Tolerance tolerance = tolerances::judgeLoop(loop.misclosure, basis, source.rules);
-            const bool isClosed = loop.points.front() == loop.points.back();
-            const QString kind = isClosed ? Desk::tr("Полигон") : Desk::tr("Ход");
-            add(content, limits.loops, basis, loop.misclosure, tolerance, sections,
-                Desk::tr("%1 от %2, секций %3: невязка %4\u00A0мм, %5")
-                    .arg(kind, network.points[static_cast<std::size_t>(loop.points.front())].id,
-                         QString::number(loop.sections.size()), format.misclosure(loop.misclosure),
-                         tolerances::describeSignedLimit(tolerance, format)));
+            const Tolerance tolerance = tolerances::judgeLoop(loop.misclosure, basis, source->rules);
+            if (add(content, limits.loops, basis, loop.misclosure, tolerance, sections, facts.size()))
+                facts.push_back({loop.points.front() == loop.points.back(), loop.points.front(),
+                                 loop.sections.size(), loop.misclosure, tolerance});
         }
-        sortMarks(content);
-        const PlotCurve limit = makeLimitCurve(content, limits.loops.factor);
-        content.curves = {limit, mirror(limit)};
+        finish(content, limits.loops);
+        content.curves.push_back(mirror(content.curves.front()));
+        content.describe = [facts, given = source, numberFormat = format](std::size_t number) {
+            const LoopFacts& loop = facts[number];
+            const levelling::Point& start =
+                given->snapshot->network.points[static_cast<std::size_t>(loop.start)];
+            return Desk::tr("%1 от %2, секций %3: невязка %4\u00A0мм, %5")
+                .arg(loop.isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), start.id,
+                     QString::number(loop.sectionCount), numberFormat.misclosure(loop.misclosure),
+                     tolerances::describeSignedLimit(loop.tolerance, numberFormat));
+        };
         return content;
     }
 
@@ -194,30 +222,60 @@ public:
         content.yTitle = Desk::tr("Расхождение, мм");
         content.emptyText =
             describeLack(limits.repeated, Desk::tr("Секций, измеренных прямо и обратно или повторно, нет"));
+        std::vector<RepeatedFacts> facts;
         for (const levelling::RepeatedSections& repeated : levelling::findRepeatedSections(network)) {
-            if (isStopped && isStopped())
+            if (isToStop(isStopped))
                 return content;
             std::vector<int> sections = repeated.forward;
             sections.insert(sections.end(), repeated.back.begin(), repeated.back.end());
             const ToleranceBasis basis{repeated.length, repeated.stations, repeated.discrepancySigma};
-            const Tolerance tolerance = tolerances::judgeRepeated(repeated.discrepancy, basis, source.rules);
-            add(content, limits.repeated, basis, repeated.discrepancy, tolerance, sections,
-                Desk::tr("Секция %1, измерений %2: расхождение %3\u00A0мм, %4")
-                    .arg(source.snapshot->sectionNames[sections.front()], QString::number(sections.size()),
-                         format.sigma(repeated.discrepancy), tolerances::describeLimit(tolerance, format)));
+            const Tolerance tolerance = tolerances::judgeRepeated(repeated.discrepancy, basis, source->rules);
+            if (add(content, limits.repeated, basis, repeated.discrepancy, tolerance, sections, facts.size()))
+                facts.push_back({sections.front(), sections.size(), repeated.discrepancy, tolerance});
         }
-        sortMarks(content);
-        content.curves = {makeLimitCurve(content, limits.repeated.factor)};
+        finish(content, limits.repeated);
+        content.describe = [facts, given = source, numberFormat = format](std::size_t number) {
+            const RepeatedFacts& repeated = facts[number];
+            return Desk::tr("Секция %1, измерений %2: расхождение %3\u00A0мм, %4")
+                .arg(given->snapshot->sectionNames[repeated.first], QString::number(repeated.count),
+                     numberFormat.sigma(repeated.discrepancy),
+                     tolerances::describeLimit(repeated.tolerance, numberFormat));
+        };
         return content;
     }
 
 private:
+    /// What is told of a loop or a line.
+    struct LoopFacts
+    {
+        bool isClosed = false;
+        int start = 0;
+        std::size_t sectionCount = 0;
+        double misclosure = 0.0;
+        Tolerance tolerance;
+    };
+
+    /// What is told of a section that was measured several times.
+    struct RepeatedFacts
+    {
+        int first = 0;
+        std::size_t count = 0;
+        double discrepancy = 0.0;
+        Tolerance tolerance;
+    };
+
     static PlotContent begin(const ToleranceRule& rule)
     {
         PlotContent content;
         content.xTitle =
             rule.measure == ToleranceMeasure::Length ? Desk::tr("Длина, км") : Desk::tr("Число станций");
         return content;
+    }
+
+    static void finish(PlotContent& content, const ToleranceRule& rule)
+    {
+        sortMarks(content);
+        content.curves = {makeLimitCurve(content, rule.factor)};
     }
 
     QString describeLack(const ToleranceRule& rule, const QString& nothing) const
@@ -231,24 +289,29 @@ private:
                    : Desk::tr("%1, или у их секций нет числа станций").arg(nothing);
     }
 
-    /// Adds a mark that leads to the worst of the sections; what has no length, or stations, has no place.
-    void add(PlotContent& content, const ToleranceRule& rule, const ToleranceBasis& basis, double value,
-             const Tolerance& tolerance, const std::vector<int>& sections, const QString& text) const
+    /// Adds a mark that leads to the worst of the sections. False if there is no length, or no stations, and
+    /// so no place for it.
+    bool add(PlotContent& content, const ToleranceRule& rule, const ToleranceBasis& basis, double value,
+             const Tolerance& tolerance, const std::vector<int>& sections, std::size_t number) const
     {
         const std::optional<double>& extent =
             rule.measure == ToleranceMeasure::Length ? basis.length : basis.stations;
         if (!extent)
-            return;
+            return false;
         const auto size = [this](int section) { return sizes.value(getId(section)); };
         const int worst = *std::max_element(sections.begin(), sections.end(),
                                             [&](int a, int b) { return size(a) < size(b); });
-        content.marks.push_back({{*extent, value}, getId(worst), tolerance.isExceeded, text});
+        content.marks.push_back({{*extent, value}, getId(worst), tolerance.isExceeded, number});
+        return true;
     }
 
-    LONGID getId(int section) const { return source.snapshot->sectionIds[static_cast<std::size_t>(section)]; }
+    LONGID getId(int section) const
+    {
+        return source->snapshot->sectionIds[static_cast<std::size_t>(section)];
+    }
 
-    const Source& source;
-    const std::function<bool()>& isStopped;
+    const SourcePointer& source;
+    const IsStopped& isStopped;
     const levelling::Network& network;
     NumberFormat format;
     ClassTolerances limits;
@@ -257,13 +320,14 @@ private:
 
 } // namespace
 
-PlotContent make(Kind kind, const Source& source, const std::function<bool()>& isStopped)
+PlotContent make(Kind kind, const std::shared_ptr<const Source>& source,
+                 const std::function<bool()>& isStopped)
 {
     switch (kind) {
     case NormalisedResiduals:
-        return makeHistogram(source.residuals);
+        return makeHistogram(source, isStopped);
     case ResidualsByLength:
-        return makeResidualPlot(source.residuals, NumberFormat(source.rules.tolerances));
+        return makeResidualPlot(source, isStopped);
     case Misclosures:
         return MisclosurePlots(source, isStopped).makeMisclosures();
     case Discrepancies:

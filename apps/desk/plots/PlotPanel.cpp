@@ -108,14 +108,13 @@ plots::Source PlotPanel::collect() const
     plots::Source source;
     source.snapshot = document.shareSnapshot();
     source.rules = document.getSurveyRules();
-    const ProtocolSummary& summary = document.getSummary();
+    source.worstOfItem = document.getSummary().worstOfItem;
     const std::vector<LevellingSection*> sections = document.getSections();
     source.residuals.reserve(sections.size());
     for (const LevellingSection* section : sections) {
         if (const auto& result = section->getResult())
             source.residuals.push_back({section->getId(), section->getName(), section->getSection().distance,
-                                        result->residual, result->normalisedResidual,
-                                        summary.findWorst(section->getId()) == COVMessage::Error});
+                                        result->residual, result->normalisedResidual});
     }
     return source;
 }
@@ -139,7 +138,7 @@ void PlotPanel::start()
     const auto source = std::make_shared<const plots::Source>(collect());
     for (const plots::Kind kind : plots::kKinds) {
         pages[kind].work->start([this, kind, source](const BackgroundWork::IsStopped& isStopped) {
-            const auto content = std::make_shared<const PlotContent>(plots::make(kind, *source, isStopped));
+            const auto content = std::make_shared<const PlotContent>(plots::make(kind, source, isStopped));
             return [this, kind, content] { showContent(kind, content); };
         });
     }
@@ -156,7 +155,7 @@ void PlotPanel::showContent(plots::Kind kind, const std::shared_ptr<const PlotCo
 
 void PlotPanel::tellOfMark(int mark)
 {
-    place->setText(getPage().view->getContent().marks[static_cast<std::size_t>(mark)].text);
+    place->setText(getPage().view->describeMark(mark));
 }
 
 void PlotPanel::updateControls()

@@ -3,8 +3,10 @@
 #include "apps/desk/runs/NumberTexts.h"
 
 #include <QBuffer>
+#include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSvgGenerator>
@@ -61,6 +63,39 @@ protected:
     }
 };
 
+/// Many dots: drawn into an image, which takes a tenth of the time. In files and on paper they stay dots.
+class DotCurve : public QwtPlotCurve
+{
+protected:
+    void drawDots(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap,
+                  const QRectF& canvasRect, int from, int to) const override
+    {
+        if (painter->paintEngine()->type() != QPaintEngine::Raster) {
+            QwtPlotCurve::drawDots(painter, xMap, yMap, canvasRect, from, to);
+            return;
+        }
+        const QRect area = canvasRect.toAlignedRect();
+        QImage image(area.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        const QRgb colour = pen().color().rgb();
+        const qsizetype width = image.bytesPerLine() / qsizetype(sizeof(QRgb));
+        auto* const pixels = reinterpret_cast<QRgb*>(image.bits());
+        const QRect inside =
+            image.rect().adjusted(kDotSize / 2, kDotSize / 2, -(kDotSize / 2), -(kDotSize / 2));
+        for (int i = from; i <= to; ++i) {
+            const QPointF place = sample(i);
+            const QPoint dot =
+                QPoint(qRound(xMap.transform(place.x())), qRound(yMap.transform(place.y()))) - area.topLeft();
+            if (!inside.contains(dot))
+                continue;
+            QRgb* row = pixels + (dot.y() - kDotSize / 2) * width + dot.x() - kDotSize / 2;
+            for (int line = 0; line < kDotSize; ++line, row += width)
+                std::fill_n(row, kDotSize, colour);
+        }
+        painter->drawImage(area.topLeft(), image);
+    }
+};
+
 bool isDark(const QPalette& palette)
 {
     return palette.color(QPalette::Base).lightness() < 128;
@@ -86,8 +121,8 @@ QPalette makePaperPalette()
 
 PlotView::PlotView(QWidget* parent)
     : QwtPlot(parent)
-    , good(new QwtPlotCurve)
-    , bad(new QwtPlotCurve)
+    , good(new DotCurve)
+    , bad(new DotCurve)
     , bars(new QwtPlotHistogram)
     , pointer(new Pointer(canvas()))
 {
@@ -204,11 +239,16 @@ int PlotView::findMark(const QPoint& place) const
     return nearest;
 }
 
+QString PlotView::describeMark(int mark) const
+{
+    return content->describe(content->marks[static_cast<std::size_t>(mark)].number);
+}
+
 void PlotView::setCurrent(int mark)
 {
     current = mark;
     placePointer();
-    setAccessibleDescription(content->marks[static_cast<std::size_t>(mark)].text);
+    setAccessibleDescription(describeMark(mark));
     Q_EMIT currentChanged(mark);
 }
 

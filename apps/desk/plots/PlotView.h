@@ -24,6 +24,8 @@ public:
     const PlotContent& getContent() const { return *content; }
     /// The mark that was pointed at; -1 for none.
     int getCurrent() const { return current; }
+    /// What a mark is, in words.
+    QString describeMark(int mark) const;
     /// The nearest mark to a place of the canvas, or the bar below it; -1 if none is near.
     int findMark(const QPoint& place) const;
     /// The drawing on white paper: SVG, or PDF.
