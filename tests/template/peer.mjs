@@ -8,6 +8,9 @@ import { reserveFile } from "./pages.mjs";
 
 const folder = fileURLToPath(new URL("peer", import.meta.url));
 
+/** The id of the element that shows the first line. */
+export const firstLineId = "line-0";
+
 const states = { error: "failed", warning: "pending" };
 
 /** A line as a test: an error has failed, a warning has been left out. */
@@ -15,7 +18,7 @@ function testOf({ kind, text }, at) {
   const title = text.replace(/<[^>]*>/g, "");
   const state = states[kind] ?? "passed";
   return {
-    uuid: `line-${at}`,
+    uuid: at ? `line-${at}` : firstLineId,
     title,
     fullTitle: title,
     timedOut: false,
