@@ -136,8 +136,8 @@ void TestRuns::addLine(std::optional<double> fixedHeight)
 void TestRuns::compileOfEmptyProject()
 {
     runCompile(monitor, snapshot, LevellingClass::IV);
-    QCOMPARE(monitor.lines, QStringList(QStringLiteral(
-                                "error:В проекте нет ни одной секции, или все они отключены.")));
+    QCOMPARE(monitor.lines,
+             QStringList(QStringLiteral("error:В проекте нет ни одной секции, или все они отключены.")));
 }
 
 void TestRuns::compileWithoutLengthsTakesThreeSigma()
