@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QTest>
 #include <qwt_plot_canvas.h>
+#include <qwt_scale_draw.h>
 #include <qwt_scale_map.h>
 
 #include <algorithm>
@@ -34,6 +35,7 @@ private Q_SLOTS:
     void residualsStandByLength();
     void misclosuresStandBesideTheirLimits();
     void stationsTakeThePlaceOfLengths();
+    void countsAreWhole();
     void emptyPlotsSayWhatToDo();
     void windowShowsThePlots();
     void clickSelectsTheItem();
@@ -191,6 +193,19 @@ void TestPlots::stationsTakeThePlaceOfLengths()
     QVERIFY(loops.marks[0].isBad);
     QCOMPARE(loops.curves[0].back(), QPointF(36.0, 12.0));
     QCOMPARE(make(plots::Discrepancies, source).xTitle, QStringLiteral("Длина, км"));
+}
+
+void TestPlots::countsAreWhole()
+{
+    PlotContent content;
+    PlotView view;
+    view.setContent(std::make_shared<const PlotContent>(content));
+    QCOMPARE(view.axisScaleDraw(QwtPlot::yLeft)->label(0.5).text(), QStringLiteral("0,5"));
+    content.barWidth = 0.5;
+    view.setContent(std::make_shared<const PlotContent>(content));
+    QCOMPARE(view.axisScaleDraw(QwtPlot::yLeft)->label(0.5).text(), QString());
+    QCOMPARE(view.axisScaleDraw(QwtPlot::yLeft)->label(2.0).text(), QStringLiteral("2"));
+    QCOMPARE(view.axisScaleDraw(QwtPlot::xBottom)->label(0.5).text(), QStringLiteral("0,5"));
 }
 
 void TestPlots::emptyPlotsSayWhatToDo()

@@ -36,11 +36,19 @@ constexpr int kPointerSize = 15;
 constexpr QSize kPaperSize(240, 160);
 constexpr QSize kPaperPixels(900, 600);
 
-/// Numbers in the language of the texts.
+/// Numbers in the language of the texts; of counts the whole ones only.
 class ScaleTexts : public QwtScaleDraw
 {
 public:
-    QwtText label(double value) const override { return QwtText(numbers::shortest(value)); }
+    explicit ScaleTexts(bool countsThings) : isCount(countsThings) {}
+
+    QwtText label(double value) const override
+    {
+        return isCount && value != std::floor(value) ? QwtText() : QwtText(numbers::shortest(value));
+    }
+
+private:
+    bool isCount;
 };
 
 /// A ring in the colour of the texts.
@@ -132,8 +140,7 @@ PlotView::PlotView(QWidget* parent)
     bars->attach(this);
     good->attach(this);
     bad->attach(this);
-    for (const int axis : {yLeft, xBottom})
-        setAxisScaleDraw(axis, new ScaleTexts);
+    setAxisScaleDraw(xBottom, new ScaleTexts(false));
     // A plot would have no less room than it wants, and the window not fit on a small screen.
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusPolicy(Qt::StrongFocus);
@@ -149,6 +156,7 @@ void PlotView::setContent(const std::shared_ptr<const PlotContent>& newContent)
     setAccessibleName(content->title);
     setAxisTitle(xBottom, content->xTitle);
     setAxisTitle(yLeft, content->yTitle);
+    setAxisScaleDraw(yLeft, new ScaleTexts(content->barWidth > 0.0));
     std::vector<QPointF> goodPlaces;
     std::vector<QPointF> badPlaces;
     std::vector<QwtIntervalSample> intervals;
