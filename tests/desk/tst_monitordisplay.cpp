@@ -19,6 +19,7 @@ private Q_SLOTS:
     void shortRunShowsNothing();
     void longRunIsShownAndGoes();
     void problemsStay();
+    void keyboardStaysWithTheDesk();
     void wantedWindowStays();
 
 private:
@@ -85,6 +86,17 @@ void TestMonitorDisplay::problemsStay()
     display->beginRun();
     display->endRun(false);
     QVERIFY(!monitor->isVisible());
+}
+
+void TestMonitorDisplay::keyboardStaysWithTheDesk()
+{
+    display->beginRun();
+    display->endRun(true);
+    QVERIFY(monitor->isVisible());
+    QVERIFY(monitor->testAttribute(Qt::WA_ShowWithoutActivating));
+    monitor->close();
+    display->showWanted();
+    QVERIFY(!monitor->testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
 void TestMonitorDisplay::wantedWindowStays()

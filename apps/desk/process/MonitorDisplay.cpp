@@ -79,6 +79,8 @@ void MonitorDisplay::show()
         monitor.move(findPlace(monitor.size(), frame, desk.screen()->availableGeometry()).topLeft());
         isPlaced = true;
     }
+    // The next key is meant for the desk, unless somebody has asked for this window.
+    monitor.setAttribute(Qt::WA_ShowWithoutActivating, !isWanted);
     monitor.show();
 }
 
