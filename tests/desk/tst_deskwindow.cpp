@@ -319,6 +319,9 @@ void TestDeskWindow::failedImportLeavesSavedProject()
     QVERIFY(window->getMonitor().waitForFinished());
     QCOMPARE(window->getDocument().getProject().getFilePath(), path);
     QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*] (%1)").arg(path));
+    // However the file was named, the title tells which it is.
+    QVERIFY(window->saveFile(QDir().relativeFilePath(path)));
+    QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*] (%1)").arg(path));
     QVERIFY_EXCEPTION_THROWN(ProjectLock::take(path), qor::CFileException);
 }
 

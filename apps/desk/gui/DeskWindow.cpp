@@ -28,6 +28,7 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QDockWidget>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -329,6 +330,8 @@ void DeskWindow::showOutdated()
 
 void DeskWindow::goToProblem(bool isForward)
 {
+    // The progress window may stand above the lines.
+    raise();
     protocolDock->show();
     protocolPanel->goToProblem(isForward);
 }
@@ -403,7 +406,9 @@ void DeskWindow::updateTitle()
     const QString name = document->getProject().getName();
     const QString path = document->getProject().getFilePath();
     // The folder, too: desks with files of the same name are told apart.
-    const QString file = path.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(shortenHome(path));
+    const QString file = path.isEmpty()
+                             ? QString()
+                             : QStringLiteral(" (%1)").arg(shortenHome(QFileInfo(path).absoluteFilePath()));
     setWindowTitle(name + QStringLiteral("[*]") + file);
     setWindowFilePath(path);
     if (monitor && monitor->getRun().protocolType != 0)
