@@ -4348,6 +4348,10 @@ L in km (else the class sets it)</translation>
         <source>График «%1», как показан</source>
         <translation>Plot “%1” as it is shown</translation>
     </message>
+    <message>
+        <source>Таких пунктов в сети ещё нет, они добавляются: %1</source>
+        <translation>Points that the network does not have yet, and that are added: %1</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

@@ -438,7 +438,10 @@ void TestEditing::measurementIsAddedByTheDialog()
         field("stations")->setText(QStringLiteral("8"));
         field("to")->setText(field("from")->text());
         tryIt();
+        const auto* news = shown.findChild<QLabel*>(QStringLiteral("news"));
+        QCOMPARE(news->text(), QString());
         field("to")->setText(QStringLiteral("Новый"));
+        QCOMPARE(news->text(), QStringLiteral("Таких пунктов в сети ещё нет, они добавляются: Новый"));
         tryIt();
     });
     press(Qt::Key_Insert);

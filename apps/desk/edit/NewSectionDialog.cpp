@@ -56,6 +56,26 @@ NewSectionDialog::NewSectionDialog(const QStringList& pointNames, const QString&
     for (QLineEdit* field : {from, to})
         field->setCompleter(completer);
 
+    // A letter of another alphabet looks the same and makes another point.
+    auto* news = new QLabel(this);
+    news->setTextFormat(Qt::PlainText);
+    news->setWordWrap(true);
+    news->setObjectName(QStringLiteral("news"));
+    column->addWidget(news);
+    const auto tellOfNews = [this, news, pointNames] {
+        QStringList added;
+        for (const QLineEdit* field : {from, to}) {
+            const QString name = field->text().trimmed();
+            if (!name.isEmpty() && !pointNames.contains(name))
+                added.append(name);
+        }
+        news->setText(added.isEmpty() ? QString()
+                                      : Desk::tr("Таких пунктов в сети ещё нет, они добавляются: %1")
+                                            .arg(added.join(QStringLiteral(", "))));
+    };
+    for (const QLineEdit* field : {from, to})
+        connect(field, &QLineEdit::textChanged, news, tellOfNews);
+
     problem = new QLabel(this);
     problem->setTextFormat(Qt::PlainText);
     problem->setWordWrap(true);
