@@ -588,11 +588,13 @@ void LevelBook::appendSection(LevelLine& line, const Run& run, int from, int to,
     section.to = to;
     section.difference = run.difference;
     section.distance = run.metres / kMillimetres;
-    section.sigma = std::sqrt(settings.sigmaConstant * settings.sigmaConstant +
-                              settings.sigmaPerKilometre * settings.sigmaPerKilometre * *section.distance);
+    // As the length alone gives it: a file of the network need not have it then.
+    section.sigma = settings.sigmaPerKilometre * std::sqrt(*section.distance);
     // By its length alone the constant part would be lost.
-    if (settings.sigmaConstant > 0.0)
+    if (settings.sigmaConstant > 0.0) {
+        section.sigma = std::hypot(settings.sigmaConstant, section.sigma);
         section.stdev = section.sigma;
+    }
     section.stations = run.stations;
     section.readingDifference = run.readingDifference;
     section.line = fileLine;

@@ -125,6 +125,7 @@ private Q_SLOTS:
     void codesAndUnknownWordsAreCounted();
     void unusableTextIsTold();
     void sigmaHasAConstantPart();
+    void sigmaIsThatOfTheLength();
     void endlessLineEndsTheReading();
     void stopIsObeyed();
 };
@@ -717,6 +718,20 @@ void TestGsiLevelReader::sigmaHasAConstantPart()
     QCOMPARE(result.file.network.sections[0].sigma, std::sqrt(0.09 + 4.0 * 0.04));
     QCOMPARE(*result.file.network.sections[0].stdev, 0.5);
     QCOMPARE(result.file.network.parameters.sigmaApriori, 2.0);
+}
+
+/// To the last bit, so that a file of the network can leave it to the length.
+void TestGsiLevelReader::sigmaIsThatOfTheLength()
+{
+    for (const int sight : {2000000, 3330000, 4000000}) {
+        GsiWriter writer;
+        writer.start("1", "A", 10000000);
+        writer.reading(331, "A", 150000, sight);
+        writer.reading(332, "B", 100000, sight);
+        const Section section = read(writer.content).file.network.sections[0];
+        QVERIFY(!section.stdev);
+        QVERIFY(section.sigma == 10.0 * std::sqrt(*section.distance));
+    }
 }
 
 void TestGsiLevelReader::endlessLineEndsTheReading()
