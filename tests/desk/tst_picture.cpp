@@ -76,7 +76,10 @@ private:
 
 namespace {
 
-const auto goOn = [] { return false; };
+bool goOn()
+{
+    return false;
+}
 
 /// A line of so many points in a row.
 PlanGraph makeLine(int pointCount)
@@ -92,8 +95,9 @@ PlanGraph makeLine(int pointCount)
 PlanGraph makeGrid(int side)
 {
     PlanGraph graph;
-    graph.known.resize(static_cast<std::size_t>(side * side));
-    for (int point = 0; point < side * side; ++point) {
+    const int pointCount = side * side;
+    graph.known.resize(static_cast<std::size_t>(pointCount));
+    for (int point = 0; point < pointCount; ++point) {
         if (point % side + 1 < side)
             graph.edges.push_back({point, point + 1});
         if (point + side < side * side)
