@@ -2,11 +2,14 @@
 
 #include "apps/desk/picture/Layout.h"
 #include "apps/desk/picture/NetworkPicture.h"
+#include "apps/desk/picture/PicturePanel.h"
 #include "apps/desk/picture/PictureView.h"
 #include "bench/Clocks.h"
 #include "bench/DeskHost.h"
+#include "bench/StallWatch.h"
 #include "tests/levelling/SyntheticNetwork.h"
 
+#include <QCoreApplication>
 #include <QImage>
 
 #include <functional>
@@ -28,11 +31,11 @@ public:
 
     void run() override
     {
+        desk::picture::PlanGraph graph;
+        runStep(QStringLiteral("graph"), [&] { graph = desk::picture::PlanGraph::of(*host.document); });
         desk::picture::Layout layout;
-        runStep(QStringLiteral("layout"), [&] {
-            layout =
-                *desk::picture::layOut(desk::picture::PlanGraph::of(*host.document), [] { return false; });
-        });
+        runStep(QStringLiteral("layout"),
+                [&] { layout = *desk::picture::layOut(graph, [] { return false; }); });
         runStep(QStringLiteral("open"),
                 [&] { view.setPicture(desk::picture::NetworkPicture::make(*host.document, layout), false); });
         runStep(QStringLiteral("frame_whole"), [this] { paint(); });
@@ -45,6 +48,7 @@ public:
                 view.zoomIn();
             runStep(QString::fromLatin1(name), [this] { paint(); });
         }
+        runPanel();
     }
 
     std::vector<Stall> getStalls() const override { return stalls; }
@@ -54,6 +58,37 @@ private:
     {
         QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
         view.render(&image);
+    }
+
+    /// What the panel takes of the window's thread.
+    void runPanel()
+    {
+        runPanelStep(QStringLiteral("panel_open"), [this] {
+            panel = std::make_unique<desk::picture::PicturePanel>(*host.document);
+            panel->resize(1000, 700);
+            panel->show();
+        });
+        runPanelStep(QStringLiteral("panel_lines"), [this] { Q_EMIT host.document->summaryChanged(); });
+        panel.reset();
+        runPanelStep(QStringLiteral("panel_leave"), [this] {
+            panel = std::make_unique<desk::picture::PicturePanel>(*host.document);
+            panel->show();
+            // Places begin to be sought.
+            for (int turn = 0; turn < 10; ++turn)
+                QCoreApplication::processEvents();
+            panel.reset();
+        });
+    }
+
+    /// A step is what the user does, and all that follows of it until the panel shows the result.
+    void runPanelStep(const QString& name, const std::function<void()>& step)
+    {
+        stallWatch.start();
+        step();
+        while (panel && panel->isWorking())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::processEvents();
+        stalls.push_back(stallWatch.stop(name));
     }
 
     void runStep(const QString& name, const std::function<void()>& step)
@@ -66,6 +101,8 @@ private:
 
     DeskHost host;
     desk::picture::PictureView view;
+    std::unique_ptr<desk::picture::PicturePanel> panel;
+    StallWatch stallWatch;
     std::vector<Stall> stalls;
 };
 

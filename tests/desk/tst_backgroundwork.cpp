@@ -24,6 +24,7 @@ private Q_SLOTS:
     void stoppedWorkIsNotTaken();
     void finishedWorkCanBeStopped();
     void destructorStopsTheWork();
+    void destructorDoesNotWait();
     void ownerMayGoWhenItTakes();
     void whatNobodyWantsIsFreedBeside();
     void failureIsThrownWhereItIsTaken();
@@ -185,10 +186,32 @@ void TestBackgroundWork::destructorStopsTheWork()
         return [] {};
     });
     work.reset();
-    QCOMPARE(endless.ended.available(), 1);
+    endless.ended.acquire();
     QCoreApplication::processEvents();
     QVERIFY(!endless.isTaken);
     QVERIFY(!isMade);
+}
+
+void TestBackgroundWork::destructorDoesNotWait()
+{
+    // Each of these ends only after its owner has gone.
+    QSemaphore begun;
+    QSemaphore goOn;
+    QSemaphore ended;
+    constexpr int count = 5;
+    for (int number = 0; number < count; ++number) {
+        BackgroundWork work;
+        work.start([&](const IsStopped& isStopped) {
+            begun.release();
+            goOn.acquire();
+            ended.release(isStopped() ? 1 : 0);
+            return [] { QFAIL("taken by nobody"); };
+        });
+        begun.acquire();
+    }
+    goOn.release(count);
+    ended.acquire(count);
+    QCoreApplication::processEvents();
 }
 
 void TestBackgroundWork::ownerMayGoWhenItTakes()

@@ -3,6 +3,7 @@
 #include "apps/desk/document/Document.h"
 #include "levelling/DisjointSets.h"
 
+#include <QHash>
 #include <QLineF>
 #include <QRectF>
 
@@ -289,29 +290,7 @@ int countKnown(const Part& part, const PlanGraph& graph)
     }));
 }
 
-} // namespace
-
-PlanGraph PlanGraph::of(const Document& document)
-{
-    PlanGraph graph;
-    const std::vector<LevellingPoint*> points = document.getPoints();
-    graph.known.reserve(points.size());
-    for (const LevellingPoint* point : points) {
-        const tacheometry::Position position = point->getPosition();
-        // North is up.
-        graph.known.push_back(position.hasPlan() ? std::optional<QPointF>(QPointF(*position.y, -*position.x))
-                                                 : std::nullopt);
-    }
-    const std::vector<LevellingSection*> sections = document.getSections();
-    graph.edges.reserve(sections.size());
-    for (const LevellingSection* item : sections) {
-        const levelling::Section& section = item->getSection();
-        graph.edges.push_back({std::min(section.from, section.to), std::max(section.from, section.to)});
-    }
-    return graph;
-}
-
-std::optional<Layout> layOut(PlanGraph graph, const std::function<bool()>& isStopped)
+std::optional<Layout> findPlaces(PlanGraph graph, const std::function<bool()>& isStopped)
 {
     Layout layout;
     std::size_t knownCount = 0;
@@ -353,6 +332,73 @@ std::optional<Layout> layOut(PlanGraph graph, const std::function<bool()>& isSto
             fixed.push_back(layout.places[toIndex(point)]);
     }
     shelf.place(fixed.empty() ? QRectF() : findBox(fixed), layout.places);
+    return layout;
+}
+
+/// Lane of the edge that comes as number `count` between two points: 0, 1, -1, 2, -2 …
+int getLane(int count)
+{
+    return count % 2 == 1 ? (count + 1) / 2 : -count / 2;
+}
+
+std::vector<int> findLanes(const std::vector<Edge>& edges)
+{
+    constexpr int half = 32;
+    QHash<quint64, int> countOfPair;
+    countOfPair.reserve(static_cast<int>(edges.size()));
+    std::vector<int> lanes;
+    lanes.reserve(edges.size());
+    for (const Edge& edge : edges)
+        lanes.push_back(
+            getLane(countOfPair[static_cast<quint64>(edge.from) << half | static_cast<quint64>(edge.to)]++));
+    return lanes;
+}
+
+double findSpacing(const std::vector<QPointF>& places, const std::vector<Edge>& edges)
+{
+    if (!edges.empty()) {
+        std::vector<double> lengths;
+        lengths.reserve(edges.size());
+        for (const Edge& edge : edges)
+            lengths.push_back(QLineF(places[toIndex(edge.from)], places[toIndex(edge.to)]).length());
+        return findMedian(std::move(lengths));
+    }
+    if (places.empty())
+        return 1.0;
+    const QRectF box = findBox(places);
+    const double extent = std::max(box.width(), box.height());
+    return (extent > 0.0 ? extent : 1.0) / std::sqrt(static_cast<double>(places.size()));
+}
+
+} // namespace
+
+PlanGraph PlanGraph::of(const Document& document)
+{
+    PlanGraph graph;
+    const std::vector<LevellingPoint*> points = document.getPoints();
+    graph.known.reserve(points.size());
+    for (const LevellingPoint* point : points) {
+        const tacheometry::Position position = point->getPosition();
+        // North is up.
+        graph.known.push_back(position.hasPlan() ? std::optional<QPointF>(QPointF(*position.y, -*position.x))
+                                                 : std::nullopt);
+    }
+    const std::vector<LevellingSection*> sections = document.getSections();
+    graph.edges.reserve(sections.size());
+    for (const LevellingSection* item : sections) {
+        const levelling::Section& section = item->getSection();
+        graph.edges.push_back({std::min(section.from, section.to), std::max(section.from, section.to)});
+    }
+    return graph;
+}
+
+std::optional<Layout> layOut(const PlanGraph& graph, const std::function<bool()>& isStopped)
+{
+    std::optional<Layout> layout = findPlaces(graph, isStopped);
+    if (layout) {
+        layout->lanes = findLanes(graph.edges);
+        layout->spacing = findSpacing(layout->places, graph.edges);
+    }
     return layout;
 }
 

@@ -40,6 +40,10 @@ struct Layout
     /// By point; x runs to the right and y down.
     std::vector<QPointF> places;
     PlaceSource source = PlaceSource::Coordinates;
+    /// By edge of the graph: of several between the same points each has a lane of its own, 0, then 1, -1, 2,
+    /// -2 …
+    std::vector<int> lanes;
+    double spacing = 1.0; ///< between neighbours, as the median of the edges has it
 };
 
 /// Finds places for all points. Points with coordinates keep them. A part of the network that has two such
@@ -48,7 +52,7 @@ struct Layout
 ///
 /// @param isStopped  asked now and then, in the thread that calls
 /// @return nothing when it was stopped
-std::optional<Layout> layOut(PlanGraph graph, const std::function<bool()>& isStopped);
+std::optional<Layout> layOut(const PlanGraph& graph, const std::function<bool()>& isStopped);
 
 } // namespace picture
 

@@ -3,11 +3,9 @@
 #include "apps/desk/document/Document.h"
 
 #include <QHash>
-#include <QLineF>
 #include <QRectF>
 
 #include <algorithm>
-#include <cmath>
 
 namespace orvel::desk::picture {
 
@@ -28,37 +26,6 @@ PointKind findKind(const levelling::Point& point)
     return point.observed ? PointKind::Observed : PointKind::Sought;
 }
 
-/// The two points of a section, in whichever order it has them, as one number.
-quint64 toPair(const levelling::Section& section)
-{
-    constexpr int half = 32;
-    const auto [least, largest] = std::minmax(section.from, section.to);
-    return static_cast<quint64>(least) << half | static_cast<quint64>(largest);
-}
-
-/// Lane of the section that comes as number `count` between two points: 0, 1, -1, 2, -2 …
-int getLane(int count)
-{
-    return count % 2 == 1 ? (count + 1) / 2 : -count / 2;
-}
-
-double findSpacing(const NetworkPicture& picture)
-{
-    std::vector<double> lengths;
-    for (const PictureSection& section : picture.sections)
-        lengths.push_back(QLineF(picture.points[static_cast<std::size_t>(section.from)].place,
-                                 picture.points[static_cast<std::size_t>(section.to)].place)
-                              .length());
-    if (lengths.empty()) {
-        const QRectF box = picture.getBox();
-        const double count = static_cast<double>(std::max<std::size_t>(picture.points.size(), 1));
-        return std::max(box.width(), box.height()) / std::sqrt(count);
-    }
-    const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
-    std::nth_element(lengths.begin(), middle, lengths.end());
-    return *middle;
-}
-
 template<typename Item>
 int findItem(const std::vector<Item>& items, LONGID id)
 {
@@ -75,21 +42,21 @@ NetworkPicture NetworkPicture::make(const Document& document, const Layout& layo
     picture.title = document.getProject().getName();
     picture.source = layout.source;
     const ProtocolSummary& summary = document.getSummary();
-    std::size_t number = 0;
-    for (const LevellingPoint* item : document.getPoints())
+    const std::vector<LevellingPoint*> pointItems = document.getPoints();
+    picture.points.reserve(pointItems.size());
+    for (const LevellingPoint* item : pointItems)
         picture.points.push_back({item->getId(), item->getPoint().id, findKind(item->getPoint()),
-                                  findSeverity(summary, item->getId()), layout.places[number++],
+                                  findSeverity(summary, item->getId()), layout.places[picture.points.size()],
                                   layout.source != PlaceSource::Mixed || item->getPosition().hasPlan()});
-    QHash<quint64, int> countOfPair;
-    countOfPair.reserve(static_cast<int>(document.getSections().size()));
-    for (const LevellingSection* item : document.getSections()) {
+    const std::vector<LevellingSection*> sectionItems = document.getSections();
+    picture.sections.reserve(sectionItems.size());
+    for (const LevellingSection* item : sectionItems) {
         const levelling::Section& section = item->getSection();
-        const quint64 pair = toPair(section);
         picture.sections.push_back({item->getId(), section.from, section.to,
-                                    findSeverity(summary, item->getId()), getLane(countOfPair[pair]++),
-                                    item->isOff()});
+                                    findSeverity(summary, item->getId()),
+                                    layout.lanes[picture.sections.size()], item->isOff()});
     }
-    picture.spacing = findSpacing(picture);
+    picture.spacing = layout.spacing;
     return picture;
 }
 

@@ -48,12 +48,6 @@ PicturePanel::PicturePanel(const Document& projectDocument, QWidget* parent)
     connect(followTimer, &QTimer::timeout, this, &PicturePanel::follow);
 }
 
-PicturePanel::~PicturePanel()
-{
-    layoutWork.stop();
-    loopWork.stop();
-}
-
 void PicturePanel::createControls(QToolBar& bar)
 {
     const auto add = [&bar](const QString& text, const QString& explanation) {

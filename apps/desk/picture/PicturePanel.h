@@ -32,9 +32,6 @@ class PicturePanel : public QWidget
 public:
     /// The document outlives the panel.
     explicit PicturePanel(const Document& projectDocument, QWidget* parent = nullptr);
-    /// Has the other threads stop, if they are at work, and waits for that.
-    ~PicturePanel() override;
-
     PictureView& getView() { return *view; }
     /// Marks the item that is chosen elsewhere.
     void setCurrentItem(LONGID id);

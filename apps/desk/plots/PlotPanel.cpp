@@ -54,12 +54,6 @@ PlotPanel::PlotPanel(const Document& projectDocument, QWidget* parent)
     updateControls();
 }
 
-PlotPanel::~PlotPanel()
-{
-    for (const Page& page : pages)
-        page.work->stop();
-}
-
 bool PlotPanel::isWorking() const
 {
     return std::any_of(plots::kKinds.begin(), plots::kKinds.end(),

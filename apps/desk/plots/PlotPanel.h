@@ -30,9 +30,6 @@ class PlotPanel : public QWidget
 public:
     /// The document outlives the panel.
     explicit PlotPanel(const Document& projectDocument, QWidget* parent = nullptr);
-    /// Has the other threads stop, if they are at work, and waits for that.
-    ~PlotPanel() override;
-
     /// Whether what is shown is not yet what the project has.
     bool isWorking() const;
     bool isWorking(plots::Kind kind) const;

@@ -2,16 +2,17 @@
 
 #include <QObject>
 
-#include <atomic>
 #include <functional>
 #include <future>
+#include <memory>
 
 namespace orvel::desk {
 
 /// Makes something in another thread, and has it taken in the thread of this object, by its event loop.
 ///
 /// There is one piece of work at a time, and the newest counts: the one before it is told to stop, what it
-/// made is never taken, and the new one begins when it has ended. Nobody waits for that but the destructor.
+/// made is never taken, and the new one begins when it has ended. Nobody waits for that, not even the
+/// destructor: what is still at work then is waited for when the application ends.
 class BackgroundWork : public QObject
 {
     Q_OBJECT
@@ -21,12 +22,12 @@ public:
     using IsStopped = std::function<bool()>;
     /// Takes what was made.
     using Take = std::function<void()>;
-    /// Performed in the other thread: touches nothing that another thread changes meanwhile. What it throws
-    /// is thrown where it would be taken.
+    /// Performed in the other thread: touches nothing that another thread changes or destroys meanwhile. What
+    /// it throws is thrown where it would be taken.
     using Make = std::function<Take(const IsStopped& isStopped)>;
 
     explicit BackgroundWork(QObject* parent = nullptr) : QObject(parent) {}
-    /// Has the work stop, and waits until it does. Nothing is taken any more.
+    /// Has the work stop. Nothing is taken any more.
     ~BackgroundWork() override;
 
     void start(Make make);
@@ -36,12 +37,14 @@ public:
     bool isWorking() const { return isWanted; }
 
 private:
+    struct Job;
+
     void begin();
     void finish();
 
     bool isWanted = false;
     Make next; ///< waits until the present one has ended
-    std::atomic<bool> isStopped{false};
+    std::shared_ptr<Job> job;
     std::future<Take> present;
 };
 
