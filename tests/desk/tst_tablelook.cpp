@@ -248,7 +248,7 @@ void TestTableLook::textsAreReadableOnEveryPalette()
 {
     QFETCH(QPalette, palette);
     QFETCH(bool, isTinted);
-    const QColor base = palette.color(QPalette::Base);
+    const QColor& base = palette.color(QPalette::Base);
     QVERIFY(itemlook::getContrast(base, palette.color(QPalette::Text)) >= 4.5);
     for (const auto kind : {COVMessage::Error, COVMessage::Warning}) {
         const QColor background = itemlook::getBackground(kind, palette);
