@@ -90,7 +90,7 @@ QString TestReportPaper::ask(const QString& program, const QStringList& argument
     writeFile(file, pdf);
     QProcess process;
     process.start(program, arguments + QStringList{file, target});
-    process.waitForFinished();
+    process.waitForFinished(-1); // a busy machine takes long over hundreds of sheets
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
