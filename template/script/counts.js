@@ -73,8 +73,9 @@ export function countShown({ branches, singles, shared }) {
 /** How many records of each kind stand below each branch; in the model how many there are, and in how many places. */
 export function countTotals(model) {
   const { branches, records } = model;
-  model.singles = records.filter(({ repeats }) => !repeats.length);
-  model.shared = records.filter(({ repeats }) => repeats.length);
+  model.singles = [];
+  model.shared = [];
+  for (const record of records) (record.repeats.length ? model.shared : model.singles).push(record);
   countShown(model);
   for (const node of branches) {
     const { count: total, errors: error, warnings: warning, messages: message } = node;

@@ -58,7 +58,7 @@ export class Item {
 
   /** Makes it a line. */
   setLine(style, markup) {
-    const known = kinds.find((kind) => kind === style);
+    const known = kinds[kinds.indexOf(style)];
     this.isLine = true;
     // The text that was cut out of the content goes, which a long page has many of.
     this.style = known ?? style;

@@ -31,6 +31,8 @@ const startLimit = 20000;
 // A page of 100,000 lines takes a busy machine some seconds.
 const actLimit = 30000;
 const addressLimit = 5000;
+// To lay out 100,000 rows in one list takes Firefox on a busy machine a minute, in which it answers nothing.
+const spreadLimit = 600000;
 
 /** For tests of what the driver of Firefox does not see. */
 export const chromiumOnly = browserName === "chromium" ? {} : { skip: "seen in Chromium only" };
@@ -117,5 +119,6 @@ export const settle = (page) =>
 /** Has a long page leave all its rows to the browser's own search, as when that is opened from the browser's menu. */
 export async function leaveToSearch(page) {
   await page.evaluate(() => window.dispatchEvent(new Event("blur")));
-  await page.waitForFunction(() => document.querySelector("main").dataset.long === "find");
+  const isSpread = () => document.querySelector("main").dataset.long === "find";
+  await page.waitForFunction(isSpread, null, { timeout: spreadLimit });
 }
