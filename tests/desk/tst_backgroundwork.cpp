@@ -145,7 +145,8 @@ void TestBackgroundWork::stoppedWorkIsNotTaken()
     work.stop();
     QVERIFY(!work.isWorking());
     endless.ended.acquire();
-    QCoreApplication::processEvents();
+    // The thread tells its end a little later.
+    QTest::qWait(50);
     QVERIFY(!endless.isTaken);
     // The next one is not disturbed by it.
     bool isTaken = false;
