@@ -4352,6 +4352,10 @@ L in km (else the class sets it)</translation>
         <source>Таких пунктов в сети ещё нет, они добавляются: %1</source>
         <translation>Points that the network does not have yet, and that are added: %1</translation>
     </message>
+    <message>
+        <source>Пунктов: %1, секций: %2 (отключено: %3), показано: %4</source>
+        <translation>Points: %1, sections: %2 (off: %3), shown: %4</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

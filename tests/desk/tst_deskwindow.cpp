@@ -2,6 +2,7 @@
 #include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/document/ProjectLock.h"
 #include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/HelpDialog.h"
@@ -26,6 +27,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTextBrowser>
+#include <QUndoStack>
 #include <QUrlQuery>
 
 using namespace orvel::desk;
@@ -89,6 +91,7 @@ private Q_SLOTS:
     void reportNeedsResults();
     void classChangesTolerance();
     void countsOutliveOtherWords();
+    void anotherRowLeavesTheCommandsAlone();
     void helpTellsOfEveryRun();
     void everythingHasAccessibleName();
     void progressWindowLeavesTheTableFree();
@@ -843,6 +846,26 @@ void TestDeskWindow::countsOutliveOtherWords()
     QCOMPARE(findStatus(), QString());
     window->statusBar()->clearMessage();
     QCOMPARE(findStatus(), counts);
+    Document& document = window->getDocument();
+    document.applyChange(QString(),
+                         networkchange::switchOff(document, {document.getSections()[0]->getId()}, QString()));
+    QCOMPARE(findStatus(), QStringLiteral("Пунктов: 5, секций: 7 (отключено: 1), показано: 12"));
+    document.getUndoStack().undo();
+    QCOMPARE(findStatus(), counts);
+}
+
+void TestDeskWindow::anotherRowLeavesTheCommandsAlone()
+{
+    ItemTable& table = window->getTable();
+    table.selectRow(0);
+    const auto findStatus = [this] { return window->statusBar()->findChildren<QLabel*>().first(); };
+    findStatus()->setText(QStringLiteral("as it was"));
+    table.selectRow(1);
+    QCOMPARE(findStatus()->text(), QStringLiteral("as it was"));
+    // There is no row any more that they could be about.
+    table.clearSelection();
+    QVERIFY(findStatus()->text() != QStringLiteral("as it was"));
+    QVERIFY(!isActionEnabled(*window, QStringLiteral("Удалить измерения")));
 }
 
 void TestDeskWindow::helpTellsOfEveryRun()

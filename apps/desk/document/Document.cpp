@@ -301,18 +301,34 @@ bool Document::isEmpty() const
     return model.getTopLevelItems().empty();
 }
 
+std::size_t Document::countOff() const
+{
+    if (!offCount) {
+        const auto& items = sectionManager->getItems();
+        offCount = static_cast<std::size_t>(std::count_if(items.begin(), items.end(), [](const auto& item) {
+            return static_cast<const LevellingSection&>(*item).isOff();
+        }));
+    }
+    return *offCount;
+}
+
 bool Document::hasResults() const
 {
-    const std::vector<LevellingPoint*> points = getPoints();
-    return std::any_of(points.begin(), points.end(),
-                       [](const LevellingPoint* point) { return point->getResult().has_value(); });
+    if (!anyResults) {
+        const auto& items = model.getTopLevelItems();
+        anyResults = std::any_of(items.begin(), items.end(), [](const auto& item) {
+            return static_cast<const LevellingPoint&>(*item).getResult().has_value();
+        });
+    }
+    return *anyResults;
 }
 
 bool Document::hasCoordinates() const
 {
-    const std::vector<LevellingPoint*> points = getPoints();
-    return std::any_of(points.begin(), points.end(),
-                       [](const LevellingPoint* point) { return point->getPosition().hasPlan(); });
+    const auto& items = model.getTopLevelItems();
+    return std::any_of(items.begin(), items.end(), [](const auto& item) {
+        return static_cast<const LevellingPoint&>(*item).getPosition().hasPlan();
+    });
 }
 
 void Document::setNetwork(const levelling::Network& network)
@@ -357,6 +373,8 @@ void Document::putItems(NetworkItems& items)
     fieldBook.swap(items.fieldBook);
     wholeSnapshot.swap(items.snapshot);
     snapshot.reset();
+    offCount.reset();
+    anyResults.reset();
     deletedSections.swap(items.deletedSections);
     std::swap(nextId, items.nextId);
     Q_EMIT networkReplaced();
@@ -531,6 +549,7 @@ void Document::setAdjustment(const levelling::Adjustment& adjustment)
         section->setResult(result);
         index += section->isOff() ? 0U : 1U;
     }
+    anyResults.reset();
     states.results = states.current.network;
     Q_EMIT resultsChanged();
     setModified(true);

@@ -101,6 +101,10 @@ public:
     SurveyRules getSurveyRules() const { return {levellingClass, toleranceRules}; }
     std::vector<LevellingPoint*> getPoints() const;
     std::vector<LevellingSection*> getSections() const;
+    std::size_t countPoints() const { return model.getTopLevelItems().size(); }
+    std::size_t countSections() const { return sectionManager->getItems().size(); }
+    /// How many sections are switched off.
+    std::size_t countOff() const;
     /// The point, or the section, of that id; null if there is none.
     const LevellingPoint* findPoint(LONGID id) const;
     const LevellingSection* findSection(LONGID id) const;
@@ -235,9 +239,11 @@ private:
     tervo::CItemManager* sectionManager; // owned by the model
     levelling::Network head;             ///< what the network has besides points and sections
     std::shared_ptr<const tacheometry::FieldBook> fieldBook;
-    // Of the items; null until somebody asks after a change.
+    // Of the items; none until somebody asks after a change.
     mutable std::shared_ptr<const NetworkSnapshot> snapshot;
     mutable std::shared_ptr<const NetworkSnapshot> wholeSnapshot;
+    mutable std::optional<std::size_t> offCount;
+    mutable std::optional<bool> anyResults;
     std::vector<DeletedSection> deletedSections;
     QUndoStack* undoStack;
     bool editsRefused = false;

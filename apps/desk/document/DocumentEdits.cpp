@@ -175,6 +175,7 @@ void Document::performChange(const NetworkChange& change, bool isForward)
 {
     snapshot.reset();
     wholeSnapshot.reset();
+    offCount.reset();
     if (change.movesRows())
         moveRows(change, isForward);
     else
@@ -235,10 +236,8 @@ std::shared_ptr<const NetworkSnapshot> Document::shareSnapshot() const
 {
     if (snapshot)
         return snapshot;
-    const std::vector<LevellingSection*> sections = getSections();
-    const bool isAnyOff = std::any_of(sections.begin(), sections.end(),
-                                      [](const LevellingSection* section) { return section->isOff(); });
-    snapshot = isAnyOff ? std::make_shared<const NetworkSnapshot>(makeSnapshot(false)) : shareWholeSnapshot();
+    snapshot =
+        countOff() > 0 ? std::make_shared<const NetworkSnapshot>(makeSnapshot(false)) : shareWholeSnapshot();
     return snapshot;
 }
 

@@ -420,13 +420,27 @@ void DeskWindow::updateActions()
 {
     const bool isIdle = !isRunWorking();
     const QUndoStack& stack = document->getUndoStack();
-    actions->update({!isIdle, !document->isEmpty(), document->hasResults(), table->getCurrentItem() != 0,
-                     table->selectionModel()->hasSelection(), stack.undoText(), stack.redoText(),
-                     document->getOutdatedTypes()});
+    situation = {!isIdle,
+                 !document->isEmpty(),
+                 document->hasResults(),
+                 table->getCurrentItem() != 0,
+                 table->selectionModel()->hasSelection(),
+                 stack.undoText(),
+                 stack.redoText(),
+                 document->getOutdatedTypes()};
+    actions->update(situation);
     outdatedBar->setRunPossible(isIdle);
     protocols->setEnabled(isIdle);
     table->setProtocolsAvailable(isIdle);
     updateStatus();
+}
+
+/// Rows are chosen all the time; of that the actions want to know only whether any are.
+void DeskWindow::followSelection()
+{
+    if (situation.hasCurrentItem != (table->getCurrentItem() != 0) ||
+        situation.hasSelection != table->selectionModel()->hasSelection())
+        updateActions();
 }
 
 void DeskWindow::updateStatus()
@@ -442,10 +456,13 @@ void DeskWindow::updateStatus()
         status->setText(Desk::tr("Строки таблицы отбираются и сортируются…"));
         return;
     }
-    status->setText(Desk::tr("Пунктов: %1, секций: %2, показано: %3")
-                        .arg(QString::number(document->getPoints().size()),
-                             QString::number(document->getSections().size()),
-                             QString::number(table->model()->rowCount())));
+    const QString points = QString::number(document->countPoints());
+    const QString sections = QString::number(document->countSections());
+    const QString shown = QString::number(table->model()->rowCount());
+    const std::size_t off = document->countOff();
+    status->setText(off == 0 ? Desk::tr("Пунктов: %1, секций: %2, показано: %3").arg(points, sections, shown)
+                             : Desk::tr("Пунктов: %1, секций: %2 (отключено: %3), показано: %4")
+                                   .arg(points, sections, QString::number(off), shown));
 }
 
 } // namespace orvel::desk

@@ -120,6 +120,7 @@ private:
     bool mayLoseChanges();
     void updateTitle();
     void updateActions();
+    void followSelection();
     void updateStatus();
 
     Document* document; // a child of the window
@@ -135,6 +136,7 @@ private:
     FileDrops* drops;
     DeskPages* pages;
     DeskActions* actions;
+    DeskActions::Situation situation; ///< that the actions know of
     MessageBar* messageBar = nullptr;
     ItemFilterBar* filterBar = nullptr;
     ItemTable* table = nullptr;

@@ -41,8 +41,8 @@ QWidget* DeskWindow::createCentralWidget()
     connect(table, &ItemTable::editRefused, messageBar, &MessageBar::showMessage);
     connect(outdatedBar, &OutdatedBar::runRequested, this, &DeskWindow::runAgain);
     connect(table, &ItemTable::rowsChanged, this, &DeskWindow::updateActions);
-    connect(table, &ItemTable::selectedItemsChanged, this, &DeskWindow::updateActions);
-    connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::updateActions);
+    connect(table, &ItemTable::selectedItemsChanged, this, &DeskWindow::followSelection);
+    connect(table, &ItemTable::currentItemChanged, this, &DeskWindow::followSelection);
     connect(table, &ItemTable::copied, this, [this](int rowCount) {
         statusBar()->showMessage(Desk::tr("Скопировано строк: %1").arg(QString::number(rowCount)), 5000);
     });
