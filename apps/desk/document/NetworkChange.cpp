@@ -35,10 +35,23 @@ void addHandEdit(NetworkChange& change, const LevellingSection& item, const Sect
         {item.getId(), {item.getSection(), item.getHand()}, {item.getSection(), share(hand)}});
 }
 
+/// Each once: an item has one state before a change.
+std::vector<LONGID> withoutRepeated(const std::vector<LONGID>& ids)
+{
+    QSet<LONGID> known;
+    std::vector<LONGID> distinct;
+    for (const LONGID id : ids) {
+        if (!known.contains(id))
+            distinct.push_back(id);
+        known.insert(id);
+    }
+    return distinct;
+}
+
 std::vector<const LevellingSection*> findSections(const Document& document, const std::vector<LONGID>& ids)
 {
     std::vector<const LevellingSection*> sections;
-    for (const LONGID id : ids) {
+    for (const LONGID id : withoutRepeated(ids)) {
         if (const LevellingSection* section = document.findSection(id))
             sections.push_back(section);
     }
@@ -128,7 +141,7 @@ NetworkChange changePoints(const Document& document, const std::vector<LONGID>& 
                            const std::function<void(levelling::Point&)>& changePoint)
 {
     NetworkChange change;
-    for (const LONGID id : ids) {
+    for (const LONGID id : withoutRepeated(ids)) {
         const LevellingPoint* item = document.findPoint(id);
         if (!item)
             continue;
