@@ -4,10 +4,10 @@
 #include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/DeskTypes.h"
-#include "apps/desk/document/DocumentCommand.h"
 #include "apps/desk/document/FieldBookArchive.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/document/StateDigest.h"
 #include "apps/desk/reports/DeskReports.h"
 #include "host/app/PluginManager.h"
 #include "host/enums/EnumData.h"
@@ -16,6 +16,7 @@
 
 #include <QScopedValueRollback>
 #include <QSet>
+#include <QUndoCommand>
 #include <QUndoStack>
 
 #include <algorithm>
@@ -80,16 +81,23 @@ bool isUsable(const levelling::Section& section)
     return section.from != section.to && isMeasurementUsable(section);
 }
 
-/// Whether no state has a number that is still to be given.
-bool areStatesUsable(const DocumentStates& states)
+/// The states of a file as they are told now. Whatever program has numbered them: what belonged to the
+/// present state there still does.
+DocumentStates renumber(DocumentStates states, const DocumentState& present)
 {
-    const auto isGiven = [&states](qint64 number) { return number >= 0 && number <= states.latest; };
-    const auto isStateGiven = [&](const DocumentState& state) {
-        return isGiven(state.network) && isGiven(state.settings) && isGiven(state.tests);
+    const DocumentState known = states.current;
+    const auto replace = [](quint64& number, quint64 before, quint64 now) {
+        if (number == before)
+            number = now;
     };
-    return isStateGiven(states.current) && isGiven(states.results) &&
-           std::all_of(states.protocols.begin(), states.protocols.end(),
-                       [&](const auto& protocol) { return isStateGiven(protocol.second); });
+    replace(states.results, known.network, present.network);
+    for (auto& protocol : states.protocols) {
+        replace(protocol.second.network, known.network, present.network);
+        replace(protocol.second.settings, known.settings, present.settings);
+        replace(protocol.second.tests, known.tests, present.tests);
+    }
+    states.current = present;
+    return states;
 }
 
 /// The types whose protocols are about a network, and not about where it comes from.
@@ -148,7 +156,7 @@ bool isConsistent(const Document::Content& content)
     const auto isDeletedUsable = [&](const DeletedSection& deleted) {
         return deleted.id >= kFirstId && deleted.id < content.nextId && isMeasurementUsable(deleted.section);
     };
-    return areObservedHeightsUsable(content) && areStatesUsable(content.states) &&
+    return areObservedHeightsUsable(content) &&
            std::all_of(content.deletedSections.begin(), content.deletedSections.end(), isDeletedUsable) &&
            fieldbookarchive::isUsable(*content.fieldBook, sourceCount) &&
            std::all_of(content.points.begin(), content.points.end(),
@@ -185,6 +193,7 @@ Document::Document(const PluginManager& plugins, const QString& projectName, QOb
     model.addSystemItem(new reports::ReportsGeneratorItem, ItemTypeInfo::NotDeletable);
     model.setItemMentionedQuery([this](LONGID id) { return getProtocol().IsMessages(id); });
     deskreports::registerReports(*this);
+    takeRules(getSurveyRules());
 }
 
 Document::~Document()
@@ -219,30 +228,34 @@ bool Document::isFileChanged() const
 }
 
 /// Another class of the levelling, or other tolerances.
-class RulesCommand : public DocumentCommand
+class RulesCommand : public QUndoCommand
 {
 public:
     RulesCommand(Document& openDocument, const QString& text, const SurveyRules& newRules)
-        : DocumentCommand(openDocument,
-                          openDocument.toleranceRules.hasTestsOf(newRules.tolerances) ? Scope::Settings
-                                                                                      : Scope::Tests,
-                          text)
-        , rulesBefore(openDocument.getSurveyRules())
-        , rulesAfter(newRules)
+        : QUndoCommand(text)
+        , document(openDocument)
+        , before(openDocument.getSurveyRules())
+        , after(newRules)
     {}
 
-private:
-    void apply(bool isForward) override
-    {
-        const SurveyRules& rules = isForward ? rulesAfter : rulesBefore;
-        getDocument().levellingClass = rules.levellingClass;
-        getDocument().toleranceRules = rules.tolerances;
-        Q_EMIT getDocument().surveyRulesChanged();
-    }
+    void redo() override { document.takeRules(after); }
+    void undo() override { document.takeRules(before); }
 
-    const SurveyRules rulesBefore;
-    const SurveyRules rulesAfter;
+private:
+    Document& document;
+    const SurveyRules before;
+    const SurveyRules after;
 };
+
+void Document::takeRules(const SurveyRules& rules)
+{
+    levellingClass = rules.levellingClass;
+    toleranceRules = rules.tolerances;
+    states.current.settings = statedigest::of(rules);
+    states.current.tests = statedigest::ofTests(rules.tolerances);
+    Q_EMIT surveyRulesChanged();
+    tellOutdated();
+}
 
 void Document::setLevellingClass(LevellingClass newClass)
 {
@@ -351,9 +364,6 @@ void Document::takeNetwork(NetworkItems& items, std::optional<int> otherImport)
 
 void Document::exchangeItems(NetworkItems& items)
 {
-    const qint64 stateBefore = states.current.network;
-    states.current.network = items.state ? *items.state : takeStateNumber();
-    items.state = stateBefore;
     putItems(items);
     setModified(true);
     tellOutdated();
@@ -363,6 +373,7 @@ void Document::exchangeItems(NetworkItems& items)
 void Document::putItems(NetworkItems& items)
 {
     Q_EMIT networkAboutToBeReplaced();
+    std::swap(states.current.network, items.state);
     if (items.points)
         model.exchangeItems(items.points);
     tervo::CItemManager* oldSections = std::exchange(sectionManager, items.sections.get());
@@ -393,13 +404,12 @@ bool Document::setContent(Content content)
         NetworkItems::make(std::move(network), std::move(content.points), std::move(content.sections),
                            content.nextId, std::move(content.fieldBook));
     items.deletedSections = std::move(content.deletedSections);
-    levellingClass = content.levellingClass;
-    toleranceRules = content.toleranceRules;
-    states = std::move(content.states);
-    items.state = states.current.network;
+    const SurveyRules rules(content.levellingClass, content.toleranceRules);
+    states = renumber(std::move(content.states),
+                      {items.state, statedigest::of(rules), statedigest::ofTests(rules.tolerances)});
     exchangeItems(items);
     undoStack->clear();
-    Q_EMIT surveyRulesChanged();
+    takeRules(rules);
     return true;
 }
 
@@ -468,6 +478,9 @@ ProtocolKeeper::Outcome Document::checkProtocol(std::optional<int> finishedRun)
 void Document::setSummary(ProtocolSummary newSummary)
 {
     replacedSummary = std::exchange(summary, std::move(newSummary));
+    // Of older files nobody knows what their runs have computed with.
+    for (const auto& type : summary.types)
+        states.protocols.emplace(type.first, states.current);
     Q_EMIT summaryChanged();
     tellOutdated();
 }

@@ -160,8 +160,6 @@ public:
     LONGID takeId() { return nextId++; }
 
     const DocumentState& getState() const { return states.current; }
-    /// A number for a new state.
-    qint64 takeStateNumber() { return ++states.latest; }
     /// There are results, and the network is another one than that which they belong to.
     bool areResultsOutdated() const;
     /// There are lines of that type, and its run would compute with something else now.
@@ -219,12 +217,11 @@ Q_SIGNALS:
 
 private:
     friend class RulesCommand;
-    friend class DocumentCommand;
     friend class NetworkCommand;
 
     void setSummary(ProtocolSummary newSummary);
     void tellModified();
-    void setState(const DocumentState& state);
+    void takeRules(const SurveyRules& rules);
     void tellOutdated();
     void performChange(const NetworkChange& change, bool isForward);
     void editItems(const NetworkChange& change, bool isForward);

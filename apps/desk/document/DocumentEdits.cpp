@@ -3,10 +3,11 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
-#include "apps/desk/document/DocumentCommand.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/document/StateDigest.h"
 
+#include <QUndoCommand>
 #include <QUndoStack>
 
 #include <algorithm>
@@ -149,17 +150,20 @@ void addHandChanges(std::vector<HandChange>& changes, const LevellingSection& it
 } // namespace
 
 /// A change of points and sections.
-class NetworkCommand : public DocumentCommand
+class NetworkCommand : public QUndoCommand
 {
 public:
     NetworkCommand(Document& openDocument, const QString& text, NetworkChange networkChange)
-        : DocumentCommand(openDocument, Scope::Network, text)
+        : QUndoCommand(text)
+        , document(openDocument)
         , change(std::move(networkChange))
     {}
 
-private:
-    void apply(bool isForward) override { getDocument().performChange(change, isForward); }
+    void redo() override { document.performChange(change, true); }
+    void undo() override { document.performChange(change, false); }
 
+private:
+    Document& document;
     const NetworkChange change;
 };
 
@@ -176,10 +180,13 @@ void Document::performChange(const NetworkChange& change, bool isForward)
     snapshot.reset();
     wholeSnapshot.reset();
     offCount.reset();
+    const quint64 difference = statedigest::of(change);
+    states.current.network += isForward ? difference : 0 - difference;
     if (change.movesRows())
         moveRows(change, isForward);
     else
         editItems(change, isForward);
+    tellOutdated();
 }
 
 void Document::editItems(const NetworkChange& change, bool isForward)
@@ -206,6 +213,7 @@ void Document::moveRows(const NetworkChange& change, bool isForward)
     items.fieldBook = fieldBook;
     items.snapshot.reset();
     items.nextId = nextId;
+    items.state = states.current.network;
     const auto& removedPoints = isForward ? change.removedPoints : change.addedPoints;
     const auto& addedPoints = isForward ? change.addedPoints : change.removedPoints;
     std::vector<int> pointPlaces;
@@ -310,7 +318,9 @@ bool Document::isProtocolOutdated(int protocolType) const
     if (!dependsOnNetwork(protocolType) || summary.types.count(protocolType) == 0)
         return false;
     const auto found = states.protocols.find(protocolType);
-    const DocumentState state = found == states.protocols.end() ? DocumentState() : found->second;
+    if (found == states.protocols.end())
+        return false;
+    const DocumentState& state = found->second;
     return state.network != states.current.network ||
            (dependsOnSettings(protocolType) && state.settings != states.current.settings) ||
            (dependsOnTests(protocolType) && state.tests != states.current.tests);
@@ -323,12 +333,6 @@ std::vector<int> Document::getOutdatedTypes() const
         std::remove_if(types.begin(), types.end(), [this](int type) { return !isProtocolOutdated(type); }),
         types.end());
     return types;
-}
-
-void Document::setState(const DocumentState& state)
-{
-    states.current = state;
-    tellOutdated();
 }
 
 void Document::tellOutdated()

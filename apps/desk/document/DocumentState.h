@@ -6,28 +6,19 @@
 
 namespace orvel::desk {
 
-/// Numbers the states of a project that runs compute with. A state that comes back by undoing has the number
-/// that it had.
+/// What a run computes with, in numbers: equal ones for what is equal, see statedigest.
 struct DocumentState
 {
-    qint64 network = 0;  ///< points and sections
-    qint64 settings = 0; ///< class and tolerances
-    qint64 tests = 0;    ///< of the tolerances the level of the tests, and decimals
-
-    bool operator==(const DocumentState& other) const
-    {
-        return network == other.network && settings == other.settings && tests == other.tests;
-    }
-    bool operator!=(const DocumentState& other) const { return !(*this == other); }
+    quint64 network = 0;  ///< points and sections
+    quint64 settings = 0; ///< class and tolerances
+    quint64 tests = 0;    ///< of the tolerances the level of the tests, and decimals
 };
 
-/// The state of a project, and those that its results belong to. What nobody has told belongs to the first
-/// state.
+/// The state of a project, and those that its results belong to.
 struct DocumentStates
 {
     DocumentState current;
-    qint64 latest = 0;                      ///< the number that was given last
-    qint64 results = 0;                     ///< state of the network that heights and residuals belong to
+    quint64 results = 0;                    ///< state of the network that heights and residuals belong to
     std::map<int, DocumentState> protocols; ///< by protocol type
 };
 

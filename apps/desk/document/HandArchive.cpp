@@ -77,11 +77,27 @@ void serializeDeleted(CQtArchive& archive, DeletedSection& deleted)
     serializeSection(archive, deleted.section);
 }
 
+void serializeNumber(CQtArchive& archive, quint64& number)
+{
+    auto stored = static_cast<qint64>(number);
+    serializeValue(archive, stored);
+    number = static_cast<quint64>(stored);
+}
+
 void serializeState(CQtArchive& archive, DocumentState& state)
 {
-    serializeValue(archive, state.network);
-    serializeValue(archive, state.settings);
-    serializeValue(archive, state.tests);
+    serializeNumber(archive, state.network);
+    serializeNumber(archive, state.settings);
+    serializeNumber(archive, state.tests);
+}
+
+/// Of the present state and of the results. The number between them was of use when states were counted.
+void serializeStates(CQtArchive& archive, DocumentStates& states)
+{
+    quint64 unused = 0;
+    serializeState(archive, states.current);
+    serializeNumber(archive, unused);
+    serializeNumber(archive, states.results);
 }
 
 void serializeProtocol(CQtArchive& archive, int& type, DocumentState& state)
@@ -156,9 +172,7 @@ void save(CQtArchive& archive, const Document::Content& content)
     for (DeletedSection deleted : content.deletedSections)
         serializeDeleted(archive, deleted);
     DocumentStates states = content.states;
-    serializeState(archive, states.current);
-    serializeValue(archive, states.latest);
-    serializeValue(archive, states.results);
+    serializeStates(archive, states);
     archive << static_cast<quint32>(states.protocols.size());
     for (const auto& [protocolType, computedWith] : states.protocols) {
         int type = protocolType;
@@ -178,9 +192,7 @@ void load(CQtArchive& archive, Document::Content& content)
     // More than there can be items would not be believed either.
     for (quint32 rest = loadCount(archive, levelling::GkfReader::kMaxEntries); rest > 0; --rest)
         serializeDeleted(archive, content.deletedSections.emplace_back());
-    serializeState(archive, content.states.current);
-    serializeValue(archive, content.states.latest);
-    serializeValue(archive, content.states.results);
+    serializeStates(archive, content.states);
     for (quint32 rest = loadCount(archive, kMostProtocols); rest > 0; --rest) {
         int type = 0;
         DocumentState state;

@@ -1,5 +1,6 @@
 #include "apps/desk/document/NetworkItems.h"
 
+#include "apps/desk/document/StateDigest.h"
 #include "levelling/NameIndex.h"
 
 #include <QStringBuilder>
@@ -114,6 +115,7 @@ std::optional<NetworkItems> assemble(levelling::Network network,
         if (!question.mayGoOn())
             return std::nullopt;
         snapshot.pointIds.push_back(point->getId());
+        items.state += statedigest::of(*point);
         items.points->addItem(std::move(point));
     }
     for (auto& section : sections) {
@@ -121,6 +123,7 @@ std::optional<NetworkItems> assemble(levelling::Network network,
             return std::nullopt;
         snapshot.sectionIds.push_back(section->getId());
         snapshot.sectionNames.append(section->getName());
+        items.state += statedigest::of(*section);
         items.sections->addItem(std::move(section));
     }
     items.snapshot = std::make_shared<const NetworkSnapshot>(std::move(snapshot));

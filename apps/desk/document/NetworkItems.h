@@ -58,7 +58,7 @@ struct NetworkItems
     std::shared_ptr<const NetworkSnapshot> snapshot; ///< of all; null if nobody has asked for one
     std::vector<DeletedSection> deletedSections;     ///< by hand
     LONGID nextId = 0;                               ///< the next new item's id
-    std::optional<qint64> state;                     ///< number of the state; none for a new one
+    quint64 state = 0;                               ///< their number, see statedigest
 };
 
 } // namespace orvel::desk

@@ -53,7 +53,8 @@ bool operator==(const ClassTolerances& a, const ClassTolerances& b)
 
 bool operator==(const ToleranceRules& a, const ToleranceRules& b)
 {
-    return a.classes == b.classes && a.sigmaLimit == b.sigmaLimit && a.hasTestsOf(b);
+    return a.classes == b.classes && a.sigmaLimit == b.sigmaLimit && a.confidence == b.confidence &&
+           a.heightDecimals == b.heightDecimals && a.millimetreDecimals == b.millimetreDecimals;
 }
 
 bool operator!=(const ToleranceRules& a, const ToleranceRules& b)
@@ -83,12 +84,6 @@ bool ToleranceRules::isOwn(LevellingClass levellingClass) const
 {
     const ToleranceRules standard;
     return sigmaLimit != standard.sigmaLimit || !(of(levellingClass) == standard.of(levellingClass));
-}
-
-bool ToleranceRules::hasTestsOf(const ToleranceRules& other) const
-{
-    return confidence == other.confidence && heightDecimals == other.heightDecimals &&
-           millimetreDecimals == other.millimetreDecimals;
 }
 
 bool ToleranceRules::isUsable() const

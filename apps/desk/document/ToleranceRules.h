@@ -61,8 +61,6 @@ struct ToleranceRules
     ClassTolerances& of(LevellingClass levellingClass);
     /// Whether the limits of that class differ from the usual ones.
     bool isOwn(LevellingClass levellingClass) const;
-    /// Whether the level of the tests and the decimals are the same.
-    bool hasTestsOf(const ToleranceRules& other) const;
     /// Whether all values are in their ranges: a file may hold anything.
     bool isUsable() const;
 
