@@ -4356,6 +4356,14 @@ L in km (else the class sets it)</translation>
         <source>Пунктов: %1, секций: %2 (отключено: %3), показано: %4</source>
         <translation>Points: %1, sections: %2 (off: %3), shown: %4</translation>
     </message>
+    <message>
+        <source>При замене пропадут и изменения, сделанные вручную: %1.</source>
+        <translation>Replacing also loses what was changed by hand; number of changes: %1.</translation>
+    </message>
+    <message>
+        <source>%1: в файле нет ни одного пункта, импортировать нечего</source>
+        <translation>%1: there is no point in the file, nothing to be imported</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

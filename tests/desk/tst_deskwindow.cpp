@@ -54,6 +54,7 @@ private Q_SLOTS:
     void unreadableFileLeavesProject();
     void importAsksBeforeReplacing_data();
     void importAsksBeforeReplacing();
+    void importTellsOfChangesByHand();
     void reimportKeepsIdsAndDropsOldProtocols();
     void stoppedImportGivesNetworkBack();
     void importIntoSavedProjectStartsAnother();
@@ -262,6 +263,25 @@ void TestDeskWindow::importAsksBeforeReplacing()
     QCOMPARE(int(window->getDocument().getPoints().size()), pointCount);
     // Links name the project, so it keeps its name.
     QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*]"));
+}
+
+void TestDeskWindow::importTellsOfChangesByHand()
+{
+    Document& document = window->getDocument();
+    const LONGID id = document.getSections()[0]->getId();
+    document.applyChange(QString(), networkchange::switchOff(document, {id}, QString()));
+    document.applyChange(QString(),
+                         networkchange::changeSections(
+                             document, {id}, [](levelling::Section& section) { section.difference += 0.5; }));
+    const Answer answer(QStringLiteral("Добавить"));
+    window->importFile(samplePath(QStringLiteral("one-benchmark.gkf")));
+    QCOMPARE(answer.getQuestion(),
+             QStringLiteral("Заменить сеть проекта «two-benchmarks» или добавить к ней? Результаты и "
+                            "протоколы обработки прежней сети будут потеряны. При замене пропадут и "
+                            "изменения, сделанные вручную: 2."));
+    QVERIFY(window->getMonitor().waitForFinished());
+    // What is added to leaves them.
+    QCOMPARE(int(document.getHandChanges().size()), 2);
 }
 
 void TestDeskWindow::reimportKeepsIdsAndDropsOldProtocols()

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void stoppedImportLeavesEmptyProjectUnmodified();
     void stoppedImportLeavesSavedProjectUnmodified();
     void goodImportAfterwardsHasItsProtocol();
+    void tableWithoutPoints();
 
 private:
     static void addFiles();
@@ -71,6 +72,17 @@ void TestFailedImport::addFiles()
     QTest::newRow("field file that is not there") << "nowhere.gsi" << QByteArray();
     QTest::newRow("field file of no known kind") << "day.gsi" << QByteArray("nothing of that kind\n");
     QTest::newRow("field file of no known kind, M5") << "day.m5" << QByteArray("For\n");
+    QTest::newRow("network without points") << "empty.gkf" << QByteArray("<gama-local/>");
+    QTest::newRow("level's file without points, GSI")
+        << "empty.gsi" << QByteArray("*410001+00000000?......2 \n");
+    QTest::newRow("level's file without points, M5")
+        << "empty.m5"
+        << QByteArray("For M5|Adr     1|TO  Start-Line      aBFFB     1|                      |        "
+                      "              |                      | \n");
+    QTest::newRow("total station's file without points")
+        << "empty.m5"
+        << QByteArray("For M5|Adr 00001|TI   START                     |01            TS5     |02           "
+                      "1001     |03           1.00     | \n");
 }
 
 QString TestFailedImport::makeFile(const QString& name, const QByteArray& content)
@@ -208,6 +220,26 @@ void TestFailedImport::stoppedImportLeavesSavedProjectUnmodified()
     QCOMPARE(window->windowTitle(), QStringLiteral("two-benchmarks[*] (%1)").arg(path));
     QVERIFY(!window->isWindowModified());
     QCOMPARE(window->getDocument().getProtocolData(), protocols);
+}
+
+void TestFailedImport::tableWithoutPoints()
+{
+    window = desk->makeWindow(samplePath(QStringLiteral("two-benchmarks.gkf")));
+    const QString path = desk->path(QStringLiteral("line.csv"));
+    QVERIFY(QFile::copy(samplePath(QStringLiteral("line.csv")), path));
+    window->showTemplateWizard({path});
+    auto* wizard = window->findChild<TemplateWizard*>();
+    wizard->next();
+    wizard->next();
+    writeFile(path, "А;Б\n");
+    const Answer unasked(QStringLiteral("Отмена"));
+    wizard->accept();
+    QTRY_VERIFY(window->isRunWorking());
+    QVERIFY(window->getMonitor().waitForFinished());
+    QCOMPARE(unasked.getQuestion(), QString());
+    QVERIFY(journal().contains(
+        QStringLiteral("%1: в файле нет ни одного пункта, импортировать нечего").arg(path)));
+    QCOMPARE(int(window->getDocument().countPoints()), 5);
 }
 
 void TestFailedImport::goodImportAfterwardsHasItsProtocol()

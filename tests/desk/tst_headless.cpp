@@ -463,28 +463,33 @@ void TestHeadless::badInputIsRefused_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("error");
+    QTest::addColumn<int>("warnings");
     const char* const unknown =
         "bad.gkf: the format is not known: gama-local XML (.gkf) or the file of an instrument is wanted, of "
         "a level (GSI, M5, REC_E) or a total station (GSI, M5); text in columns is read by a template";
-    QTest::newRow("empty") << QByteArray() << unknown;
+    QTest::newRow("empty") << QByteArray() << unknown << 0;
     QTest::newRow("truncated") << QByteArray("<gama-local>\n<network>\n")
-                               << "bad.gkf, line 3: XML error: Premature end of document.";
-    QTest::newRow("table") << QByteArray("point;height\n") << unknown;
+                               << "bad.gkf, line 3: XML error: Premature end of document." << 0;
+    QTest::newRow("table") << QByteArray("point;height\n") << unknown << 0;
     QTest::newRow("other root") << QByteArray("<?xml version=\"1.0\"?>\n<survey/>\n")
                                 << "bad.gkf, line 2: this is not a file of a levelling network: the root "
-                                   "element is <survey>, but should be <gama-local>";
+                                   "element is <survey>, but should be <gama-local>"
+                                << 0;
+    QTest::newRow("no point") << QByteArray("<gama-local/>\n")
+                              << "bad.gkf: there is no point in the file, nothing to be imported" << 1;
 }
 
 void TestHeadless::badInputIsRefused()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
+    QFETCH(int, warnings);
     writeFile(path(QStringLiteral("bad.gkf")), content);
     // In English, since Qt's own words for some of the reasons are not there in Russian.
     const DeskProcess desk = run(words("--language en --import bad.gkf --run adjust --save a.orvel"));
     QCOMPARE(desk.errors, QStringLiteral("orvel-desk: %1\n").arg(error));
     QCOMPARE(desk.exitCode, 2);
-    QCOMPARE(desk.output, QStringLiteral("Import: errors 1, warnings 0, messages 0\n"));
+    QCOMPARE(desk.output, QStringLiteral("Import: errors 1, warnings %1, messages 0\n").arg(warnings));
     QVERIFY(!QFile::exists(path(QStringLiteral("a.orvel"))));
 }
 

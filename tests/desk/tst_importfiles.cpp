@@ -24,6 +24,7 @@ private Q_SLOTS:
     void protocolOfPoints();
     void everyRowProblemHasItsSentence_data();
     void everyRowProblemHasItsSentence();
+    void tableWithoutRowsIsRefused();
     void filesNameThemselves();
     void changesAreTold();
     void sameFileTwiceIsTold();
@@ -152,12 +153,13 @@ void TestImportFiles::everyRowProblemHasItsSentence_data()
     const auto row = [](const char* name, const QByteArray& rows, const char* line) {
         QTest::newRow(name) << rows << QString::fromUtf8(line);
     };
-    row("open quote", "\"A;B", "error:Строка файла 1: кавычка открыта и не закрыта, строка пропущена");
-    row("empty cell", ";B;1", "error:Строка файла 1: в столбце from пусто, строка пропущена");
-    row("no number", "A;B;<b>",
-        "error:Строка файла 1: столбец dh: «&lt;b&gt;» — непригодное число, строка пропущена");
-    row("decimal sign", "A;B;1,5",
-        "error:Строка файла 1: столбец dh: «1,5» — число с другим десятичным знаком, в шаблоне «.»; строка "
+    row("open quote", "A;B;1;1\n\"A;B",
+        "error:Строка файла 2: кавычка открыта и не закрыта, строка пропущена");
+    row("empty cell", "A;B;1;1\n;B;1", "error:Строка файла 2: в столбце from пусто, строка пропущена");
+    row("no number", "A;B;1;1\nA;B;<b>",
+        "error:Строка файла 2: столбец dh: «&lt;b&gt;» — непригодное число, строка пропущена");
+    row("decimal sign", "A;B;1;1\nA;B;1,5",
+        "error:Строка файла 2: столбец dh: «1,5» — число с другим десятичным знаком, в шаблоне «.»; строка "
         "пропущена");
     row("surplus", "A;B;1;1;1;1;x",
         "warning:Строка файла 1: здесь и дальше строк, в которых данные есть и правее последнего столбца "
@@ -189,8 +191,6 @@ void TestImportFiles::everyRowProblemHasItsSentence_data()
                    12),
         "warning:файл начинается меткой кодировки UTF-16LE, он прочитан в ней, а не в кодировке шаблона "
         "UTF-8");
-    row("no rows", "# nothing",
-        "error:в файле нет ни одной пригодной строки; проверьте разделитель и столбцы шаблона");
 }
 
 void TestImportFiles::everyRowProblemHasItsSentence()
@@ -199,6 +199,21 @@ void TestImportFiles::everyRowProblemHasItsSentence()
     QFETCH(QString, line);
     QCOMPARE(import({source("t.csv", kPlain, rows)}), QString());
     QVERIFY2(monitor.lines.contains(line), qUtf8Printable(monitor.lines.join(QLatin1Char('\n'))));
+}
+
+void TestImportFiles::tableWithoutRowsIsRefused()
+{
+    const ImportSource nothing = source("t.csv", kPlain, ";B;<1>\n");
+    const QString reason = QStringLiteral("t.csv: в файле нет ни одного пункта, импортировать нечего");
+    QCOMPARE(import({source("a.csv", kPlain, "A;B;1;1\n"), nothing}), folder->filePath(reason));
+    QCOMPARE(
+        monitor.lines,
+        QStringList({QStringLiteral("service:Файл: t.csv"),
+                     QStringLiteral("warning:в файле нет ни одной пригодной строки; проверьте разделитель "
+                                    "и столбцы шаблона"),
+                     QStringLiteral("warning:Строка файла 1: в столбце from пусто, строка пропущена"),
+                     QStringLiteral("error:") + reason}));
+    QVERIFY(!taken);
 }
 
 void TestImportFiles::filesNameThemselves()

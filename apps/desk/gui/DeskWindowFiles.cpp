@@ -116,7 +116,8 @@ std::optional<ImportMode> DeskWindow::chooseMode()
     };
     if (document->isEmpty())
         return replace();
-    switch (questions::askToImport(this, document->getProject().getName())) {
+    switch (
+        questions::askToImport(this, document->getProject().getName(), document->getHandChanges().size())) {
     case questions::Import::Replace:
         return replace();
     case questions::Import::Add:

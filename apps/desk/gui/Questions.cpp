@@ -47,13 +47,17 @@ Overwrite askToOverwrite(QWidget* parent, const QString& path)
     return box.clickedButton() == elsewhereButton ? Overwrite::Elsewhere : Overwrite::No;
 }
 
-Import askToImport(QWidget* parent, const QString& projectName)
+Import askToImport(QWidget* parent, const QString& projectName, std::size_t handChanges)
 {
     QMessageBox box(QMessageBox::Question, Desk::tr("Импорт измерений"),
                     Desk::tr("Заменить сеть проекта «%1» или добавить к ней?").arg(projectName),
                     QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(Desk::tr("Результаты и протоколы обработки прежней сети будут потеряны."));
+    QString losses = Desk::tr("Результаты и протоколы обработки прежней сети будут потеряны.");
+    if (handChanges > 0)
+        losses += QLatin1Char(' ') + Desk::tr("При замене пропадут и изменения, сделанные вручную: %1.")
+                                         .arg(QString::number(handChanges));
+    box.setInformativeText(losses);
     QPushButton* replaceButton = box.addButton(Desk::tr("&Заменить"), QMessageBox::DestructiveRole);
     QPushButton* addButton = box.addButton(Desk::tr("&Добавить"), QMessageBox::AcceptRole);
     QPushButton* cancelButton = box.addButton(Desk::tr("&Отмена"), QMessageBox::RejectRole);

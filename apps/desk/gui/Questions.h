@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <cstddef>
+
 class CProcessMonitor;
 class QWidget;
 
@@ -23,7 +25,8 @@ Overwrite askToOverwrite(QWidget* parent, const QString& path);
 enum class Import { Replace, Add, Cancel };
 
 /// Whether imported files replace the network of the project or are added to it.
-Import askToImport(QWidget* parent, const QString& projectName);
+/// @param handChanges  so many changes by hand would be lost with the network
+Import askToImport(QWidget* parent, const QString& projectName, std::size_t handChanges);
 
 /// Whether the run may be stopped; yes, too, when it ends meanwhile.
 bool mayStopRun(QWidget* parent, CProcessMonitor& monitor);

@@ -404,6 +404,28 @@ std::vector<int> holdLevelledParts(levelling::Network& network, const std::vecto
     return levelling::holdPartsWithoutDatum(network, isLevelled);
 }
 
+QStringList escapeAll(const QStringList& texts)
+{
+    QStringList escaped;
+    for (const QString& text : texts)
+        escaped.append(RunLines::escape(text));
+    return escaped;
+}
+
+/// Of a file without any point, which would leave nothing of the network that is there.
+ImportRefusal refuseEmpty(const ReadFile& file)
+{
+    ImportRefusal refusal{file.name,
+                          Desk::tr("%1: в файле нет ни одного пункта, импортировать нечего").arg(file.name)};
+    for (const Problem& problem : file.problems)
+        refusal.remarks.append(problems::describe(problem, escapeAll(problem.arguments)));
+    if (file.survey) {
+        for (const tacheometry::Problem& problem : file.survey->problems)
+            refusal.remarks.append(surveytexts::describe(problem, escapeAll(problem.arguments)));
+    }
+    return refusal;
+}
+
 /// Why the file gives no network, if it gives none.
 std::optional<ImportRefusal> findRefusal(const ReadFile& file)
 {
@@ -411,6 +433,8 @@ std::optional<ImportRefusal> findRefusal(const ReadFile& file)
         return ImportRefusal{file.name, problems::describeFailure(file.name, *file.fatal)};
     if (file.survey && file.survey->fatal)
         return ImportRefusal{file.name, surveytexts::describeFailure(file.name, *file.survey->fatal)};
+    if (file.network.points.empty() && !file.isStopped)
+        return refuseEmpty(file);
     return std::nullopt;
 }
 
@@ -560,6 +584,11 @@ void writeRefusal(qor::IProcessMonitor& monitor, const ImportRefusal& refusal)
     const NetworkSnapshot nothing;
     RunLines lines(monitor, nothing);
     lines.service(Desk::tr("Файл: %1").arg(RunLines::escape(refusal.fileName)));
+    for (const QString& remark : refusal.remarks) {
+        if (!lines.isRunning())
+            return;
+        lines.warning(remark);
+    }
     lines.error(RunLines::escape(refusal.reason));
 }
 

@@ -6,6 +6,7 @@
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -39,6 +40,7 @@ struct ImportRefusal
 {
     QString fileName;
     QString reason;
+    QStringList remarks = {}; ///< lines (HTML) about parts of a file that can be read and has no point
 };
 
 /// Reads the files, changes nothing, and tells of the first that gives no network.
