@@ -4364,6 +4364,22 @@ L in km (else the class sets it)</translation>
         <source>%1: в файле нет ни одного пункта, импортировать нечего</source>
         <translation>%1: there is no point in the file, nothing to be imported</translation>
     </message>
+    <message>
+        <source>не задано</source>
+        <translation>not given</translation>
+    </message>
+    <message>
+        <source>станций %1 вместо %2</source>
+        <translation>set-ups %1 instead of %2</translation>
+    </message>
+    <message>
+        <source>Станций «%1» — не целое число больше нуля, как 12.</source>
+        <translation>The number of set-ups “%1” is not a whole number greater than zero, like 12.</translation>
+    </message>
+    <message>
+        <source>число станций %1</source>
+        <translation>number of set-ups %1</translation>
+    </message>
 </context>
 <context>
     <name>ExceptionCatcher</name>

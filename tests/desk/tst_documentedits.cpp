@@ -35,6 +35,7 @@ private Q_SLOTS:
     void valuesAreChangedAndKnownAsImported();
     void valueThatComesBackIsNotChanged();
     void sigmaOfALengthFollowsIt();
+    void sigmaOfStationsFollowsThem();
     void pointIsFixedAndFreed();
     void measurementIsAdded();
     void measurementIsDeletedWithThePointsThatItBrought();
@@ -268,6 +269,30 @@ void TestDocumentEdits::sigmaOfALengthFollowsIt()
     QCOMPARE(withoutLength.sigma, 5.0);
 }
 
+void TestDocumentEdits::sigmaOfStationsFollowsThem()
+{
+    levelling::Section byStations;
+    byStations.stations = 4;
+    byStations.sigma = 3.0;
+    networkchange::setStations(byStations, 16);
+    QCOMPARE(byStations.sigma, 6.0);
+    QCOMPARE(*byStations.stations, 16);
+    levelling::Section byLength = byStations;
+    byLength.distance = 1.0;
+    networkchange::setStations(byLength, 4);
+    QCOMPARE(byLength.sigma, 6.0);
+    QCOMPARE(*byLength.stations, 4);
+    levelling::Section stated = byStations;
+    stated.stdev = 6.0;
+    networkchange::setStations(stated, 1);
+    QCOMPARE(stated.sigma, 6.0);
+    levelling::Section withoutStations;
+    withoutStations.sigma = 5.0;
+    networkchange::setStations(withoutStations, 2);
+    QCOMPARE(withoutStations.sigma, 5.0);
+    QCOMPARE(*withoutStations.stations, 2);
+}
+
 void TestDocumentEdits::pointIsFixedAndFreed()
 {
     const QString before = describe();
@@ -377,6 +402,7 @@ void TestDocumentEdits::handChangesAreLines()
                                          [](levelling::Section& changed) {
                                              changed.difference = 0.5;
                                              networkchange::setDistance(changed, 2.0);
+                                             networkchange::setStations(changed, 8);
                                              networkchange::setSigma(changed, 1.0);
                                          }));
     change(networkchange::changePoints(*document, {pointId(QStringLiteral("Рп102"))},
@@ -391,7 +417,7 @@ void TestDocumentEdits::handChangesAreLines()
         "Секция М3 – М1 отключена, причина не указана|"
         "Секция М5 – М3 изменена вручную: превышение 0,50000\u00A0м вместо 0,73770\u00A0м, длина "
         "2,000\u00A0км "
-        "вместо 0,940\u00A0км, СКО 1,00\u00A0мм вместо 2,91\u00A0мм|"
+        "вместо 0,940\u00A0км, станций 8 вместо не задано, СКО 1,00\u00A0мм вместо 2,91\u00A0мм|"
         "Секция М5 – М3 отключена: ветер|"
         "Секция Х – М3 добавлена вручную: превышение \u22120,50000\u00A0м, станций 12, СКО 4,00\u00A0мм|"
         "Секция Рп101 – М1 удалена: превышение 5,58610\u00A0м, длина 1,420\u00A0км, СКО 3,57\u00A0мм");
@@ -849,6 +875,8 @@ private:
         section.difference += choose(3) - 1;
         if (choose(2) == 0)
             networkchange::setDistance(section, 1.0 + choose(3));
+        if (choose(2) == 0)
+            networkchange::setStations(section, 1 + choose(3));
         if (choose(2) == 0)
             networkchange::setSigma(section, 1.0 + choose(3));
     }

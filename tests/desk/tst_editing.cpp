@@ -2,6 +2,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/edit/CellEdit.h"
 #include "apps/desk/edit/NewSectionDialog.h"
 #include "apps/desk/edit/OutdatedBar.h"
@@ -12,6 +13,7 @@
 #include "apps/desk/gui/MessageBar.h"
 #include "apps/desk/gui/PointTableModel.h"
 #include "apps/desk/gui/SectionTableModel.h"
+#include "apps/desk/gui/TableColumns.h"
 #include "apps/desk/protocol/ProtocolList.h"
 #include "tests/desk/DeskFixture.h"
 
@@ -84,6 +86,7 @@ private Q_SLOTS:
     void numbersAreReadAsTheyAreTyped_data();
     void numbersAreReadAsTheyAreTyped();
     void valueIsTypedInTheTable();
+    void stationsAreTypedInTheTable();
     void badValueIsRefusedWithOneMessage();
     void unchangedValueIsNoEdit();
     void heightOfABenchmarkIsTyped();
@@ -251,6 +254,31 @@ void TestEditing::valueIsTypedInTheTable()
     QCOMPARE(document().getUndoStack().undoText(), QStringLiteral("СКО М5 – М3"));
     press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(cell(name, itemcolumns::Sigma).data().toString(), QStringLiteral("2,91"));
+}
+
+void TestEditing::stationsAreTypedInTheTable()
+{
+    table().getColumns().choose(itemcolumns::Stations, true);
+    const QString name = QStringLiteral("М5 – М3");
+    for (const char* text : {"2,5", "0", "-3", "много"}) {
+        typeInto(cell(name, itemcolumns::Stations), QString::fromUtf8(text));
+        QCOMPARE(window->getMessageBar().getMessage(),
+                 QStringLiteral("Станций «%1» — не целое число больше нуля, как 12.")
+                     .arg(QString::fromUtf8(text)));
+    }
+    QCOMPARE(document().getUndoStack().count(), 0);
+    typeInto(cell(name, itemcolumns::Stations), QStringLiteral("12"));
+    QCOMPARE(cell(name, itemcolumns::Stations).data().toString(), QStringLiteral("12"));
+    QCOMPARE(document().getUndoStack().undoText(), QStringLiteral("число станций М5 – М3"));
+    const QString path = desk->path(QStringLiteral("stations.orvel"));
+    QVERIFY(window->saveFile(path));
+    Document reopened(desk->plugins, QString());
+    projectfile::load(reopened, path, nullptr);
+    const LevellingSection* section = reopened.findSection(idOf(name));
+    QCOMPARE(*section->getSection().stations, 12);
+    QVERIFY(!section->getOriginal()->stations);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(cell(name, itemcolumns::Stations).data().toString(), QString());
 }
 
 void TestEditing::badValueIsRefusedWithOneMessage()

@@ -21,6 +21,11 @@ QString describeLength(const std::optional<double>& kilometres, QString (*toText
     return kilometres ? Desk::tr("%1\u00A0км").arg(toText(*kilometres)) : Desk::tr("не задана");
 }
 
+QString describeStations(const std::optional<int>& stations)
+{
+    return stations ? QString::number(*stations) : Desk::tr("не задано");
+}
+
 QString describeMeasurement(const levelling::Section& section)
 {
     QStringList parts{Desk::tr("превышение %1\u00A0м").arg(numbers::height(section.difference))};
@@ -56,6 +61,9 @@ QString compareMeasurements(const levelling::Section& now, const levelling::Sect
     if (now.distance != before.distance)
         parts.append(compare(Desk::tr("длина %1 вместо %2"), now.distance, before.distance, describeLength,
                              numbers::length));
+    if (now.stations != before.stations)
+        parts.append(Desk::tr("станций %1 вместо %2")
+                         .arg(describeStations(now.stations), describeStations(before.stations)));
     if (now.sigma != before.sigma || now.stdev != before.stdev)
         parts.append(compare(Desk::tr("СКО %1\u00A0мм вместо %2\u00A0мм"), now.sigma, before.sigma,
                              describeNumber, numbers::sigma));

@@ -226,6 +226,13 @@ void setDistance(levelling::Section& section, double distance)
     section.distance = distance;
 }
 
+void setStations(levelling::Section& section, int stations)
+{
+    if (!section.stdev && !section.distance && section.stations)
+        section.sigma *= std::sqrt(static_cast<double>(stations) / *section.stations);
+    section.stations = stations;
+}
+
 } // namespace networkchange
 
 } // namespace orvel::desk

@@ -95,6 +95,8 @@ NetworkChange deleteSections(const Document& document, const std::vector<LONGID>
 void setSigma(levelling::Section& section, double sigma);
 /// Gives a section that length, km. A standard deviation that comes of the length follows it.
 void setDistance(levelling::Section& section, double distance);
+/// Gives a section so many stations. A standard deviation that comes of them follows.
+void setStations(levelling::Section& section, int stations);
 
 } // namespace networkchange
 

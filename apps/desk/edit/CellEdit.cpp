@@ -64,8 +64,8 @@ bool isEditable(const Document& document, const LevellingPoint& point, int colum
 
 bool isEditable(const Document& document, const LevellingSection& /*section*/, int column)
 {
-    const bool isMeasured =
-        column == itemcolumns::Difference || column == itemcolumns::Sigma || column == itemcolumns::Length;
+    const bool isMeasured = column == itemcolumns::Difference || column == itemcolumns::Sigma ||
+                            column == itemcolumns::Length || column == itemcolumns::Stations;
     return isMeasured && !document.areEditsRefused();
 }
 
@@ -84,6 +84,8 @@ QString getText(const LevellingSection& section, int column)
         return toText(section.getSection().sigma);
     case itemcolumns::Length:
         return section.getSection().distance ? toText(*section.getSection().distance) : QString();
+    case itemcolumns::Stations:
+        return section.getSection().stations ? QString::number(*section.getSection().stations) : QString();
     default:
         return QString();
     }
@@ -126,6 +128,16 @@ Outcome edit(Document& document, const LevellingSection& section, int column, co
                      networkchange::changeSections(document, {section.getId()},
                                                    [&number](levelling::Section& changed) {
                                                        networkchange::setDistance(changed, *number);
+                                                   }));
+    }
+    if (column == itemcolumns::Stations) {
+        if (!number || *number < 1.0 || *number != std::floor(*number))
+            return refuse(Desk::tr("Станций «%1» — не целое число больше нуля, как 12.").arg(text));
+        const auto stations = static_cast<int>(*number);
+        return apply(document, Desk::tr("число станций %1").arg(section.getName()),
+                     networkchange::changeSections(document, {section.getId()},
+                                                   [stations](levelling::Section& changed) {
+                                                       networkchange::setStations(changed, stations);
                                                    }));
     }
     if (!number || *number <= 0.0)
