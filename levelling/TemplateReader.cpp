@@ -188,18 +188,22 @@ void TemplateReader::addSection(qint64 line, const TableValues& values)
 
 void TemplateReader::setWeight(Section& section, const QStringList& ends)
 {
-    const double sigmaApriori = result.network.parameters.sigmaApriori;
-    section.sigma = sigmaApriori;
-    if (section.stdev) {
-        section.sigma = *section.stdev;
-    } else if (section.distance) {
-        section.sigma = sigmaApriori * std::sqrt(*section.distance);
-    } else if (section.stations) {
-        section.sigma = sigmaApriori * std::sqrt(*section.stations * kStationLength);
+    section.sigma = findSigma(section, result.network.parameters.sigmaApriori);
+    if (section.stdev || section.distance)
+        return;
+    if (section.stations)
         ++result.counts.weighedByStations;
-    } else {
+    else
         addProblem(ProblemKind::RowWithoutWeight, Severity::Warning, section.line, ends);
-    }
+}
+
+double TemplateReader::findSigma(const Section& section, double sigmaApriori)
+{
+    if (section.stdev)
+        return *section.stdev;
+    const double length =
+        section.distance.value_or(section.stations ? *section.stations * kStationLength : 1.0);
+    return sigmaApriori * std::sqrt(length);
 }
 
 void TemplateReader::checkSlope(const Section& section, const QStringList& ends)

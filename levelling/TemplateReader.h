@@ -70,6 +70,9 @@ public:
     /// The same of a file that is open for reading, or says why it could not be opened.
     static TableResult readFile(QFile& file, const TableTemplate& format, const Parameters& parameters = {},
                                 const std::function<bool()>& isStopped = {});
+    /// The standard deviation of a section, mm: as it is stated, otherwise by its length, or by its stations.
+    /// @param sigmaApriori  of 1 km, which is taken where nothing of it is known
+    static double findSigma(const Section& section, double sigmaApriori);
 
 private:
     TemplateReader(QIODevice& device, const TableTemplate& tableFormat, const Parameters& parameters,

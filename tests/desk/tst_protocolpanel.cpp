@@ -1,5 +1,7 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingPoint.h"
+#include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/gui/ItemColumns.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
@@ -19,6 +21,9 @@
 #include <QTest>
 #include <QToolButton>
 #include <QTreeView>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace orvel::desk;
 using namespace orvel::test;
@@ -43,6 +48,8 @@ private Q_SLOTS:
     void latestRunIsShown();
     void latestRunStandsFirst();
     void lineSelectsItsItem();
+    void lineSelectsAllItsSections();
+    void linesAboutAPointStay();
     void lineAboutTheSelectedItemKeepsIt();
     void selectedItemFiltersTheLines();
     void searchKeepsTheLine();
@@ -59,6 +66,7 @@ private:
     void openWindow(const QString& action);
     void waitForLines() const;
     QStringList shownTexts() const;
+    LONGID pointId(const QString& name) const;
 
     std::unique_ptr<DeskFixture> desk;
     std::unique_ptr<DeskWindow> window;
@@ -244,6 +252,15 @@ QStringList TestProtocolPanel::shownTexts() const
     return listTexts(*window->getProtocolPanel().getView().model());
 }
 
+LONGID TestProtocolPanel::pointId(const QString& name) const
+{
+    for (const LevellingPoint* point : window->getDocument().getPoints()) {
+        if (point->getName() == name)
+            return point->getId();
+    }
+    return 0;
+}
+
 void TestProtocolPanel::warningsAreTheProblemsWhereNoErrorsAre()
 {
     openWindow({});
@@ -289,16 +306,75 @@ void TestProtocolPanel::lineSelectsItsItem()
     QCOMPARE(window->focusWidget(), static_cast<QWidget*>(&view));
 }
 
+void TestProtocolPanel::lineSelectsAllItsSections()
+{
+    openWindow(QStringLiteral("Уравнивание"));
+    QVERIFY(triggerAction(*window, QStringLiteral("Предобработка")));
+    window->getMonitor().waitForFinished();
+    waitForLines();
+    Document& document = window->getDocument();
+    ItemTable& table = window->getTable();
+    QTreeView& view = window->getProtocolPanel().getView();
+    for (int step = 0; step < 3; ++step) {
+        // By the key, and by a click.
+        if (step == 0) {
+            QVERIFY(triggerAction(*window, QStringLiteral("Следующая ошибка")));
+        } else {
+            const QModelIndex next = view.currentIndex().siblingAtRow(step);
+            QVERIFY(next.isValid());
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(next).center());
+        }
+        const QString line = view.currentIndex().data().toString();
+        QVERIFY2(line.contains(QStringLiteral("; секции: ")), qUtf8Printable(line));
+        QStringList named = line.section(QStringLiteral("; секции: "), 1).split(QStringLiteral(", "));
+        QStringList selected;
+        double worst = 0.0;
+        for (const LONGID id : table.getSelectedItems()) {
+            selected.append(document.findSection(id)->getName());
+            worst = std::max(worst, std::abs(*document.findSection(id)->getResult()->normalisedResidual));
+        }
+        named.sort();
+        selected.sort();
+        QCOMPARE(selected, named);
+        // What was current stays, if the line is about it.
+        const LevellingSection* current = document.findSection(table.getCurrentItem());
+        QVERIFY(current);
+        if (step == 0)
+            QCOMPARE(std::abs(*current->getResult()->normalisedResidual), worst);
+    }
+}
+
+void TestProtocolPanel::linesAboutAPointStay()
+{
+    openWindow(QStringLiteral("Предобработка"));
+    ProtocolPanel& panel = window->getProtocolPanel();
+    ItemTable& table = window->getTable();
+    table.selectItem(pointId(QStringLiteral("М3")));
+    panel.showAboutCurrent();
+    waitForLines();
+    const QStringList shown = shownTexts();
+    panel.goToProblem(true);
+    QCOMPARE(table.getCurrentItem(), pointId(QStringLiteral("М3")));
+    QVERIFY(table.getSelectedItems().size() > 1);
+    QVERIFY(window->getDocument().findSection(table.getSelectedItems().front()));
+    waitForLines();
+    QCOMPARE(shownTexts(), shown);
+}
+
 void TestProtocolPanel::lineAboutTheSelectedItemKeepsIt()
 {
     openWindow(QStringLiteral("Предобработка"));
     ProtocolPanel& panel = window->getProtocolPanel();
-    const QSignalSpy requests(&panel, &ProtocolPanel::itemRequested);
     panel.goToProblem(true);
-    QCOMPARE(requests.count(), 1);
+    ItemTable& table = window->getTable();
+    const std::vector<LONGID> selected = table.getSelectedItems();
+    const LONGID other = selected.back();
+    QVERIFY(other != table.getCurrentItem());
+    table.selectItem(other);
     panel.getView().setCurrentIndex({});
     panel.goToProblem(true);
-    QCOMPARE(requests.count(), 1);
+    QCOMPARE(table.getCurrentItem(), other);
+    QCOMPARE(table.getSelectedItems(), selected);
 }
 
 void TestProtocolPanel::selectedItemFiltersTheLines()

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "host/files/CFileException.h"
 #include "host/files/CQtArchive.h"
 
+#include <cstddef>
 #include <optional>
+#include <string>
 
 namespace orvel::desk {
 
@@ -28,6 +31,18 @@ void serializeValue(CQtArchive& archive, std::optional<T>& value)
     T content = value.value_or(T());
     serializeValue(archive, content);
     value = content;
+}
+
+/// Loads how many of something follow.
+///
+/// @throws qor::CFileException  if there are more than a sound file can have
+inline quint32 loadCount(CQtArchive& archive, std::size_t limit)
+{
+    quint32 count = 0;
+    archive >> count;
+    if (count > limit)
+        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
+    return count;
 }
 
 } // namespace orvel::desk

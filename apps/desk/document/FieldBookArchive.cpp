@@ -1,7 +1,6 @@
 #include "apps/desk/document/FieldBookArchive.h"
 
 #include "apps/desk/document/ArchiveValues.h"
-#include "host/files/CFileException.h"
 
 #include <algorithm>
 #include <cmath>
@@ -41,17 +40,14 @@ void serialize(CQtArchive& archive, Sight& sight)
 template<typename Item, typename Serialize>
 void serializeList(CQtArchive& archive, std::vector<Item>& items, Serialize serializeItem)
 {
-    auto count = static_cast<quint32>(items.size());
-    serializeValue(archive, count);
     if (archive.isSaving()) {
+        archive << static_cast<quint32>(items.size());
         for (Item& item : items)
             serializeItem(archive, item);
         return;
     }
-    if (count > FieldBook::kMostSights)
-        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
     items.clear();
-    for (quint32 i = 0; i < count; ++i) {
+    for (quint32 rest = loadCount(archive, FieldBook::kMostSights); rest > 0; --rest) {
         items.emplace_back();
         serializeItem(archive, items.back());
     }

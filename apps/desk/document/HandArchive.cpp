@@ -16,11 +16,6 @@ namespace {
 
 constexpr quint32 kMostProtocols = 1000;
 
-[[noreturn]] void refuse()
-{
-    throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
-}
-
 /// All but the ends.
 void serializeSection(CQtArchive& archive, levelling::Section& section)
 {
@@ -123,15 +118,6 @@ void saveHands(CQtArchive& archive, const std::vector<std::unique_ptr<Item>>& it
     }
 }
 
-quint32 loadCount(CQtArchive& archive, std::size_t limit)
-{
-    quint32 count = 0;
-    archive >> count;
-    if (count > limit)
-        refuse();
-    return count;
-}
-
 template<typename Item, typename LoadHand>
 void loadHands(CQtArchive& archive, const std::vector<std::unique_ptr<Item>>& items, LoadHand loadHand)
 {
@@ -139,7 +125,7 @@ void loadHands(CQtArchive& archive, const std::vector<std::unique_ptr<Item>>& it
         quint32 index = 0;
         archive >> index;
         if (index >= items.size())
-            refuse();
+            throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
         loadHand(*items[index]);
     }
 }

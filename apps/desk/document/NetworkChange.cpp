@@ -28,11 +28,12 @@ SectionHand getHand(const LevellingSection& item)
     return item.getHand() ? *item.getHand() : SectionHand();
 }
 
-/// Adds the edit that gives the section that hand state.
-void addHandEdit(NetworkChange& change, const LevellingSection& item, const SectionHand& hand)
+/// Adds the edit that gives the item that section and that hand state.
+void addEdit(NetworkChange& change, const LevellingSection& item, const levelling::Section& section,
+             const SectionHand& hand)
 {
     change.sectionEdits.push_back(
-        {item.getId(), {item.getSection(), item.getHand()}, {item.getSection(), share(hand)}});
+        {item.getId(), {item.getSection(), item.getHand()}, {section, share(hand)}});
 }
 
 /// Each once: an item has one state before a change.
@@ -95,7 +96,7 @@ NetworkChange switchOff(const Document& document, const std::vector<LONGID>& ids
         SectionHand hand = getHand(*item);
         hand.isOff = true;
         hand.offReason = reason;
-        addHandEdit(change, *item, hand);
+        addEdit(change, *item, item->getSection(), hand);
     }
     return change;
 }
@@ -109,7 +110,7 @@ NetworkChange switchOn(const Document& document, const std::vector<LONGID>& ids)
         SectionHand hand = getHand(*item);
         hand.isOff = false;
         hand.offReason.clear();
-        addHandEdit(change, *item, hand);
+        addEdit(change, *item, item->getSection(), hand);
     }
     return change;
 }
@@ -131,8 +132,7 @@ NetworkChange changeSections(const Document& document, const std::vector<LONGID>
         }
         if (hand.original && isSameMeasurement(*hand.original, section))
             hand.original.reset();
-        change.sectionEdits.push_back(
-            {item->getId(), {item->getSection(), item->getHand()}, {section, share(hand)}});
+        addEdit(change, *item, section, hand);
     }
     return change;
 }
@@ -170,10 +170,7 @@ NetworkChange addSection(Document& document, const NewSection& added)
     section.distance = added.distance;
     section.stations = added.stations;
     section.stdev = added.sigma;
-    section.sigma =
-        added.sigma.value_or(document.getParameters().sigmaApriori *
-                             std::sqrt(added.distance.value_or(added.stations.value_or(1) *
-                                                               levelling::TemplateReader::kStationLength)));
+    section.sigma = levelling::TemplateReader::findSigma(section, document.getParameters().sigmaApriori);
     const std::vector<LevellingSection*> sections = document.getSections();
     QSet<QString> names;
     for (const LevellingSection* item : sections) {

@@ -1,6 +1,7 @@
 #include "apps/desk/document/StoredProject.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/document/ArchiveValues.h"
 #include "apps/desk/document/FieldBookArchive.h"
 #include "apps/desk/document/HandArchive.h"
 #include "host/files/CFileException.h"
@@ -52,15 +53,6 @@ LevellingClass readClass(CQtArchive& archive)
     return static_cast<LevellingClass>(number);
 }
 
-quint32 readCount(CQtArchive& archive, quint32 limit)
-{
-    quint32 count = 0;
-    archive >> count;
-    if (count > limit)
-        throw qor::CFileException(qor::CFileException::CorruptFile, std::wstring());
-    return count;
-}
-
 template<typename Item>
 void writeItems(CQtArchive& archive, const std::vector<std::unique_ptr<Item>>& items)
 {
@@ -110,9 +102,9 @@ void readAddition(CQtArchive& archive, Document::Content& content)
     for (const auto& section : content.sections)
         section->serializeAddition(archive);
     const auto pointCount = static_cast<quint32>(content.points.size());
-    content.observedHeights.resize(readCount(archive, pointCount));
+    content.observedHeights.resize(loadCount(archive, pointCount));
     for (levelling::ObservedHeights& observed : content.observedHeights) {
-        observed.points.resize(readCount(archive, pointCount));
+        observed.points.resize(loadCount(archive, pointCount));
         for (int& point : observed.points)
             archive >> point;
         for (std::size_t i = 0; i < observed.points.size() * observed.points.size(); ++i) {
@@ -138,7 +130,7 @@ void writeFieldData(CQtArchive& archive, const Document::Content& content)
 
 void readFieldData(CQtArchive& archive, Document::Content& content)
 {
-    for (quint32 rest = readCount(archive, kMostSources); rest > 0; --rest) {
+    for (quint32 rest = loadCount(archive, kMostSources); rest > 0; --rest) {
         QString source;
         archive >> source;
         content.sources.append(source);

@@ -15,7 +15,7 @@ QVariant present(int role, bool isOff, bool isOutdated)
 {
     if (!isOff && !isOutdated)
         return QVariant();
-    if (role == Qt::ForegroundRole && !isOff)
+    if (role == Qt::ForegroundRole)
         return itemlook::getOffColor(QApplication::palette());
     if (role == Qt::FontRole) {
         QFont font = QApplication::font("QAbstractItemView");

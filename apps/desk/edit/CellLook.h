@@ -8,7 +8,7 @@ namespace orvel::desk {
 namespace celllook {
 
 /// The cell's data for a role of its look; invalid for a usual one.
-/// @param isOff       of an item that is switched off: struck out
+/// @param isOff       of an item that is switched off: grey and struck out
 /// @param isOutdated  a result of another state of the network: grey and slanted
 QVariant present(int role, bool isOff, bool isOutdated);
 

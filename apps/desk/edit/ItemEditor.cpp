@@ -13,7 +13,7 @@
 #include <QSet>
 
 #include <algorithm>
-#include <utility>
+#include <iterator>
 
 namespace orvel::desk {
 
@@ -30,6 +30,14 @@ QStringList listReasons(const Document& document)
     return reasons;
 }
 
+template<typename IsWanted>
+std::vector<LONGID> filter(const std::vector<LONGID>& ids, IsWanted isWanted)
+{
+    std::vector<LONGID> wanted;
+    std::copy_if(ids.begin(), ids.end(), std::back_inserter(wanted), isWanted);
+    return wanted;
+}
+
 } // namespace
 
 ItemEditor::ItemEditor(Document& openDocument, ItemTable& itemTable, QWidget* parent)
@@ -41,18 +49,20 @@ ItemEditor::ItemEditor(Document& openDocument, ItemTable& itemTable, QWidget* pa
 
 std::vector<LONGID> ItemEditor::getSelectedSections() const
 {
-    std::vector<LONGID> ids = table.getSelectedItems();
-    ids.erase(std::remove_if(ids.begin(), ids.end(), [this](LONGID id) { return !document.findSection(id); }),
-              ids.end());
-    return ids;
+    return filter(table.getSelectedItems(),
+                  [this](LONGID id) { return document.findSection(id) != nullptr; });
 }
 
 std::vector<LONGID> ItemEditor::getSelectedPoints() const
 {
-    std::vector<LONGID> ids = table.getSelectedItems();
-    ids.erase(std::remove_if(ids.begin(), ids.end(), [this](LONGID id) { return !document.findPoint(id); }),
-              ids.end());
-    return ids;
+    return filter(table.getSelectedItems(), [this](LONGID id) { return document.findPoint(id) != nullptr; });
+}
+
+/// The name of a single section, or the count of several.
+QString ItemEditor::nameSections(const std::vector<LONGID>& ids) const
+{
+    return ids.size() == 1 ? document.findSection(ids.front())->getName()
+                           : Desk::tr("секций: %1").arg(QString::number(ids.size()));
 }
 
 bool ItemEditor::ask(QInputDialog& dialog, const QString& title, const QString& label) const
@@ -66,11 +76,6 @@ bool ItemEditor::ask(QInputDialog& dialog, const QString& title, const QString& 
     return dialog.exec() == QDialog::Accepted;
 }
 
-void ItemEditor::apply(const QString& text, NetworkChange change)
-{
-    document.applyChange(text, std::move(change));
-}
-
 void ItemEditor::switchSections()
 {
     std::vector<LONGID> ids = getSelectedSections();
@@ -82,12 +87,11 @@ void ItemEditor::switchSections()
     const bool areOff = std::all_of(ids.begin(), ids.end(), isOff);
     // Those that are off already keep the reason for which they are.
     if (!areOff)
-        ids.erase(std::remove_if(ids.begin(), ids.end(), isOff), ids.end());
-    const QString which = ids.size() == 1 ? document.findSection(ids.front())->getName()
-                                          : Desk::tr("секций: %1").arg(QString::number(ids.size()));
+        ids = filter(ids, [&isOff](LONGID id) { return !isOff(id); });
+    const QString which = nameSections(ids);
     const int row = table.currentIndex().row();
     if (areOff) {
-        apply(Desk::tr("включение %1").arg(which), networkchange::switchOn(document, ids));
+        document.applyChange(Desk::tr("включение %1").arg(which), networkchange::switchOn(document, ids));
         takePlace(row);
         return;
     }
@@ -96,8 +100,8 @@ void ItemEditor::switchSections()
     dialog.setComboBoxEditable(true);
     if (ask(dialog, Desk::tr("Отключить измерения"),
             Desk::tr("Отключается %1. Почему (можно оставить пустым):").arg(which)))
-        apply(Desk::tr("отключение %1").arg(which),
-              networkchange::switchOff(document, ids, dialog.textValue().simplified()));
+        document.applyChange(Desk::tr("отключение %1").arg(which),
+                             networkchange::switchOff(document, ids, dialog.textValue().simplified()));
     takePlace(row);
 }
 
@@ -119,10 +123,10 @@ void ItemEditor::setSigma()
                            .arg(dialog.textValue()));
         return;
     }
-    apply(Desk::tr("СКО секций: %1").arg(QString::number(ids.size())),
-          networkchange::changeSections(document, ids, [&sigma](levelling::Section& section) {
-              networkchange::setSigma(section, *sigma);
-          }));
+    document.applyChange(Desk::tr("СКО секций: %1").arg(QString::number(ids.size())),
+                         networkchange::changeSections(document, ids, [&sigma](levelling::Section& section) {
+                             networkchange::setSigma(section, *sigma);
+                         }));
 }
 
 /// Asks for the height at which a point is held, until it is one or the user gives up.
@@ -146,10 +150,8 @@ std::optional<double> ItemEditor::askHeight(LONGID id) const
 
 void ItemEditor::holdPoints()
 {
-    std::vector<LONGID> ids = getSelectedPoints();
-    ids.erase(std::remove_if(ids.begin(), ids.end(),
-                             [this](LONGID id) { return document.findPoint(id)->getPoint().isBenchmark(); }),
-              ids.end());
+    const std::vector<LONGID> ids = filter(
+        getSelectedPoints(), [this](LONGID id) { return !document.findPoint(id)->getPoint().isBenchmark(); });
     if (ids.empty()) {
         Q_EMIT refused(Desk::tr("Исходными реперами становятся определяемые пункты: выделите их."));
         return;
@@ -157,11 +159,12 @@ void ItemEditor::holdPoints()
     if (ids.size() == 1) {
         const std::optional<double> height = askHeight(ids.front());
         if (height)
-            apply(Desk::tr("исходный репер %1").arg(document.findPoint(ids.front())->getName()),
-                  networkchange::changePoints(document, ids, [&height](levelling::Point& point) {
-                      point.fixed = true;
-                      point.height = height;
-                  }));
+            document.applyChange(
+                Desk::tr("исходный репер %1").arg(document.findPoint(ids.front())->getName()),
+                networkchange::changePoints(document, ids, [&height](levelling::Point& point) {
+                    point.fixed = true;
+                    point.height = height;
+                }));
         return;
     }
     const auto isUnknown = [this](LONGID id) { return !document.findPoint(id)->getPoint().height; };
@@ -171,31 +174,30 @@ void ItemEditor::holdPoints()
                 .arg(document.findPoint(*std::find_if(ids.begin(), ids.end(), isUnknown))->getName()));
         return;
     }
-    apply(Desk::tr("исходные реперы: %1").arg(QString::number(ids.size())),
-          networkchange::changePoints(document, ids, [](levelling::Point& point) { point.fixed = true; }));
+    document.applyChange(
+        Desk::tr("исходные реперы: %1").arg(QString::number(ids.size())),
+        networkchange::changePoints(document, ids, [](levelling::Point& point) { point.fixed = true; }));
 }
 
 void ItemEditor::freePoints()
 {
-    std::vector<LONGID> ids = getSelectedPoints();
-    ids.erase(std::remove_if(ids.begin(), ids.end(),
-                             [this](LONGID id) { return !document.findPoint(id)->getPoint().fixed; }),
-              ids.end());
+    const std::vector<LONGID> ids =
+        filter(getSelectedPoints(), [this](LONGID id) { return document.findPoint(id)->getPoint().fixed; });
     if (ids.empty()) {
         Q_EMIT refused(Desk::tr("Освобождаются исходные реперы с удержанной отметкой: выделите их."));
         return;
     }
     const QString which = ids.size() == 1 ? document.findPoint(ids.front())->getName()
                                           : Desk::tr("реперов: %1").arg(QString::number(ids.size()));
-    apply(Desk::tr("освобождение %1").arg(which),
-          networkchange::changePoints(document, ids, [](levelling::Point& point) { point.fixed = false; }));
+    document.applyChange(
+        Desk::tr("освобождение %1").arg(which),
+        networkchange::changePoints(document, ids, [](levelling::Point& point) { point.fixed = false; }));
 }
 
 void ItemEditor::addSection()
 {
     QStringList names;
-    const std::vector<LevellingPoint*> points = document.getPoints();
-    for (const LevellingPoint* point : points)
+    for (const LevellingPoint* point : document.getPoints())
         names.append(point->getName());
     // Two points that are selected are its ends.
     const std::vector<LONGID> selected = getSelectedPoints();
@@ -219,10 +221,9 @@ void ItemEditor::deleteSections()
         Q_EMIT refused(Desk::tr("Удаляются измерения: выделите секции."));
         return;
     }
-    const QString which = ids.size() == 1 ? document.findSection(ids.front())->getName()
-                                          : Desk::tr("секций: %1").arg(QString::number(ids.size()));
     const int row = table.currentIndex().row();
-    apply(Desk::tr("удаление %1").arg(which), networkchange::deleteSections(document, ids));
+    document.applyChange(Desk::tr("удаление %1").arg(nameSections(ids)),
+                         networkchange::deleteSections(document, ids));
     takePlace(row);
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
-#include "apps/desk/document/NetworkChange.h"
+#include "host/model/LongId.h"
 
 #include <QObject>
+
+#include <optional>
+#include <vector>
 
 class QInputDialog;
 class QWidget;
@@ -39,9 +42,9 @@ Q_SIGNALS:
 private:
     std::vector<LONGID> getSelectedSections() const;
     std::vector<LONGID> getSelectedPoints() const;
+    QString nameSections(const std::vector<LONGID>& ids) const;
     bool ask(QInputDialog& dialog, const QString& title, const QString& label) const;
     void takePlace(int row);
-    void apply(const QString& text, NetworkChange change);
     std::optional<double> askHeight(LONGID id) const;
 
     Document& document;

@@ -105,6 +105,7 @@ private:
     bool chooseAndSave();
     void showCurrentItemProtocol();
     void goToProblem(bool isForward);
+    void selectItemsOfLine(const std::vector<LONGID>& ids);
     void showMonitor();
     void openFile(const QString& path);
     void openFiles(const QStringList& paths);

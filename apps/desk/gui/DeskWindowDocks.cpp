@@ -2,6 +2,7 @@
 
 #include "apps/desk/Desk.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/document/LevellingSection.h"
 #include "apps/desk/edit/ItemEditor.h"
 #include "apps/desk/edit/OutdatedBar.h"
 #include "apps/desk/gui/AboutBox.h"
@@ -27,7 +28,31 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <cmath>
+
 namespace orvel::desk {
+
+namespace {
+
+bool contains(const std::vector<LONGID>& ids, LONGID id)
+{
+    return std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
+/// The section with the largest normalised residual, the first one as long as there are none.
+LONGID findWorst(const Document& document, const std::vector<LONGID>& ids)
+{
+    const auto size = [&document](LONGID id) {
+        const LevellingSection* section = document.findSection(id);
+        const bool isJudged = section && section->getResult() && section->getResult()->normalisedResidual;
+        return isJudged ? std::abs(*section->getResult()->normalisedResidual) : 0.0;
+    };
+    return *std::max_element(ids.begin(), ids.end(),
+                             [&size](LONGID a, LONGID b) { return size(a) < size(b); });
+}
+
+} // namespace
 
 QWidget* DeskWindow::createCentralWidget()
 {
@@ -77,17 +102,7 @@ void DeskWindow::createProtocolDock()
     resizeDocks({protocolDock}, {220}, Qt::Vertical);
     connect(protocols, &ProtocolList::protocolRequested, pages, &DeskPages::showProtocol);
     connect(protocols, &ProtocolList::protocolChosen, protocolPanel, &ProtocolPanel::showProtocol);
-    connect(protocolPanel, &ProtocolPanel::itemRequested, this, [this](LONGID id) {
-        // The keyboard stays with the lines. Keys that change the selected item mean that of the line: search
-        // and choice do not hide it, and where it is gone nothing else stays selected.
-        if (table->selectItem(id, ItemTable::Focus::Stays))
-            return;
-        filterBar->clear();
-        if (table->selectItem(id, ItemTable::Focus::Stays))
-            return;
-        table->selectionModel()->clear();
-        messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
-    });
+    connect(protocolPanel, &ProtocolPanel::itemsRequested, this, &DeskWindow::selectItemsOfLine);
     connect(protocolPanel, &ProtocolPanel::lineRequested, this, [this](int type, const QString& text) {
         if (!isRunWorking())
             pages->showLine(type, text);
@@ -101,6 +116,33 @@ void DeskWindow::createProtocolDock()
         protocolPanel->showAboutCurrent();
     });
     table->addItemAction(showLines);
+}
+
+/// Selects what a line is about, for the keys that change it: all its sections, of which a misclosure or a
+/// gross error is made, or where it names none the first point. The keyboard stays with the lines. Search and
+/// choice do not hide what they mean, and where it is gone nothing else stays selected.
+void DeskWindow::selectItemsOfLine(const std::vector<LONGID>& ids)
+{
+    std::vector<LONGID> wanted;
+    for (const LONGID id : ids) {
+        if (document->findSection(id) && !contains(wanted, id))
+            wanted.push_back(id);
+    }
+    if (wanted.empty())
+        wanted.push_back(ids.front());
+    LONGID current = table->getCurrentItem();
+    // Lines about the current item are not to become those about another while somebody reads them.
+    const bool stays =
+        contains(wanted, current) || (protocolPanel->isAboutCurrent() && contains(ids, current));
+    if (!stays)
+        current = findWorst(*document, wanted);
+    if (table->selectItems(wanted, current, ItemTable::Focus::Stays))
+        return;
+    filterBar->clear();
+    if (table->selectItems(wanted, current, ItemTable::Focus::Stays))
+        return;
+    table->selectionModel()->clear();
+    messageBar->showMessage(Desk::tr("Этого пункта или этой секции в проекте больше нет."));
 }
 
 void DeskWindow::createPlotDock()

@@ -9,6 +9,7 @@
 #include <QPixmap>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace orvel::desk {
@@ -82,10 +83,12 @@ QColor getOffColor(const QPalette& palette)
 {
     const QColor& base = palette.color(QPalette::Active, QPalette::Base);
     const QColor& text = palette.color(QPalette::Active, QPalette::Text);
-    const auto isReadable = [&](const QColor& color) {
-        return getContrast(color, base) >= kLeastContrast &&
-               getContrast(color, getBackground(COVMessage::Error, palette)) >= kLeastContrast &&
-               getContrast(color, getBackground(COVMessage::Warning, palette)) >= kLeastContrast;
+    const std::array<QColor, 3> grounds = {base, getBackground(COVMessage::Error, palette),
+                                           getBackground(COVMessage::Warning, palette)};
+    const auto isReadable = [&grounds](const QColor& color) {
+        return std::all_of(grounds.begin(), grounds.end(), [&color](const QColor& ground) {
+            return getContrast(color, ground) >= kLeastContrast;
+        });
     };
     double share = kMostGrey;
     while (share > 0 && !isReadable(mix(text, base, share)))

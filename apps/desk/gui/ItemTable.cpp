@@ -79,7 +79,7 @@ ItemTable::ItemTable(Document& openDocument, ProjectWindow* projectWindow, QWidg
             return;
         }
         slowTimer->stop();
-        selectAwaitedItem();
+        selectAwaitedItems();
         setSlow(false);
     });
 }
@@ -125,37 +125,52 @@ void ItemTable::editCurrentValue()
     edit(index);
 }
 
-bool ItemTable::selectItem(LONGID id, Focus focus)
+bool ItemTable::selectItems(const std::vector<LONGID>& ids, LONGID current, Focus focus)
 {
-    const QModelIndex source = findItem(id);
-    if (!source.isValid() || !filterModel->isMeant(source))
+    const QModelIndexList found = findItems(ids);
+    if (found.size() != static_cast<int>(ids.size()) ||
+        !std::all_of(found.begin(), found.end(),
+                     [this](const QModelIndex& index) { return filterModel->isMeant(index); }))
         return false;
-    awaitedItem = id;
+    awaitedItems = ids;
+    awaitedCurrent = current;
     awaitedFocus = focus;
-    selectAwaitedItem();
+    selectAwaitedItems();
     return true;
 }
 
-/// The item's row below search and sorting.
-QModelIndex ItemTable::findItem(LONGID id) const
+/// The items' rows below search and sorting.
+QModelIndexList ItemTable::findItems(const std::vector<LONGID>& ids) const
 {
-    const QModelIndex point = pointModel->findPoint(id);
-    return joinedModel->mapFromSource(point.isValid() ? point : sectionModel->findSection(id));
+    QModelIndexList found;
+    for (const QModelIndex& section : sectionModel->findSections(ids))
+        found.append(joinedModel->mapFromSource(section));
+    for (const LONGID id : ids) {
+        if (document.findPoint(id))
+            found.append(joinedModel->mapFromSource(pointModel->findPoint(id)));
+    }
+    return found;
 }
 
-void ItemTable::selectAwaitedItem()
+void ItemTable::selectAwaitedItems()
 {
-    if (awaitedItem == 0)
+    if (awaitedItems.empty())
         return;
-    const LONGID id = awaitedItem;
-    const QModelIndex index = filterModel->mapFromSource(findItem(id));
-    if (index.isValid()) {
-        setCurrentIndex(index);
-        scrollTo(index, PositionAtCenter);
+    const std::vector<LONGID> ids = awaitedItems;
+    QItemSelection rows;
+    for (const QModelIndex& item : findItems(ids)) {
+        const QModelIndex index = filterModel->mapFromSource(item);
+        rows.select(index, index);
+    }
+    const QModelIndex current = filterModel->mapFromSource(findItems({awaitedCurrent}).value(0));
+    if (current.isValid()) {
+        selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+        scrollTo(current, PositionAtCenter);
         if (awaitedFocus == Focus::Comes)
             setFocus();
     }
-    awaitedItem = filterModel->isWorking() ? id : 0;
+    awaitedItems = filterModel->isWorking() ? ids : std::vector<LONGID>();
 }
 
 void ItemTable::setSlow(bool isSlow)
@@ -227,7 +242,7 @@ void ItemTable::currentChanged(const QModelIndex& current, const QModelIndex& pr
 {
     QTableView::currentChanged(current, previous);
     // Somebody has chosen another row.
-    awaitedItem = 0;
+    awaitedItems.clear();
     Q_EMIT currentItemChanged();
 }
 

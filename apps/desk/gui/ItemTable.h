@@ -46,7 +46,10 @@ public:
     enum class Focus { Comes, Stays };
     /// Selects the row of an item and brings it into sight, as soon as rows that were asked for are in place.
     /// False if the table has no such item or the search does not mean it.
-    bool selectItem(LONGID id, Focus focus = Focus::Comes);
+    bool selectItem(LONGID id, Focus focus = Focus::Comes) { return selectItems({id}, id, focus); }
+    /// The same with several, which are all different.
+    /// @param current  becomes the current one, whether it is among them or not
+    bool selectItems(const std::vector<LONGID>& ids, LONGID current, Focus focus = Focus::Comes);
     /// Whether rows have been waited for so long that somebody should be told.
     bool isSlow() const { return slow; }
     /// Shows what the protocols say of the current row's item.
@@ -59,7 +62,7 @@ public:
     void setEmptyText(const QString& text);
     /// Adds an action about the selected items to the context menu.
     void addItemAction(QAction* action) { insertAction(endOfItemActions, action); }
-    TableColumns& getColumns() { return *columns; }
+    TableColumns& getColumns() const { return *columns; }
     /// Puts the selected rows on the clipboard, as they are shown: cells between tabs, below their titles.
     void copySelected();
 
@@ -88,8 +91,8 @@ private:
     void fitNames();
     /// The columns of coordinates are there when some point has them.
     void showCoordinates();
-    QModelIndex findItem(LONGID id) const;
-    void selectAwaitedItem();
+    QModelIndexList findItems(const std::vector<LONGID>& ids) const;
+    void selectAwaitedItems();
     void setSlow(bool isSlow);
 
     Document& document;
@@ -97,7 +100,8 @@ private:
     QConcatenateTablesProxyModel* joinedModel;
     PointTableModel* pointModel;
     SectionTableModel* sectionModel;
-    LONGID awaitedItem = 0; ///< to be selected when the rows are in place
+    std::vector<LONGID> awaitedItems; ///< to be selected when the rows are in place
+    LONGID awaitedCurrent = 0;
     Focus awaitedFocus = Focus::Comes;
     TableColumns* columns = nullptr;
     TableCopy* copy = nullptr;

@@ -10,8 +10,6 @@
 #include "apps/desk/gui/ItemLook.h"
 #include "apps/desk/runs/NumberTexts.h"
 
-#include <QGuiApplication>
-
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -45,11 +43,17 @@ const LevellingSection* SectionTableModel::getSection(const QModelIndex& index) 
     return sections[static_cast<std::size_t>(index.row())];
 }
 
-QModelIndex SectionTableModel::findSection(LONGID id) const
+QModelIndexList SectionTableModel::findSections(const std::vector<LONGID>& ids) const
 {
-    const auto found = std::find_if(sections.begin(), sections.end(),
-                                    [id](const LevellingSection* section) { return section->getId() == id; });
-    return found == sections.end() ? QModelIndex() : index(static_cast<int>(found - sections.begin()), 0);
+    const std::unordered_set<LONGID> wanted(ids.begin(), ids.end());
+    QModelIndexList found;
+    int row = 0;
+    for (const LevellingSection* section : sections) {
+        if (wanted.count(section->getId()) > 0)
+            found.append(index(row, 0));
+        ++row;
+    }
+    return found;
 }
 
 int SectionTableModel::rowCount(const QModelIndex& parent) const
@@ -78,8 +82,6 @@ QVariant SectionTableModel::data(const QModelIndex& index, int role) const
         return look;
     if (role == itemcolumns::TraitsRole)
         return getTraits(*section);
-    if (section->isOff() && role == Qt::ForegroundRole)
-        return itemlook::getOffColor(QGuiApplication::palette());
     if (section->isOff() && role == Qt::ToolTipRole && index.column() == itemcolumns::Type)
         return itemlook::describeOff(section->getOffReason());
     if (itemlook::isAsked(index.column(), role))

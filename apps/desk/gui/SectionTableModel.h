@@ -22,8 +22,8 @@ public:
 
     /// The section of the row; null for an index that isn't of this model.
     const LevellingSection* getSection(const QModelIndex& index) const;
-    /// The first cell of that section; invalid if there is none.
-    QModelIndex findSection(LONGID id) const;
+    /// The first cells of the sections among the items, from top to bottom.
+    QModelIndexList findSections(const std::vector<LONGID>& ids) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -12,14 +12,10 @@ namespace {
 
 QString describeSeverity(const Document& document, LONGID id)
 {
-    switch (document.getSummary().worstOfItem.value(id, COVMessage::Message)) {
-    case COVMessage::Error:
+    const std::optional<COVMessage::MessageType> worst = document.getSummary().findWorst(id);
+    if (worst == COVMessage::Error)
         return Desk::tr("В протоколах: ошибка");
-    case COVMessage::Warning:
-        return Desk::tr("В протоколах: предупреждение");
-    default:
-        return {};
-    }
+    return worst == COVMessage::Warning ? Desk::tr("В протоколах: предупреждение") : QString();
 }
 
 void addOutdated(QStringList& facts, const Document& document)
@@ -87,16 +83,12 @@ QString join(const QString& name, QStringList facts, const QString& severity)
 QString describeItem(const Document& document, LONGID id)
 {
     const NumberFormat format(document.getToleranceRules());
-    for (const LevellingPoint* point : document.getPoints()) {
-        if (point->getId() == id)
-            return join(point->getPoint().id, describePoint(document, *point, format),
-                        describeSeverity(document, id));
-    }
-    for (const LevellingSection* section : document.getSections()) {
-        if (section->getId() == id)
-            return join(section->getName(), describeSection(document, *section, format),
-                        describeSeverity(document, id));
-    }
+    if (const LevellingPoint* point = document.findPoint(id))
+        return join(point->getPoint().id, describePoint(document, *point, format),
+                    describeSeverity(document, id));
+    if (const LevellingSection* section = document.findSection(id))
+        return join(section->getName(), describeSection(document, *section, format),
+                    describeSeverity(document, id));
     return {};
 }
 

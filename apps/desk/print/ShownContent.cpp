@@ -1,10 +1,12 @@
 #include "apps/desk/print/ShownContent.h"
 
 #include "apps/desk/Desk.h"
+#include "apps/desk/gui/ItemLook.h"
+#include "apps/desk/gui/ItemTable.h"
+#include "apps/desk/gui/TableColumns.h"
 #include "apps/desk/protocol/ProtocolTreeModel.h"
 
-#include <QHeaderView>
-#include <QTableView>
+#include <algorithm>
 
 namespace orvel::desk {
 
@@ -25,23 +27,13 @@ bool hasText(const QAbstractItemModel& model, int column)
 }
 
 /// The columns that somebody sees texts in, from left to right.
-std::vector<int> listColumns(const QTableView& view)
+std::vector<int> listColumns(const ItemTable& items)
 {
-    const QHeaderView& header = *view.horizontalHeader();
-    std::vector<int> columns;
-    for (int position = 0; position < header.count(); ++position) {
-        const int column = header.logicalIndex(position);
-        if (!header.isSectionHidden(column) && hasText(*view.model(), column))
-            columns.push_back(column);
-    }
+    std::vector<int> columns = items.getColumns().listShown();
+    columns.erase(std::remove_if(columns.begin(), columns.end(),
+                                 [&items](int column) { return !hasText(*items.model(), column); }),
+                  columns.end());
     return columns;
-}
-
-QString nameKind(COVMessage::MessageType kind)
-{
-    if (kind == COVMessage::Error)
-        return Desk::tr("ошибка");
-    return kind == COVMessage::Warning ? Desk::tr("предупреждение") : Desk::tr("сообщение");
 }
 
 void addLines(const ProtocolTreeModel& model, const QModelIndex& branch, ReportTable& table)
@@ -49,7 +41,7 @@ void addLines(const ProtocolTreeModel& model, const QModelIndex& branch, ReportT
     for (int row = 0; row < model.rowCount(branch); ++row) {
         const QModelIndex index = model.index(row, 0, branch);
         if (const ProtocolLine* line = model.getLine(index)) {
-            table.rows.push_back({{nameKind(line->kind), line->text},
+            table.rows.push_back({{itemlook::nameSeverity(line->kind), line->text},
                                   line->kind == COVMessage::Error ? Row::Kind::Marked : Row::Kind::Plain});
             continue;
         }
@@ -63,11 +55,11 @@ void addLines(const ProtocolTreeModel& model, const QModelIndex& branch, ReportT
 
 } // namespace
 
-ReportTable makeTable(const QTableView& view)
+ReportTable makeTable(const ItemTable& items)
 {
-    const QAbstractItemModel& model = *view.model();
+    const QAbstractItemModel& model = *items.model();
     ReportTable table;
-    const std::vector<int> columns = listColumns(view);
+    const std::vector<int> columns = listColumns(items);
     for (const int column : columns) {
         const int alignment = model.index(0, column).data(Qt::TextAlignmentRole).toInt();
         table.columns.push_back(

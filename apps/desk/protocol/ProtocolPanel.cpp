@@ -114,6 +114,11 @@ void ProtocolPanel::showAboutCurrent()
     view->setFocus();
 }
 
+bool ProtocolPanel::isAboutCurrent() const
+{
+    return aboutItem->isChecked();
+}
+
 ProtocolFilter ProtocolPanel::getFilter() const
 {
     ProtocolFilter filter;
@@ -224,12 +229,8 @@ void ProtocolPanel::tellOfItem(const QModelIndex& index)
 {
     place->clear();
     const ProtocolLine* line = model->getLine(index);
-    if (line == nullptr)
-        return;
-    const std::vector<LONGID>& items = line->items;
-    const bool isAboutCurrent = std::find(items.begin(), items.end(), currentItem) != items.end();
-    if (!isAboutCurrent && !items.empty() && items.front() != 0)
-        Q_EMIT itemRequested(items.front());
+    if (line != nullptr && !line->items.empty() && line->items.front() != 0)
+        Q_EMIT itemsRequested(line->items);
 }
 
 void ProtocolPanel::showEvent(QShowEvent* event)

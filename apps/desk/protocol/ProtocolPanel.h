@@ -36,6 +36,8 @@ public:
     void setCurrentItem(LONGID id);
     /// Shows the lines about that item only.
     void showAboutCurrent();
+    /// Whether these only are shown.
+    bool isAboutCurrent() const;
     /// Goes to the next error, or where there is none to the next warning; back with `isForward` false. Does
     /// so as soon as the lines are there.
     void goToProblem(bool isForward);
@@ -46,8 +48,8 @@ public:
     QLineEdit& getSearch() { return *search; }
 
 Q_SIGNALS:
-    /// The user has turned to a line about that item.
-    void itemRequested(LONGID id);
+    /// The user has turned to a line about these items; some may be gone.
+    void itemsRequested(const std::vector<LONGID>& ids);
     /// The user wants to see the line on the page.
     void lineRequested(int protocolType, const QString& text);
     /// What was asked for is shown.
