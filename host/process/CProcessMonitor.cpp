@@ -479,7 +479,7 @@ void CProcessMonitor::finishRun()
     showCounts();
     // An exception is told by the last line.
     if (!session->isFailed())
-        journal->showGravest();
+        journal->showGravest(getWorstLine());
     interrupted = session->isInterrupted();
     running = false;
     stages.clear();
@@ -495,6 +495,11 @@ void CProcessMonitor::finishRun()
     Q_EMIT runFinished();
     if (!self.isNull() && closeWanted)
         close();
+}
+
+QString CProcessMonitor::getWorstLine() const
+{
+    return {};
 }
 
 void CProcessMonitor::askToStop(bool thenClose)

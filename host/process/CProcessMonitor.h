@@ -160,6 +160,10 @@ protected:
     /// called, neither now nor later; runFinished() is not emitted for that run.
     void shutdown();
 
+    /// Which of the errors, or where there are none of the warnings, the journal turns to when the run is
+    /// over: the one with this text, the first one for an empty text. The base knows of none.
+    virtual QString getWorstLine() const;
+
     void closeEvent(QCloseEvent* event) override; ///< As reject().
 
 private:

@@ -106,9 +106,10 @@ void JournalPanel::showLatest()
     showNote();
 }
 
-void JournalPanel::showGravest()
+void JournalPanel::showGravest(const QString& worst)
 {
     isGravestWanted = true;
+    worstText = worst;
     if (isVisible())
         turnToGravest();
 }
@@ -117,7 +118,7 @@ void JournalPanel::turnToGravest()
 {
     if (!std::exchange(isGravestWanted, false) || !writer->isFollowing())
         return;
-    if (writer->turnToGravest(kBudget))
+    if (writer->turnToGravest(kBudget, worstText))
         fillTimer->start(0);
 }
 

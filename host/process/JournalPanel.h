@@ -34,9 +34,10 @@ public:
     void showNews(bool isBusy);
     /// Shows what has come, now: a journal of a few hundred lines completely, seen or not.
     void showLatest();
-    /// Turns to the first line of the gravest kind, error or warning, as soon as somebody sees the journal.
-    /// One that the user has scrolled stays as it is.
-    void showGravest();
+    /// Turns to a line of the gravest kind, error or warning, as soon as somebody sees the journal: to the
+    /// one with that text, if it is kept, otherwise to the first. A journal that the user has scrolled stays
+    /// as it is.
+    void showGravest(const QString& worst = {});
     /// Fills the journal with all lines that are kept, a large one bit by bit.
     void requestAll();
     /// The journal with all lines as a page in which nothing is loaded and nothing runs, whatever they hold.
@@ -60,4 +61,5 @@ private:
     QElapsedTimer sinceShown;
     bool isAllWanted = false;
     bool isGravestWanted = false;
+    QString worstText; ///< of the line that is wanted then
 };

@@ -113,9 +113,9 @@ bool JournalWriter::flush(std::chrono::milliseconds budget, Extent extent)
     return getShownEnd() == getEnd() && (!isAllWanted || isComplete());
 }
 
-bool JournalWriter::turnToGravest(std::chrono::milliseconds budget)
+bool JournalWriter::turnToGravest(std::chrono::milliseconds budget, const QString& worst)
 {
-    const std::optional<qint64> number = findGravest();
+    const std::optional<qint64> number = findGravest(worst);
     if (!number || flushing)
         return false;
     const QScopedValueRollback<bool> guard(flushing, true);
@@ -130,14 +130,18 @@ bool JournalWriter::turnToGravest(std::chrono::milliseconds budget)
     return true;
 }
 
-/// The first one that is kept of the gravest kind.
-std::optional<qint64> JournalWriter::findGravest() const
+/// The worst one that is kept of the gravest kind, or the first.
+std::optional<qint64> JournalWriter::findGravest(const QString& worst) const
 {
+    const QString worstText = getShortened(worst);
     for (const LineKind kind : {LineKind::Error, LineKind::Warning}) {
-        const auto found =
-            std::find_if(lines.begin(), lines.end(), [kind](const Line& line) { return line.kind == kind; });
-        if (found != lines.end())
-            return omittedCount + (found - lines.begin());
+        const auto isKind = [kind](const Line& line) { return line.kind == kind; };
+        const auto first = std::find_if(lines.begin(), lines.end(), isKind);
+        if (first == lines.end())
+            continue;
+        const auto found = std::find_if(
+            first, lines.end(), [&](const Line& line) { return isKind(line) && line.text == worstText; });
+        return omittedCount + ((found == lines.end() ? first : found) - lines.begin());
     }
     return std::nullopt;
 }

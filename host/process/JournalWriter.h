@@ -51,9 +51,10 @@ public:
     /// scrolled to its end stays there; one that is scrolled up keeps showing the same lines.
     /// @return true when all of the extent are there
     bool flush(std::chrono::milliseconds budget, Extent extent = Extent::All);
-    /// Whether there are warnings or errors, and if so, brings the first line of the gravest kind to the top,
-    /// as far as it is kept. What follows it in the document comes by flush().
-    bool turnToGravest(std::chrono::milliseconds budget);
+    /// Whether there are warnings or errors, and if so, brings a line of the gravest kind to the top: the one
+    /// with the text @p worst, or else the first, as far as they are kept. What follows it in the document
+    /// comes by flush().
+    bool turnToGravest(std::chrono::milliseconds budget, const QString& worst = {});
     /// Whether the journal is scrolled to its end, and stays there when lines come.
     bool isFollowing() const { return isAtEnd; }
     /// Whether the document has all lines that are kept.
@@ -80,7 +81,7 @@ private:
 
     qint64 getEnd() const { return omittedCount + getLineCount(); }
     qint64 getShownEnd() const { return shownBegin + static_cast<qint64>(blockCounts.size()); }
-    std::optional<qint64> findGravest() const;
+    std::optional<qint64> findGravest(const QString& worst) const;
     void scrollTo(qint64 number);
     void followIfAtEnd();
     void emptyDocument();

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void nameThatLooksLikeAnIdIsNone();
     void longListsAreCutOff();
     void kindsOfLines();
+    void worstLineIsKept();
 
 private:
     NetworkSnapshot snapshot;
@@ -83,6 +84,24 @@ void TestRunLines::kindsOfLines()
     lines.setProgress(0, 0);
     QCOMPARE(monitor.lines.join(QLatin1Char(' ')),
              QStringLiteral("error:a warning:b message:c service:d 25% 100%"));
+}
+
+void TestRunLines::worstLineIsKept()
+{
+    WorstLine worst;
+    RunLines lines(monitor, snapshot, &worst);
+    lines.error(QStringLiteral("without a limit"));
+    QCOMPARE(worst.getText(), QString());
+    lines.warning(QStringLiteral("warning"), 9.0);
+    QCOMPARE(worst.getText(), QStringLiteral("warning"));
+    lines.error(QStringLiteral("first"), 1.5);
+    QCOMPARE(worst.getText(), QStringLiteral("first"));
+    lines.error(QStringLiteral("worst"), 3.0);
+    lines.error(QStringLiteral("as bad"), 3.0);
+    lines.error(QStringLiteral("less"), 2.0);
+    lines.warning(QStringLiteral("warning"), 9.0);
+    QCOMPARE(worst.getText(), QStringLiteral("worst"));
+    QCOMPARE(monitor.lines.size(), 7);
 }
 
 QTEST_GUILESS_MAIN(TestRunLines)

@@ -46,6 +46,7 @@ protected:
     void write(const QString& text, const QString& detail) override;
     void onStarted() override;
     void onThreadFinished() override;
+    QString getWorstLine() const override { return run.worst->getText(); }
 
 private:
     void record(const QString& command, const QString& text);

@@ -25,13 +25,14 @@ class AdjustmentReport
 {
 public:
     AdjustmentReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
-                     const SurveyRules& givenRules, const std::vector<HandChange>& networkChanges)
+                     const SurveyRules& givenRules, const std::vector<HandChange>& networkChanges,
+                     WorstLine* worst)
         : monitor(runMonitor)
         , network(snapshot.network)
         , rules(givenRules)
         , format(givenRules.tolerances)
         , handChanges(networkChanges)
-        , lines(runMonitor, snapshot)
+        , lines(runMonitor, snapshot, worst)
     {}
 
     std::optional<levelling::Adjustment> run()
@@ -332,10 +333,11 @@ private:
     {
         const PartFit& fit = getFitOfSection(section);
         const double size = std::abs(*getAdjusted(section).statistic);
+        const double ratio = size / fit.errorLimit;
         if (size > fit.errorLimit)
-            lines.error(text);
+            lines.error(text, ratio);
         else if (size > fit.warningLimit)
-            lines.warning(text);
+            lines.warning(text, ratio);
         else
             lines.message(text);
     }
@@ -456,7 +458,7 @@ private:
         const QString test = Desk::tr("%1, проверка %2, предел %3")
                                  .arg(values, numbers::fixed(size, 2), numbers::fixed(fit.errorLimit, 2));
         if (size > fit.errorLimit)
-            lines.error(test);
+            lines.error(test, size / fit.errorLimit);
         else
             lines.message(test);
     }
@@ -476,9 +478,9 @@ private:
 
 std::optional<levelling::Adjustment> runAdjust(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
                                                const SurveyRules& rules,
-                                               const std::vector<HandChange>& handChanges)
+                                               const std::vector<HandChange>& handChanges, WorstLine* worst)
 {
-    return AdjustmentReport(monitor, snapshot, rules, handChanges).run();
+    return AdjustmentReport(monitor, snapshot, rules, handChanges, worst).run();
 }
 
 QString describeFailure(AdjustmentStatus status)

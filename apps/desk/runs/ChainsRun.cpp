@@ -27,12 +27,12 @@ class ChainsReport
 {
 public:
     ChainsReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
-                 const SurveyRules& givenRules)
+                 const SurveyRules& givenRules, WorstLine* worst)
         : monitor(runMonitor)
         , network(snapshot.network)
         , rules(givenRules)
         , format(givenRules.tolerances)
-        , lines(runMonitor, snapshot)
+        , lines(runMonitor, snapshot, worst)
     {}
 
     QString run()
@@ -181,10 +181,10 @@ private:
             entry.isNode ? describeNode(found.nodes[entry.index]) : describeChain(found.chains[entry.index]);
         switch (entry.gravity) {
         case Entry::Error:
-            lines.error(text);
+            lines.error(text, entry.ratio);
             break;
         case Entry::Warning:
-            lines.warning(text);
+            lines.warning(text, entry.ratio);
             break;
         case Entry::Message:
             lines.message(text);
@@ -276,9 +276,10 @@ private:
 
 } // namespace
 
-QString runChains(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules)
+QString runChains(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules,
+                  WorstLine* worst)
 {
-    return ChainsReport(monitor, snapshot, rules).run();
+    return ChainsReport(monitor, snapshot, rules, worst).run();
 }
 
 } // namespace orvel::desk

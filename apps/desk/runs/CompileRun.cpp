@@ -22,12 +22,12 @@ class Compilation
 {
 public:
     Compilation(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
-                const SurveyRules& givenRules)
+                const SurveyRules& givenRules, WorstLine* worst)
         : monitor(runMonitor)
         , network(snapshot.network)
         , rules(givenRules)
         , format(givenRules.tolerances)
-        , lines(runMonitor, snapshot)
+        , lines(runMonitor, snapshot, worst)
     {}
 
     void run()
@@ -156,13 +156,13 @@ private:
         const QString text = Desk::tr("%1 %2: расхождение %3\u00A0мм, %4")
                                  .arg(kind, lines.listSections(sections), format.sigma(repeated.discrepancy),
                                       tolerances::describeLimit(tolerance, format));
-        write(tolerance.isExceeded, text);
+        write(tolerance, text);
     }
 
-    void write(bool isError, const QString& text)
+    void write(const Tolerance& tolerance, const QString& text)
     {
-        if (isError)
-            lines.error(text);
+        if (tolerance.isExceeded)
+            lines.error(text, tolerance.ratio);
         else
             lines.message(text);
     }
@@ -193,7 +193,7 @@ private:
                 .arg(isClosed ? Desk::tr("Полигон") : Desk::tr("Ход"), lines.listWay(loop.points),
                      format.misclosure(loop.misclosure), tolerances::describeSignedLimit(tolerance, format),
                      tolerances::describeLength(loop.length), lines.listSections(sectionsOf(loop)));
-        write(tolerance.isExceeded, text);
+        write(tolerance, text);
     }
 
     std::vector<int> sectionsOf(const Loop& loop) const
@@ -216,9 +216,10 @@ private:
 
 } // namespace
 
-void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules)
+void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules,
+                WorstLine* worst)
 {
-    Compilation(monitor, snapshot, rules).run();
+    Compilation(monitor, snapshot, rules, worst).run();
 }
 
 } // namespace orvel::desk

@@ -6,8 +6,12 @@
 
 namespace orvel::desk {
 
+class WorstLine;
+
 /// Checks a network before its adjustment: datum and connectivity of every component, repeated measurements,
 /// and the misclosures of a minimal loop basis, each beside its limit.
-void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules);
+/// @param worst  gets the line farthest over its limit
+void runCompile(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot, const SurveyRules& rules,
+                WorstLine* worst = nullptr);
 
 } // namespace orvel::desk

@@ -92,14 +92,16 @@ void writeOutdated(qor::IProcessMonitor& monitor)
 
 /// A run that looks at the network by the project's rules, and changes nothing.
 DeskRun makeAnalysis(const Document& document, int protocolType,
-                     QString (*analyse)(qor::IProcessMonitor&, const NetworkSnapshot&, const SurveyRules&))
+                     QString (*analyse)(qor::IProcessMonitor&, const NetworkSnapshot&, const SurveyRules&,
+                                        WorstLine*))
 {
     DeskRun run;
     run.protocolType = protocolType;
     run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(), analyse,
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
+                    worst = run.worst, failure = run.failure](qor::IProcessMonitor& monitor) {
         const auto judged = tolerances::applyLevel(snapshot, rules.tolerances);
-        *failure = RunFailure::make(RunFailure::Kind::NoResult, analyse(monitor, *judged, rules));
+        *failure =
+            RunFailure::make(RunFailure::Kind::NoResult, analyse(monitor, *judged, rules, worst.get()));
     };
     return run;
 }
@@ -115,8 +117,9 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
     const auto replaced = std::make_shared<std::optional<NetworkItems>>();
     const auto windowThread = std::make_shared<ThreadCall>();
     run.function = [&document, sources, mode, settings, type = run.protocolType, replaced, windowThread,
-                    known = document.shareWholeSnapshot(), hands = document.getHandStates(),
-                    nextId = document.getNextId(), failure = run.failure](qor::IProcessMonitor& monitor) {
+                    worst = run.worst, known = document.shareWholeSnapshot(),
+                    hands = document.getHandStates(), nextId = document.getNextId(),
+                    failure = run.failure](qor::IProcessMonitor& monitor) {
         const auto isStopped = [&monitor] { return !monitor.isProcessRunning(); };
         const NetworkTaker takeNetwork = [&](levelling::Network network,
                                              std::shared_ptr<const tacheometry::FieldBook> fieldBook)
@@ -137,7 +140,7 @@ DeskRun makeImport(Document& document, const std::vector<ImportSource>& sources,
         *failure =
             RunFailure::make(RunFailure::Kind::Refused,
                              runImport(monitor, sources, mode == ImportMode::Add ? *known : NetworkSnapshot(),
-                                       takeNetwork, settings));
+                                       takeNetwork, settings, worst.get()));
     };
     // The links of the run's lines name the project.
     const Document::Origin origin = document.getOrigin();
@@ -195,8 +198,10 @@ DeskRun makeCompile(const Document& document)
 {
     DeskRun run;
     run.protocolType = enums::Compile;
-    run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules()](
-                       qor::IProcessMonitor& monitor) { runCompile(monitor, *snapshot, rules); };
+    run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(),
+                    worst = run.worst](qor::IProcessMonitor& monitor) {
+        runCompile(monitor, *snapshot, rules, worst.get());
+    };
     return run;
 }
 
@@ -206,10 +211,10 @@ DeskRun makeAdjust(Document& document)
     run.protocolType = enums::Adjust;
     const auto adjustment = std::make_shared<std::optional<levelling::Adjustment>>();
     run.function = [snapshot = document.shareSnapshot(), rules = document.getSurveyRules(),
-                    handChanges = document.getHandChanges(), adjustment,
+                    handChanges = document.getHandChanges(), adjustment, worst = run.worst,
                     failure = run.failure](qor::IProcessMonitor& monitor) {
-        *adjustment =
-            runAdjust(monitor, *tolerances::applyLevel(snapshot, rules.tolerances), rules, handChanges);
+        *adjustment = runAdjust(monitor, *tolerances::applyLevel(snapshot, rules.tolerances), rules,
+                                handChanges, worst.get());
         if (*adjustment)
             *failure = RunFailure::make(RunFailure::Kind::NoResult, describeFailure((*adjustment)->status));
     };
@@ -241,8 +246,8 @@ DeskRun makeTacheometry(Document& document)
     run.protocolType = enums::CalcTacheometry;
     const auto outcome = std::make_shared<TacheometryOutcome>();
     run.function = [snapshot = document.shareSnapshot(), given = document.getGivenPositions(), outcome,
-                    failure = run.failure](qor::IProcessMonitor& monitor) {
-        *outcome = runTacheometry(monitor, *snapshot, given);
+                    worst = run.worst, failure = run.failure](qor::IProcessMonitor& monitor) {
+        *outcome = runTacheometry(monitor, *snapshot, given, worst.get());
         *failure = RunFailure::make(RunFailure::Kind::NoResult, outcome->failure);
     };
     run.takeResults = [&document, outcome] { document.setPolarResults(outcome->computation); };

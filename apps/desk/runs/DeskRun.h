@@ -2,6 +2,7 @@
 
 #include "apps/desk/runs/ImportRun.h"
 #include "apps/desk/runs/ImportSource.h"
+#include "apps/desk/runs/WorstLine.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -47,7 +48,8 @@ struct DeskRun
     std::function<void()> letGo;
     /// When the run is refused, the protocol of the run before it stays.
     bool keepsProtocol = false;
-    /// To be read after the run.
+    // To be read after the run.
+    std::shared_ptr<WorstLine> worst = std::make_shared<WorstLine>();
     std::shared_ptr<RunFailure> failure = std::make_shared<RunFailure>();
 };
 

@@ -17,6 +17,7 @@ public:
     }
 
     void error(const QString& text) { lines.error(prefix + text); }
+    void error(const QString& text, double ratio) { lines.error(prefix + text, ratio); }
     void warning(const QString& text) { lines.warning(prefix + text); }
     void message(const QString& text) { lines.message(prefix + text); }
     RunLines& get() { return lines; }

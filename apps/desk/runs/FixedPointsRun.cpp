@@ -26,12 +26,12 @@ class FixedPointsReport
 {
 public:
     FixedPointsReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot,
-                      const SurveyRules& givenRules)
+                      const SurveyRules& givenRules, WorstLine* worst)
         : monitor(runMonitor)
         , network(snapshot.network)
         , rules(givenRules)
         , format(givenRules.tolerances)
-        , lines(runMonitor, snapshot)
+        , lines(runMonitor, snapshot, worst)
     {}
 
     QString run()
@@ -206,7 +206,8 @@ private:
         lines.error(
             Desk::tr("%1Исходные отметки не согласуются, %2. Исключите из исходных или проверьте: %3. "
                      "Остальные согласуются, реперов %4")
-                .arg(name, describeVariance(part), errors.join(QStringLiteral(", ")), QString::number(rest)));
+                .arg(name, describeVariance(part), errors.join(QStringLiteral(", ")), QString::number(rest)),
+            part.variance / part.varianceLimit);
         if (!part.isLargest)
             lines.message(Desk::tr("%1Перебрать все наборы реперов нельзя, слишком много; возможен и больший "
                                    "согласованный набор")
@@ -221,7 +222,8 @@ private:
         lines.error(
             Desk::tr("%1Исходные отметки не согласуются, %2, но какие неверны, измерения не решают: "
                      "остальные согласуются без %3. Свяжите их с другими реперами или проверьте отметки")
-                .arg(name, describeVariance(part), sets.join(Desk::tr(", или без "))));
+                .arg(name, describeVariance(part), sets.join(Desk::tr(", или без "))),
+            part.variance / part.varianceLimit);
     }
 
     void writeNoneAgree(const QString& name, const BenchmarkPart& part)
@@ -230,7 +232,8 @@ private:
             lines.error(
                 Desk::tr("%1Никакие два исходных репера не согласуются, %2: %3. Проверьте отметки, их "
                          "систему высот и имена пунктов")
-                    .arg(name, describeVariance(part), lines.listPoints(listBenchmarks(part))));
+                    .arg(name, describeVariance(part), lines.listPoints(listBenchmarks(part))),
+                part.variance / part.varianceLimit);
             return;
         }
         const BenchmarkFit& second = part.benchmarks.back();
@@ -240,7 +243,8 @@ private:
                      "третий репер")
                 .arg(name, lines.point(second.point), lines.point(part.benchmarks.front().point),
                      format.misclosure(*second.shift), format.sigma(second.shiftSigma),
-                     numbers::fixed(std::abs(second.statistic), 2), numbers::fixed(part.limit, 2)));
+                     numbers::fixed(std::abs(second.statistic), 2), numbers::fixed(part.limit, 2)),
+            std::abs(second.statistic) / part.limit);
     }
 
     /// What could not be compared.
@@ -288,7 +292,7 @@ private:
                      tolerances::describeSignedLimit(tolerance, format),
                      tolerances::describeLength(line.length));
         if (tolerance.isExceeded)
-            lines.error(text);
+            lines.error(text, tolerance.ratio);
         else
             lines.message(text);
     }
@@ -332,9 +336,9 @@ private:
                                  ? Desk::tr("%1 (из-за исключённых реперов); %2").arg(shift, free)
                                  : QStringLiteral("%1; %2").arg(shift, free);
         if (fit.error)
-            lines.error(text);
+            lines.error(text, size / part.limit);
         else if (isExceeded && !isDecided)
-            lines.warning(text);
+            lines.warning(text, size / part.limit);
         else
             lines.message(text);
     }
@@ -353,9 +357,9 @@ private:
 } // namespace
 
 QString runFixedPoints(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                       const SurveyRules& rules)
+                       const SurveyRules& rules, WorstLine* worst)
 {
-    return FixedPointsReport(monitor, snapshot, rules).run();
+    return FixedPointsReport(monitor, snapshot, rules, worst).run();
 }
 
 } // namespace orvel::desk

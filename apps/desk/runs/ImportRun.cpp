@@ -594,7 +594,7 @@ void writeRefusal(qor::IProcessMonitor& monitor, const ImportRefusal& refusal)
 
 QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
                   const NetworkSnapshot& base, const NetworkTaker& takeNetwork,
-                  const ImportSettings& settings)
+                  const ImportSettings& settings, WorstLine* worst)
 {
     monitor.startStage(Desk::tr("Чтение файла").toStdWString());
     levelling::Network network = base.network;
@@ -622,7 +622,7 @@ QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>
     if (!snapshot)
         return QString();
 
-    RunLines lines(monitor, *snapshot);
+    RunLines lines(monitor, *snapshot, worst);
     QHash<QString, int> indexOfPoint;
     if (std::any_of(files.begin(), files.end(), namesPoints)) {
         int index = 0;

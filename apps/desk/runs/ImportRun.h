@@ -14,6 +14,8 @@
 
 namespace orvel::desk {
 
+class WorstLine;
+
 /// Puts a network and a field book into the project and gives its snapshot; null if the run was stopped
 /// before.
 using NetworkTaker = std::function<std::shared_ptr<const NetworkSnapshot>(
@@ -60,9 +62,10 @@ void writeRefusal(qor::IProcessMonitor& monitor, const ImportRefusal& refusal);
 /// that of a digital level (GSI, M5, REC_E), which its content tells.
 ///
 /// @param base  what the files are added to; an empty one for a network of them alone
+/// @param worst  gets the line farthest over its limit
 /// @return why a file gave no network, as plain text; empty if all did or if the run was stopped
 QString runImport(qor::IProcessMonitor& monitor, const std::vector<ImportSource>& sources,
                   const NetworkSnapshot& base, const NetworkTaker& takeNetwork,
-                  const ImportSettings& settings = {});
+                  const ImportSettings& settings = {}, WorstLine* worst = nullptr);
 
 } // namespace orvel::desk

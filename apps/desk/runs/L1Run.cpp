@@ -19,12 +19,13 @@ using levelling::L1Status;
 class L1Report
 {
 public:
-    L1Report(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot, const SurveyRules& givenRules)
+    L1Report(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& snapshot, const SurveyRules& givenRules,
+             WorstLine* worst)
         : monitor(runMonitor)
         , network(snapshot.network)
         , rules(givenRules)
         , format(givenRules.tolerances)
-        , lines(runMonitor, snapshot)
+        , lines(runMonitor, snapshot, worst)
     {}
 
     QString run()
@@ -103,14 +104,17 @@ private:
                                                           : Desk::tr("нормированная поправка"),
                                       numbers::fixed(error.statistic, 2), numbers::fixed(error.limit, 2));
         const QString size = format.misclosure(error.size);
+        const double ratio = error.statistic / error.limit;
         if (error.sections.size() == 1)
             lines.error(Desk::tr("Секция %1: грубая ошибка, оценка %2\u00A0мм, %3")
-                            .arg(lines.section(error.sections.front()), size, test));
+                            .arg(lines.section(error.sections.front()), size, test),
+                        ratio);
         else
             lines.error(
                 Desk::tr(
                     "Грубая ошибка в одной из секций %1: измерения их не различают, оценка %2\u00A0мм, %3")
-                    .arg(lines.listSections(error.sections), size, test));
+                    .arg(lines.listSections(error.sections), size, test),
+                ratio);
     }
 
     void writeSolution(const levelling::L1Analysis& analysis)
@@ -188,9 +192,9 @@ private:
 } // namespace
 
 QString runL1Analysis(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                      const SurveyRules& rules)
+                      const SurveyRules& rules, WorstLine* worst)
 {
-    return L1Report(monitor, snapshot, rules).run();
+    return L1Report(monitor, snapshot, rules, worst).run();
 }
 
 } // namespace orvel::desk

@@ -5,6 +5,7 @@
 #include "apps/desk/runs/Tolerances.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace orvel::desk {
@@ -73,24 +74,28 @@ void LevelLines::writeCheck(const LevelCheck& check)
     const QString second = numbers::height(check.second);
     const QString deviation = numbers::misclosure((check.first - check.second) * kMillimetres);
     const QString limit = numbers::sigma(check.limit);
+    const double ratio = std::abs(check.first - check.second) * kMillimetres / check.limit;
     switch (check.kind) {
     case LevelCheckKind::StatedHeight:
     case LevelCheckKind::SightHeight:
         lines.error(
             Desk::tr("%1: высота по прибору %2\u00A0м, по отсчётам %3\u00A0м, разность %4\u00A0мм, "
                      "округление объясняет %5\u00A0мм; взято превышение по отсчётам, проверьте запись")
-                .arg(place(check), first, second, deviation, limit));
+                .arg(place(check), first, second, deviation, limit),
+            ratio);
         break;
     case LevelCheckKind::TwoReadings:
         lines.error(Desk::tr("%1: превышение по первым отсчётам %2\u00A0м, по вторым %3\u00A0м, разность "
                              "%4\u00A0мм при допуске %5\u00A0мм; взято среднее, повторите станцию")
-                        .arg(place(check), first, second, deviation, limit));
+                        .arg(place(check), first, second, deviation, limit),
+                    ratio);
         break;
     case LevelCheckKind::RepeatedReading:
         lines.error(
             Desk::tr("%1: отсчёт %2\u00A0м, при повторении %3\u00A0м, разность %4\u00A0мм при допуске "
                      "%5\u00A0мм; взят последний, проверьте запись")
-                .arg(place(check), first, second, deviation, limit));
+                .arg(place(check), first, second, deviation, limit),
+            ratio);
         break;
     case LevelCheckKind::EnteredHeight:
         lines.warning(Desk::tr("Строка файла %1: пункту %2 введена отметка %4\u00A0м, прежде — %3\u00A0м; "
@@ -186,7 +191,7 @@ void LevelLines::writeLine(std::size_t index, const SurveyRules& rules)
             .arg(QString::number(index + 1), QString::number(line.firstLine), QString::number(line.lastLine),
                  ends, methodText(line.method), parts.join(QStringLiteral("; ")));
     if (isClosed && tolerance.isExceeded)
-        lines.error(text);
+        lines.error(text, tolerance.ratio);
     else
         lines.message(text);
 }

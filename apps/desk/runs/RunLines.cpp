@@ -23,9 +23,11 @@ QString makeList(const std::vector<int>& indices, const QString& separator, std:
 
 } // namespace
 
-RunLines::RunLines(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot)
+RunLines::RunLines(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot,
+                   WorstLine* worstLine)
     : monitor(runMonitor)
     , snapshot(networkSnapshot)
+    , worst(worstLine)
 {}
 
 QString RunLines::escape(const QString& text)
@@ -79,6 +81,20 @@ void RunLines::message(const QString& text)
 void RunLines::service(const QString& text)
 {
     monitor.write(text.toStdWString());
+}
+
+void RunLines::error(const QString& text, double ratio)
+{
+    if (worst)
+        worst->take(true, ratio, text);
+    error(text);
+}
+
+void RunLines::warning(const QString& text, double ratio)
+{
+    if (worst)
+        worst->take(false, ratio, text);
+    warning(text);
 }
 
 void RunLines::setProgress(std::size_t done, std::size_t all)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/desk/document/NetworkSnapshot.h"
+#include "apps/desk/runs/WorstLine.h"
 #include "host/process/IProcessMonitor.h"
 
 #include <QString>
@@ -19,8 +20,10 @@ public:
     /// So many items are named in one line.
     static constexpr std::size_t kListLimit = 50;
 
-    /// Both outlive the lines.
-    RunLines(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot);
+    /// All outlive the lines.
+    /// @param worstLine  gets the worst of the lines that are written with a ratio, if somebody asks for it
+    RunLines(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot,
+             WorstLine* worstLine = nullptr);
 
     /// Text of a file as part of a line: shown as these characters, and read by nobody as a link.
     static QString escape(const QString& text);
@@ -44,6 +47,10 @@ public:
     void warning(const QString& text);
     void message(const QString& text);
     void service(const QString& text);
+    /// An error about a value over its limit.
+    /// @param ratio  of the value to the limit
+    void error(const QString& text, double ratio);
+    void warning(const QString& text, double ratio);
 
     /// Whether the run should go on.
     bool isRunning() const { return monitor.isProcessRunning(); }
@@ -55,6 +62,7 @@ private:
 
     qor::IProcessMonitor& monitor;
     const NetworkSnapshot& snapshot;
+    WorstLine* worst;
 };
 
 } // namespace orvel::desk

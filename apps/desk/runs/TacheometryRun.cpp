@@ -57,12 +57,12 @@ class TacheometryReport
 {
 public:
     TacheometryReport(qor::IProcessMonitor& runMonitor, const NetworkSnapshot& networkSnapshot,
-                      const QHash<QString, Position>& givenPoints)
+                      const QHash<QString, Position>& givenPoints, WorstLine* worst)
         : monitor(runMonitor)
         , snapshot(networkSnapshot)
         , book(*networkSnapshot.fieldBook)
         , given(givenPoints)
-        , lines(runMonitor, networkSnapshot)
+        , lines(runMonitor, networkSnapshot, worst)
     {}
 
     TacheometryOutcome run()
@@ -350,9 +350,9 @@ private:
             if (!lines.isRunning())
                 return;
             if (finding.isError)
-                lines.error(finding.text);
+                lines.error(finding.text, finding.excess);
             else
-                lines.warning(finding.text);
+                lines.warning(finding.text, finding.excess);
         }
     }
 
@@ -535,9 +535,9 @@ private:
 } // namespace
 
 TacheometryOutcome runTacheometry(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                                  const QHash<QString, Position>& given)
+                                  const QHash<QString, Position>& given, WorstLine* worst)
 {
-    return TacheometryReport(monitor, snapshot, given).run();
+    return TacheometryReport(monitor, snapshot, given, worst).run();
 }
 
 } // namespace orvel::desk

@@ -9,6 +9,8 @@
 
 namespace orvel::desk {
 
+class WorstLine;
+
 /// What a computation of tacheometry gave.
 struct TacheometryOutcome
 {
@@ -21,7 +23,9 @@ struct TacheometryOutcome
 /// set-ups and the points.
 ///
 /// @param given  what is known of points, by name
+/// @param worst  gets the line farthest over its limit
 TacheometryOutcome runTacheometry(qor::IProcessMonitor& monitor, const NetworkSnapshot& snapshot,
-                                  const QHash<QString, tacheometry::Position>& given);
+                                  const QHash<QString, tacheometry::Position>& given,
+                                  WorstLine* worst = nullptr);
 
 } // namespace orvel::desk

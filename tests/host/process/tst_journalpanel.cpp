@@ -66,6 +66,7 @@ private Q_SLOTS:
     void pageHasAllLines();
     void endedJournalTurnsToTheGravestLine_data();
     void endedJournalTurnsToTheGravestLine();
+    void endedJournalTurnsToTheWorstLine();
     void unseenJournalTurnsWhenItIsSeen();
     void journalWithoutProblemsStaysAtItsEnd();
     void scrolledJournalStaysWhereItIs();
@@ -196,6 +197,22 @@ void TestJournalPanel::endedJournalTurnsToTheGravestLine()
     panel.requestAll();
     QTRY_COMPARE(countShown(panel), count + 103);
     QCOMPARE(getTopLine(panel), QStringLiteral("\u2716 first error"));
+}
+
+void TestJournalPanel::endedJournalTurnsToTheWorstLine()
+{
+    for (const char* const worst : {"second error", "warning", "none of them"}) {
+        JournalPanel panel;
+        panel.resize(300, 200);
+        panel.show();
+        appendProblems(panel, 300);
+        panel.showLatest();
+        panel.showGravest(QString::fromUtf8(worst));
+        // A line of a lesser kind is not the worst.
+        QTRY_COMPARE(getTopLine(panel), QString::fromUtf8(worst) == QLatin1String("second error")
+                                            ? QStringLiteral("\u2716 second error")
+                                            : QStringLiteral("\u2716 first error"));
+    }
 }
 
 void TestJournalPanel::unseenJournalTurnsWhenItIsSeen()
