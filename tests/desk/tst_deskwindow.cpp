@@ -26,7 +26,6 @@
 #include <QRegularExpression>
 #include <QStatusBar>
 #include <QTest>
-#include <QTextBlock>
 #include <QTextBrowser>
 #include <QUndoStack>
 #include <QUrlQuery>
@@ -97,7 +96,6 @@ private Q_SLOTS:
     void helpTellsOfEveryRun();
     void everythingHasAccessibleName();
     void progressWindowLeavesTheTableFree();
-    void progressWindowEndsAtTheWorstLine();
     void layoutIsKept();
 
 private:
@@ -956,30 +954,6 @@ void TestDeskWindow::progressWindowLeavesTheTableFree()
     window->getDocument().setModified(false);
     QVERIFY(window->close());
     QVERIFY(!monitor.isVisible());
-}
-
-void TestDeskWindow::progressWindowEndsAtTheWorstLine()
-{
-    window = desk->makeWindow(samplePath(QStringLiteral("blunder.gkf")));
-    RunMonitor& monitor = window->getMonitor();
-    monitor.resize(400, 150);
-    run("Предобработка");
-    // The journal has no other numbers of this kind.
-    const QRegularExpression excess(
-        QStringLiteral("(?:невязка|расхождение) .?([0-9,]+)\u00A0мм, больше допуска ±?([0-9,]+)\u00A0мм"));
-    const auto ratio = [&excess](const QString& line) {
-        const QRegularExpressionMatch match = excess.match(line);
-        const auto number = [&match](int group) {
-            return match.captured(group).replace(QLatin1Char(','), QLatin1Char('.')).toDouble();
-        };
-        return match.hasMatch() ? number(1) / number(2) : 0.0;
-    };
-    QTextBrowser* journal = monitor.getJournal();
-    QString worst;
-    for (const QString& line : journal->toPlainText().split(QLatin1Char('\n')))
-        worst = ratio(line) > ratio(worst) ? line : worst;
-    QVERIFY(ratio(worst) > 1.0);
-    QTRY_COMPARE(journal->cursorForPosition(QPoint(5, 5)).block().text(), worst);
 }
 
 void TestDeskWindow::layoutIsKept()

@@ -252,6 +252,8 @@ void TestEditing::valueIsTypedInTheTable()
     QCOMPARE(*document().findSection(idOf(name))->getSection().stdev, 2.5);
     QCOMPARE(document().getUndoStack().count(), 2);
     QCOMPARE(document().getUndoStack().undoText(), QStringLiteral("СКО М5 – М3"));
+    // Enter has entered the value, and shows no page of lines about it.
+    QCOMPARE(desk->opened.getUrls().size(), 0);
     press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(cell(name, itemcolumns::Sigma).data().toString(), QStringLiteral("2,91"));
 }

@@ -435,10 +435,12 @@ void DeskWindow::updateActions()
     updateStatus();
 }
 
-/// Rows are chosen all the time; of that the actions want to know only whether any are.
+/// Rows are chosen all the time; of that the actions want to know only whether any are. What they were told
+/// while the protocol was checked is over.
 void DeskWindow::followSelection()
 {
-    if (situation.hasCurrentItem != (table->getCurrentItem() != 0) ||
+    if (situation.isRunWorking != isRunWorking() ||
+        situation.hasCurrentItem != (table->getCurrentItem() != 0) ||
         situation.hasSelection != table->selectionModel()->hasSelection())
         updateActions();
 }

@@ -217,7 +217,8 @@ bool ItemTable::edit(const QModelIndex& index, EditTrigger trigger, QEvent* even
 void ItemTable::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && currentIndex().isValid())
+    // Enter that ends the editing of a value comes here as well, before the editor goes.
+    if (isEnter && state() != EditingState && currentIndex().isValid())
         showCurrentProtocol();
     else if (event->matches(QKeySequence::Copy))
         copySelected(); // the view would take the current cell alone
