@@ -5,6 +5,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/LevellingPoint.h"
 #include "apps/desk/document/LevellingSection.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "tests/desk/DeskFixture.h"
@@ -297,7 +298,7 @@ void TestFailingWrites::pageWithoutItsLinesIsWithdrawn()
         // Counts the lines anew, so that no page is reused.
         Q_EMIT window->getDocument().summaryChanged();
         if (way == QLatin1String("list of protocols"))
-            window->showProtocol(enums::Adjust);
+            window->getPages().showProtocol(enums::Adjust);
         else if (way == QLatin1String("progress window"))
             Q_EMIT window->getMonitor().showOrvel(enums::Adjust);
         else
@@ -353,7 +354,7 @@ void TestFailingWrites::everyCallOfAReport()
         QByteArray call;
         {
             const FailingCalls calls(tempFolder(), number, error);
-            window->showReport(kHeightCatalogue);
+            window->getPages().showReport(kHeightCatalogue);
             call = calls.getFailedCall();
         }
         const QStringList messages = takeMessages();

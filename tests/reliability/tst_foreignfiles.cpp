@@ -4,6 +4,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/ProjectFile.h"
 #include "apps/desk/document/StoredProject.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "host/files/CFileException.h"
 #include "levelling/GkfReader.h"
 #include "tests/desk/DeskFixture.h"
@@ -113,7 +114,7 @@ void TestForeignFiles::linkLaidInThePlaceOfAPageIsNotFollowed()
     QVERIFY(QFile::remove(page));
     QVERIFY(QFile::link(prey, page));
     auto window = desk.makeWindow();
-    window->showProtocol(enums::Adjust);
+    window->getPages().showProtocol(enums::Adjust);
     QCOMPARE(readFile(prey), QByteArray("precious"));
     QVERIFY(!QFileInfo(page).isSymLink());
     QVERIFY(!QFileInfo(desk.opened.getPaths().last()).isSymLink());

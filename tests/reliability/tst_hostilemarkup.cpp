@@ -2,6 +2,7 @@
 #include "Orvel/store/COrvel.h"
 #include "apps/desk/document/DeskTypes.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
 #include "tests/desk/DeskFixture.h"
@@ -108,11 +109,11 @@ void TestHostileMarkup::everyPageForbidsWhatItDoesNotBring()
 {
     QFETCH(int, page);
     if (page == 0)
-        window->showProtocol(enums::Adjust);
+        window->getPages().showProtocol(enums::Adjust);
     else if (page == 1)
         OrvelGUIExtension::find(*window)->showItemOrvel(window->getDocument().getPoints()[1]);
     else
-        window->showReport(page == 2 ? kHeightCatalogue : kResidualList);
+        window->getPages().showReport(page == 2 ? kHeightCatalogue : kResidualList);
     const QString policy = policyOf(lastPage());
     QVERIFY2(policy.startsWith(QStringLiteral("default-src 'none'; ")), qUtf8Printable(policy));
     QVERIFY(!policy.contains(QStringLiteral("unsafe")));
@@ -133,7 +134,7 @@ void TestHostileMarkup::journalAsAPageForbidsAllButStyles()
 
 void TestHostileMarkup::namesInReportsAreText()
 {
-    window->showReport(kHeightCatalogue);
+    window->getPages().showReport(kHeightCatalogue);
     QVERIFY(lastPage().contains(QStringLiteral("<p>") + kName.toHtmlEscaped() + QStringLiteral("</p>")));
     QVERIFY(lastPage().contains(QStringLiteral("<td class=\"name\">") + kName.toHtmlEscaped() +
                                 QStringLiteral("</td>")));

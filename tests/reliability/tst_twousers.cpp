@@ -2,6 +2,7 @@
 #include "Orvel/store/ProtocolTypes.h"
 #include "Orvel/store/SavedProtocol.h"
 #include "apps/desk/document/Document.h"
+#include "apps/desk/gui/DeskPages.h"
 #include "apps/desk/gui/DeskSession.h"
 #include "apps/desk/gui/ItemTable.h"
 #include "apps/desk/gui/MessageBar.h"
@@ -123,7 +124,7 @@ void TestTwoUsers::work()
 {
     session->start(samplePath(QStringLiteral("blunder.gkf")));
     QVERIFY(window().getMonitor().waitForFinished());
-    window().showProtocol(enums::Import);
+    window().getPages().showProtocol(enums::Import);
     QCOMPARE(desk->opened.getPaths().size(), 1);
 }
 
