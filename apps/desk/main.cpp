@@ -10,6 +10,7 @@
 #include "apps/desk/document/Document.h"
 #include "apps/desk/document/StandardStreams.h"
 #include "apps/desk/gui/DeskSession.h"
+#include "apps/desk/gui/ItemLook.h"
 #include "apps/desk/gui/UriServer.h"
 #include "apps/desk/headless/Headless.h"
 #include "host/app/PluginManager.h"
@@ -22,6 +23,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPalette>
 #include <QSet>
 #include <QTextStream>
 #include <QUrl>
@@ -133,6 +135,9 @@ int runWindow(const CommandLine& commandLine)
     const DeskHost host(application);
     if (!host.getError().isEmpty())
         return fail(host.getError());
+    QPalette links;
+    links.setColor(QPalette::Link, itemlook::getLinkColor(QApplication::palette()));
+    QApplication::setPalette(links);
     DeskSession session(host.getPlugins(), commandLine.recordFile);
     session.start(commandLine.argument);
     return orvel::apps::TerminationSignals::hasCome() ? 0 : QApplication::exec();

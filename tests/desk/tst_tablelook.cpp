@@ -258,6 +258,8 @@ void TestTableLook::textsAreReadableOnEveryPalette()
     }
     QCOMPARE(itemlook::getOffColor(palette) != palette.color(QPalette::Text), isTinted);
     QVERIFY(!itemlook::getBackground(COVMessage::Message, palette).isValid());
+    QVERIFY(itemlook::getContrast(base, itemlook::getLinkColor(palette)) >= 4.5);
+    QCOMPARE(itemlook::getLinkColor(palette) == palette.color(QPalette::Link), base.lightness() > 128);
     QCOMPARE(itemlook::getContrast(Qt::black, Qt::white), 21.0);
 }
 

@@ -96,6 +96,17 @@ QColor getOffColor(const QPalette& palette)
     return mix(text, base, std::max(share, 0.0));
 }
 
+QColor getLinkColor(const QPalette& palette)
+{
+    const QColor& base = palette.color(QPalette::Active, QPalette::Base);
+    const QColor& text = palette.color(QPalette::Active, QPalette::Text);
+    const QColor& link = palette.color(QPalette::Active, QPalette::Link);
+    double share = 0.0;
+    while (share < 1.0 && getContrast(mix(link, text, share), base) < kLeastContrast)
+        share += kTintStep;
+    return mix(link, text, std::min(share, 1.0));
+}
+
 QString describeOff(const QString& reason)
 {
     return (reason.isEmpty() ? Desk::tr("Отключена: в обработке не участвует")

@@ -25,6 +25,9 @@ QColor getBackground(COVMessage::MessageType kind, const QPalette& palette);
 /// The colour of what is switched off or out of date, as pale as it can be and readable still; beside it a
 /// word says so.
 QColor getOffColor(const QPalette& palette);
+/// The palette's colour of links, as much nearer to that of texts as it takes to be readable: desktops with
+/// dark colours often leave links dark blue.
+QColor getLinkColor(const QPalette& palette);
 /// That a section is switched off, and why.
 QString describeOff(const QString& reason);
 
