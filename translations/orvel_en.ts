@@ -3273,7 +3273,7 @@ L in km (else the class sets it)</translation>
     </message>
     <message>
         <source>Строки протокола «%1», как показаны</source>
-        <translation>Lines of the protocol &quot;%1&quot;, as shown</translation>
+        <translation>Lines of the protocol “%1”, as shown</translation>
     </message>
     <message>
         <source>Протокол: %1</source>
@@ -4338,7 +4338,7 @@ L in km (else the class sets it)</translation>
     </message>
     <message>
         <source>График, как показан</source>
-        <translation>Plot as it is shown</translation>
+        <translation>Plot, as shown</translation>
     </message>
     <message>
         <source>сейчас его нет на экране</source>
@@ -4346,7 +4346,7 @@ L in km (else the class sets it)</translation>
     </message>
     <message>
         <source>График «%1», как показан</source>
-        <translation>Plot “%1” as it is shown</translation>
+        <translation>Plot “%1”, as shown</translation>
     </message>
     <message>
         <source>Таких пунктов в сети ещё нет, они добавляются: %1</source>
