@@ -2,6 +2,8 @@
 
 #include "bench/Clocks.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace orvel::bench {
@@ -32,6 +34,17 @@ Stall StallWatch::stop(const QString& part)
     timer.stop();
     longest.part = part;
     return longest;
+}
+
+Stall StallWatch::watch(const QString& part, const std::function<void()>& step,
+                        const std::function<bool()>& isWorking)
+{
+    start();
+    step();
+    while (isWorking())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QCoreApplication::processEvents();
+    return stop(part);
 }
 
 void StallWatch::restart()

@@ -4,6 +4,8 @@
 
 #include <QTimer>
 
+#include <functional>
+
 namespace orvel::bench {
 
 /// Watches the event loop by a timer of 5 ms: how much too late it comes is how long the loop was away.
@@ -15,6 +17,10 @@ public:
     void start();
     /// The longest stall since start(), and the most work between two ticks.
     Stall stop(const QString& part);
+    /// The longest stall of a step: of what the user does, and of all that follows of it, in the event loop,
+    /// until nothing is working for it any more.
+    Stall watch(const QString& part, const std::function<void()>& step,
+                const std::function<bool()>& isWorking);
 
 private:
     void restart();

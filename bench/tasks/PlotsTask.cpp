@@ -85,12 +85,7 @@ private:
     /// A step is what the user does, and all that follows of it until the panel shows the result.
     void runStep(const QString& name, const std::function<void()>& step)
     {
-        stallWatch.start();
-        step();
-        while (panel && panel->isWorking())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        QCoreApplication::processEvents();
-        stalls.push_back(stallWatch.stop(name));
+        stalls.push_back(stallWatch.watch(name, step, [this] { return panel && panel->isWorking(); }));
     }
 
     DeskHost host;

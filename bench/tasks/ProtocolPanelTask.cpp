@@ -9,7 +9,6 @@
 #include "bench/StallWatch.h"
 #include "tests/levelling/SyntheticNetwork.h"
 
-#include <QCoreApplication>
 #include <QScrollBar>
 #include <QToolButton>
 #include <QTreeView>
@@ -66,12 +65,7 @@ private:
     void runStep(const QString& name, const std::function<void()>& step)
     {
         const double start = clocks::getSteady();
-        stallWatch.start();
-        step();
-        while (panel->isWorking())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        QCoreApplication::processEvents();
-        stalls.push_back(stallWatch.stop(name));
+        stalls.push_back(stallWatch.watch(name, step, [this] { return panel->isWorking(); }));
         stalls.push_back({name + QStringLiteral("_until_shown"), clocks::getSteady() - start, 0});
     }
 

@@ -118,12 +118,8 @@ private:
     void runStep(const QString& name, const std::function<void()>& step)
     {
         const double start = clocks::getSteady();
-        stallWatch.start();
-        step();
-        while (table->getFilterModel()->isWorking())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        QCoreApplication::processEvents();
-        stalls.push_back(stallWatch.stop(name));
+        stalls.push_back(
+            stallWatch.watch(name, step, [this] { return table->getFilterModel()->isWorking(); }));
         stalls.push_back({name + QStringLiteral("_until_shown"), clocks::getSteady() - start, 0});
     }
 
