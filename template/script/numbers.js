@@ -8,11 +8,12 @@ const number =
   "(?<![\\p{L}\\p{N}_.,])[-+\\u2212]?(?:\\d{1,3}(?:[\\u2009\\u202f\\u00a0]\\d{3})+(?!\\d)|\\d+)(?:[.,]\\d+)?";
 const namePart = /[\p{L}\p{N}_.,]/u;
 const unitBehind = /[\s±]?([^\s\d.,;:()<>=]+)/uy;
-const limitWord = /допус[кт]|предел|limit|toleran/i;
-// A limit, or the lower and the upper one.
+// Not "определяется".
+const limitWord = /(?<!\p{L})(?:допус[кт]|предел|limit|toleran)/iu;
+// A limit, or the lower and the upper one; how many values one is for ("limit of the largest of 14: 2.91") is none.
 const limitPattern = new RegExp(
-  `(?:допус[кт]|предел|limit|toleran)[^\\d]{0,40}?(${number})(?:\\s(?:и|and)\\s(${number}))?`,
-  "iu",
+  `${limitWord.source}[^\\d]{0,40}?(?:(?:of|из) \\d+(?::| —) )?(${number})(?:\\s(?:и|and)\\s(${number}))?`,
+  "giu",
 );
 // How many millimetres, seconds of arc and so on the units have.
 const units = new Map(
@@ -39,7 +40,11 @@ const units = new Map(
     gon: 1e3,
   }),
 );
-const sizeUnit = new RegExp(`[\\s±]?(${[...units.keys()].join("|")})(?![\\p{L}\\p{N}])`, "uy");
+// Not the one of "per 1 km", for which the value is.
+const sizeUnit = new RegExp(
+  `(?<!(?<!\\p{L})(?:на|per)\\s1(?=\\s[кk][мm]))[\\s±]?(${[...units.keys()].join("|")})(?![\\p{L}\\p{N}])`,
+  "uy",
+);
 
 export function valueOf(text) {
   const value = Number(text);
@@ -143,30 +148,34 @@ export function besideTestOf(label, holds) {
   };
 }
 
+/** How far over its limits a value is: what is to lie between two as it leaves them, below as above. */
+function ratioTo([, lower, upper], { value }) {
+  const limit = valueOf(upper ?? lower);
+  const ratio = Math.abs(value / limit);
+  return upper ? Math.max(ratio, valueOf(lower) / Math.abs(value)) : ratio;
+}
+
 /**
- * The last number before the limit in its unit, or the first one behind it, as a ratio to the limit. What is to lie
- * between two limits is as far over as it leaves them, below as above.
+ * The largest ratio of a value to its limit: of the last number in the limit's unit that stands before it and behind
+ * the limit before, or of the first one behind it. Numbers before a colon are names ("Part 1:").
  */
 function readRatio(text) {
-  const found = limitWord.test(text) && limitPattern.exec(text);
-  if (!found) return -1;
-  const [first, second] = [valueOf(found[1]), found[2] && valueOf(found[2])];
-  const limit = second ?? first;
-  if (!limit) return -1;
-  const [start, end] = [found.index, found.index + found[0].length];
-  const unit = unitAt(text, end);
-  const ratio = ({ value }) =>
-    second === undefined
-      ? Math.abs(value / limit)
-      : Math.max(Math.abs(value / limit), first / Math.abs(value));
-  let before = null;
-  for (const each of foundIn(text)) {
-    const isLimit = each.index >= start && each.end <= end;
-    if (isLimit || unitAt(text, each.end) !== unit) continue;
-    if (each.end < start) before = each;
-    else return ratio(before ?? each);
-  }
-  return before ? ratio(before) : -1;
+  if (!limitWord.test(text)) return -1;
+  const limits = [...text.matchAll(limitPattern)].filter(([, lower, upper]) => valueOf(upper ?? lower));
+  const spans = limits.map((found) => [found.index, found.index + found[0].length]);
+  const values = foundIn(text).filter(
+    ({ index, end }) => text[end] !== ":" && !spans.some(([from, to]) => index >= from && end <= to),
+  );
+  return limits.reduce((worst, found, at) => {
+    const [start, end] = spans[at];
+    const [previous, next] = [spans[at - 1]?.[1] ?? 0, spans[at + 1]?.[0] ?? Infinity];
+    const unit = unitAt(text, end);
+    const own = values.filter(
+      (value) => value.index >= previous && value.end <= next && unitAt(text, value.end) === unit,
+    );
+    const value = own.findLast(({ index }) => index < start) ?? own[0];
+    return value ? Math.max(worst, ratioTo(found, value)) : worst;
+  }, -1);
 }
 
 function readSize(text) {

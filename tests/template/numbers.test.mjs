@@ -31,15 +31,19 @@ const source = fileURLToPath(new URL("../../template/script/numbers.js", import.
 execFileSync(process.env.ESBUILD ?? "esbuild", [source, "--bundle", "--format=esm", `--outfile=${bundle}`], {
   stdio: "pipe",
 });
-const { ratioOf } = await import(bundle);
+const { ratioOf, sizeOf } = await import(bundle);
 
-function ratio(text) {
+function told(read, text) {
   const line = { text };
   line.origin = { record: line };
-  return Number(ratioOf(line).toFixed(3));
+  return Number(read(line).toFixed(3));
 }
 
 const limits = "пределы 0,159 и 2,236 (критерий χ², доверительная вероятность 0,95)";
+const node = "Узловой пункт М2: уравненная H = 145,20590\u00a0м, по ходам с размахом 57,70\u00a0мм";
+const nodeLine = (name, value, limit) => `от ${name} 145,21270\u00a0м (${value}\u00a0мм, ${limit}\u00a0мм)`;
+const divided =
+  "Part 1: residuals are divided by their a posteriori standard deviations (Pope's τ test, sigma-act)";
 const weight =
   "Часть 1, СКО единицы веса μ на 1\u00a0км хода: априорная 10,000\u00a0мм, апостериорная 309,516\u00a0мм";
 
@@ -54,6 +58,27 @@ describe("ratio of a value to its limit", () => {
     [`${weight}, отношение 1,118, ${limits}`]: 0.5,
     [`${weight}, отношение 0,053, меньше нижнего предела, ${limits}`]: 3,
     "Part 1, standard deviation: ratio 30.952, above the upper limit, limits 0.159 and 2.236 (χ² test)": 13.843,
+    "Пунктов: 12, секций: 19, неизвестных: 7, не определяется пунктов: 3": -1,
+    [`${divided}; limit of the largest of 14: 2.91, warning limit 1.96`]: -1,
+    "Часть 1: поправки делятся на априорные СКО; предел наибольшей из 26 — 2,73, предел предупреждения 1,92":
+      -1,
+    "Часть 1: предел наибольшей из 26 — 2,73, у секции 5,46": 2,
+    "Допуск 20 мм, невязка 50 мм; допуск хода 10 мм, его невязка 5 мм": 5,
+    [`${node}: ${nodeLine("Рп101", "+6,80", "допуск ±20,00")}, ${nodeLine("М5", "−39,44", "больше допуска ±24,65")}, ` +
+    nodeLine("М1", "+1,25", "допуск ±31,81")]: 1.6,
   };
-  for (const [text, expected] of Object.entries(cases)) test(text, () => assert.equal(ratio(text), expected));
+  for (const [text, expected] of Object.entries(cases))
+    test(text, () => assert.equal(told(ratioOf, text), expected));
+});
+
+describe("size of a line's first number with a unit", () => {
+  const cases = {
+    [weight]: 10,
+    "Отличается на 1 мм": 1,
+    "Длина 1 км": 1e6,
+    "Random standard deviation per 1 km: 0.38 mm": 0.38,
+    "Прочитано 5": -1,
+  };
+  for (const [text, expected] of Object.entries(cases))
+    test(text, () => assert.equal(told(sizeOf, text), expected));
 });
