@@ -5,9 +5,10 @@ import { besideTestOf, hasNumber, ratioOf, valueOf } from "./numbers.js";
 const number = "[-+\u2212]?\\d+(?:[.,]\\d+)?";
 const termPattern = new RegExp(
   [
-    "(?<sign>-?)(?:",
+    // Before a range a minus is the sign of its number.
+    `(?<sign>(?:(?!-${number}\\.\\.(?:${number})?(?:\\s|$))-)?)(?:`,
     "(?<field>kind|вид|stage|этап|item|объект):(?<value>\\S*)",
-    `|(?<label>[^\\s"/<>=]*?)(?:(?<compare>[<>]=?|=)(?!${number}\\.\\.)(?<bound>${number})?`,
+    `|(?<label>(?:[^\\s"/<>=][^\\s"<>=]*?)??)(?:(?<compare>[<>]=?|=)(?!${number}\\.\\.)(?<bound>${number})?`,
     `|=?(?<low>${number})\\.\\.(?<high>${number})?)(?=\\s|$)`,
     '|"(?<phrase>[^"]*)"?',
     "|/(?<pattern>(?:[^/\\\\]|\\\\.)*)/(?<flags>[a-z]*)(?=\\s|$)",

@@ -50,6 +50,10 @@ describe("numbers", () => {
     "отношение=0,5..1": [2],
     "хода >80": [0, 3],
     "-мм>0": [3, 4, 5, 6, 7],
+    "-95..-90": [1],
+    "-90..-95": [],
+    "-100..7": [0, 1, 2, 4, 5],
+    "-=3..100": [3, 4, 7],
   };
   for (const [query, expected] of Object.entries(cases))
     test(`${query} finds lines by them`, async () => {
@@ -61,6 +65,21 @@ describe("numbers", () => {
       );
       await page.context().close();
     });
+
+  test("have units with a stroke in them", async () => {
+    const texts = ["Поправка 90,5 мм/км", "Поправка 7 мм/км", "Сдвиг 90 мм"];
+    const run = makeRun(
+      "flat",
+      0,
+      texts.map((text) => ({ kind: "error", text })),
+    );
+    const page = await open(browser, pageOf("strokes", run));
+    await search(page, "мм/км>80");
+    assert.deepEqual(await visibleLines(page), texts.slice(0, 1));
+    await search(page, "-мм/км=1..80 /^Поправка.*мм\\/км$/");
+    assert.deepEqual(await visibleLines(page), texts.slice(0, 1));
+    await page.context().close();
+  });
 
   test("the unit of one number is not the name of the next", async () => {
     const texts = ["Сдвиг 5 мм 700 с", "Сдвиг мм: 700", "Сдвиг 700 мм"];
