@@ -150,9 +150,8 @@ export function besideTestOf(label, holds) {
 
 /** How far over its limits a value is: what is to lie between two as it leaves them, below as above. */
 function ratioTo([, lower, upper], { value }) {
-  const limit = valueOf(upper ?? lower);
-  const ratio = Math.abs(value / limit);
-  return upper ? Math.max(ratio, valueOf(lower) / Math.abs(value)) : ratio;
+  const [least, most] = [upper ? valueOf(lower) : 0, valueOf(upper ?? lower)];
+  return Math.max(Math.abs(value / most), least && least / Math.abs(value));
 }
 
 /**
@@ -202,6 +201,8 @@ export function isWorse(line, other) {
 /** The smallest and the largest of the numbers in which alike lines differ: the first with a unit, or the first. */
 export function rangeOf(lines) {
   const rows = lines.map(numbersOf);
+  // "М-3" has a number, "М3" a name.
+  if (rows.some(({ length }) => length !== rows[0].length)) return "";
   const differing = rows[0].map((_, at) => at).filter((at) => rows.some((row) => row[at] !== rows[0][at]));
   if (!differing.length) return "";
   const text = textOf(lines[0]);

@@ -31,13 +31,15 @@ const source = fileURLToPath(new URL("../../template/script/numbers.js", import.
 execFileSync(process.env.ESBUILD ?? "esbuild", [source, "--bundle", "--format=esm", `--outfile=${bundle}`], {
   stdio: "pipe",
 });
-const { ratioOf, sizeOf } = await import(bundle);
+const { rangeOf, ratioOf, sizeOf } = await import(bundle);
 
-function told(read, text) {
+function lineOf(text) {
   const line = { text };
   line.origin = { record: line };
-  return Number(read(line).toFixed(3));
+  return line;
 }
+
+const told = (read, text) => Number(read(lineOf(text)).toFixed(3));
 
 const limits = "пределы 0,159 и 2,236 (критерий χ², доверительная вероятность 0,95)";
 const node = "Узловой пункт М2: уравненная H = 145,20590\u00a0м, по ходам с размахом 57,70\u00a0мм";
@@ -58,6 +60,7 @@ describe("ratio of a value to its limit", () => {
     [`${weight}, отношение 1,118, ${limits}`]: 0.5,
     [`${weight}, отношение 0,053, меньше нижнего предела, ${limits}`]: 3,
     "Part 1, standard deviation: ratio 30.952, above the upper limit, limits 0.159 and 2.236 (χ² test)": 13.843,
+    "Отношение 0,000, пределы 0,000 и 1,96": 0,
     "Пунктов: 12, секций: 19, неизвестных: 7, не определяется пунктов: 3": -1,
     [`${divided}; limit of the largest of 14: 2.91, warning limit 1.96`]: -1,
     "Часть 1: поправки делятся на априорные СКО; предел наибольшей из 26 — 2,73, предел предупреждения 1,92":
@@ -81,4 +84,9 @@ describe("size of a line's first number with a unit", () => {
   };
   for (const [text, expected] of Object.entries(cases))
     test(text, () => assert.equal(told(sizeOf, text), expected));
+});
+
+test("alike lines whose names have numbers or not tell no range", () => {
+  const lines = ["Пункт М-3: поправка 5 мм", "Пункт М3: поправка 7 мм"].map(lineOf);
+  assert.equal(rangeOf(lines), "");
 });
