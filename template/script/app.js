@@ -195,6 +195,8 @@ export class App {
       ? model.records.find(({ origin }) => origin === current?.record)
       : current?.origin;
     tree.current = line ?? null;
+    // In a folded branch it would be no tab stop.
+    if (line && !model.isFlat) view.openAround(line);
   }
 
   /** Filters anew and keeps the present line, or the one nearest to it, where it stands. */

@@ -270,6 +270,19 @@ describe("the order of the lines", () => {
     await page.context().close();
   });
 
+  test("from one list back to the branches keeps the line and the tab stop", async () => {
+    const page = await open(browser, fixture("grouped"));
+    await page.locator("#lines [tabindex='0']").focus();
+    await press(page, "s", "ArrowDown", "ArrowDown");
+    const text = await page.evaluate(() => document.activeElement.textContent.trim());
+    await page.getByRole("button", { name: "Вид", exact: true }).click();
+    await page.getByRole("menuitemcheckbox", { name: "Одним списком" }).click();
+    const stops = page.locator("#lines [tabindex='0']:visible");
+    assert.equal(await stops.count(), 1);
+    assert.equal((await stops.textContent()).trim(), text);
+    await page.context().close();
+  });
+
   test("of a long page is right where the view is", async () => {
     const page = await open(browser, pageOf("long-order", makeRun("staged", 6000)));
     await press(page, "s");
