@@ -398,9 +398,10 @@ export class App {
 
   turnTo(kind, step) {
     this.isMoved = true;
-    const turned = this.tree.turnTo(kind, step);
-    if (!turned) this.controls.tell(say("noneOf"));
-    else this.controls.tell(say(turned.key, say(`${kind}One`), turned.at, turned.count));
+    const turn = this.tree.turnOf(kind, step);
+    // What is told may take the bar a line more, and so it comes before the row is brought into view.
+    this.controls.tell(turn ? say(turn.key, say(`${kind}One`), turn.at, turn.count) : say("noneOf"));
+    this.tree.goTo(turn?.item);
   }
 
   /** What Enter and a click do: follow the link, choose among several, unfold. */

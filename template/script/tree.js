@@ -103,19 +103,18 @@ export class Tree {
   }
 
   /**
-   * Goes to the next shown line of a kind from the present row on, or the previous one, around the page's end. Answers
-   * which of how many it is, and the key of the text that says so; null when there is none.
+   * The next shown line of a kind from the present row on, or the previous one, around the page's end; which of how
+   * many it is, and the key of the text that says so. Null when there is none.
    */
-  turnTo(kind, step) {
+  turnOf(kind, step) {
     const own = this.model.items.filter((item) => item.shown && item.kind === kind);
     if (!own.length) return null;
     const from = this.current?.index ?? -1;
     const next =
       step > 0 ? own.findIndex(({ index }) => index > from) : own.findLastIndex(({ index }) => index < from);
     const at = next >= 0 ? next : step > 0 ? 0 : own.length - 1;
-    this.goTo(own[at]);
     const key = next >= 0 ? "turned" : step > 0 ? "wentRound" : "wentBack";
-    return { key, at: at + 1, count: own.length };
+    return { key, at: at + 1, count: own.length, item: own[at] };
   }
 
   setOpen(nodes, isOpen) {

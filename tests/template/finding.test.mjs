@@ -2,7 +2,17 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { addressHolds, choose, chromiumOnly, launch, open, search, shown, visibleLines } from "./browser.mjs";
+import {
+  addressHolds,
+  choose,
+  chromiumOnly,
+  launch,
+  open,
+  search,
+  settle,
+  shown,
+  visibleLines,
+} from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point, runs, section } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -323,6 +333,29 @@ describe("errors", () => {
     assert.equal(await told(), `ошибка ${count} из ${count}, снова с конца`);
     await press(page, "e");
     assert.equal(await told(), `ошибка 1 из ${count}, снова с начала`);
+    await page.context().close();
+  });
+
+  test("are in view as a whole, also where the bar gets higher by telling which", async () => {
+    const lines = Array.from({ length: 40 }, (_, at) => ({ kind: "error", text: `Невязка ${at} мм` }));
+    const page = await open(browser, pageOf("told", makeRun("flat", 0, lines)));
+    await page.locator('#lines [tabindex="0"]').focus();
+    let higher = 0;
+    for (let width = 1200; width >= 400; width -= 100) {
+      await page.setViewportSize({ width, height: 500 });
+      await press(page, "Home");
+      for (let at = 0; at < 15; ++at) {
+        const heightOf = () => page.evaluate(() => document.querySelector("#bar").offsetHeight);
+        await page.evaluate(() => (document.querySelector("#status").textContent = ""));
+        const before = await heightOf();
+        await press(page, "e");
+        await settle(page);
+        if ((await heightOf()) > before) ++higher;
+        const { bottom } = await page.evaluate(() => document.activeElement.getBoundingClientRect().toJSON());
+        assert.ok(bottom <= 500, `${bottom} at ${width}, row ${at}`);
+      }
+    }
+    assert.ok(higher > 0);
     await page.context().close();
   });
 
