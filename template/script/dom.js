@@ -93,7 +93,7 @@ const shortestWork = 12;
 
 /** Runs a generator's steps when the browser is idle, for as long as it gives time, and what follows them. */
 export function runIdle(steps, finished) {
-  const soon = () => (window.requestIdleCallback ?? setTimeout)(work, { timeout: 100 });
+  const soon = () => (window.requestIdleCallback ?? setTimeout)(work, { timeout: 500 });
   const work = (deadline) => {
     const end = performance.now() + Math.max(shortestWork, deadline?.timeRemaining() ?? 0);
     while (performance.now() < end) if (steps.next().done) return finished();

@@ -127,10 +127,10 @@ function termOf({ groups }, longest) {
   const text = fold(phrase ?? word);
   if (!text) return null;
   const holds = phrase === undefined ? testsOfText(text) : testsOfFolded((own) => holdsWhole(own, text));
-  const isNamed = /^\d+$/.test(text) && !excluded ? linksTo(text) : () => false;
+  const isNamed = /^\d+$/.test(text) && !excluded ? linksTo(text) : null;
   return {
     excluded,
-    test: (line) => holds.line(line) || isNamed(line),
+    test: isNamed ? (line) => holds.line(line) || isNamed(line) : holds.line,
     caption: excluded ? null : holds.name,
     mark: compile(escapePattern(text), "gi"),
   };
@@ -203,15 +203,20 @@ export class Query {
   #matchRecord(record, isHidden) {
     const { captionHits } = record.parent;
     record.matches = !isHidden && this.#holds(record, captionHits);
+    if (record.repeats.length === 0) return;
     for (const repeat of record.repeats) {
       const own = repeat.parent.captionHits;
       repeat.matches = !isHidden && (own === captionHits ? record.matches : this.#holds(record, own));
     }
   }
 
+  // Called for each line before the browser has compiled it: a loop by places is quick then, too.
   #holds(record, hits) {
-    for (const { test, excluded, caption } of this.terms)
-      if ((hits.includes(caption) || test(record)) === excluded) return false;
+    const { terms } = this;
+    for (let at = 0; at < terms.length; ++at) {
+      const { test, excluded, caption } = terms[at];
+      if (((hits.length > 0 && hits.includes(caption)) || test(record)) === excluded) return false;
+    }
     return true;
   }
 }
