@@ -1,22 +1,17 @@
 import { build, disarm, page } from "./dom.js";
+import { Item } from "./item.js";
+import { foldedBranchStart, listStart, plainText, rowEnd, rowStart, styleEnd } from "./markup.js";
 
-// How the library writes a list of lines.
-export const rowStart =
-  '<li class="Node ExpandLeaf IsLast">\n<div class="Expand"></div>\n<div class="Content ';
-export const rowEnd = "</div>\n</li>";
-const listStart = '<ul class="Container"';
 const linesStart = `${listStart}>\n${rowStart}`;
-const linesEnd = `${rowEnd}\n</ul>`;
+const nextRow = `\n${rowStart}`;
+const listEnd = "\n</ul>";
 // Captions of branches, titles, service lines and statistics.
 const named = /(<(div|h1|p)(?: class=(?:"Content"|'service'))?)>([^]{0,4000}?)(<\/\2>)(?=\n|<ul)/g;
-export const plainLink = /<a href="([^"<>]*)">([^<]*)<\/a>/g;
-const [linkStart, linkEnd, lineBreak] = ['<a href="', "</a>", "<br>"];
 const foreignTag = /<(?!\/?(?:div|h1|p|ul|li|a)[\s>])/g;
 
 // A list of so many branches of lines gets its rows as they are looked at.
 const manyBranches = 100;
-const branchStart = '<li class="Node ExpandClosed">\n<div class="Expand"></div>\n<div class="Content">';
-const branchList = `${listStart}>\n${branchStart}`;
+const branchList = `${listStart}>\n${foldedBranchStart}`;
 
 // Keeps what the library wrote. Whichever way a browser saves the page, this goes along, and the script of the saved
 // page reads it instead of the rows that were there.
@@ -73,65 +68,82 @@ function readWritten() {
   return [first.slice(1), ...pieces];
 }
 
-/** The same text in pieces that end where a list of lines does, or hold none. */
-function* cutBehindLists(pieces) {
-  let held = [];
-  for (const piece of pieces) {
-    const first = piece.indexOf(linesEnd);
-    if (first < 0) {
-      held.push(piece);
-      continue;
+const seamLength = rowEnd.length - 1;
+
+/** What stands between the ends of rows, in arrays. To join the pieces would take a browser long. */
+function* partsBetweenRows(pieces) {
+  let open = [];
+  let tail = "";
+  for (let piece of pieces) {
+    const cut = (tail + piece.slice(0, seamLength)).indexOf(rowEnd);
+    if (cut >= 0) {
+      // The end of a row lies across pieces.
+      const begun = tail.slice(cut);
+      open = [open.join("").slice(0, -begun.length)];
+      piece = begun + piece;
     }
-    const end = first + linesEnd.length;
-    const last = piece.lastIndexOf(linesEnd) + linesEnd.length;
-    yield held.join("") + piece.slice(0, end);
-    yield piece.slice(end, last);
-    held = [piece.slice(last)];
+    tail = (piece.length < seamLength ? tail + piece : piece).slice(-seamLength);
+    const parts = piece.split(rowEnd);
+    const last = parts.pop();
+    if (parts.length) {
+      parts[0] = open.join("") + parts[0];
+      open = [];
+      yield parts;
+    }
+    open.push(last);
   }
-  yield held.join("");
+  yield [open.join("")];
 }
 
-/** Takes the lists of lines out of a text; `mark` stands for the lines of one. */
-function takeLines(text, mark) {
-  const rest = [];
-  let from = 0;
-  for (let at = text.indexOf(linesStart); at >= 0; at = text.indexOf(linesStart, from)) {
-    const first = at + linesStart.length;
-    const end = text.indexOf(linesEnd, first);
-    if (end < 0) break;
-    rest.push(text.slice(from, at), listStart, mark({ lines: text.slice(first, end) }), ">");
-    from = end + rowEnd.length;
-  }
-  rest.push(text.slice(from));
-  return rest.join("");
-}
+/** Takes the lists of lines out of the content, which comes in parts; `mark` stands for the lines of one. */
+class LineTaker {
+  #rest = [];
+  /** The lines of a list that has not ended, and the row of its last one so far. */
+  #lines = null;
+  #row = "";
 
-/** Where the whole link ends that begins at a place of markup, and where its text begins; null when there is none. */
-function linkAt(markup, at) {
-  if (!markup.startsWith(linkStart, at)) return null;
-  const quote = markup.indexOf('"', at + linkStart.length);
-  const end = markup.indexOf("<", at + 1);
-  const isWhole = end > quote && markup.indexOf(">", at) === quote + 1 && markup.startsWith(linkEnd, end);
-  return isWhole ? { from: quote + 2, to: end } : null;
-}
-
-/** The text of markup that is but text, line breaks and whole links, and so can't reach beyond its element; else null. */
-export function plainText(markup) {
-  let text = "";
-  let from = 0;
-  for (let at = markup.indexOf("<"); at >= 0; at = markup.indexOf("<", from)) {
-    text += markup.slice(from, at);
-    const link = linkAt(markup, at);
-    if (link) {
-      text += markup.slice(link.from, link.to);
-      from = link.to + linkEnd.length;
-    } else if (markup.startsWith(lineBreak, at)) {
-      text += "\n";
-      from = at + lineBreak.length;
-    } else return null;
+  constructor(mark) {
+    this.mark = mark;
   }
-  text += markup.slice(from);
-  return text.includes("&") ? null : text;
+
+  take(part) {
+    if (!this.#lines) this.#takeOther(this.#rest.length ? rowEnd + part : part);
+    else if (part.indexOf(nextRow) === 0) {
+      this.#endRow();
+      this.#row = part.slice(nextRow.length);
+    } else if (part.startsWith(listEnd)) {
+      this.#endRow();
+      this.#rest.push(listStart, this.mark({ lines: this.#lines }), ">");
+      this.#lines = null;
+      this.#takeOther(part);
+    }
+    // What a line holds may look like its end.
+    else this.#row += rowEnd + part;
+  }
+
+  #takeOther(text) {
+    const at = text.indexOf(linesStart);
+    if (at < 0) {
+      this.#rest.push(text);
+      return;
+    }
+    this.#rest.push(text.slice(0, at));
+    this.#lines = [];
+    this.#row = text.slice(at + linesStart.length);
+  }
+
+  #endRow() {
+    const style = this.#row.indexOf(styleEnd);
+    const markup = this.#row.slice(style + styleEnd.length);
+    this.#lines.push(new Item().setLine(this.#row.slice(0, style), markup));
+  }
+
+  /** The content without the lines; a list without end stays as it is. */
+  get rest() {
+    if (!this.#lines) return this.#rest.join("");
+    const rows = this.#lines.map(({ style, markup }) => style + styleEnd + markup + rowEnd + nextRow);
+    return [...this.#rest, linesStart, ...rows, this.#row].join("");
+  }
 }
 
 /**
@@ -141,11 +153,11 @@ export function plainText(markup) {
 function takeBranches(text, key, pieces, mark) {
   const caption = '((?:[^<&\n]|<a href="[^"<>]*">[^<&\n]*</a>)*)';
   const list = `<ul class="Container" ${key}="(\\d+)">\n</ul>\n</li>\n`;
-  const branch = new RegExp(`${branchStart}${caption}</div>\n${list}`, "y");
+  const branch = new RegExp(`${foldedBranchStart}${caption}</div>\n${list}`, "y");
   const rest = [];
   let from = 0;
   for (let at = text.indexOf(branchList); at >= 0; at = text.indexOf(branchList, at + 1)) {
-    const first = at + branchList.length - branchStart.length;
+    const first = at + branchList.length - foldedBranchStart.length;
     const branches = [];
     branch.lastIndex = first;
     let end = first;
@@ -162,8 +174,8 @@ function takeBranches(text, key, pieces, mark) {
 }
 
 /**
- * Puts the content into the page without the lines and long lists of branches. Answers for each list the markup of its
- * `lines`, or its `branches`. What else runs and items have named goes into its element by itself, since it may hold
+ * Puts the content into the page without the lines and long lists of branches. Answers for each list its `lines`, or its
+ * `branches` with theirs. What else runs and items have named goes into its element by itself, since it may hold
  * a tag that has no end; between these elements there are no tags but the library's.
  */
 export function placeContent() {
@@ -172,8 +184,9 @@ export function placeContent() {
   const pieces = [];
   const mark = (piece) => ` ${key}="${pieces.push(piece) - 1}"`;
   const content = build("div", { id: "lines" });
-  const withoutLines = Array.from(cutBehindLists(readWritten()), (text) => takeLines(text, mark));
-  content.innerHTML = takeBranches(withoutLines.join(""), key, pieces, mark)
+  const taker = new LineTaker(mark);
+  for (const parts of partsBetweenRows(readWritten())) for (const part of parts) taker.take(part);
+  content.innerHTML = takeBranches(taker.rest, key, pieces, mark)
     .replace(named, (whole, start, _, part, end) =>
       plainText(part) === null ? `${start}${mark(part)}>${end}` : whole,
     )

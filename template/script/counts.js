@@ -2,11 +2,11 @@ import { kinds, nameOf, textOf } from "./item.js";
 
 const sumOf = (counts, own) => own.reduce((sum, kind) => sum + counts[kind], 0);
 
-function countLine(node, { kind }) {
-  ++node.count;
-  if (kind === "error") ++node.errors;
-  else if (kind === "warning") ++node.warnings;
-  else if (kind === "message") ++node.messages;
+function countLine(node, { kind }, by) {
+  node.count += by;
+  if (kind === "error") node.errors += by;
+  else if (kind === "warning") node.warnings += by;
+  else if (kind === "message") node.messages += by;
 }
 
 /** Adds what each branch holds to the branch around it. */
@@ -22,24 +22,31 @@ function addUp(branches) {
   }
 }
 
-/** Counts a line once in each branch around it, in which its record may stand several times. */
-function countUp(line) {
-  for (let node = line.parent; node && node.lastRecord !== line.record; node = node.parent) {
-    node.lastRecord = line.record;
-    countLine(node, line);
-  }
+/** The innermost branch that holds two branches, or null. */
+function branchAround(one, other) {
+  let [a, b] = [one, other];
+  while (a && a !== b)
+    if (a.level < b.level) b = b.parent;
+    else a = a.parent;
+  return a;
 }
 
-/** Counts the places of a record that are shown. */
+/**
+ * Counts the places of a record that are shown, each in its branch. Where a place and the one before it come
+ * together one is taken off: when the branches are added up, the record counts once in each of them.
+ */
 function countPlaces(record) {
+  const { repeats } = record;
   let places = 0;
-  if (record.matches) {
-    countUp(record);
-    ++places;
-  }
-  for (const line of record.repeats) {
+  let before = null;
+  for (let at = -1; at < repeats.length; ++at) {
+    const line = at < 0 ? record : repeats[at];
     if (!line.matches) continue;
-    countUp(line);
+    const { parent } = line;
+    countLine(parent, line, 1);
+    const both = before && branchAround(before, parent);
+    if (both) countLine(both, line, -1);
+    before = parent;
     ++places;
   }
   return places;
@@ -50,23 +57,20 @@ function countPlaces(record) {
  * there are, and in how many places.
  */
 export function countShown({ branches, singles, shared }) {
-  for (const node of branches) {
-    node.count = node.errors = node.warnings = node.messages = 0;
-    node.lastRecord = null;
-  }
+  for (const node of branches) node.count = node.errors = node.warnings = node.messages = 0;
   let shown = 0;
   for (const line of singles) {
     if (!line.matches) continue;
-    countLine(line.parent, line);
+    countLine(line.parent, line, 1);
     ++shown;
   }
-  addUp(branches);
   let places = shown;
   for (const record of shared) {
     const own = countPlaces(record);
     places += own;
     if (own) ++shown;
   }
+  addUp(branches);
   return { shown, places };
 }
 

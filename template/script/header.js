@@ -6,12 +6,6 @@ const datePattern = /^\d{2}\.\d{2}\.\d{4} \d{2}:\d{2}:\d{2}$/;
 const projectPattern = /^(?:Проект|Project): /;
 const serviceLimit = 6;
 
-function countKinds(lines) {
-  const counts = { error: 0, warning: 0, message: 0, other: 0 };
-  for (const line of lines) ++counts[line.kind];
-  return counts;
-}
-
 /** What the run says about itself: its title, and the date and project lines that close it. */
 function readRun() {
   const title = page.querySelector("#lines > h1");
@@ -36,8 +30,6 @@ function itemName(lines) {
   return common?.length === 1 ? common[0].name : "";
 }
 
-const linesOf = (node) => node.children.flatMap((child) => (child.isLine ? child : linesOf(child)));
-
 /** The parts of a page whose counts are told apart: the stages, or the protocols on the page of an item. */
 function partsOf(model) {
   if (model.isItemPage) return model.trees.flatMap((tree) => tree.children.flatMap((root) => root.children));
@@ -48,14 +40,15 @@ function partsOf(model) {
 export const markOf = (kind, silent = false) => build("i", { class: `mark ${kind}`, "aria-hidden": silent });
 
 function stageEntry(part, reveal) {
-  const counts = countKinds(linesOf(part).filter((line) => !line.isRepeat));
   const button = build(
     "button",
     { type: "button", click: () => reveal(part) },
     build("b", {}, nameOf(part) || "…"),
   );
-  for (const kind of kinds)
-    if (counts[kind]) button.append(build("span", { title: say(kind) }, markOf(kind), write(counts[kind])));
+  for (const kind of kinds) {
+    const count = part.totals?.[kind];
+    if (count) button.append(build("span", { title: say(kind) }, markOf(kind), write(count)));
+  }
   return build("li", {}, button);
 }
 
@@ -102,8 +95,7 @@ function foldService() {
 export function fillHeader(model, reveal) {
   const find = (id) => page.querySelector(`body > :is(#head, #bar) #${id}`);
   const run = readRun();
-  const { lines, records, isItemPage } = model;
-  const counts = countKinds(records);
+  const { lines, records, totals, isItemPage } = model;
   if (isItemPage) run.title = [say("itemTitle"), itemName(lines)].filter(Boolean).join(": ");
   run.title ||= say("protocol");
   find("title").replaceChildren(run.title);
@@ -112,10 +104,10 @@ export function fillHeader(model, reveal) {
   );
   page.querySelector("title").textContent = [run.title, run.project].filter(Boolean).join(" – ");
 
-  const [state, verdict] = verdictOf(counts, records.length, isItemPage || run.date);
+  const [state, verdict] = verdictOf(totals, records.length, isItemPage || run.date);
   find("verdict").className = state;
   find("verdict").replaceChildren(verdict);
-  find("verdict").dataset.short = shortVerdict(counts, records.length);
+  find("verdict").dataset.short = shortVerdict(totals, records.length);
 
   const parts = partsOf(model);
   find("stages").hidden = !parts.length;
@@ -125,5 +117,5 @@ export function fillHeader(model, reveal) {
   const isRussian = /[а-яё]/i.test([run.title, ...lines.slice(0, 100).map(({ markup }) => markup)].join(" "));
   run.language = isRussian ? "ru" : language;
   for (const id of ["title", "facts", "stages"]) find(id).setAttribute("lang", run.language);
-  return { ...run, counts, parts };
+  return { ...run, counts: totals, parts };
 }

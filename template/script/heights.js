@@ -25,11 +25,10 @@ export class Heights {
   #guess() {
     const { model } = this;
     this.width = this.main.clientWidth;
-    const linesOf = (node) => node.children.filter((row) => row.isLine);
     const large = model.branches.filter((node) => node.children.length > sampledBranchRows);
     const samples = large
       .slice(0, sampledBranches)
-      .map((branch) => ({ branch, own: pick(linesOf(branch), 16) }));
+      .map((branch) => ({ branch, own: pick(branch.children, 16).filter((row) => row.isLine) }));
     samples.push({ branch: this, own: pick(model.lines, 100) });
     const heights = this.#measureCopies(samples.flatMap(({ own }) => own));
     this.rowHeight = Math.min(...heights);

@@ -1,5 +1,5 @@
-import { plainLink, plainText, rowEnd, rowStart } from "./content.js";
 import { disarm, makeElement, textParts } from "./dom.js";
+import { plainLink, plainText, rowEnd, rowStart, styleEnd } from "./markup.js";
 
 export const kinds = ["error", "warning", "message", "other"];
 
@@ -12,18 +12,16 @@ const itemsByElement = new WeakMap();
 /**
  * A row of the tree that is a line, or may become one. Of these there are many: what only branches have is no field here.
  *
- * `markup`: of a row that is built when it is looked at, what the library wrote as its text; `style`: and, of a line,
- * as its class;
+ * `markup`: of a row that is built when it is looked at, what the library wrote as its text;
  * `matches`: a line that the filters let through; `shown`: a row that stands in the tree, open branch or not;
  * `times`: how many alike lines the row stands for;
  * `record`: the first of the lines that show the same record, mostly the line itself; `repeats`: the others;
  * `origin`: of a line in the list of all lines, the line in its branch; `number`: its place in the page as written;
- * `text` and what follows it: found when it is first asked for, of equal lines in one of them; `key`: what the row was
- * sorted by; `height`: how high it was when it was laid out.
+ * `foundPlain` and what follows it: found when it is first asked for, of equal lines in one of them; `key`: what the row
+ * was sorted by; `height`: how high it was when it was laid out.
  */
 export class Item {
   kind = "";
-  isLine = false;
   matches = true;
   shown = true;
   times = 0;
@@ -31,39 +29,43 @@ export class Item {
   origin = this;
   repeats = childless;
   markup = undefined;
-  style = "";
   number = 0;
   index = 0;
   place = 0;
   isNear = false;
   // Not 0: a browser would make all items anew for the first height that is no whole number.
   height = undefined;
-  attributesKey = "";
   id = "";
   foundPlain = undefined;
-  text = undefined;
   folded = undefined;
   mask = undefined;
   numbers = undefined;
   ratio = undefined;
   size = undefined;
   key = undefined;
+  parent = null;
+  built = null;
 
-  constructor(parent, built = null) {
-    this.parent = parent;
-    this.built = built;
-    this.level = parent ? parent.level + 1 : 0;
-    if (built) itemsByElement.set(built, this);
+  /** Makes it a line; `style` is the class of its caption. */
+  setLine(style, markup) {
+    // The text that was cut out of the content goes, which a long page has many of.
+    this.kind = kinds[kinds.indexOf(style)] ?? "other";
+    if (this.kind === "other") this.otherStyle = style;
+    this.markup = markup;
+    return this;
   }
 
-  /** Makes it a line. */
-  setLine(style, markup) {
-    const known = kinds[kinds.indexOf(style)];
-    this.isLine = true;
-    // The text that was cut out of the content goes, which a long page has many of.
-    this.style = known ?? style;
-    this.markup = markup;
-    this.kind = known ?? "other";
+  get isLine() {
+    return this.kind !== "";
+  }
+
+  /** The class of a line's caption. */
+  get style() {
+    return this.otherStyle ?? this.kind;
+  }
+
+  get level() {
+    return this.parent.level + 1;
   }
 
   /** The row's element; it is built when it is asked for, unless the library wrote it. */
@@ -120,7 +122,6 @@ export class Branch extends Item {
   lists = childless;
   folds = childless;
   isOpen = true;
-  lastRecord = null;
   total = 0;
   totals = null;
   count = 0;
@@ -132,6 +133,18 @@ export class Branch extends Item {
   foldedName = undefined;
   captionHits = childless;
 
+  constructor(parent, built = null) {
+    super();
+    this.parent = parent;
+    this.built = built;
+    this.ownLevel = parent ? parent.level + 1 : 0;
+    if (built) itemsByElement.set(built, this);
+  }
+
+  get level() {
+    return this.ownLevel;
+  }
+
   /** Makes it a folded branch with this caption. */
   setBranch(markup) {
     this.isOpen = false;
@@ -140,6 +153,7 @@ export class Branch extends Item {
 
   add(child) {
     if (this.children === childless) this.children = [];
+    child.parent = this;
     child.place = this.children.push(child) - 1;
   }
 
@@ -163,7 +177,7 @@ function captionOf(element) {
 
 const rowStartOf = ({ isLine, isOpen, style }) =>
   isLine
-    ? `${rowStart}${style}">`
+    ? `${rowStart}${style}${styleEnd}`
     : `<li class="Node ${isOpen ? "ExpandOpen" : "ExpandClosed"}">\n<div class="Expand"></div>\n<div class="Content">`;
 
 // What is folded is left to the browser's own search.
@@ -209,13 +223,10 @@ export function dropRow(item) {
   if (previousSibling?.nodeType === Node.TEXT_NODE) previousSibling.remove();
   item.built.remove();
   item.built = null;
-  item.attributesKey = "";
-  item.hasLastingAttributes = false;
   if (!item.isLine) item.lists = item.folds = childless;
 }
 
 function readText(item) {
-  if (item.plain !== null) return item.plain;
   let text = "";
   for (const part of textParts(item.caption)) text += part ? part.data : "\n";
   return text;
@@ -227,7 +238,7 @@ const sourceOf = (item) => item.origin.record;
 /** The item's own text; line breaks in it are line feeds. */
 export function textOf(item) {
   const source = sourceOf(item);
-  return (source.text ??= readText(source));
+  return source.plain ?? (source.readText ??= readText(source));
 }
 
 /** The caption of a branch without the count behind it. */

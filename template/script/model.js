@@ -1,10 +1,8 @@
-import { rowEnd, rowStart } from "./content.js";
 import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
-import { Branch, Item, itemOf, kinds, treeOf } from "./item.js";
+import { Branch, itemOf, kinds, treeOf } from "./item.js";
 
 export const rowSelector = "li.Node, li.IsRoot";
-const betweenRows = `${rowEnd}\n${rowStart}`;
 
 /** The list around a row. A row that unclosed or stray tags have torn from its list is put back, or gets one. */
 function listOf(row) {
@@ -28,6 +26,7 @@ function listOf(row) {
 /** Takes up rows in document order. */
 class Reader {
   items = [];
+  lines = [];
   trees = [];
   #owners = new Map();
 
@@ -46,41 +45,39 @@ class Reader {
     return owner;
   }
 
-  #add(item) {
+  #add(item, owner) {
     item.index = item.number = this.items.push(item) - 1;
-    item.parent.add(item);
-    return item;
+    owner.add(item);
+    if (item.isLine) this.lines.push(item);
   }
 
   readRow(element) {
-    const item = this.#add(new Branch(this.#ownerOf(listOf(element)), element));
+    const owner = this.#ownerOf(listOf(element));
+    const item = new Branch(owner, element);
     const { className } = element;
     if (className.includes("ExpandLeaf"))
       item.setLine(item.caption.className.replace("Content ", ""), item.caption.innerHTML);
     else item.isOpen = !className.includes("ExpandClosed");
+    this.#add(item, owner);
   }
 
   /** What the page's list holds whose rows are not there: lines, or branches of lines. */
   readList(list, content) {
     const owner = this.#ownerOf(list);
-    if (content.lines !== undefined) this.#readLines(owner, content.lines);
+    for (const line of content.lines ?? []) this.#add(line, owner);
     for (const { caption, lines } of content.branches ?? []) {
-      const branch = this.#add(new Branch(owner));
+      const branch = new Branch(owner);
       branch.setBranch(caption);
-      this.#readLines(branch, lines);
+      this.#add(branch, owner);
+      for (const line of lines) this.#add(line, branch);
     }
   }
+}
 
-  /** The markup of lines begins inside the class of the first one's caption. */
-  #readLines(owner, lines) {
-    for (let from = 0; from >= 0;) {
-      const style = lines.indexOf('">', from);
-      const end = lines.indexOf(betweenRows, style);
-      const markup = end < 0 ? lines.slice(style + 2) : lines.slice(style + 2, end);
-      this.#add(new Item(owner)).setLine(lines.slice(from, style), markup);
-      from = end < 0 ? -1 : end + betweenRows.length;
-    }
-  }
+/** Collects a branch and all in it, in the order of the page. */
+function collectBranches(node, branches) {
+  branches.push(node);
+  for (const child of node.children) if (child.isBranch) collectBranches(child, branches);
 }
 
 /** Reads the page's rows. `lists`: the content of the page's lists whose rows are not there. */
@@ -89,11 +86,11 @@ export function readModel(lists) {
   for (const element of page.querySelectorAll(`${rowSelector}, #lines ul`))
     if (element.localName === "li") reader.readRow(element);
     else if (lists.has(element)) reader.readList(element, lists.get(element));
-  const { items, trees } = reader;
+  const { items, lines, trees } = reader;
   let stage = 0;
   for (const tree of trees) if (tree.lists[0].closest(".stageblock")) tree.stage = ++stage;
-  const branches = [...trees, ...items.filter((item) => item.isBranch)];
-  const lines = items.filter((item) => item.isLine);
+  const branches = [];
+  for (const tree of trees) collectBranches(tree, branches);
   const isItemPage = lines.length > 0 && !page.querySelector(".serviceinfoblock");
   if (!isItemPage) joinRecords(branches);
   const records = lines.filter((line) => !line.isRepeat);

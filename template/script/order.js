@@ -63,8 +63,7 @@ export function makeFlatModel({ records, isItemPage }) {
   tree.addList(list);
   tree.index = -1;
   const lines = records.map((record, index) => {
-    const line = new Item(tree);
-    line.setLine(record.style, record.markup);
+    const line = new Item().setLine(record.style, record.markup);
     line.origin = record;
     line.number = line.index = index;
     tree.add(line);

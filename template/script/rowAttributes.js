@@ -3,13 +3,17 @@ import { textOf } from "./item.js";
 import { rangeOf } from "./numbers.js";
 import { say, write } from "./texts.js";
 
+// What was written to the rows' elements.
+const writtenKeys = new WeakMap();
+
 /** What a row tells assistive software and the style: its level and place, whether it is open, how many it is. */
 function writeRowAttributes(item, position, count) {
   const key = `${position} ${count} ${item.isOpen} ${item.times} ${item.rows.length > 0} ${item.count} ${item.errors} ${item.warnings}`;
-  if (item.attributesKey === key) return;
-  item.attributesKey = key;
   const { element } = item;
-  if (!item.hasLastingAttributes) writeLastingAttributes(item);
+  const writtenKey = writtenKeys.get(element);
+  if (writtenKey === key) return;
+  writtenKeys.set(element, key);
+  if (writtenKey === undefined) writeLastingAttributes(item);
   element.setAttribute("aria-posinset", position);
   element.setAttribute("aria-setsize", count);
   writeAttribute(element, "data-last", position === count ? "" : null);
@@ -42,7 +46,6 @@ const focusable = "a, area, audio, button, embed, input, object, summary, video"
 /** What stays the same. Only the row is a tab stop, and never a link inside. */
 function writeLastingAttributes(item) {
   const { element } = item;
-  item.hasLastingAttributes = true;
   element.setAttribute("role", "treeitem");
   element.setAttribute("aria-level", item.level);
   if (!element.hasAttribute("tabindex")) element.setAttribute("tabindex", "-1");
@@ -70,5 +73,5 @@ export function writeBranchAttributes(node) {
   if (node.isLine) return;
   for (const list of node.lists) writeAttribute(list, "role", "group");
   for (const block of node.folds) writeAttribute(block, "hidden", node.isOpen ? null : "until-found");
-  node.attributesKey = "";
+  if (writtenKeys.has(node.built)) writtenKeys.set(node.built, "");
 }

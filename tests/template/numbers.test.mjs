@@ -34,7 +34,7 @@ execFileSync(process.env.ESBUILD ?? "esbuild", [source, "--bundle", "--format=es
 const { rangeOf, ratioOf, sizeOf } = await import(bundle);
 
 function lineOf(text) {
-  const line = { text };
+  const line = { plain: text };
   line.origin = { record: line };
   return line;
 }

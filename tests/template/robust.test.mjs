@@ -497,15 +497,28 @@ describe("a page that the browser has saved with what the script did to it", () 
   );
 });
 
-test("a text that comes in pieces is read whole", async () => {
-  const prepare = () =>
-    new MutationObserver(() => {
-      const text = document.querySelector("plaintext")?.lastChild;
-      if (text?.length > 5000) text.splitText(5000);
-    }).observe(document, { childList: true, characterData: true, subtree: true });
-  const page = await open(browser, fixture("staged"), { prepare });
-  const { length } = recordsOf(runs.staged);
-  assert.deepEqual(await shown(page), [length, length]);
+// Of short ones the end of a row takes several.
+for (const length of [5, 7, 5000])
+  test(`a text that comes in pieces of ${length} characters is read whole`, async () => {
+    const prepare = (size) =>
+      new MutationObserver(() => {
+        let text = document.querySelector("plaintext")?.lastChild;
+        while (text?.length > size) text = text.splitText(size);
+      }).observe(document, { childList: true, characterData: true, subtree: true });
+    const whole = await open(browser, fixture("grouped"));
+    const page = await open(browser, fixture("grouped"), { prepare: `(${prepare})(${length})` });
+    assert.deepEqual(await shown(page), await shown(whole));
+    assert.deepEqual(await visibleLines(page), await visibleLines(whole));
+    for (const each of [page, whole]) await each.context().close();
+  });
+
+test("a page that was cut off shows the lines that it holds", async () => {
+  const body = bodyOf("flat");
+  const { lines } = runs.flat;
+  const cut = body.slice(0, body.lastIndexOf("</div>\n</li>\n</ul>"));
+  const page = await open(browser, writePage("cut-off", cut));
+  assert.deepEqual(await shown(page), [lines.length, lines.length]);
+  assert.equal((await visibleLines(page)).length, lines.length);
   await page.context().close();
 });
 
