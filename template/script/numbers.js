@@ -8,12 +8,14 @@ const number =
   "(?<![\\p{L}\\p{N}_.,])[-+\\u2212]?(?:\\d{1,3}(?:[\\u2009\\u202f\\u00a0]\\d{3})+(?!\\d)|\\d+)(?:[.,]\\d+)?";
 const namePart = /[\p{L}\p{N}_.,]/u;
 const unitBehind = /[\s±]?([^\s\d.,;:()<>=]+)/uy;
-// Not "определяется".
-const limitWord = /(?<!\p{L})(?:допус[кт]|предел|limit|toleran)/iu;
-// A limit, or the lower and the upper one; how many values one is for ("limit of the largest of 14: 2.91") is none.
-const limitPattern = new RegExp(
-  `${limitWord.source}[^\\d]{0,40}?(?:(?:of|из) \\d+(?::| —) )?(${number})(?:\\s(?:и|and)\\s(${number}))?`,
-  "giu",
+const limitWords = "(?:допус[кт]|предел|limit|toleran)";
+// Most lines have none; without more this is found quickest.
+const limitWord = new RegExp(limitWords, "gi");
+// A limit, or the lower and the upper one; how many values one is for ("limit of the largest of 14: 2.91") is none. Not
+// in "определяется".
+const limitAt = new RegExp(
+  `(?<!\\p{L})${limitWords}[^\\d]{0,40}?(?:(?:of|из) \\d+(?::| —) )?(${number})(?:\\s(?:и|and)\\s(${number}))?`,
+  "iuy",
 );
 // How many millimetres, seconds of arc and so on the units have.
 const units = new Map(
@@ -154,13 +156,27 @@ function ratioTo([, lower, upper], { value }) {
   return Math.max(Math.abs(value / most), least && least / Math.abs(value));
 }
 
+/** What tells a limit in a text, in order; a limit of zero is none. */
+function limitsIn(text) {
+  const limits = [];
+  limitWord.lastIndex = 0;
+  for (let word = limitWord.exec(text); word; word = limitWord.exec(text)) {
+    limitAt.lastIndex = word.index;
+    const found = limitAt.exec(text);
+    if (!found) continue;
+    limitWord.lastIndex = limitAt.lastIndex;
+    if (valueOf(found[2] ?? found[1])) limits.push(found);
+  }
+  return limits;
+}
+
 /**
  * The largest ratio of a value to its limit: of the last number in the limit's unit that stands before it and behind
  * the limit before, or of the first one behind it. Numbers before a colon are names ("Part 1:").
  */
 function readRatio(text) {
-  if (!limitWord.test(text)) return -1;
-  const limits = [...text.matchAll(limitPattern)].filter(([, lower, upper]) => valueOf(upper ?? lower));
+  const limits = limitsIn(text);
+  if (!limits.length) return -1;
   const spans = limits.map((found) => [found.index, found.index + found[0].length]);
   const values = foundIn(text).filter(
     ({ index, end }) => text[end] !== ":" && !spans.some(([from, to]) => index >= from && end <= to),
