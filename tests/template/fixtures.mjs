@@ -30,7 +30,7 @@ export const linkTo = ({ id, name, type }) =>
   `<a href="survey://locate-item?type=${type}&id=${id}&project=${encodeURIComponent(project)}">${name}</a>`;
 
 /** Numbers that are the same in every run. */
-function random(seed) {
+export function random(seed) {
   let state = seed;
   return (below) => {
     state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
