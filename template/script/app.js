@@ -81,6 +81,7 @@ export class App {
     if (line) this.ids.finish();
     this.filter();
     this.matchApart();
+    this.controls.fit();
     const isRestored = this.restoreFolds();
     this.tree.setCurrent(firstRow(this.model));
     if (!this.view.isPartlyLaidOut) this.draw(null);
@@ -117,6 +118,7 @@ export class App {
     listen(window, "hashchange", ({ newURL }) => this.addressChanged(new URL(newURL)));
     listen(window, "scroll", () => this.scrolled(), { passive: true });
     listen(window, "resize", () => {
+      this.controls.fit();
       view.resized();
       this.drawDetails();
     });
@@ -152,11 +154,15 @@ export class App {
     });
   }
 
-  /** Puts the histogram above the tree and leaves what is seen where it is. */
+  /** Puts the histogram above the tree and leaves what is seen where it is, the present row in view. */
   showChart(chart) {
-    const place = window.scrollY > 0 ? this.view.placeOf(this.view.topRow()) : null;
+    const { view, tree } = this;
+    const { current } = tree;
+    const place = window.scrollY > 0 ? view.placeOf(view.topRow()) : null;
+    const wasInView = current && view.isLaidOut(current) && tree.isInView(current);
     page.querySelector("main > #lines").before(chart);
     this.draw(place);
+    if (wasInView) tree.goTo(current, { focus: false, middle: true });
   }
 
   // Filters

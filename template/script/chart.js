@@ -32,7 +32,7 @@ function barMarkup(count, at, largest) {
     `<rect class="ground" x="${x}" y="0" width="${barWidth}" height="${height}"></rect>` +
     `<rect class="bar" x="${x}" y="${height - size}" width="${barWidth}" height="${size}"></rect>` +
     `<text x="${x + barWidth / 2}" y="${height - size - 4}">${count ? write(count) : ""}</text></${tag[0]}>` +
-    `<text x="${x}" y="${height + footing - 3}">${from}</text>`
+    `<text x="${x}" y="${height + footing - 3}">${at < bars - 1 ? from : `≥ ${from}`}</text>`
   );
 }
 

@@ -166,6 +166,15 @@ export class Controls {
     this.#setText("problem", isWrong ? say(query.state === "slow" ? "slowPattern" : "badPattern") : "");
   }
 
+  /** Leaves out what the bar has no room for in its quarter of the window, so that nothing of it is cut. */
+  fit() {
+    const bar = page.querySelector("body > #bar");
+    for (const without of ["", "stages", "stages counts", "stages counts rows"]) {
+      bar.dataset.without = without;
+      if (bar.scrollHeight <= bar.clientHeight) return;
+    }
+  }
+
   /** Tells the filters in words, for paper. */
   printFilters(text) {
     find("printed-filters").textContent = text;

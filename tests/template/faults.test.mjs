@@ -24,8 +24,13 @@ describe("the bar", () => {
     [1280, 800],
     [1024, 600],
     [768, 800],
+    [900, 700],
     [640, 400],
+    [600, 600],
     [390, 844],
+    [390, 667],
+    [390, 500],
+    [320, 800],
     [320, 568],
     [320, 256],
   ];
@@ -39,6 +44,8 @@ describe("the bar", () => {
         const box = await page.locator("#bar").boundingBox();
         assert.ok(box.height <= height / 4, `${box.height} of ${height}, ${width} wide`);
         assert.equal(box.y, 0, `${width} × ${height}`);
+        const cut = await page.locator("#bar").evaluate((bar) => bar.scrollHeight - bar.clientHeight);
+        assert.equal(cut, 0, `cut at ${width} × ${height}`);
         const verdict = await page.locator("#verdict").boundingBox();
         assert.ok(
           verdict.y >= 0 && verdict.y + verdict.height <= box.height,

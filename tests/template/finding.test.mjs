@@ -482,6 +482,20 @@ describe("the histogram", () => {
     assert.ok(line.top >= bar.bottom && line.bottom <= 800);
     await page.context().close();
   });
+
+  test("does not push the first error out of sight", async () => {
+    const lines = makeLines(60).filter(({ kind }) => kind === "message");
+    lines.splice(10, 0, { kind: "error", text: "Невязка 12 мм, допуск 10 мм" });
+    const address = pageOf("pushing-chart", makeRun("flat", 0, lines));
+    for (const height of [560, 620, 680, 740, 800]) {
+      const page = await open(browser, address, { viewport: { width: 1280, height } });
+      await page.locator("#chart").waitFor();
+      await settle(page);
+      const { y, height: own } = await page.locator("li:has(> .error)").boundingBox();
+      assert.ok(y + own <= height, `${y} + ${own} in ${height}`);
+      await page.context().close();
+    }
+  });
 });
 
 test("where colours are forced the histogram has those of the system", chromiumOnly, async () => {
