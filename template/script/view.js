@@ -166,7 +166,7 @@ export class View {
       scrollDown(-above);
     }
     if (this.mode !== "near" || Math.abs(window.scrollY - this.settledAt) < slack) return false;
-    const place = this.placeOf(this.topRow());
+    const place = this.placeOf(this.topRow()) ?? this.heights.placeBetween(this.top, this.height);
     this.#drawNear(place);
     if (place) this.#align(place, false);
     this.settledAt = window.scrollY;
@@ -193,10 +193,10 @@ export class View {
       this.#layOut(parts);
       if (heights.measure(this.near)) this.#pad();
       const start = place ? heights.topOf(place.item) - place.top : 0;
-      const seen = heights.between(start, start + height);
+      const seen = heights.between(start, start + height, place?.item);
       if (seen.every(({ branch, first, last }) => branch.rows.slice(first, last).every((row) => row.isNear)))
         return;
-      parts = heights.between(start - margin, start + height + margin);
+      parts = heights.between(start - margin, start + height + margin, place?.item);
     }
   }
 
@@ -224,12 +224,13 @@ export class View {
     fillLists(this.model);
   }
 
-  /** Gives the lists the room that their rows out of the window would take. */
+  /** Gives the lists the room that their rows out of the window would take, or less where a browser has no more. */
   #pad() {
+    const { scale } = this.heights;
     for (const { branch, first, last } of this.parts) {
       const ends = this.heights.endsOf(branch);
-      branch.lists[0].style.paddingTop = `${ends[first - 1] ?? 0}px`;
-      branch.lists.at(-1).style.paddingBottom = `${(ends.at(-1) ?? 0) - (ends[last - 1] ?? 0)}px`;
+      branch.lists[0].style.paddingTop = `${(ends[first - 1] ?? 0) * scale}px`;
+      branch.lists.at(-1).style.paddingBottom = `${((ends.at(-1) ?? 0) - (ends[last - 1] ?? 0)) * scale}px`;
     }
   }
 
