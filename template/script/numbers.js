@@ -171,12 +171,13 @@ function limitsIn(text) {
 }
 
 /**
- * The largest ratio of a value to its limit: of the last number in the limit's unit that stands before it and behind
- * the limit before, or of the first one behind it. Numbers before a colon are names ("Part 1:").
+ * Of the values that have a limit the one farthest over it, and its `ratio`: the last number in the limit's unit that
+ * stands before it and behind the limit before, or the first one behind it. Numbers before a colon are names ("Part
+ * 1:"). Null where none has a limit.
  */
-function readRatio(text) {
+function worstIn(text) {
   const limits = limitsIn(text);
-  if (!limits.length) return -1;
+  if (!limits.length) return null;
   const spans = limits.map((found) => [found.index, found.index + found[0].length]);
   const values = foundIn(text).filter(
     ({ index, end }) => text[end] !== ":" && !spans.some(([from, to]) => index >= from && end <= to),
@@ -189,8 +190,9 @@ function readRatio(text) {
       (value) => value.index >= previous && value.end <= next && unitAt(text, value.end) === unit,
     );
     const value = own.findLast(({ index }) => index < start) ?? own[0];
-    return value ? Math.max(worst, ratioTo(found, value)) : worst;
-  }, -1);
+    const ratio = value ? ratioTo(found, value) : -1;
+    return ratio > (worst?.ratio ?? -1) ? { ...value, ratio } : worst;
+  }, null);
 }
 
 function readSize(text) {
@@ -203,7 +205,7 @@ function readSize(text) {
 }
 
 /** The ratio of a line's value to its limit; -1 where it has none. */
-export const ratioOf = (line) => (line.ratio ??= readRatio(textOf(line)));
+export const ratioOf = (line) => (line.ratio ??= worstIn(textOf(line))?.ratio ?? -1);
 
 /** The size of a line's first number with a unit; -1 where it has none. */
 export const sizeOf = (line) => (line.size ??= readSize(textOf(line)));
@@ -214,7 +216,10 @@ export function isWorse(line, other) {
   return own > others || (own === others && sizeOf(line) > sizeOf(other));
 }
 
-/** The smallest and the largest of the numbers in which alike lines differ: the first with a unit, or the first. */
+/**
+ * The smallest and the largest of the numbers in which alike lines differ: of those that have a limit, of the first
+ * with a unit, or of the first.
+ */
 export function rangeOf(lines) {
   const rows = lines.map(numbersOf);
   // "М-3" has a number, "М3" a name.
@@ -222,8 +227,12 @@ export function rangeOf(lines) {
   const differing = rows[0].map((_, at) => at).filter((at) => rows.some((row) => row[at] !== rows[0][at]));
   if (!differing.length) return "";
   const text = textOf(lines[0]);
-  const unitOf = foundIn(text).map(({ end }) => unitAt(text, end));
-  const at = differing.find((place) => units.has(unitOf[place])) ?? differing[0];
+  const found = foundIn(text);
+  const unitOf = found.map(({ end }) => unitAt(text, end));
+  const worst = worstIn(text);
+  const limited = found.findIndex(({ index }) => index === worst?.index);
+  const measured = differing.find((place) => units.has(unitOf[place]));
+  const at = differing.includes(limited) ? limited : (measured ?? differing[0]);
   let [low, high] = [Infinity, -Infinity];
   for (const row of rows) {
     low = Math.min(low, row[at]);

@@ -90,3 +90,9 @@ test("alike lines whose names have numbers or not tell no range", () => {
   const lines = ["Пункт М-3: поправка 5 мм", "Пункт М3: поправка 7 мм"].map(lineOf);
   assert.equal(rangeOf(lines), "");
 });
+
+test("alike lines with a limit tell between what their values with a limit lie", () => {
+  const loopOf = (height, misclosure) => `Превышение ${height} м, невязка ${misclosure} мм, допуск 20 мм`;
+  const lines = [loopOf("1,5", "-40,5"), loopOf("-2,7", "60,2"), loopOf("3,4", "25")].map(lineOf);
+  assert.equal(rangeOf(lines), "-40,5 … 60,2\u00a0мм");
+});
