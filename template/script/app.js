@@ -260,14 +260,19 @@ export class App {
 
   /** All lines in one list, what is farthest over its limit first; where nothing has a limit, what is largest. */
   toggleWorstFirst() {
-    const hasRatios = this.written.records.some((line) => ratioOf(line) >= 0);
-    this.setFilters(
-      this.filters.isWorstFirst
-        ? { order: "page", flat: false }
-        : { order: hasRatios ? "ratio" : "size", flat: true },
-    );
     this.isMoved = true;
-    this.tree.goTo(this.filters.isWorstFirst ? firstRow(this.model) : this.tree.current, { middle: true });
+    if (this.filters.isWorstFirst) {
+      this.setFilters({ order: "page", flat: false });
+      this.tree.goTo(this.tree.current, { middle: true });
+      return;
+    }
+    const hasRatios = this.written.records.some((line) => ratioOf(line) >= 0);
+    this.filters.set({ order: hasRatios ? "ratio" : "size", flat: true });
+    this.filter();
+    const first = firstRow(this.model);
+    // A long page draws as it goes to a row that is not laid out.
+    if (!first || !this.view.isPartlyLaidOut) this.draw(null);
+    this.tree.goTo(first, { middle: true });
   }
 
   toggleAlike() {
