@@ -3,9 +3,8 @@ import { makeRows, treeOf } from "./item.js";
 
 const sampledBranchRows = 200;
 const sampledBranches = 40;
-// Firefox lays out nothing below 17.9 million pixels, Chromium below 33.5 million, and of those a zoom of 400 %
-// leaves a quarter.
-const greatestHeight = 8e6;
+// Firefox lays out nothing below 17.9 million pixels, Chromium below 33.5 million, which a zoom takes its part of.
+const greatestHeight = 16e6;
 
 /** How high rows are: measured, or as long as they were not laid out, guessed from samples. */
 export class Heights {

@@ -158,6 +158,14 @@ export class View {
     this.main.style.borderBottomWidth = `${below}px`;
   }
 
+  /** The row at the top of the window and where it stands, or a row that belongs there. */
+  #placeAtTop() {
+    const place = this.placeOf(this.topRow());
+    // In the room of rows that are not laid out the window shows nothing but the branch around them.
+    const isSeen = place && boxOf(place.item.caption).bottom > 0;
+    return isSeen ? place : (this.heights.placeBetween(this.top, this.height) ?? place);
+  }
+
   /** After the user scrolled: room that is out of sight goes, and the rows near the view are laid out. */
   scrolled() {
     if (this.above && window.scrollY > this.above) {
@@ -166,7 +174,7 @@ export class View {
       scrollDown(-above);
     }
     if (this.mode !== "near" || Math.abs(window.scrollY - this.settledAt) < slack) return false;
-    const place = this.placeOf(this.topRow()) ?? this.heights.placeBetween(this.top, this.height);
+    const place = this.#placeAtTop();
     this.#drawNear(place);
     if (place) this.#align(place, false);
     this.settledAt = window.scrollY;

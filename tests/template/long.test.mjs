@@ -13,7 +13,7 @@ import {
   settle,
   shown,
 } from "./browser.mjs";
-import { makeRun, recordsOf } from "./fixtures.mjs";
+import { linkTo, makeRun, point, recordsOf } from "./fixtures.mjs";
 import { bodyOf, fixture, pageOf, writePage, writtenRows } from "./pages.mjs";
 import { pdfText } from "./pdftext.mjs";
 
@@ -510,5 +510,29 @@ describe("beyond 300,000 lines", () => {
       assert.ok(Math.abs(seen / last - part) < 0.002, `${seen} at ${part}`);
     }
     assert.equal(await page.evaluate(lowest), `с ${last}`);
+  });
+
+  test("what stands at a place of the scroll bar is there in stages and branches, too", async () => {
+    const name = (at) => `${linkTo(point(1 + (at % 3000)))}: с ${at}\n–\n–`;
+    const lines = Array.from({ length: last + 1 }, (_, at) => ({ kind: "message", text: name(at) }));
+    const staged = await open(browser, pageOf("many-staged", makeRun("staged", lines.length, lines)));
+    await choose(staged, "Ветви", "Развернуть всё");
+    for (const [part, from, to] of [
+      [0.1, 0, 0.3],
+      [0.5, 0.3, 0.7],
+      [0.9, 0.7, 1],
+      [0.15, 0, 0.3],
+    ]) {
+      await staged.evaluate(
+        (where) => window.scrollTo(0, document.documentElement.scrollHeight * where),
+        part,
+      );
+      await settle(staged);
+      await settle(staged);
+      assert.deepEqual(await staged.evaluate(holes), [], `at ${part}`);
+      const [, seen] = /с (\d+)$/.exec(await staged.evaluate(lowest));
+      assert.ok(seen >= from * last && seen <= to * last, `${seen} at ${part}`);
+    }
+    await staged.context().close();
   });
 });
