@@ -252,10 +252,10 @@ export function foldedOf(item) {
   return (source.folded ??= fold(textOf(source)));
 }
 
-/** Every white space is as good as a blank. */
+/** White space is as good as a blank, however much there is. */
 export function fold(text) {
   const lower = text.toLowerCase();
-  return /[\t-\r\u00a0\u2000-\u202f]/.test(lower) ? lower.replace(/\s+/g, " ") : lower;
+  return /[\t-\r\u00a0\u2000-\u202f]| {2}/.test(lower) ? lower.replace(/\s+/g, " ") : lower;
 }
 
 /** What remains of a line when its numbers are taken out; one blank is as good as another. */

@@ -137,6 +137,31 @@ describe("search", () => {
       await page.context().close();
     });
 
+  test("finds a phrase by its words, however many blanks part them", async () => {
+    const texts = ["Ход  1:   невязка 5 мм", "Ход 2:\u00a0 невязка 7 мм", "Ход: невязка"];
+    const run = makeRun(
+      "flat",
+      0,
+      texts.map((text) => ({ kind: "error", text })),
+    );
+    const page = await open(browser, pageOf("blanks", run));
+    const found = {
+      '"1: невязка"': [0],
+      '"2:   невязка 7"': [1],
+      '": невязка"': [0, 1, 2],
+      '"ход 1: невязка 5 мм"': [0],
+    };
+    for (const [query, expected] of Object.entries(found)) {
+      await search(page, query);
+      assert.deepEqual(
+        await visibleLines(page),
+        expected.map((at) => texts[at]),
+        query,
+      );
+    }
+    await page.context().close();
+  });
+
   for (const wrong of ["/(/", "/abc", "невязка /[/", "/a/ /*/"])
     test(`a wrong expression ${wrong} marks the field and hides nothing`, async () => {
       const page = await openUnfolded("flat");
