@@ -134,7 +134,8 @@ function unitAt(text, end) {
 
 /** Tests whether a number that stands right before a unit or right behind a name is such a one. */
 export function besideTestOf(label, holds) {
-  const behind = new RegExp(`[\\s±]?${label}(?![\\p{L}\\p{N}])`, "iuy");
+  // Not the unit of what is told for another one, as in "mm/km".
+  const behind = new RegExp(`[\\s±]?${label}(?![\\p{L}\\p{N}]|/\\p{L})`, "iuy");
   const before = new RegExp(`(?<![\\p{L}\\p{N}])${label}[\\s:=≈±]*$`, "iu");
   return (line) => {
     const text = textOf(line);

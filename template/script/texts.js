@@ -235,8 +235,8 @@ const texts = language === "ru" ? russian : english;
 
 const numbers = new Intl.NumberFormat(language);
 
-/** A number as the language writes it. */
-export const write = (number) => numbers.format(number);
+/** A number as the language writes it, with a true minus. */
+export const write = (number) => numbers.format(number).replace("-", "\u2212");
 
 /** The rows of the help: what to type, and what it does. */
 export const helpRows = () => texts.keys;

@@ -88,6 +88,8 @@ describe("numbers", () => {
     assert.deepEqual(await visibleLines(page), texts.slice(0, 1));
     await search(page, "-мм/км=1..80 /^Поправка.*мм\\/км$/");
     assert.deepEqual(await visibleLines(page), texts.slice(0, 1));
+    await search(page, "мм>80");
+    assert.deepEqual(await visibleLines(page), texts.slice(2));
     await page.context().close();
   });
 
@@ -149,7 +151,10 @@ describe("numbers", () => {
       assert.deepEqual(await visible(page), [1, 2, 4, 3, 5]);
       await press(page, "s");
       await page.locator("#alike").click();
-      assert.equal(await page.locator("[data-alike]").getAttribute("data-alike"), `×3  -95,5 … 80,5\u00a0мм`);
+      assert.equal(
+        await page.locator("[data-alike]").getAttribute("data-alike"),
+        `×3  \u221295,5 … 80,5\u00a0мм`,
+      );
       assert.equal((await visible(page))[0], 1);
       await page.context().close();
     });
