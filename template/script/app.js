@@ -79,10 +79,9 @@ export class App {
     this.showOutdated(isOutdated);
     this.filters.set(filters ?? { alike: this.settings.alike });
     if (line) this.ids.finish();
+    const isRestored = this.restoreFolds();
     this.filter();
     this.matchApart();
-    this.controls.fit();
-    const isRestored = this.restoreFolds();
     this.tree.setCurrent(firstRow(this.model));
     if (!this.view.isPartlyLaidOut) this.draw(null);
     const first = this.model.lines.find((each) => each.kind === "error" && each.shown);
@@ -102,7 +101,11 @@ export class App {
 
   restoreFolds() {
     const folds = keptFolds() ?? savedFolds;
-    return folds && restoreFolds(this.written, folds, (node, isOpen) => this.view.setOpen(node, isOpen));
+    const { unfolded } = this.filters;
+    return (
+      folds &&
+      restoreFolds(this.written, unfolded, folds, (node, isOpen) => this.view.setOpen(node, isOpen))
+    );
   }
 
   listenToAll() {
@@ -110,7 +113,7 @@ export class App {
     listen(page, "keydown", (event) => handleKey(this, event));
     listen(this.main, "click", (event) => this.clicked(event));
     listen(page, "focusin", ({ target }) => this.tree.focusCame(target));
-    listen(window, "pagehide", () => keepFolds(this.written));
+    listen(window, "pagehide", () => keepFolds(this.written, this.filters.unfolded));
     listen(page, "copy", (event) => this.copied(event));
     listen(page, "dragstart", (event) => this.dragged(event));
     listen(page, "beforematch", ({ target }) => this.matched(target), true);
@@ -218,6 +221,8 @@ export class App {
     if (!tree.current?.shown)
       tree.setCurrent(tree.current ? nearestRow(this.model, tree.current) : firstRow(this.model));
     this.draw(place?.item ? place : null, { hold: true });
+    // The row in its place may be higher.
+    if (place?.item && place.item !== before) tree.bringIntoView(place.item);
     if (hadFocus && tree.current && view.isLaidOut(tree.current)) focusOn(tree.current.element);
     this.remember();
   }
@@ -311,7 +316,7 @@ export class App {
 
   /** Has what is folded now go along with the page when it is saved. */
   saveFolds() {
-    if (this.view.hasNewFolds) saveFolds(foldsOf(this.written));
+    if (this.view.hasNewFolds) saveFolds(foldsOf(this.written, this.filters.unfolded));
     this.view.hasNewFolds = false;
   }
 
@@ -410,7 +415,6 @@ export class App {
   turnTo(kind, step) {
     this.isMoved = true;
     const turn = this.tree.turnOf(kind, step);
-    // What is told may take the bar a line more, and so it comes before the row is brought into view.
     this.controls.tell(turn ? say(turn.key, say(`${kind}One`), turn.at, turn.count) : say("noneOf"));
     this.tree.goTo(turn?.item);
   }
@@ -418,7 +422,8 @@ export class App {
   /** What Enter and a click do: follow the link, choose among several, unfold. */
   act(item) {
     if (item.times > 1) {
-      this.filters.unfolded.add(item);
+      this.filters.unfolded.add(item.origin);
+      this.view.hasNewFolds = true;
       this.refilter();
       return;
     }

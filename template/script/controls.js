@@ -164,13 +164,21 @@ export class Controls {
     const isWrong = query.state === "wrong" || query.state === "slow";
     writeAttribute(this.query, "aria-invalid", isWrong ? "true" : null);
     this.#setText("problem", isWrong ? say(query.state === "slow" ? "slowPattern" : "badPattern") : "");
+    this.#fitAnew();
+  }
+
+  /** Fits the bar when the counts take more or less room. */
+  #fitAnew() {
+    const room = ["shown", "places"].map((id) => find(id).textContent.length).join();
+    if (room !== this.room) this.fit();
+    this.room = room;
   }
 
   /** Leaves out what the bar has no room for in its quarter of the window, so that nothing of it is cut. */
   fit() {
     const bar = page.querySelector("body > #bar");
     for (const without of ["", "stages", "stages counts", "stages counts rows"]) {
-      bar.dataset.without = without;
+      writeAttribute(bar, "data-without", without);
       if (bar.scrollHeight <= bar.clientHeight) return;
     }
   }

@@ -77,7 +77,7 @@ function foldAlike(model, unfolded) {
     else groups.set(key, [line]);
   }
   for (const group of groups.values()) {
-    if (group.length < 2 || group.some((line) => unfolded.has(line))) continue;
+    if (group.length < 2 || group.some(({ origin }) => unfolded.has(origin))) continue;
     const head = group.reduce((worst, line) => (isWorse(line, worst) ? line : worst));
     for (const line of group) line.times = line === head ? group.length : 0;
     head.alike = group;

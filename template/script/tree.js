@@ -4,6 +4,7 @@ import { firstRow, isInOpen, lastRow, nextRow, previousRow } from "./rows.js";
 
 const wordPause = 700;
 const deepestLevel = 5;
+const toldHeight = 48;
 
 /** Moves through the rows: one of them is the present one, the only tab stop of all trees. */
 export class Tree {
@@ -86,7 +87,7 @@ export class Tree {
     if (isFar) view.draw({ item, top: Math.round(view.height * 0.4) });
     if (focus) focusOn(item.element);
     this.setCurrent(item);
-    this.#bringIntoView(item);
+    this.bringIntoView(item);
     this.calls.moved();
   }
 
@@ -95,11 +96,13 @@ export class Tree {
     return box.height && box.bottom > this.view.top && box.top < this.view.height;
   }
 
-  #bringIntoView(item) {
+  /** Scrolls as little as shows a row whole, above what the page may tell at its lower edge. */
+  bringIntoView(item) {
     const box = boxOf(item.caption);
     const { top, height } = this.view;
     if (box.top < top + 4) scrollDown(box.top - top - 4);
-    else if (box.bottom > height - 8) scrollDown(Math.min(box.bottom - height + 8, box.top - top - 4));
+    else if (box.bottom > height - toldHeight)
+      scrollDown(Math.min(box.bottom - height + toldHeight, box.top - top - 4));
   }
 
   /**

@@ -1,6 +1,16 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { browserName, choose, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
+import {
+  addressHolds,
+  browserName,
+  choose,
+  launch,
+  open,
+  search,
+  settle,
+  shown,
+  visibleLines,
+} from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point, runAround } from "./fixtures.mjs";
 import { bodyOf, fixture, pageOf } from "./pages.mjs";
 
@@ -60,6 +70,22 @@ describe("the bar", () => {
         await page.context().close();
       }
     });
+
+  test("stays so whatever a search makes it tell", async () => {
+    const page = await open(browser, pageOf("stages-3", stagedRun(3)));
+    const sizes = () =>
+      page.locator("#bar").evaluate((bar) => [bar.scrollHeight - bar.clientHeight, bar.offsetHeight]);
+    for (let width = 320; width <= 1280; width += 40)
+      for (const height of [300, 420, 540]) {
+        await page.setViewportSize({ width, height });
+        for (const query of ["", "/(/", "nowhere"]) {
+          await search(page, query);
+          const [cut, own] = await sizes();
+          assert.ok(cut <= 0 && own <= height / 4, `${own}, cut ${cut}: ${query} at ${width} × ${height}`);
+        }
+      }
+    await page.context().close();
+  });
 
   test("leads to every stage, on a low window from a menu", async () => {
     const address = pageOf("stages-30", stagedRun(30));
@@ -275,6 +301,22 @@ describe("a reload", () => {
       assert.doesNotMatch(await states(page), /true/);
     }
     await page.context().close();
+  });
+
+  test("keeps alike lines unfolded, in branches and in one list", async () => {
+    const groupsOf = (page) =>
+      page.evaluate(() => Array.from(document.querySelectorAll("[data-times]"), (row) => row.textContent));
+    for (const fragment of ["#alike=1", "#alike=1&list=1"]) {
+      const page = await open(browser, fixture("grouped") + fragment);
+      const folded = await groupsOf(page);
+      await page.locator("[data-times] > .Content").first().click();
+      const before = await groupsOf(page);
+      assert.equal(before.length, folded.length - 1, fragment);
+      await addressHolds(page, "line=");
+      await page.reload();
+      assert.deepEqual(await groupsOf(page), before, fragment);
+      await page.context().close();
+    }
   });
 });
 

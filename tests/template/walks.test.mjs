@@ -165,7 +165,7 @@ describe("at a zoom of 200 %", () => {
     const box = await page.locator("dialog").boundingBox();
     assert.ok(box.x >= 0 && box.y >= 0 && box.x + box.width <= 640 && box.y + box.height <= 400);
     await page.locator("dialog button").click();
-    assert.equal(await page.locator("dialog").count(), 0);
+    await page.locator("dialog").waitFor({ state: "detached" });
     await page.context().close();
   });
 });
