@@ -37,11 +37,14 @@ const spreadLimit = 600000;
 /** For tests of what the driver of Firefox does not see. */
 export const chromiumOnly = browserName === "chromium" ? {} : { skip: "seen in Chromium only" };
 
-/** Starts the browser; it has answered with its address, or the error says why not. */
-export async function launch() {
+/**
+ * Starts the browser; it has answered with its address, or the error says why not. `firefoxUserPrefs`: settings of
+ * Firefox, which Chromium does without.
+ */
+export async function launch(firefoxUserPrefs) {
   const { type, ...options } = browsers[browserName];
   try {
-    return await type.launch({ ...options, timeout: startLimit });
+    return await type.launch({ ...options, firefoxUserPrefs, timeout: startLimit });
   } catch (error) {
     throw new Error(
       `${options.executablePath} did not start within ${startLimit / 1000} s: ${error.message}`,

@@ -17,8 +17,8 @@ process.on("exit", () => fs.rmSync(folder, { recursive: true, force: true }));
 const fileOf = (name) => path.join(folder, `${name}.html`);
 const addressOf = (name) => pathToFileURL(fileOf(name)).href;
 
-function execute(program, ...options) {
-  const env = { ...process.env, QT_QPA_PLATFORM: "offscreen", LANGUAGE: "ru" };
+function execute(program, options, language = "ru") {
+  const env = { ...process.env, QT_QPA_PLATFORM: "offscreen", LANGUAGE: language };
   return execFileSync(path.join(build, "bin", program), options, { cwd: folder, env, encoding: "utf8" });
 }
 
@@ -29,7 +29,7 @@ function makePages(made) {
     if (!own.length) continue;
     const journal = path.join(folder, `${own[0][0]}.jsonl`);
     fs.writeFileSync(journal, journalOf(Object.fromEntries(own), hasReports));
-    execute("orvel-replay", journal);
+    execute("orvel-replay", [journal]);
     fs.rmSync(journal);
   }
 }
@@ -80,20 +80,21 @@ export function writePage(name, body, template) {
 const samples = ["two-benchmarks", "one-benchmark", "blunder"];
 
 /**
- * The pages of the sample networks, with the numbers of errors, warnings and messages that the desk told:
- * { name, address, counts }.
+ * The pages of the sample networks, in Russian or English, with the numbers of errors, warnings and messages that the
+ * desk told: { name, address, counts }.
  */
-export function samplePages() {
+export function samplePages(language = "ru") {
   return samples.flatMap((sample) => {
     const runOptions = ["compile", "adjust", "l1"].flatMap((run) => ["--run", run]);
     const input = path.join(root, "samples", `${sample}.gkf`);
-    const output = ["--export", path.join(folder, "heights.csv"), "--pages", path.join(folder, sample)];
-    const told = execute("orvel-desk", "--headless", "--import", input, ...runOptions, ...output);
+    const into = path.join(folder, language, sample);
+    const output = ["--export", path.join(folder, "heights.csv"), "--pages", into];
+    const told = execute("orvel-desk", ["--headless", "--import", input, ...runOptions, ...output], language);
     return told
       .trim()
       .split("\n")
       .map((line) => {
-        const [, ...found] = /: ошибок (\d+), предупреждений (\d+), сообщений (\d+); (.*)$/.exec(line);
+        const [, ...found] = /: \D*(\d+), \D*(\d+), \D*(\d+); (.*)$/.exec(line);
         const file = found.pop();
         return {
           name: `${sample} ${path.basename(file, ".html")}`,

@@ -1,40 +1,132 @@
-// Screenshots of every fixture, for people to look at: node shots.mjs FOLDER [PAGE...]
+// Screenshots for people to look at: node shots.mjs FOLDER [WORD...]
+//
+// Each is named by page, state, width, look and language, "staged_view_390_dark_en.png"; words choose those whose names
+// have all of them. "print" is what comes out on paper of that width.
 
 import path from "node:path";
-import { choose, launch, open, search, settle } from "./browser.mjs";
-import { runs } from "./fixtures.mjs";
-import { fixture, samplePages } from "./pages.mjs";
+import { launch, open, search, settle } from "./browser.mjs";
+import { linkTo, makeLines, makeRun, point, runs } from "./fixtures.mjs";
+import { fixture, pageOf, samplePages } from "./pages.mjs";
 
-const [folder = "shots", ...names] = process.argv.slice(2);
-const views = [
-  { name: "light-ru", colorScheme: "light", locale: "ru-RU" },
-  { name: "light-en", colorScheme: "light", locale: "en-US" },
-  { name: "dark-ru", colorScheme: "dark", locale: "ru-RU" },
-  { name: "dark-en", colorScheme: "dark", locale: "en-US" },
-  { name: "narrow-ru", colorScheme: "light", locale: "ru-RU", viewport: { width: 390, height: 844 } },
-  { name: "forced-en", colorScheme: "dark", forcedColors: "active", locale: "en-US" },
+const [folder = "shots", ...words] = process.argv.slice(2);
+
+const heights = { 1280: 800, 768: 1024, 390: 844 };
+const languages = { ru: "ru-RU", en: "en-US" };
+
+// Chromium is asked for a look, Firefox is set to it.
+const darkFirefox = { "ui.systemUsesDarkTheme": 1 };
+const forcedFirefox = { "browser.display.document_color_use": 2 };
+const blackFirefox = {
+  "browser.display.use_system_colors": false,
+  "browser.display.background_color.dark": "#000000",
+  "browser.display.foreground_color.dark": "#ffffff",
+};
+const looks = {
+  light: { asked: { colorScheme: "light" } },
+  dark: { asked: { colorScheme: "dark" }, set: darkFirefox },
+  "forced-light": { asked: { colorScheme: "light", forcedColors: "active" }, set: forcedFirefox },
+  "forced-dark": {
+    asked: { colorScheme: "dark", forcedColors: "active" },
+    set: { ...darkFirefox, ...forcedFirefox, ...blackFirefox },
+  },
+  print: {},
+};
+
+const opens = (menu) => (page) => page.locator("#menus > button").nth(menu).click();
+const chooses = (menu, role, entry) => async (page) => {
+  await opens(menu)(page);
+  await page.locator(`[role=${role}]`).nth(entry).click();
+};
+
+/** What a page is brought to. */
+const states = {
+  opened: () => {},
+  found: async (page) => {
+    await search(page, "1");
+    await page.locator("#query").blur();
+    await page.keyboard.press("e");
+  },
+  nothing: (page) => search(page, "zzz"),
+  wrong: (page) => search(page, "/("),
+  errors: (page) => page.keyboard.press("x"),
+  worst: (page) => page.keyboard.press("s"),
+  alike: chooses(2, "menuitemcheckbox", 2),
+  branches: opens(0),
+  export: opens(1),
+  view: opens(2),
+  help: chooses(2, "menuitem", 1),
+  row: async (page) => {
+    await page.keyboard.press("e");
+    await page.keyboard.press("Shift+F10");
+  },
+};
+const onPaper = ["opened", "found", "nothing", "worst", "alike"];
+
+/** Names with and without blanks, wider than any window. */
+const longName = (name) => (name.length % 2 ? "М".repeat(200) : "Пункт триангуляции ".repeat(11)) + name;
+const longLines = makeLines(30, { items: 12 }).map(({ kind, text }) => ({
+  kind,
+  text: text.replace(/(?<=">)[^<]+/g, longName),
+}));
+
+const manyStages = Array.from({ length: 200 }, (_, at) => ({
+  name: `Приближение ${at + 1}`,
+  lines: makeLines(3, { seed: at + 1 }),
+}));
+
+/** What only looks need: what is empty, alone, long or many. */
+const shapes = {
+  "stages-200": { ...makeRun("staged", 0), stages: manyStages },
+  "long-names": makeRun("grouped", 30, longLines),
+  "one-line": makeRun("flat", 1),
+  "only-other": {
+    item: 5,
+    hasReports: true,
+    runs: [{ type: "Compile", lines: [{ kind: "service", text: `Обработан пункт ${linkTo(point(5))}` }] }],
+  },
+};
+
+const fixtures = [
+  ...Object.keys(runs).map((name) => ({ name, address: fixture(name) })),
+  ...Object.entries(shapes).map(([name, run]) => ({ name, address: pageOf(name, run) })),
 ];
 
-const pages = [...Object.keys(runs).map((name) => ({ name, address: fixture(name) })), ...samplePages()];
-const chosen = pages.filter(({ name }) => !names.length || names.includes(name));
+/** What is asked for. */
+function* shots() {
+  for (const [language, locale] of Object.entries(languages))
+    for (const { name, address } of [...fixtures, ...samplePages(language)])
+      for (const look of Object.keys(looks))
+        for (const width of Object.keys(heights))
+          for (const state of look === "print" ? onPaper : Object.keys(states)) {
+            const title = [name.replaceAll(" ", "-"), state, width, look, language];
+            if (words.every((word) => title.includes(word)))
+              yield {
+                file: path.join(folder, title.join("_")),
+                address,
+                look,
+                width: Number(width),
+                state,
+                locale,
+              };
+          }
+}
 
-const browser = await launch();
-for (const { name: pageName, address } of chosen) {
-  const fileOf = (view) => path.join(folder, `${pageName.replaceAll(" ", "-")}-${view}`);
-  for (const { name, ...view } of views) {
-    const page = await open(browser, address, view);
-    await settle(page);
-    await page.screenshot({ path: fileOf(`${name}.png`) });
-    await page.context().close();
-  }
-  const page = await open(browser, address);
-  await choose(page, "Ветви", "Развернуть всё");
-  await page.locator("[data-kind=message]").click();
-  await search(page, "пункта -невязка");
-  await page.locator("#alike").click();
+async function take(browser, { file, address, look, width, state, locale }) {
+  const viewport = { width, height: heights[width] };
+  const page = await open(browser, address, { locale, viewport, ...looks[look].asked });
+  await states[state](page);
   await settle(page);
-  await page.screenshot({ path: fileOf("filtered.png") });
-  await page.pdf({ path: fileOf("printed.pdf") });
+  if (look === "print")
+    await page.pdf({ path: `${file}.pdf`, width: `${width}px`, height: `${heights[width]}px` });
+  else await page.screenshot({ path: `${file}.png` });
   await page.context().close();
 }
-await browser.close();
+
+const all = [...shots()];
+for (const [name, { set }] of Object.entries(looks)) {
+  const own = all.filter(({ look }) => look === name);
+  if (!own.length) continue;
+  const browser = await launch(set);
+  for (const shot of own) await take(browser, shot);
+  await browser.close();
+}
