@@ -12,6 +12,7 @@ import { Ids } from "./ids.js";
 import { handleKey } from "./keys.js";
 import { matchApart } from "./expressions.js";
 import { fold, foldedOf, kinds, linksOf, textOf, treeOf } from "./item.js";
+import { placeMenu } from "./menu.js";
 import { numbersOf, ratioOf } from "./numbers.js";
 import { makeFlatModel, sortRows } from "./order.js";
 import { readModel } from "./model.js";
@@ -103,8 +104,7 @@ export class App {
     const folds = keptFolds() ?? savedFolds;
     const { unfolded } = this.filters;
     return (
-      folds &&
-      restoreFolds(this.written, unfolded, folds, (node, isOpen) => this.view.setOpen(node, isOpen))
+      folds && restoreFolds(this.written, unfolded, folds, (node, isOpen) => this.view.setOpen(node, isOpen))
     );
   }
 
@@ -166,6 +166,7 @@ export class App {
     page.querySelector("main > #lines").before(chart);
     this.draw(place);
     if (wasInView) tree.goTo(current, { focus: false, middle: true });
+    placeMenu();
   }
 
   // Filters

@@ -2,7 +2,7 @@
 
 import { build, listen } from "./dom.js";
 import { ratioOf } from "./numbers.js";
-import { say, write } from "./texts.js";
+import { language, say, write } from "./texts.js";
 
 const step = 0.25;
 // The last bar holds all from twice the limit on.
@@ -42,7 +42,7 @@ function draw(counts, search) {
   const largest = Math.max(...counts);
   const width = bars * (barWidth + gap);
   const limit = (barWidth + gap) / step - gap / 2;
-  const figure = build("figure", { id: "chart" });
+  const figure = build("figure", { id: "chart", lang: language });
   figure.innerHTML =
     `<figcaption>${say("chart")} <b>${say("chartTold", over, total)}</b></figcaption>` +
     `<svg viewBox="-14 -${heading} ${width + 14} ${heading + height + footing}" width="${width + 14}" role="group"` +

@@ -212,7 +212,8 @@ export class Controls {
     const dialog = build(
       "dialog",
       { "aria-label": say("help"), close: () => dialog.remove() },
-      build("h2", {}, say("help")),
+      // Focus at the button below would bring the end into view.
+      build("h2", { tabindex: "-1", autofocus: "" }, say("help")),
       build("dl", {}, ...entries),
       build("p", {}, say("repeated")),
       button({ click: () => dialog.close() }, say("close")),

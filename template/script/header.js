@@ -5,6 +5,7 @@ import { language, say, write } from "./texts.js";
 const datePattern = /^\d{2}\.\d{2}\.\d{4} \d{2}:\d{2}:\d{2}$/;
 const projectPattern = /^(?:Проект|Project): /;
 const serviceLimit = 6;
+const languageSample = 10000;
 
 /** What the run says about itself: its title, and the date and project lines that close it. */
 function readRun() {
@@ -18,6 +19,14 @@ function readRun() {
     date: date?.textContent ?? "",
     project: project?.textContent ?? "",
   };
+}
+
+/** The language in which most of a text's letters are; names may be in another one. */
+function languageOf(markup) {
+  const text = markup.replace(/<[^>]*>|&\w+;/g, "").slice(0, languageSample);
+  const [russian, english] = [/[а-яё]/gi, /[a-z]/gi].map((letters) => text.match(letters)?.length ?? 0);
+  if (russian === english) return language;
+  return russian > english ? "ru" : "en";
 }
 
 /** On the page of an item every line names that item: its name, or an empty text. */
@@ -81,6 +90,7 @@ function foldService() {
     {
       type: "button",
       class: "more",
+      lang: language,
       click: () => {
         for (const line of rest) line.removeAttribute("hidden");
         more.remove();
@@ -96,6 +106,7 @@ export function fillHeader(model, reveal) {
   const find = (id) => page.querySelector(`body > :is(#head, #bar) #${id}`);
   const run = readRun();
   const { lines, records, totals, isItemPage } = model;
+  run.language = languageOf([run.title, ...lines.slice(0, 100).map(({ markup }) => markup)].join(" "));
   if (isItemPage) run.title = [say("itemTitle"), itemName(lines)].filter(Boolean).join(": ");
   run.title ||= say("protocol");
   find("title").replaceChildren(run.title);
@@ -114,8 +125,7 @@ export function fillHeader(model, reveal) {
   find("stages").replaceChildren(...parts.map((part) => stageEntry(part, reveal)));
   find("stages").setAttribute("aria-label", say("stages"));
   foldService();
-  const isRussian = /[а-яё]/i.test([run.title, ...lines.slice(0, 100).map(({ markup }) => markup)].join(" "));
-  run.language = isRussian ? "ru" : language;
-  for (const id of ["title", "facts", "stages"]) find(id).setAttribute("lang", run.language);
+  const own = isItemPage ? ["stages"] : ["title", "facts", "stages"];
+  for (const id of own) find(id).setAttribute("lang", run.language);
   return { ...run, counts: totals, parts };
 }

@@ -9,6 +9,18 @@ export function closeMenu() {
   opened = null;
 }
 
+/** Puts the open menu where its owner is. */
+export function placeMenu() {
+  if (!opened) return;
+  const { owner, list } = opened;
+  const box = boxOf(owner);
+  opened.top = box.top;
+  list.style.left = `${Math.max(8, Math.min(box.left, page.clientWidth - list.offsetWidth - 8))}px`;
+  const below = box.bottom + 4;
+  const fits = below + list.offsetHeight < window.innerHeight;
+  list.style.top = `${fits ? below : Math.max(8, box.top - list.offsetHeight - 4)}px`;
+}
+
 function choose(act, owner) {
   const back = opened?.back ?? owner;
   closeMenu();
@@ -56,14 +68,9 @@ export function openMenu(owner, label, entries, back = owner) {
     event.preventDefault();
     event.stopPropagation();
   });
-  const box = boxOf(owner);
   owner.closest("#bar, body").append(list);
-  const width = list.offsetWidth;
-  list.style.left = `${Math.max(8, Math.min(box.left, page.clientWidth - width - 8))}px`;
-  const below = box.bottom + 4;
-  const fits = below + list.offsetHeight < window.innerHeight;
-  list.style.top = `${fits ? below : Math.max(8, box.top - list.offsetHeight - 4)}px`;
-  opened = { owner, list, back, top: box.top };
+  opened = { owner, list, back };
+  placeMenu();
   owner.setAttribute("aria-expanded", "true");
   list.querySelector("[aria-checked=true], button").focus({ preventScroll: true });
 }

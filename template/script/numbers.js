@@ -1,7 +1,6 @@
 // The numbers in a line, with the words beside them.
 
 import { fold, textOf } from "./item.js";
-import { write } from "./texts.js";
 
 // A sign or a digit right behind a letter or a digit belongs to a name; thin spaces part thousands.
 const number =
@@ -217,6 +216,13 @@ export function isWorse(line, other) {
   return own > others || (own === others && sizeOf(line) > sizeOf(other));
 }
 
+/** A number of a line with all its digits, and a true minus. */
+function spelled(line, at) {
+  const text = textOf(line);
+  const { index, end } = foundIn(text)[at];
+  return text.slice(index, end).replace("-", "\u2212");
+}
+
 /**
  * The smallest and the largest of the numbers in which alike lines differ: of those that have a limit, of the first
  * with a unit, or of the first.
@@ -234,10 +240,11 @@ export function rangeOf(lines) {
   const limited = found.findIndex(({ index }) => index === worst?.index);
   const measured = differing.find((place) => units.has(unitOf[place]));
   const at = differing.includes(limited) ? limited : (measured ?? differing[0]);
-  let [low, high] = [Infinity, -Infinity];
-  for (const row of rows) {
-    low = Math.min(low, row[at]);
-    high = Math.max(high, row[at]);
-  }
-  return `${write(low)} … ${write(high)}${units.has(unitOf[at]) ? `\u00a0${unitOf[at]}` : ""}`;
+  let [low, high] = [lines[0], lines[0]];
+  lines.forEach((line, row) => {
+    if (rows[row][at] < low.numbers[at]) low = line;
+    if (rows[row][at] > high.numbers[at]) high = line;
+  });
+  const unit = units.has(unitOf[at]) ? `\u00a0${unitOf[at]}` : "";
+  return `${spelled(low, at)} … ${spelled(high, at)}${unit}`;
 }

@@ -1,7 +1,7 @@
 import { boxOf, build } from "./dom.js";
 import { openMenu } from "./menu.js";
 import { linkedItems, linksOf } from "./item.js";
-import { say } from "./texts.js";
+import { language, say } from "./texts.js";
 
 /** The actions on one row, behind a button that stands at the end of the present row. */
 export class RowMenu {
@@ -12,6 +12,7 @@ export class RowMenu {
       {
         type: "button",
         id: "row-menu",
+        lang: language,
         tabindex: "-1",
         hidden: "",
         title: say("lineMenu"),

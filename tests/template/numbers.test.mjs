@@ -94,5 +94,11 @@ test("alike lines whose names have numbers or not tell no range", () => {
 test("alike lines with a limit tell between what their values with a limit lie", () => {
   const loopOf = (height, misclosure) => `Превышение ${height} м, невязка ${misclosure} мм, допуск 20 мм`;
   const lines = [loopOf("1,5", "-40,5"), loopOf("-2,7", "60,2"), loopOf("3,4", "25")].map(lineOf);
-  assert.equal(rangeOf(lines), "-40,5 … 60,2\u00a0мм");
+  assert.equal(rangeOf(lines), "\u221240,5 … 60,2\u00a0мм");
+});
+
+test("alike lines tell between what they lie as they write it", () => {
+  const heights = ["147,90410", "144,08710", "153,11670", "1\u202f150,72840"];
+  const lines = heights.map((height) => lineOf(`Пункт: приближённая высота ${height} м`));
+  assert.equal(rangeOf(lines), "144,08710 … 1\u202f150,72840\u00a0м");
 });
