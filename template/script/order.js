@@ -16,10 +16,15 @@ function keyOf(item, measure) {
 }
 
 /** A text by which texts can be compared quickly: numbers stand in the order of their values, ё behind е. */
-const textKeyOf = (item) =>
-  foldedOf(item)
-    .replace(/0*(\d+)/g, (_, digits) => String.fromCharCode(0x30 + digits.length) + digits)
-    .replaceAll("ё", "е\uffff");
+function textKeyOf(item) {
+  const parts = foldedOf(item)
+    .replaceAll("ё", "е\uffff")
+    .split(/0*(\d+)/);
+  // Every second part is a number. To have them replaced one by one takes nearly twice as long.
+  for (let at = 1; at < parts.length; at += 2)
+    parts[at] = String.fromCharCode(0x30 + parts[at].length) + parts[at];
+  return parts.join("");
+}
 
 function sorted(items, order) {
   if (order === "page") return items.toSorted((a, b) => a.number - b.number);
