@@ -6,6 +6,10 @@ import { choose, launch, open, search, settle, shown, visibleLines } from "./bro
 import { linkTo, makeRun, point, random } from "./fixtures.mjs";
 import { pageOf } from "./pages.mjs";
 
+// More of them are a long run.
+const actCount = Number(process.env.ACTS ?? 60);
+const actSeeds = (process.env.SEEDS ?? "13 17").split(" ").map(Number);
+
 let browser;
 before(async () => (browser = await launch()));
 after(() => browser.close());
@@ -128,11 +132,17 @@ const comparisons = {
   "=": (value, bound) => value === bound,
 };
 
+const captions =
+  "ошибки и предупреждения, сообщения, общие, пункты, состав сети и предварительные высоты, " +
+  "результаты уравнивания, остаточные поправки";
+
 /** Terms of a search, each with what it takes; their numbers stand in lines. */
 const terms = [
   (next, line) => {
     const word = pick(next, line.seen.match(/\p{L}{3,}/gu));
-    const part = word.slice(next(word.length - 1)).slice(0, 2 + next(6));
+    const some = word.slice(next(word.length - 1)).slice(0, 2 + next(6));
+    // In a caption it would find the lines below that.
+    const part = captions.includes(some.toLowerCase()) ? word : some;
     return [pick(next, [part, part.toUpperCase().replace("SS", "ss")]), part];
   },
   (next, line) => {
@@ -258,12 +268,13 @@ const stateOf = (page) =>
     shown: document.querySelector("#shown").textContent,
     rows: [...document.querySelectorAll("#lines [role=treeitem]")]
       .filter((row) => row.checkVisibility())
-      .map(({ textContent }) => textContent),
-    stop: [...document.querySelectorAll("#lines [tabindex='0']")].find((row) => row.checkVisibility())
-      ?.textContent,
+      .map((row) => [row.querySelector(".Content").textContent, row.dataset.times ?? ""].join(" ")),
+    stop: [...document.querySelectorAll("#lines [tabindex='0']")]
+      .find((row) => row.checkVisibility())
+      ?.querySelector(".Content").textContent,
   }));
 
-for (const seed of [13, 17])
+for (const seed of actSeeds)
   test(`random acts ${seed} leave the page in order, and a reload changes nothing`, async () => {
     const { next, lines, address } = makePage(`acted-${seed}`, seed, 50);
     const page = await open(browser, address);
@@ -317,9 +328,22 @@ for (const seed of [13, 17])
         await choose(page, "Ветви", entry);
         return entry;
       },
+      alike: async () => {
+        await page.locator("#alike").click();
+        return page.locator("#alike").getAttribute("aria-pressed");
+      },
+      click: async () => {
+        const rows = await page.locator(":is([data-times], [aria-expanded]) > .Content").all();
+        const row = rows.length ? pick(next, rows) : null;
+        if (!(await row?.isVisible())) return "";
+        const text = await row.textContent();
+        // Not on a link, of which a caption may be full.
+        await row.click({ position: { x: 1, y: 1 } });
+        return text;
+      },
     };
-    for (let at = 0; at < 60; ++at) {
-      const act = pick(next, ["key", "key", "key", "search", "kind", "view", "branches"]);
+    for (let at = 0; at < actCount; ++at) {
+      const act = pick(next, ["key", "key", "key", "search", "kind", "view", "branches", "alike", "click"]);
       done.push(`${act} ${await acts[act]()}`);
       await settle(page);
       const said = done.slice(-6).join("; ");
@@ -329,8 +353,11 @@ for (const seed of [13, 17])
       if (at % 20 !== 19) continue;
       const before = await stateOf(page);
       await page.waitForTimeout(400);
+      // As long as nobody has gone to a line it names none.
+      const namesLine = /#L|line=/.test(page.url());
       await page.reload();
-      assert.deepEqual(await stateOf(page), before, said);
+      const after = await stateOf(page);
+      assert.deepEqual(namesLine ? after : { ...after, stop: before.stop }, before, said);
     }
     assert.deepEqual(page.complaints, []);
     await page.context().close();
