@@ -19,7 +19,7 @@ import { readModel } from "./model.js";
 import { placePrinted } from "./printed.js";
 import { RowMenu } from "./rowmenu.js";
 import { firstRow, isInOpen, nearestRow } from "./rows.js";
-import { selectedText } from "./selection.js";
+import { keepStart, selectedText } from "./selection.js";
 import { Settings } from "./settings.js";
 import { language, say } from "./texts.js";
 import { Tree } from "./tree.js";
@@ -114,6 +114,7 @@ export class App {
     listen(this.main, "click", (event) => this.clicked(event));
     listen(page, "focusin", ({ target }) => this.tree.focusCame(target));
     listen(window, "pagehide", () => keepFolds(this.written, this.filters.unfolded));
+    keepStart(view);
     listen(page, "copy", (event) => this.copied(event));
     listen(page, "dragstart", (event) => this.dragged(event));
     listen(page, "beforematch", ({ target }) => this.matched(target), true);
@@ -474,7 +475,10 @@ export class App {
     this.isMoved = true;
     this.tree.setCurrent(item);
     this.remember();
-    if (link || String(window.getSelection())) return;
+    const selection = window.getSelection();
+    // A double click selects a word, and with that the next click would do nothing.
+    if (event.detail > 1 && !item.isLine) selection.empty();
+    if (link || event.detail > 1 || String(selection)) return;
     focusOn(item.element);
     if (!item.isLine || item.times > 1) this.act(item);
     this.rowMenu.place();

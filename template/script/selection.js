@@ -1,4 +1,4 @@
-import { makeRange } from "./dom.js";
+import { listen, makeRange } from "./dom.js";
 import { textOf } from "./item.js";
 import { firstRow, lastRow, nextRow } from "./rows.js";
 
@@ -40,4 +40,24 @@ export function selectedText(view, model, selection) {
     texts.push(row === from || row === to ? textWithin(row, range) : textOf(row));
   }
   return isWhole ? null : texts.join("\n");
+}
+
+/**
+ * A selection begins where it began, also when its row is put away while it grows: the browser would have it begin at
+ * one that is laid out.
+ */
+export function keepStart(view) {
+  const rowAround = (node) => view.rowOf(node?.parentElement);
+  let start = {};
+  listen(window, "pointerdown", ({ shiftKey }) => shiftKey || (start = {}), true);
+  const changed = () => {
+    const selection = window.getSelection();
+    const { anchorNode: node, anchorOffset: offset, focusNode, focusOffset } = selection;
+    const row = rowAround(start.node);
+    if (row && node !== start.node && rowAround(node) && !view.isLaidOut(row))
+      selection.setBaseAndExtent(start.node, start.offset, focusNode, focusOffset);
+    else start = { node, offset };
+  };
+  // It reaches the document only.
+  listen(window, "selectionchange", changed, true);
 }

@@ -1,4 +1,4 @@
-import { boxOf, elementAt, focused, focusOn, page, scrollDown, writeAttribute } from "./dom.js";
+import { boxOf, elementAt, focused, focusOn, makeElement, page, scrollDown, writeAttribute } from "./dom.js";
 import { writeBranchAttributes, writeRowsAttributes } from "./rowAttributes.js";
 import { Heights } from "./heights.js";
 import { dropRow, itemOf, nameOf } from "./item.js";
@@ -49,6 +49,8 @@ export class View {
     }
     this.#setMode("near");
     main.tabIndex = -1;
+    // All that a browser selects ends where something is laid out.
+    if (!this.end) main.append((this.end = makeElement("br")));
     this.width = main.clientWidth;
     if (!model.heights) model.heights = new Heights(model, main);
     else if (model.heights.width !== this.width) model.heights.forget();
@@ -297,9 +299,13 @@ export class View {
 
   /** The rows that were only built for it go: a browser walks through all that it has. */
   #leaveSpread() {
+    const { anchorNode, focusNode } = window.getSelection();
+    const selected = new Set();
+    for (const end of [anchorNode, focusNode])
+      for (let row = this.rowOf(end?.parentElement); row; row = row.parent) selected.add(row);
     for (const item of this.model.items) {
       if (!item.built) continue;
-      if (item.isMade && !item.isNear) dropRow(item);
+      if (item.isMade && !item.isNear && !selected.has(item)) dropRow(item);
       else writeAttribute(item.built, "hidden", null);
     }
     this.#setMode("near");

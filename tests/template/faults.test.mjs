@@ -5,13 +5,14 @@ import {
   browserName,
   choose,
   launch,
+  leaveToSearch,
   open,
   search,
   settle,
   shown,
   visibleLines,
 } from "./browser.mjs";
-import { linkTo, makeLines, makeRun, point, runAround } from "./fixtures.mjs";
+import { linkTo, makeLines, makeRun, point, recordsOf, runAround } from "./fixtures.mjs";
 import { bodyOf, fixture, pageOf } from "./pages.mjs";
 
 // What a surveyor runs into with pages of unusual shape, on unusual windows and with unusual texts.
@@ -425,6 +426,75 @@ describe("what is selected on a long page", () => {
       assert.equal(count(words), written.filter((line) => line.includes(words)).length, words);
     await page.context().close();
   });
+
+  const clipboard = { permissions: ["clipboard-read", "clipboard-write"] };
+  const copied = async (page) => {
+    await page.keyboard.press("Control+c");
+    return (await page.evaluate(() => navigator.clipboard.readText())).split("\n");
+  };
+  /** Where the beginnings of a few rows in view stand. */
+  const rowsInView = (page) =>
+    page.evaluate(() =>
+      [...document.querySelectorAll("li[data-near] > .Content")]
+        .map((caption) => [caption, caption.getBoundingClientRect()])
+        .filter(([, box]) => box.top > 300 && box.bottom < 700)
+        .map(([caption, box]) => ({ x: box.left + 31, y: box.top + 12, text: caption.innerText })),
+    );
+  const wheel = async (page, times) => {
+    for (let turn = 0; turn < times; ++turn) {
+      await page.mouse.wheel(0, 600);
+      await page.waitForTimeout(100);
+    }
+  };
+
+  test("is copied whole where the present row is not laid out either", async () => {
+    const page = await open(browser, pageOf("all-long", makeRun("flat", 4000)), clipboard);
+    await page.mouse.move(600, 500);
+    await wheel(page, 20);
+    await page.keyboard.press("Control+a");
+    const count = bodyOf("all-long").split("Невязка хода").length - 1;
+    assert.equal((await copied(page)).filter((line) => line.startsWith("Невязка хода")).length, count);
+    await page.context().close();
+  });
+
+  for (const [device, grow] of [
+    ["with the wheel while the button is down", (page) => wheel(page, 10)],
+    [
+      "by a click with Shift",
+      async (page) => {
+        await page.mouse.up();
+        await wheel(page, 10);
+        await page.keyboard.down("Shift");
+        await page.mouse.down();
+      },
+    ],
+  ])
+    test(`begins where it began when it grows ${device}`, async () => {
+      const run = makeRun("flat", 4000);
+      const all = recordsOf(run)
+        .map(({ text }) => text)
+        .join("\n");
+      const page = await open(browser, pageOf("grown", run), clipboard);
+      await page.locator("#chart").waitFor();
+      const [start] = await rowsInView(page);
+      await page.mouse.move(start.x, start.y);
+      await page.mouse.down();
+      await page.mouse.move(start.x + 1, start.y);
+      await grow(page);
+      const end = (await rowsInView(page)).at(-1);
+      await page.mouse.move(end.x, end.y);
+      await page.mouse.up();
+      await page.keyboard.up("Shift");
+      // As when the reader turns to another window and comes back.
+      await leaveToSearch(page);
+      await page.evaluate(() => window.dispatchEvent(new Event("focus")));
+      const text = (await copied(page)).join("\n");
+      const from = all.indexOf(start.text);
+      assert.equal(text, all.slice(from, from + text.length));
+      const tail = from + text.length - all.indexOf(end.text, from);
+      assert.ok(text.length > 5000 && tail >= 0 && tail <= end.text.length, `${text.length} ${tail}`);
+      await page.context().close();
+    });
 
   test("is dragged whole", async () => {
     const page = await open(browser, pageOf("dragged-long", makeRun("flat", 4000)));

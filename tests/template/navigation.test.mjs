@@ -414,6 +414,19 @@ describe("folding", () => {
     assert.match(await branch.getAttribute("class"), /^IsRoot IsLast ExpandOpen$/);
     await page.context().close();
   });
+
+  test("by each double click once, which selects no word", async () => {
+    const page = await visit("grouped");
+    const branch = page.locator("li.IsRoot").first();
+    const caption = branch.locator("> .Content");
+    for (const state of ["ExpandClosed", "ExpandOpen", "ExpandClosed"]) {
+      await caption.dblclick({ position: { x: 60, y: 14 } });
+      assert.equal(await branch.getAttribute("class"), `IsRoot IsLast ${state}`);
+    }
+    await caption.click({ position: { x: 60, y: 14 } });
+    assert.equal(await branch.getAttribute("class"), "IsRoot IsLast ExpandOpen");
+    await page.context().close();
+  });
 });
 
 describe("item links", () => {
