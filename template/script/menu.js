@@ -1,4 +1,5 @@
 import { boxOf, build, focused, focusOn, listen, page } from "./dom.js";
+import { language } from "./texts.js";
 
 let opened = null;
 
@@ -51,7 +52,7 @@ export function openMenu(owner, label, entries, back = owner) {
   const wasOpen = opened?.owner === owner;
   closeMenu();
   if (wasOpen) return;
-  const list = build("ul", { role: "menu", class: "menu", "aria-label": label });
+  const list = build("ul", { role: "menu", class: "menu", lang: language, "aria-label": label });
   for (const { label: text, act, ...state } of entries) {
     const entry = build(
       "button",
@@ -68,7 +69,7 @@ export function openMenu(owner, label, entries, back = owner) {
     event.preventDefault();
     event.stopPropagation();
   });
-  owner.closest("#bar, body").append(list);
+  owner.closest("#bar, main").append(list);
   opened = { owner, list, back };
   placeMenu();
   owner.setAttribute("aria-expanded", "true");

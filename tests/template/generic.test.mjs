@@ -64,9 +64,40 @@ const toldCounts = () => {
 };
 
 const looks = [
-  { colorScheme: "light", locale: "ru-RU" },
-  { colorScheme: "dark", locale: "en-US", unfold: ["Branches", "Unfold all"] },
+  { name: "light, Russian", colorScheme: "light", locale: "ru-RU" },
+  { name: "dark, English", colorScheme: "dark", locale: "en-US", unfold: ["Branches", "Unfold all"] },
 ];
+const narrow = { viewport: { width: 390, height: 844 }, forcedColors: "active" };
+const narrowLooks = [
+  { name: "narrow, forced light, English", colorScheme: "light", locale: "en-US", ...narrow },
+  { name: "narrow, forced dark, Russian", colorScheme: "dark", locale: "ru-RU", ...narrow },
+];
+/** The pages of every kind, which are looked at more closely. */
+const closely = ["item", "grouped", "staged", "flat", "empty", "blunder Adjust"];
+
+/** What axe finds, of the whole page or of a part of it, each with where it is. */
+async function violationsIn(page, rules = {}, part = null) {
+  if (!(await page.evaluate(() => "axe" in window))) await page.evaluate(axe);
+  return page.evaluate(
+    async ([chosen, context]) => {
+      const { violations } = await window.axe.run(context ?? document, { rules: chosen });
+      return violations.map(({ id, nodes }) => [id, ...nodes.map((node) => node.html)].join("\n"));
+    },
+    [rules, part],
+  );
+}
+
+/** What is open only for a while is accessible, too. */
+async function lookClosely(page) {
+  await page.keyboard.press("Escape");
+  await page.keyboard.press("s");
+  await page.keyboard.press("Shift+F10");
+  assert.deepEqual(await violationsIn(page), [], "worst first, with the menu of a line");
+  await page.keyboard.press("Escape");
+  await page.locator("#menus > button").last().click();
+  await page.locator("[role=menuitem]").last().click();
+  assert.deepEqual(await violationsIn(page, {}, "dialog"), [], "the help");
+}
 
 let browser;
 before(async () => (browser = await launch()));
@@ -83,8 +114,9 @@ const pages = [
 
 for (const { name, address, counts } of pages)
   describe(`page ${name}`, () => {
-    for (const { unfold, ...look } of looks)
-      test(`keeps quiet, counts right, is accessible (${look.colorScheme}, ${look.locale})`, async () => {
+    const own = closely.includes(name) ? [...looks, ...narrowLooks] : looks;
+    for (const { name: lookName, unfold, ...look } of own)
+      test(`keeps quiet, counts right, is accessible (${lookName})`, async () => {
         const page = await open(browser, address, look);
         await settle(page);
         // The browser itself reports what the policy has kept from running.
@@ -99,20 +131,12 @@ for (const { name, address, counts } of pages)
         // Links that a line has left unclosed have no name, whatever the page does.
         const rules = { "link-name": { enabled: name !== "hostile" } };
         if (unfold) await choose(page, ...unfold);
-        await page.evaluate(axe);
-        const found = await page.evaluate(async (chosen) => {
-          const { violations } = await window.axe.run(document, { rules: chosen });
-          return violations.map(({ id, nodes }) => [id, ...nodes.map((node) => node.html)].join("\n"));
-        }, rules);
-        assert.deepEqual(found, []);
-        for (const button of await page.locator("#menus button").all()) {
+        assert.deepEqual(await violationsIn(page, rules), []);
+        for (const button of await page.locator("#menus > button").all()) {
           await button.click();
-          const inMenu = await page.evaluate(async () => {
-            const { violations } = await window.axe.run("[role=menu]");
-            return violations.map(({ id, nodes }) => [id, ...nodes.map((node) => node.html)].join("\n"));
-          });
-          assert.deepEqual(inMenu, []);
+          assert.deepEqual(await violationsIn(page, {}, "[role=menu]"), []);
         }
+        if (closely.includes(name)) await lookClosely(page);
         await page.context().close();
       });
   });

@@ -133,6 +133,39 @@ describe("the languages told to assistive software", () => {
   });
 });
 
+describe("where colours are forced", () => {
+  test("only errors, warnings and messages have a frame around their signs", chromiumOnly, async () => {
+    const page = await open(browser, fixture("item"), { forcedColors: "active", colorScheme: "dark" });
+    const frames = await page.evaluate(() =>
+      ["error", "warning", "message", "other"].map((kind) => {
+        const sign = document.querySelector(`#kinds [data-kind=${kind}] .mark`);
+        return getComputedStyle(sign, "::before").borderTopColor;
+      }),
+    );
+    const [text, canvas] = ["rgb(255, 255, 255)", "rgb(0, 0, 0)"];
+    assert.deepEqual(frames, [text, text, text, canvas]);
+    await page.context().close();
+  });
+});
+
+test("the menu of a line with a long name is whole", async () => {
+  const text = `Невязка хода через ${linkTo(point(1, "М".repeat(200)))} равна 12 мм`;
+  const page = await open(browser, pageOf("long-name", makeRun("flat", 0, [{ kind: "error", text }])), phone);
+  await page.keyboard.press("e");
+  await page.keyboard.press("Shift+F10");
+  const menu = await page.locator("[role=menu]").evaluate((list) => {
+    const { left, right } = list.getBoundingClientRect();
+    return [
+      left >= 0,
+      right <= innerWidth,
+      list.scrollWidth <= list.clientWidth,
+      /М{200}/.test(list.textContent),
+    ];
+  });
+  assert.deepEqual(menu, [true, true, true, true]);
+  await page.context().close();
+});
+
 describe("on narrow paper", () => {
   test("the verdict is in words, and stages are whole", chromiumOnly, async () => {
     const page = await open(browser, adjustment(), phone);
