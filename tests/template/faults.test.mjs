@@ -212,7 +212,10 @@ test("captions that count more lines than stand below them are told of", async (
   const below = await page.locator("li.ExpandLeaf").count();
   assert.ok(told > below, `${told} of ${below}`);
   assert.match(await root.getAttribute("data-holds"), new RegExp(`ниже ${below} из ${told}$`));
-  assert.match(await page.locator("#note").textContent(), /без места в дереве посчитаны в подписях, но не показаны/);
+  assert.match(
+    await page.locator("#note").textContent(),
+    /без места в дереве посчитаны в подписях, но не показаны/,
+  );
   const whole = await open(browser, fixture("grouped"));
   assert.equal(await whole.locator("#note").isVisible(), false);
   await whole.context().close();
