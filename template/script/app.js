@@ -471,7 +471,8 @@ export class App {
     const item = this.view.rowOf(event.target);
     const link = event.target.closest("a");
     if (/^(?:javascript|data):/.test(link?.href)) event.preventDefault();
-    if (!item) return;
+    // Beside its caption a branch is but the room around its rows.
+    if (!item?.caption.contains(event.target)) return;
     this.isMoved = true;
     this.tree.setCurrent(item);
     this.remember();

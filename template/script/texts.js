@@ -113,8 +113,8 @@ const texts = {
   text: ["текст", "text"],
   items: ["объекты", "items"],
   repeated: [
-    "Строка, в которой названо несколько объектов, стоит у каждого из них, но считается один раз; «вхождений» – сколько раз показанные строки стоят в дереве.",
-    "A line that names several items stands under each of them but counts once; “occurrences” tells how often the lines shown stand in the tree.",
+    "Строка о нескольких объектах стоит у каждого из них, но считается один раз; «вхождений» – сколько раз показанные строки стоят в дереве.",
+    "A line about several items stands under each but counts once; “occurrences” tells how often the lines shown stand in the tree.",
   ],
 };
 

@@ -121,8 +121,11 @@ export class Tree {
   }
 
   setOpen(nodes, isOpen) {
-    const place = this.view.placeOf(this.current && this.view.isLaidOut(this.current) ? this.current : null);
-    for (const node of nodes) this.view.setOpen(node, isOpen);
+    const { current: item, view } = this;
+    const isSeen = item && view.isLaidOut(item) && this.isInView(item);
+    // What is folded may be all that is in view.
+    const place = isSeen ? view.placeOf(item) : item && { item, top: view.top + 4 };
+    for (const node of nodes) view.setOpen(node, isOpen);
     this.calls.changed(place);
   }
 

@@ -1,6 +1,6 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { addressHolds, choose, chromiumOnly, launch, open, search, shown } from "./browser.mjs";
+import { addressHolds, choose, chromiumOnly, launch, open, search, settle, shown } from "./browser.mjs";
 import { makeLines, makeRun, runs } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -414,6 +414,40 @@ describe("folding", () => {
     assert.match(await branch.getAttribute("class"), /^IsRoot IsLast ExpandOpen$/);
     await page.context().close();
   });
+
+  test("not by a click into the room beside its rows", async () => {
+    const page = await visit("grouped");
+    const branch = page.locator("li.IsRoot").first();
+    const box = await branch.boundingBox();
+    await page.mouse.click(box.x + 4, box.y + 120);
+    assert.match(await branch.getAttribute("class"), /ExpandOpen$/);
+    await page.context().close();
+  });
+
+  for (const [size, count] of [
+    ["short", 1500],
+    ["long", 5000],
+  ])
+    test(`of the branch in which the reader is brings its caption into view, on a ${size} page`, async () => {
+      const page = await open(browser, pageOf(`folded-${size}`, makeRun("staged", count)));
+      await page.locator("#stages button").nth(1).click();
+      const caption = page.locator("li.IsRoot > .Content").nth(1);
+      await page.keyboard.press("ArrowRight");
+      await choose(page, "Ветви", "Развернуть всё");
+      await caption.click();
+      await caption.click();
+      for (let turn = 0; turn < 8; ++turn) {
+        await page.mouse.wheel(0, 700);
+        await page.waitForTimeout(100);
+      }
+      await page.keyboard.press("ArrowLeft");
+      await settle(page);
+      const bar = await page.locator("#bar").boundingBox();
+      const box = await caption.boundingBox();
+      assert.match(await caption.innerText(), /^Результаты/);
+      assert.ok(box?.y >= bar.y + bar.height && box.y < 500, box?.y);
+      await page.context().close();
+    });
 
   test("by each double click once, which selects no word", async () => {
     const page = await visit("grouped");
