@@ -51,6 +51,8 @@ export class App {
     const bar = page.querySelector("body > #bar");
     for (const part of [bar, page.querySelector("body > #head")]) part.hidden = false;
     page.setAttribute("lang", language);
+    // What assistive software hears instead of a sign.
+    for (const kind of kinds) page.style.setProperty(`--name-${kind}`, JSON.stringify(say(`${kind}One`)));
     this.run = fillHeader(this.model, (item) => this.reveal(item));
     this.controls = new Controls(this);
     if (this.pausesSearch) this.controls.note(say("many", this.model.lines.length));

@@ -59,7 +59,7 @@ function writeAlikeAttributes(item) {
   const times = item.times > 1 ? alikeTextOf(item) : null;
   writeAttribute(element, "data-times", times && `×${item.times}`);
   writeAttribute(caption, "data-alike", times);
-  writeAttribute(element, "aria-label", times && `${times}: ${textOf(item)}`);
+  writeAttribute(element, "aria-label", times && `${say(`${item.kind}One`)} ${times}: ${textOf(item)}`);
   item.height = undefined;
 }
 

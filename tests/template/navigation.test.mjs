@@ -225,19 +225,27 @@ describe("the tree for assistive software", () => {
       await page.context().close();
     });
 
-  test("names the kind of a line", chromiumOnly, async () => {
+  test("names the kind of a line, of alike ones as well", chromiumOnly, async () => {
     const page = await visit("flat");
     const session = await page.context().newCDPSession(page);
-    const { nodes } = await session.send("Accessibility.getFullAXTree");
-    const names = nodes.filter((node) => node.role?.value === "treeitem").map((node) => node.name.value);
-    const lines = await page.evaluate(() =>
-      [...document.querySelectorAll("li.ExpandLeaf > .Content")].map((content) => content.classList[1]),
-    );
-    const words = { error: "Ошибка", warning: "Предупреждение", message: "Сообщение" };
-    assert.deepEqual(
-      names.map((name) => name.split(" ")[0]),
-      lines.map((kind) => words[kind]),
-    );
+    const namedKinds = async () => {
+      const { nodes } = await session.send("Accessibility.getFullAXTree");
+      const rows = nodes.filter((node) => node.role?.value === "treeitem");
+      return rows.map(({ name }) => name.value.split(" ")[0]);
+    };
+    const words = { error: "ошибка", warning: "предупреждение", message: "сообщение" };
+    const kindsShown = async () => {
+      const kinds = await page.evaluate(() =>
+        [...document.querySelectorAll("li.ExpandLeaf:not([hidden]) > .Content")].map(
+          (content) => content.classList[1],
+        ),
+      );
+      return kinds.map((kind) => words[kind]);
+    };
+    assert.deepEqual(await namedKinds(), await kindsShown());
+    await page.locator("#alike").click();
+    assert.ok((await page.locator("[data-alike]").count()) > 0);
+    assert.deepEqual(await namedKinds(), await kindsShown());
     await page.context().close();
   });
 });
