@@ -133,6 +133,58 @@ describe("the languages told to assistive software", () => {
   });
 });
 
+describe("in every theme", () => {
+  /** The text of an element, or of a sign before it, and its contrast to what is behind it. */
+  const contrasts = (selectors) => {
+    const channels = (color) => color.match(/[\d.]+/g).map(Number);
+    const luminance = (color) => {
+      const [red, green, blue] = channels(color)
+        .map((value) => value / 255)
+        .map((value) => (value <= 0.03928 ? value / 12.92 : ((value + 0.055) / 1.055) ** 2.4));
+      return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+    };
+    return selectors.map((selector) => {
+      const [owner, part] = selector.split("::");
+      let at = document.querySelector(owner);
+      const { color, backgroundColor } = getComputedStyle(at, part && `::${part}`);
+      let ground = backgroundColor;
+      for (; (channels(ground)[3] ?? 1) === 0; at = at.parentElement)
+        ground = getComputedStyle(at).backgroundColor;
+      const [dark, light] = [luminance(color), luminance(ground)].sort((one, another) => one - another);
+      return [selector, (light + 0.05) / (dark + 0.05)];
+    });
+  };
+  const texts = [
+    "#verdict",
+    "#shown",
+    "#alike",
+    "#worst",
+    ".toggle .word",
+    ...["error", "warning", "message", "other"].flatMap((kind) => [
+      `#kinds .${kind}.mark::before`,
+      `#stages .${kind}.mark::before`,
+    ]),
+    ".ExpandLeaf > .error::before",
+    ".ExpandLeaf > .warning::before",
+    ".ExpandLeaf > .message::before",
+    "[data-worst=error]::after",
+    "[aria-expanded] > .Content::before",
+    "main a",
+  ];
+  for (const look of [
+    { colorScheme: "light" },
+    { colorScheme: "dark" },
+    { colorScheme: "light", forcedColors: "active" },
+    { colorScheme: "dark", forcedColors: "active" },
+  ])
+    test(`texts and signs are read: ${Object.values(look).join(", ")}`, chromiumOnly, async () => {
+      const page = await open(browser, fixture("item"), look);
+      const weak = (await page.evaluate(contrasts, texts)).filter(([, contrast]) => !(contrast >= 4.5));
+      assert.deepEqual(weak, []);
+      await page.context().close();
+    });
+});
+
 describe("where colours are forced", () => {
   test("only errors, warnings and messages have a frame around their signs", chromiumOnly, async () => {
     const page = await open(browser, fixture("item"), { forcedColors: "active", colorScheme: "dark" });
