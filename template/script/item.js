@@ -252,9 +252,9 @@ export function foldedOf(item) {
   return (source.folded ??= fold(textOf(source)));
 }
 
-/** White space is as good as a blank, however much there is. */
+/** White space is as good as a blank, however much there is, and "е" as "ё". */
 export function fold(text) {
-  const lower = text.toLowerCase();
+  const lower = text.toLowerCase().replaceAll("ё", "е");
   return /[\t-\r\u00a0\u2000-\u202f]| {2}/.test(lower) ? lower.replace(/\s+/g, " ") : lower;
 }
 

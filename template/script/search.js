@@ -8,13 +8,13 @@ const termPattern = new RegExp(
     // Before a range a minus is the sign of its number.
     `(?<sign>(?:(?!-${number}\\.\\.(?:${number})?(?:\\s|$))-)?)(?:`,
     "(?<field>kind|вид|stage|этап|item|объект):(?<value>\\S*)",
-    `|(?<label>(?:[^\\s"/<>=][^\\s"<>=]*?)??)(?:(?<compare>[<>]=?|=)(?!${number}\\.\\.)(?<bound>${number})?`,
+    `|(?<label>(?:[^\\s"/<>=][^\\s"<>=]*?)??)(?:(?<compare>[<>]=?|=)(?!${number}\\.\\.)(?:\\s*(?<bound>${number}))?`,
     `|=?(?<low>${number})\\.\\.(?<high>${number})?)(?=\\s|$)`,
-    '|"(?<phrase>[^"]*)"?',
+    '|["«„“](?<phrase>[^"»“”]*)["»“”]?',
     "|/(?<pattern>(?:[^/\\\\]|\\\\.)*)/(?<flags>[a-z]*)(?=\\s|$)",
     "|(?<word>\\S+))",
   ].join(""),
-  "gu",
+  "giu",
 );
 const kindNames = [
   ["error", "ошибк"],
@@ -27,7 +27,13 @@ const checkedLines = 64;
 const none = [];
 
 const isLetter = (character) => /[\p{L}\p{N}_]/u.test(character ?? "");
-const escapePattern = (text) => text.replace(/[.*+?^${}()|[\]\\/]/g, "\\$&").replace(/\s+/g, "\\s+");
+/** An expression for a text: "е" is as good as "ё" and a decimal point as a comma. */
+const escapePattern = (text) =>
+  text
+    .replace(/[*+?^${}()|[\]\\/]/g, "\\$&")
+    .replace(/[.,]/g, "[.,]")
+    .replace(/[её]/gi, "[её]")
+    .replace(/\s+/g, "\\s+");
 
 function holdsWhole(text, words) {
   for (let at = text.indexOf(words); at >= 0; at = text.indexOf(words, at + 1)) {
@@ -39,7 +45,7 @@ function holdsWhole(text, words) {
 }
 
 // What other letters have when theirs is made small.
-const otherForms = { i: "I\u0130", k: "K\u212a" };
+const otherForms = { i: "I\u0130", k: "K\u212a", е: "ЕёЁ" };
 
 /** An expression for a folded text in a text that is not; null where there may be more to it than two cases. */
 function unfoldedPattern(text) {
@@ -76,11 +82,11 @@ function linksTo(id) {
 }
 
 function fieldTest(field, value) {
-  if (/^(?:kind|вид)$/.test(field)) {
+  if (/^(?:kind|вид)$/i.test(field)) {
     const at = kindNames.findIndex((names) => names.some((name) => fold(value).startsWith(name)));
     return at < 0 ? () => false : ({ kind }) => kind === kinds[at];
   }
-  if (/^(?:item|объект)$/.test(field)) return /^-?\d+$/.test(value) ? linksTo(value) : () => false;
+  if (/^(?:item|объект)$/i.test(field)) return /^-?\d+$/.test(value) ? linksTo(value) : () => false;
   return (line) => treeOf(line).stage === Number(value);
 }
 

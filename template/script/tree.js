@@ -1,5 +1,5 @@
 import { boxOf, focused, focusOn, scrollDown, writeAttribute } from "./dom.js";
-import { foldedOf, treeOf } from "./item.js";
+import { fold, foldedOf, treeOf } from "./item.js";
 import { firstRow, isInOpen, lastRow, nextRow, previousRow } from "./rows.js";
 
 const wordPause = 700;
@@ -218,7 +218,7 @@ export class Tree {
   }
 
   #type(event) {
-    const character = event.key.toLowerCase();
+    const character = fold(event.key);
     const isMore = this.#isTyping(event.timeStamp);
     const repeats = isMore && this.typed === character;
     this.typed = isMore && !repeats ? this.typed + character : character;

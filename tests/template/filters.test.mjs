@@ -137,6 +137,50 @@ describe("search", () => {
       await page.context().close();
     });
 
+  test("takes what is typed as it is meant", async () => {
+    const texts = ["Расчёт ЁЛКИ: невязка 58,7 мм", "Высота 12,5 м, отсчет принят", "Пункт «Ёлка два» заперт"];
+    const lines = texts
+      .map((text) => ({ kind: "message", text }))
+      .concat({ kind: "error", text: "Ёж без отметки" });
+    const page = await open(browser, pageOf("typed", { type: "Import", hasReports: true, lines }));
+    const cases = {
+      расчет: [0],
+      "елки невязка": [0],
+      отсчёт: [1],
+      "-ёлки": [1, 2, 3],
+      58.7: [0],
+      "12,5": [1],
+      "мм > 50": [0],
+      "> 12,4": [0, 1],
+      "-> 50": [1, 2, 3],
+      "«ёлка два»": [2],
+      "“елка два”": [2],
+      "„елка два“ заперт": [2],
+      "«елка дв»": [],
+      "Вид:ошибка": [3],
+      "KIND:message высота": [1],
+    };
+    for (const [query, expected] of Object.entries(cases)) {
+      await search(page, query);
+      const found = await visibleLines(page);
+      assert.deepEqual(
+        found.map((text) => lines.findIndex((line) => line.text === text)),
+        expected,
+        query,
+      );
+    }
+    await search(page, "елка");
+    const hits = () => [...CSS.highlights.get("found")].map(String);
+    assert.deepEqual(await page.evaluate(hits), ["Ёлка"]);
+    await search(page, "");
+    await page.locator("[tabindex='0']").focus();
+    const type = () =>
+      document.activeElement.dispatchEvent(new KeyboardEvent("keydown", { key: "Ё", bubbles: true }));
+    await page.evaluate(type);
+    assert.match(await page.evaluate(() => document.activeElement.textContent), /Ёж/);
+    await page.context().close();
+  });
+
   test("finds a phrase by its words, however many blanks part them", async () => {
     const texts = ["Ход  1:   невязка 5 мм", "Ход 2:\u00a0 невязка 7 мм", "Ход: невязка"];
     const run = makeRun(
