@@ -347,6 +347,7 @@ describe("errors", () => {
     await page.locator('#lines [tabindex="0"]').focus();
     for (let width = 1200; width >= 400; width -= 100) {
       await page.setViewportSize({ width, height: 500 });
+      await settle(page);
       await page.evaluate(() => (document.querySelector("#status").textContent = ""));
       const bar = await page.locator("#bar").boundingBox();
       await press(page, "Home");
