@@ -186,6 +186,26 @@ describe("in every theme", () => {
 });
 
 describe("where colours are forced", () => {
+  test("what the search has found stands on the system's ground", chromiumOnly, async () => {
+    const page = await open(browser, fixture("flat"), { forcedColors: "active", colorScheme: "dark" });
+    await page.locator("#query").fill("пункта");
+    const [found, system] = await page.evaluate(() => {
+      const { backgroundColor, color } = getComputedStyle(
+        document.querySelector("main"),
+        "::highlight(found)",
+      );
+      const probe = document.body.appendChild(document.createElement("p"));
+      probe.style.cssText = "background: Highlight; color: HighlightText";
+      const style = getComputedStyle(probe);
+      return [
+        [backgroundColor, color],
+        [style.backgroundColor, style.color],
+      ];
+    });
+    assert.deepEqual(found, system);
+    await page.context().close();
+  });
+
   test("only errors, warnings and messages have a frame around their signs", chromiumOnly, async () => {
     const page = await open(browser, fixture("item"), { forcedColors: "active", colorScheme: "dark" });
     const frames = await page.evaluate(() =>

@@ -4,7 +4,7 @@
 // have all of them. "print" is what comes out on paper of that width.
 
 import path from "node:path";
-import { launch, open, search, settle } from "./browser.mjs";
+import { browserName, launch, open, search, settle } from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point, runs } from "./fixtures.mjs";
 import { fixture, pageOf, samplePages } from "./pages.mjs";
 
@@ -17,7 +17,10 @@ const languages = { ru: "ru-RU", en: "en-US" };
 const darkFirefox = { "ui.systemUsesDarkTheme": 1 };
 const forcedFirefox = { "browser.display.document_color_use": 2 };
 const blackFirefox = {
+  "layout.css.prefers-color-scheme.content-override": 0,
   "browser.display.use_system_colors": false,
+  "browser.display.background_color": "#000000",
+  "browser.display.foreground_color": "#ffffff",
   "browser.display.background_color.dark": "#000000",
   "browser.display.foreground_color.dark": "#ffffff",
 };
@@ -111,13 +114,17 @@ function* shots() {
           }
 }
 
+// The driver of Firefox takes inches for centimetres.
+const pixel = browserName === "firefox" ? 2.54 : 1;
+const onPaperOf = (size) => `${Math.round(size * pixel)}px`;
+
 async function take(browser, { file, address, look, width, state, locale }) {
   const viewport = { width, height: heights[width] };
   const page = await open(browser, address, { locale, viewport, ...looks[look].asked });
   await states[state](page);
   await settle(page);
   if (look === "print")
-    await page.pdf({ path: `${file}.pdf`, width: `${width}px`, height: `${heights[width]}px` });
+    await page.pdf({ path: `${file}.pdf`, width: onPaperOf(width), height: onPaperOf(heights[width]) });
   else await page.screenshot({ path: `${file}.png` });
   await page.context().close();
 }
