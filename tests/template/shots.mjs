@@ -21,6 +21,8 @@ const blackFirefox = {
   "browser.display.use_system_colors": false,
   "browser.display.background_color": "#000000",
   "browser.display.foreground_color": "#ffffff",
+  "browser.display.anchor_color": "#ffff00",
+  "browser.display.anchor_color.dark": "#ffff00",
   "browser.display.background_color.dark": "#000000",
   "browser.display.foreground_color.dark": "#ffffff",
 };
