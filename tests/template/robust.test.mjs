@@ -166,6 +166,21 @@ describe("looks", () => {
     await page.context().close();
   });
 
+  test("lines are as large as the browser is set to, as the controls are", async () => {
+    const page = await open(browser, fixture("grouped"));
+    const sizes = () =>
+      page.evaluate(() =>
+        ["li.ExpandLeaf > .Content", "#menus button"].map((place) =>
+          Number.parseFloat(getComputedStyle(document.querySelector(place)).fontSize),
+        ),
+      );
+    const [line, control] = await sizes();
+    assert.equal(line, 15);
+    await page.evaluate(() => (document.documentElement.style.fontSize = "24px"));
+    assert.deepEqual(await sizes(), [line * 1.5, control * 1.5]);
+    await page.context().close();
+  });
+
   // 97: a window of 390 pixels at a zoom of 400 %.
   for (const width of [97, 320, 390, 700, 1280])
     test(`nothing is cut off on a screen ${width} wide`, async () => {
