@@ -38,6 +38,9 @@ export class Controls {
     this.query.setAttribute("aria-describedby", "problem");
     listen(this.query, "input", () => app.typed());
     this.#setText("note", "");
+    // A page may be saved with these.
+    find("status").textContent = "";
+    page.querySelector("#bar > .menu")?.remove();
     find("kinds").setAttribute("aria-label", say("kinds"));
     this.#makeKinds();
     this.#makeMenus();

@@ -470,6 +470,17 @@ describe("a page that the browser has saved with what the script did to it", () 
       await page.context().close();
     });
 
+  test("has no menu open and tells nothing of before", async () => {
+    const page = await open(browser, fixture("grouped"));
+    await page.keyboard.press("e");
+    await page.getByRole("button", { name: "Вид" }).click();
+    const again = await open(browser, writeFile("saved-menu", await save(page)));
+    assert.equal(await again.getByRole("menu").count(), 0);
+    assert.equal(await again.locator("#status").textContent(), "");
+    await again.context().close();
+    await page.context().close();
+  });
+
   test("keeps the lines behind one that would take all for text", async () => {
     const run = runAround("до <plaintext> после");
     const page = await open(browser, pageOf("saved-plaintext", run));
