@@ -52,7 +52,8 @@ export class App {
     for (const part of [bar, page.querySelector("body > #head")]) part.hidden = false;
     page.setAttribute("lang", language);
     // What assistive software hears instead of a sign.
-    for (const kind of kinds) page.style.setProperty(`--name-${kind}`, JSON.stringify(say(`${kind}One`)));
+    // With the blank behind it: Firefox puts none between a sign's words and the text.
+    for (const kind of kinds) page.style.setProperty(`--name-${kind}`, `"${say(`${kind}One`)} "`);
     this.run = fillHeader(this.model, (item) => this.reveal(item));
     this.controls = new Controls(this);
     if (this.pausesSearch) this.controls.note(say("many", this.model.lines.length));

@@ -3,8 +3,9 @@ import { makeRows, treeOf } from "./item.js";
 
 const sampledBranchRows = 200;
 const sampledBranches = 40;
-// Firefox lays out nothing below 17.9 million pixels, Chromium below 33.5 million, which a zoom takes its part of.
-const greatestHeight = 16e6;
+// Firefox holds nothing in view below 8.94 million pixels, as the bar has to be, and Chromium lays out nothing below
+// 33.5 million, which a zoom takes its part of.
+const greatestHeight = 8.9e6;
 
 /** How high rows are: measured, or as long as they were not laid out, guessed from samples. */
 export class Heights {
