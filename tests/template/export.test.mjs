@@ -1,7 +1,6 @@
 import assert from "node:assert/strict";
-import fs from "node:fs";
 import { after, before, describe, test } from "node:test";
-import { choose, chromiumOnly, launch, open, places, search, settle, shown } from "./browser.mjs";
+import { choose, launch, lookPrinted, open, places, savedBy, search, shown } from "./browser.mjs";
 import { makeLines, makeRun } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 import { pdfText } from "./pdftext.mjs";
@@ -51,10 +50,7 @@ const expectedRecords = (page) =>
 
 const clipboard = (page) => page.evaluate(() => navigator.clipboard.readText());
 
-async function saved(page, entry) {
-  const [download] = await Promise.all([page.waitForEvent("download"), choose(page, "Экспорт", entry)]);
-  return { name: download.suggestedFilename(), bytes: fs.readFileSync(await download.path()) };
-}
+const saved = (page, entry) => savedBy(page, () => choose(page, "Экспорт", entry));
 
 /** Rows of a CSV text by RFC 4180. */
 function parseCsv(text) {
@@ -86,7 +82,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("can be saved as CSV with byte order mark, quotes and CRLF", chromiumOnly, async () => {
+  test("can be saved as CSV with byte order mark, quotes and CRLF", async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
     const { name, bytes } = await saved(page, "Сохранить как CSV");
@@ -107,7 +103,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("names the items as a browser reads their links", chromiumOnly, async () => {
+  test("names the items as a browser reads their links", async () => {
     const link = (id, name) =>
       `<a href="survey://locate-item?type=LevellingPoint&amp;id=${id}&amp;project=x">${name}</a>`;
     const text = `Пункты ${link(7, "Рп 7")} и ${link(-8, "Рп &lt;8>")}`;
@@ -127,7 +123,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("quotes commas, quotes and line breaks in CSV", chromiumOnly, async () => {
+  test("quotes commas, quotes and line breaks in CSV", async () => {
     const page = await open(browser, fixture("flat"));
     await page.evaluate(() => {
       document.querySelector("li.ExpandLeaf > .Content").textContent = 'a,"b"\nc';
@@ -137,7 +133,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("guards what a spreadsheet would take for a formula in CSV", chromiumOnly, async () => {
+  test("guards what a spreadsheet would take for a formula in CSV", async () => {
     const texts = ["=1+2", "+7 мм", "-cmd|' /C calc'!A0", "@SUM(A1)", " =3", "＝4", "невязка = 3"];
     const formulas = texts.map((text) => ({ kind: "error", text }));
     const page = await open(browser, pageOf("formulas", makeRun("flat", 0, formulas)));
@@ -148,7 +144,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("can be saved as JSON", chromiumOnly, async () => {
+  test("can be saved as JSON", async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
     const { bytes } = await saved(page, "Сохранить как JSON");
@@ -168,7 +164,7 @@ describe("what is visible", () => {
     await page.context().close();
   });
 
-  test("takes folded alike lines one by one", chromiumOnly, async () => {
+  test("takes folded alike lines one by one", async () => {
     const page = await openFiltered();
     const expected = await expectedRecords(page);
     await page.locator("#alike").click();
@@ -203,26 +199,26 @@ describe("what is visible", () => {
 });
 
 describe("print", () => {
-  test("holds every visible line and none that is hidden, and states the filter", chromiumOnly, async () => {
+  test("holds every visible line and none that is hidden, and states the filter", async () => {
     const page = await openFiltered();
     await choose(page, "Ветви", "Развернуть всё");
     const count = await places(page);
-    const text = pdfText(await page.pdf()).replaceAll("\n", "");
+    const text = pdfText(await page.pdf()).replace(/\s+/g, " ");
     assert.equal(text.match(/получена один раз/g).length, count);
     assert.doesNotMatch(text, /Невязка хода/);
+    // Firefox breaks the row behind the minus.
     assert.match(
       text,
-      /Показано строк: \d+ из \d+; вхождений: \d+; скрыты: сообщения; поиск: пункта -невязка/,
+      /Показано строк: \d+ из \d+; вхождений: \d+; скрыты: сообщения; поиск: пункта - ?невязка/,
     );
     assert.doesNotMatch(text, /Ветви|Экспорт|Похожие/);
     assert.match(text, /Предобработка/);
     await page.context().close();
   });
 
-  test("is light, and shows no controls", chromiumOnly, async () => {
+  test("is light, and shows no controls", async () => {
     const page = await openFiltered({ colorScheme: "dark" });
-    await page.emulateMedia({ media: "print", colorScheme: "dark" });
-    await settle(page);
+    await lookPrinted(page);
     const state = await page.evaluate(() => ({
       ink: getComputedStyle(document.body).color,
       verdict: getComputedStyle(document.querySelector("#verdict")).color,

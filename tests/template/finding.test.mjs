@@ -2,17 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import {
-  addressHolds,
-  choose,
-  chromiumOnly,
-  launch,
-  open,
-  search,
-  settle,
-  shown,
-  visibleLines,
-} from "./browser.mjs";
+import { addressHolds, choose, launch, open, search, settle, shown, visibleLines } from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point, runs, section } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -524,34 +514,30 @@ describe("the histogram", () => {
   });
 });
 
-test(
-  "where colours are forced the histogram has those of the system, full beyond the limit",
-  chromiumOnly,
-  async () => {
-    for (const colorScheme of ["light", "dark"]) {
-      const page = await open(browser, fixture("flat"), { forcedColors: "active", colorScheme });
-      await page.locator("#chart").waitFor();
-      await page.locator("#chart a.over").first().hover();
-      const colors = await page.evaluate(() => {
-        const own = (selector, name) => getComputedStyle(document.querySelector(`#chart ${selector}`))[name];
-        const probe = document.body.appendChild(document.createElement("p"));
-        const [canvas, text] = ["Canvas", "CanvasText"].map((name) => {
-          probe.style.color = name;
-          return getComputedStyle(probe).color;
-        });
-        return {
-          held: [own(":not(.over) > .bar", "fill"), own(":not(.over) > .bar", "stroke")],
-          over: [own(".over > .bar", "fill"), own(".over > .bar", "stroke")],
-          rest: [own(".over > text", "fill"), own("line", "stroke"), own("a:hover > .ground", "fill")],
-          expected: { held: [canvas, text], over: [text, text], rest: [text, text, canvas] },
-        };
+test("where colours are forced the histogram has those of the system, full beyond the limit", async () => {
+  for (const colorScheme of ["light", "dark"]) {
+    const page = await open(browser, fixture("flat"), { forcedColors: "active", colorScheme });
+    await page.locator("#chart").waitFor();
+    await page.locator("#chart a.over").first().hover();
+    const colors = await page.evaluate(() => {
+      const own = (selector, name) => getComputedStyle(document.querySelector(`#chart ${selector}`))[name];
+      const probe = document.body.appendChild(document.createElement("p"));
+      const [canvas, text] = ["Canvas", "CanvasText"].map((name) => {
+        probe.style.color = name;
+        return getComputedStyle(probe).color;
       });
-      const { expected, ...found } = colors;
-      assert.deepEqual(found, expected);
-      await page.context().close();
-    }
-  },
-);
+      return {
+        held: [own(":not(.over) > .bar", "fill"), own(":not(.over) > .bar", "stroke")],
+        over: [own(".over > .bar", "fill"), own(".over > .bar", "stroke")],
+        rest: [own(".over > text", "fill"), own("line", "stroke"), own("a:hover > .ground", "fill")],
+        expected: { held: [canvas, text], over: [text, text], rest: [text, text, canvas] },
+      };
+    });
+    const { expected, ...found } = colors;
+    assert.deepEqual(found, expected);
+    await page.context().close();
+  }
+});
 
 test("words are found in any case of any letters, over links, and in captions", async () => {
   const texts = [

@@ -119,6 +119,8 @@ for (const { name, address, counts } of pages)
       test(`keeps quiet, counts right, is accessible (${lookName})`, async () => {
         const page = await open(browser, address, look);
         await settle(page);
+        const isDark = await page.evaluate(() => window.matchMedia("(prefers-color-scheme: dark)").matches);
+        assert.equal(isDark, look.colorScheme === "dark");
         // The browser itself reports what the policy has kept from running.
         const isNews = (text) => name !== "hostile" || !/Content[ -]Security[ -]Policy/.test(text);
         assert.deepEqual(page.complaints.filter(isNews), []);

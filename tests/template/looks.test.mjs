@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { chromiumOnly, launch, open, settle } from "./browser.mjs";
+import { launch, open, settle } from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point } from "./fixtures.mjs";
 import { fixture, pageOf, samplePages } from "./pages.mjs";
 
@@ -177,7 +177,7 @@ describe("in every theme", () => {
     { colorScheme: "light", forcedColors: "active" },
     { colorScheme: "dark", forcedColors: "active" },
   ])
-    test(`texts and signs are read: ${Object.values(look).join(", ")}`, chromiumOnly, async () => {
+    test(`texts and signs are read: ${Object.values(look).join(", ")}`, async () => {
       const page = await open(browser, fixture("item"), look);
       const weak = (await page.evaluate(contrasts, texts)).filter(([, contrast]) => !(contrast >= 4.5));
       assert.deepEqual(weak, []);
@@ -186,7 +186,7 @@ describe("in every theme", () => {
 });
 
 describe("where colours are forced", () => {
-  test("what the search has found stands on the system's ground", chromiumOnly, async () => {
+  test("what the search has found stands on the system's ground", async () => {
     const page = await open(browser, fixture("flat"), { forcedColors: "active", colorScheme: "dark" });
     await page.locator("#query").fill("пункта");
     const [found, system] = await page.evaluate(() => {
@@ -206,7 +206,7 @@ describe("where colours are forced", () => {
     await page.context().close();
   });
 
-  test("only errors, warnings and messages have a frame around their signs", chromiumOnly, async () => {
+  test("only errors, warnings and messages have a frame around their signs", async () => {
     const page = await open(browser, fixture("item"), { forcedColors: "active", colorScheme: "dark" });
     const frames = await page.evaluate(() =>
       ["error", "warning", "message", "other"].map((kind) => {
@@ -239,7 +239,7 @@ test("the menu of a line with a long name is whole", async () => {
 });
 
 describe("on narrow paper", () => {
-  test("the verdict is in words, and stages are whole", chromiumOnly, async () => {
+  test("the verdict is in words, and stages are whole", async () => {
     const page = await open(browser, adjustment(), phone);
     await page.emulateMedia({ media: "print" });
     await settle(page);

@@ -1,6 +1,17 @@
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { addressHolds, choose, chromiumOnly, launch, open, search, settle, shown } from "./browser.mjs";
+import {
+  addressesOpenedBy,
+  addressHolds,
+  choose,
+  chromiumOnly,
+  launch,
+  open,
+  rowsCalled,
+  search,
+  settle,
+  shown,
+} from "./browser.mjs";
 import { makeLines, makeRun, runs } from "./fixtures.mjs";
 import { fixture, pageOf } from "./pages.mjs";
 
@@ -97,7 +108,7 @@ describe("closed branches", () => {
 });
 
 describe("the address", () => {
-  test("names the line and the filters, and restores both", chromiumOnly, async () => {
+  test("names the line and the filters, and restores both", async () => {
     const page = await visit("grouped");
     await page.locator("[data-kind=message]").click();
     await search(page, 'пункта "один раз"');
@@ -225,7 +236,20 @@ describe("the tree for assistive software", () => {
       await page.context().close();
     });
 
-  test("names the kind of a line, of alike ones as well", chromiumOnly, async () => {
+  test("names the kind of a line before its text", async () => {
+    const lines = ["error", "warning", "message"].map((kind) => ({ kind, text: `строка ${kind}` }));
+    const page = await open(browser, pageOf("called", makeRun("flat", 0, lines)));
+    for (const [kind, word] of [
+      ["error", "ошибка"],
+      ["warning", "предупреждение"],
+      ["message", "сообщение"],
+    ])
+      assert.equal(await rowsCalled(page, `${word} строка ${kind}`), 1, kind);
+    await page.context().close();
+  });
+
+  const oneByOne = chromiumOnly("Firefox's driver looks for a known name only");
+  test("names the kind of each line, of alike ones as well", oneByOne, async () => {
     const page = await visit("flat");
     const session = await page.context().newCDPSession(page);
     const namedKinds = async () => {
@@ -306,8 +330,10 @@ describe("the keyboard", () => {
     await page.context().close();
   });
 
-  test("has one tab stop in all trees", chromiumOnly, async () => {
+  test("has one tab stop in all trees", async () => {
     const page = await visit("grouped");
+    // From the last stop of a page Firefox goes on to its own window, from where its driver does not return.
+    await page.evaluate(() => document.body.append(document.createElement("button")));
     await page.locator('#lines [tabindex="0"]').focus();
     const start = await focusedId(page);
     await press(page, "ArrowDown");
@@ -474,24 +500,19 @@ describe("folding", () => {
 });
 
 describe("item links", () => {
-  async function requests(page, act) {
-    const session = await page.context().newCDPSession(page);
-    await session.send("Page.enable");
-    const urls = [];
-    session.on("Page.frameRequestedNavigation", ({ url }) => urls.push(url));
-    await act();
-    // Events come in order within a session: its next answer is behind those of the act.
-    await session.send("Runtime.evaluate", { expression: "0" });
-    return urls;
-  }
-
   const state = (page) =>
     page.evaluate(() => [location.href, scrollY, document.querySelector("#shown").textContent]);
+
+  /** Clicks as a user does: a locator's own click waits for Firefox to leave the page. */
+  const click = async (page, link) => {
+    const { x, y, width, height } = await link.boundingBox();
+    await page.mouse.click(x + width / 2, y + height / 2);
+  };
 
   // After the first act the browser's own question, whether to leave the page, takes the user's input: the acts
   // that follow reach the page as events.
   for (const [device, act, repeat] of [
-    ["mouse", (page, link) => link.click(), (link) => link.click()],
+    ["mouse", click, (link) => link.click()],
     [
       "keyboard",
       (page) => press(page, "Enter"),
@@ -499,7 +520,7 @@ describe("item links", () => {
         link.closest("li").dispatchEvent(new KeyboardEvent("keydown", { key: "Enter", bubbles: true })),
     ],
   ])
-    test(`give the exact address to the system each time, by ${device}`, chromiumOnly, async () => {
+    test(`give the exact address to the system each time, by ${device}`, async () => {
       const page = await visit("staged");
       await page.locator("[data-kind=warning]").click();
       const line = page.locator("li.ExpandLeaf:has(> .error)").first();
@@ -510,35 +531,38 @@ describe("item links", () => {
       const id = await line.getAttribute("id");
       await addressHolds(page, id);
       const before = await state(page);
-      const urls = await requests(page, async () => {
+      const element = await link.elementHandle();
+      const urls = await addressesOpenedBy(page, async () => {
         await act(page, link);
-        for (let count = 0; count < 3; ++count) await link.evaluate(repeat);
+        for (let count = 0; count < 3; ++count) await page.evaluate(repeat, element);
       });
       assert.deepEqual(urls, [exact, exact, exact, exact]);
       assert.deepEqual(await state(page), before);
       await page.context().close();
     });
 
-  test("of a line with several are chosen from a menu", chromiumOnly, async () => {
+  test("of a line with several are chosen from a menu", async () => {
     const page = await visit("flat");
     const line = page.locator("li.ExpandLeaf:has(a + a)").first();
     const hrefs = await line
       .locator("a")
       .evaluateAll((links) => links.map((link) => link.getAttribute("href")));
+    const id = await line.getAttribute("id");
     await line.focus();
-    const urls = await requests(page, () => press(page, "Enter", "ArrowDown", "Enter"));
+    const urls = await addressesOpenedBy(page, () => press(page, "Enter", "ArrowDown", "Enter"));
     assert.deepEqual(urls, [hrefs[1]]);
-    assert.equal(await focusedId(page), await line.getAttribute("id"));
+    assert.equal(await focusedId(page), id);
     await page.context().close();
   });
 
-  test("in a caption act and do not fold the branch", chromiumOnly, async () => {
+  test("in a caption act and do not fold the branch", async () => {
     const page = await visit("item");
     const branch = page.locator("li.Node.ExpandOpen").first();
+    const element = await branch.elementHandle();
     const link = branch.locator("> .Content a");
-    const urls = await requests(page, () => link.click());
-    assert.deepEqual(urls, [await link.getAttribute("href")]);
-    assert.match(await branch.getAttribute("class"), /ExpandOpen/);
+    const exact = await link.getAttribute("href");
+    assert.deepEqual(await addressesOpenedBy(page, () => click(page, link)), [exact]);
+    assert.match(await page.evaluate((row) => row.className, element), /ExpandOpen/);
     await page.context().close();
   });
 });

@@ -151,7 +151,7 @@ describe("looks", () => {
     await page.context().close();
   });
 
-  test("with forced colours marks and connectors stay", chromiumOnly, async () => {
+  test("with forced colours marks and connectors stay", async () => {
     const page = await open(browser, fixture("grouped"), { forcedColors: "active" });
     const state = await page.evaluate(() => {
       const mark = getComputedStyle(document.querySelector(".ExpandLeaf > .error"), "::before");
@@ -257,7 +257,7 @@ describe("languages", () => {
 });
 
 describe("without", () => {
-  test("script every line is visible, and no control is", chromiumOnly, async () => {
+  test("script every line is visible, and no control is", async () => {
     for (const name of Object.keys(runs).filter((each) => each !== "hostile")) {
       const page = await open(browser, fixture(name), { javaScriptEnabled: false });
       const lines = page.locator("li.ExpandLeaf > .Content");
@@ -504,7 +504,7 @@ describe("a page that the browser has saved with what the script did to it", () 
 
   test(
     "in one file holds every line, those in folded branches and out of view as well",
-    chromiumOnly,
+    chromiumOnly("Firefox saves no page in a single file"),
     async () => {
       const run = makeRun("staged", 3000);
       const page = await open(browser, pageOf("saved-single", run));

@@ -13,27 +13,12 @@ const [folder = "shots", ...words] = process.argv.slice(2);
 const heights = { 1280: 800, 768: 1024, 390: 844 };
 const languages = { ru: "ru-RU", en: "en-US" };
 
-// Chromium is asked for a look, Firefox is set to it.
-const darkFirefox = { "ui.systemUsesDarkTheme": 1 };
-const forcedFirefox = { "browser.display.document_color_use": 2 };
-const blackFirefox = {
-  "layout.css.prefers-color-scheme.content-override": 0,
-  "browser.display.use_system_colors": false,
-  "browser.display.background_color": "#000000",
-  "browser.display.foreground_color": "#ffffff",
-  "browser.display.anchor_color": "#ffff00",
-  "browser.display.anchor_color.dark": "#ffff00",
-  "browser.display.background_color.dark": "#000000",
-  "browser.display.foreground_color.dark": "#ffffff",
-};
+const forcedColors = "active";
 const looks = {
-  light: { asked: { colorScheme: "light" } },
-  dark: { asked: { colorScheme: "dark" }, set: darkFirefox },
-  "forced-light": { asked: { colorScheme: "light", forcedColors: "active" }, set: forcedFirefox },
-  "forced-dark": {
-    asked: { colorScheme: "dark", forcedColors: "active" },
-    set: { ...darkFirefox, ...forcedFirefox, ...blackFirefox },
-  },
+  light: { colorScheme: "light" },
+  dark: { colorScheme: "dark" },
+  "forced-light": { colorScheme: "light", forcedColors },
+  "forced-dark": { colorScheme: "dark", forcedColors },
   print: {},
 };
 
@@ -122,7 +107,7 @@ const onPaperOf = (size) => `${Math.round(size * pixel)}px`;
 
 async function take(browser, { file, address, look, width, state, locale }) {
   const viewport = { width, height: heights[width] };
-  const page = await open(browser, address, { locale, viewport, ...looks[look].asked });
+  const page = await open(browser, address, { locale, viewport, ...looks[look] });
   await states[state](page);
   await settle(page);
   if (look === "print")
@@ -131,11 +116,6 @@ async function take(browser, { file, address, look, width, state, locale }) {
   await page.context().close();
 }
 
-const all = [...shots()];
-for (const [name, { set }] of Object.entries(looks)) {
-  const own = all.filter(({ look }) => look === name);
-  if (!own.length) continue;
-  const browser = await launch(set);
-  for (const shot of own) await take(browser, shot);
-  await browser.close();
-}
+const browser = await launch();
+for (const shot of shots()) await take(browser, shot);
+await browser.close();
