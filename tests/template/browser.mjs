@@ -193,6 +193,19 @@ export async function addressesOpenedBy(page, act) {
   return addresses;
 }
 
+/** Clicks twice at a place of an element, as one double click. */
+export async function doubleClick(page, element, { x, y }) {
+  if (browserName === "chromium") return element.dblclick({ position: { x, y } });
+  // Firefox's driver tells of two clicks, each by itself.
+  const box = await element.boundingBox();
+  const down = { type: "pointerDown", button: 0 };
+  const up = { type: "pointerUp", button: 0 };
+  const actions = [{ type: "pointerMove", x: box.x + x, y: box.y + y }, down, up, down, up];
+  const session = hearing(page);
+  const mouse = { type: "pointer", id: "mouse", actions };
+  return session.send("input.performActions", { context: session.sessionId, actions: [mouse] });
+}
+
 /** How many rows of the trees a screen reader calls so. */
 export async function rowsCalled(page, name) {
   if (browserName === "firefox") {
@@ -210,12 +223,13 @@ export async function rowsCalled(page, name) {
 /** Has the page look as on paper. */
 export async function lookPrinted(page) {
   if (browserName === "chromium") await page.emulateMedia({ media: "print" });
-  // Firefox's driver knows no medium: what the page says of paper is made to hold for all, that of screens for none.
+  // Firefox's driver knows no medium: what the page says of paper is made to hold here, and what of screens, there.
   else
     await page.evaluate(() => {
-      const now = { print: "all", screen: "not all" };
-      for (const { media } of [...document.styleSheets].flatMap(({ cssRules }) => [...cssRules]))
-        if (media?.mediaText in now) media.mediaText = now[media.mediaText];
+      const media = { print: "all", screen: "print" };
+      for (const rule of [...document.styleSheets].flatMap(({ cssRules }) => [...cssRules]))
+        if (rule.media)
+          rule.media.mediaText = rule.media.mediaText.replace(/print|screen/g, (name) => media[name]);
     });
   await settle(page);
 }

@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, before, describe, test } from "node:test";
-import { launch, open, settle } from "./browser.mjs";
+import { launch, lookPrinted, open } from "./browser.mjs";
 import { linkTo, makeLines, makeRun, point } from "./fixtures.mjs";
 import { fixture, pageOf, samplePages } from "./pages.mjs";
 
@@ -241,8 +241,7 @@ test("the menu of a line with a long name is whole", async () => {
 describe("on narrow paper", () => {
   test("the verdict is in words, and stages are whole", async () => {
     const page = await open(browser, adjustment(), phone);
-    await page.emulateMedia({ media: "print" });
-    await settle(page);
+    await lookPrinted(page);
     const seen = await page.evaluate(() => {
       const verdict = document.querySelector("#verdict");
       const cut = [...document.querySelectorAll("#stages button, #stages b")].filter(

@@ -5,6 +5,7 @@ import {
   addressHolds,
   choose,
   chromiumOnly,
+  doubleClick,
   launch,
   open,
   rowsCalled,
@@ -488,7 +489,7 @@ describe("folding", () => {
     const branch = page.locator("li.IsRoot").first();
     const caption = branch.locator("> .Content");
     for (const state of ["ExpandClosed", "ExpandOpen", "ExpandClosed"]) {
-      await caption.dblclick({ position: { x: 60, y: 14 } });
+      await doubleClick(page, caption, { x: 60, y: 14 });
       assert.equal(await branch.getAttribute("class"), `IsRoot IsLast ${state}`);
       // What comes soon is the third click of one.
       await page.waitForTimeout(1000);
