@@ -484,7 +484,7 @@ describe("folding", () => {
       await page.context().close();
     });
 
-  test("by each double click once, which selects no word", chromiumOnly, async () => {
+  test("by each double click once, which selects no word", async () => {
     const page = await visit("grouped");
     const branch = page.locator("li.IsRoot").first();
     const caption = branch.locator("> .Content");
