@@ -245,6 +245,15 @@ describe("the order of the lines", () => {
     await page.context().close();
   });
 
+  test("by text has ё among е, as a dictionary has", async () => {
+    const texts = ["Ель 10", "Ёлка 2", "Ежи", "Ёлка 10", "Елка 7"];
+    const lines = texts.map((text) => ({ kind: "error", text }));
+    const page = await open(browser, pageOf("dictionary", makeRun("flat", 0, lines)));
+    await order(page, "Порядок: по тексту");
+    assert.deepEqual(await visibleLines(page), ["Ежи", "Ёлка 2", "Елка 7", "Ёлка 10", "Ель 10"]);
+    await page.context().close();
+  });
+
   test("puts the worst first in one list, by one key, and back", async () => {
     const page = await open(browser, fixture("grouped"));
     await choose(page, "Ветви", "Развернуть всё");
