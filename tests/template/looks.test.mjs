@@ -169,7 +169,7 @@ describe("in every theme", () => {
     ".ExpandLeaf > .message::before",
     "[data-worst=error]::after",
     "[aria-expanded] > .Content::before",
-    "main a",
+    "#lines a",
   ];
   for (const look of [
     { colorScheme: "light" },
