@@ -51,8 +51,7 @@ export class App {
     const bar = page.querySelector("body > #bar");
     for (const part of [bar, page.querySelector("body > #head")]) part.hidden = false;
     page.setAttribute("lang", language);
-    // What assistive software hears instead of a sign.
-    // With the blank behind it: Firefox puts none between a sign's words and the text.
+    // What assistive software hears instead of a sign, with a blank: Firefox puts none between that and the text.
     for (const kind of kinds) page.style.setProperty(`--name-${kind}`, `"${say(`${kind}One`)} "`);
     this.run = fillHeader(this.model, (item) => this.reveal(item));
     this.controls = new Controls(this);

@@ -79,11 +79,18 @@ export function writePage(name, body, template) {
 
 const samples = ["two-benchmarks", "one-benchmark", "blunder"];
 
+const madeSamples = new Map();
+
 /**
  * The pages of the sample networks, in Russian or English, with the numbers of errors, warnings and messages that the
  * desk told: { name, address, counts }.
  */
 export function samplePages(language = "ru") {
+  if (!madeSamples.has(language)) madeSamples.set(language, makeSamplePages(language));
+  return madeSamples.get(language);
+}
+
+function makeSamplePages(language) {
   return samples.flatMap((sample) => {
     const runOptions = ["compile", "adjust", "l1"].flatMap((run) => ["--run", run]);
     const input = path.join(root, "samples", `${sample}.gkf`);
