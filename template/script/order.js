@@ -58,8 +58,10 @@ export function sortRows(model, order) {
   model.lines = model.items.filter((item) => item.isLine);
 }
 
-/** The same records in one list, each once. */
-export function makeFlatModel({ records, isItemPage }) {
+/** The same records in one list, each once; a page that is but one list is that itself. */
+export function makeFlatModel(written) {
+  const { records, branches, isItemPage } = written;
+  if (branches.length === 1 && branches[0].lists.length === 1) return written;
   const list = build("ul", { class: "Container" });
   page.querySelector("#lines").append(list);
   const tree = new Branch(null);

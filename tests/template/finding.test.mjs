@@ -254,6 +254,19 @@ describe("the order of the lines", () => {
     await page.context().close();
   });
 
+  test("of a page that is one list moves its rows, and makes no others", async () => {
+    const page = await open(browser, pageOf("measured", measuredRun));
+    await page.evaluate(() => (window.written = [...document.querySelectorAll("#lines li")]));
+    await page.locator('#lines [tabindex="0"]').focus();
+    await press(page, "s");
+    const places = () =>
+      Array.from(document.querySelectorAll("#lines li"), (row) => window.written.indexOf(row));
+    assert.deepEqual(await page.evaluate(places), [0, 1, 5, 2, 3, 4, 6, 7]);
+    await press(page, "s");
+    assert.deepEqual(await visibleLines(page), measured);
+    await page.context().close();
+  });
+
   test("puts the worst first in one list, by one key, and back", async () => {
     const page = await open(browser, fixture("grouped"));
     await choose(page, "Ветви", "Развернуть всё");
