@@ -148,7 +148,7 @@ export class Tree {
   /** Unfolds a branch and all below it, or folds them. */
   foldBelow(item, isOpen) {
     const nodes = [item];
-    for (const node of nodes) nodes.push(...node.children.filter((child) => child.isBranch));
+    for (const { children } of nodes) for (const child of children) if (child.isBranch) nodes.push(child);
     this.setOpen(nodes, isOpen);
   }
 
