@@ -131,7 +131,7 @@ export class App {
     listen(window, "beforeprint", () => this.print());
     listen(window, "afterprint", () => this.printed.forEach((rows) => rows.remove()));
     // The browser's own search may have been chosen from its menu.
-    listen(window, "blur", () => (this.leaving = setTimeout(() => view.spread(), leavingPause)));
+    listen(window, "blur", () => (this.leaving = setTimeout(() => this.left(), leavingPause)));
     listen(window, "focus", () => {
       clearTimeout(this.leaving);
       this.gather();
@@ -167,8 +167,11 @@ export class App {
     const place = window.scrollY > 0 ? view.placeOf(view.topRow()) : null;
     const wasInView = current && view.isLaidOut(current) && tree.isInView(current);
     page.querySelector("main > #lines").before(chart);
-    this.draw(place);
-    if (wasInView) tree.goTo(current, { focus: false, middle: true });
+    view.keepPlace(place);
+    this.drawDetails();
+    // Rows that are left to the browser's own search stay with it.
+    if (wasInView && view.mode === "find") tree.bringIntoView(current);
+    else if (wasInView) tree.goTo(current, { focus: false, middle: true });
     placeMenu();
   }
 
@@ -195,6 +198,7 @@ export class App {
     if (wanted !== this.model) this.turnToModel(wanted);
     if ((this.model.order ?? "page") === order) return;
     this.model.order = order;
+    this.view.gather();
     sortRows(this.model, order);
   }
 
@@ -253,7 +257,9 @@ export class App {
     const answers = await Promise.all(query.apart.map(({ apart }) => matchApart(apart, texts)));
     if (query !== this.filters.query) return;
     query.answer(answers, records);
+    const { spreading } = this.view;
     this.refilter();
+    if (spreading) this.view.spread();
   }
 
   toggleKind(kind) {
@@ -344,6 +350,16 @@ export class App {
       if (this.view.scrolled()) this.drawDetails();
       else this.rowMenu.place();
     });
+  }
+
+  /**
+   * The reader has left the page, maybe for the browser's own search: that finds all when no step lies between, which
+   * on a very long page would keep a reader waiting who comes back.
+   */
+  left() {
+    const { view } = this;
+    if (this.pausesSearch) runIdle(view.startSpread(), () => {});
+    else view.spread();
   }
 
   gather() {

@@ -89,13 +89,19 @@ export function saveFile(name, type, text) {
   setTimeout(() => URL.revokeObjectURL(address), 60000);
 }
 
+/** Runs a generator's steps at once. */
+export function finish(steps) {
+  while (!steps.next().done);
+}
+
 const shortestWork = 12;
 
-/** Runs a generator's steps when the browser is idle, for as long as it gives time, and what follows them. */
+/** Runs a generator's steps when the browser is idle, for as long as it is, and what follows them; on a busy machine bit by bit. */
 export function runIdle(steps, finished) {
   const soon = () => (window.requestIdleCallback ?? setTimeout)(work, { timeout: 500 });
   const work = (deadline) => {
-    const end = performance.now() + Math.max(shortestWork, deadline?.timeRemaining() ?? 0);
+    const end =
+      performance.now() + (deadline && !deadline.didTimeout ? deadline.timeRemaining() : shortestWork);
     while (performance.now() < end) if (steps.next().done) return finished();
     soon();
   };

@@ -1,3 +1,4 @@
+import { finish } from "./dom.js";
 import { buildRows } from "./item.js";
 
 const atOnce = 500;
@@ -25,8 +26,8 @@ export function placeRow(row) {
 
 const canBeBuilt = (row) => row && !row.built && row.plain !== null;
 
-/** Puts rows of one branch into its list, those that follow each other together. */
-export function placeAll(rows) {
+/** Puts rows of one branch into its list in steps, those that follow each other together. */
+function* placeSteps(rows) {
   let at = 0;
   while (at < rows.length) {
     const from = at;
@@ -34,10 +35,13 @@ export function placeAll(rows) {
       ++at;
     if (at > from) placeRows(rows.slice(from, at));
     else placeRow(rows[at++]);
+    yield;
   }
 }
 
-/** Puts all rows that are not there yet into their lists. */
-export function fillLists({ branches }) {
-  for (const { children } of branches) placeAll(children);
+export const placeAll = (rows) => finish(placeSteps(rows));
+
+/** Puts all rows that are not there yet into their lists, in steps. */
+export function* fillSteps({ branches }) {
+  for (const { children } of branches) yield* placeSteps(children);
 }

@@ -50,7 +50,7 @@ const otherForms = { i: "I\u0130", k: "K\u212a", е: "ЕёЁ" };
 /** An expression for a folded text in a text that is not; null where there may be more to it than two cases. */
 function unfoldedPattern(text) {
   const parts = Array.from(text, (character) => {
-    if (/[a-zа-яё]/.test(character))
+    if (/[a-zа-я]/.test(character))
       return `[${character}${otherForms[character] ?? character.toUpperCase()}]`;
     const hasCase = character.toUpperCase() !== character || character.toLowerCase() !== character;
     return hasCase || /\s/.test(character) ? null : escapePattern(character);

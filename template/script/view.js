@@ -1,8 +1,18 @@
-import { boxOf, elementAt, focused, focusOn, makeElement, page, scrollDown, writeAttribute } from "./dom.js";
+import {
+  boxOf,
+  elementAt,
+  finish,
+  focused,
+  focusOn,
+  makeElement,
+  page,
+  scrollDown,
+  writeAttribute,
+} from "./dom.js";
 import { writeBranchAttributes, writeRowsAttributes } from "./rowAttributes.js";
 import { Heights } from "./heights.js";
 import { dropRow, itemOf, nameOf } from "./item.js";
-import { fillLists, placeAll } from "./lists.js";
+import { fillSteps, placeAll } from "./lists.js";
 import { rowSelector } from "./model.js";
 import { say } from "./texts.js";
 
@@ -26,6 +36,7 @@ export class View {
   settledAt = NaN;
   hasNewFolds = true;
   above = 0;
+  spreading = null;
 
   constructor(model, main, bar) {
     this.main = main;
@@ -44,7 +55,7 @@ export class View {
       writeAttribute(tree.lists[0], "aria-label", name || say("tree"));
     }
     if (!this.isPartlyLaidOut) {
-      this.fill();
+      finish(fillSteps(model));
       return;
     }
     this.#setMode("near");
@@ -168,6 +179,12 @@ export class View {
     return isSeen ? place : (this.heights.placeBetween(this.top, this.height) ?? place);
   }
 
+  /** After something above the rows has changed its height, which takes none of them away. */
+  keepPlace(place) {
+    if (this.mode !== "find") this.draw(place);
+    else if (place) this.#align(place, false);
+  }
+
   /** After the user scrolled: room that is out of sight goes, and the rows near the view are laid out. */
   scrolled() {
     if (this.above && window.scrollY > this.above) {
@@ -229,11 +246,6 @@ export class View {
     if (item.built) writeAttribute(item.built, "data-near", isNear ? "" : null);
   }
 
-  /** Puts the rows that are not in the page yet into their lists. */
-  fill() {
-    fillLists(this.model);
-  }
-
   /** Gives the lists the room that their rows out of the window would take, or less where a browser has no more. */
   #pad() {
     const { scale } = this.heights;
@@ -246,10 +258,23 @@ export class View {
 
   // Every row of a long page at once
 
-  /** Has every shown row in the page; the browser draws none far from the view until its search finds it. */
   spread() {
+    finish(this.startSpread());
+  }
+
+  /**
+   * Steps to have every shown row in the page; the browser draws none far from the view until its search finds it. They
+   * come to nothing when the rows are gathered before.
+   */
+  startSpread() {
+    this.spreading?.return();
+    this.spreading = this.#spreadSteps();
+    return this.spreading;
+  }
+
+  *#spreadSteps() {
     if (this.mode !== "near") return;
-    this.fill();
+    yield* fillSteps(this.model);
     const place = this.placeOf(this.topRow());
     for (const node of this.model.branches)
       for (const list of node.lists) list.style.removeProperty("padding");
@@ -285,13 +310,13 @@ export class View {
     const nodes = [item];
     for (const node of nodes) {
       writeRowsAttributes(node);
-      nodes.push(...node.rows.filter((row) => row.isBranch));
+      for (const row of node.rows) if (row.isBranch) nodes.push(row);
     }
   }
 
   /** Back to the rows near the view. */
   gather() {
-    if (!this.isPartlyLaidOut || this.mode === "near") return;
+    if (!this.isPartlyLaidOut || !this.spreading) return;
     const place = this.placeOf(this.topRow());
     this.#leaveSpread();
     this.draw(place);
@@ -299,6 +324,8 @@ export class View {
 
   /** The rows that were only built for it go: a browser walks through all that it has. */
   #leaveSpread() {
+    this.spreading?.return();
+    this.spreading = null;
     const { anchorNode, focusNode } = window.getSelection();
     const selected = new Set();
     for (const end of [anchorNode, focusNode])

@@ -327,6 +327,39 @@ describe("lines whose rows are not in the page yet", () => {
     await page.context().close();
   });
 
+  test("stay for the browser's own search when the histogram comes after it was opened", async () => {
+    const opensSearch = () =>
+      window.addEventListener("load", () =>
+        document.body.dispatchEvent(new KeyboardEvent("keydown", { key: "F3", bubbles: true })),
+      );
+    const address = pageOf("unfilled-early", makeRun("grouped", 6000));
+    const page = await open(browser, address, { prepare: opensSearch });
+    await page.locator("#chart").waitFor({ state: "attached" });
+    await settle(page);
+    assert.equal(await page.evaluate(() => document.querySelector("main").dataset.long), "find");
+    assert.equal(await rows(page), writtenRows("unfilled-early"));
+    const isInView = () => {
+      const { top, bottom } = document.querySelector("[data-current]").getBoundingClientRect();
+      return top >= document.querySelector("#bar").getBoundingClientRect().bottom && bottom <= innerHeight;
+    };
+    assert.equal(await page.evaluate(isInView), true);
+    await page.context().close();
+  });
+
+  test("are left to it again when what a slow expression finds comes late", async () => {
+    const page = await open(browser, pageOf("unfilled-slow", makeRun("flat", 4000)));
+    await page.locator("#chart").waitFor();
+    await page.evaluate(() => {
+      const query = document.querySelector("#query");
+      query.value = "/^(.а|н)+.{3}вязка/";
+      query.dispatchEvent(new InputEvent("input", { bubbles: true }));
+      document.body.dispatchEvent(new KeyboardEvent("keydown", { key: "F3", bubbles: true }));
+    });
+    await page.waitForFunction(() => !/4.000 из/.test(document.querySelector("#shown").textContent));
+    assert.equal(await page.evaluate(() => document.querySelector("main").dataset.long), "find");
+    await page.context().close();
+  });
+
   test("stand in their lists as they were written, in whatever order they came", async () => {
     const normal = () => {
       const copy = document.querySelector("#lines").cloneNode(true);
@@ -513,6 +546,44 @@ describe("beyond 300,000 lines", () => {
       assert.ok(Math.abs(seen / last - part) < 0.002, `${seen} at ${part}`);
     }
     assert.equal(await page.evaluate(lowest), `с ${last}`);
+  });
+
+  test("a reader who comes back soon finds the page as it was left", async () => {
+    const count = () => document.querySelectorAll("#lines li").length;
+    const before = await page.evaluate(count);
+    await page.evaluate(() => window.dispatchEvent(new Event("blur")));
+    await page.waitForFunction(
+      (least) => document.querySelectorAll("#lines li").length > least,
+      before + 5000,
+    );
+    assert.equal(await page.evaluate(() => document.querySelector("main").dataset.long), "near");
+    await page.evaluate(() => window.dispatchEvent(new Event("focus")));
+    await page.waitForTimeout(1000);
+    assert.ok((await page.evaluate(count)) <= before);
+    assert.deepEqual(await page.evaluate(holes), []);
+  });
+
+  test("the lines are put into order while they are left to the browser's own search", async () => {
+    await leaveToSearch(page);
+    assert.equal(await page.locator("#lines li").count(), last + 1);
+    await page.getByRole("button", { name: "Вид", exact: true }).click();
+    await page.getByRole("menuitemradio", { name: "Порядок: по тексту" }).click();
+    await page.locator('#lines [tabindex="0"]').focus();
+    await page.keyboard.press("Home");
+    assert.match(await page.evaluate(lowest), /^с \d{1,2}$/);
+    assert.deepEqual(page.complaints, []);
+  });
+
+  test("a branch of as many branches is unfolded as a whole", async () => {
+    const lines = Array.from({ length: last }, (_, at) => ({ kind: "error", text: linkTo(point(1 + at)) }));
+    const grouped = await open(browser, pageOf("many-branches", makeRun("grouped", last, lines)));
+    await grouped.locator('#lines [tabindex="0"]').focus();
+    await grouped.keyboard.press("Home");
+    await grouped.keyboard.press("ContextMenu");
+    await grouped.getByRole("menuitem", { name: "Развернуть ветвь" }).click();
+    assert.deepEqual(grouped.complaints, []);
+    assert.equal(await grouped.locator("#lines .ExpandClosed").count(), 0);
+    await grouped.context().close();
   });
 
   test("what stands at a place of the scroll bar is there in stages and branches, too", async () => {
