@@ -285,8 +285,8 @@ export class App {
     this.filters.set({ order: hasRatios ? "ratio" : "size", flat: true });
     this.filter();
     const first = firstRow(this.model);
-    // A long page draws as it goes to a row that is not laid out.
-    if (!first || !this.view.isPartlyLaidOut) this.draw(null);
+    // The page draws as it goes to a row that is not laid out.
+    if (!first || this.view.isLaidOut(first)) this.draw(null);
     this.tree.goTo(first, { middle: true });
   }
 

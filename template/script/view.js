@@ -47,7 +47,8 @@ export class View {
   #take(model) {
     const { main } = this;
     this.model = model;
-    this.isPartlyLaidOut = model.lines.length > wholeLayoutLines;
+    // In one list there are fewer; the page stays as it began.
+    this.isPartlyLaidOut ??= model.lines.length > wholeLayoutLines;
     for (const tree of model.trees) {
       writeAttribute(tree.lists[0], "role", "tree");
       const [only, more] = tree.children;

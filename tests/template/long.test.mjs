@@ -12,6 +12,7 @@ import {
   search,
   settle,
   shown,
+  visibleLines,
 } from "./browser.mjs";
 import { linkTo, makeRun, point, recordsOf } from "./fixtures.mjs";
 import { bodyOf, fixture, pageOf, writePage, writtenRows } from "./pages.mjs";
@@ -389,6 +390,39 @@ describe("lines whose rows are not in the page yet", () => {
       await plain.context().close();
       await page.context().close();
     }
+  });
+});
+
+describe("the worst lines of a long page come first in one list", () => {
+  const measured = (count, subject) =>
+    Array.from({ length: count }, (_, at) => ({
+      kind: "error",
+      text: `Невязка ${subject(at)} ${at ? at / 10 : count} мм, допуск 1 мм`,
+    }));
+  const worstOf = async (page, count) => {
+    await page.locator('#lines [tabindex="0"]').focus();
+    await page.keyboard.press("s");
+    await settle(page);
+    assert.deepEqual(await page.evaluate(holes), []);
+    return (await visibleLines(page)).slice(0, count);
+  };
+
+  test("when the worst is in view before", async () => {
+    const lines = measured(3000, () => "хода");
+    const page = await open(browser, pageOf("worst-in-view", makeRun("flat", lines.length, lines)));
+    const expected = [3000, 299.9, 299.8].map((value) => `Невязка хода ${value} мм, допуск 1 мм`);
+    assert.deepEqual(await worstOf(page, 3), expected);
+    await page.context().close();
+  });
+
+  test("when the list is shorter than the tree and no longer a long one", async () => {
+    const lines = measured(1500, (at) => linkTo(point(1 + (at % 30))) + linkTo(point(31 + (at % 30))));
+    const page = await open(browser, pageOf("shorter-list", makeRun("grouped", lines.length, lines)));
+    assert.equal(await places(page), 3000);
+    const [first, second] = await worstOf(page, 2);
+    assert.match(first, /1500 мм, допуск/);
+    assert.match(second, /149.9 мм, допуск/);
+    await page.context().close();
   });
 });
 
