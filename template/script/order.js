@@ -36,8 +36,7 @@ function sorted(items, order) {
 
 /** Puts the rows that are in the page into the order of their items. */
 function moveRows({ children, lists }) {
-  const rows = children.map(({ built }) => built).filter((row) => row?.isConnected);
-  if (rows.length > 1) lists[0].append(...rows);
+  for (const { built } of children) if (built?.isConnected) lists[0].append(built);
 }
 
 function collect(item, items) {

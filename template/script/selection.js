@@ -36,7 +36,8 @@ export function selectedText(view, model, selection) {
   const texts = [];
   let isWhole = true;
   for (let row = from; row; row = row === to ? null : nextRow(model, row)) {
-    isWhole &&= view.isLaidOut(row);
+    // What is left to the browser's own search has no text for it to copy.
+    isWhole &&= row.isNear || !view.isPartlyLaidOut;
     texts.push(row === from || row === to ? textWithin(row, range) : textOf(row));
   }
   return isWhole ? null : texts.join("\n");

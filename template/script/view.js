@@ -180,7 +180,7 @@ export class View {
     return isSeen ? place : (this.heights.placeBetween(this.top, this.height) ?? place);
   }
 
-  /** After something above the rows has changed its height, which takes none of them away. */
+  /** After rows or something above them have changed their heights, which takes none of them away. */
   keepPlace(place) {
     if (this.mode !== "find") this.draw(place);
     else if (place) this.#align(place, false);
@@ -206,7 +206,7 @@ export class View {
     this.width = this.main.clientWidth;
     const place = this.placeOf(this.topRow());
     this.heights.forget();
-    this.draw(place);
+    this.keepPlace(place);
   }
 
   // Rows near the view

@@ -347,6 +347,28 @@ describe("lines whose rows are not in the page yet", () => {
     await page.context().close();
   });
 
+  test("stay for it when the page is zoomed, and are copied whole meanwhile", async () => {
+    const name = "unfilled-zoomed";
+    const page = await open(browser, pageOf(name, makeRun("flat", 4000)));
+    await page.locator("#chart").waitFor();
+    await leaveToSearch(page);
+    await page.setViewportSize({ width: 900, height: 600 });
+    await settle(page);
+    assert.equal(await page.evaluate(() => document.querySelector("main").dataset.long), "find");
+    assert.equal(await rows(page), writtenRows(name));
+    const copied = await page.evaluate(() => {
+      window.getSelection().selectAllChildren(document.querySelector("#lines"));
+      const clipboardData = new DataTransfer();
+      document.body.dispatchEvent(new ClipboardEvent("copy", { clipboardData, bubbles: true }));
+      return clipboardData.getData("text/plain");
+    });
+    const texts = recordsOf(makeRun("flat", 4000)).map(({ text }) => text);
+    assert.ok(copied.endsWith(texts.join("\n")), copied.slice(0, 200));
+    await page.evaluate(() => window.dispatchEvent(new Event("focus")));
+    assert.deepEqual(await page.evaluate(holes), []);
+    await page.context().close();
+  });
+
   test("are left to it again when what a slow expression finds comes late", async () => {
     const page = await open(browser, pageOf("unfilled-slow", makeRun("flat", 4000)));
     await page.locator("#chart").waitFor();
@@ -617,6 +639,19 @@ describe("beyond 300,000 lines", () => {
     await grouped.getByRole("menuitem", { name: "Развернуть ветвь" }).click();
     assert.deepEqual(grouped.complaints, []);
     assert.equal(await grouped.locator("#lines .ExpandClosed").count(), 0);
+    await grouped.context().close();
+  });
+
+  test("as many branches that the browser built are put into order", async () => {
+    const name = (at) => linkTo(point(1 + at, `П & ${last - at}`));
+    const lines = Array.from({ length: last / 2 }, (_, at) => ({ kind: "error", text: name(at) }));
+    const grouped = await open(browser, pageOf("built-branches", makeRun("grouped", 0, lines)));
+    await grouped.getByRole("button", { name: "Вид", exact: true }).click();
+    await grouped.getByRole("menuitemradio", { name: "Порядок: по тексту" }).click();
+    assert.deepEqual(grouped.complaints, []);
+    await grouped.locator('#lines [tabindex="0"]').focus();
+    await grouped.keyboard.press("End");
+    assert.equal(await grouped.evaluate(() => document.activeElement.innerText.trim()), `П & ${last}`);
     await grouped.context().close();
   });
 
