@@ -349,19 +349,18 @@ describe("lines whose rows are not in the page yet", () => {
 
   test("stay for it when the page is zoomed, and are copied whole meanwhile", async () => {
     const name = "unfilled-zoomed";
-    const page = await open(browser, pageOf(name, makeRun("flat", 4000)));
+    const page = await open(browser, pageOf(name, makeRun("flat", 4000)), {
+      permissions: ["clipboard-read", "clipboard-write"],
+    });
     await page.locator("#chart").waitFor();
     await leaveToSearch(page);
     await page.setViewportSize({ width: 900, height: 600 });
     await settle(page);
     assert.equal(await page.evaluate(() => document.querySelector("main").dataset.long), "find");
     assert.equal(await rows(page), writtenRows(name));
-    const copied = await page.evaluate(() => {
-      window.getSelection().selectAllChildren(document.querySelector("#lines"));
-      const clipboardData = new DataTransfer();
-      document.body.dispatchEvent(new ClipboardEvent("copy", { clipboardData, bubbles: true }));
-      return clipboardData.getData("text/plain");
-    });
+    await page.evaluate(() => window.getSelection().selectAllChildren(document.querySelector("#lines")));
+    await page.keyboard.press("Control+c");
+    const copied = await page.evaluate(() => navigator.clipboard.readText());
     const texts = recordsOf(makeRun("flat", 4000)).map(({ text }) => text);
     assert.ok(copied.endsWith(texts.join("\n")), copied.slice(0, 200));
     await page.evaluate(() => window.dispatchEvent(new Event("focus")));
