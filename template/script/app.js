@@ -259,7 +259,7 @@ export class App {
     query.answer(answers, records);
     const { spreading } = this.view;
     this.refilter();
-    if (spreading) this.view.spread();
+    if (spreading) this.left();
   }
 
   toggleKind(kind) {

@@ -96,7 +96,7 @@ export function finish(steps) {
 
 const shortestWork = 12;
 
-/** Runs a generator's steps when the browser is idle, for as long as it is, and what follows them; on a busy machine bit by bit. */
+/** Runs a generator's steps when the browser is idle, for as long as it gives time, and what follows them. */
 export function runIdle(steps, finished) {
   const soon = () => (window.requestIdleCallback ?? setTimeout)(work, { timeout: 500 });
   const work = (deadline) => {
