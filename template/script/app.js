@@ -464,7 +464,11 @@ export class App {
   /** The browser copies what is laid out; of a longer selection the page copies all. */
   copied(event) {
     if (event.target.matches?.("input, textarea")) return;
-    const text = selectedText(this.view, this.model, window.getSelection());
+    const { tree, view, model } = this;
+    const selection = window.getSelection();
+    // Without a selection the keys copy the row that they have gone to.
+    const isRow = selection.isCollapsed && tree.hasFocus;
+    const text = isRow ? textOf(tree.current) : selectedText(view, model, selection);
     if (text === null) return;
     event.clipboardData.setData("text/plain", text);
     event.preventDefault();

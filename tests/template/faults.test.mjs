@@ -460,6 +460,18 @@ describe("what is selected on a long page", () => {
     await page.context().close();
   });
 
+  test("of nothing copies the present row, and never from the search field", async () => {
+    const page = await open(browser, fixture("grouped"), clipboard);
+    await page.locator('#lines [tabindex="0"]').focus();
+    await page.keyboard.press("e");
+    const text = await page.evaluate(() => document.activeElement.innerText);
+    assert.equal((await copied(page)).join("\n").trim(), text.trim());
+    await page.keyboard.press("/");
+    await page.evaluate(() => navigator.clipboard.writeText("as it was"));
+    assert.deepEqual(await copied(page), ["as it was"]);
+    await page.context().close();
+  });
+
   for (const [device, grow] of [
     ["with the wheel while the button is down", (page) => wheel(page, 10)],
     [
