@@ -1,6 +1,5 @@
 // The order of the lines within their branches, and all lines of the page in one list.
 
-import { countTotals } from "./counts.js";
 import { build, page } from "./dom.js";
 import { Branch, foldedOf, Item } from "./item.js";
 import { ratioOf, sizeOf } from "./numbers.js";
@@ -39,9 +38,11 @@ function moveRows({ children, lists }) {
   for (const { built } of children) if (built?.isConnected) lists[0].append(built);
 }
 
-function collect(item, items) {
-  if (item.parent) item.index = items.push(item) - 1;
-  for (const child of item.children) collect(child, items);
+function collect(node, items) {
+  for (const child of node.children) {
+    child.index = items.push(child) - 1;
+    if (child.isBranch) collect(child, items);
+  }
 }
 
 /** Sorts the rows of each branch, each row among those of its list. */
@@ -59,7 +60,7 @@ export function sortRows(model, order) {
 
 /** The same records in one list, each once; a page that is but one list is that itself. */
 export function makeFlatModel(written) {
-  const { records, branches, isItemPage } = written;
+  const { records, branches, totals, isItemPage } = written;
   if (branches.length === 1 && branches[0].lists.length === 1) return written;
   const list = build("ul", { class: "Container" });
   page.querySelector("#lines").append(list);
@@ -73,15 +74,20 @@ export function makeFlatModel(written) {
     tree.add(line);
     return line;
   });
-  const model = {
+  // Each record stands here once: what was counted of them holds for the list.
+  tree.total = lines.length;
+  tree.totals = totals;
+  return {
     items: lines,
     trees: [tree],
     branches: [tree],
     lines,
     records: lines,
+    singles: lines,
+    shared: [],
+    totals,
+    places: totals,
     isItemPage,
     isFlat: true,
   };
-  countTotals(model);
-  return model;
 }
