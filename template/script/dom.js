@@ -100,8 +100,7 @@ const shortestWork = 12;
 export function runIdle(steps, finished) {
   const soon = () => (window.requestIdleCallback ?? setTimeout)(work, { timeout: 500 });
   const work = (deadline) => {
-    const end =
-      performance.now() + (deadline && !deadline.didTimeout ? deadline.timeRemaining() : shortestWork);
+    const end = performance.now() + Math.max(shortestWork, deadline?.timeRemaining() ?? 0);
     while (performance.now() < end) if (steps.next().done) return finished();
     soon();
   };
